@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+// The text of a profile: its lines, and the new content of an update.
+//
+// Nothing here uses string_view::substr: it can throw, and the machinery for
+// that would be a third of the daemon.
+
+// The first `length` characters, or all when there are fewer.
+[[nodiscard]] constexpr std::string_view front_part(std::string_view text, size_t length) {
+  return {text.data(), text.size() < length ? text.size() : length};
+}
+
+// What follows the first `length` characters, of which there are that many.
+[[nodiscard]] constexpr std::string_view back_part(std::string_view text, size_t length) {
+  return {text.data() + length, text.size() - length};
+}
+
+// Longest line, its line end included.
+constexpr size_t kProfileLineMax = 1727;
+
+// Longest key.
+constexpr size_t kProfileKeyMax = 31;
+
+// Takes the next line, its line end included, off the front of `rest`; empty
+// at the end. A longer line comes in pieces of kProfileLineMax.
+[[nodiscard]] std::string_view next_line(std::string_view* rest);
+
+// A line "Key=Value" in its parts, the value without the line's last character.
+// False for a line without "=".
+struct setting {
+  std::string_view key;
+  std::string_view value;
+};
+[[nodiscard]] bool parse_setting(std::string_view line, setting* out);
+
+// The field `index` of a ";"-separated list. False when the list is shorter.
+// `last` tells whether no ";" follows it.
+[[nodiscard]] bool find_field(std::string_view list, int index, std::string_view* field,
+                              bool* last);
+
+// Writes the list with field `index` replaced and a NUL into `out` of `size`
+// bytes. Returns its length, or -1, nothing written, when it does not fit.
+[[nodiscard]] int replace_field(std::string_view list, std::string_view field, int index, char* out,
+                                size_t size);
+
+// A growing text. `data` is owned by the record: text_release frees it. The
+// first failing append sets `failed`, and later ones do nothing.
+struct text_buffer {
+  char* data;
+  size_t length;
+  size_t capacity;
+  bool failed;
+};
+void text_reserve(text_buffer* text, size_t capacity);
+void text_append(text_buffer* text, std::string_view part);
+void text_release(text_buffer* text);

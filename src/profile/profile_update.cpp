@@ -1,0 +1,275 @@
+#include <sys/time.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "diag/trace.h"
+#include "profile/profile.h"
+#include "profile/profile_files.h"
+#include "profile/profile_text.h"
+#include "sys/whole_file.h"
+#include "sys/lock.h"
+
+namespace {
+
+struct request {
+  const char* key;
+  int index;  // 0 in the forms without an index
+  const char* value;
+};
+
+constexpr int kMaxRequests = 32;
+
+// One update on its way from the argument list to the new content.
+struct update {
+  const char* name;  // the function in messages
+  bool with_index;
+  bool forced;
+  request requests[kMaxRequests] = {};
+  int request_count = 0;
+  int changed = 0;
+  int unchanged = 0;
+  bool refused = false;
+  text_buffer content = {};
+};
+
+}  // namespace
+
+// Why a request cannot be stored, or null.
+static const char* objection(const request& wanted, bool with_index) {
+  const size_t key_length = strlen(wanted.key);
+  const size_t value_length = strlen(wanted.value);
+  if (strpbrk(wanted.key, "\r\n=") != nullptr) return "line end or '=' in the key";
+  if (strpbrk(wanted.value, "\r\n") != nullptr) return "line end in the value";
+  if (with_index && strchr(wanted.value, ';') != nullptr) return "';' in a field";
+  if (key_length > kProfileKeyMax) return "key too long";
+  if (value_length >= kProfileValueBuffer) return "value too long";
+  if (key_length + 1 + value_length + 1 > kProfileLineMax) return "line too long";
+  return nullptr;
+}
+
+// Takes the argument list over. Returns kProfileWritten to go on, or the result
+// of a list that is refused before any file is touched.
+static unsigned take_requests(update* work, va_list list) {
+  for (const char* key = va_arg(list, const char*); *key != '\0';
+       key = va_arg(list, const char*)) {
+    request wanted = {key, 0, nullptr};
+    if (work->with_index) wanted.index = va_arg(list, int);
+    wanted.value = va_arg(list, const char*);
+    if (wanted.index < 0) {
+      trace_rpc_error(work->name, "Index %d is error, it should be 0 or positive\n", wanted.index);
+      return kProfileUnchanged;
+    }
+    trace_rpc(work->name, "%s: param:%s[%d]=%s\n", work->name, key, wanted.index, wanted.value);
+    const char* reason = objection(wanted, work->with_index);
+    if (work->request_count == kMaxRequests) reason = "too many keys in one update";
+    if (reason != nullptr) {
+      trace_rpc_error(work->name, "%s refused: %s\n", key, reason);
+      return kProfileFailed;
+    }
+    work->requests[work->request_count++] = wanted;
+  }
+  return kProfileWritten;
+}
+
+static const request* match(const update& work, std::string_view key) {
+  // A forced update acts on its first key only.
+  const int count = work.forced && work.request_count > 0 ? 1 : work.request_count;
+  for (int i = 0; i < count; ++i) {
+    if (key == work.requests[i].key) return &work.requests[i];
+  }
+  return nullptr;
+}
+
+// The value that the request gives a line, in `out`. False when it cannot stand
+// in the store or on the line.
+static bool new_value(const update& work, const request& wanted, std::string_view old,
+                      char (&out)[kProfileValueBuffer], std::string_view* value) {
+  if (!work.with_index) {
+    *value = wanted.value;
+    return true;
+  }
+  const int length = replace_field(old, wanted.value, wanted.index, out, sizeof out);
+  if (length < 0) return false;
+  *value = {out, static_cast<size_t>(length)};
+  return strlen(wanted.key) + 1 + value->size() + 1 <= kProfileLineMax;
+}
+
+static void append_setting(update* work, std::string_view key, std::string_view value,
+                           const char* forced_trace) {
+  const size_t start = work->content.length;
+  text_append(&work->content, key);
+  text_append(&work->content, "=");
+  text_append(&work->content, value);
+  text_append(&work->content, "\n");
+  ++work->changed;
+  if (!work->forced || work->content.failed) return;
+  const int length = static_cast<int>(work->content.length - start);
+  trace_rpc(work->name, "%s %.*s success\n", forced_trace, length, work->content.data + start);
+}
+
+static void update_line(update* work, std::string_view line) {
+  setting found;
+  const request* wanted = nullptr;
+  if (parse_setting(line, &found)) wanted = match(*work, found.key);
+  if (wanted == nullptr) {
+    text_append(&work->content, line);
+    return;
+  }
+  char buffer[kProfileValueBuffer];
+  std::string_view value;
+  if (!new_value(*work, *wanted, found.value, buffer, &value)) {
+    trace_rpc_error(work->name, "%s refused: value too long\n", wanted->key);
+    work->refused = true;
+  } else if (!work->forced && value == found.value) {
+    text_append(&work->content, line);
+    ++work->unchanged;
+  } else {
+    append_setting(work, found.key, value, "update param");
+  }
+}
+
+static void build_content(update* work, std::string_view old) {
+  text_reserve(&work->content, old.size() + kProfileLineMax);
+  while (!old.empty() && !work->refused) update_line(work, next_line(&old));
+  if (!work->forced || work->changed > 0 || work->request_count == 0 || work->refused) return;
+  // A last line without a line end must not swallow the appended one.
+  const text_buffer& content = work->content;
+  if (content.length > 0 && content.data[content.length - 1] != '\n') {
+    text_append(&work->content, "\n");
+  }
+  append_setting(work, work->requests[0].key, work->requests[0].value, "add new param");
+}
+
+static void report(const update& work, const char* step, const char* path) {
+  const int error = errno;
+  fprintf(stderr, "%s %s %s error", work.name, step, path);
+  errno = error;
+  perror("open file");
+}
+
+static void make_temporary_name(const update& work, int band, char* name, size_t size) {
+  timeval now;
+  gettimeofday(&now, nullptr);
+  srandom(static_cast<unsigned>(now.tv_usec));
+  snprintf(name, size, work.forced ? "%s.%d.%d" : "%s.%d.1.%d", "/tmp/wifitemp", band,
+           static_cast<int>(random() % 1000));
+}
+
+// Puts the new content in the place of the profile, then of the mirror. From
+// the first rename or write on the update counts as done: what fails then is
+// reported and does not change the result.
+static void replace_profile(const update& work, const char* path, const char* temporary,
+                            const file_image& old) {
+  const text_buffer& content = work.content;
+  const bool renamed = old.renameable && file_rename_over(temporary, path, &old);
+  if (!renamed) {
+    if (!file_overwrite(path, content.data, content.length)) report(work, "copy back", path);
+    unlink(temporary);
+  }
+  const char* mirror = profile_files_of(path)->mirror;
+  if (!file_overwrite(mirror, content.data, content.length)) report(work, "mirror", mirror);
+}
+
+static unsigned commit(const update& work, const char* path, const file_image& old) {
+  char temporary[64];
+  make_temporary_name(work, profile_files_of(path)->band, temporary, sizeof temporary);
+  switch (file_create(temporary, work.content.data, work.content.length)) {
+    case file_step::open:
+      report(work, "2 open", temporary);
+      return kProfileFailed;
+    case file_step::write:
+      report(work, "2 write", temporary);
+      return kProfileFailed;
+    case file_step::done:
+      break;
+  }
+  replace_profile(work, path, temporary, old);
+  return kProfileWritten;
+}
+
+static unsigned finish(const update& work, const char* path, const file_image& old) {
+  if (work.refused || work.content.failed) return kProfileFailed;
+  if (work.forced && work.request_count == 0) return kProfileUnchanged;
+  if (!work.forced && work.unchanged == work.request_count) {
+    fputs("no change\n", stderr);
+    return kProfileUnchanged;
+  }
+  if (work.changed + work.unchanged != work.request_count) return kProfileFailed;
+  return commit(work, path, old);
+}
+
+static unsigned update_locked(update* work, const char* path) {
+  file_image old;
+  if (!file_read(path, &old)) {
+    report(*work, "1 open", path);
+    return kProfileFailed;
+  }
+  build_content(work, {old.data, old.length});
+  const unsigned result = finish(*work, path, old);
+  text_release(&work->content);
+  file_release(&old);
+  return result;
+}
+
+static unsigned run_update(update* work, const char* path, va_list list) {
+  const unsigned taken = take_requests(work, list);
+  if (taken != kProfileWritten) return taken;
+  const int lock = fwrite_lock(profile_files_of(path)->lock);
+  const unsigned result = update_locked(work, path);
+  funlock(lock);
+  return result;
+}
+
+static unsigned _wifiprofile_updateParam(const char* path, int with_index, va_list list) {
+  update work = {.name = __func__, .with_index = with_index != 0, .forced = false};
+  return run_update(&work, path, list);
+}
+
+static unsigned _wifiprofile_updateParam_force(const char* path, int with_index, va_list list) {
+  update work = {.name = __func__, .with_index = with_index != 0, .forced = true};
+  return run_update(&work, path, list);
+}
+
+unsigned wifiprofile_updateParam(const char* path, ...) {
+  va_list list;
+  va_start(list, path);
+  const unsigned result = _wifiprofile_updateParam(path, 0, list);
+  va_end(list);
+  return result;
+}
+
+unsigned wifiprofile_updateParam_with_index(const char* path, ...) {
+  va_list list;
+  va_start(list, path);
+  const unsigned result = _wifiprofile_updateParam(path, 1, list);
+  va_end(list);
+  return result;
+}
+
+unsigned wifiprofile_updateParam_force(const char* path, ...) {
+  va_list list;
+  va_start(list, path);
+  const unsigned result = _wifiprofile_updateParam_force(path, 0, list);
+  va_end(list);
+  return result;
+}
+
+unsigned wifiprofile_updateParam_with_index_force(const char* path, ...) {
+  va_list list;
+  va_start(list, path);
+  const unsigned result = _wifiprofile_updateParam_force(path, 1, list);
+  va_end(list);
+  return result;
+}
+
+char* _replace_param_value_with_index(const char* old_value, const char* new_field, int index,
+                                      char* out) {
+  memset(out, 0, 4);
+  if (replace_field(old_value, new_field, index, out, kProfileValueBuffer) < 0) out[0] = '\0';
+  return out;
+}

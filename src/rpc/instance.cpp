@@ -1,0 +1,13 @@
+#include "rpc/instance.h"
+
+#include "sys/probe.h"
+
+static constexpr char kProbe[] = "pgrep -l portmap | grep -c portmap";
+static constexpr char kLockFile[] = "/tmp/.wlanrpc_lock";
+
+bool portmapper_running() {
+  int count = 0;
+  return !probe_number(kProbe, &count) || count >= 1;
+}
+
+int check_instance() { return try_record_lock(kLockFile) ? 1 : 0; }

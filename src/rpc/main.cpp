@@ -1,0 +1,22 @@
+#include <cstdio>
+#include <cstdlib>
+
+#include "diag/trace.h"
+#include "rpc/instance.h"
+#include "rpc/supervisor.h"
+#include "sys/probe.h"
+
+int main(int, char** argv) {
+  reserve_standard_streams();
+  // A trace is seen when it is written, also through a pipe.
+  setvbuf(stdout, nullptr, _IOLBF, 0);
+  if (!portmapper_running()) {
+    RPC_TRACE("%s - Network and/or portmapper has not been setup\n", argv[0]);
+    exit(0);
+  }
+  if (check_instance() == 0) {
+    RPC_TRACE("Process already running\n");
+    exit(0);
+  }
+  supervise();
+}

@@ -1,0 +1,35 @@
+#include "sys/probe.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+bool probe_number(const char* command, int* number) {
+  FILE* stream = popen(command, "re");
+  if (stream == nullptr) return false;
+  char text[33] = {};
+  const size_t length = fread(text, 1, sizeof text - 1, stream);
+  // pclose, so that the probe does not wait to be collected as a child.
+  pclose(stream);
+  *number = atoi(text);
+  return length > 0;
+}
+
+bool try_record_lock(const char* path) {
+  FILE* file = fopen(path, "w+e");
+  if (file == nullptr) return false;
+  struct flock whole = {};
+  whole.l_type = F_WRLCK;
+  whole.l_whence = SEEK_SET;
+  const bool granted = fcntl(fileno(file), F_SETLK, &whole) == 0;
+  fclose(file);
+  return granted;
+}
+
+void reserve_standard_streams() {
+  int file = open("/dev/null", O_RDWR);
+  while (file >= 0 && file <= STDERR_FILENO) file = open("/dev/null", O_RDWR);
+  if (file > STDERR_FILENO) close(file);
+}

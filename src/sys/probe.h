@@ -1,0 +1,15 @@
+#pragma once
+
+// Looks at the system before the daemon starts.
+
+// Runs a command line and converts the first 32 bytes of its output to a
+// number. False when the shell could not be started or nothing was read.
+[[nodiscard]] bool probe_number(const char* command, int* number);
+
+// Opens and truncates a file, tries a write lock over all of it and closes it
+// again, which releases the lock. Returns whether the lock was granted.
+[[nodiscard]] bool try_record_lock(const char* path);
+
+// Makes sure that descriptors 0 to 2 are open, on /dev/null where they are not,
+// so that no socket or file of the daemon ends up as standard output.
+void reserve_standard_streams();

@@ -1,0 +1,94 @@
+#include "sys/wext.h"
+
+#include <linux/wireless.h>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+#include "diag/trace.h"
+
+static constexpr uint16_t kSetObject = 0x8000;
+
+static iwreq make_frame(int bss, const void* buffer, uint16_t length, uint16_t flags) {
+  iwreq frame = {};
+  const long long number = static_cast<long long>(bss) - 1;
+  // An index that makes a longer name than the kernel takes names no interface.
+  snprintf(frame.ifr_name, sizeof frame.ifr_name, "%s%lld", "ra", number);
+  frame.u.data.pointer = const_cast<void*>(buffer);
+  frame.u.data.length = length;
+  frame.u.data.flags = flags;
+  return frame;
+}
+
+// Issues one request on a socket of its own. Returns 1, or 0 with errno kept
+// from the request; `line_end` is what the caller's message closes with.
+static int issue(const char* caller, unsigned request, unsigned subcmd, iwreq* frame,
+                 const char* line_end) {
+  const int sock = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+  if (sock < 0) {
+    trace_rpc_error(caller, "socket failed\n");
+    return 0;
+  }
+  const int result = ioctl(sock, request, frame);
+  const int error = errno;
+  close(sock);
+  if (result >= 0) return 1;
+  trace_rpc_error(caller, "ioctl failed (cmd=0x%X, sub_cmd=0x%X)%s", request, subcmd, line_end);
+  errno = error;
+  return 0;
+}
+
+int rtpriv_get_ioctl(int bss, unsigned request, unsigned subcmd, void* buffer, unsigned size) {
+  iwreq frame = make_frame(bss, buffer, static_cast<uint16_t>(size - 1),
+                           static_cast<uint16_t>(subcmd));
+  return issue(__func__, request, subcmd, &frame, "\n");
+}
+
+int rtpriv_get_ioctl_2(int bss, unsigned request, unsigned subcmd, void* buffer, unsigned size) {
+  iwreq frame = make_frame(bss, buffer, static_cast<uint16_t>(size - 1),
+                           static_cast<uint16_t>(subcmd));
+  errno = 0;
+  if (issue(__func__, request, subcmd, &frame, " \n") == 1) return 1;
+  return errno == EAGAIN ? kRtprivTryAgain : 0;
+}
+
+int rtpriv_get_int_struct_ioctl(int bss, unsigned request, unsigned subcmd, void* buffer,
+                                unsigned* out_length) {
+  memset(buffer, 0, kRtprivStructSize);
+  iwreq frame = make_frame(bss, buffer, kRtprivStructSize - 1, static_cast<uint16_t>(subcmd));
+  if (issue(__func__, request, subcmd, &frame, "\n") == 0) return 0;
+  *out_length = frame.u.data.length;
+  return 1;
+}
+
+int rtpriv_get_int_ioctl(int bss, unsigned request, unsigned subcmd, int32_t* out_value) {
+  int32_t value = 0;
+  iwreq frame = make_frame(bss, &value, sizeof value, static_cast<uint16_t>(subcmd));
+  if (issue(__func__, request, subcmd, &frame, "\n") == 0) return 0;
+  *out_value = value;
+  return 1;
+}
+
+int rtpriv_set_ioctl(int bss, unsigned request, unsigned subcmd, const char* text) {
+  const size_t length = strlen(text) + (subcmd == 0 ? 1 : 0);
+  if (length > UINT16_MAX) {
+    RPC_ERROR("ioctl failed (cmd=0x%X, sub_cmd=0x%X)\n", request, subcmd);
+    errno = E2BIG;
+    return 0;
+  }
+  iwreq frame = make_frame(bss, nullptr, 0, 0);
+  if (*text != '\0') {
+    frame = make_frame(bss, text, static_cast<uint16_t>(length), static_cast<uint16_t>(subcmd));
+  }
+  return issue(__func__, request, subcmd, &frame, "\n");
+}
+
+int rtpriv_set_ioctl_2(int bss, unsigned request, unsigned subcmd, const void* buffer,
+                       uint16_t length) {
+  iwreq frame = make_frame(bss, buffer, length, static_cast<uint16_t>(subcmd | kSetObject));
+  return issue(__func__, request, subcmd, &frame, "\n");
+}

@@ -1,0 +1,112 @@
+#include "sys/whole_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+
+static constexpr mode_t kNewFileMode = 0666;
+
+// Closes on a failing path without losing the reason.
+static bool fail_closing(int file) {
+  const int error = errno;
+  close(file);
+  errno = error;
+  return false;
+}
+
+static bool read_fully(int file, char* data, size_t length, size_t* got) {
+  *got = 0;
+  while (*got < length) {
+    const ssize_t part = read(file, data + *got, length - *got);
+    if (part < 0 && errno == EINTR) continue;
+    if (part < 0) return false;
+    if (part == 0) break;
+    *got += static_cast<size_t>(part);
+  }
+  return true;
+}
+
+static bool write_fully(int file, const char* data, size_t length) {
+  while (length > 0) {
+    const ssize_t part = write(file, data, length);
+    if (part < 0 && errno == EINTR) continue;
+    if (part < 0) return false;
+    data += part;
+    length -= static_cast<size_t>(part);
+  }
+  return true;
+}
+
+static bool read_open_file(int file, file_image* image) {
+  struct stat status;
+  if (fstat(file, &status) != 0) return false;
+  if (!S_ISREG(status.st_mode)) {
+    errno = EINVAL;
+    return false;
+  }
+  image->mode = status.st_mode & 07777;
+  image->owner = status.st_uid;
+  image->group = status.st_gid;
+  if (status.st_nlink > 1) image->renameable = false;
+  const size_t size = static_cast<size_t>(status.st_size);
+  image->data = static_cast<char*>(malloc(size + 1));
+  if (image->data == nullptr) return false;
+  if (read_fully(file, image->data, size, &image->length)) return true;
+  file_release(image);
+  return false;
+}
+
+bool file_read(const char* path, file_image* image) {
+  *image = {};
+  image->renameable = true;
+  constexpr int kFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK;
+  int file = open(path, kFlags | O_NOFOLLOW);
+  if (file < 0 && errno == ELOOP) {
+    image->renameable = false;
+    file = open(path, kFlags);
+  }
+  if (file < 0) return false;
+  if (!read_open_file(file, image)) return fail_closing(file);
+  close(file);
+  return true;
+}
+
+void file_release(file_image* image) {
+  free(image->data);
+  image->data = nullptr;
+  image->length = 0;
+}
+
+file_step file_create(const char* path, const char* data, size_t length) {
+  constexpr int kFlags = O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC;
+  int file = open(path, kFlags, kNewFileMode);
+  if (file < 0 && errno == EEXIST && unlink(path) == 0) file = open(path, kFlags, kNewFileMode);
+  if (file < 0) return file_step::open;
+  const bool written = write_fully(file, data, length) && fsync(file) == 0;
+  if (written && close(file) == 0) return file_step::done;
+  const int error = errno;
+  if (!written) close(file);
+  unlink(path);
+  errno = error;
+  return file_step::write;
+}
+
+bool file_rename_over(const char* path, const char* target, const file_image* like) {
+  if (chmod(path, like->mode) != 0) return false;
+  const bool same_owner = like->owner == geteuid() && like->group == getegid();
+  if (!same_owner && chown(path, like->owner, like->group) != 0) return false;
+  return rename(path, target) == 0;
+}
+
+bool file_overwrite(const char* path, const char* data, size_t length) {
+  const int file = open(path, O_WRONLY | O_CREAT | O_CLOEXEC, kNewFileMode);
+  if (file < 0) return false;
+  if (!write_fully(file, data, length) || ftruncate(file, static_cast<off_t>(length)) != 0) {
+    return fail_closing(file);
+  }
+  return close(file) == 0;
+}

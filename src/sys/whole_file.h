@@ -1,0 +1,40 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <cstddef>
+
+// Whole files in as few system calls as they take. Functions that fail return
+// false with errno set and print nothing: the callers have messages of their own.
+
+// A file read into memory. `data` is owned by the record: file_release frees it.
+struct file_image {
+  char* data;
+  size_t length;
+  mode_t mode;
+  uid_t owner;
+  gid_t group;
+  // False for a symbolic link and for a file with several names: a rename over
+  // it would leave its other names behind.
+  bool renameable;
+};
+
+// Reads a regular file; anything else is refused with EINVAL, so that a FIFO in
+// its place cannot block the reader.
+[[nodiscard]] bool file_read(const char* path, file_image* image);
+void file_release(file_image* image);
+
+// Creates a new file with one write and flushes it to its device. A leftover of
+// that name is removed first; on failure nothing is left. Returns the step that
+// failed.
+enum class file_step { done, open, write };
+[[nodiscard]] file_step file_create(const char* path, const char* data, size_t length);
+
+// Gives a file that file_create made the mode and owner of `like`, then renames
+// it over `target`. Fails without a change when the target is a mount point or
+// lies on another filesystem.
+[[nodiscard]] bool file_rename_over(const char* path, const char* target, const file_image* like);
+
+// Overwrites a file in place with one write, then cuts it to length; creates it
+// when it is missing.
+[[nodiscard]] bool file_overwrite(const char* path, const char* data, size_t length);

@@ -1,0 +1,12 @@
+#pragma once
+
+// Settings of one BSS that live in the profile; on air after a restart. A
+// backhaul BSS's host is told first (see steer/bss_service.h). The index is not
+// checked: from 9 on it selects the 5 GHz profile, and a key that is not there
+// fails. 0, also when the value is in place already, or -1.
+
+// Network name, key "SSID<n>".
+int wlan_setSSID(int bss, const char* ssid);
+
+// Pass phrase, key "WPAPSK<n>"; the key index is not used.
+int wlan_setKeyPassphrase(int bss, int key_index, const char* passphrase);

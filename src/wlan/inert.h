@@ -1,0 +1,7 @@
+#pragma once
+
+#include <rpc/types.h>
+
+// The inert operations, declared from their catalogue.
+#define INERT_OPERATION(status, operation, parameters) int operation parameters;
+#include "wlan/inert.def"
