@@ -1,0 +1,258 @@
+#include <gtest/gtest.h>
+
+#include <map>
+#include <vector>
+
+#include "support/daemon.h"
+#include "support/files.h"
+#include "support/wire.h"
+
+namespace {
+
+struct row {
+  std::string kind;
+  std::string arguments;  // zeros and empty texts
+  std::string payload;
+  size_t size;
+};
+
+}  // namespace
+
+// Arguments of each type, all zero.
+static std::string zero_int() { return xdr_word(0); }
+static std::string zero_u_int() { return xdr_word(0); }
+static std::string zero_bool_t() { return xdr_word(0); }
+static std::string zero_u_short() { return xdr_word(0); }
+static std::string zero_string_t() { return xdr_text(""); }
+static std::string zero_hnc_supported_hne_table() {
+  return std::string(4 * (2 + 3 * 64 + 4 * 256 + 2), '\0');
+}
+
+static std::map<uint32_t, row> table() {
+  return {
+#define INDEX(name) +zero_int()
+#define FIELD(type, name) +zero_##type()
+#define ONLY_INDEX(name) +zero_int()
+#define ONLY(type, name) +zero_##type()
+#define ENTRY(kind, number, members, payload, size) \
+  {number, {kind, std::string() members, #payload, size}},
+#define PROCEDURE(number, name, stub, argument, members, payload, size, ...) \
+  ENTRY("built", number, members, payload, size)
+#define INERT(number, name, stub, argument, members, payload, size, ...) \
+  ENTRY("inert", number, members, payload, size)
+#define OWN(number, name, stub, argument, members, payload, size, ...) \
+  ENTRY("own", number, members, payload, size)
+#define PENDING(number, name, stub, argument, members, payload, size, ...) \
+  ENTRY("pending", number, members, payload, size)
+#include "rpc/procedures.def"
+  };
+}
+
+static std::string words(size_t count) {
+  return xdr_word(static_cast<uint32_t>(count)) + std::string(4 * count, '\0');
+}
+
+// What follows the status of an inert procedure's reply.
+static std::string empty_payload(const row& procedure) {
+  if (procedure.payload == "INT") return words(4) + xdr_word(0);
+  if (procedure.payload == "TEXT") return xdr_word(0) + xdr_text(std::string(1, '\0'));
+  if (procedure.payload == "WORDS") return words(procedure.size) + xdr_word(0);
+  if (procedure.payload == "IMAGE") return xdr_word(0) + xdr_text(std::string(procedure.size, '\0'));
+  return procedure.payload == "NONE" ? xdr_word(0) + xdr_word(0) : "";
+}
+
+TEST(Table, HasAllProcedures) { EXPECT_EQ(table().size(), 362u); }
+
+TEST(Table, EveryProcedureAnswersOverTheWire) {
+  const pid_t child = service_child(start_daemon());
+  for (const auto& [number, procedure] : table()) {
+    reply_message reply = {};
+    ASSERT_TRUE(call(number, procedure.arguments, &reply)) << number;
+    const bool pending = procedure.kind == "pending";
+    EXPECT_EQ(reply.accept_status, pending ? kProcedureUnavailable : kAcceptSuccess) << number;
+    if (procedure.kind != "inert") continue;
+    const int32_t code = static_cast<int32_t>(word_at(reply.payload, 0));
+    EXPECT_TRUE(code == 0 || code == -1) << number;
+    EXPECT_EQ(reply.payload.substr(4), empty_payload(procedure)) << number;
+  }
+  EXPECT_EQ(kill(child, 0), 0);
+}
+
+TEST(Table, InertProceduresTouchNothing) {
+  start_daemon();
+  const std::string before = run("ls -la --time-style=full-iso /tmp /nvram; md5sum /tmp/*.dat");
+  for (const auto& [number, procedure] : table()) {
+    reply_message reply = {};
+    if (procedure.kind != "inert") continue;
+    ASSERT_TRUE(call(number, procedure.arguments, &reply)) << number;
+  }
+  EXPECT_EQ(run("ls -la --time-style=full-iso /tmp /nvram; md5sum /tmp/*.dat"), before);
+  EXPECT_EQ(read_file("/run/gwbox/journal.jsonl"), "");
+}
+
+TEST(Table, RefusingProceduresAreTheSixOfTheCatalogue) {
+  start_daemon();
+  std::vector<uint32_t> refusing;
+  for (const auto& [number, procedure] : table()) {
+    if (procedure.kind != "inert") continue;
+    reply_message reply = {};
+    ASSERT_TRUE(call(number, procedure.arguments, &reply)) << number;
+    if (static_cast<int32_t>(word_at(reply.payload, 0)) == -1) refusing.push_back(number);
+  }
+  // IGMP snooping, 802.11u switch and attribute both ways, airtime.
+  EXPECT_EQ(refusing, (std::vector<uint32_t>{210, 0x01000010, 0x01000011, 0x01000012, 0x01000013,
+                                             0x01000015}));
+}
+
+TEST(Table, EveryGapIsUnavailable) {
+  start_daemon();
+  const std::map<uint32_t, row> known = table();
+  std::vector<uint32_t> numbers = {0x7FFFFFFF, 0x80000000, 0xFFFFFFFF, 0x00FFFFFF};
+  for (uint32_t number = 1; number <= 320; ++number) numbers.push_back(number);
+  for (uint32_t number = 0x01000000; number <= 0x010000C0; ++number) numbers.push_back(number);
+  size_t gaps = 0;
+  for (const uint32_t number : numbers) {
+    if (known.contains(number)) continue;
+    reply_message reply = {};
+    ASSERT_TRUE(call(number, xdr_word(1), &reply)) << number;
+    EXPECT_EQ(reply.accept_status, kProcedureUnavailable) << number;
+    EXPECT_EQ(reply.payload, "") << number;
+    ++gaps;
+  }
+  EXPECT_GE(gaps, 27u + 83u);
+}
+
+TEST(Reply, NullProcedureIsEmpty) {
+  start_daemon();
+  reply_message reply = {};
+  ASSERT_TRUE(call(0, "", &reply));
+  EXPECT_EQ(reply.accept_status, kAcceptSuccess);
+  EXPECT_EQ(reply.payload, "");
+}
+
+TEST(Reply, IntegerGetterIsTwentyEightBytesWithZerosBehindTheValue) {
+  start_daemon();
+  reply_message reply = {};
+  ASSERT_TRUE(call(16, xdr_word(1), &reply));
+  EXPECT_EQ(reply.payload, xdr_word(0) + xdr_word(4) + std::string(16, '\0') + xdr_word(0));
+}
+
+TEST(Reply, EmptyTextIsOneNul) {
+  start_daemon();
+  reply_message reply = {};
+  ASSERT_TRUE(call(21, xdr_word(99), &reply));
+  EXPECT_EQ(reply.payload, xdr_word(0) + xdr_word(0) + xdr_word(1) + std::string(4, '\0'));
+}
+
+TEST(Reply, EmptyRecordIsTwelveBytes) {
+  start_daemon();
+  reply_message reply = {};
+  ASSERT_TRUE(call(300, xdr_word(1), &reply));
+  EXPECT_EQ(reply.payload, std::string(12, '\0'));
+}
+
+static uint32_t accept_status_of(uint32_t procedure, const std::string& arguments) {
+  reply_message reply = {};
+  EXPECT_TRUE(call(procedure, arguments, &reply)) << procedure;
+  return reply.accept_status;
+}
+
+TEST(CutOff, ArgumentsAreNeverCompletedFromAnEarlierRequest) {
+  start_daemon();
+  const std::string secret = "the neighbour's secret";
+  const std::string whole = xdr_word(3) + xdr_text(secret);
+  for (size_t length = 0; length < whole.size(); ++length) {
+    ASSERT_EQ(accept_status_of(22, whole), kAcceptSuccess);
+    // Another BSS, the same length of text announced, cut at every byte.
+    const std::string cut = (xdr_word(4) + xdr_text(secret)).substr(0, length);
+    EXPECT_EQ(accept_status_of(22, cut), kGarbageArguments) << length;
+  }
+  const std::string profile = read_file("/tmp/mt76xx_24.dat");
+  EXPECT_EQ(profile.find("SSID4=" + secret), profile.npos);
+}
+
+TEST(CutOff, HeaderIsNeverCompletedFromAnEarlierRequest) {
+  const pid_t child = service_child(start_daemon());
+  const std::string whole = call_message(22, xdr_word(4) + xdr_text("again"), 77);
+  const std::string before = read_file("/tmp/mt76xx_24.dat");
+  for (size_t length = 0; length < 40; ++length) {
+    ASSERT_EQ(call_for_code(22, xdr_word(3) + xdr_text("bait" + std::to_string(length))), 0);
+    reply_message reply = {};
+    EXPECT_FALSE(exchange(whole.substr(0, length), 77, &reply, 0.02)) << length;
+  }
+  const std::string profile = read_file("/tmp/mt76xx_24.dat");
+  EXPECT_EQ(profile.find("SSID4=again"), profile.npos);
+  EXPECT_EQ(kill(child, 0), 0);
+}
+
+TEST(CutOff, CredentialsThatReachBeyondTheDatagramAreDropped) {
+  start_daemon();
+  ASSERT_EQ(call_for_code(22, xdr_word(3) + xdr_text(std::string(400, 'a'))), 0);
+  const std::string header = xdr_word(5) + xdr_word(0) + xdr_word(2) + xdr_word(kProgramNumber) +
+                             xdr_word(1) + xdr_word(0);
+  const std::string credentials = xdr_word(0) + xdr_word(400) + xdr_word(0) + xdr_word(0);
+  reply_message reply = {};
+  EXPECT_FALSE(exchange(header + credentials, 5, &reply, 0.1));
+  EXPECT_TRUE(daemon_answers());
+}
+
+TEST(Malformed, OtherProgramsAndVersionsAreRefused) {
+  start_daemon();
+  reply_message reply = {};
+  ASSERT_TRUE(exchange(call_message(0, "", 5, 0x20131338), 5, &reply));
+  EXPECT_EQ(reply.accept_status, kProgramUnavailable);
+  ASSERT_TRUE(exchange(call_message(0, "", 6, kProgramNumber, 2), 6, &reply));
+  EXPECT_EQ(reply.accept_status, kProgramMismatch);
+  EXPECT_EQ(reply.payload, xdr_word(1) + xdr_word(1));
+}
+
+TEST(Malformed, BadLengthsAreGarbage) {
+  start_daemon();
+  for (const uint32_t length : {0xFFFFFFFFu, 0xFFFFFFFEu, 0x7FFFFFFFu, 0x80000000u, 9000u, 100u}) {
+    EXPECT_EQ(accept_status_of(22, xdr_word(1) + xdr_word(length) + "abcd"), kGarbageArguments)
+        << length;
+  }
+}
+
+TEST(Malformed, DatagramsOfAnySizeNeverEndTheChild) {
+  const pid_t child = service_child(start_daemon());
+  for (size_t size = 0; size <= 9000; size += size < 128 ? 1 : 97) {
+    send_datagram(std::string(size, '\0'));
+    send_datagram(std::string(size, '\xFF'));
+    send_datagram(call_message(22, std::string(size, '\x01')));
+    send_datagram(call_message(0x0100007A, std::string(size, '\x7F')));
+    if (size % 64 != 0) continue;
+    ASSERT_TRUE(wait_until(daemon_answers)) << size;
+  }
+  EXPECT_TRUE(wait_until(daemon_answers));
+  EXPECT_EQ(kill(child, 0), 0);
+}
+
+TEST(Trace, SwitchTakesEffectAtTheNextCall) {
+  start_daemon();
+  ASSERT_EQ(accept_status_of(16, xdr_word(1)), kAcceptSuccess);
+  EXPECT_EQ(daemon_output(), "");
+  write_file("/tmp/wlandbg", "");
+  ASSERT_EQ(accept_status_of(16, xdr_word(1)), kAcceptSuccess);
+  EXPECT_EQ(daemon_output(),
+            "\033[1;32;40m[RPC] wlan_get_channel_1_svc\033[0m  WLAN RPC server : index 1\n"
+            "\033[1;32;40m[RPC] wlan_get_channel_1_svc\033[0m  WLAN RPC server : [channel = 0 ]\n");
+}
+
+TEST(Trace, TextGetterShowsIndexLengthAndText) {
+  start_daemon();
+  write_file("/tmp/wlandbg", "");
+  ASSERT_EQ(accept_status_of(21, xdr_word(3)), kAcceptSuccess);
+  const std::string prefix = "\033[1;32;40m[RPC] wlan_get_ssid_1_svc\033[0m ";
+  EXPECT_EQ(daemon_output(), prefix + " WLAN RPC server : [index 3]\n" + prefix +
+                                 " WLAN RPC server : [len = 1]\n" + prefix +
+                                 " WLAN RPC server : [ssid ]\n");
+}
+
+TEST(Trace, LogCollectsTheMessagesOfCalls) {
+  start_daemon();
+  run("mkdir /tmp/auto_debug; touch /tmp/auto_debug/rpc_dbg_en");
+  ASSERT_EQ(accept_status_of(16, xdr_word(9)), kAcceptSuccess);
+  const std::string log = read_file("/tmp/auto_debug/dbg_rpc.log");
+  EXPECT_NE(log.find(" -  WLAN RPC server : index 9\n"), log.npos) << log;
+}

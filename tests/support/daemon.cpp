@@ -1,0 +1,70 @@
+#include "support/daemon.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "support/files.h"
+#include "support/wire.h"
+
+static constexpr char kOutput[] = "/tmp/daemon.out";
+static constexpr char kErrors[] = "/tmp/daemon.err";
+
+static void redirect(int stream, const char* path) {
+  const int file = open(path, O_WRONLY | O_CREAT | O_APPEND, 0644);
+  dup2(file, stream);
+  close(file);
+}
+
+pid_t start_supervisor(const std::vector<std::string>& environment) {
+  const pid_t pid = fork();
+  if (pid != 0) return pid;
+  for (const std::string& setting : environment) putenv(strdup(setting.c_str()));
+  redirect(STDOUT_FILENO, kOutput);
+  redirect(STDERR_FILENO, kErrors);
+  close_range(STDERR_FILENO + 1, ~0U, 0);
+  const std::string path = std::string(WIFICONFD_PATH);
+  execl(path.c_str(), "wificonfd", nullptr);
+  _exit(127);
+}
+
+bool daemon_answers() {
+  reply_message reply;
+  return call(0, "", &reply, 0.2) && reply.accept_status == kAcceptSuccess;
+}
+
+pid_t start_daemon(const std::vector<std::string>& environment) {
+  const pid_t pid = start_supervisor(environment);
+  EXPECT_TRUE(wait_until(daemon_answers)) << daemon_errors();
+  return pid;
+}
+
+pid_t service_child(pid_t supervisor) {
+  const std::string path = "/proc/" + std::to_string(supervisor) + "/task/" +
+                           std::to_string(supervisor) + "/children";
+  return atoi(read_file(path).c_str());
+}
+
+static int status_of(int ended) {
+  return WIFEXITED(ended) ? WEXITSTATUS(ended) : 128 + WTERMSIG(ended);
+}
+
+int wait_for_end(pid_t pid) {
+  int ended = 0;
+  const bool gone = wait_until([&] { return waitpid(pid, &ended, WNOHANG) == pid; });
+  return gone ? status_of(ended) : -1;
+}
+
+int end_process(pid_t pid, int signal) {
+  kill(pid, signal);
+  return wait_for_end(pid);
+}
+
+std::string daemon_output() { return read_file(kOutput); }
+
+std::string daemon_errors() { return read_file(kErrors); }

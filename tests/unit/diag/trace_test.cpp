@@ -1,0 +1,142 @@
+#include "diag/trace.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "support/files.h"
+
+static constexpr char kLog[] = "/tmp/auto_debug/dbg_rpc.log";
+static constexpr char kBackup[] = "/tmp/auto_debug/dbg_rpc.log.bak";
+
+static void switch_log_on() {
+  mkdir("/tmp/auto_debug", 0755);
+  write_file("/tmp/auto_debug/rpc_dbg_en", "");
+}
+
+// The message of a log line: what follows the time stamp and its separator.
+static std::string after_stamp(const std::string& line) {
+  const size_t separator = line.find(" - ");
+  return separator == std::string::npos ? line : line.substr(separator + 3);
+}
+
+static void emit_all_families() {
+  RPC_TRACE("rpc %d\n", 1);
+  RPC_ERROR("rpc error %d\n", 2);
+  REV_TRACE("rev %d\n", 3);
+  REV_ERROR("rev error %d\n", 4);
+}
+
+TEST(Trace, WithoutSwitchesOnlyTheErrorFamiliesWrite) {
+  catch_stream(1);
+  catch_stream(2);
+  emit_all_families();
+  EXPECT_EQ(caught_stream(2),
+            "\033[1;31;40m[RPC] **ERROR**\033[0m emit_all_families rpc error 2\n"
+            "[REV-RPC] \033[40m\033[31;40m**ERROR**\033[0m emit_all_families rev error 4\n");
+  EXPECT_EQ(caught_stream(1), "");
+  EXPECT_FALSE(exists("/tmp/auto_debug"));
+}
+
+TEST(Trace, ConsoleSwitchShowsTheTraceFamilies) {
+  write_file("/tmp/wlandbg", "");
+  catch_stream(1);
+  emit_all_families();
+  EXPECT_EQ(caught_stream(1),
+            "\033[1;32;40m[RPC] emit_all_families\033[0m rpc 1\n"
+            "[REV-RPC] \033[40m\033[31;40memit_all_families\033[0m rev 3\n");
+}
+
+TEST(Trace, ConsoleSwitchIsTestedAtEveryMessage) {
+  catch_stream(1);
+  RPC_TRACE("off\n");
+  mkdir("/tmp/wlandbg", 0755);  // any type counts
+  RPC_TRACE("on\n");
+  rmdir("/tmp/wlandbg");
+  RPC_TRACE("off again\n");
+  const std::string text = caught_stream(1);
+  EXPECT_NE(text.find("on\n"), text.npos);
+  EXPECT_EQ(text.find("off"), text.npos);
+}
+
+TEST(Trace, LogTakesTheRpcFamiliesWithoutPrefixWhateverTheConsoleDoes) {
+  switch_log_on();
+  catch_stream(1);
+  catch_stream(2);
+  emit_all_families();
+  caught_stream(2);
+  EXPECT_EQ(caught_stream(1), "");
+  const std::string log = read_file(kLog);
+  const size_t second = log.find('\n') + 1;
+  EXPECT_EQ(after_stamp(log.substr(0, second)), "rpc 1\n");
+  EXPECT_EQ(after_stamp(log.substr(second)), "rpc error 2\n");
+}
+
+TEST(Log, LineIsStampedInAsctimeForm) {
+  switch_log_on();
+  EXPECT_EQ(logToFile("hello %s\n", "log"), 0);
+  const std::string line = read_file(kLog);
+  struct tm parsed = {};
+  const char* rest = strptime(line.c_str(), "%a %b %d %H:%M:%S %Y", &parsed);
+  ASSERT_NE(rest, nullptr) << line;
+  EXPECT_STREQ(rest, " - hello log\n");
+}
+
+TEST(Log, SwitchedOffNotEvenTheFormatIsLookedAt) {
+  const char* no_format = nullptr;
+  EXPECT_EQ(logToFile(no_format), 0);
+}
+
+TEST(Log, NullFormatFailsWithoutTouchingTheFile) {
+  switch_log_on();
+  const char* no_format = nullptr;
+  EXPECT_EQ(logToFile(no_format), -1);
+  EXPECT_FALSE(exists(kLog));
+}
+
+TEST(Log, FailsWhenItCannotBeOpened) {
+  switch_log_on();
+  mkdir(kLog, 0755);
+  EXPECT_EQ(logToFile("lost\n"), -1);
+}
+
+TEST(Log, DirectoryIsNeverCreated) {
+  EXPECT_EQ(logToFile("lost\n"), 0);
+  EXPECT_FALSE(exists("/tmp/auto_debug"));
+}
+
+TEST(Log, NotRotatedAtTheThreshold) {
+  switch_log_on();
+  write_file(kLog, std::string(1024000, 'x'));
+  EXPECT_EQ(logToFile("line\n"), 0);
+  EXPECT_FALSE(exists(kBackup));
+  EXPECT_GT(read_file(kLog).size(), 1024000u);
+}
+
+TEST(Log, RotatedOneByteAboveTheThresholdReplacingTheBackup) {
+  switch_log_on();
+  write_file(kBackup, "older");
+  write_file(kLog, std::string(1024001, 'x'));
+  EXPECT_EQ(logToFile("line\n"), 0);
+  EXPECT_EQ(read_file(kBackup), std::string(1024001, 'x'));
+  EXPECT_EQ(after_stamp(read_file(kLog)), "line\n");
+}
+
+TEST(Log, TimeThatCannotBeFormattedIsTheWordNull) {
+  char stamp[kTimeStampSize];
+  log_time_stamp(nullptr, stamp);
+  EXPECT_STREQ(stamp, "NULL");
+  struct tm distant = {};
+  distant.tm_year = 2000000000;
+  log_time_stamp(&distant, stamp);
+  EXPECT_STREQ(stamp, "NULL");
+}
+
+TEST(Log, MessageWithoutLineEndRunsIntoTheNext) {
+  switch_log_on();
+  logToFile("first");
+  logToFile("second\n");
+  const std::string log = read_file(kLog);
+  EXPECT_NE(log.find(" - first"), log.npos);
+  EXPECT_EQ(log.find('\n'), log.size() - 1);
+}
