@@ -14,7 +14,9 @@ static constexpr char kLog[] = "/tmp/auto_debug/dbg_rpc.log";
 static constexpr char kLogBackup[] = "/tmp/auto_debug/dbg_rpc.log.bak";
 static constexpr int32_t kRotateAbove = 1024000;
 
-bool console_trace_on() { return access(kConsoleSwitch, F_OK) == 0; }
+bool console_trace_on() {
+  return access(kConsoleSwitch, F_OK) == 0;
+}
 
 void log_time_stamp(const struct tm* when, char (&stamp)[kTimeStampSize]) {
   char text[64] = {};

@@ -6,8 +6,8 @@
 #include "profile/profile.h"
 #include "profile/profile_files.h"
 #include "profile/profile_text.h"
-#include "sys/whole_file.h"
 #include "sys/lock.h"
+#include "sys/whole_file.h"
 
 static int find_value(std::string_view content, std::string_view key, char* buffer, int max_len) {
   while (!content.empty()) {
@@ -20,8 +20,9 @@ static int find_value(std::string_view content, std::string_view key, char* buff
       return 1;
     }
     // Says malloc though nothing is allocated, and counts the line end: kept.
-    trace_rpc_error("wifiprofile_getParam", "malloc failed. value:%.*s, param_len=%d, value_len=%d\n",
-                    length, found.value.data(), max_len, length + 1);
+    trace_rpc_error("wifiprofile_getParam",
+                    "malloc failed. value:%.*s, param_len=%d, value_len=%d\n", length,
+                    found.value.data(), max_len, length + 1);
   }
   return 0;
 }

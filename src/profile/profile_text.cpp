@@ -36,7 +36,8 @@ bool find_field(std::string_view list, int index, std::string_view* field, bool*
 
 static int count_separators(std::string_view list) {
   int count = 0;
-  for (const char c : list) count += c == ';';
+  for (const char c : list)
+    count += c == ';';
   return count;
 }
 

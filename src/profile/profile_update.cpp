@@ -1,5 +1,4 @@
 #include <sys/time.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <cstdarg>
@@ -11,8 +10,8 @@
 #include "profile/profile.h"
 #include "profile/profile_files.h"
 #include "profile/profile_text.h"
-#include "sys/whole_file.h"
 #include "sys/lock.h"
+#include "sys/whole_file.h"
 
 namespace {
 
@@ -55,8 +54,7 @@ static const char* objection(const request& wanted, bool with_index) {
 // Takes the argument list over. Returns kProfileWritten to go on, or the result
 // of a list that is refused before any file is touched.
 static unsigned take_requests(update* work, va_list list) {
-  for (const char* key = va_arg(list, const char*); *key != '\0';
-       key = va_arg(list, const char*)) {
+  for (const char* key = va_arg(list, const char*); *key != '\0'; key = va_arg(list, const char*)) {
     request wanted = {key, 0, nullptr};
     if (work->with_index) wanted.index = va_arg(list, int);
     wanted.value = va_arg(list, const char*);
@@ -135,7 +133,8 @@ static void update_line(update* work, std::string_view line) {
 
 static void build_content(update* work, std::string_view old) {
   text_reserve(&work->content, old.size() + kProfileLineMax);
-  while (!old.empty() && !work->refused) update_line(work, next_line(&old));
+  while (!old.empty() && !work->refused)
+    update_line(work, next_line(&old));
   if (!work->forced || work->changed > 0 || work->request_count == 0 || work->refused) return;
   // A last line without a line end must not swallow the appended one.
   const text_buffer& content = work->content;
@@ -169,7 +168,7 @@ static void replace_profile(const update& work, const char* path, const char* te
   const bool renamed = old.renameable && file_rename_over(temporary, path, &old);
   if (!renamed) {
     if (!file_overwrite(path, content.data, content.length)) report(work, "copy back", path);
-    unlink(temporary);
+    file_remove(temporary);
   }
   const char* mirror = profile_files_of(path)->mirror;
   if (!file_overwrite(mirror, content.data, content.length)) report(work, "mirror", mirror);

@@ -12,7 +12,9 @@
 using string_t = char*;
 bool_t xdr_string_t(XDR* stream, string_t* text);
 
-inline bool_t xdr_bool_t(XDR* stream, bool_t* value) { return xdr_bool(stream, value); }
+inline bool_t xdr_bool_t(XDR* stream, bool_t* value) {
+  return xdr_bool(stream, value);
+}
 
 // What a handler fills, by payload kind.
 using result_CODE = wlan_config_return_code_e;

@@ -41,11 +41,11 @@ constexpr size_t kSizeOf<void> = 0;
 #define ONLY_INDEX(name) *in,
 #define ONLY(type, name) *in,
 #define PENDING(...)
-#define PROCEDURE(number, name, stub, argument, members, payload, size, handler, back_end,    \
-                  summary)                                                                    \
-  static int _##stub(void* argument_area, void* result, svc_req* request) {                   \
-    [[maybe_unused]] argument* in = static_cast<argument*>(argument_area);                    \
-    return handler(members static_cast<result_##payload*>(result), request);                  \
+#define PROCEDURE(number, name, stub, argument, members, payload, size, handler, back_end, \
+                  summary)                                                                 \
+  static int _##stub(void* argument_area, void* result, svc_req* request) {                \
+    [[maybe_unused]] argument* in = static_cast<argument*>(argument_area);                 \
+    return handler(members static_cast<result_##payload*>(result), request);               \
   }
 #include "rpc/procedures.def"
 
@@ -62,7 +62,7 @@ static const xdrproc_t kEncodeRecord = FILTER(xdr_wlan_config_result_data_t);
 #define ENCODER_IMAGE kEncodeRecord
 #define ENCODER_NONE kEncodeRecord
 
-#define ROW(number, name, argument, payload, stub)                                            \
+#define ROW(number, name, argument, payload, stub) \
   {number, name, kSizeOf<argument>, FILTER(xdr_##argument), ENCODER_##payload, stub},
 static const procedure kProcedures[] = {
 #define PROCEDURE(number, name, stub, argument, members, payload, ...) \

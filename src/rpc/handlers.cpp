@@ -16,7 +16,9 @@ namespace {
 enum class form { plain, bracketed };
 
 // What a getter was asked for; it shows its leading index only.
-void trace_asked(const char* handler, form) { trace_rpc(handler, " WLAN RPC server :\n"); }
+void trace_asked(const char* handler, form) {
+  trace_rpc(handler, " WLAN RPC server :\n");
+}
 
 void trace_asked(const char* handler, form shape, int index, int /*second*/ = 0) {
   if (shape == form::plain) trace_rpc(handler, " WLAN RPC server : index %d\n", index);
@@ -36,22 +38,22 @@ void trace_asked(const char* handler, form, const char* text) {
     return 1;                                                                          \
   }
 
-#define HANDLER_INT(members, size, handler, back_end)                   \
-  int handler(PARAMETERS(members) result_INT* result, svc_req*) {       \
-    int value = 0;                                                      \
-    trace_asked(__func__, form::plain ARGUMENTS(members));              \
-    result->return_code = CALL(back_end, ARGUMENTS(members), &value);   \
-    pack_int(__func__, value, result);                                  \
-    return 1;                                                           \
+#define HANDLER_INT(members, size, handler, back_end)                 \
+  int handler(PARAMETERS(members) result_INT* result, svc_req*) {     \
+    int value = 0;                                                    \
+    trace_asked(__func__, form::plain ARGUMENTS(members));            \
+    result->return_code = CALL(back_end, ARGUMENTS(members), &value); \
+    pack_int(__func__, value, result);                                \
+    return 1;                                                         \
   }
 
-#define HANDLER_TEXT(members, size, handler, back_end)                \
-  int handler(PARAMETERS(members) result_TEXT* result, svc_req*) {    \
-    char text[size] = {};                                             \
-    trace_asked(__func__, form::bracketed ARGUMENTS(members));        \
-    result->return_code = CALL(back_end, ARGUMENTS(members), text);   \
-    pack_text(__func__, text, sizeof text, result);                   \
-    return 1;                                                         \
+#define HANDLER_TEXT(members, size, handler, back_end)              \
+  int handler(PARAMETERS(members) result_TEXT* result, svc_req*) {  \
+    char text[size] = {};                                           \
+    trace_asked(__func__, form::bracketed ARGUMENTS(members));      \
+    result->return_code = CALL(back_end, ARGUMENTS(members), text); \
+    pack_text(__func__, text, sizeof text, result);                 \
+    return 1;                                                       \
   }
 
 #define HANDLER_WORDS(members, size, handler, back_end)               \
@@ -63,22 +65,22 @@ void trace_asked(const char* handler, form, const char* text) {
     return 1;                                                         \
   }
 
-#define HANDLER_IMAGE(members, size, handler, back_end)                                     \
-  int handler(PARAMETERS(members) result_IMAGE* result, svc_req*) {                         \
-    alignas(uint64_t) unsigned char record[size] = {};                                      \
-    trace_asked(__func__, form::bracketed ARGUMENTS(members));                              \
-    result->return_code = CALL(back_end, ARGUMENTS(members), record);                       \
-    pack_image(record, sizeof record, result);                                              \
-    RPC_TRACE(" WLAN RPC server : result->return_data.return_data_len = %u\n",              \
-              result->return_data.return_data_len);                                         \
-    return 1;                                                                               \
+#define HANDLER_IMAGE(members, size, handler, back_end)                        \
+  int handler(PARAMETERS(members) result_IMAGE* result, svc_req*) {            \
+    alignas(uint64_t) unsigned char record[size] = {};                         \
+    trace_asked(__func__, form::bracketed ARGUMENTS(members));                 \
+    result->return_code = CALL(back_end, ARGUMENTS(members), record);          \
+    pack_image(record, sizeof record, result);                                 \
+    RPC_TRACE(" WLAN RPC server : result->return_data.return_data_len = %u\n", \
+              result->return_data.return_data_len);                            \
+    return 1;                                                                  \
   }
 
-#define HANDLER_NONE(members, size, handler, back_end)              \
-  int handler(PARAMETERS(members) result_NONE* result, svc_req*) {  \
-    trace_asked(__func__, form::plain ARGUMENTS(members));          \
-    result->return_code = CALL(back_end, ARGUMENTS(members));       \
-    return 1;                                                       \
+#define HANDLER_NONE(members, size, handler, back_end)             \
+  int handler(PARAMETERS(members) result_NONE* result, svc_req*) { \
+    trace_asked(__func__, form::plain ARGUMENTS(members));         \
+    result->return_code = CALL(back_end, ARGUMENTS(members));      \
+    return 1;                                                      \
   }
 
 #define PROCEDURE(number, name, stub, argument, members, payload, size, handler, back_end, \

@@ -19,19 +19,19 @@
 
 // Handlers without a procedure number: getters for the DCS settings that only
 // the setters ever got numbers for. They answer an empty record.
-#define DCS_GETTERS(GETTER)                                      \
-  GETTER(wlan_get_mso_dcs_on_1_svc)                              \
-  GETTER(wlan_get_user_dcs_on_1_svc)                             \
-  GETTER(wlan_get_dcs_serving_channel_sample_time_1_svc)         \
-  GETTER(wlan_get_dcs_serving_channel_sample_num_1_svc)          \
-  GETTER(wlan_get_dcs_medium_utilization_threshold_1_svc)        \
-  GETTER(wlan_get_dcs_off_channel_scan_period_1_svc)             \
-  GETTER(wlan_get_dcs_off_channel_scan_sample_num_1_svc)         \
-  GETTER(wlan_get_dcs_channel_switch_time_window_1_svc)          \
-  GETTER(wlan_get_dcs_channel_switch_limited_num_1_svc)          \
-  GETTER(wlan_get_dcs_medium_utilization_weight_1_svc)           \
+#define DCS_GETTERS(GETTER)                                          \
+  GETTER(wlan_get_mso_dcs_on_1_svc)                                  \
+  GETTER(wlan_get_user_dcs_on_1_svc)                                 \
+  GETTER(wlan_get_dcs_serving_channel_sample_time_1_svc)             \
+  GETTER(wlan_get_dcs_serving_channel_sample_num_1_svc)              \
+  GETTER(wlan_get_dcs_medium_utilization_threshold_1_svc)            \
+  GETTER(wlan_get_dcs_off_channel_scan_period_1_svc)                 \
+  GETTER(wlan_get_dcs_off_channel_scan_sample_num_1_svc)             \
+  GETTER(wlan_get_dcs_channel_switch_time_window_1_svc)              \
+  GETTER(wlan_get_dcs_channel_switch_limited_num_1_svc)              \
+  GETTER(wlan_get_dcs_medium_utilization_weight_1_svc)               \
   GETTER(wlan_get_dcs_medium_utilization_latest_sample_weight_1_svc) \
-  GETTER(wlan_get_dcs_radio_channel_power_ajuster_1_svc)         \
+  GETTER(wlan_get_dcs_radio_channel_power_ajuster_1_svc)             \
   GETTER(wlan_get_dcs_rssi_weight_1_svc)
 
 #define DECLARE_GETTER(handler) \

@@ -10,4 +10,6 @@ bool portmapper_running() {
   return !probe_number(kProbe, &count) || count >= 1;
 }
 
-int check_instance() { return try_record_lock(kLockFile) ? 1 : 0; }
+int check_instance() {
+  return try_record_lock(kLockFile) ? 1 : 0;
+}

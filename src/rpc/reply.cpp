@@ -48,6 +48,6 @@ void pack_text(const char* handler, const char* text, size_t size,
   result->return_data.return_data_len = static_cast<u_int>(length + 1);
   const std::string_view label = value_label(handler);
   trace_rpc(handler, " WLAN RPC server : [len = %zu]\n", length + 1);
-  trace_rpc(handler, " WLAN RPC server : [%.*s %s]\n", static_cast<int>(label.size()),
-            label.data(), copy);
+  trace_rpc(handler, " WLAN RPC server : [%.*s %s]\n", static_cast<int>(label.size()), label.data(),
+            copy);
 }

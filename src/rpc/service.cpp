@@ -37,7 +37,9 @@ int build_rpc_sockt(const char* address) {
   return sock;
 }
 
-void unregister_service() { pmap_unset(kProgram, kVersion); }
+void unregister_service() {
+  pmap_unset(kProgram, kVersion);
+}
 
 void run_service() {
   unregister_service();

@@ -18,4 +18,6 @@ bool_t wlan_xdr_string(XDR* stream, char** text, u_int max_length) {
   return FALSE;
 }
 
-bool_t xdr_string_t(XDR* stream, string_t* text) { return wlan_xdr_string(stream, text, ~0U); }
+bool_t xdr_string_t(XDR* stream, string_t* text) {
+  return wlan_xdr_string(stream, text, ~0U);
+}

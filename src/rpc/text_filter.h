@@ -7,4 +7,5 @@
 #ifdef __cplusplus
 extern "C"
 #endif
-bool_t wlan_xdr_string(XDR* stream, char** text, u_int max_length);
+    bool_t
+    wlan_xdr_string(XDR* stream, char** text, u_int max_length);

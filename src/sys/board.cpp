@@ -23,7 +23,9 @@ int bss_list_position(int bss) {
   return bss < kRadio5 ? bss - 1 : bss - 9;
 }
 
-int bss_key_number(int bss) { return bss < kRadio5 ? bss : bss - 8; }
+int bss_key_number(int bss) {
+  return bss < kRadio5 ? bss : bss - 8;
+}
 
 // Written by whichever thread probes first; two first calls at once only read
 // the list twice.

@@ -15,11 +15,17 @@ static int flock_through_signals(int fd, int operation) {
   return result;
 }
 
-int write_lock(int fd) { return flock_through_signals(fd, LOCK_EX); }
+int write_lock(int fd) {
+  return flock_through_signals(fd, LOCK_EX);
+}
 
-int read_lock(int fd) { return flock_through_signals(fd, LOCK_SH); }
+int read_lock(int fd) {
+  return flock_through_signals(fd, LOCK_SH);
+}
 
-int unlock(int fd) { return flock_through_signals(fd, LOCK_UN); }
+int unlock(int fd) {
+  return flock_through_signals(fd, LOCK_UN);
+}
 
 static void report(const char* format, const char* path, const char* reason) {
   const int error = errno;

@@ -30,6 +30,7 @@ bool try_record_lock(const char* path) {
 
 void reserve_standard_streams() {
   int file = open("/dev/null", O_RDWR);
-  while (file >= 0 && file <= STDERR_FILENO) file = open("/dev/null", O_RDWR);
+  while (file >= 0 && file <= STDERR_FILENO)
+    file = open("/dev/null", O_RDWR);
   if (file > STDERR_FILENO) close(file);
 }

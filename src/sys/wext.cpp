@@ -43,14 +43,14 @@ static int issue(const char* caller, unsigned request, unsigned subcmd, iwreq* f
 }
 
 int rtpriv_get_ioctl(int bss, unsigned request, unsigned subcmd, void* buffer, unsigned size) {
-  iwreq frame = make_frame(bss, buffer, static_cast<uint16_t>(size - 1),
-                           static_cast<uint16_t>(subcmd));
+  iwreq frame =
+      make_frame(bss, buffer, static_cast<uint16_t>(size - 1), static_cast<uint16_t>(subcmd));
   return issue(__func__, request, subcmd, &frame, "\n");
 }
 
 int rtpriv_get_ioctl_2(int bss, unsigned request, unsigned subcmd, void* buffer, unsigned size) {
-  iwreq frame = make_frame(bss, buffer, static_cast<uint16_t>(size - 1),
-                           static_cast<uint16_t>(subcmd));
+  iwreq frame =
+      make_frame(bss, buffer, static_cast<uint16_t>(size - 1), static_cast<uint16_t>(subcmd));
   errno = 0;
   if (issue(__func__, request, subcmd, &frame, " \n") == 1) return 1;
   return errno == EAGAIN ? kRtprivTryAgain : 0;

@@ -41,5 +41,5 @@ constexpr unsigned kRtprivStructSize = 4096;
 [[nodiscard]] int rtpriv_set_ioctl(int bss, unsigned request, unsigned subcmd, const char* text);
 
 // Writes an object: the sub-command goes out with the set bit 0x8000.
-[[nodiscard]] int rtpriv_set_ioctl_2(int bss, unsigned request, unsigned subcmd,
-                                     const void* buffer, uint16_t length);
+[[nodiscard]] int rtpriv_set_ioctl_2(int bss, unsigned request, unsigned subcmd, const void* buffer,
+                                     uint16_t length);

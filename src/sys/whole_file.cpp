@@ -110,3 +110,7 @@ bool file_overwrite(const char* path, const char* data, size_t length) {
   }
   return close(file) == 0;
 }
+
+void file_remove(const char* path) {
+  unlink(path);
+}

@@ -38,3 +38,6 @@ enum class file_step { done, open, write };
 // Overwrites a file in place with one write, then cuts it to length; creates it
 // when it is missing.
 [[nodiscard]] bool file_overwrite(const char* path, const char* data, size_t length);
+
+// Removes a file; one that is not there is as good.
+void file_remove(const char* path);

@@ -4,5 +4,7 @@
 #pragma GCC diagnostic ignored "-Wunused-parameter"
 
 #define INERT_OPERATION(status, operation, parameters) \
-  int operation parameters { return status; }
+  int operation parameters {                           \
+    return status;                                     \
+  }
 #include "wlan/inert.def"

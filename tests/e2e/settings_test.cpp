@@ -61,7 +61,8 @@ TEST(SetSsid, IndexWithoutAKeyFails) {
   start_daemon();
   const std::string before = read_file(kProfile24);
   const uint32_t kOdd[] = {0, 17, 0xFFFFFFFB, 0x80000000, 0x7FFFFFFF};
-  for (const uint32_t bss : kOdd) EXPECT_EQ(set_ssid(bss, "x"), -1) << bss;
+  for (const uint32_t bss : kOdd)
+    EXPECT_EQ(set_ssid(bss, "x"), -1) << bss;
   EXPECT_EQ(read_file(kProfile24), before);
   EXPECT_NE(daemon_errors().find("wlan_setSSID failed to update wifi profile, ret:0\n"),
             std::string::npos)
@@ -132,8 +133,7 @@ TEST(SetKeyPassphrase, WritesItsKeyWhateverTheKeyIndex) {
 }
 
 TEST(Backhaul, HostIsToldOfABackhaulBssOnlyAndWithTheKindOfSetting) {
-  const std::string profile =
-      with_line(read_file(kProfile24), "BSSHNCService", "0;7;3;0;0;0;0;0");
+  const std::string profile = with_line(read_file(kProfile24), "BSSHNCService", "0;7;3;0;0;0;0;0");
   write_file(kProfile24, profile);
   start_daemon({std::string("LD_LIBRARY_PATH=") + HOST_LIBRARY_DIR});
   EXPECT_EQ(set_ssid(1, "front"), 0);
@@ -145,16 +145,14 @@ TEST(Backhaul, HostIsToldOfABackhaulBssOnlyAndWithTheKindOfSetting) {
 }
 
 TEST(Backhaul, WithoutTheHostsLibraryTheSettingIsWrittenAllTheSame) {
-  write_file(kProfile24,
-             with_line(read_file(kProfile24), "BSSHNCService", "0;7;3;0;0;0;0;0"));
+  write_file(kProfile24, with_line(read_file(kProfile24), "BSSHNCService", "0;7;3;0;0;0;0;0"));
   start_daemon();
   EXPECT_EQ(set_ssid(2, "hidden link"), 0);
   EXPECT_NE(read_file(kProfile24).find("\nSSID2=hidden link\n"), std::string::npos);
 }
 
 TEST(BssHncService, AnswersTheFieldOfTheBss) {
-  write_file(kProfile24,
-             with_line(read_file(kProfile24), "BSSHNCService", "1;2;3;4;5;6;7;8"));
+  write_file(kProfile24, with_line(read_file(kProfile24), "BSSHNCService", "1;2;3;4;5;6;7;8"));
   start_daemon();
   reply_message reply = {};
   ASSERT_TRUE(call(kGetBssHncService, xdr_word(7), &reply));

@@ -1,5 +1,5 @@
-#include <gtest/gtest.h>
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -14,7 +14,8 @@ static constexpr char kRegistered[] = "rpcinfo -p | grep -w 538121015";
 
 static size_t occurrences(const std::string& text, const std::string& part) {
   size_t count = 0;
-  for (size_t at = text.find(part); at != text.npos; at = text.find(part, at + 1)) ++count;
+  for (size_t at = text.find(part); at != text.npos; at = text.find(part, at + 1))
+    ++count;
   return count;
 }
 
@@ -67,8 +68,7 @@ TEST(Startup, HeldInstanceLockEndsItWithStatusZero) {
   whole.l_type = F_WRLCK;
   ASSERT_EQ(fcntl(lock, F_SETLK, &whole), 0);
   EXPECT_EQ(wait_for_end(start_supervisor()), 0);
-  EXPECT_NE(daemon_output().find("[RPC] main\033[0m Process already running\n"),
-            std::string::npos);
+  EXPECT_NE(daemon_output().find("[RPC] main\033[0m Process already running\n"), std::string::npos);
   close(lock);
 }
 
@@ -87,7 +87,8 @@ TEST(Supervision, KilledChildIsReplacedAtOnce) {
     EXPECT_TRUE(wait_until([&] {
       const pid_t next = service_child(supervisor);
       return next != 0 && next != child && daemon_answers();
-    })) << "signal " << signal;
+    })) << "signal "
+        << signal;
   }
   EXPECT_EQ(daemon_output(), "");
 }
@@ -116,12 +117,10 @@ TEST(Supervision, SecondDaemonFailsAtBindInATightLoopBesideTheFirst) {
   write_file("/tmp/wlandbg", "");
   start_daemon();
   const pid_t second = start_supervisor();
-  EXPECT_TRUE(wait_until([] {
-    return occurrences(daemon_errors(), "bind: Address already in use\n") >= 10;
-  }));
-  EXPECT_TRUE(wait_until([] {
-    return occurrences(daemon_output(), "Child exited with status = 1\n") >= 10;
-  }));
+  EXPECT_TRUE(wait_until(
+      [] { return occurrences(daemon_errors(), "bind: Address already in use\n") >= 10; }));
+  EXPECT_TRUE(wait_until(
+      [] { return occurrences(daemon_output(), "Child exited with status = 1\n") >= 10; }));
   EXPECT_TRUE(daemon_answers());
   EXPECT_EQ(daemon_output().find("Process already running"), std::string::npos);
   EXPECT_EQ(end_process(second, SIGTERM), 0);

@@ -19,11 +19,21 @@ struct row {
 }  // namespace
 
 // Arguments of each type, all zero.
-static std::string zero_int() { return xdr_word(0); }
-static std::string zero_u_int() { return xdr_word(0); }
-static std::string zero_bool_t() { return xdr_word(0); }
-static std::string zero_u_short() { return xdr_word(0); }
-static std::string zero_string_t() { return xdr_text(""); }
+static std::string zero_int() {
+  return xdr_word(0);
+}
+static std::string zero_u_int() {
+  return xdr_word(0);
+}
+static std::string zero_bool_t() {
+  return xdr_word(0);
+}
+static std::string zero_u_short() {
+  return xdr_word(0);
+}
+static std::string zero_string_t() {
+  return xdr_text("");
+}
 static std::string zero_hnc_supported_hne_table() {
   return std::string(4 * (2 + 3 * 64 + 4 * 256 + 2), '\0');
 }
@@ -57,11 +67,14 @@ static std::string empty_payload(const row& procedure) {
   if (procedure.payload == "INT") return words(4) + xdr_word(0);
   if (procedure.payload == "TEXT") return xdr_word(0) + xdr_text(std::string(1, '\0'));
   if (procedure.payload == "WORDS") return words(procedure.size) + xdr_word(0);
-  if (procedure.payload == "IMAGE") return xdr_word(0) + xdr_text(std::string(procedure.size, '\0'));
+  if (procedure.payload == "IMAGE")
+    return xdr_word(0) + xdr_text(std::string(procedure.size, '\0'));
   return procedure.payload == "NONE" ? xdr_word(0) + xdr_word(0) : "";
 }
 
-TEST(Table, HasAllProcedures) { EXPECT_EQ(table().size(), 362u); }
+TEST(Table, HasAllProcedures) {
+  EXPECT_EQ(table().size(), 362u);
+}
 
 TEST(Table, EveryProcedureAnswersOverTheWire) {
   const pid_t child = service_child(start_daemon());
@@ -108,8 +121,10 @@ TEST(Table, EveryGapIsUnavailable) {
   start_daemon();
   const std::map<uint32_t, row> known = table();
   std::vector<uint32_t> numbers = {0x7FFFFFFF, 0x80000000, 0xFFFFFFFF, 0x00FFFFFF};
-  for (uint32_t number = 1; number <= 320; ++number) numbers.push_back(number);
-  for (uint32_t number = 0x01000000; number <= 0x010000C0; ++number) numbers.push_back(number);
+  for (uint32_t number = 1; number <= 320; ++number)
+    numbers.push_back(number);
+  for (uint32_t number = 0x01000000; number <= 0x010000C0; ++number)
+    numbers.push_back(number);
   size_t gaps = 0;
   for (const uint32_t number : numbers) {
     if (known.contains(number)) continue;

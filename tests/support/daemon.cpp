@@ -24,7 +24,8 @@ static void redirect(int stream, const char* path) {
 pid_t start_supervisor(const std::vector<std::string>& environment) {
   const pid_t pid = fork();
   if (pid != 0) return pid;
-  for (const std::string& setting : environment) putenv(strdup(setting.c_str()));
+  for (const std::string& setting : environment)
+    putenv(strdup(setting.c_str()));
   redirect(STDOUT_FILENO, kOutput);
   redirect(STDERR_FILENO, kErrors);
   close_range(STDERR_FILENO + 1, ~0U, 0);
@@ -45,8 +46,8 @@ pid_t start_daemon(const std::vector<std::string>& environment) {
 }
 
 pid_t service_child(pid_t supervisor) {
-  const std::string path = "/proc/" + std::to_string(supervisor) + "/task/" +
-                           std::to_string(supervisor) + "/children";
+  const std::string path =
+      "/proc/" + std::to_string(supervisor) + "/task/" + std::to_string(supervisor) + "/children";
   return atoi(read_file(path).c_str());
 }
 
@@ -65,6 +66,10 @@ int end_process(pid_t pid, int signal) {
   return wait_for_end(pid);
 }
 
-std::string daemon_output() { return read_file(kOutput); }
+std::string daemon_output() {
+  return read_file(kOutput);
+}
 
-std::string daemon_errors() { return read_file(kErrors); }
+std::string daemon_errors() {
+  return read_file(kErrors);
+}

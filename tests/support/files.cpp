@@ -24,7 +24,9 @@ void write_file(const std::string& path, const std::string& text) {
   ASSERT_TRUE(file.good()) << path;
 }
 
-bool exists(const std::string& path) { return access(path.c_str(), F_OK) == 0; }
+bool exists(const std::string& path) {
+  return access(path.c_str(), F_OK) == 0;
+}
 
 bool wait_until(const std::function<bool()>& condition, double seconds) {
   const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
@@ -41,7 +43,8 @@ std::string run(const std::string& command, int* status) {
   if (stream == nullptr) return output;
   char block[4096];
   size_t length;
-  while ((length = fread(block, 1, sizeof block, stream)) > 0) output.append(block, length);
+  while ((length = fread(block, 1, sizeof block, stream)) > 0)
+    output.append(block, length);
   const int ended = pclose(stream);
   if (status != nullptr) *status = WIFEXITED(ended) ? WEXITSTATUS(ended) : 128 + WTERMSIG(ended);
   return output;
@@ -49,7 +52,9 @@ std::string run(const std::string& command, int* status) {
 
 static int saved[3] = {-1, -1, -1};
 
-static std::string catch_path(int stream) { return "/tmp/.caught." + std::to_string(stream); }
+static std::string catch_path(int stream) {
+  return "/tmp/.caught." + std::to_string(stream);
+}
 
 void catch_stream(int stream) {
   fflush(nullptr);

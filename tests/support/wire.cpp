@@ -41,7 +41,8 @@ static int connected_socket() {
 }
 
 static bool parse_reply(const std::string& datagram, uint32_t xid, reply_message* reply) {
-  if (datagram.size() < 12 || word_at(datagram, 0) != xid || word_at(datagram, 4) != 1) return false;
+  if (datagram.size() < 12 || word_at(datagram, 0) != xid || word_at(datagram, 4) != 1)
+    return false;
   reply->reply_status = word_at(datagram, 8);
   reply->accept_status = word_at(datagram, 20);
   reply->payload = datagram.size() > 24 ? datagram.substr(24) : "";
@@ -54,7 +55,8 @@ static bool await_reply(int sock, uint32_t xid, reply_message* reply, double sec
   for (;;) {
     const std::chrono::duration<double, std::milli> left = end - std::chrono::steady_clock::now();
     pollfd waiting = {sock, POLLIN, 0};
-    if (left.count() <= 0 || poll(&waiting, 1, static_cast<int>(left.count()) + 1) <= 0) return false;
+    if (left.count() <= 0 || poll(&waiting, 1, static_cast<int>(left.count()) + 1) <= 0)
+      return false;
     const ssize_t length = recv(sock, bytes, sizeof bytes, 0);
     if (length < 0) return false;
     if (parse_reply(std::string(bytes, static_cast<size_t>(length)), xid, reply)) return true;
@@ -71,8 +73,7 @@ bool exchange(const std::string& datagram, uint32_t xid, reply_message* reply, d
 
 void send_datagram(const std::string& datagram) {
   const int sock = connected_socket();
-  EXPECT_EQ(send(sock, datagram.data(), datagram.size(), 0),
-            static_cast<ssize_t>(datagram.size()));
+  EXPECT_EQ(send(sock, datagram.data(), datagram.size(), 0), static_cast<ssize_t>(datagram.size()));
   close(sock);
 }
 
