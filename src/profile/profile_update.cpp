@@ -110,31 +110,35 @@ static void append_setting(update* work, std::string_view key, std::string_view 
   trace_rpc(work->name, "%s %.*s success\n", forced_trace, length, work->content.data + start);
 }
 
-static void update_line(update* work, std::string_view line) {
+// Works on one line: `kept` are the lines before it that stay as they are and
+// are not written yet, so that they are copied in one piece.
+static void update_line(update* work, std::string_view line, std::string_view* kept) {
   setting found;
   const request* wanted = nullptr;
   if (parse_setting(line, &found)) wanted = match(*work, found.key);
-  if (wanted == nullptr) {
-    text_append(&work->content, line);
-    return;
-  }
   char buffer[kProfileValueBuffer];
   std::string_view value;
-  if (!new_value(*work, *wanted, found.value, buffer, &value)) {
+  if (wanted != nullptr && !new_value(*work, *wanted, found.value, buffer, &value)) {
     trace_rpc_error(work->name, "%s refused: value too long\n", wanted->key);
     work->refused = true;
-  } else if (!work->forced && value == found.value) {
-    text_append(&work->content, line);
-    ++work->unchanged;
-  } else {
-    append_setting(work, found.key, value, "update param");
+    return;
   }
+  const bool in_place = wanted != nullptr && !work->forced && value == found.value;
+  if (wanted == nullptr || in_place) {
+    work->unchanged += in_place;
+    *kept = {kept->data(), kept->size() + line.size()};
+    return;
+  }
+  text_append(&work->content, *kept);
+  append_setting(work, found.key, value, "update param");
+  *kept = {line.data() + line.size(), 0};
 }
 
 static void build_content(update* work, std::string_view old) {
   text_reserve(&work->content, old.size() + kProfileLineMax);
-  while (!old.empty() && !work->refused)
-    update_line(work, next_line(&old));
+  std::string_view kept = {old.data(), 0};
+  while (!old.empty() && !work->refused) update_line(work, next_line(&old), &kept);
+  text_append(&work->content, kept);
   if (!work->forced || work->changed > 0 || work->request_count == 0 || work->refused) return;
   // A last line without a line end must not swallow the appended one.
   const text_buffer& content = work->content;
