@@ -1,0 +1,24 @@
+// The command line: options, then PROCEDURE, then words that are its own.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+struct Options {
+  std::string host = "192.168.254.254";
+  uint16_t port = 60001;
+  double timeout = 10;  // seconds
+  bool json = false;
+  std::vector<std::string> words;  // PROCEDURE and what follows, verbatim
+};
+
+enum class ArgsOutcome { kRun, kHelp, kVersion, kError };
+
+// `arguments` are those of the program, without its name. kError: `error` is
+// one line. From PROCEDURE on nothing is an option, so -5 is an argument.
+ArgsOutcome args_parse(const std::vector<std::string>& arguments, Options& options,
+                       std::string& error);
+
+// What --help prints.
+const char* args_help();

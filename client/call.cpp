@@ -1,0 +1,184 @@
+#include "call.h"
+
+#include <netdb.h>
+#include <poll.h>
+#include <sys/random.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cmath>
+#include <cstring>
+#include <ctime>
+
+#include "text.h"
+
+namespace {
+
+double now() {
+  timespec t{};
+  clock_gettime(CLOCK_MONOTONIC, &t);
+  return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_nsec) / 1e9;
+}
+
+Answer failed(CallStatus status, int error_number = 0) {
+  Answer answer{};
+  answer.status = status;
+  answer.error_number = error_number;
+  return answer;
+}
+
+Answer failed_system(int error_number) {
+  bool refused = error_number == ECONNREFUSED;
+  return failed(refused ? CallStatus::kRefused : CallStatus::kNetwork, error_number);
+}
+
+// A connected socket: the kernel drops what comes from elsewhere and reports
+// that the port is closed. -1 with *answer filled when there is none.
+int open_socket(const Target& target, Answer* answer) {
+  addrinfo hints{};
+  hints.ai_family = AF_INET;
+  hints.ai_socktype = SOCK_DGRAM;
+  addrinfo* found = nullptr;
+  std::string port = std::to_string(target.port);
+  if (getaddrinfo(target.host.c_str(), port.c_str(), &hints, &found) != 0) {
+    *answer = failed(CallStatus::kUnknownHost);
+    return -1;
+  }
+  int fd = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+  if (fd < 0 || connect(fd, found->ai_addr, found->ai_addrlen) != 0) {
+    *answer = failed_system(errno);
+    if (fd >= 0) close(fd);
+    fd = -1;
+  }
+  freeaddrinfo(found);
+  return fd;
+}
+
+uint32_t new_xid() {
+  uint32_t xid = 0;
+  if (getrandom(&xid, sizeof xid, 0) != sizeof xid)
+    xid = static_cast<uint32_t>(getpid()) ^ static_cast<uint32_t>(time(nullptr));
+  return xid;
+}
+
+// Waits for the socket to have something until `deadline`: 1 it has, 0 the
+// time is over, -1 see errno.
+int wait_readable(int fd, double deadline) {
+  while (true) {
+    double left = deadline - now();
+    if (left <= 0) return 0;
+    pollfd poll_fd{fd, POLLIN, 0};
+    int milliseconds = static_cast<int>(std::ceil(left * 1000));
+    int ready = poll(&poll_fd, 1, milliseconds);
+    if (ready > 0 || (ready < 0 && errno != EINTR)) return ready;
+  }
+}
+
+Answer answered(const RpcReply& reply, double seconds) {
+  Answer answer = failed(CallStatus::kAnswered);
+  answer.rpc = reply.status;
+  answer.low = reply.low;
+  answer.high = reply.high;
+  answer.result.assign(reply.result.begin(), reply.result.end());
+  answer.seconds = seconds;
+  return answer;
+}
+
+Answer await_reply(int fd, uint32_t xid, double started, double timeout) {
+  Bytes buffer(65536);  // no datagram is longer
+  while (true) {
+    int ready = wait_readable(fd, started + timeout);
+    if (ready < 0) return failed_system(errno);
+    if (ready == 0) return failed(CallStatus::kTimeout);
+    ssize_t length = recv(fd, buffer.data(), buffer.size(), MSG_DONTWAIT);
+    if (length < 0 && (errno == EAGAIN || errno == EINTR)) continue;  // a bad checksum
+    if (length < 0) return failed_system(errno);
+    Unread message(buffer.data(), static_cast<size_t>(length));
+    RpcReply reply = rpc_read_reply(xid, message);
+    if (reply.status != RpcStatus::kOther) return answered(reply, now() - started);
+  }
+}
+
+std::string explain_rpc(const Answer& answer, const char* name) {
+  switch (answer.rpc) {
+    case RpcStatus::kSuccess:
+      return "";
+    case RpcStatus::kOther:
+    case RpcStatus::kMalformed:
+      return text_format("%s: the reply is malformed; is it the daemon that answers there?", name);
+    case RpcStatus::kDenied:
+      return text_format("%s: the service denied the call; is it the daemon that answers there?",
+                         name);
+    case RpcStatus::kProgramUnavailable:
+      return text_format(
+          "%s: program 0x%x is unavailable; another service answers there, "
+          "check --host and --port",
+          name, kProgram);
+    case RpcStatus::kVersionMismatch:
+      return text_format(
+          "%s: version mismatch, the service has versions %u to %u and not %u; "
+          "use a client of its release",
+          name, answer.low, answer.high, kVersion);
+    case RpcStatus::kProcedureUnavailable:
+      return text_format(
+          "%s: procedure unavailable, this daemon does not offer it; "
+          "compare the releases of daemon and client",
+          name);
+    case RpcStatus::kGarbageArguments:
+      return text_format(
+          "%s: garbage arguments, the daemon could not decode the call; "
+          "compare the releases of daemon and client",
+          name);
+    case RpcStatus::kSystemError:
+      return text_format(
+          "%s: system error, the daemon could not make its reply; "
+          "see the daemon's standard error",
+          name);
+  }
+  return "";
+}
+
+}  // namespace
+
+Answer call_procedure(const Target& target, uint32_t number, const Bytes& arguments) {
+  uint32_t xid = new_xid();
+  Bytes message = rpc_call(xid, number, arguments);
+  if (message.size() > kCallBytesMax) return failed(CallStatus::kTooLong);
+  Answer answer{};
+  int fd = open_socket(target, &answer);
+  if (fd < 0) return answer;
+  double started = now();
+  if (send(fd, message.data(), message.size(), 0) < 0)
+    answer = failed_system(errno);
+  else
+    answer = await_reply(fd, xid, started, target.timeout);
+  close(fd);
+  return answer;
+}
+
+std::string call_explain(const Answer& answer, const Target& target, const std::string& what) {
+  std::string host = text_escape(target.host);
+  const char* name = what.c_str();
+  switch (answer.status) {
+    case CallStatus::kAnswered:
+      return explain_rpc(answer, name);
+    case CallStatus::kUnknownHost:
+      return text_format("%s: host '%s' has no IPv4 address; check --host", name, host.c_str());
+    case CallStatus::kTooLong:
+      return text_format("%s: the arguments are too long; a call takes at most %zu bytes", name,
+                         kCallBytesMax);
+    case CallStatus::kRefused:
+      return text_format("%s: nothing listens on %s port %u; is the daemon running?", name,
+                         host.c_str(), target.port);
+    case CallStatus::kNetwork:
+      return text_format("%s: cannot reach %s port %u: %s; check --host and the network", name,
+                         host.c_str(), target.port, strerror(answer.error_number));
+    case CallStatus::kTimeout:
+      return text_format(
+          "%s: no answer from %s port %u in %g s; is the daemon up, is the address "
+          "reachable? The call may have been carried out",
+          name, host.c_str(), target.port, target.timeout);
+  }
+  return "";
+}

@@ -1,0 +1,147 @@
+#include "describe.h"
+
+#include <algorithm>
+
+#include "arguments.h"
+#include "lookup.h"
+#include "meanings.h"
+#include "text.h"
+
+namespace {
+
+constexpr size_t kWidth = 80;
+constexpr size_t kNameColumnMax = 36;  // longer names stand out of their column
+constexpr size_t kSummaryMin = 24;     // narrower than this is not worth a column
+
+std::string pad(std::string text, size_t width) {
+  if (text.size() < width) text.append(width - text.size(), ' ');
+  return text;
+}
+
+std::string list_line(const Procedure& procedure, size_t number_width, size_t name_width,
+                      size_t width) {
+  std::string number = lookup_display_number(procedure.number);
+  std::string line = std::string(number_width - number.size(), ' ') + number + "  " +
+                     pad(lookup_display_name(procedure), name_width) + "  ";
+  size_t indent = number_width + name_width + 4;
+  if (width != 0 && line.size() > indent) {  // the name takes a line of its own
+    line = line.substr(0, line.size() - 2) + "\n" + std::string(indent, ' ');
+  }
+  return line + text_wrap(procedure.summary, width, indent, indent) + "\n";
+}
+
+std::string section(const char* title, std::string_view text) {
+  return text_format("\n%s\n  ", title) + text_wrap(text, kWidth, 2, 2) + "\n";
+}
+
+std::string argument_lines(const Procedure& procedure) {
+  size_t name_width = 0, type_width = 0;
+  std::vector<Argument> arguments = table_arguments(procedure);
+  for (const Argument& argument : arguments) {
+    name_width = std::max(name_width, argument.name.size());
+    type_width = std::max(type_width, describe_type(argument).size());
+  }
+  std::string out = "\nArguments\n";
+  size_t indent = name_width + type_width + 6;
+  for (const Argument& argument : arguments) {
+    const Meaning* meaning = meanings_find(procedure, argument.name);
+    out += "  " + pad(argument.name, name_width) + "  " + pad(describe_type(argument), type_width) +
+           "  ";
+    out += text_wrap(meaning == nullptr ? "" : meaning->text, kWidth, indent, indent) + "\n";
+  }
+  return arguments.empty() ? "\nArguments\n  none\n" : out;
+}
+
+std::string shell_quote(std::string_view word) {
+  const char* plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-.,:/";
+  bool is_plain = word.find_first_not_of(plain) == std::string_view::npos;
+  if (is_plain && !word.empty()) return std::string(word);
+  return std::string("'").append(word).append("'");  // no example has a quote of its own
+}
+
+}  // namespace
+
+std::string describe_list(std::string_view pattern, size_t width) {
+  std::vector<const Procedure*> found;
+  size_t number_width = 0, name_width = 0;
+  for (const Procedure& procedure : table_procedures()) {
+    if (!lookup_matches(procedure, pattern)) continue;
+    found.push_back(&procedure);
+    number_width = std::max(number_width, lookup_display_number(procedure.number).size());
+    name_width = std::max(name_width, std::string_view(procedure.name).size());
+  }
+  name_width = std::min(name_width, kNameColumnMax);
+  size_t indent = number_width + name_width + 4;
+  if (width < indent + kSummaryMin) width = 0;
+  std::string out;
+  for (const Procedure* procedure : found)
+    out += list_line(*procedure, number_width, name_width, width);
+  return out;
+}
+
+std::string describe_procedure(const Procedure& procedure) {
+  std::string out =
+      lookup_display_number(procedure.number) + "  " + lookup_display_name(procedure) + "\n\n  ";
+  out += text_wrap(procedure.summary, kWidth, 2, 2) + "\n";
+  std::string note = describe_note(procedure);
+  if (!note.empty()) out += section("Note", note);
+  out += argument_lines(procedure);
+  out += section("Result", describe_result(procedure));
+  return out + "\nExample\n  " + describe_example(procedure) + "\n";
+}
+
+std::string describe_type(const Argument& argument) {
+  switch (argument.type) {
+    case ArgumentType::kInt:
+      return "int";
+    case ArgumentType::kUnsigned:
+      return "unsigned";
+    case ArgumentType::kShort:
+      return "unsigned short";
+    case ArgumentType::kBool:
+      return "bool";
+    case ArgumentType::kString:
+      return "string";
+    case ArgumentType::kText:
+      return text_format("char[%u]", argument.characters);
+    case ArgumentType::kSupportedHne:
+      break;
+  }
+  return "record";
+}
+
+std::string describe_result(const Procedure& procedure) {
+  switch (procedure.payload) {
+    case Payload::CODE:
+      return "a return code; negative: the call failed";
+    case Payload::INT:
+      return "a return code and an integer";
+    case Payload::TEXT:
+      return text_format("a return code and a text of at most %u bytes", procedure.size);
+    case Payload::WORDS:
+      return text_format("a return code and %u words of 32 bits", procedure.size / 4);
+    case Payload::IMAGE:
+      return text_format("a return code and a record of %u bytes, little-endian", procedure.size);
+    case Payload::NONE:
+      return "a return code; nothing else is filled in";
+  }
+  return "";
+}
+
+std::string describe_example(const Procedure& procedure) {
+  std::string line = "wificonf " + lookup_display_name(procedure);
+  for (const Argument& argument : table_arguments(procedure)) {
+    const Meaning* meaning = meanings_find(procedure, argument.name);
+    line.append(" ").append(shell_quote(meaning == nullptr ? "" : meaning->example));
+  }
+  return line;
+}
+
+std::string describe_note(const Procedure& procedure) {
+  if (!procedure.inert) return "";
+  return procedure.payload == Payload::CODE
+             ? "Accepted, but deliberately does nothing: nothing is changed, the answer is "
+               "always the same."
+             : "Accepted, but deliberately does nothing: nothing is read or changed, the answer "
+               "is always the same and is no value of the gateway.";
+}

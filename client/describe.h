@@ -1,0 +1,26 @@
+// The procedures explained from the table, for people.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "table.h"
+
+// Number, name and summary of every procedure that matches, a line each, or
+// wrapped to `width` columns (0: not wrapped). Empty when none matches.
+std::string describe_list(std::string_view pattern, size_t width);
+
+// Everything about one procedure, in at most 80 columns where words allow it.
+std::string describe_procedure(const Procedure& procedure);
+
+// "bool", "string", "char[64]", ...
+std::string describe_type(const Argument& argument);
+
+// What is printed when the call succeeds.
+std::string describe_result(const Procedure& procedure);
+
+// A command line that is accepted, quoted for a shell.
+std::string describe_example(const Procedure& procedure);
+
+// What a caller should know about an inert procedure; empty for others.
+std::string describe_note(const Procedure& procedure);

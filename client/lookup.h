@@ -1,0 +1,38 @@
+// Finding procedures: by name, by number, by what was probably meant, by
+// pattern.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "table.h"
+
+// Upper or lower case, dashes for underscores; no abbreviations. nullptr when
+// there is none.
+const Procedure* lookup_name(std::string_view name);
+const Procedure* lookup_number(uint32_t number);
+
+// Name or number; nullptr when it is neither.
+const Procedure* lookup_procedure(std::string_view text);
+
+// True for a text that is meant as a number: it begins with a digit.
+bool lookup_is_number(std::string_view text);
+
+// Decimal, or hexadecimal after 0x; false when it is no number of 32 bits.
+bool lookup_parse_number(std::string_view text, uint32_t* number);
+
+// Up to three names (of commands too) that `name` may have been meant as, the
+// nearest first; empty when nothing is near.
+std::vector<std::string> lookup_near(std::string_view name);
+
+// True when name or summary contains the pattern, or, for a pattern with * or
+// ?, when the whole name or the whole summary is matched by it.
+bool lookup_matches(const Procedure& procedure, std::string_view pattern);
+
+// As people write it: lower case.
+std::string lookup_display_name(const Procedure& procedure);
+
+// Decimal below 0x1000, hexadecimal in the range of the extensions.
+std::string lookup_display_number(uint32_t number);

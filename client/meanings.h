@@ -1,0 +1,17 @@
+// What the arguments mean, for people: one entry per member name of the table,
+// and one more where a procedure gives a name a meaning of its own.
+#pragma once
+
+#include <string_view>
+
+#include "table.h"
+
+struct Meaning {
+  const char* procedure;  // as in the table; nullptr: of every procedure
+  const char* argument;
+  const char* text;     // meaning, unit and range
+  const char* example;  // an accepted value
+};
+
+// nullptr when the argument has no entry.
+const Meaning* meanings_find(const Procedure& procedure, std::string_view argument);

@@ -1,0 +1,76 @@
+#include "reply.h"
+
+#include "text.h"
+
+namespace {
+
+// wlan_config_result_data_t: opaque return_data<WLAN_CONFIG_RETURN_DATA_MAX>
+constexpr uint32_t kReturnDataMax = 8256;
+
+bool take_words(const Procedure& procedure, const std::vector<uint32_t>& words, Reply& reply,
+                std::string& error) {
+  // The count on the wire is the payload's size in bytes, so there are about
+  // four times as many words as have meaning.
+  size_t meaningful = procedure.size / 4;
+  if (words.size() < meaningful) {
+    error = text_format("it has %zu of %zu words", words.size(), meaningful);
+    return false;
+  }
+  reply.words.assign(words.begin(), words.begin() + static_cast<ptrdiff_t>(meaningful));
+  return true;
+}
+
+bool take_payload(const Procedure& procedure, const std::vector<uint32_t>& words,
+                  const std::string& data, Reply& reply, std::string& error) {
+  switch (procedure.payload) {
+    case Payload::INT:
+      if (!take_words(procedure, words, reply, error)) return false;
+      reply.value = static_cast<int32_t>(reply.words[0]);
+      reply.words.clear();
+      return true;
+    case Payload::WORDS:
+      return take_words(procedure, words, reply, error);
+    case Payload::TEXT:
+      reply.text = data.substr(0, data.find('\0'));
+      return true;
+    case Payload::IMAGE:
+      reply.data = data;
+      return true;
+    case Payload::CODE:
+    case Payload::NONE:
+      break;
+  }
+  return true;
+}
+
+bool decode_record(const Procedure& procedure, Unread& unread, Reply& reply, std::string& error) {
+  std::vector<uint32_t> words;
+  std::string data;
+  if (!wire_get_words(unread, words)) {
+    error = "return_words is longer than the reply";
+    return false;
+  }
+  if (!wire_get_opaque(unread, kReturnDataMax, data)) {
+    error = "return_data is longer than the reply, or than it may be";
+    return false;
+  }
+  return reply.code < 0 || take_payload(procedure, words, data, reply, error);
+}
+
+}  // namespace
+
+bool reply_decode(const Procedure& procedure, Unread result, Reply& reply, std::string& error) {
+  reply = {};
+  Unread unread = result;
+  uint32_t code = 0;
+  if (!wire_get_word(unread, &code)) {
+    error = text_format("%zu bytes are too few for a return code", result.size());
+    return false;
+  }
+  reply.code = static_cast<int32_t>(code);
+  bool record = procedure.payload != Payload::CODE;
+  if (record && !decode_record(procedure, unread, reply, error)) return false;
+  if (unread.empty()) return true;
+  error = text_format("%zu bytes follow its end", unread.size());
+  return false;
+}

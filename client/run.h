@@ -1,0 +1,17 @@
+// The whole program, without the process around it.
+#pragma once
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+enum ExitStatus {
+  kExitDone = 0,
+  kExitFailureCode = 1,  // the daemon answered a negative code
+  kExitUsage = 2,
+  kExitNoAnswer = 3,  // no answer, an RPC error, or output that cannot be written
+};
+
+// `arguments` without the program's name. Results go to `out`, each failure as
+// one line to `err` (wrong arguments have the usage line besides).
+ExitStatus run(const std::vector<std::string>& arguments, FILE* out, FILE* err);

@@ -1,0 +1,58 @@
+// The procedures as the client sees them: one record per row of
+// rpc/procedures.def, in the order of their numbers. There is no second list;
+// everything that the client knows of a procedure it derives from here.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+// How an argument is written on the command line and on the wire.
+enum class ArgumentType {
+  kInt,           // signed, 32 bits
+  kUnsigned,      // unsigned, 32 bits
+  kShort,         // unsigned, 16 bits in a word of 32
+  kBool,          // 0 or 1 in a word of 32
+  kString,        // length, bytes, padding
+  kText,          // char[N]: each char takes a word of 32 bits
+  kSupportedHne,  // structure hnc_supported_hne_table: its fields in order
+};
+
+// What comes back; spelled as in the table.
+enum class Payload { CODE, INT, TEXT, WORDS, IMAGE, NONE };
+
+struct Member {
+  ArgumentType type;
+  const char* name;
+};
+
+inline constexpr unsigned kMembersMax = 6;
+
+struct MemberList {
+  Member at[kMembersMax];
+  unsigned count;
+};
+
+struct Procedure {
+  uint32_t number;
+  const char* name;  // as in the table, upper case
+  MemberList members;
+  Payload payload;
+  uint32_t size;  // bytes of the back end's buffer, 0 for CODE and NONE
+  bool inert;     // accepted, deliberately does nothing
+  const char* summary;
+};
+
+// One word of the command line. A member that is a structure gives one
+// argument per field, named MEMBER.FIELD.
+struct Argument {
+  std::string name;
+  ArgumentType type;    // never kSupportedHne
+  uint32_t characters;  // kText: N of char[N], a NUL included; else 0
+};
+
+std::span<const Procedure> table_procedures();
+
+// The arguments that a caller gives, in order.
+std::vector<Argument> table_arguments(const Procedure& procedure);

@@ -1,0 +1,101 @@
+#include "args.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+struct Case {
+  Words arguments;
+  Words words;
+  double timeout;
+  unsigned port;
+  bool json;
+};
+
+TEST(Args, OptionsComeFirstAndTheRestIsVerbatim) {
+  const Case cases[] = {
+      {{"ping"}, {"ping"}, 10, 60001, false},
+      {{"--timeout", "0.25", "ping"}, {"ping"}, 0.25, 60001, false},
+      {{"--timeout=3", "--port=7", "--json", "list", "x"}, {"list", "x"}, 3, 7, true},
+      {{"wlan_set_x", "3", "-5"}, {"wlan_set_x", "3", "-5"}, 10, 60001, false},
+      {{"wlan_set_x", "--json", "-h"}, {"wlan_set_x", "--json", "-h"}, 10, 60001, false},
+      {{"--json", "wlan_set_x", "--timeout", "1"},
+       {"wlan_set_x", "--timeout", "1"},
+       10,
+       60001,
+       true},
+      {{"wlan_set_x", "", "--", "++", "a=b", "[1]", "{x}"},
+       {"wlan_set_x", "", "--", "++", "a=b", "[1]", "{x}"},
+       10,
+       60001,
+       false},
+      {{"21"}, {"21"}, 10, 60001, false},
+      {{"--json", "--", "wlan_set_x", "--", "-h"}, {"wlan_set_x", "--", "-h"}, 10, 60001, true},
+  };
+  for (const Case& c : cases) {
+    Options options;
+    std::string error;
+    ASSERT_EQ(args_parse(c.arguments, options, error), ArgsOutcome::kRun) << error;
+    EXPECT_EQ(options.words, c.words);
+    EXPECT_EQ(options.timeout, c.timeout);
+    EXPECT_EQ(options.port, c.port);
+    EXPECT_EQ(options.json, c.json);
+  }
+}
+
+TEST(Args, DefaultsAreTheDaemonsAddress) {
+  Options options;
+  std::string error;
+  ASSERT_EQ(args_parse({"ping"}, options, error), ArgsOutcome::kRun);
+  EXPECT_EQ(options.host, "192.168.254.254");
+  EXPECT_EQ(options.port, 60001);
+  EXPECT_EQ(options.timeout, 10);
+  ASSERT_EQ(args_parse({"--host", "gateway.lan", "ping"}, options, error), ArgsOutcome::kRun);
+  EXPECT_EQ(options.host, "gateway.lan");
+}
+
+TEST(Args, WrongOptionsAreRefusedInOneLine) {
+  const struct {
+    Words arguments;
+    const char* named;
+  } cases[] = {
+      {{}, "no procedure"},
+      {{"--json"}, "no procedure"},
+      {{"--jsn", "ping"}, "--jsn"},
+      {{"-x", "ping"}, "-x"},
+      {{"--timeout", "0", "ping"}, "--timeout"},
+      {{"--timeout", "-1", "ping"}, "--timeout"},
+      {{"--timeout", "nan", "ping"}, "--timeout"},
+      {{"--timeout", "inf", "ping"}, "--timeout"},
+      {{"--timeout", "ten", "ping"}, "ten"},
+      {{"--timeout", "1s", "ping"}, "1s"},
+      {{"--timeout"}, "--timeout"},
+      {{"--port", "0", "ping"}, "--port"},
+      {{"--port", "65536", "ping"}, "65536"},
+      {{"--port", "-1", "ping"}, "-1"},
+      {{"--port", "http", "ping"}, "http"},
+      {{"--host", "", "ping"}, "--host"},
+      {{"--timeout", "\x1b[31m", "ping"}, "\\x1b"},
+  };
+  for (const auto& c : cases) {
+    Options options;
+    std::string error;
+    ASSERT_EQ(args_parse(c.arguments, options, error), ArgsOutcome::kError) << c.named;
+    EXPECT_NE(error.find(c.named), std::string::npos) << error;
+    EXPECT_EQ(error.find_first_of("\n\x1b"), std::string::npos) << error;
+  }
+}
+
+TEST(Args, HelpAndVersion) {
+  Options options;
+  std::string error;
+  EXPECT_EQ(args_parse({"--help"}, options, error), ArgsOutcome::kHelp);
+  EXPECT_EQ(args_parse({"-h"}, options, error), ArgsOutcome::kHelp);
+  EXPECT_EQ(args_parse({"--version"}, options, error), ArgsOutcome::kVersion);
+  for (const char* option : {"--host", "--port", "--timeout", "--json", "--version", "--help"})
+    EXPECT_NE(std::string(args_help()).find(option), std::string::npos) << option;
+}
+
+}  // namespace

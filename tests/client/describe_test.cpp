@@ -1,0 +1,135 @@
+#include "describe.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "arguments.h"
+#include "json.h"
+#include "lookup.h"
+#include "meanings.h"
+
+namespace {
+
+bool contains(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
+std::vector<std::string> lines(const std::string& text) {
+  std::vector<std::string> out;
+  std::istringstream stream(text);
+  for (std::string line; std::getline(stream, line);)
+    out.push_back(line);
+  return out;
+}
+
+TEST(Describe, EveryArgumentHasAMeaningAndAnAcceptedExample) {
+  for (const Procedure& procedure : table_procedures()) {
+    std::vector<std::string> examples;
+    for (const Argument& argument : table_arguments(procedure)) {
+      const Meaning* meaning = meanings_find(procedure, argument.name);
+      ASSERT_NE(meaning, nullptr) << procedure.name << " " << argument.name;
+      EXPECT_GT(std::string(meaning->text).size(), 5u) << argument.name;
+      EXPECT_FALSE(contains(meaning->example, "'")) << argument.name;
+      examples.push_back(meaning->example);
+    }
+    Bytes bytes;
+    std::string error;
+    EXPECT_TRUE(arguments_encode(procedure, examples, bytes, error)) << error;
+  }
+}
+
+TEST(Describe, EveryRowDescribesItself) {
+  for (const Procedure& procedure : table_procedures()) {
+    std::string text = describe_procedure(procedure);
+    std::string title =
+        lookup_display_number(procedure.number) + "  " + lookup_display_name(procedure) + "\n";
+    EXPECT_TRUE(text.starts_with(title)) << text;
+    for (const char* part :
+         {"\nArguments\n", "\nResult\n  a return code", "\nExample\n  wificonf "})
+      EXPECT_TRUE(contains(text, part)) << procedure.name << part;
+    for (const Argument& argument : table_arguments(procedure))
+      EXPECT_TRUE(contains(text, "\n  " + argument.name + " ")) << procedure.name;
+    EXPECT_EQ(contains(text, "does nothing"), procedure.inert) << procedure.name;
+    if (procedure.payload == Payload::INT) {
+      EXPECT_EQ(procedure.size, 4u) << procedure.name;
+    }
+  }
+}
+
+TEST(Describe, FitsATerminal) {
+  for (const Procedure& procedure : table_procedures()) {
+    for (const std::string& line : lines(describe_procedure(procedure))) {
+      bool example = line.starts_with("  wificonf ");  // is for copying: one line
+      EXPECT_TRUE(example || line.size() <= 80u) << line;
+    }
+  }
+  for (const std::string& line : lines(describe_list("", 80)))
+    EXPECT_LE(line.size(), 80u) << line;
+}
+
+TEST(Describe, OneInWhole) {
+  EXPECT_EQ(describe_procedure(*lookup_name("wlan_get_bssid_port")),
+            "7  wlan_get_bssid_port\n"
+            "\n"
+            "  BSSID and port of an interface\n"
+            "\n"
+            "Note\n"
+            "  Accepted, but deliberately does nothing: nothing is read or changed, the\n"
+            "  answer is always the same and is no value of the gateway.\n"
+            "\n"
+            "Arguments\n"
+            "  interface_name  string  network interface of the gateway\n"
+            "\n"
+            "Result\n"
+            "  a return code and 2 words of 32 bits\n"
+            "\n"
+            "Example\n"
+            "  wificonf wlan_get_bssid_port ra0\n");
+  EXPECT_TRUE(contains(describe_procedure(*lookup_name("wlan_set_ssid")),
+                       "\n  wificonf wlan_set_ssid 3 'Living room'\n"));
+  EXPECT_TRUE(contains(describe_procedure(*lookup_name("wlan_init")), "\nArguments\n  none\n"));
+}
+
+TEST(Describe, AMeaningMayDependOnTheProcedure) {
+  const Meaning* bss = meanings_find(*lookup_name("wlan_set_enable"), "index");
+  const Meaning* instance = meanings_find(*lookup_name("hnc_set_enable"), "index");
+  EXPECT_TRUE(contains(bss->text, "BSS"));
+  EXPECT_TRUE(contains(instance->text, "controller"));
+  EXPECT_EQ(meanings_find(*lookup_name("hnc_set_enable"), "nonsense"), nullptr);
+}
+
+TEST(Describe, ListHasEveryProcedureOnALineOfItsOwn) {
+  std::vector<std::string> all = lines(describe_list("", 0));
+  ASSERT_EQ(all.size(), table_procedures().size());
+  for (size_t i = 0; i < all.size(); i++) {
+    const Procedure& procedure = table_procedures()[i];
+    EXPECT_TRUE(contains(all[i], lookup_display_number(procedure.number) + "  " +
+                                     lookup_display_name(procedure) + "  "));
+    EXPECT_TRUE(all[i].ends_with(procedure.summary));
+  }
+  EXPECT_EQ(describe_list("no such thing", 80), "");
+}
+
+TEST(Describe, ListIsAligned) {
+  EXPECT_EQ(describe_list("*country*", 80),
+            "122  wlan_get_country_code  Read the country code\n"
+            "123  wlan_set_country_code  Set the country code\n");
+}
+
+TEST(Describe, JsonTellsTheSame) {
+  for (const Procedure& procedure : table_procedures()) {
+    auto object = nlohmann::json::parse(json_describe(procedure), nullptr, false);
+    ASSERT_TRUE(object.is_object()) << procedure.name;
+    EXPECT_EQ(object["number"], procedure.number);
+    EXPECT_EQ(object["inert"], procedure.inert);
+    EXPECT_EQ(object["arguments"].size(), table_arguments(procedure).size());
+    for (const auto& argument : object["arguments"])
+      EXPECT_TRUE(argument["meaning"].is_string()) << procedure.name;
+  }
+  EXPECT_EQ(nlohmann::json::parse(json_list(""), nullptr, false).size(), 362u);
+}
+
+}  // namespace

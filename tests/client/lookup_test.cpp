@@ -1,0 +1,88 @@
+#include "lookup.h"
+
+#include <gtest/gtest.h>
+
+#include "text.h"
+
+namespace {
+
+TEST(Lookup, EveryNameInEverySpelling) {
+  ASSERT_EQ(table_procedures().size(), 362u);
+  for (const Procedure& procedure : table_procedures()) {
+    std::string lower = text_lower(procedure.name);
+    std::string dashed = lower;
+    for (char& c : dashed)
+      if (c == '_') c = '-';
+    EXPECT_EQ(lookup_name(procedure.name), &procedure);
+    EXPECT_EQ(lookup_name(lower), &procedure);
+    EXPECT_EQ(lookup_name(dashed), &procedure);
+    EXPECT_EQ(lookup_number(procedure.number), &procedure);
+    EXPECT_EQ(lookup_procedure(lookup_display_number(procedure.number)), &procedure);
+    EXPECT_EQ(lookup_display_name(procedure), lower);
+  }
+}
+
+TEST(Lookup, NoAbbreviations) {
+  for (const char* name : {"", "wlan_get_ssid_adv", "wlan_get_ssi", "wlan_get_ssid ", "ssid"})
+    EXPECT_EQ(lookup_name(name), nullptr) << name;
+  EXPECT_EQ(lookup_number(20), nullptr);
+  EXPECT_EQ(lookup_number(0), nullptr);
+}
+
+TEST(Lookup, Numbers) {
+  const struct {
+    const char* text;
+    bool valid;
+    uint32_t number;
+  } cases[] = {
+      {"0", true, 0},           {"20", true, 20},          {"010", true, 10},
+      {"0x10", true, 16},       {"0XfF", true, 255},       {"4294967295", true, 4294967295u},
+      {"4294967296", false, 0}, {"0x100000000", false, 0}, {"99999999999999999999", false, 0},
+      {"", false, 0},           {"0x", false, 0},          {"12a", false, 0},
+      {" 1", false, 0},         {"1 ", false, 0},          {"+1", false, 0},
+      {"-1", false, 0},         {"x1", false, 0},          {"0x-1", false, 0},
+  };
+  for (const auto& c : cases) {
+    uint32_t number = 0;
+    EXPECT_EQ(lookup_parse_number(c.text, &number), c.valid) << c.text;
+    EXPECT_EQ(number, c.number) << c.text;
+  }
+  EXPECT_EQ(lookup_display_number(4095), "4095");
+  EXPECT_EQ(lookup_display_number(0x1000), "0x00001000");
+  EXPECT_EQ(lookup_display_number(0x010000A8), "0x010000A8");
+}
+
+TEST(Lookup, NearMisses) {
+  const struct {
+    const char* wrong;
+    const char* meant;
+  } cases[] = {
+      {"wlan_get_sid", "wlan_get_ssid"},
+      {"wlan-gte-ssid", "wlan_get_ssid"},
+      {"get_ssid", "wlan_get_ssid"},
+      {"WLAN_SET_SSIDD", "wlan_set_ssid"},
+      {"pnig", "ping"},
+      {"descibe", "describe"},
+      {"hnc_get_enabel", "hnc_get_enable"},
+  };
+  for (const auto& c : cases) {
+    std::vector<std::string> near = lookup_near(c.wrong);
+    ASSERT_FALSE(near.empty()) << c.wrong;
+    EXPECT_EQ(near[0], c.meant);
+    EXPECT_LE(near.size(), 3u);
+  }
+  EXPECT_EQ(lookup_near("wlan_get_ssid_adv")[0], "wlan_get_ssid_advertisement_enabled");
+  EXPECT_TRUE(lookup_near("reboot_everything_now").empty());
+  EXPECT_TRUE(lookup_near("").empty());
+}
+
+TEST(Lookup, Patterns) {
+  const Procedure& set_ssid = *lookup_name("wlan_set_ssid");
+  for (const char* pattern : {"", "ssid", "SSID", "set-ssid", "network name", "Network", "wlan_*",
+                              "*ssid", "wlan?set?ssid", "*profile*", "*"})
+    EXPECT_TRUE(lookup_matches(set_ssid, pattern)) << pattern;
+  for (const char* pattern : {"ssids", "ssid*", "wlan_set_ss?", "*x", "?", "hnc_*"})
+    EXPECT_FALSE(lookup_matches(set_ssid, pattern)) << pattern;
+}
+
+}  // namespace

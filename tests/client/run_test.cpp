@@ -1,0 +1,265 @@
+// The whole program against a daemon of the test's own: what it prints and how
+// it exits.
+#include "run.h"
+
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "fake_daemon.h"
+
+namespace {
+
+struct Outcome {
+  ExitStatus status;
+  std::string out, err;
+  std::vector<Bytes> calls;
+};
+
+Outcome run_words(const std::vector<std::string>& words) {
+  char *out = nullptr, *err = nullptr;
+  size_t out_size = 0, err_size = 0;
+  FILE* out_stream = open_memstream(&out, &out_size);
+  FILE* err_stream = open_memstream(&err, &err_size);
+  ExitStatus status = run(words, out_stream, err_stream);
+  fclose(out_stream);
+  fclose(err_stream);
+  Outcome outcome{status, {out, out_size}, {err, err_size}, {}};
+  free(out);
+  free(err);
+  return outcome;
+}
+
+// Runs against a daemon that answers with this state and result.
+Outcome run_against(uint32_t state, const Bytes& result, std::vector<std::string> words,
+                    const char* timeout = "10") {
+  FakeDaemon daemon;
+  fake_daemon_start(daemon, [&](const Bytes& call) {
+    Bytes reply = fake_reply(call, state, {});
+    reply.insert(reply.end(), result.begin(), result.end());
+    return std::vector<Datagram>{{reply}};
+  });
+  std::vector<std::string> all = {"--host", "127.0.0.1", "--timeout",
+                                  timeout,  "--port",    std::to_string(daemon.port)};
+  all.insert(all.end(), words.begin(), words.end());
+  Outcome outcome = run_words(all);
+  fake_daemon_stop(daemon);
+  outcome.calls = daemon.calls;
+  return outcome;
+}
+
+Bytes words(std::initializer_list<uint32_t> list) {
+  Bytes bytes;
+  for (uint32_t word : list)
+    wire_put_word(bytes, word);
+  return bytes;
+}
+
+Bytes data_record(uint32_t code, const std::string& data) {
+  Bytes bytes = words({code, 0});
+  wire_put_opaque(bytes, data);
+  return bytes;
+}
+
+bool one_line(const std::string& text) {
+  return !text.empty() && text.find('\n') == text.size() - 1;
+}
+
+constexpr uint32_t kMinusOne = 0xffffffff;
+
+TEST(Run, ResultsAsText) {
+  const struct {
+    std::vector<std::string> words;
+    Bytes result;
+    const char* out;
+  } cases[] = {
+      {{"wlan_set_ssid", "3", "Living room"}, words({0}), "ok\n"},
+      {{"wlan_set_ssid", "3", "x"}, words({2}), "ok (code 2: no change)\n"},
+      {{"wlan_set_ssid", "3", "x"}, words({7}), "ok (code 7)\n"},
+      {{"wlan_del_entry", "3"}, words({0, 0, 0}), "ok\n"},
+      {{"wlan_get_channel", "1"}, words({0, 4, 6, 0, 0, 0, 0}), "6\n"},
+      {{"wlan_get_channel", "1"}, words({0, 4, kMinusOne, 0, 0, 0, 0}), "-1\n"},
+      {{"wlan-get-ssid", "3"}, data_record(0, std::string("abc", 4)), "abc\n"},
+      {{"WLAN_GET_SSID", "3"}, data_record(0, "\x1b[2J\xff"), "\\x1b[2J\\xff\n"},
+      {{"wlan_get_channel_statistics", "1"},
+       words({0, 3, 1, 2, 3, 0}),
+       "0000  00000001 00000002 00000003\n"},
+      {{"wlan_get_assoc_device", "3", "0"},
+       data_record(0, "AB"),
+       "0000  41 42                                             AB\n"},
+      {{"20"}, words({1}), "0000  00 00 00 01                                       ....\n"},
+      {{"0"}, {}, "ok (empty result)\n"},
+  };
+  for (const auto& c : cases) {
+    Outcome outcome = run_against(0, c.result, c.words);
+    EXPECT_EQ(outcome.status, kExitDone) << outcome.err;
+    EXPECT_EQ(outcome.out, c.out);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.calls.size(), 1u);
+  }
+}
+
+TEST(Run, ResultsAsJson) {
+  const struct {
+    std::vector<std::string> words;
+    Bytes result;
+    const char* out;
+  } cases[] = {
+      {{"wlan_set_ssid", "3", "x"},
+       words({0}),
+       R"({"procedure":"wlan_set_ssid","number":22,"return_code":0})"},
+      {{"wlan_get_channel", "1"},
+       words({0, 4, kMinusOne, 0, 0, 0, 0}),
+       R"({"procedure":"wlan_get_channel","number":16,"return_code":0,"value":-1})"},
+      {{"wlan_get_ssid", "3"},
+       data_record(1, std::string("a\"\\\x1b\xc3\xa9\0", 7)),
+       R"({"procedure":"wlan_get_ssid","number":21,"return_code":1,"value":"a\"\\\u001b\u00e9"})"},
+      {{"wlan_get_ssid", "3"},
+       data_record(0, "\\\xff"),
+       R"({"procedure":"wlan_get_ssid","number":21,"return_code":0,"value":"\\\\\\xff","escaped":true})"},
+      {{"wlan_get_channel_statistics", "1"},
+       words({0, 4, 1, 2, kMinusOne, 9, 0}),
+       R"({"procedure":"wlan_get_channel_statistics","number":238,"return_code":0,"words":[1,2,4294967295]})"},
+      {{"wlan_get_assoc_device", "3", "0"},
+       data_record(0, "AB"),
+       R"({"procedure":"wlan_get_assoc_device","number":59,"return_code":0,"data":"4142"})"},
+      {{"20"}, words({1}), R"({"procedure":null,"number":20,"result":"00000001"})"},
+      {{"21"}, {}, R"({"procedure":"wlan_get_ssid","number":21,"result":""})"},
+  };
+  for (const auto& c : cases) {
+    std::vector<std::string> with_json = c.words;
+    with_json.insert(with_json.begin(), "--json");
+    Outcome outcome = run_against(0, c.result, with_json);
+    EXPECT_EQ(outcome.status, kExitDone) << outcome.err;
+    EXPECT_EQ(outcome.out, std::string(c.out) + "\n");
+    EXPECT_TRUE(nlohmann::json::accept(outcome.out));
+  }
+}
+
+TEST(Run, AFailureCodeIsStatus1AndNoValue) {
+  Outcome setter = run_against(0, words({kMinusOne}), {"wlan_set_ssid", "3", "x"});
+  Outcome getter = run_against(0, words({kMinusOne, 4, 6, 0, 0, 0, 0}), {"wlan_get_channel", "1"});
+  for (const Outcome& outcome : {setter, getter}) {
+    EXPECT_EQ(outcome.status, kExitFailureCode);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_TRUE(one_line(outcome.err)) << outcome.err;
+    EXPECT_NE(outcome.err.find("code -1"), std::string::npos) << outcome.err;
+  }
+  Outcome json =
+      run_against(0, words({0xfffffffb, 4, 6, 0, 0, 0, 0}), {"--json", "wlan_get_channel", "1"});
+  EXPECT_EQ(json.status, kExitFailureCode);
+  EXPECT_EQ(json.out, "{\"procedure\":\"wlan_get_channel\",\"number\":16,\"return_code\":-5}\n");
+}
+
+TEST(Run, APositiveCodeOfAGetterLeavesTheValueAlone) {
+  Outcome outcome = run_against(0, words({1, 4, 6, 0, 0, 0, 0}), {"wlan_get_channel", "1"});
+  EXPECT_EQ(outcome.status, kExitDone);
+  EXPECT_EQ(outcome.out, "6\n");
+  EXPECT_EQ(outcome.err, "wificonf: wlan_get_channel: ok (code 1: written or found)\n");
+}
+
+TEST(Run, RpcErrorsAreStatus3) {
+  const struct {
+    uint32_t state;
+    Bytes result;
+    const char* shown;
+  } cases[] = {
+      {1, {}, "unavailable"},
+      {2, words({3, 4}), "versions 3 to 4"},
+      {3, {}, "procedure unavailable"},
+      {4, {}, "garbage arguments"},
+      {5, {}, "system error"},
+      {6, {}, "malformed"},
+      {0, {}, "malformed"},
+      {0, words({0, 0xffffffff, 0}), "malformed"},
+  };
+  for (const auto& c : cases) {
+    Outcome outcome = run_against(c.state, c.result, {"wlan_get_channel", "1"});
+    EXPECT_EQ(outcome.status, kExitNoAnswer);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_TRUE(one_line(outcome.err)) << outcome.err;
+    EXPECT_NE(outcome.err.find(c.shown), std::string::npos) << outcome.err;
+  }
+}
+
+TEST(Run, NoAnswerIsStatus3) {
+  Outcome refused =
+      run_words({"--host", "127.0.0.1", "--port", std::to_string(fake_closed_port()), "ping"});
+  EXPECT_EQ(refused.status, kExitNoAnswer);
+  EXPECT_TRUE(one_line(refused.err)) << refused.err;
+  EXPECT_NE(refused.err.find("nothing listens"), std::string::npos) << refused.err;
+
+  FakeDaemon silent;
+  fake_daemon_start(silent, [](const Bytes&) { return std::vector<Datagram>{}; });
+  Outcome timeout = run_words({"--host", "127.0.0.1", "--port", std::to_string(silent.port),
+                               "--timeout", "0.2", "wlan_set_ssid", "3", "x"});
+  fake_daemon_stop(silent);
+  EXPECT_EQ(timeout.status, kExitNoAnswer);
+  EXPECT_TRUE(one_line(timeout.err)) << timeout.err;
+  EXPECT_NE(timeout.err.find("no answer from 127.0.0.1"), std::string::npos) << timeout.err;
+  EXPECT_EQ(silent.calls.size(), 1u) << "sent once";
+}
+
+TEST(Run, WrongUsageSendsNothing) {
+  const struct {
+    std::vector<std::string> words;
+    const char* shown;
+  } cases[] = {
+      {{"wlan_get_sid", "3"}, "did you mean wlan_get_ssid"},
+      {{"nonsense"}, "'wificonf list'"},
+      {{"wlan_get_ssid"}, "usage: wificonf wlan_get_ssid BSS\n"},
+      {{"wlan_get_ssid", "x"}, "usage: wificonf wlan_get_ssid BSS\n"},
+      {{"wlan_set_ssid", "3", std::string(9000, 'x')}, "too long"},
+      {{"21", "3"}, "wificonf wlan_get_ssid BSS"},
+      {{"20", "3"}, "takes no arguments"},
+      {{"12ab"}, "no procedure number"},
+      {{"ping", "3"}, "takes no arguments"},
+      {{"list", "a", "b"}, "one PATTERN"},
+      {{"list", "no such thing"}, "no procedure matches"},
+      {{"describe"}, "one PROCEDURE"},
+      {{"describe", "wlan_get_sid"}, "did you mean wlan_get_ssid"},
+      {{"describe", "20"}, "no procedure '20'"},
+      {{"--bogus", "ping"}, "--bogus"},
+      {{}, "no procedure given"},
+  };
+  for (const auto& c : cases) {
+    Outcome outcome = run_against(0, words({0}), c.words);
+    EXPECT_EQ(outcome.status, kExitUsage) << outcome.out;
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_NE(outcome.err.find(c.shown), std::string::npos) << outcome.err;
+    EXPECT_EQ(outcome.calls.size(), 0u);
+  }
+}
+
+TEST(Run, Ping) {
+  Outcome text = run_against(0, {}, {"ping"});
+  EXPECT_EQ(text.status, kExitDone) << text.err;
+  EXPECT_TRUE(text.out.starts_with("127.0.0.1 port ")) << text.out;
+  EXPECT_TRUE(text.out.ends_with(" ms\n")) << text.out;
+  ASSERT_EQ(text.calls.size(), 1u);
+  EXPECT_EQ(text.calls[0].size(), 40u);
+  Outcome json = run_against(0, {}, {"--json", "ping"});
+  auto object = nlohmann::json::parse(json.out, nullptr, false);
+  ASSERT_TRUE(object.is_object()) << json.out;
+  EXPECT_GT(object["round_trip_ms"].get<double>(), 0);
+}
+
+TEST(Run, HelpVersionListAndDescribe) {
+  EXPECT_TRUE(run_words({"--help"}).out.starts_with("usage: wificonf"));
+  EXPECT_TRUE(run_words({"--version"}).out.starts_with("wificonf "));
+  EXPECT_TRUE(run_words({"describe", "0x010000a8"}).out.starts_with("0x010000A8  wlan_check_rpc"));
+  Outcome list = run_words({"list", "wlan_set_ssid"});
+  EXPECT_EQ(list.status, kExitDone);
+  EXPECT_TRUE(list.out.starts_with("22  wlan_set_ssid  ")) << list.out;
+}
+
+TEST(Run, OutputThatCannotBeWrittenIsAnError) {
+  FILE* full = fopen("/dev/full", "we");
+  ASSERT_NE(full, nullptr);
+  FILE* err = fopen("/dev/null", "we");
+  EXPECT_EQ(run({"list"}, full, err), kExitNoAnswer);
+  fclose(full);
+  fclose(err);
+}
+
+}  // namespace
