@@ -1,0 +1,36 @@
+// The boards that a box can be: which radio cards sit on the PCI bus and which interfaces the
+// driver would bring for them.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+struct pci_card {
+  unsigned slot;  // bus number << 8 | device << 3 | function
+  unsigned id;    // vendor << 16 | device, as the kernel prints it
+  unsigned irq;
+  unsigned long long bar;   // address of the register window, 0 for a bridge
+  unsigned long long size;  // its size in bytes
+  const char* driver;
+};
+
+struct board {
+  const char* name;
+  int interfaces;  // ra0 .. ra<interfaces-1>
+  bool dual_band;  // ra8 and up are the 5 GHz band, which has a profile of its own
+  pci_card cards[4];
+  int card_count;
+};
+
+constexpr const char* BOARD_DEFAULT = "mt7603+mt7612";
+constexpr int BOARD_MAX_INTERFACES = 16;
+constexpr int BOARD_FIRST_5GHZ = 8;  // number of the first 5 GHz interface
+
+// The board of that name, or null.
+const board* board_find(std::string_view name);
+
+// All board names, separated by ", ".
+std::string board_names();
+
+// The text of /proc/bus/pci/devices on that board, in the kernel's format.
+std::string board_pci_devices(const board& b);

@@ -1,0 +1,206 @@
+#include "box.h"
+
+#include <ctype.h>
+#include <dirent.h>
+#include <errno.h>
+#include <poll.h>
+#include <signal.h>
+#include <stddef.h>
+#include <stdlib.h>
+#include <sys/signalfd.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <vector>
+
+#include "control.h"
+#include "files.h"
+#include "filter.h"
+#include "link.h"
+#include "net.h"
+#include "portmap.h"
+#include "profiles.h"
+#include "report.h"
+#include "trap.h"
+
+// How long processes of the box have after SIGTERM before the kernel kills them.
+static constexpr int64_t GRACE_US = 2000000;
+
+struct box {
+  trap_state trap;
+  int link;
+  int signals;  // signalfd
+  int control;  // listening
+  std::vector<int> clients;
+  pid_t portmap;  // 0: none
+  pid_t payload;
+  bool own_job;  // the payload is a process group that takes turns with gwbox at the terminal
+  int status;    // what the box ends with, once ending
+  bool ending;
+  int64_t give_up_us;  // when ending: monotonic time after which nobody is waited for
+};
+
+static bool map_ids(const box_plan& plan) {
+  std::string uid = "0 " + std::to_string(plan.uid) + " 1\n";
+  std::string gid = "0 " + std::to_string(plan.gid) + " 1\n";
+  return file_write("/proc/self/setgroups", "deny") && file_write("/proc/self/uid_map", uid) &&
+         file_write("/proc/self/gid_map", gid);
+}
+
+static int status_of(int wait_status) {
+  return WIFSIGNALED(wait_status) ? 128 + WTERMSIG(wait_status) : WEXITSTATUS(wait_status);
+}
+
+static bool open_signals(box& b) {
+  sigset_t watched;
+  sigemptyset(&watched);
+  for (int number : {SIGCHLD, SIGTERM, SIGINT, SIGHUP})
+    sigaddset(&watched, number);
+  sigprocmask(SIG_BLOCK, &watched, nullptr);
+  b.signals = signalfd(-1, &watched, SFD_CLOEXEC | SFD_NONBLOCK);
+  return b.signals >= 0 || report_errno(nullptr, "open a signal descriptor");
+}
+
+static bool open_trap(box& b, const box_plan& plan) {
+  driver_init(b.trap.driver, *plan.hardware);
+  b.trap.socket = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+  if (b.trap.socket < 0) return report_errno(nullptr, "open a socket");
+  if (!journal_open(b.trap.log, plan.log_fd, plan.start_us)) return false;
+  b.trap.listener = filter_install({plan.sandbox.user_namespace});
+  return b.trap.listener >= 0;
+}
+
+// The portmapper starts up while the radios are made.
+static bool start_services(box& b, const box_plan& plan) {
+  if (!net_start()) return false;
+  b.portmap = plan.portmap ? portmap_start() : 0;
+  if (b.portmap < 0 || !net_make_radios(*plan.hardware) || !profiles_install(*plan.hardware)) {
+    return false;
+  }
+  return b.portmap == 0 || portmap_await(b.portmap);
+}
+
+static bool build(box& b, const box_plan& plan) {
+  if (plan.sandbox.user_namespace && !map_ids(plan)) return false;
+  if (!sandbox_enter(plan.sandbox) || !open_signals(b) || !open_trap(b, plan)) return false;
+  b.control = control_listen();
+  if (b.control < 0 || !start_services(b, plan)) return false;
+  b.payload = payload_start(plan.payload);
+  return b.payload > 0;
+}
+
+// Calls ACT for every process of the box but this one and the portmapper; returns their number.
+template <typename Act>
+static int for_each_process(const box& b, Act act) {
+  int count = 0;
+  DIR* processes = opendir("/proc");
+  if (!processes) return 0;
+  while (struct dirent* entry = readdir(processes)) {
+    pid_t pid = isdigit(entry->d_name[0]) ? atoi(entry->d_name) : 0;
+    if (pid <= 1 || pid == b.portmap) continue;
+    act(pid);
+    count++;
+  }
+  closedir(processes);
+  return count;
+}
+
+// The portmapper stays until the others are gone: services take back their registrations.
+static void begin_end(box& b, int status) {
+  if (b.ending) return;
+  b.ending = true;
+  b.status = status;
+  b.give_up_us = journal_now_us() + GRACE_US;
+  for_each_process(b, [](pid_t pid) {
+    kill(pid, SIGTERM);
+    kill(pid, SIGCONT);
+  });
+}
+
+// The outer shell has to know when a job of its own stops, else the terminal would stay with
+// nobody. What is alongside in gwbox's process group stops together with gwbox.
+static void payload_changed(box& b, int wait_status) {
+  if (!WIFSTOPPED(wait_status)) return begin_end(b, status_of(wait_status));
+  if (b.own_job) (void)send(b.link, &LINK_STOPPED, 1, MSG_NOSIGNAL);
+}
+
+static void reap(box& b) {
+  int status = 0;
+  for (pid_t pid; (pid = waitpid(-1, &status, WNOHANG | WUNTRACED)) > 0;) {
+    if (pid == b.payload) payload_changed(b, status);
+    if (pid == b.portmap && !WIFSTOPPED(status)) b.portmap = 0;
+  }
+}
+
+static void take_signals(box& b) {
+  signalfd_siginfo info;
+  while (read(b.signals, &info, sizeof info) == sizeof info) {
+    int number = static_cast<int>(info.ssi_signo);
+    if (number != SIGCHLD) begin_end(b, 128 + number);
+  }
+  reap(b);
+}
+
+static void take_link(box& b) {
+  char word = 0;
+  if (recv(b.link, &word, 1, MSG_DONTWAIT) <= 0) {
+    b.link = -1;
+    return begin_end(b, 128 + SIGKILL);
+  }
+  if (word == LINK_FOREGROUND) payload_to_foreground(b.payload);
+  kill(-b.payload, SIGCONT);
+}
+
+static void take_control(box& b) {
+  int client = control_accept(b.control);
+  if (client >= 0) b.clients.push_back(client);
+}
+
+// Milliseconds that the loop may sleep, -1: for ever.
+static int next_timeout(box& b) {
+  int timeout = trap_run_delayed(b.trap);
+  if (!b.ending) return timeout;
+  int64_t left = (b.give_up_us - journal_now_us() + 999) / 1000;
+  int grace = left < 0 ? 0 : static_cast<int>(left);
+  return timeout < 0 || grace < timeout ? grace : timeout;
+}
+
+static void serve_once(box& b) {
+  std::vector<pollfd> watched = {{b.trap.listener, POLLIN, 0},
+                                 {b.signals, POLLIN, 0},
+                                 {b.control, POLLIN, 0},
+                                 {b.link, POLLIN, 0}};
+  for (int client : b.clients)
+    watched.push_back({client, POLLIN, 0});
+  size_t clients = b.clients.size();
+  if (poll(watched.data(), watched.size(), next_timeout(b)) < 0) return;
+  if (watched[0].revents) trap_take(b.trap);
+  if (watched[1].revents) take_signals(b);
+  if (watched[3].revents) take_link(b);
+  for (size_t i = clients; i-- > 0;) {
+    if (!watched[4 + i].revents) continue;
+    control_serve(b.clients[i], b.trap.faults);
+    b.clients.erase(b.clients.begin() + static_cast<ptrdiff_t>(i));
+  }
+  if (watched[2].revents) take_control(b);
+}
+
+// True when nothing is left to wait for. Until then trapped calls are answered.
+static bool ended(box& b) {
+  if (!b.ending) return false;
+  return journal_now_us() >= b.give_up_us || for_each_process(b, [](pid_t) {}) == 0;
+}
+
+// Whatever is left, the portmapper for one, is killed by the kernel when this process ends.
+int box_main(const box_plan& plan) {
+  box b = {};
+  b.link = plan.link;
+  b.own_job = plan.payload.terminal == PAYLOAD_FOREGROUND;
+  umask(022);
+  if (!build(b, plan)) return EXIT_BOX_FAILED;
+  while (!ended(b))
+    serve_once(b);
+  return b.status;
+}

@@ -1,0 +1,154 @@
+#include "filter.h"
+
+#include <errno.h>
+#include <linux/audit.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <stddef.h>
+#include <stdint.h>
+#include <sys/ioctl.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <vector>
+
+#include "report.h"
+
+#ifndef SECCOMP_FILTER_FLAG_WAIT_KILLABLE_RECV
+#define SECCOMP_FILTER_FLAG_WAIT_KILLABLE_RECV (1UL << 5)
+#endif
+#ifndef SECCOMP_IOCTL_NOTIF_SET_FLAGS
+#define SECCOMP_IOCTL_NOTIF_SET_FLAGS SECCOMP_IOW(4, __u64)
+#define SECCOMP_USER_NOTIF_FD_SYNC_WAKE_UP (1UL << 0)
+#endif
+
+// Wireless requests, and the one for VLAN interfaces.
+static constexpr uint32_t WIRELESS_FIRST = 0x8B00;
+static constexpr uint32_t WIRELESS_LAST = 0x8BFF;
+static constexpr uint32_t VLAN_REQUEST = 0x8983;
+
+enum filter_action {
+  FILTER_IOCTL,      // trapped when its request is one of the above
+  FILTER_SETGROUPS,  // answered 0 when the options say so
+  FILTER_MODULE,     // loading and unloading a driver: passed on to the kernel so far
+};
+
+// Numbers per architecture: a 32-bit program's calls have numbers of their own.
+struct filter_row {
+  uint32_t arch;
+  uint32_t number;
+  filter_action action;
+};
+
+static constexpr filter_row ROWS[] = {
+    {AUDIT_ARCH_X86_64, 16, FILTER_IOCTL},    {AUDIT_ARCH_X86_64, 116, FILTER_SETGROUPS},
+    {AUDIT_ARCH_X86_64, 175, FILTER_MODULE},  // init_module
+    {AUDIT_ARCH_X86_64, 176, FILTER_MODULE},  // delete_module
+    {AUDIT_ARCH_X86_64, 313, FILTER_MODULE},  // finit_module
+    {AUDIT_ARCH_I386, 54, FILTER_IOCTL},      {AUDIT_ARCH_I386, 81, FILTER_SETGROUPS},
+    {AUDIT_ARCH_I386, 206, FILTER_SETGROUPS},  // setgroups32
+    {AUDIT_ARCH_I386, 128, FILTER_MODULE},    {AUDIT_ARCH_I386, 129, FILTER_MODULE},
+    {AUDIT_ARCH_I386, 350, FILTER_MODULE},
+};
+
+using program = std::vector<sock_filter>;
+
+static void load(program& p, size_t offset) {
+  p.push_back(BPF_STMT(BPF_LD | BPF_W | BPF_ABS, static_cast<uint32_t>(offset)));
+}
+
+static void end(program& p, uint32_t verdict) {
+  p.push_back(BPF_STMT(BPF_RET | BPF_K, verdict));
+}
+
+// Jump distances are in instructions after the jump itself.
+static void jump(program& p, uint16_t test, uint32_t value, uint8_t if_true, uint8_t if_false) {
+  p.push_back(BPF_JUMP(static_cast<uint16_t>(BPF_JMP | test | BPF_K), value, if_true, if_false));
+}
+
+// The request is the second argument; its low half comes first in memory.
+static program ioctl_part() {
+  program p;
+  load(p, offsetof(seccomp_data, args[1]));
+  jump(p, BPF_JEQ, VLAN_REQUEST, 2, 0);
+  jump(p, BPF_JGE, WIRELESS_FIRST, 0, 2);
+  jump(p, BPF_JGT, WIRELESS_LAST, 1, 0);
+  end(p, SECCOMP_RET_USER_NOTIF);
+  end(p, SECCOMP_RET_ALLOW);
+  return p;
+}
+
+static program action_part(filter_action action, const filter_options& options) {
+  program p;
+  switch (action) {
+    case FILTER_IOCTL:
+      return ioctl_part();
+    case FILTER_SETGROUPS:
+      if (options.answer_setgroups) end(p, SECCOMP_RET_ERRNO | 0);
+      return p;
+    case FILTER_MODULE:
+      return p;
+  }
+  return p;
+}
+
+// All rows of one architecture; every part ends in a verdict.
+static program arch_part(uint32_t arch, const filter_options& options) {
+  program p;
+  load(p, offsetof(seccomp_data, nr));
+  for (const filter_row& row : ROWS) {
+    if (row.arch != arch) continue;
+    program part = action_part(row.action, options);
+    if (part.empty()) continue;
+    jump(p, BPF_JEQ, row.number, 0, static_cast<uint8_t>(part.size()));
+    p.insert(p.end(), part.begin(), part.end());
+  }
+  end(p, SECCOMP_RET_ALLOW);
+  return p;
+}
+
+static program whole_program(const filter_options& options) {
+  program p;
+  load(p, offsetof(seccomp_data, arch));
+  for (uint32_t arch : {uint32_t{AUDIT_ARCH_X86_64}, uint32_t{AUDIT_ARCH_I386}}) {
+    program part = arch_part(arch, options);
+    jump(p, BPF_JEQ, arch, 0, static_cast<uint8_t>(part.size()));
+    p.insert(p.end(), part.begin(), part.end());
+  }
+  end(p, SECCOMP_RET_ALLOW);
+  return p;
+}
+
+static int install(const sock_fprog& code, unsigned flags) {
+  return static_cast<int>(syscall(SYS_seccomp, SECCOMP_SET_MODE_FILTER,
+                                  SECCOMP_FILTER_FLAG_NEW_LISTENER | flags, &code));
+}
+
+static const char* install_hint() {
+  switch (errno) {
+    case EBUSY:
+      return "the calls of this process are trapped already: a box cannot run inside a box";
+    case EINVAL:
+    case ENOSYS:
+      return "Linux 5.0 or later with CONFIG_SECCOMP_FILTER is needed";
+    default:
+      return nullptr;
+  }
+}
+
+int filter_install(const filter_options& options) {
+  program p = whole_program(options);
+  sock_fprog code = {static_cast<unsigned short>(p.size()), p.data()};
+  // Once a call has been taken up, only a deadly signal interrupts it: kernels before 5.19
+  // restart such calls instead, and a restarted set is done twice.
+  int listener = install(code, SECCOMP_FILTER_FLAG_WAIT_KILLABLE_RECV);
+  if (listener < 0 && errno == EINVAL) listener = install(code, 0);
+  if (listener < 0) {
+    report_errno(install_hint(), "trap the driver's requests");
+    return -1;
+  }
+  // Caller and supervisor take turns, so waking another processor only costs time. Kernels
+  // before 6.6 do not know the flag and do without.
+  (void)ioctl(listener, SECCOMP_IOCTL_NOTIF_SET_FLAGS, SECCOMP_USER_NOTIF_FD_SYNC_WAKE_UP);
+  return listener;
+}

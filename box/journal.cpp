@@ -1,0 +1,120 @@
+#include "journal.h"
+
+#include <fcntl.h>
+#include <stdio.h>
+#include <string.h>
+#include <time.h>
+#include <unistd.h>
+
+#include "report.h"
+
+// Length of the UTF-8 character at the beginning of the text, 0 when there is none: cut short,
+// longer than needed, a surrogate or beyond the last code point.
+static size_t utf8_length(const unsigned char* s, size_t left) {
+  if (s[0] < 0x80) return 1;
+  size_t length = s[0] >= 0xF0 ? 4 : s[0] >= 0xE0 ? 3 : 2;
+  if (s[0] < 0xC2 || s[0] > 0xF4 || left < length) return 0;
+  for (size_t i = 1; i < length; i++) {
+    if ((s[i] & 0xC0) != 0x80) return 0;
+  }
+  bool overlong = (s[0] == 0xE0 && s[1] < 0xA0) || (s[0] == 0xF0 && s[1] < 0x90);
+  bool beyond = (s[0] == 0xED && s[1] > 0x9F) || (s[0] == 0xF4 && s[1] > 0x8F);
+  return overlong || beyond ? 0 : length;
+}
+
+// Appends the text as a JSON string; returns false when bytes had to be replaced.
+static bool append_string(std::string& line, const std::string& text) {
+  bool faithful = true;
+  const unsigned char* s = reinterpret_cast<const unsigned char*>(text.data());
+  line += '"';
+  for (size_t i = 0; i < text.size();) {
+    size_t length = utf8_length(s + i, text.size() - i);
+    char escaped[8];
+    if (length == 0) {
+      line += "\\ufffd";
+      faithful = false;
+    } else if (s[i] < 0x20 || s[i] == 0x7F) {
+      snprintf(escaped, sizeof escaped, "\\u%04x", s[i]);
+      line += escaped;
+    } else {
+      if (s[i] == '"' || s[i] == '\\') line += '\\';
+      line.append(text, i, length);
+    }
+    i += length ? length : 1;
+  }
+  line += '"';
+  return faithful;
+}
+
+static void append_member(std::string& line, const char* name, const std::string& text) {
+  line += std::string(",\"") + name + "\":";
+  append_string(line, text);
+}
+
+static void append_number(std::string& line, const char* name, long long number) {
+  line += std::string(",\"") + name + "\":" + std::to_string(number);
+}
+
+static std::string hex(unsigned number) {
+  char text[16];
+  snprintf(text, sizeof text, "0x%04X", number);
+  return text;
+}
+
+static void append_text(std::string& line, const std::string& text) {
+  line += ",\"text\":";
+  if (append_string(line, text)) return;
+  std::string bytes;
+  char digits[4];
+  for (unsigned char byte : text) {
+    snprintf(digits, sizeof digits, "%02x", byte);
+    bytes += digits;
+  }
+  append_member(line, "text_hex", bytes);
+}
+
+std::string journal_line(const journal_entry& entry, uint64_t sequence, int64_t time_us) {
+  char head[80];
+  snprintf(head, sizeof head, "{\"seq\":%llu,\"time\":%lld.%06lld,\"pid\":%d",
+           static_cast<unsigned long long>(sequence), static_cast<long long>(time_us / 1000000),
+           static_cast<long long>(time_us % 1000000), entry.pid);
+  std::string line = head;
+  append_member(line, "comm", entry.comm);
+  append_member(line, "interface", entry.interface);
+  append_member(line, "request", hex(entry.request));
+  append_member(line, "name", entry.name);
+  if (entry.has_sub) append_member(line, "sub", hex(entry.sub));
+  append_number(line, "length", entry.length);
+  if (entry.has_text) append_text(line, entry.text);
+  append_number(line, "result", entry.result);
+  if (entry.result < 0) {
+    const char* name = strerrorname_np(-entry.result);
+    append_member(line, "error", name ? name : std::to_string(-entry.result));
+  }
+  if (entry.injected) line += ",\"injected\":true";
+  if (entry.delay_ms > 0) append_number(line, "delay_ms", entry.delay_ms);
+  return line + "}\n";
+}
+
+int64_t journal_now_us() {
+  timespec now = {};
+  clock_gettime(CLOCK_MONOTONIC, &now);
+  return now.tv_sec * 1000000LL + now.tv_nsec / 1000;
+}
+
+bool journal_open(journal& j, int copy_fd, int64_t start_us) {
+  j = {};
+  j.copy_fd = copy_fd;
+  j.start_us = start_us;
+  j.fd = open(JOURNAL_PATH, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644);
+  return j.fd >= 0 || report_errno(nullptr, "open %s", JOURNAL_PATH);
+}
+
+void journal_append(journal& j, const journal_entry& entry) {
+  std::string line = journal_line(entry, ++j.sequence, journal_now_us() - j.start_us);
+  for (int fd : {j.fd, j.copy_fd}) {
+    if (fd >= 0 && write(fd, line.data(), line.size()) < 0) {
+      report_errno(nullptr, "write the request journal");
+    }
+  }
+}

@@ -1,0 +1,51 @@
+// The request journal: one JSON object per line for each trapped request, appended with one write
+// before the caller gets its answer, so that whoever made a request finds its line.
+//
+//   {"seq":1,"time":0.012345,"pid":7,"comm":"iwpriv","interface":"ra0","request":"0x8BE2",
+//    "name":"set","length":12,"text":"LEDEnable=1","result":0}
+//
+// "sub" is there for requests that carry one, "text" for text sets ("text_hex" besides, when its
+// bytes are not UTF-8), "error" (the errno's name) with a result below 0, "injected" and
+// "delay_ms" when `gwbox fail` had its hand in it.
+#pragma once
+
+#include <stdint.h>
+#include <sys/types.h>
+
+#include <string>
+
+constexpr const char* JOURNAL_PATH = "/run/gwbox/journal.jsonl";  // inside the box
+
+struct journal {
+  int fd;             // the box's own file
+  int copy_fd;        // the file given with --log, or -1
+  uint64_t sequence;  // of the last line
+  int64_t start_us;   // monotonic clock at the start of the box
+};
+
+struct journal_entry {
+  pid_t pid;  // the process, not the thread
+  std::string comm;
+  std::string interface;
+  uint32_t request;
+  const char* name;
+  bool has_sub;
+  uint16_t sub;
+  uint16_t length;  // as announced by the caller
+  bool has_text;
+  std::string text;
+  int result;  // 0 or a negative errno
+  bool injected;
+  int delay_ms;
+};
+
+// Microseconds of the monotonic clock.
+int64_t journal_now_us();
+
+// Opens the box's file. COPY_FD is kept, not owned.
+[[nodiscard]] bool journal_open(journal& j, int copy_fd, int64_t start_us);
+
+// The line of the entry, newline included.
+std::string journal_line(const journal_entry& entry, uint64_t sequence, int64_t time_us);
+
+void journal_append(journal& j, const journal_entry& entry);

@@ -1,0 +1,112 @@
+#include "payload.h"
+
+#include <errno.h>
+#include <signal.h>
+#include <stdlib.h>
+#include <string.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "files.h"
+#include "report.h"
+#include "sandbox.h"
+
+static constexpr int EXIT_NOT_EXECUTABLE = 126;
+static constexpr int EXIT_NOT_FOUND = 127;
+
+payload_terminal payload_choose_terminal() {
+  if (!isatty(0) || tcgetpgrp(0) != getpgrp()) return PAYLOAD_APART;
+  return isatty(1) && isatty(2) ? PAYLOAD_FOREGROUND : PAYLOAD_ALONGSIDE;
+}
+
+void payload_to_foreground(pid_t group) {
+  // A background process that asks for the terminal is stopped unless it blocks this signal.
+  sigset_t stop, before;
+  sigemptyset(&stop);
+  sigaddset(&stop, SIGTTOU);
+  sigprocmask(SIG_BLOCK, &stop, &before);
+  tcsetpgrp(0, group);
+  sigprocmask(SIG_SETMASK, &before, nullptr);
+}
+
+void payload_reset_signals() {
+  sigset_t none;
+  sigemptyset(&none);
+  sigprocmask(SIG_SETMASK, &none, nullptr);
+}
+
+// Programs of the build first; the system programs of a gateway are on everybody's path.
+static void set_environment(const payload_plan& plan) {
+  const char* inherited = getenv("PATH");
+  std::string path = plan.program_dir + ":" + (inherited ? inherited : "/usr/bin:/bin");
+  for (const char* needed : {"/usr/sbin", "/sbin"}) {
+    if ((path + ":").find(std::string(":") + needed + ":") == std::string::npos) {
+      path += std::string(":") + needed;
+    }
+  }
+  setenv("PATH", path.c_str(), 1);
+  setenv("GWBOX_BOARD", plan.board.c_str(), 1);
+  setenv("HOSTNAME", SANDBOX_HOST_NAME, 1);
+  unsetenv("TMPDIR");  // names a directory of the host
+  unsetenv("XDG_RUNTIME_DIR");
+}
+
+static std::string shell_start_file() {
+  return std::string(SANDBOX_RUN_DIR) + "/bashrc";
+}
+
+// The user's own settings stay; the prompt is set last, so that it is seen.
+static bool write_shell_start_file(const payload_plan& plan) {
+  return file_write(shell_start_file(),
+                    "[ -r /etc/bash.bashrc ] && . /etc/bash.bashrc\n"
+                    "[ -r ~/.bashrc ] && . ~/.bashrc\n"
+                    "PROMPT_COMMAND=\n"
+                    "PS1='[gwbox " +
+                        plan.board + "] \\w\\$ '\n");
+}
+
+static std::vector<std::string> shell_command(const payload_plan& plan) {
+  const char* shell = getenv("SHELL");
+  std::string path = shell && access(shell, X_OK) == 0 ? shell : "/bin/bash";
+  setenv("PS1", ("[gwbox " + plan.board + "] $ ").c_str(), 1);
+  if (!path.ends_with("/bash") || !write_shell_start_file(plan)) return {path};
+  return {path, "--rcfile", shell_start_file()};
+}
+
+static void take_place(payload_terminal terminal) {
+  switch (terminal) {
+    case PAYLOAD_APART:
+      setsid();
+      return;
+    case PAYLOAD_ALONGSIDE:
+      return;
+    case PAYLOAD_FOREGROUND:
+      setpgid(0, 0);
+      payload_to_foreground(getpid());
+      return;
+  }
+}
+
+[[noreturn]] static void become_payload(const payload_plan& plan) {
+  set_environment(plan);
+  take_place(plan.terminal);
+  std::vector<std::string> command = plan.command;
+  if (command.empty()) command = shell_command(plan);
+  std::vector<char*> arguments;
+  for (std::string& argument : command)
+    arguments.push_back(argument.data());
+  arguments.push_back(nullptr);
+  umask(plan.umask);
+  payload_reset_signals();
+  execvp(arguments[0], arguments.data());
+  int status = errno == ENOENT ? EXIT_NOT_FOUND : EXIT_NOT_EXECUTABLE;
+  report_errno(nullptr, "run %s", arguments[0]);
+  _exit(status);
+}
+
+pid_t payload_start(const payload_plan& plan) {
+  pid_t pid = fork();
+  if (pid == 0) become_payload(plan);
+  if (pid < 0) report_errno(nullptr, "start the command");
+  return pid;
+}

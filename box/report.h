@@ -1,0 +1,13 @@
+// Messages to the user, always one line on standard error that begins with "gwbox: ".
+#pragma once
+
+// Exit status of gwbox itself when the box could not be made; 126, 127 and 128+N are COMMAND's.
+constexpr int EXIT_BOX_FAILED = 125;
+constexpr int EXIT_USAGE = 2;
+
+// Says FORMAT, then a newline.
+[[gnu::format(printf, 1, 2)]] void report(const char* format, ...);
+
+// Says "cannot FORMAT: <text of the current errno>" and, when HINT is not null, " (HINT)".
+// Always false, so that a step can end with `return report_errno(...)`.
+[[gnu::format(printf, 2, 3)]] bool report_errno(const char* hint, const char* format, ...);

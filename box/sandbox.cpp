@@ -1,0 +1,241 @@
+#include "sandbox.h"
+
+#include <dirent.h>
+#include <errno.h>
+#include <fcntl.h>
+#include <sched.h>
+#include <string.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <string_view>
+#include <vector>
+
+#include "files.h"
+#include "report.h"
+
+// The new root is put together here. Every system has /tmp, and what the host keeps in it is
+// not seen inside anyway, except for the trees that are held open before it is covered.
+static const std::string ROOT = "/tmp";
+static const std::string LAYERS = ROOT + "/.layers";
+
+static constexpr unsigned long PLAIN = MS_NOSUID | MS_NODEV;
+
+// A host directory that must be visible inside under its own path.
+struct held_tree {
+  std::string path;
+  int fd;  // O_PATH, opened before anything covers it; -1: nothing to hold
+};
+
+static const char* mount_hint() {
+  if (errno == EPERM || errno == EACCES) {
+    return "the kernel or a security policy forbids mounts here: start gwbox as root";
+  }
+  if (errno == ENODEV) return "this kernel lacks that file system";
+  return nullptr;
+}
+
+static bool mount_at(const char* type, const std::string& target, unsigned long flags,
+                     const std::string& options = "") {
+  if (!directory_make(target)) return false;
+  if (mount(type, target.c_str(), type, flags, options.c_str()) == 0) return true;
+  std::string shown = target == ROOT ? "/" : target.substr(ROOT.size());
+  return report_errno(mount_hint(), "mount %s on %s of the box", type, shown.c_str());
+}
+
+// Always with what is mounted below: in a user namespace those mounts cannot be left out.
+static bool bind_at(const std::string& source, const std::string& target) {
+  if (mount(source.c_str(), target.c_str(), nullptr, MS_BIND | MS_REC, nullptr) == 0) return true;
+  return report_errno(mount_hint(), "bind %s into the box", source.c_str());
+}
+
+// The directory nearest to PATH, itself included, that is the top of a working copy; else PATH.
+static std::string source_tree(const std::string& path) {
+  for (std::string dir = path; dir != "/"; dir = path_parent(dir)) {
+    if (access((dir + "/.git").c_str(), F_OK) == 0) return dir;
+  }
+  return path;
+}
+
+// Directories of the system itself are seen through the overlays, not held.
+static held_tree hold(const std::string& path) {
+  for (std::string_view system : {"/", "/tmp", "/run", "/var", "/etc", "/usr", "/var/tmp",
+                                  "/usr/bin", "/usr/sbin", "/usr/local/bin", "/usr/local/sbin"}) {
+    if (path == system) return {path, -1};
+  }
+  return {path, open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC)};
+}
+
+static bool same_file(int fd, const std::string& path) {
+  struct stat held, seen;
+  return fstat(fd, &held) == 0 && stat(path.c_str(), &seen) == 0 && held.st_dev == seen.st_dev &&
+         held.st_ino == seen.st_ino;
+}
+
+static bool show_held(const held_tree& tree) {
+  std::string target = ROOT + tree.path;
+  if (tree.fd < 0 || same_file(tree.fd, target)) return true;
+  return directory_make(target) && bind_at("/proc/self/fd/" + std::to_string(tree.fd), target);
+}
+
+// The portmapper gives up its privileges for this account, which an ordinary user's namespace,
+// with its single id, does not have: there the account is another name of that id.
+static std::string passwd_with_rpc_as_root(const std::string& passwd) {
+  std::string text;
+  for (size_t at = 0, end; at < passwd.size(); at = end + 1) {
+    end = passwd.find('\n', at);
+    if (end == std::string::npos) end = passwd.size();
+    std::string line = passwd.substr(at, end - at);
+    if (line.starts_with("_rpc:")) line = "_rpc:x:0:0::/run/rpcbind:/usr/sbin/nologin";
+    text += line + "\n";
+  }
+  return text;
+}
+
+static bool fill_etc(const sandbox_plan& plan, const std::string& upper) {
+  std::string name = SANDBOX_HOST_NAME;
+  if (!directory_make(upper + "/Wireless") || !file_write(upper + "/hostname", name + "\n") ||
+      !file_write(upper + "/hosts", file_read("/etc/hosts") + "192.168.254.254\t" + name + "\n")) {
+    return false;
+  }
+  if (!plan.user_namespace) return true;
+  return file_write(upper + "/passwd", passwd_with_rpc_as_root(file_read("/etc/passwd")));
+}
+
+static bool fill_usr(const std::string& upper) {
+  std::string link = upper + std::string(SANDBOX_PORTMAP).substr(strlen("/usr"));
+  if (!directory_make(path_parent(link))) return false;
+  if (symlink("rpcbind", link.c_str()) == 0) return true;
+  return report_errno(nullptr, "make the link portmap");
+}
+
+static bool fill_var(const std::string& upper) {
+  if (symlink("/run", (upper + "/run").c_str()) == 0) return true;
+  return report_errno(nullptr, "make the link /var/run");
+}
+
+// Outside the first user namespace the overlay must keep its marks in user attributes.
+static bool in_first_user_namespace() {
+  return file_read("/proc/self/uid_map").find("4294967295") != std::string::npos;
+}
+
+static bool overlay(const std::string& name) {
+  std::string layer = LAYERS + "/" + name;
+  std::string options =
+      "lowerdir=/" + name + ",upperdir=" + layer + "/upper,workdir=" + layer + "/work";
+  if (!in_first_user_namespace()) options += ",userxattr";
+  if (!directory_make(layer + "/work") || !directory_make(ROOT + "/" + name)) return false;
+  if (mount("overlay", (ROOT + "/" + name).c_str(), "overlay", 0, options.c_str()) == 0) {
+    return true;
+  }
+  return report_errno("an ordinary user needs Linux 5.11 or later for this; root needs overlayfs",
+                      "mount an overlay over /%s", name.c_str());
+}
+
+// The layers are filled before they are mounted, and out of sight once they are.
+static bool overlay_system(const sandbox_plan& plan) {
+  if (!mount_at("tmpfs", LAYERS, PLAIN, "mode=0755")) return false;
+  for (const char* name : {"usr", "etc", "var"}) {
+    if (!directory_make(LAYERS + "/" + name + "/upper")) return false;
+  }
+  if (!fill_usr(LAYERS + "/usr/upper") || !fill_etc(plan, LAYERS + "/etc/upper") ||
+      !fill_var(LAYERS + "/var/upper")) {
+    return false;
+  }
+  if (!overlay("usr") || !overlay("etc") || !overlay("var")) return false;
+  if (umount2(LAYERS.c_str(), MNT_DETACH) < 0) return report_errno(nullptr, "hide the layers");
+  rmdir(LAYERS.c_str());
+  return true;
+}
+
+static bool is_made_anew(std::string_view name) {
+  for (std::string_view made : {".", "..", "usr", "etc", "var", "proc", "sys", "dev", "tmp", "run",
+                                "nvram", "boot", "lost+found"}) {
+    if (name == made) return true;
+  }
+  return false;
+}
+
+// Links such as /bin are copied, directories such as /home shown as they are. A directory that
+// cannot be shown is left out: the two that matter are held and bound by themselves.
+static void show_entry(const std::string& name) {
+  std::string source = "/" + name, target = ROOT + "/" + name;
+  char link[256] = "";
+  struct stat entry;
+  if (lstat(source.c_str(), &entry) < 0) return;
+  if (S_ISLNK(entry.st_mode) && readlink(source.c_str(), link, sizeof link - 1) > 0) {
+    (void)!symlink(link, target.c_str());
+  } else if (S_ISDIR(entry.st_mode) && mkdir(target.c_str(), 0755) == 0 &&
+             mount(source.c_str(), target.c_str(), nullptr, MS_BIND | MS_REC, nullptr) < 0) {
+    rmdir(target.c_str());
+  }
+}
+
+static bool show_host() {
+  DIR* top = opendir("/");
+  if (!top) return report_errno(nullptr, "list /");
+  while (struct dirent* entry = readdir(top)) {
+    if (!is_made_anew(entry->d_name)) show_entry(entry->d_name);
+  }
+  closedir(top);
+  return true;
+}
+
+static bool mount_kernel_views() {
+  constexpr unsigned long FLAGS = MS_NOSUID | MS_NODEV | MS_NOEXEC;
+  if (!directory_make(ROOT + "/dev") || !bind_at("/dev", ROOT + "/dev")) return false;
+  if (access("/dev/shm", F_OK) == 0 && !mount_at("tmpfs", ROOT + "/dev/shm", PLAIN, "mode=1777")) {
+    return false;
+  }
+  return mount_at("proc", ROOT + "/proc", FLAGS) && mount_at("sysfs", ROOT + "/sys", FLAGS);
+}
+
+static bool mount_empty_dirs() {
+  return mount_at("tmpfs", ROOT + "/tmp", PLAIN, "mode=1777") &&
+         mount_at("tmpfs", ROOT + "/run", PLAIN, "mode=0755") &&
+         mount_at("tmpfs", ROOT + "/nvram", PLAIN, "mode=0755") &&
+         mount_at("tmpfs", ROOT + "/etc/Wireless", PLAIN, "mode=0755") &&
+         directory_make(ROOT + SANDBOX_RUN_DIR);
+}
+
+// A kernel without a PCI bus has no such file; then the whole /proc/bus is replaced.
+static bool show_pci_devices(const std::string& text) {
+  std::string devices = ROOT + "/proc/bus/pci/devices";
+  if (access(devices.c_str(), F_OK) < 0) {
+    return mount_at("tmpfs", ROOT + "/proc/bus", PLAIN, "mode=0755") &&
+           directory_make(path_parent(devices)) && file_write(devices, text);
+  }
+  std::string source = ROOT + SANDBOX_RUN_DIR + "/pci_devices";
+  return file_write(source, text) && bind_at(source, devices);
+}
+
+static bool change_root(const std::string& work_dir) {
+  if (chdir(ROOT.c_str()) < 0 || syscall(SYS_pivot_root, ".", ".") < 0 ||
+      umount2(".", MNT_DETACH) < 0) {
+    return report_errno(mount_hint(), "change to the root of the box");
+  }
+  if (chdir(work_dir.c_str()) == 0 || chdir("/") == 0) return true;
+  return report_errno(nullptr, "enter / of the box");
+}
+
+bool sandbox_enter(const sandbox_plan& plan) {
+  if (mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) < 0) {
+    return report_errno(mount_hint(), "separate the mounts of the box from the host's");
+  }
+  held_tree trees[] = {hold(source_tree(plan.work_dir)), hold(plan.program_dir)};
+  if (!mount_at("tmpfs", ROOT, PLAIN, "mode=0755") || !overlay_system(plan) || !show_host() ||
+      !mount_kernel_views() || !mount_empty_dirs() || !show_pci_devices(plan.pci_devices)) {
+    return false;
+  }
+  for (const held_tree& tree : trees) {
+    bool shown = show_held(tree);
+    if (tree.fd >= 0) close(tree.fd);
+    if (!shown) return false;
+  }
+  if (sethostname(SANDBOX_HOST_NAME, strlen(SANDBOX_HOST_NAME)) < 0) {
+    return report_errno(nullptr, "set the host name");
+  }
+  return change_root(plan.work_dir);
+}

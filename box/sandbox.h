@@ -1,0 +1,28 @@
+// The file system of a box: built from the host's own by the box's first process, in mount, pid
+// and network namespaces of its own, and gone with them.
+//
+//   /usr /etc /var        the host's, below an overlay that takes every change
+//   /dev                  the host's; /dev/shm is new
+//   /tmp /run /nvram /etc/Wireless   new and empty
+//   /proc /sys            new; /proc/bus/pci/devices lists the board's cards
+//   everything else       the host's own, read and write
+//
+// The source tree and the directory of the program are the host's own wherever they lie.
+#pragma once
+
+#include <string>
+
+struct sandbox_plan {
+  bool user_namespace;      // the box was started by an ordinary user
+  std::string program_dir;  // directory of gwbox
+  std::string work_dir;     // current directory of whoever started the box
+  std::string pci_devices;  // text of /proc/bus/pci/devices
+};
+
+constexpr const char* SANDBOX_HOST_NAME = "gateway";
+constexpr const char* SANDBOX_RUN_DIR = "/run/gwbox";  // the box's own files, inside
+constexpr const char* SANDBOX_PORTMAP = "/usr/sbin/portmap";
+
+// Builds the tree and makes it the calling process's root; the working directory is the plan's
+// where that is visible inside, else "/". Reports what failed and returns false.
+[[nodiscard]] bool sandbox_enter(const sandbox_plan& plan);

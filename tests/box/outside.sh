@@ -1,0 +1,163 @@
+#!/bin/sh
+# What a box does to the world around it: exit statuses, signals, leftovers, neighbours.
+# usage: outside.sh PATH_OF_GWBOX
+# Prints one line per check and ends with failure when any of them failed.
+set -u
+gwbox=$(readlink -f "$1")
+# The directory of gwbox is seen inside a box under the same name, /tmp is not.
+dir=$(mktemp -d "$(dirname "$gwbox")/outside.XXXXXX")
+chmod 777 "$dir"
+trap 'rm -rf "$dir"' EXIT
+failures=0
+
+passed() { echo "ok: $1"; }
+failed() {
+  echo "FAILED: $1"
+  failures=$((failures + 1))
+}
+
+# check NAME COMMAND...: the command must succeed.
+check() {
+  name=$1
+  shift
+  if "$@"; then passed "$name"; else failed "$name ($*)"; fi
+}
+
+# ends_with STATUS COMMAND...: the command must end with that exit status.
+ends_with() {
+  expected=$1
+  shift
+  "$@" >"$dir/out" 2>"$dir/err" </dev/null
+  actual=$?
+  [ $actual -eq "$expected" ] && return 0
+  echo "  exit status $actual instead of $expected: $(cat "$dir/err")"
+  return 1
+}
+
+# within SECONDS COMMAND...: the command must succeed at last.
+within() {
+  tries=$(($1 * 100))
+  shift
+  while ! "$@" >/dev/null 2>&1; do
+    tries=$((tries - 1))
+    [ $tries -gt 0 ] || return 1
+    sleep 0.01
+  done
+}
+
+none_left() { ! pgrep -f "$1" >/dev/null; }
+said() { grep -q "$1" "$dir/err"; }
+
+# Statuses. A plain box is enough for them.
+plain="$gwbox run --no-portmap --"
+check "status 0 passes" ends_with 0 $plain true
+check "status 7 passes" ends_with 7 $plain sh -c 'exit 7'
+check "signal 9 becomes 137" ends_with 137 $plain sh -c 'kill -9 $$'
+check "signal 15 becomes 143" ends_with 143 $plain sh -c 'kill -15 $$'
+check "a command that is not there: 127" ends_with 127 $plain /no/such/command
+check "which is said" said "cannot run /no/such/command"
+check "a command that cannot be executed: 126" ends_with 126 $plain /etc/passwd
+check "unknown board: 2" ends_with 2 "$gwbox" run --board mt9999 -- true
+check "which names the boards" said "mt7603+mt7612"
+check "unknown option: 2" ends_with 2 "$gwbox" run --nonsense -- true
+check "no subcommand: 2" ends_with 2 "$gwbox"
+check "help: 0" ends_with 0 "$gwbox" --help
+check "gwbox fail without a box: 1" ends_with 1 "$gwbox" fail 0x8BE2 EIO
+check "gwbox log without a box: 1" ends_with 1 "$gwbox" log
+check "no box in a box: 125" ends_with 125 $plain "$gwbox" run -- true
+check "standard input reaches the command" sh -c "echo through | $plain grep -q through"
+
+# Boards.
+check "mt7603 has 8 interfaces" ends_with 0 "$gwbox" run --no-portmap --board mt7603 -- \
+  sh -c 'ip link show ra7 && ! ip link show ra8 && test ! -e /tmp/mt76xx_5.dat'
+check "mt7615 has 16 interfaces and its card" ends_with 0 "$gwbox" run --no-portmap \
+  --board mt7615 -- sh -c 'ip link show ra15 && grep -q 14c37615 /proc/bus/pci/devices'
+
+# The host stays as it is.
+check "changes to the system stay inside" ends_with 0 $plain \
+  sh -c 'touch /etc/gwbox-was-here /usr/gwbox-was-here /var/gwbox-was-here /tmp/gwbox-was-here'
+check "none of them is outside" sh -c '! ls /etc/gwbox-was-here /usr/gwbox-was-here \
+  /var/gwbox-was-here /tmp/gwbox-was-here 2>/dev/null'
+check "the build directory is written through" ends_with 0 $plain touch "$dir/written"
+check "and so the file is outside" test -e "$dir/written"
+check "the current directory is kept" sh -c "cd '$dir' && $plain test -e written"
+
+# Journal outside.
+check "--log: the command runs" ends_with 0 "$gwbox" run --no-portmap --log "$dir/journal" -- \
+  iwpriv ra0 set LEDEnable=1
+check "--log: the request is in the file" grep -q '"text":"LEDEnable=1","result":0}' "$dir/journal"
+check "--log: a file that cannot be opened: 125" ends_with 125 "$gwbox" run --log /no/such/file \
+  -- true
+
+# Ends. The length of the sleep marks the processes of one box.
+start_marked() {
+  marker="sleep 86$1.$$"
+  $plain sh -c "trap '' TERM; $marker & touch $dir/up; wait" </dev/null 2>"$dir/err" &
+  box=$!
+  within 3 pgrep -fx "$marker"
+}
+
+check "a box for kill -9" start_marked 1
+kill -9 $box
+wait $box 2>/dev/null
+check "kill -9 leaves no process" within 2 none_left "$marker"
+check "a box for SIGTERM" start_marked 2
+kill -TERM $box
+wait $box
+check "SIGTERM ends with 143" test $? -eq 143
+check "SIGTERM leaves no process, even of those that ignore it" none_left "$marker"
+check "no mount is left" sh -c '! grep -q layers /proc/self/mounts'
+check "no directory is left" sh -c '! ls -d /tmp/.layers 2>/dev/null'
+
+background="sh -c 'trap \"touch $dir/told; exit 0\" TERM; touch $dir/ready; while :; do sleep 0.01; done' &"
+check "the end waits for background processes" ends_with 5 $plain \
+  sh -c "$background while [ ! -e $dir/ready ]; do sleep 0.01; done; exit 5"
+check "which are told with SIGTERM" test -e "$dir/told"
+
+orphan='sh -c "sleep 0.05 & echo \$! >'$dir'/orphan"; pid=$(cat '$dir'/orphan)
+  for i in $(seq 200); do [ -d /proc/$pid ] || exit 0; sleep 0.01; done; exit 1'
+check "orphans are collected" ends_with 0 $plain sh -c "$orphan"
+
+# Neighbours: both boxes set something while the other is there.
+neighbour() {
+  "$gwbox" run -- sh -c "iwpriv ra0 set Owner=$1; touch $dir/$1.up
+    for i in \$(seq 300); do [ -e $dir/$2.up ] && break; sleep 0.01; done
+    rpcinfo -p >/dev/null && iwpriv ra0 set Owner=$1 && gwbox log >$dir/$1.log" </dev/null
+}
+neighbour A B &
+first=$!
+neighbour B A &
+second=$!
+wait $first
+check "first of two boxes" test $? -eq 0
+wait $second
+check "second of two boxes" test $? -eq 0
+check "the first saw its own requests only" sh -c \
+  "[ \$(grep -c Owner=A $dir/A.log) -eq 2 ] && ! grep -q Owner=B $dir/A.log"
+check "the second saw its own requests only" sh -c \
+  "[ \$(grep -c Owner=B $dir/B.log) -eq 2 ] && ! grep -q Owner=A $dir/B.log"
+
+# A terminal: job control works in the shell, and the prompt tells where one is.
+if command -v script >/dev/null; then
+  printf 'set -o | grep monitor\nsleep 50 & jobs -l; kill %%1; exit 9\n' |
+    SHELL=/bin/bash script -qec "$gwbox run --no-portmap" /dev/null >"$dir/terminal" 2>&1
+  check "a shell passes its status on" test $? -eq 9
+  check "a shell has job control" grep -q 'monitor.*on' "$dir/terminal"
+  check "a shell knows its jobs" grep -q 'Running.*sleep 50' "$dir/terminal"
+  check "a shell's prompt shows the box" grep -q 'gwbox mt7603+mt7612' "$dir/terminal"
+fi
+
+# An ordinary user, where the kernel lets one: not when this test is one already.
+ordinary="setpriv --reuid=65534 --regid=65534 --clear-groups env HOME=/"
+if [ "$(id -u)" -eq 0 ] && $ordinary test -x "$gwbox" 2>/dev/null; then
+  if ends_with 125 $ordinary $plain true >/dev/null && said "user namespaces"; then
+    echo "skipped: ordinary user ($(cat "$dir/err"))"
+  else
+    check "an ordinary user's box" ends_with 0 $ordinary "$gwbox" run -- \
+      sh -c 'iwpriv ra0 set LEDEnable=1 && pgrep portmap && rpcinfo -p && touch /etc/x'
+    check "an ordinary user's status" ends_with 7 $ordinary $plain sh -c 'exit 7'
+  fi
+fi
+
+echo "$failures failed"
+[ $failures -eq 0 ]
