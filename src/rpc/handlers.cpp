@@ -4,6 +4,7 @@
 #include "rpc/members.h"
 #include "rpc/reply.h"
 #include "steer/bss_service.h"
+#include "steer/channel_utilization.h"
 #include "wlan/bss_settings.h"
 #include "wlan/inert.h"
 #include "wlan/led.h"

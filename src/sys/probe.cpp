@@ -34,3 +34,13 @@ void reserve_standard_streams() {
     file = open("/dev/null", O_RDWR);
   if (file > STDERR_FILENO) close(file);
 }
+
+void probe_lines(const char* command, void (*take)(const char* line, void* context),
+                 void* context) {
+  FILE* stream = popen(command, "re");
+  if (stream == nullptr) return;
+  char line[64];
+  while (fgets(line, sizeof line, stream) != nullptr)
+    take(line, context);
+  pclose(stream);
+}

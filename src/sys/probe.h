@@ -13,3 +13,7 @@
 // Makes sure that descriptors 0 to 2 are open, on /dev/null where they are not,
 // so that no socket or file of the daemon ends up as standard output.
 void reserve_standard_streams();
+
+// Runs a command line and hands its output on line by line, in pieces of at
+// most 63 characters. Nothing when the shell could not be started.
+void probe_lines(const char* command, void (*take)(const char* line, void* context), void* context);

@@ -10,3 +10,7 @@ int wlan_setSSID(int bss, const char* ssid);
 
 // Pass phrase, key "WPAPSK<n>"; the key index is not used.
 int wlan_setKeyPassphrase(int bss, int key_index, const char* passphrase);
+
+// Switches a BSS on or off, its field of "BssEnabled", from the next init or
+// restart on. An index outside 1 to 16 is reported and answers 0.
+int wlan_setEnable(int index, int enable);

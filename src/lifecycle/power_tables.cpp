@@ -1,0 +1,79 @@
+#include "lifecycle/power_tables.h"
+
+#include <cstdio>
+#include <cstring>
+#include <initializer_list>
+
+#include "profile/profile.h"
+#include "profile/profile_values.h"
+#include "sys/board.h"
+#include "sys/command.h"
+
+static constexpr int kCountryLimit = 6;
+static constexpr int kStreamsLimit = 4;
+static constexpr size_t kCommandSize = 128;
+
+// A country with every character quoted.
+using country_word = shell_word<4 * kCountryLimit + 3>;
+static country_word word_of(const char* country) {
+  return shell_word_of<sizeof(country_word)>(country);
+}
+
+int isEtsiCountry(const char* code) {
+  for (const char* etsi : {"EU", "IL", "AR"}) {
+    if (strcmp(code, etsi) != 0) continue;
+    printf("country code is %s\n", code);
+    return 1;
+  }
+  return 0;
+}
+
+static void copy_table(const char* table, const country_word& country, const char* target) {
+  char command[kCommandSize];
+  snprintf(command, sizeof command, "cp /etc/Wireless/7615AP/%s_%s.dat %s", table, country.text,
+           target);
+  run_command(command);
+}
+
+static void setup_mt7615(const char* country) {
+  static constexpr char kTable[] = "/tmp/.mt7615_SingleSKU.dat";
+  static constexpr char kBeamforming[] = "/tmp/.mt7615_SingleSKU_BF.dat";
+  const country_word word = word_of(country);
+  if (profile_number(bss_profile(kRadio5), "HT_TxStream", kStreamsLimit) == 3) {
+    // FCC whatever the country, and no beam-forming table: kept on purpose.
+    copy_table("SingleSKU_FCC_3_TxStream", word, kTable);
+    return;
+  }
+  const bool etsi = isEtsiCountry(country) != 0;
+  copy_table(etsi ? "SingleSKU_ETSI" : "SingleSKU_FCC", word, kTable);
+  copy_table(etsi ? "SingleSKU_BF_ETSI" : "SingleSKU_BF_FCC", word, kBeamforming);
+}
+
+// Generates the table of one radio when there is none yet, and links it.
+static void setup_radio(int radio, const char* country, const char* chip) {
+  const country_word word = word_of(country);
+  char table[kCommandSize];
+  char command[kCommandSize];
+  snprintf(table, sizeof table, "/tmp/%s_%d.dat", country, radio);
+  if (!path_exists(table)) {
+    snprintf(command, sizeof command, "/scripts/SKU_generator.sh %d %s %s", radio, word.text,
+             isEtsiCountry(country) != 0 ? "ETSI" : "FCC");
+    run_captured("setup_single_sku", command);
+  }
+  snprintf(command, sizeof command, "ln -sf /tmp/%s_%d.dat /tmp/.mt%s_SingleSKU.dat", word.text,
+           radio, chip);
+  run_captured("setup_single_sku", command);
+}
+
+void setup_single_sku() {
+  char country[kProfileFieldBuffer] = {};
+  if (wifiprofile_getParam(bss_profile(kRadio24), "CountryCode", country, kCountryLimit) == 0) {
+    country[0] = '\0';
+  }
+  if (hasMTK7615() != 0) {
+    setup_mt7615(country);
+    return;
+  }
+  setup_radio(kRadio24, country, "7603");
+  if (isSingleBand() == 0) setup_radio(kRadio5, country, "7612");
+}

@@ -1,0 +1,161 @@
+#include "lifecycle/queue.h"
+
+#include <pthread.h>
+#include <time.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+
+#include "diag/trace.h"
+#include "lifecycle/handlers.h"
+
+namespace {
+
+constexpr size_t kNameSize = 16;
+
+struct lifecycle_request {
+  lifecycle_routine routine;
+  bool has_mask;
+  uint8_t mask;
+  char name[kNameSize];  // not necessarily terminated
+  std::atomic<bool>* state;
+  lifecycle_request* next;
+};
+
+}  // namespace
+
+std::atomic<bool> init_running;
+std::atomic<bool> load_running;
+std::atomic<bool> reset_running;
+std::atomic<bool> restart_running;
+
+// Guards the three below, which both threads use.
+static pthread_mutex_t queue_mutex = PTHREAD_MUTEX_INITIALIZER;
+static pthread_cond_t queue_filled = PTHREAD_COND_INITIALIZER;
+static lifecycle_request* queue_head;
+static uint8_t pending_restart;
+
+// RPC thread only.
+static bool worker_created;
+
+static void* lir_handler_thread(void*);
+
+static void create_worker() {
+  // Below the system's minimum, so the default is used: kept.
+  static constexpr size_t kStackSize = 1024;
+  pthread_attr_t attributes;
+  pthread_attr_init(&attributes);
+  pthread_attr_setstacksize(&attributes, kStackSize);
+  pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
+  pthread_t worker;
+  worker_created = pthread_create(&worker, &attributes, lir_handler_thread, nullptr) == 0;
+  pthread_attr_destroy(&attributes);
+}
+
+static void trace_request(const char* event, const lifecycle_request* request) {
+  trace_rev("add_lir_to_list", "%s -> request_ptr:%p routine: %p arg: %d name: %.16s state: %d\n",
+            event, static_cast<const void*>(request), reinterpret_cast<void*>(request->routine),
+            request->has_mask ? request->mask : 0, request->name,
+            request->state != nullptr && request->state->load());
+}
+
+// Whether a restart waits at the head that is not running yet.
+static bool restart_waits() {
+  return queue_head != nullptr && queue_head->routine == restart_handler_func && !restart_running;
+}
+
+// Links the request, or drops it where a waiting restart covers it. The queue
+// holds two: a third one takes the place of the second, on purpose.
+static void link_request(lifecycle_request* request) {
+  if (request->has_mask) {
+    pending_restart |= request->mask;
+    if (restart_waits()) {
+      free(request);
+      return;
+    }
+  }
+  if (queue_head == nullptr) {
+    queue_head = request;
+  } else {
+    free(queue_head->next);
+    queue_head->next = request;
+  }
+  trace_request("queue'd", request);
+}
+
+static void add_lir_to_list(lifecycle_routine routine, const uint8_t* mask, const char* name,
+                            std::atomic<bool>* state) {
+  auto* request = static_cast<lifecycle_request*>(calloc(1, sizeof(lifecycle_request)));
+  if (request == nullptr) return;
+  request->routine = routine;
+  request->has_mask = mask != nullptr;
+  if (mask != nullptr) request->mask = *mask;
+  memcpy(request->name, name, strnlen(name, kNameSize));
+  request->state = state;
+  pthread_mutex_lock(&queue_mutex);
+  link_request(request);
+  pthread_cond_signal(&queue_filled);
+  pthread_mutex_unlock(&queue_mutex);
+}
+
+int wlan_queueLifecycleRequest(lifecycle_routine routine, const uint8_t* mask, const char* name,
+                               std::atomic<bool>* state) {
+  if (!worker_created) create_worker();
+  add_lir_to_list(routine, mask, name, state);
+  return 0;
+}
+
+uint8_t take_pending_restart() {
+  pthread_mutex_lock(&queue_mutex);
+  const uint8_t mask = pending_restart;
+  pending_restart = 0;
+  pthread_mutex_unlock(&queue_mutex);
+  return mask;
+}
+
+void set_head_state(std::atomic<bool>* state) {
+  pthread_mutex_lock(&queue_mutex);
+  queue_head->state = state;
+  pthread_mutex_unlock(&queue_mutex);
+}
+
+static lifecycle_request* wait_for_request() {
+  pthread_mutex_lock(&queue_mutex);
+  while (queue_head == nullptr)
+    pthread_cond_wait(&queue_filled, &queue_mutex);
+  lifecycle_request* request = queue_head;
+  pthread_mutex_unlock(&queue_mutex);
+  return request;
+}
+
+// The request stays at the head while it runs.
+static void advance_queue() {
+  pthread_mutex_lock(&queue_mutex);
+  lifecycle_request* done = queue_head;
+  queue_head = done->next;
+  pthread_mutex_unlock(&queue_mutex);
+  trace_rev("lir_handler_thread",
+            "de-queue'd -> request_ptr: %p routine: %p arg: %d name: %.16s state: %d next_req=%p\n",
+            static_cast<void*>(done), reinterpret_cast<void*>(done->routine),
+            done->has_mask ? done->mask : 0, done->name,
+            done->state != nullptr && done->state->load(), static_cast<void*>(done->next));
+  free(done);
+}
+
+static void sleep_one_second() {
+  timespec left = {1, 0};
+  while (nanosleep(&left, &left) == -1 && errno == EINTR) {
+  }
+}
+
+static void* lir_handler_thread(void*) {
+  REV_TRACE("lir_handler_thread started\n");
+  for (;;) {
+    lifecycle_request* request = wait_for_request();
+    // The window in which requests meet, and the pace of one a second.
+    sleep_one_second();
+    if (request->routine != nullptr) request->routine(request->has_mask ? &request->mask : nullptr);
+    advance_queue();
+  }
+}
