@@ -108,16 +108,16 @@ static bool compare(const char* what, int lines, void (*ours)(), void (*bare)(),
     bare_times.push_back(microseconds(bare));
   }
   const double ratio = median(our_times) / median(bare_times);
-  printf("%-8s %6d lines  ours %7.2f us  bare %7.2f us  ratio %.2f  budget %.1f  %s\n", what,
-         lines, median(our_times), median(bare_times), ratio, budget,
-         ratio <= budget ? "kept" : "BROKEN");
+  printf("%-8s %6d lines  ours %7.2f us  bare %7.2f us  ratio %.2f  budget %.1f  %s\n", what, lines,
+         median(our_times), median(bare_times), ratio, budget, ratio <= budget ? "kept" : "BROKEN");
   return ratio <= budget;
 }
 
 static void write_profile(int lines) {
   FILE* file = fopen(kProfile, "we");
   fputs("Default\n", file);
-  for (int i = 2; i < lines; ++i) fprintf(file, "SomeParameter%d=value of it %d\n", i, i);
+  for (int i = 2; i < lines; ++i)
+    fprintf(file, "SomeParameter%d=value of it %d\n", i, i);
   fputs("LastKey=even turn\n", file);
   fclose(file);
 }

@@ -112,9 +112,7 @@ ExitStatus run_procedure(const Streams& streams, const Options& options,
   Bytes arguments;
   std::string error;
   if (!arguments_encode(procedure, given, arguments, error)) {
-    fail(streams, kExitUsage, error);
-    fprintf(streams.err, "usage: %s\n", arguments_usage(procedure).c_str());
-    return kExitUsage;
+    return fail(streams, kExitUsage, error + "; usage: " + arguments_usage(procedure));
   }
   Answer answer;
   ExitStatus status = kExitDone;

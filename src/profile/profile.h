@@ -20,12 +20,14 @@
 // may be a list with one ";"-separated field per BSS, the first being field 0.
 //
 // Every call opens, locks (shared for reads, exclusive for updates), works and
-// closes; the store keeps nothing between calls. A reader without the lock and
-// a kill at any moment see the old or the new profile, whole: the new content
-// is written to the temporary file, flushed and renamed over the profile. A
-// profile that cannot be renamed over (a symbolic link, a mount point, another
-// filesystem) is overwritten in place with one write. The mirror is written
-// after the profile and never read here.
+// closes; the store keeps nothing between calls. The new content is written to
+// the temporary file, flushed and renamed over the profile, so that a reader
+// without the lock and a kill at any moment see the old or the new profile,
+// whole. A profile that cannot be renamed over (a symbolic link, a file with
+// several names, a mount point, another filesystem) is overwritten in place
+// with one write and cut to length; there, and only where the profile becomes
+// shorter, a kill between the two leaves the old one's last lines behind the
+// new one. The mirror is overwritten after the profile and never read here.
 
 // Copies the value of `key` and a NUL into `buffer`, which holds max_len + 1
 // bytes. Of several lines with the key the first whose value fits counts.

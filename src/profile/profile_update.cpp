@@ -21,14 +21,12 @@ struct request {
   const char* value;
 };
 
-constexpr int kMaxRequests = 32;
-
 // One update on its way from the argument list to the new content.
 struct update {
   const char* name;  // the function in messages
   bool with_index;
   bool forced;
-  request requests[kMaxRequests] = {};
+  request* requests = nullptr;  // owned by run_update
   int request_count = 0;
   int changed = 0;
   int unchanged = 0;
@@ -51,27 +49,42 @@ static const char* objection(const request& wanted, bool with_index) {
   return nullptr;
 }
 
-// Takes the argument list over. Returns kProfileWritten to go on, or the result
-// of a list that is refused before any file is touched.
-static unsigned take_requests(update* work, va_list list) {
-  for (const char* key = va_arg(list, const char*); *key != '\0'; key = va_arg(list, const char*)) {
-    request wanted = {key, 0, nullptr};
-    if (work->with_index) wanted.index = va_arg(list, int);
-    wanted.value = va_arg(list, const char*);
-    if (wanted.index < 0) {
-      trace_rpc_error(work->name, "Index %d is error, it should be 0 or positive\n", wanted.index);
-      return kProfileUnchanged;
-    }
-    trace_rpc(work->name, "%s: param:%s[%d]=%s\n", work->name, key, wanted.index, wanted.value);
-    const char* reason = objection(wanted, work->with_index);
-    if (work->request_count == kMaxRequests) reason = "too many keys in one update";
-    if (reason != nullptr) {
-      trace_rpc_error(work->name, "%s refused: %s\n", key, reason);
-      return kProfileFailed;
-    }
-    work->requests[work->request_count++] = wanted;
+// The next request of an argument list; false at its end.
+static bool next_request(bool with_index, va_list list, request* wanted) {
+  wanted->key = va_arg(list, const char*);
+  if (*wanted->key == '\0') return false;
+  wanted->index = with_index ? va_arg(list, int) : 0;
+  wanted->value = va_arg(list, const char*);
+  return true;
+}
+
+// Counts the requests. False for a negative index among them, reported.
+static bool count_requests(update* work, va_list list) {
+  va_list walk;
+  va_copy(walk, list);
+  request wanted;
+  bool valid = true;
+  while (valid && next_request(work->with_index, walk, &wanted)) {
+    ++work->request_count;
+    valid = wanted.index >= 0;
   }
-  return kProfileWritten;
+  va_end(walk);
+  if (valid) return true;
+  trace_rpc_error(work->name, "Index %d is error, it should be 0 or positive\n", wanted.index);
+  return false;
+}
+
+// Takes the requests over. False for one that cannot be stored, reported.
+static bool take_requests(update* work, va_list list) {
+  for (request* wanted = work->requests; next_request(work->with_index, list, wanted); ++wanted) {
+    trace_rpc(work->name, "%s: param:%s[%d]=%s\n", work->name, wanted->key, wanted->index,
+              wanted->value);
+    const char* reason = objection(*wanted, work->with_index);
+    if (reason == nullptr) continue;
+    trace_rpc_error(work->name, "%s refused: %s\n", wanted->key, reason);
+    return false;
+  }
+  return true;
 }
 
 static const request* match(const update& work, std::string_view key) {
@@ -137,7 +150,8 @@ static void update_line(update* work, std::string_view line, std::string_view* k
 static void build_content(update* work, std::string_view old) {
   text_reserve(&work->content, old.size() + kProfileLineMax);
   std::string_view kept = {old.data(), 0};
-  while (!old.empty() && !work->refused) update_line(work, next_line(&old), &kept);
+  while (!old.empty() && !work->refused)
+    update_line(work, next_line(&old), &kept);
   text_append(&work->content, kept);
   if (!work->forced || work->changed > 0 || work->request_count == 0 || work->refused) return;
   // A last line without a line end must not swallow the appended one.
@@ -171,11 +185,12 @@ static void replace_profile(const update& work, const char* path, const char* te
   const text_buffer& content = work.content;
   const bool renamed = old.renameable && file_rename_over(temporary, path, &old);
   if (!renamed) {
-    if (!file_overwrite(path, content.data, content.length)) report(work, "copy back", path);
+    if (!file_overwrite(path, content.data, content.length, &old)) report(work, "copy back", path);
     file_remove(temporary);
   }
   const char* mirror = profile_files_of(path)->mirror;
-  if (!file_overwrite(mirror, content.data, content.length)) report(work, "mirror", mirror);
+  if (!file_overwrite(mirror, content.data, content.length, nullptr))
+    report(work, "mirror", mirror);
 }
 
 static unsigned commit(const update& work, const char* path, const file_image& old) {
@@ -219,12 +234,22 @@ static unsigned update_locked(update* work, const char* path) {
   return result;
 }
 
-static unsigned run_update(update* work, const char* path, va_list list) {
-  const unsigned taken = take_requests(work, list);
-  if (taken != kProfileWritten) return taken;
+static unsigned run_requests(update* work, const char* path, va_list list) {
+  if (!take_requests(work, list)) return kProfileFailed;
   const int lock = fwrite_lock(profile_files_of(path)->lock);
   const unsigned result = update_locked(work, path);
   funlock(lock);
+  return result;
+}
+
+static unsigned run_update(update* work, const char* path, va_list list) {
+  if (!count_requests(work, list)) return kProfileUnchanged;
+  // One more than there are: next_request notes the end in it.
+  const size_t places = static_cast<size_t>(work->request_count) + 1;
+  work->requests = static_cast<request*>(calloc(places, sizeof(request)));
+  if (work->requests == nullptr) return kProfileFailed;
+  const unsigned result = run_requests(work, path, list);
+  free(work->requests);
   return result;
 }
 

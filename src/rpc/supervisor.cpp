@@ -10,14 +10,21 @@
 #include "diag/trace.h"
 #include "rpc/service.h"
 
-// Written by the supervisor with the stop signals blocked, read by their handler.
+// Written by the supervisor with the stop signals blocked, read by their
+// handler; 0 while there is no child.
 static volatile sig_atomic_t child_pid;
 // Written by the handler, read by the supervisor.
 static volatile sig_atomic_t stopping;
 
 static void stop(int) {
+  const int error = errno;
   stopping = 1;
-  if (child_pid > 0) kill(child_pid, SIGTERM);
+  if (child_pid > 0) {
+    kill(child_pid, SIGTERM);
+    // A stopped child dies of it only once it goes on.
+    kill(child_pid, SIGCONT);
+  }
+  errno = error;
 }
 
 static sigset_t stop_signals() {
@@ -42,18 +49,28 @@ static pid_t fork_child() {
   const sigset_t signals = stop_signals();
   sigprocmask(SIG_BLOCK, &signals, nullptr);
   const pid_t child = stopping ? -1 : fork();
-  child_pid = child;
+  child_pid = child > 0 ? child : 0;
   if (child == 0) set_disposition(SIG_DFL);
   sigprocmask(SIG_UNBLOCK, &signals, nullptr);
   return child;
 }
 
-static pid_t wait_through_signals(int* status) {
-  pid_t child;
+// Waits for this child and no other: a process that this one was made from may
+// have left it some. The child is reaped with the stop signals blocked, so that
+// their handler never signals a process that got its number after it.
+static bool wait_for_child(pid_t child, int* status) {
+  siginfo_t info;
+  int result;
   do {
-    child = wait(status);
-  } while (child == -1 && errno == EINTR);
-  return child;
+    result = waitid(P_PID, static_cast<id_t>(child), &info, WEXITED | WNOWAIT);
+  } while (result == -1 && errno == EINTR);
+  if (result == -1) return false;
+  const sigset_t signals = stop_signals();
+  sigprocmask(SIG_BLOCK, &signals, nullptr);
+  waitpid(child, status, 0);
+  child_pid = 0;
+  sigprocmask(SIG_UNBLOCK, &signals, nullptr);
+  return true;
 }
 
 static void exit_if_stopping() {
@@ -64,12 +81,15 @@ static void exit_if_stopping() {
 
 void supervise() {
   set_disposition(stop);
+  // Ignored by whoever started this process, it would hide the child's end.
+  signal(SIGCHLD, SIG_DFL);
   for (;;) {
-    if (fork_child() == 0) break;
+    const pid_t child = fork_child();
+    if (child == 0) break;
     int status = 0;
-    const pid_t ended = wait_through_signals(&status);
+    const bool waited = child > 0 && wait_for_child(child, &status);
     exit_if_stopping();
-    if (ended == -1) exit(1);
+    if (!waited) exit(1);
     if (WIFSIGNALED(status)) continue;
     trace_rpc("main", "Child exited with status = %d\n", WEXITSTATUS(status));
     if (WEXITSTATUS(status) == 0) exit(0);

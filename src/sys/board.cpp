@@ -4,6 +4,7 @@
 #include <climits>
 #include <cstdio>
 #include <cstring>
+#include <initializer_list>
 
 #include "diag/trace.h"
 
@@ -35,10 +36,12 @@ static std::atomic<bool> single_band_probed;
 static std::atomic<bool> single_band = true;
 
 // Vendor and device as /proc/bus/pci/devices prints them, 14c3 being MediaTek.
-static bool list_holds(FILE* devices, const char* id, const char* other_id) {
+static bool list_holds(FILE* devices, std::initializer_list<const char*> ids) {
   char line[256];
   while (fgets(line, sizeof line, devices) != nullptr) {
-    if (strstr(line, id) != nullptr || strstr(line, other_id) != nullptr) return true;
+    for (const char* id : ids) {
+      if (strstr(line, id) != nullptr) return true;
+    }
   }
   return false;
 }
@@ -51,7 +54,7 @@ int hasMTK7615() {
     RPC_TRACE("Unable to open file /proc/bus/pci/devices\n");
     return mtk7615_found;
   }
-  const bool found = list_holds(devices, "14c37615", "14c37615");
+  const bool found = list_holds(devices, {"14c37615"});
   fclose(devices);
   RPC_TRACE(found ? "MTK 7615 PCIE detected\n" : "MTK 7615 PCIE not detected\n");
   mtk7615_found = found;
@@ -60,19 +63,20 @@ int hasMTK7615() {
 }
 
 static bool probe_single_band() {
+  static constexpr char kName[] = "isSingleBand";
   FILE* devices = fopen(kPciDevices, "re");
   if (devices != nullptr) {
-    const bool dual = list_holds(devices, "14c37612", "14c37662");
+    const bool dual = list_holds(devices, {"14c37612", "14c37662"});
     fclose(devices);
     if (dual) {
-      RPC_TRACE("MTK PCIE detected\n");
+      trace_rpc(kName, "MTK PCIE detected\n");
       return false;
     }
     // Says 2.4 GHz though the search is for the 5 GHz parts, and is followed by
     // the line below though the file was read: both kept on purpose.
-    RPC_TRACE("No MTK 2.4GHz PCIE detected\n");
+    trace_rpc(kName, "No MTK 2.4GHz PCIE detected\n");
   }
-  RPC_TRACE("Cannot open file /proc/bus/pci/devices\n");
+  trace_rpc(kName, "Cannot open file /proc/bus/pci/devices\n");
   return true;
 }
 

@@ -27,9 +27,9 @@ int unlock(int fd) {
   return flock_through_signals(fd, LOCK_UN);
 }
 
-static void report(const char* format, const char* path, const char* reason) {
+static void report(const char* what, const char* which, const char* reason) {
   const int error = errno;
-  fprintf(stderr, "%s %s error\n", format, path);
+  fprintf(stderr, "%s %s error\n", what, which);
   errno = error;
   perror(reason);
 }

@@ -30,7 +30,9 @@ static int issue(const char* caller, unsigned request, unsigned subcmd, iwreq* f
                  const char* line_end) {
   const int sock = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
   if (sock < 0) {
+    const int reason = errno;
     trace_rpc_error(caller, "socket failed\n");
+    errno = reason;
     return 0;
   }
   const int result = ioctl(sock, request, frame);

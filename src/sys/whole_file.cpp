@@ -9,6 +9,7 @@
 #include <cstdlib>
 
 static constexpr mode_t kNewFileMode = 0666;
+static constexpr mode_t kPrivateMode = 0600;
 
 // Closes on a failing path without losing the reason.
 static bool fail_closing(int file) {
@@ -83,8 +84,8 @@ void file_release(file_image* image) {
 
 file_step file_create(const char* path, const char* data, size_t length) {
   constexpr int kFlags = O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC;
-  int file = open(path, kFlags, kNewFileMode);
-  if (file < 0 && errno == EEXIST && unlink(path) == 0) file = open(path, kFlags, kNewFileMode);
+  int file = open(path, kFlags, kPrivateMode);
+  if (file < 0 && errno == EEXIST && unlink(path) == 0) file = open(path, kFlags, kPrivateMode);
   if (file < 0) return file_step::open;
   const bool written = write_fully(file, data, length) && fsync(file) == 0;
   if (written && close(file) == 0) return file_step::done;
@@ -102,13 +103,30 @@ bool file_rename_over(const char* path, const char* target, const file_image* li
   return rename(path, target) == 0;
 }
 
-bool file_overwrite(const char* path, const char* data, size_t length) {
+static bool replace_content(int file, const char* data, size_t length) {
+  return write_fully(file, data, length) && ftruncate(file, static_cast<off_t>(length)) == 0;
+}
+
+// Has the filesystem set aside what the file will grow by.
+static bool make_room(int file, size_t length, const file_image* old) {
+  if (old == nullptr || length <= old->length) return true;
+  const int error = posix_fallocate(file, 0, static_cast<off_t>(length));
+  if (error == 0 || error == EOPNOTSUPP) return true;
+  errno = error;
+  return false;
+}
+
+bool file_overwrite(const char* path, const char* data, size_t length, const file_image* old) {
   const int file = open(path, O_WRONLY | O_CREAT | O_CLOEXEC, kNewFileMode);
   if (file < 0) return false;
-  if (!write_fully(file, data, length) || ftruncate(file, static_cast<off_t>(length)) != 0) {
-    return fail_closing(file);
+  if (make_room(file, length, old) && replace_content(file, data, length)) return close(file) == 0;
+  const int error = errno;
+  if (old != nullptr && lseek(file, 0, SEEK_SET) == 0) {
+    // The old content fits where it was; there is nothing left to do if not.
+    static_cast<void>(replace_content(file, old->data, old->length));
   }
-  return close(file) == 0;
+  errno = error;
+  return fail_closing(file);
 }
 
 void file_remove(const char* path) {

@@ -24,9 +24,9 @@ struct file_image {
 [[nodiscard]] bool file_read(const char* path, file_image* image);
 void file_release(file_image* image);
 
-// Creates a new file with one write and flushes it to its device. A leftover of
-// that name is removed first; on failure nothing is left. Returns the step that
-// failed.
+// Creates a new file with one write and flushes it to its device. Only its
+// owner may read it. A leftover of that name is removed first; on failure
+// nothing is left. Returns the step that failed.
 enum class file_step { done, open, write };
 [[nodiscard]] file_step file_create(const char* path, const char* data, size_t length);
 
@@ -36,8 +36,10 @@ enum class file_step { done, open, write };
 [[nodiscard]] bool file_rename_over(const char* path, const char* target, const file_image* like);
 
 // Overwrites a file in place with one write, then cuts it to length; creates it
-// when it is missing.
-[[nodiscard]] bool file_overwrite(const char* path, const char* data, size_t length);
+// when it is missing. `old`, where it is given, is what the file holds: room for
+// the new content is made sure of first, and a failure puts the old one back.
+[[nodiscard]] bool file_overwrite(const char* path, const char* data, size_t length,
+                                  const file_image* old);
 
 // Removes a file; one that is not there is as good.
 void file_remove(const char* path);

@@ -162,14 +162,40 @@ TEST(Descriptors, EveryOneOfTheChildClosesOnExec) {
 }
 
 TEST(Descriptors, ClosedStandardStreamsAreNotTakenBySockets) {
-  const pid_t shell = fork();
-  if (shell == 0) {
-    close(0);
-    close(1);
-    close(2);
-    start_supervisor();
-    _exit(0);
+  run("wificonfd <&- >&- 2>&- &");
+  ASSERT_TRUE(wait_until(daemon_answers));
+  for (const std::string& pid : {run("pgrep -o wificonfd"), run("pgrep -n wificonfd")}) {
+    for (int stream = 0; stream <= 2; ++stream) {
+      const std::string link =
+          "/proc/" + std::to_string(stoi(pid)) + "/fd/" + std::to_string(stream);
+      EXPECT_EQ(std::filesystem::read_symlink(link), "/dev/null") << link;
+    }
   }
-  EXPECT_TRUE(wait_until(daemon_answers));
-  wait_for_end(shell);
+}
+
+TEST(Supervision, OtherPeoplesChildrenAreNotTakenForTheService) {
+  // A shell that leaves the daemon a child of its own.
+  const pid_t supervisor = start_supervisor_through("sleep 0.05 & exec ");
+  ASSERT_TRUE(wait_until(daemon_answers));
+  ASSERT_TRUE(wait_until([] { return run("ps -o stat= -C sleep").starts_with("Z"); }));
+  EXPECT_EQ(kill(supervisor, 0), 0);
+  EXPECT_TRUE(daemon_answers());
+  EXPECT_EQ(end_process(supervisor, SIGTERM), 0);
+}
+
+TEST(Supervision, IgnoredChildSignalsDoNotHideTheChildsEnd) {
+  const pid_t supervisor = start_supervisor_through("trap '' CHLD; exec ");
+  ASSERT_TRUE(wait_until(daemon_answers));
+  const pid_t child = service_child(supervisor);
+  kill(child, SIGKILL);
+  EXPECT_TRUE(wait_until([&] { return service_child(supervisor) != child && daemon_answers(); }));
+  EXPECT_EQ(end_process(supervisor, SIGTERM), 0);
+}
+
+TEST(Supervision, TermEndsAStoppedChildToo) {
+  const pid_t supervisor = start_daemon();
+  const pid_t child = service_child(supervisor);
+  kill(child, SIGSTOP);
+  EXPECT_EQ(end_process(supervisor, SIGTERM), 0);
+  EXPECT_NE(kill(child, 0), 0);
 }

@@ -21,16 +21,42 @@ static void redirect(int stream, const char* path) {
   close(file);
 }
 
-pid_t start_supervisor(const std::vector<std::string>& environment) {
+// What a sanitizer says in the daemon fails the test that the daemon ran in,
+// which is the only one of its process.
+static void check_reports() {
+  for (const char* sign :
+       {"AddressSanitizer", "LeakSanitizer", "ThreadSanitizer", "runtime error:"}) {
+    if (daemon_errors().find(sign) == std::string::npos) continue;
+    fprintf(stderr, "the daemon printed:\n%s\n", daemon_errors().c_str());
+    _exit(1);
+  }
+}
+
+// The process for the daemon: 0 in it, its pid in the test.
+static pid_t fork_daemon() {
+  static const int registered = atexit(check_reports);
+  static_cast<void>(registered);
   const pid_t pid = fork();
   if (pid != 0) return pid;
-  for (const std::string& setting : environment)
-    putenv(strdup(setting.c_str()));
   redirect(STDOUT_FILENO, kOutput);
   redirect(STDERR_FILENO, kErrors);
   close_range(STDERR_FILENO + 1, ~0U, 0);
-  const std::string path = std::string(WIFICONFD_PATH);
-  execl(path.c_str(), "wificonfd", nullptr);
+  return 0;
+}
+
+pid_t start_supervisor_through(const std::string& before) {
+  const pid_t pid = fork_daemon();
+  if (pid != 0) return pid;
+  execl("/bin/bash", "bash", "-c", (before + WIFICONFD_PATH).c_str(), nullptr);
+  _exit(127);
+}
+
+pid_t start_supervisor(const std::vector<std::string>& environment) {
+  const pid_t pid = fork_daemon();
+  if (pid != 0) return pid;
+  for (const std::string& setting : environment)
+    putenv(strdup(setting.c_str()));
+  execl(WIFICONFD_PATH, "wificonfd", nullptr);
   _exit(127);
 }
 

@@ -12,6 +12,9 @@
 // supervisor's pid without waiting for the service.
 pid_t start_supervisor(const std::vector<std::string>& environment = {});
 
+// The same through a shell, with words before the daemon's path.
+pid_t start_supervisor_through(const std::string& before);
+
 // Starts it and waits until it answers. Fails the test when it does not.
 pid_t start_daemon(const std::vector<std::string>& environment = {});
 
