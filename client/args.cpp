@@ -30,7 +30,7 @@ std::string check_host(const std::string& text) {
   return text.empty() ? "takes a name or an address" : "";
 }
 
-void define(CLI::App& app, Options& options) {
+void define(CLI::App& app, client_options& options) {
   app.set_help_flag("-h,--help");
   app.set_version_flag("--version", std::string());
   app.add_option("--host", options.host)->check(CLI::Validator(check_host, ""));
@@ -47,19 +47,19 @@ std::string one_line(std::string text) {
 
 }  // namespace
 
-ArgsOutcome args_parse(const std::vector<std::string>& arguments, Options& options,
-                       std::string& error) {
+args_outcome args_parse(const std::vector<std::string>& arguments, client_options& options,
+                        std::string& error) {
   CLI::App app;
   try {
     define(app, options);
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
   } catch (const CLI::CallForHelp&) {
-    return ArgsOutcome::kHelp;
+    return args_outcome::kHelp;
   } catch (const CLI::CallForVersion&) {
-    return ArgsOutcome::kVersion;
+    return args_outcome::kVersion;
   } catch (const std::exception& e) {
     error = one_line(e.what());
-    return ArgsOutcome::kError;
+    return args_outcome::kError;
   }
   options.words = app.remaining();
   if (!options.words.empty() && options.words[0] == "--")
@@ -68,7 +68,7 @@ ArgsOutcome args_parse(const std::vector<std::string>& arguments, Options& optio
     error = "no procedure given";
   else if (options.words[0].starts_with('-'))
     error = "unknown option " + text_quote(options.words[0]);
-  return error.empty() ? ArgsOutcome::kRun : ArgsOutcome::kError;
+  return error.empty() ? args_outcome::kRun : args_outcome::kError;
 }
 
 const char* args_help() {

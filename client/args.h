@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-struct Options {
+struct client_options {
   std::string host = "192.168.254.254";
   uint16_t port = 60001;
   double timeout = 10;  // seconds
@@ -13,12 +13,12 @@ struct Options {
   std::vector<std::string> words;  // PROCEDURE and what follows, verbatim
 };
 
-enum class ArgsOutcome { kRun, kHelp, kVersion, kError };
+enum class args_outcome { kRun, kHelp, kVersion, kError };
 
 // `arguments` are those of the program, without its name. kError: `error` is
 // one line. From PROCEDURE on nothing is an option, so -5 is an argument.
-ArgsOutcome args_parse(const std::vector<std::string>& arguments, Options& options,
-                       std::string& error);
+args_outcome args_parse(const std::vector<std::string>& arguments, client_options& options,
+                        std::string& error);
 
 // What --help prints.
 const char* args_help();

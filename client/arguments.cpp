@@ -30,14 +30,14 @@ bool parse_bool(std::string_view text, uint32_t* value) {
   return word == "0" || word == "false" || word == "off" || word == "no";
 }
 
-bool put_integer(Bytes& bytes, std::string_view text, long long low, long long high) {
+bool put_integer(byte_string& bytes, std::string_view text, long long low, long long high) {
   long long value = 0;
   if (!parse_integer(text, low, high, &value)) return false;
   wire_put_word(bytes, static_cast<uint32_t>(value));
   return true;
 }
 
-bool put_bool(Bytes& bytes, std::string_view text) {
+bool put_bool(byte_string& bytes, std::string_view text) {
   uint32_t value = 0;
   if (!parse_bool(text, &value)) return false;
   wire_put_word(bytes, value);
@@ -45,7 +45,7 @@ bool put_bool(Bytes& bytes, std::string_view text) {
 }
 
 // Each char of the field takes a word, with its sign as a signed char has it.
-bool put_text(Bytes& bytes, std::string_view text, uint32_t characters) {
+bool put_text(byte_string& bytes, std::string_view text, uint32_t characters) {
   if (text.size() >= characters) return false;
   for (uint32_t i = 0; i < characters; i++) {
     int c = i < text.size() ? static_cast<signed char>(text[i]) : 0;
@@ -54,28 +54,28 @@ bool put_text(Bytes& bytes, std::string_view text, uint32_t characters) {
   return true;
 }
 
-bool put(Bytes& bytes, const Argument& argument, std::string_view text) {
+bool put(byte_string& bytes, const argument_spec& argument, std::string_view text) {
   switch (argument.type) {
-    case ArgumentType::kInt:
+    case argument_type::kInt:
       return put_integer(bytes, text, INT_MIN, INT_MAX);
-    case ArgumentType::kUnsigned:
+    case argument_type::kUnsigned:
       return put_integer(bytes, text, 0, UINT_MAX);
-    case ArgumentType::kShort:
+    case argument_type::kShort:
       return put_integer(bytes, text, 0, USHRT_MAX);
-    case ArgumentType::kBool:
+    case argument_type::kBool:
       return put_bool(bytes, text);
-    case ArgumentType::kText:
+    case argument_type::kText:
       return put_text(bytes, text, argument.characters);
-    case ArgumentType::kString:
+    case argument_type::kString:
       wire_put_opaque(bytes, text);
       return true;
-    case ArgumentType::kSupportedHne:
+    case argument_type::kSupportedHne:
       break;  // comes as its fields
   }
   return false;
 }
 
-std::string wrong_count(const Procedure& procedure, const std::vector<Argument>& arguments,
+std::string wrong_count(const procedure_row& procedure, const std::vector<argument_spec>& arguments,
                         const std::vector<std::string>& given) {
   std::string name = lookup_display_name(procedure);
   size_t expected = arguments.size();
@@ -84,7 +84,7 @@ std::string wrong_count(const Procedure& procedure, const std::vector<Argument>&
                           : text_format("takes %zu argument%s", expected, expected == 1 ? "" : "s");
   std::string error = text_format("%s %s, %zu given", name.c_str(), takes.c_str(), given.size());
   if (given.size() < expected) {
-    const Argument& missing = arguments[given.size()];
+    const argument_spec& missing = arguments[given.size()];
     return error + ": '" + missing.name + "' is missing, " + arguments_form(missing);
   }
   const std::string& extra = given[expected];
@@ -95,15 +95,15 @@ std::string wrong_count(const Procedure& procedure, const std::vector<Argument>&
 
 }  // namespace
 
-bool arguments_encode(const Procedure& procedure, const std::vector<std::string>& given,
-                      Bytes& bytes, std::string& error) {
-  std::vector<Argument> arguments = table_arguments(procedure);
+bool arguments_encode(const procedure_row& procedure, const std::vector<std::string>& given,
+                      byte_string& bytes, std::string& error) {
+  std::vector<argument_spec> arguments = table_arguments(procedure);
   if (given.size() != arguments.size()) {
     error = wrong_count(procedure, arguments, given);
     return false;
   }
   for (size_t i = 0; i < given.size(); i++) {
-    const Argument& argument = arguments[i];
+    const argument_spec& argument = arguments[i];
     if (put(bytes, argument, given[i])) continue;
     error = lookup_display_name(procedure) + ": argument '" + argument.name + "' takes " +
             arguments_form(argument) + ", not " + text_quote(given[i]);
@@ -112,29 +112,29 @@ bool arguments_encode(const Procedure& procedure, const std::vector<std::string>
   return true;
 }
 
-std::string arguments_form(const Argument& argument) {
+std::string arguments_form(const argument_spec& argument) {
   switch (argument.type) {
-    case ArgumentType::kInt:
+    case argument_type::kInt:
       return "an integer, decimal or 0x..., -2147483648 to 2147483647";
-    case ArgumentType::kUnsigned:
+    case argument_type::kUnsigned:
       return "an integer, decimal or 0x..., 0 to 4294967295";
-    case ArgumentType::kShort:
+    case argument_type::kShort:
       return "an integer, decimal or 0x..., 0 to 65535";
-    case ArgumentType::kBool:
+    case argument_type::kBool:
       return "a switch: 0, 1, off, on, no, yes, false or true";
-    case ArgumentType::kString:
+    case argument_type::kString:
       return "a text";
-    case ArgumentType::kText:
+    case argument_type::kText:
       return text_format("a text of at most %u bytes", argument.characters - 1);
-    case ArgumentType::kSupportedHne:
+    case argument_type::kSupportedHne:
       break;
   }
   return "a record";
 }
 
-std::string arguments_usage(const Procedure& procedure) {
+std::string arguments_usage(const procedure_row& procedure) {
   std::string usage = "wificonf " + lookup_display_name(procedure);
-  for (const Argument& argument : table_arguments(procedure))
+  for (const argument_spec& argument : table_arguments(procedure))
     usage.append(" ").append(text_upper(argument.name));
   return usage;
 }

@@ -21,28 +21,28 @@ double now() {
   return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_nsec) / 1e9;
 }
 
-Answer failed(CallStatus status, int error_number = 0) {
-  Answer answer{};
+call_answer failed(call_status status, int error_number = 0) {
+  call_answer answer{};
   answer.status = status;
   answer.error_number = error_number;
   return answer;
 }
 
-Answer failed_system(int error_number) {
+call_answer failed_system(int error_number) {
   bool refused = error_number == ECONNREFUSED;
-  return failed(refused ? CallStatus::kRefused : CallStatus::kNetwork, error_number);
+  return failed(refused ? call_status::kRefused : call_status::kNetwork, error_number);
 }
 
 // A connected socket: the kernel drops what comes from elsewhere and reports
 // that the port is closed. -1 with *answer filled when there is none.
-int open_socket(const Target& target, Answer* answer) {
+int open_socket(const call_target& target, call_answer* answer) {
   addrinfo hints{};
   hints.ai_family = AF_INET;
   hints.ai_socktype = SOCK_DGRAM;
   addrinfo* found = nullptr;
   std::string port = std::to_string(target.port);
   if (getaddrinfo(target.host.c_str(), port.c_str(), &hints, &found) != 0) {
-    *answer = failed(CallStatus::kUnknownHost);
+    *answer = failed(call_status::kUnknownHost);
     return -1;
   }
   int fd = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
@@ -75,8 +75,8 @@ int wait_readable(int fd, double deadline) {
   }
 }
 
-Answer answered(const RpcReply& reply, double seconds) {
-  Answer answer = failed(CallStatus::kAnswered);
+call_answer answered(const rpc_reply& reply, double seconds) {
+  call_answer answer = failed(call_status::kAnswered);
   answer.rpc = reply.status;
   answer.low = reply.low;
   answer.high = reply.high;
@@ -85,52 +85,52 @@ Answer answered(const RpcReply& reply, double seconds) {
   return answer;
 }
 
-Answer await_reply(int fd, uint32_t xid, double started, double timeout) {
-  Bytes buffer(65536);  // no datagram is longer
+call_answer await_reply(int fd, uint32_t xid, double started, double timeout) {
+  byte_string buffer(65536);  // no datagram is longer
   while (true) {
     int ready = wait_readable(fd, started + timeout);
     if (ready < 0) return failed_system(errno);
-    if (ready == 0) return failed(CallStatus::kTimeout);
+    if (ready == 0) return failed(call_status::kTimeout);
     ssize_t length = recv(fd, buffer.data(), buffer.size(), MSG_DONTWAIT);
     if (length < 0 && (errno == EAGAIN || errno == EINTR)) continue;  // a bad checksum
     if (length < 0) return failed_system(errno);
-    Unread message(buffer.data(), static_cast<size_t>(length));
-    RpcReply reply = rpc_read_reply(xid, message);
-    if (reply.status != RpcStatus::kOther) return answered(reply, now() - started);
+    unread_bytes message(buffer.data(), static_cast<size_t>(length));
+    rpc_reply reply = rpc_read_reply(xid, message);
+    if (reply.status != rpc_status::kOther) return answered(reply, now() - started);
   }
 }
 
-std::string explain_rpc(const Answer& answer, const char* name) {
+std::string explain_rpc(const call_answer& answer, const char* name) {
   switch (answer.rpc) {
-    case RpcStatus::kSuccess:
+    case rpc_status::kSuccess:
       return "";
-    case RpcStatus::kOther:
-    case RpcStatus::kMalformed:
+    case rpc_status::kOther:
+    case rpc_status::kMalformed:
       return text_format("%s: the reply is malformed; is it the daemon that answers there?", name);
-    case RpcStatus::kDenied:
+    case rpc_status::kDenied:
       return text_format("%s: the service denied the call; is it the daemon that answers there?",
                          name);
-    case RpcStatus::kProgramUnavailable:
+    case rpc_status::kProgramUnavailable:
       return text_format(
           "%s: program 0x%x is unavailable; another service answers there, "
           "check --host and --port",
           name, kProgram);
-    case RpcStatus::kVersionMismatch:
+    case rpc_status::kVersionMismatch:
       return text_format(
           "%s: version mismatch, the service has versions %u to %u and not %u; "
           "use a client of its release",
           name, answer.low, answer.high, kVersion);
-    case RpcStatus::kProcedureUnavailable:
+    case rpc_status::kProcedureUnavailable:
       return text_format(
           "%s: procedure unavailable, this daemon does not offer it; "
           "compare the releases of daemon and client",
           name);
-    case RpcStatus::kGarbageArguments:
+    case rpc_status::kGarbageArguments:
       return text_format(
           "%s: garbage arguments, the daemon could not decode the call; "
           "compare the releases of daemon and client",
           name);
-    case RpcStatus::kSystemError:
+    case rpc_status::kSystemError:
       return text_format(
           "%s: system error, the daemon could not make its reply; "
           "see the daemon's standard error",
@@ -141,11 +141,12 @@ std::string explain_rpc(const Answer& answer, const char* name) {
 
 }  // namespace
 
-Answer call_procedure(const Target& target, uint32_t number, const Bytes& arguments) {
+call_answer call_procedure(const call_target& target, uint32_t number,
+                           const byte_string& arguments) {
   uint32_t xid = new_xid();
-  Bytes message = rpc_call(xid, number, arguments);
-  if (message.size() > kCallBytesMax) return failed(CallStatus::kTooLong);
-  Answer answer{};
+  byte_string message = rpc_call(xid, number, arguments);
+  if (message.size() > kCallBytesMax) return failed(call_status::kTooLong);
+  call_answer answer{};
   int fd = open_socket(target, &answer);
   if (fd < 0) return answer;
   double started = now();
@@ -157,24 +158,25 @@ Answer call_procedure(const Target& target, uint32_t number, const Bytes& argume
   return answer;
 }
 
-std::string call_explain(const Answer& answer, const Target& target, const std::string& what) {
+std::string call_explain(const call_answer& answer, const call_target& target,
+                         const std::string& what) {
   std::string host = text_escape(target.host);
   const char* name = what.c_str();
   switch (answer.status) {
-    case CallStatus::kAnswered:
+    case call_status::kAnswered:
       return explain_rpc(answer, name);
-    case CallStatus::kUnknownHost:
+    case call_status::kUnknownHost:
       return text_format("%s: host '%s' has no IPv4 address; check --host", name, host.c_str());
-    case CallStatus::kTooLong:
+    case call_status::kTooLong:
       return text_format("%s: the arguments are too long; a call takes at most %zu bytes", name,
                          kCallBytesMax);
-    case CallStatus::kRefused:
+    case call_status::kRefused:
       return text_format("%s: nothing listens on %s port %u; is the daemon running?", name,
                          host.c_str(), target.port);
-    case CallStatus::kNetwork:
+    case call_status::kNetwork:
       return text_format("%s: cannot reach %s port %u: %s; check --host and the network", name,
                          host.c_str(), target.port, strerror(answer.error_number));
-    case CallStatus::kTimeout:
+    case call_status::kTimeout:
       return text_format(
           "%s: no answer from %s port %u in %g s; is the daemon up, is the address "
           "reachable? The call may have been carried out",

@@ -6,13 +6,13 @@
 
 #include "rpc.h"
 
-struct Target {
+struct call_target {
   std::string host;  // name or IPv4 address
   uint16_t port;
   double timeout;  // seconds, for the whole call
 };
 
-enum class CallStatus {
+enum class call_status {
   kAnswered,     // see `rpc`: accepted, or refused by the service
   kUnknownHost,  // no IPv4 address
   kTooLong,      // the daemon could not read a call of this length
@@ -21,20 +21,22 @@ enum class CallStatus {
   kTimeout,      // nothing came
 };
 
-struct Answer {
-  CallStatus status;
+struct call_answer {
+  call_status status;
   int error_number;
-  RpcStatus rpc;
+  rpc_status rpc;
   uint32_t low, high;  // versions served, for kVersionMismatch
-  Bytes result;
+  byte_string result;
   double seconds;  // from sending to the answer
 };
 
 // Some procedures act, so the call is sent once, never again. Only a datagram
 // from the address that was called is looked at, and only one that carries the
 // call's transaction id ends the wait.
-Answer call_procedure(const Target& target, uint32_t number, const Bytes& arguments);
+call_answer call_procedure(const call_target& target, uint32_t number,
+                           const byte_string& arguments);
 
 // One line without a newline: what went wrong and what to do next. `what`
 // names the procedure. Empty when the call was accepted and answered.
-std::string call_explain(const Answer& answer, const Target& target, const std::string& what);
+std::string call_explain(const call_answer& answer, const call_target& target,
+                         const std::string& what);

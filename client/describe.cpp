@@ -18,7 +18,7 @@ std::string pad(std::string text, size_t width) {
   return text;
 }
 
-std::string list_line(const Procedure& procedure, size_t number_width, size_t name_width,
+std::string list_line(const procedure_row& procedure, size_t number_width, size_t name_width,
                       size_t width) {
   std::string number = lookup_display_number(procedure.number);
   std::string line = std::string(number_width - number.size(), ' ') + number + "  " +
@@ -34,17 +34,17 @@ std::string section(const char* title, std::string_view text) {
   return text_format("\n%s\n  ", title) + text_wrap(text, kWidth, 2, 2) + "\n";
 }
 
-std::string argument_lines(const Procedure& procedure) {
+std::string argument_lines(const procedure_row& procedure) {
   size_t name_width = 0, type_width = 0;
-  std::vector<Argument> arguments = table_arguments(procedure);
-  for (const Argument& argument : arguments) {
+  std::vector<argument_spec> arguments = table_arguments(procedure);
+  for (const argument_spec& argument : arguments) {
     name_width = std::max(name_width, argument.name.size());
     type_width = std::max(type_width, describe_type(argument).size());
   }
   std::string out = "\nArguments\n";
   size_t indent = name_width + type_width + 6;
-  for (const Argument& argument : arguments) {
-    const Meaning* meaning = meanings_find(procedure, argument.name);
+  for (const argument_spec& argument : arguments) {
+    const meaning_entry* meaning = meanings_find(procedure, argument.name);
     out += "  " + pad(argument.name, name_width) + "  " + pad(describe_type(argument), type_width) +
            "  ";
     out += text_wrap(meaning == nullptr ? "" : meaning->text, kWidth, indent, indent) + "\n";
@@ -62,9 +62,9 @@ std::string shell_quote(std::string_view word) {
 }  // namespace
 
 std::string describe_list(std::string_view pattern, size_t width) {
-  std::vector<const Procedure*> found;
+  std::vector<const procedure_row*> found;
   size_t number_width = 0, name_width = 0;
-  for (const Procedure& procedure : table_procedures()) {
+  for (const procedure_row& procedure : table_procedures()) {
     if (!lookup_matches(procedure, pattern)) continue;
     found.push_back(&procedure);
     number_width = std::max(number_width, lookup_display_number(procedure.number).size());
@@ -74,12 +74,12 @@ std::string describe_list(std::string_view pattern, size_t width) {
   size_t indent = number_width + name_width + 4;
   if (width < indent + kSummaryMin) width = 0;
   std::string out;
-  for (const Procedure* procedure : found)
+  for (const procedure_row* procedure : found)
     out += list_line(*procedure, number_width, name_width, width);
   return out;
 }
 
-std::string describe_procedure(const Procedure& procedure) {
+std::string describe_procedure(const procedure_row& procedure) {
   std::string out =
       lookup_display_number(procedure.number) + "  " + lookup_display_name(procedure) + "\n\n  ";
   out += text_wrap(procedure.summary, kWidth, 2, 2) + "\n";
@@ -90,56 +90,56 @@ std::string describe_procedure(const Procedure& procedure) {
   return out + "\nExample\n  " + describe_example(procedure) + "\n";
 }
 
-std::string describe_type(const Argument& argument) {
+std::string describe_type(const argument_spec& argument) {
   switch (argument.type) {
-    case ArgumentType::kInt:
+    case argument_type::kInt:
       return "int";
-    case ArgumentType::kUnsigned:
+    case argument_type::kUnsigned:
       return "unsigned";
-    case ArgumentType::kShort:
+    case argument_type::kShort:
       return "unsigned short";
-    case ArgumentType::kBool:
+    case argument_type::kBool:
       return "bool";
-    case ArgumentType::kString:
+    case argument_type::kString:
       return "string";
-    case ArgumentType::kText:
+    case argument_type::kText:
       return text_format("char[%u]", argument.characters);
-    case ArgumentType::kSupportedHne:
+    case argument_type::kSupportedHne:
       break;
   }
   return "record";
 }
 
-std::string describe_result(const Procedure& procedure) {
+std::string describe_result(const procedure_row& procedure) {
   switch (procedure.payload) {
-    case Payload::CODE:
+    case payload_kind::CODE:
       return "a return code; negative: the call failed";
-    case Payload::INT:
+    case payload_kind::INT:
       return "a return code and an integer";
-    case Payload::TEXT:
+    case payload_kind::TEXT:
       return text_format("a return code and a text of at most %u bytes", procedure.size);
-    case Payload::WORDS:
+    case payload_kind::WORDS:
       return text_format("a return code and %u words of 32 bits", procedure.size / 4);
-    case Payload::IMAGE:
+    case payload_kind::IMAGE:
       return text_format("a return code and a record of %u bytes, little-endian", procedure.size);
-    case Payload::NONE:
+    case payload_kind::NONE:
       return "a return code; nothing else is filled in";
   }
   return "";
 }
 
-std::string describe_example(const Procedure& procedure) {
+std::string describe_example(const procedure_row& procedure) {
   std::string line = "wificonf " + lookup_display_name(procedure);
-  for (const Argument& argument : table_arguments(procedure)) {
-    const Meaning* meaning = meanings_find(procedure, argument.name);
+  for (const argument_spec& argument : table_arguments(procedure)) {
+    const meaning_entry* meaning = meanings_find(procedure, argument.name);
     line.append(" ").append(shell_quote(meaning == nullptr ? "" : meaning->example));
   }
   return line;
 }
 
-std::string describe_note(const Procedure& procedure) {
+std::string describe_note(const procedure_row& procedure) {
   if (!procedure.inert) return "";
-  return procedure.payload == Payload::CODE
+  return procedure.payload == payload_kind::CODE
              ? "Accepted, but deliberately does nothing: nothing is changed, the answer is "
                "always the same."
              : "Accepted, but deliberately does nothing: nothing is read or changed, the answer "

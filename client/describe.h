@@ -11,16 +11,16 @@
 std::string describe_list(std::string_view pattern, size_t width);
 
 // Everything about one procedure, in at most 80 columns where words allow it.
-std::string describe_procedure(const Procedure& procedure);
+std::string describe_procedure(const procedure_row& procedure);
 
 // "bool", "string", "char[64]", ...
-std::string describe_type(const Argument& argument);
+std::string describe_type(const argument_spec& argument);
 
 // What is printed when the call succeeds.
-std::string describe_result(const Procedure& procedure);
+std::string describe_result(const procedure_row& procedure);
 
 // A command line that is accepted, quoted for a shell.
-std::string describe_example(const Procedure& procedure);
+std::string describe_example(const procedure_row& procedure);
 
 // What a caller should know about an inert procedure; empty for others.
-std::string describe_note(const Procedure& procedure);
+std::string describe_note(const procedure_row& procedure);

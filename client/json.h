@@ -15,7 +15,7 @@
 // "procedure", "number", "return_code", and by kind "value" (INT, TEXT),
 // "words" (WORDS) or "data" (IMAGE, hexadecimal). A negative return code
 // stands alone: what comes with it is no value.
-std::string json_reply(const Procedure& procedure, const Reply& reply);
+std::string json_reply(const procedure_row& procedure, const decoded_reply& reply);
 
 // "procedure" (null when unknown), "number" and "result": all bytes of the
 // result, hexadecimal.
@@ -26,4 +26,4 @@ std::string json_ping(double seconds);
 // Array of "number", "procedure", "summary".
 std::string json_list(std::string_view pattern);
 
-std::string json_describe(const Procedure& procedure);
+std::string json_describe(const procedure_row& procedure);

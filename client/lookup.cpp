@@ -70,20 +70,20 @@ bool glob(std::string_view pattern, std::string_view text) {
 
 }  // namespace
 
-const Procedure* lookup_name(std::string_view name) {
+const procedure_row* lookup_name(std::string_view name) {
   std::string folded = fold(name);
-  for (const Procedure& procedure : table_procedures())
+  for (const procedure_row& procedure : table_procedures())
     if (folded == procedure.name) return &procedure;
   return nullptr;
 }
 
-const Procedure* lookup_number(uint32_t number) {
-  for (const Procedure& procedure : table_procedures())
+const procedure_row* lookup_number(uint32_t number) {
+  for (const procedure_row& procedure : table_procedures())
     if (procedure.number == number) return &procedure;
   return nullptr;
 }
 
-const Procedure* lookup_procedure(std::string_view text) {
+const procedure_row* lookup_procedure(std::string_view text) {
   uint32_t number = 0;
   if (lookup_parse_number(text, &number)) return lookup_number(number);
   return lookup_name(text);
@@ -114,7 +114,7 @@ std::vector<std::string> lookup_near(std::string_view name) {
   std::vector<Candidate> found;
   for (const char* command : kCommands)
     found.push_back({nearness(wanted, command), text_lower(command)});
-  for (const Procedure& procedure : table_procedures())
+  for (const procedure_row& procedure : table_procedures())
     found.push_back({nearness(wanted, procedure.name), text_lower(procedure.name)});
   std::erase_if(found, [](const Candidate& c) { return c.nearness == SIZE_MAX; });
   std::stable_sort(found.begin(), found.end(),
@@ -125,7 +125,7 @@ std::vector<std::string> lookup_near(std::string_view name) {
   return names;
 }
 
-bool lookup_matches(const Procedure& procedure, std::string_view pattern) {
+bool lookup_matches(const procedure_row& procedure, std::string_view pattern) {
   std::string name_pattern = fold(pattern);
   std::string summary_pattern = text_upper(pattern);
   std::string summary = text_upper(procedure.summary);
@@ -135,7 +135,7 @@ bool lookup_matches(const Procedure& procedure, std::string_view pattern) {
          summary.find(summary_pattern) != std::string::npos;
 }
 
-std::string lookup_display_name(const Procedure& procedure) {
+std::string lookup_display_name(const procedure_row& procedure) {
   return text_lower(procedure.name);
 }
 

@@ -11,11 +11,11 @@
 
 // Upper or lower case, dashes for underscores; no abbreviations. nullptr when
 // there is none.
-const Procedure* lookup_name(std::string_view name);
-const Procedure* lookup_number(uint32_t number);
+const procedure_row* lookup_name(std::string_view name);
+const procedure_row* lookup_number(uint32_t number);
 
 // Name or number; nullptr when it is neither.
-const Procedure* lookup_procedure(std::string_view text);
+const procedure_row* lookup_procedure(std::string_view text);
 
 // True for a text that is meant as a number: it begins with a digit.
 bool lookup_is_number(std::string_view text);
@@ -29,10 +29,10 @@ std::vector<std::string> lookup_near(std::string_view name);
 
 // True when name or summary contains the pattern, or, for a pattern with * or
 // ?, when the whole name or the whole summary is matched by it.
-bool lookup_matches(const Procedure& procedure, std::string_view pattern);
+bool lookup_matches(const procedure_row& procedure, std::string_view pattern);
 
 // As people write it: lower case.
-std::string lookup_display_name(const Procedure& procedure);
+std::string lookup_display_name(const procedure_row& procedure);
 
 // Decimal below 0x1000, hexadecimal in the range of the extensions.
 std::string lookup_display_number(uint32_t number);

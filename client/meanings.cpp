@@ -7,7 +7,7 @@ constexpr const char* kInstance = "instance of the home network controller; 1 as
 constexpr const char* kSwitch = "on or off";
 
 // clang-format off
-constexpr Meaning kMeanings[] = {
+constexpr meaning_entry kMeanings[] = {
     // Meanings of a procedure's own come first: they are found first.
     {"WLAN_SET_ENABLE", "index", "BSS index, 1-8: 2.4 GHz, 9-16: 5 GHz", "3"},
     {"WLAN_SET_BS_ENABLE", "enable", "band steering, 0: off, 1: on; other values are refused", "1"},
@@ -182,8 +182,8 @@ constexpr Meaning kMeanings[] = {
 
 }  // namespace
 
-const Meaning* meanings_find(const Procedure& procedure, std::string_view argument) {
-  for (const Meaning& meaning : kMeanings) {
+const meaning_entry* meanings_find(const procedure_row& procedure, std::string_view argument) {
+  for (const meaning_entry& meaning : kMeanings) {
     bool applies =
         meaning.procedure == nullptr || std::string_view(meaning.procedure) == procedure.name;
     if (applies && argument == meaning.argument) return &meaning;

@@ -6,7 +6,7 @@
 
 #include "table.h"
 
-struct Meaning {
+struct meaning_entry {
   const char* procedure;  // as in the table; nullptr: of every procedure
   const char* argument;
   const char* text;     // meaning, unit and range
@@ -14,4 +14,4 @@ struct Meaning {
 };
 
 // nullptr when the argument has no entry.
-const Meaning* meanings_find(const Procedure& procedure, std::string_view argument);
+const meaning_entry* meanings_find(const procedure_row& procedure, std::string_view argument);

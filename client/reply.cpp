@@ -7,8 +7,8 @@ namespace {
 // wlan_config_result_data_t: opaque return_data<WLAN_CONFIG_RETURN_DATA_MAX>
 constexpr uint32_t kReturnDataMax = 8256;
 
-bool take_words(const Procedure& procedure, const std::vector<uint32_t>& words, Reply& reply,
-                std::string& error) {
+bool take_words(const procedure_row& procedure, const std::vector<uint32_t>& words,
+                decoded_reply& reply, std::string& error) {
   // The count on the wire is the payload's size in bytes, so there are about
   // four times as many words as have meaning.
   size_t meaningful = procedure.size / 4;
@@ -20,30 +20,31 @@ bool take_words(const Procedure& procedure, const std::vector<uint32_t>& words, 
   return true;
 }
 
-bool take_payload(const Procedure& procedure, const std::vector<uint32_t>& words,
-                  const std::string& data, Reply& reply, std::string& error) {
+bool take_payload(const procedure_row& procedure, const std::vector<uint32_t>& words,
+                  const std::string& data, decoded_reply& reply, std::string& error) {
   switch (procedure.payload) {
-    case Payload::INT:
+    case payload_kind::INT:
       if (!take_words(procedure, words, reply, error)) return false;
       reply.value = static_cast<int32_t>(reply.words[0]);
       reply.words.clear();
       return true;
-    case Payload::WORDS:
+    case payload_kind::WORDS:
       return take_words(procedure, words, reply, error);
-    case Payload::TEXT:
+    case payload_kind::TEXT:
       reply.text = data.substr(0, data.find('\0'));
       return true;
-    case Payload::IMAGE:
+    case payload_kind::IMAGE:
       reply.data = data;
       return true;
-    case Payload::CODE:
-    case Payload::NONE:
+    case payload_kind::CODE:
+    case payload_kind::NONE:
       break;
   }
   return true;
 }
 
-bool decode_record(const Procedure& procedure, Unread& unread, Reply& reply, std::string& error) {
+bool decode_record(const procedure_row& procedure, unread_bytes& unread, decoded_reply& reply,
+                   std::string& error) {
   std::vector<uint32_t> words;
   std::string data;
   if (!wire_get_words(unread, words)) {
@@ -59,16 +60,17 @@ bool decode_record(const Procedure& procedure, Unread& unread, Reply& reply, std
 
 }  // namespace
 
-bool reply_decode(const Procedure& procedure, Unread result, Reply& reply, std::string& error) {
+bool reply_decode(const procedure_row& procedure, unread_bytes result, decoded_reply& reply,
+                  std::string& error) {
   reply = {};
-  Unread unread = result;
+  unread_bytes unread = result;
   uint32_t code = 0;
   if (!wire_get_word(unread, &code)) {
     error = text_format("%zu bytes are too few for a return code", result.size());
     return false;
   }
   reply.code = static_cast<int32_t>(code);
-  bool record = procedure.payload != Payload::CODE;
+  bool record = procedure.payload != payload_kind::CODE;
   if (record && !decode_record(procedure, unread, reply, error)) return false;
   if (unread.empty()) return true;
   error = text_format("%zu bytes follow its end", unread.size());

@@ -9,7 +9,7 @@
 #include "table.h"
 #include "wire.h"
 
-struct Reply {
+struct decoded_reply {
   int32_t code;                 // negative: the call failed
   int32_t value;                // INT
   std::string text;             // TEXT: bytes up to the first NUL
@@ -19,4 +19,5 @@ struct Reply {
 
 // Decodes the result of `procedure`. False: `error` says what is wrong with
 // it. A result whose code is negative need not have a payload.
-bool reply_decode(const Procedure& procedure, Unread result, Reply& reply, std::string& error);
+bool reply_decode(const procedure_row& procedure, unread_bytes result, decoded_reply& reply,
+                  std::string& error);

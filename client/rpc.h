@@ -13,7 +13,7 @@ inline constexpr uint32_t kVersion = 1;
 // The daemon reads a call into a buffer of this many bytes.
 inline constexpr size_t kCallBytesMax = 8800;
 
-enum class RpcStatus {
+enum class rpc_status {
   kSuccess,
   kOther,      // reply to another call, or too short to tell: wait on
   kMalformed,  // ours by its transaction id, but no valid reply
@@ -25,14 +25,14 @@ enum class RpcStatus {
   kSystemError,
 };
 
-Bytes rpc_call(uint32_t xid, uint32_t procedure, const Bytes& arguments);
+byte_string rpc_call(uint32_t xid, uint32_t procedure, const byte_string& arguments);
 
 // Reads the reply to call `xid`. kSuccess: *result is what follows the header,
 // a part of `message`. kVersionMismatch: low and high are what is served.
-struct RpcReply {
-  RpcStatus status;
-  Unread result;
+struct rpc_reply {
+  rpc_status status;
+  unread_bytes result;
   uint32_t low, high;
 };
 
-RpcReply rpc_read_reply(uint32_t xid, Unread message);
+rpc_reply rpc_read_reply(uint32_t xid, unread_bytes message);

@@ -14,16 +14,16 @@
 
 namespace {
 
-struct Streams {
+struct output_streams {
   FILE* out;
   FILE* err;
 };
 
-void print(const Streams& streams, const std::string& text) {
+void print(const output_streams& streams, const std::string& text) {
   fwrite(text.data(), 1, text.size(), streams.out);
 }
 
-ExitStatus fail(const Streams& streams, ExitStatus status, const std::string& line) {
+exit_status fail(const output_streams& streams, exit_status status, const std::string& line) {
   fprintf(streams.err, "wificonf: %s\n", line.c_str());
   return status;
 }
@@ -50,26 +50,26 @@ const char* code_meaning(int32_t code) {
   }
 }
 
-std::string payload_text(const Procedure& procedure, const Reply& reply) {
+std::string payload_text(const procedure_row& procedure, const decoded_reply& reply) {
   switch (procedure.payload) {
-    case Payload::INT:
+    case payload_kind::INT:
       return std::to_string(reply.value) + "\n";
-    case Payload::TEXT:
+    case payload_kind::TEXT:
       return text_escape(reply.text) + "\n";
-    case Payload::WORDS:
+    case payload_kind::WORDS:
       return text_dump_words(reply.words);
-    case Payload::IMAGE:
+    case payload_kind::IMAGE:
       return text_dump_bytes(reply.data);
-    case Payload::CODE:
-    case Payload::NONE:
+    case payload_kind::CODE:
+    case payload_kind::NONE:
       break;
   }
   if (reply.code == 0) return "ok\n";
   return text_format("ok (code %d%s)\n", reply.code, code_meaning(reply.code));
 }
 
-ExitStatus show_reply(const Streams& streams, const Options& options, const Procedure& procedure,
-                      const Reply& reply) {
+exit_status show_reply(const output_streams& streams, const client_options& options,
+                       const procedure_row& procedure, const decoded_reply& reply) {
   std::string name = lookup_display_name(procedure);
   if (options.json) print(streams, json_reply(procedure, reply));
   if (reply.code < 0)
@@ -80,7 +80,8 @@ ExitStatus show_reply(const Streams& streams, const Options& options, const Proc
   if (options.json) return kExitDone;
   print(streams, payload_text(procedure, reply));
   // Standard output has the value alone, for scripts.
-  bool has_value = procedure.payload != Payload::CODE && procedure.payload != Payload::NONE;
+  bool has_value =
+      procedure.payload != payload_kind::CODE && procedure.payload != payload_kind::NONE;
   if (has_value && reply.code > 0)
     fprintf(streams.err, "wificonf: %s: ok (code %d%s)\n", name.c_str(), reply.code,
             code_meaning(reply.code));
@@ -89,53 +90,55 @@ ExitStatus show_reply(const Streams& streams, const Options& options, const Proc
 
 // Calls; false when there is no result to look at, with *status what to exit
 // with.
-bool call(const Streams& streams, const Options& options, uint32_t number, const std::string& name,
-          const Bytes& arguments, Answer& answer, ExitStatus* status) {
-  Target target{options.host, options.port, options.timeout};
+bool call(const output_streams& streams, const client_options& options, uint32_t number,
+          const std::string& name, const byte_string& arguments, call_answer& answer,
+          exit_status* status) {
+  call_target target{options.host, options.port, options.timeout};
   answer = call_procedure(target, number, arguments);
   std::string line = call_explain(answer, target, name);
   if (line.empty()) return true;
-  bool unsent = answer.status == CallStatus::kTooLong;
+  bool unsent = answer.status == call_status::kTooLong;
   *status = fail(streams, unsent ? kExitUsage : kExitNoAnswer, line);
   return false;
 }
 
-ExitStatus malformed(const Streams& streams, const std::string& name, const std::string& why) {
+exit_status malformed(const output_streams& streams, const std::string& name,
+                      const std::string& why) {
   return fail(
       streams, kExitNoAnswer,
       name + ": the reply is malformed, " + why + "; compare the releases of daemon and client");
 }
 
-ExitStatus run_procedure(const Streams& streams, const Options& options,
-                         const Procedure& procedure) {
+exit_status run_procedure(const output_streams& streams, const client_options& options,
+                          const procedure_row& procedure) {
   std::vector<std::string> given(options.words.begin() + 1, options.words.end());
-  Bytes arguments;
+  byte_string arguments;
   std::string error;
   if (!arguments_encode(procedure, given, arguments, error)) {
     return fail(streams, kExitUsage, error + "; usage: " + arguments_usage(procedure));
   }
-  Answer answer;
-  ExitStatus status = kExitDone;
+  call_answer answer;
+  exit_status status = kExitDone;
   std::string name = lookup_display_name(procedure);
   if (!call(streams, options, procedure.number, name, arguments, answer, &status)) return status;
-  Reply reply;
+  decoded_reply reply;
   if (!reply_decode(procedure, answer.result, reply, error)) return malformed(streams, name, error);
   return show_reply(streams, options, procedure, reply);
 }
 
-ExitStatus run_number(const Streams& streams, const Options& options) {
+exit_status run_number(const output_streams& streams, const client_options& options) {
   uint32_t number = 0;
   const std::string& word = options.words[0];
   if (!lookup_parse_number(word, &number))
     return fail(streams, kExitUsage, text_quote(word) + " is no procedure number");
   if (options.words.size() > 1) {
-    const Procedure* known = lookup_number(number);
+    const procedure_row* known = lookup_number(number);
     std::string hint =
         known == nullptr ? "" : text_format("; call %s", arguments_usage(*known).c_str());
     return fail(streams, kExitUsage, "a procedure number takes no arguments" + hint);
   }
-  Answer answer;
-  ExitStatus status = kExitDone;
+  call_answer answer;
+  exit_status status = kExitDone;
   std::string name = "procedure " + lookup_display_number(number);
   if (!call(streams, options, number, name, {}, answer, &status)) return status;
   std::string_view bytes(reinterpret_cast<const char*>(answer.result.data()), answer.result.size());
@@ -146,10 +149,10 @@ ExitStatus run_number(const Streams& streams, const Options& options) {
   return kExitDone;
 }
 
-ExitStatus run_ping(const Streams& streams, const Options& options) {
+exit_status run_ping(const output_streams& streams, const client_options& options) {
   if (options.words.size() > 1) return fail(streams, kExitUsage, "ping takes no arguments");
-  Answer answer;
-  ExitStatus status = kExitDone;
+  call_answer answer;
+  exit_status status = kExitDone;
   if (!call(streams, options, 0, "ping", {}, answer, &status)) return status;
   if (!answer.result.empty())
     return malformed(streams, "ping", "it has a result where none belongs");
@@ -162,7 +165,7 @@ ExitStatus run_ping(const Streams& streams, const Options& options) {
   return kExitDone;
 }
 
-ExitStatus run_list(const Streams& streams, const Options& options) {
+exit_status run_list(const output_streams& streams, const client_options& options) {
   if (options.words.size() > 2)
     return fail(streams, kExitUsage, "list takes one PATTERN at most; quote it for the shell");
   std::string pattern = options.words.size() == 2 ? options.words[1] : "";
@@ -174,7 +177,7 @@ ExitStatus run_list(const Streams& streams, const Options& options) {
   return kExitDone;
 }
 
-ExitStatus unknown_procedure(const Streams& streams, const std::string& word) {
+exit_status unknown_procedure(const output_streams& streams, const std::string& word) {
   std::vector<std::string> near = lookup_near(word);
   std::string line = "no procedure " + text_quote(word);
   if (near.empty()) return fail(streams, kExitUsage, line + "; 'wificonf list' has all");
@@ -184,44 +187,44 @@ ExitStatus unknown_procedure(const Streams& streams, const std::string& word) {
   return fail(streams, kExitUsage, line + "?");
 }
 
-ExitStatus run_describe(const Streams& streams, const Options& options) {
+exit_status run_describe(const output_streams& streams, const client_options& options) {
   if (options.words.size() != 2)
     return fail(streams, kExitUsage, "describe takes one PROCEDURE; 'wificonf list' has all");
   const std::string& word = options.words[1];
-  const Procedure* procedure = lookup_procedure(word);
+  const procedure_row* procedure = lookup_procedure(word);
   if (procedure == nullptr) return unknown_procedure(streams, word);
   print(streams, options.json ? json_describe(*procedure) : describe_procedure(*procedure));
   return kExitDone;
 }
 
-ExitStatus run_words(const Streams& streams, const Options& options) {
+exit_status run_words(const output_streams& streams, const client_options& options) {
   const std::string& word = options.words[0];
   if (word == "ping") return run_ping(streams, options);
   if (word == "list") return run_list(streams, options);
   if (word == "describe") return run_describe(streams, options);
   if (lookup_is_number(word)) return run_number(streams, options);
-  const Procedure* procedure = lookup_name(word);
+  const procedure_row* procedure = lookup_name(word);
   if (procedure == nullptr) return unknown_procedure(streams, word);
   return run_procedure(streams, options, *procedure);
 }
 
 }  // namespace
 
-ExitStatus run(const std::vector<std::string>& arguments, FILE* out, FILE* err) {
-  Streams streams{out, err};
-  Options options;
+exit_status run(const std::vector<std::string>& arguments, FILE* out, FILE* err) {
+  output_streams streams{out, err};
+  client_options options;
   std::string error;
-  ExitStatus status = kExitDone;
+  exit_status status = kExitDone;
   switch (args_parse(arguments, options, error)) {
-    case ArgsOutcome::kHelp:
+    case args_outcome::kHelp:
       print(streams, args_help());
       break;
-    case ArgsOutcome::kVersion:
+    case args_outcome::kVersion:
       print(streams, "wificonf " WIFICONF_VERSION "\n");
       break;
-    case ArgsOutcome::kError:
+    case args_outcome::kError:
       return fail(streams, kExitUsage, error + "; 'wificonf --help' tells how");
-    case ArgsOutcome::kRun:
+    case args_outcome::kRun:
       status = run_words(streams, options);
       break;
   }

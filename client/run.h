@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-enum ExitStatus {
+enum exit_status {
   kExitDone = 0,
   kExitFailureCode = 1,  // the daemon answered a negative code
   kExitUsage = 2,
@@ -14,4 +14,4 @@ enum ExitStatus {
 
 // `arguments` without the program's name. Results go to `out`, each failure as
 // one line to `err` (wrong arguments have the usage line besides).
-ExitStatus run(const std::vector<std::string>& arguments, FILE* out, FILE* err);
+exit_status run(const std::vector<std::string>& arguments, FILE* out, FILE* err);

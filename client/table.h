@@ -9,7 +9,7 @@
 #include <vector>
 
 // How an argument is written on the command line and on the wire.
-enum class ArgumentType {
+enum class argument_type {
   kInt,           // signed, 32 bits
   kUnsigned,      // unsigned, 32 bits
   kShort,         // unsigned, 16 bits in a word of 32
@@ -20,25 +20,25 @@ enum class ArgumentType {
 };
 
 // What comes back; spelled as in the table.
-enum class Payload { CODE, INT, TEXT, WORDS, IMAGE, NONE };
+enum class payload_kind { CODE, INT, TEXT, WORDS, IMAGE, NONE };
 
-struct Member {
-  ArgumentType type;
+struct member_spec {
+  argument_type type;
   const char* name;
 };
 
 inline constexpr unsigned kMembersMax = 6;
 
-struct MemberList {
-  Member at[kMembersMax];
+struct member_list {
+  member_spec at[kMembersMax];
   unsigned count;
 };
 
-struct Procedure {
+struct procedure_row {
   uint32_t number;
   const char* name;  // as in the table, upper case
-  MemberList members;
-  Payload payload;
+  member_list members;
+  payload_kind payload;
   uint32_t size;  // bytes of the back end's buffer, 0 for CODE and NONE
   bool inert;     // accepted, deliberately does nothing
   const char* summary;
@@ -46,13 +46,13 @@ struct Procedure {
 
 // One word of the command line. A member that is a structure gives one
 // argument per field, named MEMBER.FIELD.
-struct Argument {
+struct argument_spec {
   std::string name;
-  ArgumentType type;    // never kSupportedHne
+  argument_type type;   // never kSupportedHne
   uint32_t characters;  // kText: N of char[N], a NUL included; else 0
 };
 
-std::span<const Procedure> table_procedures();
+std::span<const procedure_row> table_procedures();
 
 // The arguments that a caller gives, in order.
-std::vector<Argument> table_arguments(const Procedure& procedure);
+std::vector<argument_spec> table_arguments(const procedure_row& procedure);

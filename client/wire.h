@@ -8,21 +8,21 @@
 #include <string_view>
 #include <vector>
 
-using Bytes = std::vector<uint8_t>;
+using byte_string = std::vector<uint8_t>;
 
-void wire_put_word(Bytes& bytes, uint32_t word);
+void wire_put_word(byte_string& bytes, uint32_t word);
 
 // Length, bytes, zeros up to a multiple of four.
-void wire_put_opaque(Bytes& bytes, std::string_view data);
+void wire_put_opaque(byte_string& bytes, std::string_view data);
 
 // What is left to read. Every reader takes from the front and returns false,
 // taking nothing, when there is less than it needs.
-using Unread = std::span<const uint8_t>;
+using unread_bytes = std::span<const uint8_t>;
 
-bool wire_get_word(Unread& unread, uint32_t* word);
+bool wire_get_word(unread_bytes& unread, uint32_t* word);
 
 // A count and as many words.
-bool wire_get_words(Unread& unread, std::vector<uint32_t>& words);
+bool wire_get_words(unread_bytes& unread, std::vector<uint32_t>& words);
 
 // A length of at most `limit`, the bytes and their padding.
-bool wire_get_opaque(Unread& unread, uint32_t limit, std::string& data);
+bool wire_get_opaque(unread_bytes& unread, uint32_t limit, std::string& data);

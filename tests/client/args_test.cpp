@@ -35,9 +35,9 @@ TEST(Args, OptionsComeFirstAndTheRestIsVerbatim) {
       {{"--json", "--", "wlan_set_x", "--", "-h"}, {"wlan_set_x", "--", "-h"}, 10, 60001, true},
   };
   for (const Case& c : cases) {
-    Options options;
+    client_options options;
     std::string error;
-    ASSERT_EQ(args_parse(c.arguments, options, error), ArgsOutcome::kRun) << error;
+    ASSERT_EQ(args_parse(c.arguments, options, error), args_outcome::kRun) << error;
     EXPECT_EQ(options.words, c.words);
     EXPECT_EQ(options.timeout, c.timeout);
     EXPECT_EQ(options.port, c.port);
@@ -46,13 +46,13 @@ TEST(Args, OptionsComeFirstAndTheRestIsVerbatim) {
 }
 
 TEST(Args, DefaultsAreTheDaemonsAddress) {
-  Options options;
+  client_options options;
   std::string error;
-  ASSERT_EQ(args_parse({"ping"}, options, error), ArgsOutcome::kRun);
+  ASSERT_EQ(args_parse({"ping"}, options, error), args_outcome::kRun);
   EXPECT_EQ(options.host, "192.168.254.254");
   EXPECT_EQ(options.port, 60001);
   EXPECT_EQ(options.timeout, 10);
-  ASSERT_EQ(args_parse({"--host", "gateway.lan", "ping"}, options, error), ArgsOutcome::kRun);
+  ASSERT_EQ(args_parse({"--host", "gateway.lan", "ping"}, options, error), args_outcome::kRun);
   EXPECT_EQ(options.host, "gateway.lan");
 }
 
@@ -80,20 +80,20 @@ TEST(Args, WrongOptionsAreRefusedInOneLine) {
       {{"--timeout", "\x1b[31m", "ping"}, "\\x1b"},
   };
   for (const auto& c : cases) {
-    Options options;
+    client_options options;
     std::string error;
-    ASSERT_EQ(args_parse(c.arguments, options, error), ArgsOutcome::kError) << c.named;
+    ASSERT_EQ(args_parse(c.arguments, options, error), args_outcome::kError) << c.named;
     EXPECT_NE(error.find(c.named), std::string::npos) << error;
     EXPECT_EQ(error.find_first_of("\n\x1b"), std::string::npos) << error;
   }
 }
 
 TEST(Args, HelpAndVersion) {
-  Options options;
+  client_options options;
   std::string error;
-  EXPECT_EQ(args_parse({"--help"}, options, error), ArgsOutcome::kHelp);
-  EXPECT_EQ(args_parse({"-h"}, options, error), ArgsOutcome::kHelp);
-  EXPECT_EQ(args_parse({"--version"}, options, error), ArgsOutcome::kVersion);
+  EXPECT_EQ(args_parse({"--help"}, options, error), args_outcome::kHelp);
+  EXPECT_EQ(args_parse({"-h"}, options, error), args_outcome::kHelp);
+  EXPECT_EQ(args_parse({"--version"}, options, error), args_outcome::kVersion);
   for (const char* option : {"--host", "--port", "--timeout", "--json", "--version", "--help"})
     EXPECT_NE(std::string(args_help()).find(option), std::string::npos) << option;
 }

@@ -10,14 +10,14 @@ namespace {
 using Words = std::vector<std::string>;
 
 std::string encoded(const char* name, const Words& given) {
-  Bytes bytes;
+  byte_string bytes;
   std::string error;
   EXPECT_TRUE(arguments_encode(*lookup_name(name), given, bytes, error)) << error;
   return text_hex({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
 }
 
 std::string refused(const char* name, const Words& given) {
-  Bytes bytes;
+  byte_string bytes;
   std::string error;
   EXPECT_FALSE(arguments_encode(*lookup_name(name), given, bytes, error)) << name;
   EXPECT_EQ(error.find_first_of("\n\x1b"), std::string::npos) << error;

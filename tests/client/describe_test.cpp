@@ -26,23 +26,23 @@ std::vector<std::string> lines(const std::string& text) {
 }
 
 TEST(Describe, EveryArgumentHasAMeaningAndAnAcceptedExample) {
-  for (const Procedure& procedure : table_procedures()) {
+  for (const procedure_row& procedure : table_procedures()) {
     std::vector<std::string> examples;
-    for (const Argument& argument : table_arguments(procedure)) {
-      const Meaning* meaning = meanings_find(procedure, argument.name);
+    for (const argument_spec& argument : table_arguments(procedure)) {
+      const meaning_entry* meaning = meanings_find(procedure, argument.name);
       ASSERT_NE(meaning, nullptr) << procedure.name << " " << argument.name;
       EXPECT_GT(std::string(meaning->text).size(), 5u) << argument.name;
       EXPECT_FALSE(contains(meaning->example, "'")) << argument.name;
       examples.push_back(meaning->example);
     }
-    Bytes bytes;
+    byte_string bytes;
     std::string error;
     EXPECT_TRUE(arguments_encode(procedure, examples, bytes, error)) << error;
   }
 }
 
 TEST(Describe, EveryRowDescribesItself) {
-  for (const Procedure& procedure : table_procedures()) {
+  for (const procedure_row& procedure : table_procedures()) {
     std::string text = describe_procedure(procedure);
     std::string title =
         lookup_display_number(procedure.number) + "  " + lookup_display_name(procedure) + "\n";
@@ -50,17 +50,17 @@ TEST(Describe, EveryRowDescribesItself) {
     for (const char* part :
          {"\nArguments\n", "\nResult\n  a return code", "\nExample\n  wificonf "})
       EXPECT_TRUE(contains(text, part)) << procedure.name << part;
-    for (const Argument& argument : table_arguments(procedure))
+    for (const argument_spec& argument : table_arguments(procedure))
       EXPECT_TRUE(contains(text, "\n  " + argument.name + " ")) << procedure.name;
     EXPECT_EQ(contains(text, "does nothing"), procedure.inert) << procedure.name;
-    if (procedure.payload == Payload::INT) {
+    if (procedure.payload == payload_kind::INT) {
       EXPECT_EQ(procedure.size, 4u) << procedure.name;
     }
   }
 }
 
 TEST(Describe, FitsATerminal) {
-  for (const Procedure& procedure : table_procedures()) {
+  for (const procedure_row& procedure : table_procedures()) {
     for (const std::string& line : lines(describe_procedure(procedure))) {
       bool example = line.starts_with("  wificonf ");  // is for copying: one line
       EXPECT_TRUE(example || line.size() <= 80u) << line;
@@ -94,8 +94,8 @@ TEST(Describe, OneInWhole) {
 }
 
 TEST(Describe, AMeaningMayDependOnTheProcedure) {
-  const Meaning* bss = meanings_find(*lookup_name("wlan_set_enable"), "index");
-  const Meaning* instance = meanings_find(*lookup_name("hnc_set_enable"), "index");
+  const meaning_entry* bss = meanings_find(*lookup_name("wlan_set_enable"), "index");
+  const meaning_entry* instance = meanings_find(*lookup_name("hnc_set_enable"), "index");
   EXPECT_TRUE(contains(bss->text, "BSS"));
   EXPECT_TRUE(contains(instance->text, "controller"));
   EXPECT_EQ(meanings_find(*lookup_name("hnc_set_enable"), "nonsense"), nullptr);
@@ -105,7 +105,7 @@ TEST(Describe, ListHasEveryProcedureOnALineOfItsOwn) {
   std::vector<std::string> all = lines(describe_list("", 0));
   ASSERT_EQ(all.size(), table_procedures().size());
   for (size_t i = 0; i < all.size(); i++) {
-    const Procedure& procedure = table_procedures()[i];
+    const procedure_row& procedure = table_procedures()[i];
     EXPECT_TRUE(contains(all[i], lookup_display_number(procedure.number) + "  " +
                                      lookup_display_name(procedure) + "  "));
     EXPECT_TRUE(all[i].ends_with(procedure.summary));
@@ -120,7 +120,7 @@ TEST(Describe, ListIsAligned) {
 }
 
 TEST(Describe, JsonTellsTheSame) {
-  for (const Procedure& procedure : table_procedures()) {
+  for (const procedure_row& procedure : table_procedures()) {
     auto object = nlohmann::json::parse(json_describe(procedure), nullptr, false);
     ASSERT_TRUE(object.is_object()) << procedure.name;
     EXPECT_EQ(object["number"], procedure.number);

@@ -25,7 +25,7 @@ int bound_socket(uint16_t* port) {
 
 // Answers one call; false when there is none.
 bool serve_one(FakeDaemon& daemon) {
-  Bytes call(65536);
+  byte_string call(65536);
   sockaddr_in from{};
   socklen_t length = sizeof from;
   auto* generic = reinterpret_cast<sockaddr*>(&from);
@@ -75,8 +75,9 @@ uint16_t fake_closed_port() {
   return port;
 }
 
-Bytes fake_reply(const Bytes& call, uint32_t state, const std::vector<uint32_t>& words) {
-  Bytes reply(call.begin(), call.begin() + 4);
+byte_string fake_reply(const byte_string& call, uint32_t state,
+                       const std::vector<uint32_t>& words) {
+  byte_string reply(call.begin(), call.begin() + 4);
   for (uint32_t word : {1u, 0u, 0u, 0u, state})
     wire_put_word(reply, word);
   for (uint32_t word : words)

@@ -10,19 +10,19 @@
 #include "wire.h"
 
 struct Datagram {
-  Bytes bytes;
+  byte_string bytes;
   bool from_elsewhere = false;  // sent from another port than was called
 };
 
 // Given a call, the datagrams to answer with, in order.
-using Script = std::function<std::vector<Datagram>(const Bytes& call)>;
+using Script = std::function<std::vector<Datagram>(const byte_string& call)>;
 
 struct FakeDaemon {
   uint16_t port = 0;
   int socket = -1, other_socket = -1, stop_event = -1;
   Script script;
   std::thread thread;
-  std::vector<Bytes> calls;  // the thread's until it is stopped
+  std::vector<byte_string> calls;  // the thread's until it is stopped
 };
 
 void fake_daemon_start(FakeDaemon& daemon, Script script);
@@ -35,4 +35,4 @@ void fake_daemon_stop(FakeDaemon& daemon);
 uint16_t fake_closed_port();
 
 // Reply to `call`: accepted with this state, then the words.
-Bytes fake_reply(const Bytes& call, uint32_t state, const std::vector<uint32_t>& words);
+byte_string fake_reply(const byte_string& call, uint32_t state, const std::vector<uint32_t>& words);

@@ -25,10 +25,10 @@ bool_t xdr_bool_t(XDR* xdr, bool_t* flag) {
 // Decodes `in` with the filter and encodes what came out again. False when the
 // filter fails or leaves bytes over.
 template <typename T>
-bool through(bool_t (*filter)(XDR*, T*), const Bytes& in, Bytes& out) {
+bool through(bool_t (*filter)(XDR*, T*), const byte_string& in, byte_string& out) {
   T object{};
   XDR xdr;
-  Bytes copy = in;
+  byte_string copy = in;
   auto size = static_cast<u_int>(in.size());
   xdrmem_create(&xdr, reinterpret_cast<char*>(copy.data()), size, XDR_DECODE);
   if (!filter(&xdr, &object) || xdr_getpos(&xdr) != size) return false;
@@ -40,19 +40,19 @@ bool through(bool_t (*filter)(XDR*, T*), const Bytes& in, Bytes& out) {
   return encoded;
 }
 
-bool through(bool_t (*)(), const Bytes& in, Bytes& out) {
+bool through(bool_t (*)(), const byte_string& in, byte_string& out) {
   out.clear();
   return in.empty();
 }
 
 struct Row {
   const char* name;
-  bool (*round_trip)(const Bytes& in, Bytes& out);
+  bool (*round_trip)(const byte_string& in, byte_string& out);
 };
 
 #define PROCEDURE(number, name, stub, argument, members, payload, size, handler, back_end, \
                   summary)                                                                 \
-  {#name, [](const Bytes& in, Bytes& out) { return through(xdr_##argument, in, out); }},
+  {#name, [](const byte_string& in, byte_string& out) { return through(xdr_##argument, in, out); }},
 
 const Row kRows[] = {
 #include "rpc/procedures.def"
@@ -61,11 +61,11 @@ const Row kRows[] = {
 TEST(Filters, EveryProceduresArgumentsAreWhatItsFilterReads) {
   ASSERT_EQ(std::size(kRows), table_procedures().size());
   for (const Row& row : kRows) {
-    const Procedure& procedure = *lookup_name(row.name);
+    const procedure_row& procedure = *lookup_name(row.name);
     std::vector<std::string> given;
-    for (const Argument& argument : table_arguments(procedure))
+    for (const argument_spec& argument : table_arguments(procedure))
       given.push_back(meanings_find(procedure, argument.name)->example);
-    Bytes bytes, again;
+    byte_string bytes, again;
     std::string error;
     ASSERT_TRUE(arguments_encode(procedure, given, bytes, error)) << error;
     ASSERT_TRUE(row.round_trip(bytes, again)) << row.name;
@@ -74,23 +74,23 @@ TEST(Filters, EveryProceduresArgumentsAreWhatItsFilterReads) {
 }
 
 TEST(Filters, CharactersOfARecordKeepTheirSign) {
-  Bytes bytes, again;
+  byte_string bytes, again;
   std::string error;
   std::vector<std::string> given = {"1", "2", "3", "\xff\x80", "", "", "", "", "", "", "4", "5"};
-  const Procedure& procedure = *lookup_name("hnc_set_hne_table_entry");
+  const procedure_row& procedure = *lookup_name("hnc_set_hne_table_entry");
   ASSERT_TRUE(arguments_encode(procedure, given, bytes, error)) << error;
   ASSERT_TRUE(through(xdr_hnc_set_supported_hne_table_entry_1_argument, bytes, again));
   EXPECT_EQ(bytes, again);
 }
 
-Bytes record(int code, std::vector<u_int> words, std::string data) {
+byte_string record(int code, std::vector<u_int> words, std::string data) {
   wlan_config_result_data_t result{};
   result.return_code = code;
   result.return_words.return_words_len = static_cast<u_int>(words.size());
   result.return_words.return_words_val = words.data();
   result.return_data.return_data_len = static_cast<u_int>(data.size());
   result.return_data.return_data_val = data.data();
-  Bytes bytes(16384);
+  byte_string bytes(16384);
   XDR xdr;
   xdrmem_create(&xdr, reinterpret_cast<char*>(bytes.data()), static_cast<u_int>(bytes.size()),
                 XDR_ENCODE);
@@ -100,20 +100,20 @@ Bytes record(int code, std::vector<u_int> words, std::string data) {
 }
 
 TEST(Filters, ResultsAreReadAsTheFilterWritesThem) {
-  Reply reply;
+  decoded_reply reply;
   std::string error;
-  Bytes integer = record(0, {6, 0, 0, 0}, "");
+  byte_string integer = record(0, {6, 0, 0, 0}, "");
   EXPECT_EQ(integer.size(), 28u);
   ASSERT_TRUE(reply_decode(*lookup_name("wlan_get_channel"), integer, reply, error)) << error;
   EXPECT_EQ(reply.value, 6);
-  Bytes text = record(1, {}, std::string("abc", 4));
+  byte_string text = record(1, {}, std::string("abc", 4));
   EXPECT_EQ(text.size(), 16u);
   ASSERT_TRUE(reply_decode(*lookup_name("wlan_get_ssid"), text, reply, error)) << error;
   EXPECT_EQ(reply.code, 1);
   EXPECT_EQ(reply.text, "abc");
   std::string largest(WLAN_CONFIG_RETURN_DATA_MAX, 'x');
-  Bytes image = record(0, {}, largest);
-  const Procedure& table = *lookup_name("wlan_get_assoc_devices_table");
+  byte_string image = record(0, {}, largest);
+  const procedure_row& table = *lookup_name("wlan_get_assoc_devices_table");
   ASSERT_TRUE(reply_decode(table, image, reply, error)) << error;
   EXPECT_EQ(reply.data, largest);
 }

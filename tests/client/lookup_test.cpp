@@ -8,7 +8,7 @@ namespace {
 
 TEST(Lookup, EveryNameInEverySpelling) {
   ASSERT_EQ(table_procedures().size(), 362u);
-  for (const Procedure& procedure : table_procedures()) {
+  for (const procedure_row& procedure : table_procedures()) {
     std::string lower = text_lower(procedure.name);
     std::string dashed = lower;
     for (char& c : dashed)
@@ -77,7 +77,7 @@ TEST(Lookup, NearMisses) {
 }
 
 TEST(Lookup, Patterns) {
-  const Procedure& set_ssid = *lookup_name("wlan_set_ssid");
+  const procedure_row& set_ssid = *lookup_name("wlan_set_ssid");
   for (const char* pattern : {"", "ssid", "SSID", "set-ssid", "network name", "Network", "wlan_*",
                               "*ssid", "wlan?set?ssid", "*profile*", "*"})
     EXPECT_TRUE(lookup_matches(set_ssid, pattern)) << pattern;

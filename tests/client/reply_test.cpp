@@ -6,20 +6,20 @@
 
 namespace {
 
-Bytes words(std::initializer_list<uint32_t> list) {
-  Bytes bytes;
+byte_string words(std::initializer_list<uint32_t> list) {
+  byte_string bytes;
   for (uint32_t word : list)
     wire_put_word(bytes, word);
   return bytes;
 }
 
-Bytes text_record(uint32_t code, const std::string& data) {
-  Bytes bytes = words({code, 0});
+byte_string text_record(uint32_t code, const std::string& data) {
+  byte_string bytes = words({code, 0});
   wire_put_opaque(bytes, data);
   return bytes;
 }
 
-bool decodes(const char* name, const Bytes& bytes, Reply& reply) {
+bool decodes(const char* name, const byte_string& bytes, decoded_reply& reply) {
   std::string error;
   bool decoded = reply_decode(*lookup_name(name), bytes, reply, error);
   EXPECT_EQ(decoded, error.empty()) << name << ": " << error;
@@ -27,7 +27,7 @@ bool decodes(const char* name, const Bytes& bytes, Reply& reply) {
 }
 
 TEST(Reply, Code) {
-  Reply reply;
+  decoded_reply reply;
   ASSERT_TRUE(decodes("wlan_set_ssid", words({0}), reply));
   EXPECT_EQ(reply.code, 0);
   ASSERT_TRUE(decodes("wlan_set_ssid", words({0xffffffff}), reply));
@@ -37,8 +37,8 @@ TEST(Reply, Code) {
 }
 
 TEST(Reply, IntegerIsTheFirstOfFourWords) {
-  Reply reply;
-  Bytes bytes = words({0, 4, 0xffffffad, 0xdead, 0xbeef, 1, 0});
+  decoded_reply reply;
+  byte_string bytes = words({0, 4, 0xffffffad, 0xdead, 0xbeef, 1, 0});
   ASSERT_EQ(bytes.size(), 28u);
   ASSERT_TRUE(decodes("wlan_get_channel", bytes, reply));
   EXPECT_EQ(reply.code, 0);
@@ -47,7 +47,7 @@ TEST(Reply, IntegerIsTheFirstOfFourWords) {
 }
 
 TEST(Reply, TextEndsAtItsNul) {
-  Reply reply;
+  decoded_reply reply;
   ASSERT_TRUE(decodes("wlan_get_ssid", text_record(0, std::string("abc\0", 4)), reply));
   EXPECT_EQ(reply.text, "abc");
   ASSERT_TRUE(decodes("wlan_get_ssid", text_record(0, std::string("\0", 1)), reply));
@@ -61,8 +61,8 @@ TEST(Reply, TextEndsAtItsNul) {
 }
 
 TEST(Reply, OnlyTheMeaningfulWordsAreKept) {
-  Reply reply;
-  Bytes bytes = words({0, 12});
+  decoded_reply reply;
+  byte_string bytes = words({0, 12});
   for (uint32_t i = 1; i <= 12; i++)
     wire_put_word(bytes, i);
   wire_put_word(bytes, 0);
@@ -72,7 +72,7 @@ TEST(Reply, OnlyTheMeaningfulWordsAreKept) {
 }
 
 TEST(Reply, RecordAndNothing) {
-  Reply reply;
+  decoded_reply reply;
   ASSERT_TRUE(decodes("wlan_get_assoc_device", text_record(0, std::string("\0\1\2", 3)), reply));
   EXPECT_EQ(reply.data, std::string("\0\1\2", 3));
   ASSERT_TRUE(decodes("wlan_del_entry", words({0, 0, 0}), reply));
@@ -80,32 +80,32 @@ TEST(Reply, RecordAndNothing) {
 }
 
 TEST(Reply, AFailedGetterNeedsNoPayload) {
-  Reply reply;
+  decoded_reply reply;
   ASSERT_TRUE(decodes("wlan_get_channel", words({0xffffffff, 0, 0}), reply));
   EXPECT_EQ(reply.code, -1);
 }
 
 TEST(Reply, LyingLengths) {
-  Reply reply;
+  decoded_reply reply;
   for (uint32_t count : {5u, 0x3fffffffu, 0x40000001u, 0x80000000u, 0xffffffffu})
     EXPECT_FALSE(decodes("wlan_get_channel", words({0, count, 6, 0, 0, 0, 0}), reply)) << count;
   for (uint32_t length : {5u, 8256u, 8257u, 0x7fffffffu, 0xfffffffdu, 0xffffffffu})
     EXPECT_FALSE(decodes("wlan_get_ssid", words({0, 0, length, 0x61626300}), reply)) << length;
-  Bytes large = words({0, 0});
+  byte_string large = words({0, 0});
   wire_put_opaque(large, std::string(8257, 'x'));
   EXPECT_FALSE(decodes("wlan_get_ssid", large, reply)) << "more than return_data may have";
 }
 
 // A copy of exactly the cut length, so that the sanitizers see a byte too far.
-void expect_refused_when_cut(const char* name, const Bytes& whole) {
-  Reply reply;
+void expect_refused_when_cut(const char* name, const byte_string& whole) {
+  decoded_reply reply;
   ASSERT_TRUE(decodes(name, whole, reply)) << name;
   for (size_t length = 0; length < whole.size(); length++) {
-    Bytes cut(whole.begin(), whole.begin() + static_cast<ptrdiff_t>(length));
+    byte_string cut(whole.begin(), whole.begin() + static_cast<ptrdiff_t>(length));
     cut.shrink_to_fit();
     EXPECT_FALSE(decodes(name, cut, reply)) << name << " cut at " << length;
   }
-  Bytes longer = whole;
+  byte_string longer = whole;
   longer.push_back(0);
   EXPECT_FALSE(decodes(name, longer, reply)) << name << " with a byte more";
 }

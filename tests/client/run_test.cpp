@@ -11,9 +11,9 @@
 namespace {
 
 struct Outcome {
-  ExitStatus status;
+  exit_status status;
   std::string out, err;
-  std::vector<Bytes> calls;
+  std::vector<byte_string> calls;
 };
 
 Outcome run_words(const std::vector<std::string>& words) {
@@ -21,7 +21,7 @@ Outcome run_words(const std::vector<std::string>& words) {
   size_t out_size = 0, err_size = 0;
   FILE* out_stream = open_memstream(&out, &out_size);
   FILE* err_stream = open_memstream(&err, &err_size);
-  ExitStatus status = run(words, out_stream, err_stream);
+  exit_status status = run(words, out_stream, err_stream);
   fclose(out_stream);
   fclose(err_stream);
   Outcome outcome{status, {out, out_size}, {err, err_size}, {}};
@@ -31,11 +31,11 @@ Outcome run_words(const std::vector<std::string>& words) {
 }
 
 // Runs against a daemon that answers with this state and result.
-Outcome run_against(uint32_t state, const Bytes& result, std::vector<std::string> words,
+Outcome run_against(uint32_t state, const byte_string& result, std::vector<std::string> words,
                     const char* timeout = "10") {
   FakeDaemon daemon;
-  fake_daemon_start(daemon, [&](const Bytes& call) {
-    Bytes reply = fake_reply(call, state, {});
+  fake_daemon_start(daemon, [&](const byte_string& call) {
+    byte_string reply = fake_reply(call, state, {});
     reply.insert(reply.end(), result.begin(), result.end());
     return std::vector<Datagram>{{reply}};
   });
@@ -48,15 +48,15 @@ Outcome run_against(uint32_t state, const Bytes& result, std::vector<std::string
   return outcome;
 }
 
-Bytes words(std::initializer_list<uint32_t> list) {
-  Bytes bytes;
+byte_string words(std::initializer_list<uint32_t> list) {
+  byte_string bytes;
   for (uint32_t word : list)
     wire_put_word(bytes, word);
   return bytes;
 }
 
-Bytes data_record(uint32_t code, const std::string& data) {
-  Bytes bytes = words({code, 0});
+byte_string data_record(uint32_t code, const std::string& data) {
+  byte_string bytes = words({code, 0});
   wire_put_opaque(bytes, data);
   return bytes;
 }
@@ -70,7 +70,7 @@ constexpr uint32_t kMinusOne = 0xffffffff;
 TEST(Run, ResultsAsText) {
   const struct {
     std::vector<std::string> words;
-    Bytes result;
+    byte_string result;
     const char* out;
   } cases[] = {
       {{"wlan_set_ssid", "3", "Living room"}, words({0}), "ok\n"},
@@ -102,7 +102,7 @@ TEST(Run, ResultsAsText) {
 TEST(Run, ResultsAsJson) {
   const struct {
     std::vector<std::string> words;
-    Bytes result;
+    byte_string result;
     const char* out;
   } cases[] = {
       {{"wlan_set_ssid", "3", "x"},
@@ -161,7 +161,7 @@ TEST(Run, APositiveCodeOfAGetterLeavesTheValueAlone) {
 TEST(Run, RpcErrorsAreStatus3) {
   const struct {
     uint32_t state;
-    Bytes result;
+    byte_string result;
     const char* shown;
   } cases[] = {
       {1, {}, "unavailable"},
@@ -190,7 +190,7 @@ TEST(Run, NoAnswerIsStatus3) {
   EXPECT_NE(refused.err.find("nothing listens"), std::string::npos) << refused.err;
 
   FakeDaemon silent;
-  fake_daemon_start(silent, [](const Bytes&) { return std::vector<Datagram>{}; });
+  fake_daemon_start(silent, [](const byte_string&) { return std::vector<Datagram>{}; });
   Outcome timeout = run_words({"--host", "127.0.0.1", "--port", std::to_string(silent.port),
                                "--timeout", "0.2", "wlan_set_ssid", "3", "x"});
   fake_daemon_stop(silent);
