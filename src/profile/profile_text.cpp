@@ -43,6 +43,7 @@ static int count_separators(std::string_view list) {
 
 int replace_field(std::string_view list, std::string_view field, int index, char* out,
                   size_t size) {
+  if (index < 0) return -1;
   std::string_view old;
   bool last = false;
   std::string_view before = list;

@@ -42,7 +42,8 @@ struct setting {
                               bool* last);
 
 // Writes the list with field `index` replaced and a NUL into `out` of `size`
-// bytes. Returns its length, or -1, nothing written, when it does not fit.
+// bytes. Returns its length, or -1, nothing written, when it does not fit or the
+// index is negative.
 [[nodiscard]] int replace_field(std::string_view list, std::string_view field, int index, char* out,
                                 size_t size);
 

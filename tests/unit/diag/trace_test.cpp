@@ -6,6 +6,10 @@
 
 #include "support/files.h"
 
+// A null format is one of the cases.
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"
+#pragma GCC diagnostic ignored "-Wformat-security"
+
 static constexpr char kLog[] = "/tmp/auto_debug/dbg_rpc.log";
 static constexpr char kBackup[] = "/tmp/auto_debug/dbg_rpc.log.bak";
 

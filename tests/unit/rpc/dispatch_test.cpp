@@ -1,0 +1,316 @@
+#include "rpc/dispatch.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <set>
+#include <string>
+
+#include "rpc/table_rows.h"
+#include "rpc/wire_support.h"
+#include "unit_support.h"
+
+static const std::string kUnavailable = "(status " + std::to_string(PROC_UNAVAIL) + ")";
+static const std::string kGarbage = "(status " + std::to_string(GARBAGE_ARGS) + ")";
+
+static constexpr uint32_t kSetSsid = 22;
+static constexpr uint32_t kGetChannel = 16;
+static constexpr uint32_t kGetStandard = 27;
+static constexpr uint32_t kCheckAlive = 0x010000A8;
+static constexpr uint32_t kSetLed = 0x01000082;
+
+TEST(Dispatch, ProcedureZeroIsAnsweredEmptyWithoutATrace) {
+  switch_log_on();
+  fake_call call;
+  dispatch(0, &call);
+  ASSERT_EQ(call.replies.size(), 1u);
+  EXPECT_EQ(call.replies[0].status, SUCCESS);
+  EXPECT_EQ(call.replies[0].body, "");
+  EXPECT_EQ(call.decodes, 0);
+  EXPECT_EQ(logged(), "");
+}
+
+// The numbers that no procedure ever had.
+static std::set<uint32_t> gaps() {
+  const struct {
+    uint32_t first, last;
+  } ranges[] = {
+      {20, 20},
+      {224, 226},
+      {229, 237},
+      {245, 245},
+      {252, 255},
+      {272, 279},
+      {291, 291},
+      {302, 400},
+      {0x00FFFFFF, 0x01000000},
+      {0x01000003, 0x0100000C},
+      {0x0100000F, 0x0100000F},
+      {0x01000016, 0x01000017},
+      {0x0100001A, 0x0100004D},
+      {0x0100007D, 0x01000081},
+      {0x010000AC, 0x01000200},
+      {0x7FFFFFFF, 0x80000001},
+      {0xFFFFFFFE, 0xFFFFFFFE},
+  };
+  std::set<uint32_t> numbers = {0xFFFFFFFF};
+  for (const auto& range : ranges) {
+    for (uint32_t number = range.first; number <= range.last; ++number) {
+      numbers.insert(number);
+    }
+  }
+  for (uint32_t offset = 131; offset <= 155; offset += 2) {
+    numbers.insert(0x01000000 + offset);
+  }
+  return numbers;
+}
+
+TEST(Dispatch, NumbersWithoutAProcedureAreUnavailableAndNothingElseHappens) {
+  switch_log_on();
+  for (const uint32_t number : gaps()) {
+    fake_call call;
+    call.argument = word(1);
+    dispatch(number, &call);
+    ASSERT_EQ(call.replies.size(), 1u) << number;
+    EXPECT_EQ(call.replies[0].status, PROC_UNAVAIL) << number;
+    EXPECT_EQ(call.decodes, 0) << number;
+  }
+  EXPECT_EQ(logged(), "");
+}
+
+TEST(Dispatch, EveryOtherNumberOfTheTwoRangesIsAProcedure) {
+  const std::set<uint32_t> missing = gaps();
+  std::set<uint32_t> numbers;
+  for (const table_row& row : table_rows()) {
+    EXPECT_FALSE(missing.contains(row.number)) << row.name;
+    numbers.insert(row.number);
+  }
+  for (uint32_t number = 1; number <= 301; ++number) {
+    EXPECT_NE(numbers.contains(number), missing.contains(number)) << number;
+  }
+  for (uint32_t number = 0x01000001; number <= 0x010000AB; ++number) {
+    EXPECT_NE(numbers.contains(number), missing.contains(number)) << number;
+  }
+}
+
+TEST(Dispatch, ProceduresWithoutABackEndYetAreUnavailable) {
+  switch_log_on();
+  for (const table_row& row : table_rows()) {
+    if (row.kind == row_kind::pending) {
+      EXPECT_EQ(answer_to(row.number, row.sample), kUnavailable) << row.name;
+    }
+  }
+  EXPECT_EQ(logged(), "");
+}
+
+TEST(Dispatch, EveryOtherProcedureTakesAllOfItsArgumentAndAnswers) {
+  int served = 0;
+  errors_of([&] {
+    for (const table_row& row : table_rows()) {
+      if (row.kind == row_kind::pending) continue;
+      fake_call call;
+      call.argument = row.sample;
+      dispatch(row.number, &call);
+      ASSERT_EQ(call.replies.size(), 1u) << row.name;
+      EXPECT_EQ(call.replies[0].status, SUCCESS) << row.name;
+      EXPECT_EQ(call.left_over, 0u) << row.name;
+      EXPECT_EQ(call.releases, 1) << row.name;
+      ++served;
+    }
+  });
+  EXPECT_GE(served, 212);
+}
+
+TEST(Dispatch, ArgumentCutOffAnywhereIsGarbage) {
+  errors_of([] {
+    for (const table_row& row : table_rows()) {
+      if (row.kind == row_kind::pending) continue;
+      for (size_t length = 0; length < row.sample.size(); ++length) {
+        EXPECT_EQ(answer_to(row.number, row.sample.substr(0, length)), kGarbage)
+            << row.name << " at " << length;
+      }
+    }
+  });
+}
+
+TEST(Dispatch, UndecodableArgumentReachesNoHandler) {
+  switch_log_on();
+  write_file(kProfile24, "SSID3=old\n");
+  fake_call call;
+  call.argument = word(3) + word(100) + "too short";
+  dispatch(kSetSsid, &call);
+  ASSERT_EQ(call.replies.size(), 1u);
+  EXPECT_EQ(call.replies[0].status, GARBAGE_ARGS);
+  EXPECT_EQ(call.releases, 0);
+  EXPECT_EQ(logged(), "");
+  EXPECT_EQ(read_file(kProfile24), "SSID3=old\n");
+}
+
+TEST(Dispatch, NulInsideATextIsGarbage) {
+  write_file(kProfile24, "SSID3=old\n");
+  errors_of([] {
+    EXPECT_EQ(answer_to(kSetSsid, word(3) + text_item(std::string("new\0tail", 8))), kGarbage);
+  });
+  EXPECT_EQ(read_file(kProfile24), "SSID3=old\n");
+}
+
+TEST(Dispatch, ReplyThatCannotBeSentIsASystemError) {
+  fake_call call;
+  call.argument = word(1);
+  call.failing_replies = 1;
+  dispatch(kGetChannel, &call);
+  ASSERT_EQ(call.replies.size(), 2u);
+  EXPECT_EQ(call.replies[0].status, SUCCESS);
+  EXPECT_EQ(call.replies[1].status, SYSTEM_ERR);
+  EXPECT_EQ(call.releases, 1);
+}
+
+TEST(Dispatch, ArgumentThatCannotBeFreedEndsTheProcess) {
+  EXPECT_EXIT(
+      {
+        fake_call call;
+        call.failing_release = true;
+        dispatch(kCheckAlive, &call);
+      },
+      testing::ExitedWithCode(1), "^unable to free arguments$");
+}
+
+// Leaves its marks where the dispatcher will have its areas.
+__attribute__((noinline)) static void dirty_the_stack() {
+  volatile char block[65536];
+  for (size_t i = 0; i < sizeof block; ++i) {
+    block[i] = 0x5A;
+  }
+}
+
+TEST(Dispatch, ArgumentAreaIsZeroBeforeDecoding) {
+  write_file(kProfile24, "SSID3=old\n");
+  fake_call call;
+  call.argument = word(3) + text_item("new");
+  call.area_size = sizeof(wlan_set_ssid_1_argument);
+  dirty_the_stack();
+  dispatch(kSetSsid, &call);
+  EXPECT_EQ(call.area_before, std::string(sizeof(wlan_set_ssid_1_argument), '\0'));
+}
+
+TEST(Dispatch, ResultAreaIsZeroBeforeTheHandler) {
+  // The handler of this one fills nothing in.
+  dirty_the_stack();
+  EXPECT_EQ(answer_to(300, word(1)), zeros(3));
+}
+
+TEST(Dispatch, OnlyNumbersOfTheRequestMatterNotWhatFollowsTheArgument) {
+  fake_call call;
+  call.argument = word(1) + "trailing bytes";
+  dispatch(kGetChannel, &call);
+  ASSERT_EQ(call.replies.size(), 1u);
+  EXPECT_EQ(call.replies[0].status, SUCCESS);
+}
+
+TEST(Dispatch, NetworkNameReachesTheProfile) {
+  write_file(kProfile24, "SSID3=old\n");
+  EXPECT_EQ(answer_to(kSetSsid, word(3) + text_item("Living room")), word(0));
+  EXPECT_EQ(read_file(kProfile24), "SSID3=Living room\n");
+  EXPECT_EQ(read_file(kMirror24), "SSID3=Living room\n");
+}
+
+TEST(Dispatch, FailureOfTheBackEndTravelsInTheReply) {
+  write_file(kProfile24, "SSID3=old\n");
+  errors_of([] {
+    EXPECT_EQ(answer_to(kSetSsid, word(4) + text_item("x")), word(~0U));
+    EXPECT_EQ(answer_to(kSetSsid, word(0x80000000) + text_item("x")), word(~0U));
+  });
+}
+
+TEST(Dispatch, PassPhraseTakesItsThirdMember) {
+  write_file(kProfile5, "WPAPSK1=old\n");
+  EXPECT_EQ(answer_to(65, word(9) + word(2) + text_item("pass phrase")), word(0));
+  EXPECT_EQ(read_file(kProfile5), "WPAPSK1=pass phrase\n");
+}
+
+TEST(Dispatch, LedSwitchReachesBothRadios) {
+  EXPECT_EQ(answer_to(kSetLed, word(0)), word(0));
+  EXPECT_EQ(driver_requests().size(), 2u);
+  EXPECT_TRUE(contains(driver_requests().back(), "LEDEnable=0"));
+}
+
+TEST(Dispatch, ServiceOfABssIsAnIntegerAndFailsWithValueZero) {
+  write_file(kProfile24, "BSSHNCService=0;7\n");
+  EXPECT_EQ(answer_to(0x0100009E, word(2)), word(0) + word(4) + word(7) + zeros(4));
+  errors_of([] { EXPECT_EQ(answer_to(0x0100009E, word(3)), word(~0U) + word(4) + zeros(5)); });
+}
+
+TEST(Dispatch, TextGetterOfAnInertOperationSendsASingleNul) {
+  EXPECT_EQ(answer_to(21, word(3)), word(0) + word(0) + word(1) + zeros(1));
+  EXPECT_EQ(answer_to(kGetStandard, word(1)), word(0) + word(0) + word(1) + zeros(1));
+}
+
+TEST(Dispatch, FreeingAResultAnswersOne) {
+  wlan_config_result_data_t result = {};
+  result.return_data.return_data_val = strdup("text");
+  result.return_data.return_data_len = 5;
+  const auto filter =
+      reinterpret_cast<xdrproc_t>(reinterpret_cast<void (*)()>(xdr_wlan_config_result_data_t));
+  EXPECT_EQ(wlan_config_rpc_prog_1_freeresult(nullptr, filter, &result), 1);
+  EXPECT_EQ(result.return_data.return_data_val, nullptr);
+}
+
+// The inert operations.
+
+static int inert_status(const std::string& operation) {
+#define INERT_OPERATION(status, name, parameters) \
+  if (operation == #name) return status;
+#include "wlan/inert.def"
+#undef INERT_OPERATION
+  ADD_FAILURE() << operation << " is not in the catalogue";
+  return 99;
+}
+
+static std::string zero_answer(const table_row& row, int status) {
+  const std::string code = word(static_cast<unsigned>(status));
+  if (row.payload == "CODE") return code;
+  if (row.payload == "NONE") return code + zeros(2);
+  if (row.payload == "TEXT") return code + word(0) + word(1) + zeros(1);
+  if (row.payload == "IMAGE") return code + word(0) + text_item(std::string(row.size, '\0'));
+  return code + word(row.size) + zeros(row.size) + word(0);
+}
+
+TEST(Inert, EveryOperationAnswersItsStatusAndZeros) {
+  int count = 0;
+  for (const table_row& row : table_rows()) {
+    if (row.kind != row_kind::inert) continue;
+    dirty_the_stack();
+    EXPECT_EQ(answer_to(row.number, row.sample), zero_answer(row, inert_status(row.back_end)))
+        << row.name;
+    ++count;
+  }
+  EXPECT_GE(count, 207);
+}
+
+TEST(Inert, OnlySixAreRefused) {
+  const std::set<std::string> refused = {"wlan_getIGMPSnooping",    "wlan_getAirtimeEnable",
+                                         "wlan_getDot11uEnable",    "wlan_setDot11uEnable",
+                                         "wlan_getDot11uAttribute", "wlan_setDot11uAttribute"};
+  for (const table_row& row : table_rows()) {
+    if (row.kind != row_kind::inert) continue;
+    EXPECT_EQ(inert_status(row.back_end), refused.contains(row.back_end) ? -1 : 0) << row.name;
+  }
+}
+
+TEST(Inert, NoOperationTouchesAFileOrTheDriver) {
+  unlink(kProfile24);
+  unlink(kProfile5);
+  const auto before = names_in("/tmp");
+  const size_t requests = driver_requests().size();
+  const int descriptors = open_descriptors();
+  const std::string errors = errors_of([&] {
+    for (const table_row& row : table_rows()) {
+      if (row.kind == row_kind::inert) answer_to(row.number, row.sample);
+    }
+  });
+  EXPECT_EQ(errors, "");
+  EXPECT_EQ(names_in("/tmp"), before);
+  EXPECT_EQ(driver_requests().size(), requests);
+  EXPECT_EQ(open_descriptors(), descriptors);
+}

@@ -1,0 +1,99 @@
+#include "rpc/table_rows.h"
+
+#include "rpc/wire_support.h"
+
+template <typename T>
+static std::string sample();
+
+template <>
+std::string sample<int>() {
+  return word(3);
+}
+
+template <>
+std::string sample<u_int>() {
+  return word(2);
+}
+
+template <>
+std::string sample<u_short>() {
+  return word(7);
+}
+
+template <>
+std::string sample<string_t>() {
+  return text_item("sample");
+}
+
+template <>
+std::string sample<hnc_supported_hne_table>() {
+  return zeros(2 + 3 * 64 + 4 * 256 + 2);
+}
+
+static std::string without_tail(std::string members) {
+  if (members.size() >= 2) members.resize(members.size() - 2);
+  return members;
+}
+
+// Rows are expanded twice: once for the names of the members, once for bytes.
+
+static std::vector<std::string> member_lists() {
+  return {
+#define INDEX(name) "int " #name ", "
+#define FIELD(type, name) #type " " #name ", "
+#define ONLY_INDEX(name) "int " #name ", "
+#define ONLY(type, name) #type " " #name ", "
+#define PROCEDURE(number, name, stub, argument, members, ...) without_tail("" members),
+#include "rpc/procedures.def"
+  };
+}
+
+static std::vector<std::string> sample_arguments() {
+  return {
+#define INDEX(name) +sample<int>()
+#define FIELD(type, name) +sample<type>()
+#define ONLY_INDEX(name) +sample<int>()
+#define ONLY(type, name) +sample<type>()
+#define PROCEDURE(number, name, stub, argument, members, ...) std::string() members,
+#include "rpc/procedures.def"
+  };
+}
+
+static std::vector<table_row> build_rows() {
+  std::vector<table_row> rows = {
+#define ROW(kind, number, name, argument, payload, size, back_end) \
+  {number, #name, row_kind::kind, #argument, "", #payload, size, #back_end, ""},
+#define PROCEDURE(number, name, stub, argument, members, payload, size, handler, back_end, ...) \
+  ROW(derived, number, name, argument, payload, size, back_end)
+#define INERT(number, name, stub, argument, members, payload, size, handler, back_end, ...) \
+  ROW(inert, number, name, argument, payload, size, back_end)
+#define OWN(number, name, stub, argument, members, payload, size, handler, back_end, ...) \
+  ROW(own, number, name, argument, payload, size, back_end)
+#define PENDING(number, name, stub, argument, members, payload, size, handler, back_end, ...) \
+  ROW(pending, number, name, argument, payload, size, back_end)
+#include "rpc/procedures.def"
+  };
+  const auto members = member_lists();
+  const auto samples = sample_arguments();
+  for (size_t i = 0; i < rows.size(); ++i) {
+    rows[i].members = members[i];
+    rows[i].sample = samples[i];
+  }
+  return rows;
+}
+
+const std::vector<table_row>& table_rows() {
+  static const std::vector<table_row> rows = build_rows();
+  return rows;
+}
+
+static std::string number_text(uint32_t number) {
+  char text[16];
+  snprintf(text, sizeof text, number < 0x01000000 ? "%u" : "0x%08X", number);
+  return text;
+}
+
+std::string snapshot_line(const table_row& row) {
+  return number_text(row.number) + " " + row.name + " " + row.argument + "(" + row.members + ") " +
+         row.payload + " " + std::to_string(row.size);
+}

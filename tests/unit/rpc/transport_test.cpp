@@ -1,0 +1,164 @@
+#include "rpc/transport.h"
+
+#include <arpa/inet.h>
+#include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <string>
+
+#include "rpc/dispatch.h"
+#include "rpc/wire_support.h"
+#include "unit_support.h"
+
+namespace {
+
+// A bounded UDP transport and a client socket that is connected to it.
+struct connection {
+  SVCXPRT* transport;
+  int client;
+};
+
+// What became of a datagram.
+struct outcome {
+  bool served = false;   // it reached the service routine
+  bool decoded = false;  // so did its argument
+  std::string ssid;      // "(null)" where none was decoded
+};
+
+}  // namespace
+
+static outcome last;
+
+static constexpr size_t kBigReply = 8000;
+static constexpr uint32_t kAnswerNothing = 22;
+static constexpr uint32_t kAnswerBig = 23;
+
+template <typename T>
+static xdrproc_t untyped(bool_t (*filter)(XDR*, T*)) {
+  return reinterpret_cast<xdrproc_t>(reinterpret_cast<void (*)()>(filter));
+}
+
+// The service routine: notes what it could decode.
+static void serve(svc_req* request, SVCXPRT* transport) {
+  wlan_set_ssid_1_argument argument = {};
+  last.served = true;
+  last.decoded = svc_getargs(transport, untyped(xdr_wlan_set_ssid_1_argument), &argument);
+  last.ssid = argument.ssid != nullptr ? argument.ssid : "(null)";
+  released(xdr_wlan_set_ssid_1_argument, &argument);
+  if (request->rq_proc != kAnswerBig) return;
+  std::string image(kBigReply, 'i');
+  wlan_config_result_data_t result = {};
+  result.return_data.return_data_val = image.data();
+  result.return_data.return_data_len = kBigReply;
+  EXPECT_TRUE(svc_sendreply(transport, untyped(xdr_wlan_config_result_data_t), &result));
+}
+
+static int loopback_socket() {
+  const int sock = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+  sockaddr_in address = {};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  EXPECT_EQ(bind(sock, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+  return sock;
+}
+
+static connection make_connection() {
+  const int server = loopback_socket();
+  sockaddr_in address = {};
+  socklen_t length = sizeof address;
+  getsockname(server, reinterpret_cast<sockaddr*>(&address), &length);
+  const int client = loopback_socket();
+  EXPECT_EQ(connect(client, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+  SVCXPRT* transport = svcudp_create(server);
+  EXPECT_NE(transport, nullptr);
+  bound_transport(transport);
+  // Without a protocol: the portmapper is not told.
+  EXPECT_TRUE(svc_register(transport, kProgram, kVersion, serve, 0));
+  return {transport, client};
+}
+
+static void cut_connection(const connection& ends) {
+  svc_unregister(kProgram, kVersion);
+  svc_destroy(ends.transport);
+  close(ends.client);
+}
+
+static std::string header(uint32_t procedure, uint32_t id = 7) {
+  return word(id) + word(0) + word(2) + word(kProgram) + word(kVersion) + word(procedure) +
+         zeros(4);
+}
+
+static outcome take(const connection& ends, const std::string& datagram) {
+  last = {};
+  EXPECT_EQ(send(ends.client, datagram.data(), datagram.size(), 0),
+            static_cast<ssize_t>(datagram.size()));
+  svc_getreq_common(ends.transport->xp_fd);
+  return last;
+}
+
+TEST(Transport, WholeCallIsTaken) {
+  const connection ends = make_connection();
+  const outcome seen = take(ends, header(kAnswerNothing) + word(3) + text_item("Living room"));
+  EXPECT_TRUE(seen.served);
+  EXPECT_TRUE(seen.decoded);
+  EXPECT_EQ(seen.ssid, "Living room");
+  cut_connection(ends);
+}
+
+TEST(Transport, CutArgumentIsNotCompletedFromAnEarlierCall) {
+  const connection ends = make_connection();
+  const std::string secret =
+      header(kAnswerNothing) + word(3) + text_item("a secret of another caller");
+  for (size_t length = 40; length < secret.size(); ++length) {
+    EXPECT_TRUE(take(ends, secret).decoded);
+    const outcome seen = take(ends, secret.substr(0, length));
+    EXPECT_TRUE(seen.served) << length;
+    EXPECT_FALSE(seen.decoded) << length;
+    EXPECT_EQ(seen.ssid, "(null)") << length;
+  }
+  cut_connection(ends);
+}
+
+TEST(Transport, CallCutWithinItsHeaderIsDropped) {
+  const connection ends = make_connection();
+  const std::string whole = header(kAnswerNothing);
+  for (size_t length = 0; length < whole.size(); ++length) {
+    EXPECT_TRUE(take(ends, whole + word(3) + text_item("x")).decoded);
+    EXPECT_FALSE(take(ends, whole.substr(0, length)).served) << length;
+  }
+  cut_connection(ends);
+}
+
+TEST(Transport, HeaderThatAnnouncesMoreCredentialsThanItHasIsDropped) {
+  const connection ends = make_connection();
+  const std::string plain = header(kAnswerNothing);
+  // What is left of this one would complete the next.
+  EXPECT_TRUE(take(ends, plain + word(3) + text_item("x") + zeros(100)).decoded);
+  const std::string greedy = plain.substr(0, 24) + word(AUTH_NONE) + word(200) + zeros(2);
+  EXPECT_FALSE(take(ends, greedy).served);
+  cut_connection(ends);
+}
+
+TEST(Transport, ReplyAfterACutCallIsWhole) {
+  const connection ends = make_connection();
+  const outcome seen = take(ends, header(kAnswerBig, 99) + word(3));
+  EXPECT_TRUE(seen.served);
+  EXPECT_FALSE(seen.decoded);
+  std::string reply(9000, '\0');
+  const ssize_t got = recv(ends.client, reply.data(), reply.size(), MSG_DONTWAIT);
+  ASSERT_EQ(got, static_cast<ssize_t>(24 + 12 + kBigReply));
+  reply.resize(static_cast<size_t>(got));
+  EXPECT_EQ(reply.substr(0, 8), word(99) + word(1));
+  EXPECT_TRUE(reply.ends_with(text_item(std::string(kBigReply, 'i'))));
+  cut_connection(ends);
+}
+
+TEST(Transport, DatagramBeyondTheReceiveBufferDoesNoHarm) {
+  const connection ends = make_connection();
+  const std::string huge = header(kAnswerNothing) + word(3) + text_item(std::string(20000, 'x'));
+  EXPECT_FALSE(take(ends, huge).decoded);
+  EXPECT_TRUE(take(ends, header(kAnswerNothing) + word(3) + text_item("after")).decoded);
+  cut_connection(ends);
+}

@@ -1,0 +1,28 @@
+/* The host's library as the tests see it: notes every call in a file, and
+ * whether the value was in the 2.4 GHz profile at that moment. */
+#include <stdio.h>
+#include <string.h>
+
+void rev_set_bh_setting(int bss_index, int kind, const char* value);
+
+static int in_profile(const char* value) {
+  char line[2048];
+  int found = 0;
+  FILE* profile = fopen("/tmp/mt76xx_24.dat", "re");
+  while (profile != NULL && !found && fgets(line, sizeof line, profile) != NULL) {
+    found = strstr(line, value) != NULL;
+  }
+  if (profile != NULL) fclose(profile);
+  return found;
+}
+
+void rev_set_bh_setting(int bss_index, int kind, const char* value) {
+  FILE* calls = fopen("/tmp/host_calls", "ae");
+  if (calls == NULL) return;
+  fprintf(calls, "%d %d %s\n", bss_index, kind, value);
+  fclose(calls);
+  FILE* seen = fopen("/tmp/host_saw", "we");
+  if (seen == NULL) return;
+  fputs(in_profile(value) ? "written" : "not yet written", seen);
+  fclose(seen);
+}

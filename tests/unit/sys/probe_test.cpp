@@ -1,0 +1,142 @@
+#include "sys/probe.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <string>
+
+#include "unit_support.h"
+
+TEST(Probe, NumberIsWhatTheCommandPrints) {
+  int number = -1;
+  EXPECT_TRUE(probe_number("echo 12", &number));
+  EXPECT_EQ(number, 12);
+  EXPECT_TRUE(probe_number("echo 0; exit 1", &number));
+  EXPECT_EQ(number, 0);
+  EXPECT_TRUE(probe_number("echo junk", &number));
+  EXPECT_EQ(number, 0);
+}
+
+TEST(Probe, SilentCommandGivesNoNumber) {
+  int number = -1;
+  EXPECT_FALSE(probe_number("true", &number));
+}
+
+TEST(Probe, OnlyTheFirst32BytesCount) {
+  int number = -1;
+  EXPECT_TRUE(probe_number("printf '%31s%s' '' 123", &number));
+  EXPECT_EQ(number, 1);
+  EXPECT_TRUE(probe_number("printf '%32s%s' '' 123", &number));
+  EXPECT_EQ(number, 0);
+}
+
+TEST(Probe, CommandThatCannotBeStartedGivesNoNumber) {
+  fail_system_call(SYS_pipe2, EMFILE);
+  int number = -1;
+  EXPECT_FALSE(probe_number("echo 1", &number));
+}
+
+TEST(Probe, LeavesNoChildToBeCollectedLater) {
+  int number = -1;
+  EXPECT_TRUE(probe_number("echo 1", &number));
+  EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+  EXPECT_EQ(errno, ECHILD);
+}
+
+static constexpr char kFile[] = "/tmp/.probe_lock";
+
+// Holds a record lock on the file in a child until its standard input, the
+// returned descriptor's other end, is closed.
+static pid_t hold_record_lock(int* release) {
+  int ready[2];
+  int hold[2];
+  EXPECT_EQ(pipe(ready), 0);
+  EXPECT_EQ(pipe(hold), 0);
+  const pid_t child = fork();
+  if (child == 0) {
+    close(hold[1]);
+    const int file = open(kFile, O_RDWR | O_CREAT, 0666);
+    struct flock whole = {};
+    whole.l_type = F_WRLCK;
+    fcntl(file, F_SETLK, &whole);
+    char byte = 'x';
+    (void)!write(ready[1], &byte, 1);
+    (void)!read(hold[0], &byte, 1);
+    _exit(0);
+  }
+  char byte;
+  EXPECT_EQ(read(ready[0], &byte, 1), 1);
+  close(ready[0]);
+  close(ready[1]);
+  close(hold[0]);
+  *release = hold[1];
+  return child;
+}
+
+TEST(Probe, RecordLockIsTriedAndGivenUpAgain) {
+  const int before = open_descriptors();
+  EXPECT_TRUE(try_record_lock(kFile));
+  EXPECT_TRUE(try_record_lock(kFile));
+  EXPECT_EQ(open_descriptors(), before);
+  EXPECT_TRUE(exists(kFile));
+  int release = -1;
+  const pid_t child = hold_record_lock(&release);
+  EXPECT_FALSE(try_record_lock(kFile));
+  close(release);
+  EXPECT_EQ(waitpid(child, nullptr, 0), child);
+  EXPECT_TRUE(try_record_lock(kFile));
+}
+
+TEST(Probe, RecordLockTruncatesTheFile) {
+  write_file(kFile, "content");
+  EXPECT_TRUE(try_record_lock(kFile));
+  EXPECT_EQ(read_file(kFile), "");
+}
+
+TEST(Probe, RecordLockFailsWhenTheFileCannotBeOpened) {
+  EXPECT_FALSE(try_record_lock("/tmp/none/lock"));
+  EXPECT_FALSE(try_record_lock("/tmp"));
+}
+
+// Closes some of the standard streams in a child, reserves them, and returns
+// how many descriptors are wrong then.
+static int wrong_after_reserving(int first, int last) {
+  const pid_t child = fork();
+  if (child == 0) {
+    const int before = open_descriptors();
+    for (int stream = first; stream <= last; ++stream) {
+      close(stream);
+    }
+    reserve_standard_streams();
+    int wrong = open_descriptors() != before;
+    for (int stream = first; stream <= last; ++stream) {
+      struct stat status;
+      wrong += fstat(stream, &status) != 0 || !S_ISCHR(status.st_mode);
+    }
+    _exit(wrong);
+  }
+  int status = -1;
+  waitpid(child, &status, 0);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+TEST(Probe, MissingStandardStreamsAreReserved) {
+  EXPECT_EQ(wrong_after_reserving(0, 2), 0);
+  EXPECT_EQ(wrong_after_reserving(1, 1), 0);
+  EXPECT_EQ(wrong_after_reserving(2, 2), 0);
+}
+
+TEST(Probe, OpenStandardStreamsAreLeftAlone) {
+  const int before = open_descriptors();
+  EXPECT_EQ(output_of([] {
+              reserve_standard_streams();
+              printf("still here");
+            }),
+            "still here");
+  EXPECT_EQ(open_descriptors(), before);
+}

@@ -1,0 +1,267 @@
+#include "sys/shell.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <malloc.h>
+#include <sched.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <sstream>
+#include <string>
+
+#include "sys/lock.h"
+#include "unit_support.h"
+
+// What the command prints, as ex_cmd returns it.
+static std::string output_by_ex_cmd(const std::string& command) {
+  char* output = nullptr;
+  EXPECT_EQ(ex_cmd("caller", command.c_str(), &output), 0) << command;
+  EXPECT_NE(output, nullptr) << command;
+  const std::string text = output != nullptr ? output : "(null)";
+  free(output);
+  return text;
+}
+
+TEST(ExCmd, CapturesWhatTheCommandPrints) {
+  EXPECT_EQ(output_by_ex_cmd("echo hello"), "hello\n");
+  EXPECT_EQ(output_by_ex_cmd("printf 'no line end'"), "no line end");
+}
+
+TEST(ExCmd, CommandIsAShellCommandLine) {
+  EXPECT_EQ(output_by_ex_cmd("x=2; for i in 1 $x 3; do echo $i; done | tail -n 2"), "2\n3\n");
+}
+
+TEST(ExCmd, SilentCommandLeavesAnEmptyBufferOf256Bytes) {
+  char* output = nullptr;
+  ASSERT_EQ(ex_cmd("caller", "true", &output), 0);
+  ASSERT_NE(output, nullptr);
+  EXPECT_STREQ(output, "");
+  EXPECT_GE(malloc_usable_size(output), 256u);
+  free(output);
+}
+
+TEST(ExCmd, LineOf255CharactersIsReadWholeAndTheBufferGrownOnceMore) {
+  char* output = nullptr;
+  ASSERT_EQ(ex_cmd("caller", "printf '%0255d' 7", &output), 0);
+  ASSERT_NE(output, nullptr);
+  EXPECT_EQ(std::string(output), std::string(254, '0') + "7");
+  EXPECT_GE(malloc_usable_size(output), 255u + 256u);
+  free(output);
+}
+
+TEST(ExCmd, LongLinesAreReadWhole) {
+  for (const int length : {254, 255, 256, 257, 511, 512, 5000}) {
+    const std::string expected = std::string(static_cast<size_t>(length) - 1, '0') + "1\nend\n";
+    const std::string command = "printf '%0" + std::to_string(length) + "d\\nend\\n' 1";
+    EXPECT_EQ(output_by_ex_cmd(command), expected) << length;
+  }
+}
+
+TEST(ExCmd, ManyLinesAreReadInOrder) {
+  std::string expected;
+  for (int i = 1; i <= 500; ++i) {
+    expected += std::to_string(i) + "\n";
+  }
+  EXPECT_EQ(output_by_ex_cmd("seq 500"), expected);
+}
+
+TEST(ExCmd, StatusOfTheCommandIsNotLookedAt) {
+  EXPECT_EQ(output_by_ex_cmd("echo before; exit 3"), "before\n");
+}
+
+TEST(ExCmd, MissingCommandIsNoFailureAndItsErrorNotCaptured) {
+  std::string output;
+  const std::string errors =
+      errors_of([&] { output = output_by_ex_cmd("no-such-command-anywhere"); });
+  EXPECT_EQ(output, "");
+  EXPECT_TRUE(contains(errors, "no-such-command-anywhere")) << errors;
+}
+
+TEST(ExCmd, CommandThatCannotBeStartedIsReported) {
+  switch_log_on();
+  switch_console_on();
+  char* output = reinterpret_cast<char*>(&output);
+  std::string console = output_of([&] {
+    const rlimit none = {0, 1024};
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+    EXPECT_EQ(ex_cmd("wifi_restart", "echo hello", &output), -1);
+    const rlimit enough = {1024, 1024};
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &enough), 0);
+  });
+  EXPECT_EQ(output, nullptr);
+  EXPECT_EQ(console, rpc_prefix("ex_cmd") + "wifi_restart: popen echo hello error\n");
+}
+
+TEST(ExCmd, CommandThatCannotBeStartedIsLogged) {
+  switch_log_on();
+  fail_system_call(SYS_pipe2, EMFILE);
+  char* output = reinterpret_cast<char*>(&output);
+  EXPECT_EQ(ex_cmd("wifi_restart", "echo hello", &output), -1);
+  EXPECT_EQ(output, nullptr);
+  EXPECT_EQ(logged(), "wifi_restart: popen echo hello error\n");
+}
+
+TEST(ExCmd, LeavesNoChildAndNoDescriptor) {
+  const int before = open_descriptors();
+  output_by_ex_cmd("echo x");
+  EXPECT_EQ(open_descriptors(), before);
+  EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+  EXPECT_EQ(errno, ECHILD);
+}
+
+// Descriptors that a child lists as its own: target of each link.
+static const char kListDescriptors[] = "ls -l /proc/self/fd";
+
+TEST(ExCmd, ChildInheritsNoDescriptorOfTheDaemon) {
+  const int lock = fwrite_lock("/tmp/.inherited.lock");
+  ASSERT_GT(lock, 0);
+  const std::string list = output_by_ex_cmd(kListDescriptors);
+  EXPECT_TRUE(contains(list, "/proc/")) << list;
+  EXPECT_FALSE(contains(list, "inherited.lock")) << list;
+  funlock(lock);
+}
+
+TEST(Executecmd, RunsTheCommandAndWaitsForIt) {
+  EXPECT_EQ(cfg_executecmd("caller", "echo done > /tmp/ran; exit 5"), 0);
+  EXPECT_EQ(read_file("/tmp/ran"), "done\n");
+  EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+}
+
+TEST(Executecmd, OutputIsDiscarded) {
+  EXPECT_EQ(output_of([] { EXPECT_EQ(cfg_executecmd("caller", "echo lost; seq 100000"), 0); }), "");
+}
+
+TEST(Executecmd, StandardOutputOfTheCommandIsTheNullDevice) {
+  // Written by the end of a pipe, so that the shell itself redirects nothing.
+  EXPECT_EQ(cfg_executecmd("caller", "readlink /proc/$$/fd/1 | tee /tmp/where; true"), 0);
+  EXPECT_EQ(read_file("/tmp/where"), "/dev/null\n");
+}
+
+TEST(Executecmd, CommandIsTracedInLogAndOnConsole) {
+  switch_log_on();
+  EXPECT_EQ(output_of([] { EXPECT_EQ(cfg_executecmd("wifi_init", "true"), 0); }), "");
+  switch_console_on();
+  EXPECT_EQ(output_of([] { EXPECT_EQ(cfg_executecmd("wifi_init", "echo a b"), 0); }),
+            rpc_prefix("cfg_executecmd") + "cfg_executecmd: cmd:echo a b\n");
+  EXPECT_EQ(logged(), "cfg_executecmd: cmd:true\ncfg_executecmd: cmd:echo a b\n");
+}
+
+TEST(Executecmd, MissingCommandIsNoFailure) {
+  errors_of([] { EXPECT_EQ(cfg_executecmd("caller", "no-such-command-anywhere"), 0); });
+}
+
+TEST(Executecmd, ShellThatCannotBeStartedIsReported) {
+  switch_log_on();
+  // Only what a spawn asks for fails: the leak detector has clones of its own.
+  fail_system_call(SYS_clone3, EAGAIN);
+  fail_system_call_if(SYS_clone, 0, CLONE_VM | CLONE_VFORK | SIGCHLD, EAGAIN);
+  EXPECT_EQ(cfg_executecmd("wifi_init", "true"), -1);
+  EXPECT_EQ(logged(), "cfg_executecmd: cmd:true\nwifi_init: popen true error\n");
+}
+
+TEST(Executecmd, ProgramLeftBehindMayPrintAfterTheReturn) {
+  const std::string command =
+      "{ while [ ! -e /tmp/returned ]; do sleep 0.01; done; "
+      "for i in 1 2 3; do seq 20000; done; echo alive > /tmp/marker; } &";
+  EXPECT_EQ(cfg_executecmd("caller", command.c_str()), 0);
+  EXPECT_FALSE(exists("/tmp/marker"));
+  write_file("/tmp/returned", "");
+  EXPECT_TRUE(wait_until([] { return read_file("/tmp/marker") == "alive\n"; }));
+}
+
+TEST(Executecmd, ChildInheritsNoDescriptorOfTheDaemon) {
+  const int lock = fwrite_lock("/tmp/.inherited.lock");
+  ASSERT_GT(lock, 0);
+  const std::string command = std::string(kListDescriptors) + " > /tmp/list";
+  EXPECT_EQ(cfg_executecmd("caller", command.c_str()), 0);
+  EXPECT_TRUE(contains(read_file("/tmp/list"), "/tmp/list"));
+  EXPECT_FALSE(contains(read_file("/tmp/list"), "inherited.lock"));
+  funlock(lock);
+}
+
+TEST(Executecmd, LeavesNoDescriptor) {
+  const int before = open_descriptors();
+  EXPECT_EQ(cfg_executecmd("caller", "true"), 0);
+  EXPECT_EQ(open_descriptors(), before);
+}
+
+// A megabyte of every byte value, NUL among them, without a line end.
+static std::string binary_content() {
+  std::string content(1 << 20, '\0');
+  for (size_t i = 0; i < content.size(); ++i) {
+    content[i] = static_cast<char>((i * 2654435761u) >> 13);
+  }
+  return content;
+}
+
+TEST(FileCopy, IsExactForEveryByte) {
+  const std::string content = binary_content();
+  write_file("/tmp/source", content);
+  EXPECT_EQ(_file_copy("/tmp/source", "/tmp/target"), 1);
+  EXPECT_TRUE(read_file("/tmp/target") == content);
+}
+
+TEST(FileCopy, LongLinesAndAMissingLineEndAreKept) {
+  const std::string content = std::string(1000, 'a') + "\n\n" + std::string(288, 'b') + "\nend";
+  write_file("/tmp/source", content);
+  EXPECT_EQ(_file_copy("/tmp/source", "/tmp/target"), 1);
+  EXPECT_EQ(read_file("/tmp/target"), content);
+}
+
+TEST(FileCopy, LongerTargetIsTruncated) {
+  write_file("/tmp/source", "short\n");
+  write_file("/tmp/target", std::string(10000, 'x'));
+  EXPECT_EQ(_file_copy("/tmp/source", "/tmp/target"), 1);
+  EXPECT_EQ(read_file("/tmp/target"), "short\n");
+}
+
+TEST(FileCopy, EmptySourceMakesAnEmptyTarget) {
+  write_file("/tmp/source", "");
+  write_file("/tmp/target", "old");
+  EXPECT_EQ(_file_copy("/tmp/source", "/tmp/target"), 1);
+  EXPECT_TRUE(exists("/tmp/target"));
+  EXPECT_EQ(read_file("/tmp/target"), "");
+}
+
+TEST(FileCopy, MissingSourceIsReportedAndTheTargetUntouched) {
+  write_file("/tmp/target", "old");
+  const std::string errors =
+      errors_of([] { EXPECT_EQ(_file_copy("/tmp/none", "/tmp/target"), 0); });
+  EXPECT_EQ(errors,
+            "_file_copy fopen /tmp/none error\n"
+            "fopen: No such file or directory\n");
+  EXPECT_EQ(read_file("/tmp/target"), "old");
+}
+
+TEST(FileCopy, TargetThatCannotBeOpenedIsReported) {
+  write_file("/tmp/source", "x");
+  const int before = open_descriptors();
+  const std::string errors =
+      errors_of([] { EXPECT_EQ(_file_copy("/tmp/source", "/tmp/none/target"), 0); });
+  EXPECT_EQ(errors,
+            "_file_copy fopen /tmp/none/target error\n"
+            "fopen: No such file or directory\n");
+  EXPECT_EQ(open_descriptors(), before);
+}
+
+TEST(FileCopy, FullDeviceIsAFailure) {
+  write_file("/tmp/source", std::string(100, 'x'));
+  const int before = open_descriptors();
+  const std::string errors =
+      errors_of([] { EXPECT_EQ(_file_copy("/tmp/source", "/dev/full"), 0); });
+  EXPECT_EQ(errors,
+            "_file_copy write /dev/full error\n"
+            "write: No space left on device\n");
+  EXPECT_EQ(open_descriptors(), before);
+}
+
+TEST(FileCopy, SourceThatCannotBeReadIsAFailure) {
+  errors_of([] { EXPECT_EQ(_file_copy("/tmp", "/tmp/target"), 0); });
+}

@@ -1,0 +1,144 @@
+#include "unit_support.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/file.h>
+#include <sys/mount.h>
+#include <sys/prctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <filesystem>
+#include <sstream>
+
+std::string rpc_prefix(const std::string& function) {
+  return "\033[1;32;40m[RPC] " + function + "\033[0m ";
+}
+
+std::string rpc_error_prefix(const std::string& function) {
+  return "\033[1;31;40m[RPC] **ERROR**\033[0m " + function + " ";
+}
+
+std::string rev_error_prefix(const std::string& function) {
+  return "[REV-RPC] \033[40m\033[31;40m**ERROR**\033[0m " + function + " ";
+}
+
+void switch_log_on() {
+  mkdir("/tmp/auto_debug", 0755);
+  write_file("/tmp/auto_debug/rpc_dbg_en", "");
+}
+
+void switch_console_on() {
+  write_file("/tmp/wlandbg", "");
+}
+
+// "Sat Nov 21 03:25:05 2026 - "
+constexpr size_t kStampSize = 24;
+
+static bool begins_with_stamp(const std::string& line) {
+  return line.size() >= kStampSize + 3 && line.compare(kStampSize, 3, " - ") == 0 &&
+         line[13] == ':' && line[16] == ':';
+}
+
+std::string logged() {
+  std::istringstream lines(read_file("/tmp/auto_debug/dbg_rpc.log"));
+  std::string text;
+  for (std::string line; std::getline(lines, line);) {
+    text += (begins_with_stamp(line) ? line.substr(kStampSize + 3) : line) + "\n";
+  }
+  return text;
+}
+
+int open_descriptors() {
+  return static_cast<int>(names_in("/proc/self/fd").size());
+}
+
+std::vector<std::string> names_in(const std::string& directory, const std::string& prefix) {
+  std::vector<std::string> names;
+  std::error_code error;
+  for (const auto& entry : std::filesystem::directory_iterator(directory, error)) {
+    const std::string name = entry.path().filename().string();
+    if (name.starts_with(prefix)) names.push_back(name);
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+static void install(sock_filter* filter, unsigned short length) {
+  const sock_fprog program = {length, filter};
+  ASSERT_EQ(prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0), 0);
+  ASSERT_EQ(prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program), 0);
+}
+
+void fail_system_call(long number, int error) {
+  sock_filter filter[] = {
+      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, static_cast<unsigned>(number), 0, 1),
+      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | static_cast<unsigned>(error)),
+      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+  };
+  install(filter, 4);
+}
+
+void fail_system_call_if(long number, unsigned position, unsigned value, int error) {
+  const unsigned argument =
+      static_cast<unsigned>(offsetof(seccomp_data, args)) + position * sizeof(__u64);
+  sock_filter filter[] = {
+      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, static_cast<unsigned>(number), 0, 3),
+      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, argument),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, value, 0, 1),
+      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | static_cast<unsigned>(error)),
+      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+  };
+  install(filter, 6);
+}
+
+void mount_tmpfs(const std::string& directory, const std::string& options) {
+  mkdir(directory.c_str(), 0755);
+  ASSERT_EQ(mount("tmpfs", directory.c_str(), "tmpfs", 0, options.c_str()), 0) << directory;
+}
+
+bool lock_awaited(const std::string& path) {
+  struct stat status;
+  if (stat(path.c_str(), &status) != 0) return false;
+  const std::string inode = ":" + std::to_string(status.st_ino) + " ";
+  std::istringstream locks(read_file("/proc/locks"));
+  for (std::string line; std::getline(locks, line);) {
+    if (contains(line, "-> FLOCK") && contains(line, inode)) return true;
+  }
+  return false;
+}
+
+int try_exclusive(const std::string& path) {
+  const int file = open(path.c_str(), O_RDWR | O_CLOEXEC);
+  if (file < 0) return -1;
+  if (flock(file, LOCK_EX | LOCK_NB) == 0) return file;
+  close(file);
+  return -1;
+}
+
+std::vector<std::string> driver_requests() {
+  std::vector<std::string> requests;
+  std::istringstream lines(read_file("/run/gwbox/journal.jsonl"));
+  for (std::string line; std::getline(lines, line);) {
+    requests.push_back(line);
+  }
+  return requests;
+}
+
+bool contains(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
+int count_of(const std::string& text, const std::string& part) {
+  int count = 0;
+  for (size_t at = text.find(part); at != text.npos; at = text.find(part, at + part.size())) {
+    ++count;
+  }
+  return count;
+}
