@@ -47,7 +47,7 @@ int replace_field(std::string_view list, std::string_view field, int index, char
   std::string_view old;
   bool last = false;
   std::string_view before = list;
-  std::string_view after;
+  std::string_view after = "";
   size_t padding = 0;
   if (find_field(list, index, &old, &last)) {
     before = front_part(list, static_cast<size_t>(old.data() - list.data()));
