@@ -5,32 +5,81 @@
 
 #include "board.h"
 #include "report.h"
+#include "scenario.h"
 
 static void declare_run(CLI::App& app, args& a) {
   CLI::App* run = app.add_subcommand("run", "start a box and run COMMAND, or a shell, in it");
   run->footer("gwbox run [OPTIONS] -- COMMAND [ARG...]\nWithout a COMMAND: an interactive shell.");
-  run->add_option("--board", a.board, "the board: " + board_names())->capture_default_str();
+  run->add_option("--board", a.board, "the board: " + board_names() + " (" + BOARD_DEFAULT + ")");
+  run->add_option("--scenario", a.scenario, "what is around it: " + scenario_names() + " or a file")
+      ->capture_default_str();
+  run->add_option("--speed", a.speed, "how fast time runs in it, 0: not at all")
+      ->check(CLI::Range(0.0, 100000.0));
+  run->add_option("--name", a.name, "a name by which --box finds it");
   run->add_option("--log", a.log_file, "append the request journal to this file as well");
   run->add_flag_callback(
       "--no-portmap", [&a] { a.portmap = false; }, "start no portmapper");
+  run->add_flag("--companions", a.companions, "start HncInit and the HNC listener with the box");
+  run->add_flag("--cold", a.cold, "load no driver: no ra interface until a module is loaded");
   run->callback([&a] { a.command = ARGS_RUN; });
 }
 
 static void declare_fail(CLI::App& app, args& a) {
-  CLI::App* fail = app.add_subcommand("fail", "inside a box: make matching requests fail");
-  fail->footer("\"gwbox fail clear\" ends all failures.");
-  fail->add_option("WHAT", a.what, "request[:sub][@interface], such as 0x8BE1:0x069B@ra8")
-      ->required();
-  fail->add_option("HOW", a.how, "an errno name, such as EAGAIN, or delay=MILLISECONDS");
-  fail->add_option("COUNT", a.count, "how many requests")->check(CLI::Range(1, 1000000000));
+  CLI::App* fail = app.add_subcommand("fail", "make matching requests and system calls fail");
+  fail->fallthrough()->footer(
+      "WHAT: 0x8BE1:0x069B, survey, set@ra8, vlan, init_module; wrong ones get a list of names.\n"
+      "\"gwbox fail clear\" ends all failures.");
+  fail->add_option("WHAT", a.what, "request[:sub][@interface] or name[@interface]")->required();
+  fail->add_option("HOW", a.how,
+                   "an errno name, such as EAGAIN, or delay=MILLISECONDS, short=BYTES");
+  fail->add_option("COUNT", a.count, "how many times")->check(CLI::Range(1, 1000000000));
   fail->callback([&a] { a.command = ARGS_FAIL; });
 }
 
 static void declare_log(CLI::App& app, args& a) {
-  CLI::App* log = app.add_subcommand("log", "inside a box: print the request journal");
+  CLI::App* log = app.add_subcommand("log", "print the request journal");
+  log->fallthrough();
   log->add_flag("--follow", a.follow, "go on printing as requests come");
   log->add_flag("--json", a.json, "print the JSON lines as they are");
   log->callback([&a] { a.command = ARGS_LOG; });
+}
+
+static void declare_status(CLI::App& app, args& a) {
+  CLI::App* status = app.add_subcommand("status", "show what the radios beacon and who is there");
+  status->fallthrough();
+  status->add_flag("--json", a.json, "everything, as JSON");
+  status->callback([&a] { a.command = ARGS_STATUS; });
+}
+
+static void declare_set(CLI::App& app, args& a) {
+  CLI::App* set = app.add_subcommand("set", "change what is around the gateway");
+  set->fallthrough()->footer(
+      "gwbox set station MAC KEY=VALUE...      MAC need not be there yet\n"
+      "gwbox set station MAC gone\n"
+      "gwbox set neighbour BSSID KEY=VALUE...  and gone\n"
+      "gwbox set nonassoc MAC KEY=VALUE...     and gone\n"
+      "gwbox set bss N KEY=VALUE...            and gone\n"
+      "gwbox set radio ra0|ra8 KEY=VALUE...\n"
+      "gwbox set companion PATH VALUE\n"
+      "KEYs are those of the scenario (gwbox scenario show schema), with dots for what is deeper:\n"
+      "  gwbox set station 02:00:5e:00:00:01 rssi=[-70,-72] per_second.tx_bytes=1000\n"
+      "  gwbox set radio ra0 wps.outcome=failure\n"
+      "VALUEs are JSON or texts; \"gone\" takes a key away.");
+  set->add_option("WORDS", a.words, "KIND WHICH KEY=VALUE...")->required();
+  set->callback([&a] { a.command = ARGS_SET; });
+}
+
+static void declare_scenario(CLI::App& app, args& a) {
+  CLI::App* scenario = app.add_subcommand("scenario", "list, show and check scenarios");
+  scenario->require_subcommand(1);
+  CLI::App* list = scenario->add_subcommand("list", "the ones that ship");
+  list->callback([&a] { a.command = ARGS_SCENARIO_LIST; });
+  CLI::App* show = scenario->add_subcommand("show", "print one, or \"schema\"");
+  show->add_option("NAME", a.which)->required();
+  show->callback([&a] { a.command = ARGS_SCENARIO_SHOW; });
+  CLI::App* check = scenario->add_subcommand("check", "say what is wrong with a file");
+  check->add_option("FILE", a.which)->required();
+  check->callback([&a] { a.command = ARGS_SCENARIO_CHECK; });
 }
 
 // What follows "--" belongs to COMMAND and is never looked at.
@@ -46,14 +95,21 @@ static int split_payload(int argc, char** argv, args& a) {
 args args_read(int argc, char** argv) {
   args a = {};
   a.command = ARGS_DONE;
-  a.board = BOARD_DEFAULT;
+  a.scenario = SCENARIO_DEFAULT;
+  a.speed = -1;
   a.portmap = true;
   a.count = 1;
   CLI::App app("A simulated gateway in a sandbox: radios, driver, portmapper.", "gwbox");
   app.require_subcommand(1);
   declare_run(app, a);
+  app.add_option("--box", a.box,
+                 "which box, from outside: its name, or the process id of its "
+                 "gwbox run or of a process in it");
+  declare_status(app, a);
+  declare_set(app, a);
   declare_fail(app, a);
   declare_log(app, a);
+  declare_scenario(app, a);
   int own = split_payload(argc, argv, a);
   try {
     app.parse(own, argv);

@@ -4,24 +4,46 @@
 #include <string>
 #include <vector>
 
-enum args_command { ARGS_RUN, ARGS_FAIL, ARGS_LOG, ARGS_DONE };
+enum args_command {
+  ARGS_RUN,
+  ARGS_STATUS,
+  ARGS_SET,
+  ARGS_FAIL,
+  ARGS_LOG,
+  ARGS_SCENARIO_LIST,
+  ARGS_SCENARIO_SHOW,
+  ARGS_SCENARIO_CHECK,
+  ARGS_DONE
+};
 
 struct args {
   args_command command;
   int status;  // with ARGS_DONE: the exit status (help printed: 0, usage error reported: 2)
 
+  // all but run and scenario
+  std::string box;  // name or process id; empty: the one around
+
   // run
-  std::string board;
+  std::string board;     // empty: as the scenario says, else BOARD_DEFAULT
+  std::string scenario;  // name or file
+  double speed;          // below 0: as the scenario says
+  std::string name;      // empty: none
   std::string log_file;  // empty: none
   bool portmap;
+  bool companions;
+  bool cold;
   std::vector<std::string> payload;  // empty: an interactive shell
+
+  // set: the words as they are; scenario show and check: which one
+  std::vector<std::string> words;
+  std::string which;
 
   // fail
   std::string what;
   std::string how;  // empty with "fail clear"
   int count;
 
-  // log
+  // log, status
   bool follow;
   bool json;
 };

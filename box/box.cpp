@@ -15,9 +15,13 @@
 
 #include <vector>
 
+#include "around.h"
+#include "companions_start.h"
 #include "control.h"
 #include "files.h"
 #include "filter.h"
+#include "firmware.h"
+#include "kernel_files.h"
 #include "link.h"
 #include "net.h"
 #include "portmap.h"
@@ -35,6 +39,7 @@ struct box {
   int control;  // listening
   std::vector<int> clients;
   pid_t portmap;  // 0: none
+  companions_starting starting;
   pid_t payload;
   bool own_job;  // the payload is a process group that takes turns with gwbox at the terminal
   int status;    // what the box ends with, once ending
@@ -64,27 +69,36 @@ static bool open_signals(box& b) {
 }
 
 static bool open_trap(box& b, const box_plan& plan) {
-  driver_init(b.trap.driver, *plan.hardware);
+  driver_init(b.trap.driver, *plan.hardware, plan.around);
+  b.trap.driver.clock.start_us = plan.start_us;
+  b.trap.modules.hardware = plan.hardware;
+  vlan_init(b.trap.vlans);
   b.trap.socket = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
   if (b.trap.socket < 0) return report_errno(nullptr, "open a socket");
-  if (!journal_open(b.trap.log, plan.log_fd, plan.start_us)) return false;
+  b.trap.links = links_open();
+  if (b.trap.links < 0 || !journal_open(b.trap.log, plan.log_fd, plan.start_us)) return false;
   b.trap.listener = filter_install({plan.sandbox.user_namespace});
   return b.trap.listener >= 0;
 }
 
-// The portmapper starts up while the radios are made.
+// The portmapper and the companions start up while the radios are made.
 static bool start_services(box& b, const box_plan& plan) {
-  if (!net_start()) return false;
+  if (!net_start() || !profiles_install(*plan.hardware)) return false;
   b.portmap = plan.portmap ? portmap_start() : 0;
-  if (b.portmap < 0 || !net_make_radios(*plan.hardware) || !profiles_install(*plan.hardware)) {
-    return false;
-  }
-  return b.portmap == 0 || portmap_await(b.portmap);
+  if (b.portmap < 0 || (plan.companions && !companions_start(b.starting))) return false;
+  if (!plan.cold && !trap_load_modules(b.trap)) return false;
+  if (b.portmap != 0 && !portmap_await(b.portmap)) return false;
+  return !plan.companions || companions_await(b.starting);
 }
 
 static bool build(box& b, const box_plan& plan) {
   if (plan.sandbox.user_namespace && !map_ids(plan)) return false;
-  if (!sandbox_enter(plan.sandbox) || !open_signals(b) || !open_trap(b, plan)) return false;
+  if (!sandbox_enter(plan.sandbox) || !firmware_install() || !kernel_files_install(b.trap.sysfs)) {
+    return false;
+  }
+  if (!companions_tell_start(plan.start_us) || !open_signals(b) || !open_trap(b, plan))
+    return false;
+  if (!around_publish(plan.around)) return false;
   b.control = control_listen();
   if (b.control < 0 || !start_services(b, plan)) return false;
   b.payload = payload_start(plan.payload);
@@ -158,30 +172,38 @@ static void take_control(box& b) {
   if (client >= 0) b.clients.push_back(client);
 }
 
+// Of two waiting times, -1 meaning for ever.
+static int sooner(int a, int b) {
+  if (a < 0 || b < 0) return a < 0 ? b : a;
+  return a < b ? a : b;
+}
+
 // Milliseconds that the loop may sleep, -1: for ever.
 static int next_timeout(box& b) {
-  int timeout = trap_run_delayed(b.trap);
+  around_go_on(b.trap.driver);
+  int timeout = sooner(trap_run_delayed(b.trap), around_timeout_ms(b.trap.driver));
   if (!b.ending) return timeout;
   int64_t left = (b.give_up_us - journal_now_us() + 999) / 1000;
   int grace = left < 0 ? 0 : static_cast<int>(left);
-  return timeout < 0 || grace < timeout ? grace : timeout;
+  return sooner(timeout, grace);
 }
 
 static void serve_once(box& b) {
-  std::vector<pollfd> watched = {{b.trap.listener, POLLIN, 0},
-                                 {b.signals, POLLIN, 0},
-                                 {b.control, POLLIN, 0},
-                                 {b.link, POLLIN, 0}};
+  std::vector<pollfd> watched = {{b.trap.listener, POLLIN, 0}, {b.signals, POLLIN, 0},
+                                 {b.control, POLLIN, 0},       {b.link, POLLIN, 0},
+                                 {b.trap.links, POLLIN, 0},    {b.trap.sysfs.notify, POLLIN, 0}};
+  size_t fixed = watched.size();
   for (int client : b.clients)
     watched.push_back({client, POLLIN, 0});
   size_t clients = b.clients.size();
   if (poll(watched.data(), watched.size(), next_timeout(b)) < 0) return;
   if (watched[0].revents) trap_take(b.trap);
+  if (watched[4].revents || watched[5].revents) trap_catch_up(b.trap);
   if (watched[1].revents) take_signals(b);
   if (watched[3].revents) take_link(b);
   for (size_t i = clients; i-- > 0;) {
-    if (!watched[4 + i].revents) continue;
-    control_serve(b.clients[i], b.trap.faults);
+    if (!watched[fixed + i].revents) continue;
+    control_serve(b.clients[i], b.trap);
     b.clients.erase(b.clients.begin() + static_cast<ptrdiff_t>(i));
   }
   if (watched[2].revents) take_control(b);

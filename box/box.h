@@ -8,16 +8,20 @@
 #include "board.h"
 #include "payload.h"
 #include "sandbox.h"
+#include "scenario.h"
 
 struct box_plan {
   const board* hardware;
+  scenario around;
   sandbox_plan sandbox;
   payload_plan payload;
   uid_t uid;  // of whoever started the box
   gid_t gid;
   bool portmap;
-  int log_fd;  // journal outside, or -1
-  int link;    // to the process outside, see link.h
+  bool companions;  // HncInit and the HNC listener run from the start
+  bool cold;        // no driver is loaded at the start
+  int log_fd;       // journal outside, or -1
+  int link;         // to the process outside, see link.h
   int64_t start_us;
 };
 

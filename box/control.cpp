@@ -1,30 +1,36 @@
 #include "control.h"
 
 #include <errno.h>
-#include <stdio.h>
+#include <stdlib.h>
 #include <string.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
+#include "around.h"
+#include "reach.h"
 #include "report.h"
+#include "status.h"
 
-static constexpr size_t MESSAGE_MAX = 512;
+static constexpr size_t MESSAGE_MAX = 200000;  // what a socket of this kind takes at once
 static constexpr int BACKLOG = 16;
 
-static sockaddr_un control_address() {
-  sockaddr_un address = {};
+static bool control_address(const std::string& root, sockaddr_un& address) {
+  std::string path = root + CONTROL_PATH;
+  address = {};
   address.sun_family = AF_UNIX;
-  strcpy(address.sun_path, CONTROL_PATH);
-  return address;
+  if (path.size() >= sizeof address.sun_path) return false;
+  strcpy(address.sun_path, path.c_str());
+  return true;
 }
 
 // Everybody in the box may use it: a box has no users to protect from each other.
 int control_listen() {
-  sockaddr_un address = control_address();
+  sockaddr_un address;
   int fd = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
-  if (fd >= 0 && bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
+  if (fd >= 0 && control_address("", address) &&
+      bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
       chmod(CONTROL_PATH, 0666) == 0 && listen(fd, BACKLOG) == 0) {
     return fd;
   }
@@ -37,64 +43,119 @@ int control_accept(int listener) {
   return accept4(listener, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
 }
 
-// WHAT and HOW contain no blanks; fields beyond them do not matter to an old message.
-static std::string act(const char* message, std::vector<fault_rule>& faults) {
-  char what[MESSAGE_MAX] = "", how[MESSAGE_MAX] = "";
-  int count = 0;
-  if (strcmp(message, "fail clear") == 0) {
+static std::vector<std::string> split(const std::string& message) {
+  std::vector<std::string> words(1);
+  for (char c : message) {
+    if (c == CONTROL_BREAK) {
+      words.emplace_back();
+    } else {
+      words.back() += c;
+    }
+  }
+  return words;
+}
+
+static std::string do_fail(const std::vector<std::string>& words, std::vector<fault_rule>& faults) {
+  if (words.size() == 2 && words[1] == "clear") {
     faults.clear();
     return "ok";
   }
-  if (sscanf(message, "fail %511s %511s %d", what, how, &count) != 3 || count < 1) {
-    return "unknown message";
-  }
+  int count = words.size() == 4 ? atoi(words[3].c_str()) : 0;
+  if (count < 1) return "unknown message";
   fault_rule rule;
   std::string wrong;
-  if (!fault_parse(what, how, count, rule, wrong)) return wrong;
+  if (!fault_parse(words[1], words[2], count, rule, wrong)) return wrong;
   faults.push_back(rule);
   return "ok";
 }
 
-void control_serve(int client, std::vector<fault_rule>& faults) {
-  char message[MESSAGE_MAX] = "";
-  if (recv(client, message, sizeof message - 1, 0) > 0) {
-    std::string answer = act(message, faults);
+static std::string do_set(std::vector<std::string> words, driver_state& driver) {
+  words.erase(words.begin());
+  scenario changed = driver.around;
+  std::string wrong;
+  if (!scenario_edit(changed, words, wrong)) return wrong;
+  driver_take_scenario(driver, changed, driver_now_us(driver));
+  return around_publish(changed) ? "ok" : "the scenario could not be written";
+}
+
+static std::string act(const std::string& message, trap_state& trap) {
+  std::vector<std::string> words = split(message);
+  if (words[0] == "fail") return do_fail(words, trap.faults);
+  if (words[0] == "set") return do_set(words, trap.driver);
+  if (words[0] == "status") return std::string("ok") + CONTROL_BREAK + status_json(trap);
+  return "unknown message";
+}
+
+void control_serve(int client, trap_state& trap) {
+  std::string message(MESSAGE_MAX, '\0');
+  ssize_t got = recv(client, message.data(), message.size(), 0);
+  if (got > 0) {
+    trap_catch_up(trap);
+    around_go_on(trap.driver);
+    message.resize(static_cast<size_t>(got));
+    std::string answer = act(message, trap);
     (void)send(client, answer.data(), answer.size(), MSG_NOSIGNAL);
   }
   close(client);
 }
 
-static bool exchange(const std::string& message, std::string& answer) {
-  sockaddr_un address = control_address();
-  char text[MESSAGE_MAX];
+static bool exchange(const std::string& root, const std::string& message, std::string& answer) {
+  sockaddr_un address;
   int fd = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
-  bool connected =
-      fd >= 0 && connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
+  bool connected = fd >= 0 && control_address(root, address) &&
+                   connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
   if (!connected) {
-    report_errno("there is one inside a box only: gwbox run", "reach the box at %s", CONTROL_PATH);
+    report_errno("inside a box, or with --box from outside", "reach the box at %s%s", root.c_str(),
+                 CONTROL_PATH);
   }
   ssize_t got = -1;
   if (connected && send(fd, message.data(), message.size(), MSG_NOSIGNAL) > 0) {
-    got = recv(fd, text, sizeof text, 0);
-    if (got > 0) answer.assign(text, static_cast<size_t>(got));
-    if (got <= 0) report("the box did not answer");
+    answer.resize(MESSAGE_MAX);
+    got = recv(fd, answer.data(), answer.size(), 0);
+    answer.resize(got > 0 ? static_cast<size_t>(got) : 0);
   }
+  if (connected && got <= 0) report("the box did not answer");
   if (fd >= 0) close(fd);
   return got > 0;
 }
 
-int control_fail(const std::string& what, const std::string& how, int count) {
-  std::string message = "fail clear", wrong, answer;
+bool control_ask(const std::string& box, const std::vector<std::string>& words,
+                 std::string& answer) {
+  std::string root, message;
+  for (const std::string& word : words)
+    message += (message.empty() ? "" : std::string(1, CONTROL_BREAK)) + word;
+  if (message.size() >= MESSAGE_MAX) {
+    report("that is too long for a box");
+    return false;
+  }
+  if (!reach_root(box, root) || !exchange(root, message, answer)) return false;
+  std::string good = std::string("ok") + CONTROL_BREAK;
+  if (answer == "ok" || answer.starts_with(good)) {
+    answer.erase(0, good.size());
+    return true;
+  }
+  report("%s", answer.c_str());
+  return false;
+}
+
+int control_fail(const std::string& box, const std::string& what, const std::string& how,
+                 int count) {
+  std::vector<std::string> words = {"fail", "clear"};
+  std::string wrong, answer;
   fault_rule rule;
   if (what != "clear" || !how.empty()) {
     if (!fault_parse(what, how, count, rule, wrong)) {
       report("%s", wrong.c_str());
       return EXIT_USAGE;
     }
-    message = "fail " + what + " " + how + " " + std::to_string(count);
+    words = {"fail", what, how, std::to_string(count)};
   }
-  if (!exchange(message, answer)) return 1;
-  if (answer == "ok") return 0;
-  report("%s", answer.c_str());
-  return EXIT_USAGE;
+  return control_ask(box, words, answer) ? 0 : 1;
+}
+
+int control_set(const std::string& box, const std::vector<std::string>& words) {
+  std::vector<std::string> message = {"set"};
+  message.insert(message.end(), words.begin(), words.end());
+  std::string answer;
+  return control_ask(box, message, answer) ? 0 : EXIT_USAGE;
 }

@@ -1,15 +1,17 @@
-// The control socket of a box, through which commands inside it speak to its first process.
+// The control socket of a box, through which commands speak to its first process.
 //
-// One message each way: "fail WHAT HOW COUNT" or "fail clear" is answered with "ok" or with what
-// was wrong.
+// One message each way. A message is words with CONTROL_BREAK between them: "fail WHAT HOW COUNT",
+// "fail clear", "set WORD...", "status". The answer is "ok", with a break and more behind it where
+// there is more, or what was wrong.
 #pragma once
 
 #include <string>
 #include <vector>
 
-#include "faults.h"
+#include "trap.h"
 
 constexpr const char* CONTROL_PATH = "/run/gwbox/control";  // inside the box
+constexpr char CONTROL_BREAK = '\x1f';
 
 // Server side. Returns the listening descriptor, or -1 after a report.
 [[nodiscard]] int control_listen();
@@ -17,8 +19,17 @@ constexpr const char* CONTROL_PATH = "/run/gwbox/control";  // inside the box
 // Accepts one client of LISTENER; its descriptor, or -1 when there is none after all.
 int control_accept(int listener);
 
-// Reads the client's message, acts on FAULTS, answers and closes CLIENT.
-void control_serve(int client, std::vector<fault_rule>& faults);
+// Reads the client's message, does what it asks, answers and closes CLIENT.
+void control_serve(int client, trap_state& trap);
 
-// Client side: `gwbox fail`. HOW empty: WHAT must be "clear". Returns the exit status.
-int control_fail(const std::string& what, const std::string& how, int count);
+// Client side. BOX as for reach_root. Sends the words and gets what follows the "ok"; reports
+// anything else and returns false.
+[[nodiscard]] bool control_ask(const std::string& box, const std::vector<std::string>& words,
+                               std::string& answer);
+
+// `gwbox fail`. HOW empty: WHAT must be "clear". Returns the exit status.
+int control_fail(const std::string& box, const std::string& what, const std::string& how,
+                 int count);
+
+// `gwbox set`.
+int control_set(const std::string& box, const std::vector<std::string>& words);

@@ -1,7 +1,12 @@
+// Requests by their numbers, and what all of them share.
 #include "driver.h"
 
 #include <errno.h>
 #include <string.h>
+
+#include "driver_layout.h"
+#include "driver_parts.h"
+#include "journal.h"
 
 // One entry of the list of private requests, as every tool that asks for it expects it.
 struct private_entry {
@@ -16,67 +21,11 @@ static constexpr uint16_t ARGUMENT_TEXT = 0x2000;
 
 static constexpr private_entry PRIVATE_ENTRIES[] = {
     {DRIVER_SET_TEXT, ARGUMENT_TEXT | DRIVER_TEXT_MAX, 0, "set"},
+    {DRIVER_E2P, ARGUMENT_TEXT | DRIVER_TEXT_MAX, ARGUMENT_TEXT | DRIVER_TEXT_MAX, "e2p"},
 };
-
-// An object of DRIVER_OBJECT. A null handler means that the object cannot be queried or set.
-struct object_row {
-  uint16_t sub;
-  uint16_t minimum;  // a query that announces less is refused with EMSGSIZE
-  int (*query)(driver_state&, driver_request&);
-  int (*set)(driver_state&, driver_request&);
-};
-
-struct request_row {
-  uint32_t request;
-  const char* name;
-  const char* set_name;  // when the flags say that it is a set; null: no such distinction
-  bool carries_input;    // without regard to the flags
-  int (*handle)(driver_state&, driver_request&);
-};
-
-// Callers announce what they have room for, which may be less than the whole record.
-static void answer(driver_request& r, const void* record, size_t size) {
-  size_t fitting = size < r.length ? size : r.length;
-  r.output.assign(static_cast<const char*>(record), fitting);
-  r.has_answer_length = true;
-  r.answer_length = static_cast<uint16_t>(fitting);
-}
-
-static int query_operating_class(driver_state&, driver_request& r) {
-  uint32_t operating_class = r.bss < BOARD_FIRST_5GHZ ? 81 : 115;
-  answer(r, &operating_class, sizeof operating_class);
-  return 0;
-}
-
-static int query_wps_status(driver_state& state, driver_request& r) {
-  answer(r, &state.bss[r.bss].wps_status, sizeof state.bss[r.bss].wps_status);
-  return 0;
-}
-
-// The class is asked for with a byte less than its four announced; it never needs the last one.
-static constexpr object_row OBJECTS[] = {
-    {0x06B2, 3, query_operating_class, nullptr},
-    {0x0751, 4, query_wps_status, nullptr},
-};
-
-static const object_row* find_object(uint16_t sub) {
-  for (const object_row& row : OBJECTS) {
-    if (row.sub == sub) return &row;
-  }
-  return nullptr;
-}
-
-static int handle_object(driver_state& state, driver_request& r) {
-  const object_row* row = find_object(r.flags & ~DRIVER_SET_FLAG);
-  if (!row) return -EOPNOTSUPP;
-  if (r.flags & DRIVER_SET_FLAG) return row->set ? row->set(state, r) : -EOPNOTSUPP;
-  if (!row->query) return -EOPNOTSUPP;
-  if (r.length < row->minimum) return -EMSGSIZE;
-  return row->query(state, r);
-}
 
 // The list is all or nothing: whoever has too little room learns how much is needed.
-static int handle_get_priv(driver_state&, driver_request& r) {
+static int query_private(driver_state&, driver_request& r) {
   constexpr uint16_t COUNT = sizeof PRIVATE_ENTRIES / sizeof *PRIVATE_ENTRIES;
   r.has_answer_length = true;
   r.answer_length = COUNT;
@@ -85,19 +34,28 @@ static int handle_get_priv(driver_state&, driver_request& r) {
   return 0;
 }
 
-static int handle_set_text(driver_state& state, driver_request& r) {
-  if (r.length > DRIVER_TEXT_MAX) return -E2BIG;
-  std::string text(r.input.c_str());  // ends at the terminator, which some callers leave out
-  size_t equals = text.find('=');
-  if (equals == std::string::npos || equals == 0) return -EINVAL;
-  state.bss[r.bss].settings[text.substr(0, equals)] = text.substr(equals + 1);
-  return 0;
-}
+struct request_row {
+  uint32_t request;
+  const char* name;
+  const char* set_name;  // when the flags say that it is a set; null: no such distinction
+  bool carries_input;    // without regard to the flags
+  bool needs_radio;      // ENETDOWN while the radio is down
+  int (*handle)(driver_state&, driver_request&);
+};
 
 static constexpr request_row REQUESTS[] = {
-    {DRIVER_GET_PRIV, "get_priv", nullptr, false, handle_get_priv},
-    {DRIVER_OBJECT, "query", "object_set", false, handle_object},
-    {DRIVER_SET_TEXT, "set", nullptr, true, handle_set_text},
+    {0x8B01, "get_name", nullptr, false, false, driver_query_name},
+    {0x8B05, "get_frequency", nullptr, false, true, driver_query_frequency},
+    {0x8B07, "get_mode", nullptr, false, false, driver_query_mode},
+    {0x8B0B, "get_range", nullptr, false, false, driver_query_range},
+    {DRIVER_GET_PRIV, "get_priv", nullptr, false, false, query_private},
+    {0x8B15, "get_address", nullptr, false, true, driver_query_address},
+    {0x8B1B, "get_essid", nullptr, false, true, driver_query_essid},
+    {0x8B21, "get_rate", nullptr, false, true, driver_query_rate},
+    {DRIVER_OBJECT, "query", "object_set", false, false, driver_do_object},
+    {DRIVER_SET_TEXT, "set", nullptr, true, false, driver_do_text},
+    {DRIVER_E2P, "e2p", nullptr, true, false, driver_do_e2p},
+    {DRIVER_STATIONS, "stations", nullptr, false, true, driver_query_stations},
 };
 
 static const request_row* find_request(uint32_t request) {
@@ -111,11 +69,6 @@ static bool is_flagged_set(const request_row& row, uint16_t flags) {
   return row.set_name && (flags & DRIVER_SET_FLAG);
 }
 
-void driver_init(driver_state& state, const board& hardware) {
-  state = {};
-  state.hardware = &hardware;
-}
-
 int driver_interface_number(const char* name) {
   if (strncmp(name, "ra", 2) != 0) return -1;
   for (int number = 0; number < BOARD_MAX_INTERFACES; number++) {
@@ -127,7 +80,13 @@ int driver_interface_number(const char* name) {
 size_t driver_input_size(uint32_t request, uint16_t flags, uint16_t length) {
   const request_row* row = find_request(request);
   if (!row) return 0;
-  return row->carries_input || is_flagged_set(*row, flags) ? length : 0;
+  if (row->carries_input || is_flagged_set(*row, flags)) return length;
+  return request == DRIVER_OBJECT && driver_object_carries(flags, length) ? length : 0;
+}
+
+size_t driver_room(uint32_t request, uint16_t length) {
+  if (request == DRIVER_GET_PRIV) return length * sizeof(private_entry);
+  return request == DRIVER_E2P ? DRIVER_TEXT_MAX : length;
 }
 
 bool driver_has_sub(uint32_t request) {
@@ -141,7 +100,78 @@ const char* driver_request_name(uint32_t request, uint16_t flags) {
   return is_flagged_set(*row, flags) ? row->set_name : row->name;
 }
 
+bool driver_find_name(const std::string& name, uint32_t& request, bool& has_sub, uint16_t& sub) {
+  for (const request_row& row : REQUESTS) {
+    if (name != row.name) continue;
+    request = row.request;
+    return true;
+  }
+  for (const auto& [number, object] : driver_objects()) {
+    if (name != object) continue;
+    request = DRIVER_OBJECT;
+    has_sub = true;
+    sub = number;
+    return true;
+  }
+  return false;
+}
+
+std::vector<std::string> driver_names() {
+  std::vector<std::string> names;
+  for (const request_row& row : REQUESTS)
+    names.push_back(row.name);
+  for (const auto& object : driver_objects())
+    names.push_back(object.second);
+  return names;
+}
+
+int driver_answer(driver_request& r, const void* record, size_t size, size_t used) {
+  size_t needed = used < size ? used : size - 1;
+  if (size <= 2) needed = 1;
+  if (r.length < needed) return -EMSGSIZE;
+  size_t fitting = size < r.length ? size : r.length;
+  r.output.assign(static_cast<const char*>(record), fitting);
+  r.has_answer_length = true;
+  r.answer_length = static_cast<uint16_t>(fitting);
+  return 0;
+}
+
+void driver_answer_frame(driver_request& r, const void* record, size_t size) {
+  r.frame.assign(static_cast<const char*>(record), size);
+}
+
+int driver_take(const driver_request& r, void* record, size_t size) {
+  if (r.input.size() < size) return -EMSGSIZE;
+  memcpy(record, r.input.data(), size);
+  return 0;
+}
+
+void driver_decode(driver_request& r, const char* name, const std::string& value) {
+  r.decoded.emplace_back(name, value);
+}
+
+std::string driver_field(const std::string& list, int index) {
+  size_t start = 0;
+  for (int i = 0; i < index; i++) {
+    start = list.find(';', start);
+    if (start == std::string::npos) return "";
+    start++;
+  }
+  return list.substr(start, list.find(';', start) - start);
+}
+
+bool driver_is_dual_band_chip(const driver_state& state) {
+  return strcmp(state.hardware->name, "mt7615") == 0;
+}
+
+int64_t driver_now_us(const driver_state& state) {
+  return clock_box_us(state.clock, journal_now_us());
+}
+
 int driver_handle(driver_state& state, driver_request& request) {
   const request_row* row = find_request(request.request);
-  return row ? row->handle(state, request) : -EOPNOTSUPP;
+  if (!row) return -EOPNOTSUPP;
+  driver_advance(state, request.now_us);
+  if (row->needs_radio && !driver_radio_up(state, driver_radio_of(request.bss))) return -ENETDOWN;
+  return row->handle(state, request);
 }

@@ -5,6 +5,8 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include "driver.h"
+
 static constexpr int HIGHEST_ERRNO = 4095;
 static constexpr int LONGEST_DELAY_MS = 600000;
 
@@ -25,6 +27,28 @@ static int errno_of(const std::string& name) {
   return 0;
 }
 
+struct fault_name {
+  const char* name;
+  uint32_t request;
+};
+
+// What is trapped besides the driver's own requests.
+static constexpr fault_name CALLS[] = {
+    {"init_module", FAULT_INIT_MODULE},
+    {"finit_module", FAULT_FINIT_MODULE},
+    {"delete_module", FAULT_DELETE_MODULE},
+    {"vlan", FAULT_VLAN},
+};
+
+static bool parse_name(const std::string& name, fault_rule& rule) {
+  for (const fault_name& call : CALLS) {
+    if (name != call.name) continue;
+    rule.request = call.request;
+    return true;
+  }
+  return driver_find_name(name, rule.request, rule.has_sub, rule.sub);
+}
+
 static bool parse_what(const std::string& what, fault_rule& rule) {
   std::string request = what;
   if (size_t at = request.find('@'); at != std::string::npos) {
@@ -32,6 +56,7 @@ static bool parse_what(const std::string& what, fault_rule& rule) {
     request.resize(at);
     if (rule.interface.empty()) return false;
   }
+  if (parse_name(request, rule)) return true;
   unsigned long number = 0;
   if (size_t colon = request.find(':'); colon != std::string::npos) {
     if (!parse_number(request.substr(colon + 1), 0x7FFF, number)) return false;
@@ -45,14 +70,29 @@ static bool parse_what(const std::string& what, fault_rule& rule) {
 }
 
 static bool parse_how(const std::string& how, fault_rule& rule) {
-  unsigned long delay = 0;
+  unsigned long number = 0;
   if (how.starts_with("delay=")) {
-    if (!parse_number(how.substr(strlen("delay=")), LONGEST_DELAY_MS, delay)) return false;
-    rule.delay_ms = static_cast<int>(delay);
+    if (!parse_number(how.substr(strlen("delay=")), LONGEST_DELAY_MS, number)) return false;
+    rule.delay_ms = static_cast<int>(number);
+    return true;
+  }
+  if (how.starts_with("short=")) {
+    if (!parse_number(how.substr(strlen("short=")), UINT16_MAX, number)) return false;
+    rule.is_short = true;
+    rule.short_bytes = static_cast<int>(number);
     return true;
   }
   rule.error = errno_of(how);
   return rule.error != 0;
+}
+
+static std::string known_names() {
+  std::string names;
+  for (const fault_name& call : CALLS)
+    names += std::string(names.empty() ? "" : ", ") + call.name;
+  for (const std::string& name : driver_names())
+    names += ", " + name;
+  return names;
 }
 
 bool fault_parse(const std::string& what, const std::string& how, int count, fault_rule& rule,
@@ -60,11 +100,13 @@ bool fault_parse(const std::string& what, const std::string& how, int count, fau
   rule = {};
   rule.left = count;
   if (!parse_what(what, rule)) {
-    wrong = "\"" + what + "\" is no request: expected such as 0x8BE1, 0x8BE1:0x069B or 0x8BE2@ra8";
+    wrong = "\"" + what + "\" is no request: expected such as 0x8BE1:0x069B or 0x8BE2@ra8, or of " +
+            known_names();
     return false;
   }
   if (!parse_how(how, rule)) {
-    wrong = "\"" + how + "\" is no failure: expected an errno name such as EAGAIN, or delay=MS";
+    wrong = "\"" + how + "\" is no failure: expected an errno name such as EAGAIN, delay=MS or " +
+            "short=BYTES";
     return false;
   }
   return true;

@@ -1,7 +1,9 @@
-// Faults injected by `gwbox fail`: rules that make matching requests fail or wait.
+// Faults injected by `gwbox fail`: rules that make matching requests and system calls fail, answer
+// short or wait.
 //
-// WHAT is request[:sub][@interface]: "0x8BE1", "0x8BE1:0x069B", "0x8BE2@ra8".
-// HOW is the name of an errno, "EAGAIN", or "delay=MILLISECONDS".
+// WHAT is request[:sub][@interface]: "0x8BE1", "0x8BE1:0x069B", "0x8BE2@ra8"; or a name, with or
+// without @interface: "set", "survey@ra8", "vlan", "init_module".
+// HOW is the name of an errno, "EAGAIN", or "delay=MILLISECONDS", or "short=BYTES".
 #pragma once
 
 #include <stdint.h>
@@ -9,13 +11,21 @@
 #include <string>
 #include <vector>
 
+// Trapped calls that are no ioctl stand among the requests under numbers of their own.
+constexpr uint32_t FAULT_INIT_MODULE = 0x10000001;
+constexpr uint32_t FAULT_FINIT_MODULE = 0x10000002;
+constexpr uint32_t FAULT_DELETE_MODULE = 0x10000003;
+constexpr uint32_t FAULT_VLAN = 0x8983;  // the VLAN request
+
 struct fault_rule {
   uint32_t request;
   bool has_sub;
   uint16_t sub;
   std::string interface;  // empty: any
-  int error;              // positive errno; 0: only delayed
+  int error;              // positive errno; 0: none
   int delay_ms;
+  bool is_short;  // the answer is cut to short_bytes, as is the length that the caller is told
+  int short_bytes;
   int left;  // how many requests it still applies to
 };
 

@@ -30,7 +30,7 @@ static constexpr uint32_t VLAN_REQUEST = 0x8983;
 enum filter_action {
   FILTER_IOCTL,      // trapped when its request is one of the above
   FILTER_SETGROUPS,  // answered 0 when the options say so
-  FILTER_MODULE,     // loading and unloading a driver: passed on to the kernel so far
+  FILTER_MODULE,     // loading and unloading a driver: always trapped
 };
 
 // Numbers per architecture: a 32-bit program's calls have numbers of their own.
@@ -87,6 +87,7 @@ static program action_part(filter_action action, const filter_options& options) 
       if (options.answer_setgroups) end(p, SECCOMP_RET_ERRNO | 0);
       return p;
     case FILTER_MODULE:
+      end(p, SECCOMP_RET_USER_NOTIF);
       return p;
   }
   return p;

@@ -80,11 +80,16 @@ std::string journal_line(const journal_entry& entry, uint64_t sequence, int64_t 
            static_cast<long long>(time_us % 1000000), entry.pid);
   std::string line = head;
   append_member(line, "comm", entry.comm);
-  append_member(line, "interface", entry.interface);
-  append_member(line, "request", hex(entry.request));
+  if (entry.request != 0 || !entry.interface.empty()) {
+    append_member(line, "interface", entry.interface);
+  }
+  if (entry.request != 0) append_member(line, "request", hex(entry.request));
   append_member(line, "name", entry.name);
   if (entry.has_sub) append_member(line, "sub", hex(entry.sub));
+  if (entry.object) append_member(line, "object", entry.object);
   append_number(line, "length", entry.length);
+  for (const auto& [name, value] : entry.decoded)
+    append_member(line, name.c_str(), value);
   if (entry.has_text) append_text(line, entry.text);
   append_number(line, "result", entry.result);
   if (entry.result < 0) {

@@ -4,15 +4,23 @@
 //   {"seq":1,"time":0.012345,"pid":7,"comm":"iwpriv","interface":"ra0","request":"0x8BE2",
 //    "name":"set","length":12,"text":"LEDEnable=1","result":0}
 //
-// "sub" is there for requests that carry one, "text" for text sets ("text_hex" besides, when its
-// bytes are not UTF-8), "error" (the errno's name) with a result below 0, "injected" and
-// "delay_ms" when `gwbox fail` had its hand in it.
+// "sub" is there for requests that carry one, and "object", its name, where it has one; "text" for
+// text sets ("text_hex" besides, when its bytes are not UTF-8), "error" (the errno's name) with a
+// result below 0, "injected" and "delay_ms" when `gwbox fail` had its hand in it. What else was
+// carried follows by its own names, always as texts.
+//
+// Module calls are named init_module, finit_module and delete_module and have "module" and
+// "params". A VLAN request has "command", "device" and "id". Writes to the files of /sys and /proc
+// that a box makes new are named sysfs and procfs and have "path" and "text", and no caller. These
+// lines have no "interface" and no "request" where there is none.
 #pragma once
 
 #include <stdint.h>
 #include <sys/types.h>
 
 #include <string>
+#include <utility>
+#include <vector>
 
 constexpr const char* JOURNAL_PATH = "/run/gwbox/journal.jsonl";  // inside the box
 
@@ -26,15 +34,17 @@ struct journal {
 struct journal_entry {
   pid_t pid;  // the process, not the thread
   std::string comm;
-  std::string interface;
-  uint32_t request;
+  std::string interface;  // empty: none
+  uint32_t request;       // 0: none
   const char* name;
   bool has_sub;
   uint16_t sub;
-  uint16_t length;  // as announced by the caller
+  const char* object;  // what the sub-command is called; null: nobody knows it
+  uint16_t length;     // as announced by the caller
   bool has_text;
   std::string text;
-  int result;  // 0 or a negative errno
+  std::vector<std::pair<std::string, std::string>> decoded;  // what else was carried
+  int result;                                                // 0 or a negative errno
   bool injected;
   int delay_ms;
 };

@@ -6,38 +6,60 @@
 #include <sys/inotify.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <string>
 
 #include "journal.h"
+#include "reach.h"
 #include "report.h"
 
-using nlohmann::json;
+using json = nlohmann::ordered_json;
+
+// Members that have a place of their own in a readable line; the others stand as name=value.
+static constexpr const char* PLACED[] = {
+    "seq",    "time", "pid",      "comm",   "interface", "request",  "name",     "sub",
+    "object", "text", "text_hex", "length", "result",    "injected", "delay_ms", "error"};
+
+static bool is_placed(const std::string& name) {
+  return std::find(std::begin(PLACED), std::end(PLACED), name) != std::end(PLACED);
+}
+
+static std::string text_of(const json& entry, const char* name) {
+  return entry.value(name, std::string());
+}
+
+// "query survey [13163]", "set SSID=attic", "steer mac=... action=2", "vlan device=eth0".
+static std::string what_was_asked(const json& entry) {
+  std::string text = text_of(entry, "name");
+  if (text == "unknown") text += " " + text_of(entry, "request");
+  if (entry.contains("object")) text += " " + text_of(entry, "object");
+  if (entry.contains("sub")) {
+    if (!entry.contains("object")) text += " " + text_of(entry, "sub");
+    text += " [" + std::to_string(entry.value("length", 0)) + "]";
+  }
+  if (entry.contains("text")) text += " " + text_of(entry, "text");
+  for (const auto& [name, value] : entry.items()) {
+    if (!is_placed(name) && value.is_string()) text += " " + name + "=" + value.get<std::string>();
+  }
+  return text;
+}
 
 // "  0.012345 ra0 set LEDEnable=1 -> ok  (iwpriv[7])"
 static std::string readable(const std::string& line) {
   json entry = json::parse(line, nullptr, false);
   if (!entry.is_object()) return line;
-  auto text_of = [&](const char* name) { return entry.value(name, std::string()); };
-  auto number_of = [&](const char* name) { return std::to_string(entry.value(name, 0)); };
   char time[32];
   snprintf(time, sizeof time, "%10.6f ", entry.value("time", 0.0));
-  std::string text = time;
-  text.append(text_of("interface")).append(" ").append(text_of("name"));
-  if (text_of("name") == "unknown") text.append(" ").append(text_of("request"));
-  if (entry.contains("sub")) {
-    text.append(" ").append(text_of("sub")).append(" [").append(number_of("length")).append("]");
+  std::string text = time, interface = text_of(entry, "interface");
+  text += (interface.empty() ? "" : interface + " ") + what_was_asked(entry);
+  text += " -> " + (entry.contains("error") ? text_of(entry, "error") : "ok");
+  if (entry.value("injected", false)) text += " (injected)";
+  if (entry.contains("delay_ms")) {
+    text += " after " + std::to_string(entry.value("delay_ms", 0)) + " ms";
   }
-  if (entry.contains("text")) text.append(" ").append(text_of("text"));
-  text.append(" -> ").append(entry.contains("error") ? text_of("error") : "ok");
-  if (entry.value("injected", false)) text.append(" (injected)");
-  if (entry.contains("delay_ms"))
-    text.append(" after ").append(number_of("delay_ms")).append(" ms");
-  return text.append("  (")
-      .append(text_of("comm"))
-      .append("[")
-      .append(number_of("pid"))
-      .append("])");
+  if (text_of(entry, "comm").empty()) return text;
+  return text + "  (" + text_of(entry, "comm") + "[" + std::to_string(entry.value("pid", 0)) + "])";
 }
 
 // Control bytes of a caller's text must not reach the terminal.
@@ -74,10 +96,13 @@ static int follow_journal(int fd, int watch, bool as_json) {
   return 1;
 }
 
-int log_print(bool follow, bool as_json) {
-  int fd = open(JOURNAL_PATH, O_RDONLY | O_CLOEXEC);
+int log_print(const std::string& box, bool follow, bool as_json) {
+  std::string root;
+  if (!reach_root(box, root)) return 1;
+  std::string path = root + JOURNAL_PATH;
+  int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
   if (fd < 0) {
-    report_errno("there is one inside a box only: gwbox run", "open %s", JOURNAL_PATH);
+    report_errno("inside a box, or with --box from outside", "open %s", path.c_str());
     return 1;
   }
   if (!follow) {
@@ -86,8 +111,8 @@ int log_print(bool follow, bool as_json) {
     return 0;
   }
   int watch = inotify_init1(IN_CLOEXEC);
-  if (watch < 0 || inotify_add_watch(watch, JOURNAL_PATH, IN_MODIFY) < 0) {
-    report_errno(nullptr, "watch %s", JOURNAL_PATH);
+  if (watch < 0 || inotify_add_watch(watch, path.c_str(), IN_MODIFY) < 0) {
+    report_errno(nullptr, "watch %s", path.c_str());
     return 1;
   }
   return follow_journal(fd, watch, as_json);

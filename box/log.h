@@ -1,6 +1,8 @@
-// `gwbox log`: prints the request journal of the box it runs in.
+// `gwbox log`: prints the request journal of a box.
 #pragma once
 
-// JSON: the lines as they are; else one readable line per request. FOLLOW: goes on until it is
-// interrupted. Returns the exit status.
-int log_print(bool follow, bool json);
+#include <string>
+
+// BOX as for reach_root. JSON: the lines as they are; else one readable line per request. FOLLOW:
+// goes on until it is interrupted. Returns the exit status.
+int log_print(const std::string& box, bool follow, bool json);

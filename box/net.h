@@ -2,15 +2,25 @@
 // in the calling process's network namespace.
 #pragma once
 
-#include "board.h"
+#include <string>
 
 constexpr const char* NET_LAN_ADDRESS = "192.168.254.254";  // of eth0, /24
 
 // Brings lo up and makes eth0, up and with its address. Reports what failed and returns false.
 [[nodiscard]] bool net_start();
 
-// Makes the board's ra interfaces, down as after a driver load.
-[[nodiscard]] bool net_make_radios(const board& b);
+// Makes COUNT interfaces from ra<FIRST> on, down as after a driver load. Reports what failed.
+[[nodiscard]] bool net_make_radios(int first, int count);
+
+// Removes what one net_make_radios(FIRST, ...) made. Reports what failed.
+[[nodiscard]] bool net_remove_radios(int first);
+
+// Makes UPPER, an interface on top of LOWER with its address, down. FD: any socket. On
+// failure errno is the kernel's.
+[[nodiscard]] bool net_make_upper(int fd, const std::string& lower, const std::string& upper);
+
+// Removes that interface. On failure errno is the kernel's.
+[[nodiscard]] bool net_remove(const std::string& name);
 
 // True when the calling process's network namespace has that interface. FD: any socket.
 bool net_interface_exists(int fd, const char* name);

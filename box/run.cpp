@@ -22,6 +22,7 @@
 #include "files.h"
 #include "journal.h"
 #include "link.h"
+#include "reach.h"
 #include "report.h"
 
 static bool find_program_dir(std::string& dir) {
@@ -52,6 +53,8 @@ static bool make_plan(const args& a, const board& hardware, box_plan& plan) {
   plan.uid = geteuid();
   plan.gid = getegid();
   plan.portmap = a.portmap;
+  plan.companions = a.companions;
+  plan.cold = a.cold;
   plan.start_us = journal_now_us();
   plan.sandbox.user_namespace = plan.uid != 0;
   plan.sandbox.pci_devices = board_pci_devices(hardware);
@@ -158,13 +161,20 @@ static int start_and_await(box_plan& plan, int own_link) {
   return status;
 }
 
+static const board* choose_board(const args& a, const scenario& around) {
+  std::string name = !a.board.empty() ? a.board : around.board;
+  const board* hardware = board_find(name.empty() ? BOARD_DEFAULT : name);
+  if (!hardware) report("unknown board \"%s\": there are %s", name.c_str(), board_names().c_str());
+  return hardware;
+}
+
 int run_box(const args& a) {
-  const board* hardware = board_find(a.board);
-  if (!hardware) {
-    report("unknown board \"%s\": there are %s", a.board.c_str(), board_names().c_str());
-    return EXIT_USAGE;
-  }
   box_plan plan = {};
+  int name = -1;
+  if (!scenario_load(a.scenario, plan.around)) return EXIT_USAGE;
+  if (a.speed >= 0) scenario_set_speed(plan.around, a.speed);
+  const board* hardware = choose_board(a, plan.around);
+  if (!hardware || (!a.name.empty() && !reach_take_name(a.name, name))) return EXIT_USAGE;
   int links[2];
   if (inside_a_box() || !make_plan(a, *hardware, plan)) return EXIT_BOX_FAILED;
   if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, links) < 0) {

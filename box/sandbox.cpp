@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "files.h"
+#include "firmware.h"
 #include "report.h"
 
 // The new root is put together here. Every system has /tmp, and what the host keeps in it is
@@ -104,7 +105,8 @@ static bool fill_etc(const sandbox_plan& plan, const std::string& upper) {
   return file_write(upper + "/passwd", passwd_with_rpc_as_root(file_read("/etc/passwd")));
 }
 
-static bool fill_usr(const std::string& upper) {
+static bool fill_usr(const sandbox_plan& plan, const std::string& upper) {
+  if (!firmware_fill_usr(upper, plan.program_dir + "/gwbox-companion")) return false;
   std::string link = upper + std::string(SANDBOX_PORTMAP).substr(strlen("/usr"));
   if (!directory_make(path_parent(link))) return false;
   if (symlink("rpcbind", link.c_str()) == 0) return true;
@@ -140,7 +142,7 @@ static bool overlay_system(const sandbox_plan& plan) {
   for (const char* name : {"usr", "etc", "var"}) {
     if (!directory_make(LAYERS + "/" + name + "/upper")) return false;
   }
-  if (!fill_usr(LAYERS + "/usr/upper") || !fill_etc(plan, LAYERS + "/etc/upper") ||
+  if (!fill_usr(plan, LAYERS + "/usr/upper") || !fill_etc(plan, LAYERS + "/etc/upper") ||
       !fill_var(LAYERS + "/var/upper")) {
     return false;
   }
@@ -152,7 +154,7 @@ static bool overlay_system(const sandbox_plan& plan) {
 
 static bool is_made_anew(std::string_view name) {
   for (std::string_view made : {".", "..", "usr", "etc", "var", "proc", "sys", "dev", "tmp", "run",
-                                "nvram", "boot", "lost+found"}) {
+                                "nvram", "scripts", "boot", "lost+found"}) {
     if (name == made) return true;
   }
   return false;

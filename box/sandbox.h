@@ -4,7 +4,9 @@
 //   /usr /etc /var        the host's, below an overlay that takes every change
 //   /dev                  the host's; /dev/shm is new
 //   /tmp /run /nvram /etc/Wireless   new and empty
-//   /proc /sys            new; /proc/bus/pci/devices lists the board's cards
+//   /proc /sys            new; /proc/bus/pci/devices lists the board's cards, and see
+//                         kernel_files.h
+//   /scripts              new; what is in it and else in the firmware: firmware.h
 //   everything else       the host's own, read and write
 //
 // The source tree and the directory of the program are the host's own wherever they lie.

@@ -1,14 +1,22 @@
 // The driver's door: takes the trapped calls of all processes in the box, reads what they carry
-// from the caller's memory, lets the driver model do them, writes the answer back.
+// from the caller's memory, lets the driver model, the modules or the VLANs do them, writes the
+// answer back.
 #pragma once
 
 #include <stdint.h>
 
 #include <vector>
 
+#include "caller.h"
 #include "driver.h"
 #include "faults.h"
 #include "journal.h"
+#include "links.h"
+#include "modules.h"
+#include "sysfs.h"
+#include "vlan.h"
+
+constexpr int TRAP_ARGUMENTS = 3;  // of a call, as far as any needs them
 
 // A call that a delay rule holds back; the caller sleeps in it meanwhile.
 struct trap_delayed {
@@ -16,26 +24,32 @@ struct trap_delayed {
   int64_t due_us;  // monotonic
   int32_t tid;
   uint32_t arch;
-  uint64_t arguments[3];
+  int number;  // of the system call
+  uint64_t arguments[TRAP_ARGUMENTS];
   fault_rule rule;
 };
 
-// The last caller, as the journal names it.
-struct trap_caller {
-  int32_t tid;
-  pid_t pid;    // of the thread's process
-  int comm_fd;  // open /proc/<tid>/comm
-};
-
 struct trap_state {
-  int listener;  // of the filter
-  int socket;    // any socket of the box's network, to ask about interfaces
+  int listener;                   // of the filter
+  int socket;                     // any socket of the box's network, to ask about interfaces
+  int links;                      // news of interfaces
+  bool up[BOARD_MAX_INTERFACES];  // what the driver model was told
   driver_state driver;
-  trap_caller caller;
+  modules_state modules;
+  vlan_state vlans;
+  sysfs_state sysfs;
+  caller_known caller;
   journal log;
   std::vector<fault_rule> faults;
   std::vector<trap_delayed> delayed;
 };
+
+// Loads all modules that the board has a card for. Reports what failed.
+[[nodiscard]] bool trap_load_modules(trap_state& trap);
+
+// Takes in what happened around the driver: interfaces that went up or down, writes to the files
+// of /sys. Every trapped call does so first; to be called when one of both is readable.
+void trap_catch_up(trap_state& trap);
 
 // Takes one trapped call. To be called when the listener is readable.
 void trap_take(trap_state& trap);

@@ -21,6 +21,8 @@ static_assert(sizeof(frame_32) == 32);
 
 static constexpr int I386_GETPID = 20;
 static constexpr int I386_IOCTL = 54;
+static constexpr int I386_INIT_MODULE = 128;
+static constexpr int I386_DELETE_MODULE = 129;
 
 static long call_32(long number, long first, long second, long third) {
   long result = number;
@@ -86,5 +88,29 @@ TEST(I386, Failures) {
   ASSERT_NE(page, nullptr);
   EXPECT_EQ(request_32(page, 0x8BE1, 2, 0x06B2), -EMSGSIZE);
   EXPECT_EQ(request_32(page, 0x8B0D, 0, 0), -E2BIG);
-  EXPECT_EQ(page->frame.length, 1);
+  EXPECT_EQ(page->frame.length, 2);
+}
+
+TEST(I386, ModulesAndVlans) {
+  if (!kernel_runs_32_bit_calls()) GTEST_SKIP() << "this kernel runs no 32-bit programs";
+  low_page* page = map_low_page();
+  ASSERT_NE(page, nullptr);
+  strcpy(page->buffer, "mt7612e_ap");
+  long name = reinterpret_cast<intptr_t>(page->buffer);
+  EXPECT_EQ(call_32(I386_DELETE_MODULE, name, 0, 0), 0);
+  EXPECT_EQ(call_32(I386_DELETE_MODULE, name, 0, 0), -ENOENT);
+  EXPECT_EQ(journal_entries().back()["module"], "mt7612e_ap");
+  EXPECT_EQ(call_32(I386_INIT_MODULE, name, 200, name), -ENOEXEC);
+
+  struct {
+    int32_t command;
+    char device[24];
+    int32_t id;
+    char rest[24];
+  } vlan = {0, "eth0", 9, ""};
+  memcpy(page->buffer, &vlan, sizeof vlan);
+  int fd = socket(AF_INET, SOCK_DGRAM, 0);
+  EXPECT_EQ(call_32(I386_IOCTL, fd, 0x8983, name), 0);
+  EXPECT_EQ(call_32(I386_IOCTL, fd, 0x8983, name), -EEXIST);
+  close(fd);
 }

@@ -137,6 +137,37 @@ check "the first saw its own requests only" sh -c \
 check "the second saw its own requests only" sh -c \
   "[ \$(grep -c Owner=B $dir/B.log) -eq 2 ] && ! grep -q Owner=A $dir/B.log"
 
+# Scenarios and commands from outside.
+cat >"$dir/event.json" <<EOF
+{ "name": "event", "speed": 1000,
+  "stations": [{ "mac": "02:00:5e:00:00:01", "bss": 1 }],
+  "events": [{ "at": 20, "set": "station 02:00:5e:00:00:02 bss=1" }] }
+EOF
+sed 's/"bss": 1/"bss": 99/' "$dir/event.json" >"$dir/wrong.json"
+check "a wrong scenario: 2" ends_with 2 "$gwbox" run --scenario "$dir/wrong.json" -- true
+check "with its line" said 'wrong.json:2: stations\[0\].bss: expected a whole number from 1 to 16'
+check "a scenario that is not there: 2" ends_with 2 "$gwbox" run --scenario nowhere -- true
+check "events take place" ends_with 0 "$gwbox" run --no-portmap --scenario "$dir/event.json" -- \
+  sh -c 'for i in $(seq 500); do grep -q 00:00:02 /run/gwbox/scenario.json && gwbox status |
+    grep -q 00:00:02 && exit 0; sleep 0.01; done; exit 1'
+check "a command outside a box needs --box" ends_with 1 "$gwbox" status
+check "a box that is not there" ends_with 1 "$gwbox" --box nobody status
+"$gwbox" run --no-portmap --name "named-$$" -- \
+  sh -c "ip link set ra0 up; touch $dir/named; while [ ! -e $dir/enough ]; do sleep 0.01; done" &
+named=$!
+check "a named box starts" within 5 test -e "$dir/named"
+check "status by name" sh -c "$gwbox --box named-$$ status | grep -q 'ra0 *on *HomeGateway'"
+check "status by process id" sh -c "$gwbox --box $named status --json | grep -q '\"beacons\": true'"
+check "set from outside" ends_with 0 "$gwbox" --box "named-$$" set station 02:00:5e:00:00:33 bss=1
+check "what was set is there" sh -c "$gwbox --box named-$$ status | grep -q '00:00:33 ra0'"
+check "fail from outside" ends_with 0 "$gwbox" --box "named-$$" fail set EIO
+check "log from outside" ends_with 0 "$gwbox" --box "named-$$" log
+check "a name is taken once" ends_with 2 "$gwbox" run --name "named-$$" -- true
+touch "$dir/enough"
+wait $named
+check "a named box ends" test $? -eq 0
+check "and its name with it" ends_with 1 "$gwbox" --box "named-$$" status
+
 # A terminal: job control works in the shell, and the prompt tells where one is.
 if command -v script >/dev/null; then
   printf 'set -o | grep monitor\nsleep 50 & jobs -l; kill %%1; exit 9\n' |

@@ -75,13 +75,15 @@ TEST(Request, PrivateListTellsHowMuchRoomItNeeds) {
     uint32_t request;
     uint16_t set, get;
     char name[16];
-  } entry = {};
-  request_frame frame = make_frame("ra0", &entry, 0, 0);
+  } entries[2] = {};
+  request_frame frame = make_frame("ra0", entries, 1, 0);
   EXPECT_EQ(request(0x8B0D, frame), E2BIG);
-  EXPECT_EQ(frame.length, 1);
+  EXPECT_EQ(frame.length, 2);
   EXPECT_EQ(request(0x8B0D, frame), 0);
-  EXPECT_EQ(entry.request, 0x8BE2u);
-  EXPECT_STREQ(entry.name, "set");
+  EXPECT_EQ(entries[0].request, 0x8BE2u);
+  EXPECT_STREQ(entries[0].name, "set");
+  EXPECT_EQ(entries[1].request, 0x8BE7u);
+  EXPECT_STREQ(entries[1].name, "e2p");
 }
 
 TEST(Request, InterfaceMustBeARadioThatExists) {
@@ -135,18 +137,19 @@ TEST(Request, TextWithoutTerminatorIsTakenAsAnnounced) {
   EXPECT_EQ(journal_entries().back()["text"], "LEDEnable=0");
 }
 
-TEST(Request, VlanRequestIsTrappedAndRefused) {
+TEST(Request, VlanRequestIsTrapped) {
   struct {
     int command;
     char device[24];
     char rest[28];
-  } vlan = {0, "eth0", ""};
+  } vlan = {77, "eth0", ""};
   int fd = socket(AF_INET, SOCK_DGRAM, 0);
   EXPECT_EQ(ioctl(fd, 0x8983, &vlan), -1);
   EXPECT_EQ(errno, EOPNOTSUPP);
   close(fd);
   EXPECT_EQ(journal_entries().back()["interface"], "eth0");
   EXPECT_EQ(journal_entries().back()["name"], "vlan");
+  EXPECT_EQ(journal_entries().back()["command"], "unknown");
 }
 
 TEST(Request, ThreadsAreJournalledUnderTheirProcess) {

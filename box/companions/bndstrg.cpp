@@ -1,0 +1,23 @@
+#include <fcntl.h>
+#include <stdio.h>
+#include <unistd.h>
+
+#include "companion.h"
+#include "companion_data.h"
+#include "programs.h"
+
+static constexpr const char* MARKER = "/tmp/mtk_bnd_file";
+static constexpr double USUAL_SECONDS = 0.2;
+
+int bndstrg_main() {
+  companion self = companion_begin({});
+  double after = companion_number(companion_data("bndstrg_1"), "marker_after", USUAL_SECONDS);
+  if (companion_pause(self, after / companion_speed()) && after >= 0) {
+    int fd = open(MARKER, O_WRONLY | O_CREAT | O_CLOEXEC, 0644);
+    if (fd < 0) perror(MARKER);
+    if (fd >= 0) close(fd);
+  }
+  while (!self.ended)
+    companion_pause(self, -1);
+  return 0;
+}

@@ -1,0 +1,119 @@
+#include "companion.h"
+
+#include <errno.h>
+#include <fcntl.h>
+#include <math.h>
+#include <poll.h>
+#include <signal.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+#include <sys/signalfd.h>
+#include <time.h>
+#include <unistd.h>
+
+#include "companions_start.h"
+#include "files.h"
+
+static constexpr size_t DATAGRAM_MAX = 65536;
+
+companion companion_begin(std::initializer_list<int> more) {
+  sigset_t watched;
+  sigemptyset(&watched);
+  for (int number : {SIGTERM, SIGINT, SIGHUP})
+    sigaddset(&watched, number);
+  for (int number : more)
+    sigaddset(&watched, number);
+  sigprocmask(SIG_BLOCK, &watched, nullptr);
+  return {signalfd(-1, &watched, SFD_CLOEXEC | SFD_NONBLOCK), false, 0};
+}
+
+void companion_ready() {
+  const char* told = getenv("GWBOX_READY_FD");
+  if (!told) return;
+  int fd = atoi(told);
+  if (write(fd, "+", 1) < 0) perror("GWBOX_READY_FD");
+  close(fd);
+  unsetenv("GWBOX_READY_FD");
+}
+
+static void take_signal(companion& self) {
+  signalfd_siginfo info;
+  if (read(self.signals, &info, sizeof info) != sizeof info) return;
+  int number = static_cast<int>(info.ssi_signo);
+  if (number == SIGTERM || number == SIGINT || number == SIGHUP) {
+    self.ended = true;
+  } else {
+    self.signalled = number;
+  }
+}
+
+bool companion_pause(companion& self, double seconds) {
+  pollfd watched = {self.signals, POLLIN, 0};
+  if (poll(&watched, 1, seconds < 0 ? -1 : static_cast<int>(seconds * 1000)) > 0) take_signal(self);
+  return !self.ended;
+}
+
+int companion_listen(const char* path) {
+  sockaddr_un address = {};
+  address.sun_family = AF_UNIX;
+  strncpy(address.sun_path, path, sizeof address.sun_path - 1);
+  unlink(path);
+  int fd = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+  if (fd >= 0 && bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0) return fd;
+  perror(path);
+  if (fd >= 0) close(fd);
+  return -1;
+}
+
+bool companion_receive(companion& self, int fd, companion_datagram& datagram) {
+  pollfd watched[] = {{fd, POLLIN, 0}, {self.signals, POLLIN, 0}};
+  while (!self.ended) {
+    if (poll(watched, 2, -1) < 0) continue;
+    if (watched[1].revents) take_signal(self);
+    if (!watched[0].revents) continue;
+    datagram.bytes.resize(DATAGRAM_MAX);
+    datagram.from_size = sizeof datagram.from;
+    ssize_t got = recvfrom(fd, datagram.bytes.data(), datagram.bytes.size(), MSG_DONTWAIT,
+                           reinterpret_cast<sockaddr*>(&datagram.from), &datagram.from_size);
+    if (got < 0) continue;
+    datagram.bytes.resize(static_cast<size_t>(got));
+    return true;
+  }
+  return false;
+}
+
+// A client that is gone by now has not waited for the answer.
+void companion_answer(int fd, const companion_datagram& to, const std::string& bytes) {
+  if (to.from_size <= sizeof(sa_family_t)) return;  // a client without an address
+  (void)sendto(fd, bytes.data(), bytes.size(), MSG_DONTWAIT,
+               reinterpret_cast<const sockaddr*>(&to.from), to.from_size);
+}
+
+double companion_time() {
+  timespec now = {};
+  clock_gettime(CLOCK_MONOTONIC, &now);
+  double start = atof(file_read(COMPANIONS_START_FILE).c_str()) / 1e6;
+  return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9 - start;
+}
+
+// One write for the whole line: several companions may have the file open.
+void companion_record(const char* path, const nlohmann::ordered_json& line) {
+  using json = nlohmann::ordered_json;
+  json whole = {{"time", round(companion_time() * 1e6) / 1e6}};
+  whole.update(line);
+  std::string text = whole.dump(-1, ' ', false, json::error_handler_t::replace) + "\n";
+  int fd = open(path, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644);
+  if (fd < 0 || write(fd, text.data(), text.size()) < 0) perror(path);
+  if (fd >= 0) close(fd);
+}
+
+std::string companion_hex(const std::string& bytes) {
+  std::string digits;
+  char two[4];
+  for (unsigned char byte : bytes) {
+    snprintf(two, sizeof two, "%02x", byte);
+    digits += two;
+  }
+  return digits;
+}

@@ -1,0 +1,54 @@
+#include <stdint.h>
+#include <string.h>
+#include <unistd.h>
+
+#include "companion.h"
+#include "programs.h"
+
+static constexpr const char* PATH = "/var/run/dcsD";
+static constexpr const char* RECORD = "/run/gwbox/dcs.jsonl";
+
+// What it is sent: a setting as a text, or the level of its messages.
+struct dcs_message {
+  uint32_t type;
+  uint32_t reserved;
+  uint32_t length;  // of the text, its terminator included
+  char payload[256];
+};
+static_assert(sizeof(dcs_message) == 268);
+
+static constexpr uint32_t TYPE_TEXT = 1, TYPE_LEVEL = 3;
+
+// A setting may also come as a bare text from the first byte on.
+static void decode(const std::string& bytes, nlohmann::ordered_json& line) {
+  dcs_message message = {};
+  memcpy(&message, bytes.data(), bytes.size() < sizeof message ? bytes.size() : sizeof message);
+  if (message.type == TYPE_TEXT) {
+    line["type"] = message.type;
+    line["length"] = message.length;
+    line["text"] = std::string(message.payload, strnlen(message.payload, sizeof message.payload));
+  } else if (message.type == TYPE_LEVEL) {
+    int32_t level;
+    memcpy(&level, message.payload, sizeof level);
+    line["type"] = message.type;
+    line["length"] = message.length;
+    line["level"] = level;
+  } else {
+    line["bare_text"] = std::string(bytes.data(), strnlen(bytes.data(), bytes.size()));
+  }
+}
+
+int dcs_main() {
+  companion self = companion_begin({});
+  int fd = companion_listen(PATH);
+  if (fd < 0) return 1;
+  companion_datagram datagram;
+  while (companion_receive(self, fd, datagram)) {
+    nlohmann::ordered_json line = {{"size", datagram.bytes.size()}};
+    decode(datagram.bytes, line);
+    line["hex"] = companion_hex(datagram.bytes);
+    companion_record(RECORD, line);
+  }
+  unlink(PATH);
+  return 0;
+}

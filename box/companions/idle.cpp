@@ -1,0 +1,9 @@
+#include "companion.h"
+#include "programs.h"
+
+int idle_main() {
+  companion self = companion_begin({});
+  while (companion_pause(self, -1)) {
+  }
+  return 0;
+}

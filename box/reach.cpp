@@ -1,0 +1,89 @@
+#include "reach.h"
+
+#include <errno.h>
+#include <stddef.h>
+#include <stdlib.h>
+#include <string.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include "control.h"
+#include "files.h"
+#include "report.h"
+
+static constexpr size_t NAME_MAX_SIZE = 64;
+
+// An abstract address: a zero byte first, and no file.
+static socklen_t name_address(const std::string& name, sockaddr_un& address) {
+  std::string text = "gwbox/" + name;
+  address = {};
+  address.sun_family = AF_UNIX;
+  text.copy(address.sun_path + 1, sizeof address.sun_path - 1);
+  return static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + text.size());
+}
+
+static bool is_number(const std::string& text) {
+  return !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
+}
+
+static bool is_good_name(const std::string& name) {
+  if (!name.empty() && name.size() <= NAME_MAX_SIZE && !is_number(name)) return true;
+  report("\"%s\" is no name for a box: expected 1 to 64 bytes, not all digits", name.c_str());
+  return false;
+}
+
+bool reach_take_name(const std::string& name, int& fd) {
+  sockaddr_un address;
+  if (!is_good_name(name)) return false;
+  socklen_t size = name_address(name, address);
+  fd = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
+  if (fd >= 0 && bind(fd, reinterpret_cast<sockaddr*>(&address), size) == 0 &&
+      listen(fd, 16) == 0) {
+    return true;
+  }
+  if (errno == EADDRINUSE) {
+    report("there is a box \"%s\" already", name.c_str());
+  } else {
+    report_errno(nullptr, "name the box");
+  }
+  if (fd >= 0) close(fd);
+  return false;
+}
+
+// The process that listens on the name, 0 when none does.
+static pid_t process_named(const std::string& name) {
+  sockaddr_un address;
+  socklen_t size = name_address(name, address), credentials_size = sizeof(ucred);
+  ucred credentials = {};
+  int fd = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
+  bool known = fd >= 0 && connect(fd, reinterpret_cast<sockaddr*>(&address), size) == 0 &&
+               getsockopt(fd, SOL_SOCKET, SO_PEERCRED, &credentials, &credentials_size) == 0;
+  if (fd >= 0) close(fd);
+  return known ? credentials.pid : 0;
+}
+
+static std::string root_of(pid_t pid) {
+  return "/proc/" + std::to_string(pid) + "/root";
+}
+
+static bool is_in_box(pid_t pid) {
+  return pid > 0 && access((root_of(pid) + CONTROL_PATH).c_str(), F_OK) == 0;
+}
+
+// `gwbox run` has one child, the box's first process.
+static pid_t child_of(pid_t pid) {
+  std::string id = std::to_string(pid);
+  return atoi(file_read("/proc/" + id + "/task/" + id + "/children").c_str());
+}
+
+bool reach_root(const std::string& box, std::string& root) {
+  root.clear();
+  if (box.empty()) return true;
+  pid_t pid = is_number(box) ? atoi(box.c_str()) : process_named(box);
+  if (!is_in_box(pid)) pid = pid > 0 ? child_of(pid) : 0;
+  root = root_of(pid);
+  if (is_in_box(pid)) return true;
+  report("there is no box \"%s\", or it is another user's", box.c_str());
+  return false;
+}

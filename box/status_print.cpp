@@ -1,0 +1,149 @@
+// The caller's side of `gwbox status`: tables.
+#include <libsmartcols.h>
+#include <stdio.h>
+#include <stdlib.h>
+
+#include <nlohmann/json.hpp>
+
+#include "control.h"
+#include "status.h"
+
+using json = nlohmann::ordered_json;
+
+static constexpr size_t WIDTH = 80;
+
+struct column {
+  const char* name;
+  double width;  // a hint: columns of the screen, or below 1 a part of it
+  int flags;
+};
+
+static constexpr column INTERFACES[] = {{"NAME", 4, 0},
+                                        {"STATE", 5, 0},
+                                        {"SSID", 0.4, SCOLS_FL_TRUNC},
+                                        {"CH", 3, SCOLS_FL_RIGHT},
+                                        {"SECURITY", 0.2, SCOLS_FL_TRUNC},
+                                        {"STA", 3, SCOLS_FL_RIGHT}};
+
+static constexpr column STATIONS[] = {{"STATION", 17, 0},
+                                      {"ON", 5, 0},
+                                      {"RSSI", 0.2, SCOLS_FL_TRUNC},
+                                      {"SENT AT", 0.2, SCOLS_FL_TRUNC},
+                                      {"FOR", 6, SCOLS_FL_RIGHT},
+                                      {"BTM", 3, 0}};
+
+// What a terminal would take for a command is shown as a question mark.
+static std::string plain(std::string text) {
+  for (char& byte : text) {
+    if (static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F) byte = '?';
+  }
+  return text;
+}
+
+template <size_t N>
+static std::string table_of(const column (&columns)[N],
+                            const std::vector<std::vector<std::string>>& rows) {
+  libscols_table* table = scols_new_table();
+  scols_table_set_termforce(table, SCOLS_TERMFORCE_ALWAYS);
+  scols_table_set_termwidth(table, WIDTH);
+  for (const column& c : columns)
+    scols_table_new_column(table, c.name, c.width, c.flags);
+  for (const std::vector<std::string>& row : rows) {
+    libscols_line* line = scols_table_new_line(table, nullptr);
+    for (size_t i = 0; i < row.size(); i++)
+      scols_line_set_data(line, i, plain(row[i]).c_str());
+  }
+  char* text = nullptr;
+  scols_print_table_to_string(table, &text);
+  std::string result = text ? std::string(text) + "\n" : "";
+  free(text);
+  scols_unref_table(table);
+  return result;
+}
+
+static std::string state_of(const json& interface) {
+  if (!interface.value("up", false)) return "down";
+  return interface.value("beacons", false) ? "on" : "mute";
+}
+
+static std::vector<std::string> interface_row(const json& i) {
+  bool on = i.value("beacons", false);
+  std::string ssid = i.value("ssid", std::string());
+  if (i.value("hidden", false)) ssid += " (hidden)";
+  return {i.value("name", std::string()),
+          state_of(i),
+          ssid,
+          on ? std::to_string(i.value("channel", 0)) : "",
+          i.value("security", std::string()),
+          on ? std::to_string(i.value("stations", 0)) : ""};
+}
+
+static std::string duration(int64_t seconds) {
+  if (seconds < 600) return std::to_string(seconds) + " s";
+  if (seconds < 36000) return std::to_string(seconds / 60) + " min";
+  return std::to_string(seconds / 3600) + " h";
+}
+
+static std::vector<std::string> station_row(const json& s) {
+  std::string rssi;
+  for (const json& chain : s["rssi"])
+    rssi += (rssi.empty() ? "" : " ") + chain.dump();
+  bool here = s.value("associated", false);
+  return {s.value("mac", std::string()),
+          here ? s.value("interface", std::string()) : "away",
+          rssi,
+          s.value("tx_rate", std::string()),
+          here ? duration(s.value("connected", int64_t{0})) : "",
+          s.value("btm", false) ? "yes" : "no"};
+}
+
+// "modules: a, b", broken into lines before they get too wide.
+static std::string listed(const std::string& head, const std::vector<std::string>& words) {
+  std::string text = head, line = head;
+  if (words.empty()) return text + " none\n";
+  for (size_t i = 0; i < words.size(); i++) {
+    std::string word = " " + words[i] + (i + 1 < words.size() ? "," : "");
+    if (line.size() + word.size() > WIDTH) {
+      text += "\n ";
+      line = " ";
+    }
+    text += word;
+    line += word;
+  }
+  return text + "\n";
+}
+
+static std::string heading(const json& status) {
+  char text[128];
+  snprintf(text, sizeof text, "%s, scenario %s, %.0f s at speed %g\n",
+           status.value("board", std::string()).c_str(),
+           plain(status.value("scenario", std::string())).substr(0, 30).c_str(),
+           status.value("time", 0.0), status.value("speed", 1.0));
+  return text;
+}
+
+std::string status_tables(const std::string& text) {
+  json status = json::parse(text, nullptr, false);
+  if (!status.is_object()) return "";
+  std::vector<std::vector<std::string>> interfaces, stations;
+  for (const json& interface : status["interfaces"])
+    interfaces.push_back(interface_row(interface));
+  for (const json& station : status["stations"])
+    stations.push_back(station_row(station));
+  std::vector<std::string> modules, companions;
+  for (const json& module : status["modules"])
+    modules.push_back(module.get<std::string>());
+  for (const json& companion : status["companions"])
+    companions.push_back(companion.value("name", std::string()));
+  std::string result = heading(status);
+  if (!interfaces.empty()) result += "\n" + table_of(INTERFACES, interfaces);
+  if (!stations.empty()) result += "\n" + table_of(STATIONS, stations);
+  return result + "\n" + listed("modules:", modules) + listed("companions:", companions);
+}
+
+int status_print(const std::string& box, bool as_json) {
+  std::string answer;
+  if (!control_ask(box, {"status"}, answer)) return 1;
+  fputs((as_json ? answer : status_tables(answer)).c_str(), stdout);
+  return 0;
+}

@@ -1,0 +1,39 @@
+// Files below /sys and /proc that take what a gateway's software writes to its hardware. Every
+// write is kept, in order, also when several come while nobody looks.
+//
+// The files of /sys are named pipes that this process holds open: nothing that is written to them
+// is lost to the next writer. Reading them would take what was written, so they are write-only.
+// Those of /proc are plain files, which show what was written last.
+#pragma once
+
+#include <string>
+#include <vector>
+
+struct sysfs_file {
+  std::string path;
+  int watch;
+  int pipe;          // -1: a plain file
+  std::string rest;  // read from the pipe, not yet given out
+};
+
+struct sysfs_state {
+  int notify;  // readable when something was written
+  std::vector<sysfs_file> files;
+};
+
+struct sysfs_write {
+  std::string path;
+  std::string text;  // less the newline at its end
+};
+
+// To be called once, before the others. Reports what failed.
+[[nodiscard]] bool sysfs_open(sysfs_state& state);
+
+// Makes the file; its directory exists. Reports what failed.
+[[nodiscard]] bool sysfs_make_pipe(sysfs_state& state, const std::string& path);
+[[nodiscard]] bool sysfs_make_plain(sysfs_state& state, const std::string& path,
+                                    const std::string& text);
+
+// All writes since the last time, oldest first. A write of several lines is as many writes, and of
+// writes to a plain file that come close together only the last may be told.
+std::vector<sysfs_write> sysfs_take(sysfs_state& state);

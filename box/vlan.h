@@ -1,0 +1,50 @@
+// VLAN interfaces, made and removed by the kernel's VLAN request. The box answers it itself, since
+// not every kernel knows VLANs.
+#pragma once
+
+#include <stdint.h>
+
+#include <map>
+#include <string>
+
+// The request's record, the same for programs of either width.
+struct vlan_request {
+  int32_t command;
+  char device[24];
+  union {
+    char name[24];
+    int32_t id;
+    uint32_t name_type;
+  };
+  int16_t priority;
+};
+static_assert(sizeof(vlan_request) == 56);
+
+constexpr int32_t VLAN_ADD = 0;     // on top of device
+constexpr int32_t VLAN_DELETE = 1;  // device itself
+constexpr int32_t VLAN_SET_NAME_TYPE = 6;
+constexpr int32_t VLAN_GET_LOWER = 8;  // answers in name
+constexpr int32_t VLAN_GET_ID = 9;     // answers in id
+
+struct vlan_interface {
+  std::string lower;
+  int32_t id;
+};
+
+struct vlan_state {
+  uint32_t name_type;  // how new ones are called, see vlan_init
+  std::map<std::string, vlan_interface> interfaces;
+};
+
+// As after the kernel's start: a new interface is called "eth0.10".
+void vlan_init(vlan_state& state);
+
+// "add", "delete", ...; "unknown" for a command that is not answered.
+const char* vlan_command_name(int32_t command);
+
+// Does the request; SOCKET: any socket. Returns 0 or a negative errno; a query's answer is in
+// REQUEST.
+[[nodiscard]] int vlan_handle(vlan_state& state, int socket, vlan_request& request);
+
+// To be told of an interface that is gone, however that came.
+void vlan_forget(vlan_state& state, const std::string& name);

@@ -1,0 +1,125 @@
+// Who is let in and who is sent away in the driver model.
+#include <errno.h>
+#include <gtest/gtest.h>
+
+#include "model.h"
+
+static constexpr const char* FIRST = "02:00:5e:00:00:01";
+static constexpr const char* SECOND_ONE = "02:00:5e:00:00:02";
+
+static constexpr const char* TWO_STATIONS = R"({"stations": [
+  {"mac": "02:00:5e:00:00:01", "bss": 1, "others": [10], "btm": true, "returns_after": 5},
+  {"mac": "02:00:5e:00:00:02", "bss": 1}]})";
+
+// Address, padding, kind, action, seconds.
+static std::string steer_record(const char* mac, uint8_t kind, uint8_t action, uint8_t seconds) {
+  std::string record = mac_bytes(mac);
+  record.resize(20, '\0');
+  record[8] = static_cast<char>(kind);
+  record[12] = static_cast<char>(action);
+  record[16] = static_cast<char>(seconds);
+  return record;
+}
+
+static std::string action_frame(const char* mac, const std::string& body) {
+  std::string frame("\x0a\0\0\0", 4);
+  frame += mac_bytes(mac) + body;
+  frame.resize(1034, '\0');
+  return frame;
+}
+
+TEST(Steer, BlacklistedStationsStayOutForTheirTime) {
+  driver_state state;
+  start_model(state, TWO_STATIONS);
+  EXPECT_EQ(carry(state, 0, 0x86B1, steer_record(SECOND_ONE, 0, 2, 30), SECOND).status, 0);
+  EXPECT_EQ(place_of(state, SECOND_ONE), -1);
+  EXPECT_EQ(stations(state, 0, 31 * SECOND - 1).u32(0), 1u);
+  EXPECT_EQ(stations(state, 0, 31 * SECOND).u32(0), 2u);
+  EXPECT_TRUE(state.blacklist.empty());
+}
+
+TEST(Steer, BlacklistedForGoodUntilTakenOff) {
+  driver_state state;
+  start_model(state, TWO_STATIONS);
+  EXPECT_EQ(carry(state, 0, 0x86B1, steer_record(FIRST, 0, 1, 0)).status, 0);
+  EXPECT_EQ(place_of(state, FIRST), 9);  // goes where its scenario lets it, on the other radio
+  EXPECT_EQ(stations(state, 0, 100000 * SECOND).u32(0), 1u);
+  EXPECT_EQ(carry(state, 0, 0x86B1, steer_record(FIRST, 0, 0, 0)).status, 0);
+  EXPECT_EQ(place_of(state, FIRST), 0);
+}
+
+TEST(Steer, RecordsThatAreWrong) {
+  driver_state state;
+  start_model(state, TWO_STATIONS);
+  EXPECT_EQ(carry(state, 0, 0x86B1, steer_record(FIRST, 0, 3, 0)).status, -EINVAL);
+  EXPECT_EQ(carry(state, 0, 0x86B1, steer_record(FIRST, 2, 0, 0)).status, -EINVAL);
+  EXPECT_EQ(carry(state, 0, 0x86B1, steer_record(FIRST, 0, 1, 0).substr(0, 19)).status, -EMSGSIZE);
+  EXPECT_EQ(carry(state, 0, 0x86B1, steer_record(FIRST, 1, 0, 0)).status, 0);
+  EXPECT_EQ(place_of(state, FIRST), 0);
+  EXPECT_TRUE(state.blacklist.empty());
+}
+
+TEST(Steer, ATransitionRequestMovesWhoKnowsIt) {
+  driver_state state;
+  start_model(state, TWO_STATIONS);
+  EXPECT_EQ(carry(state, 0, 0x86B0, action_frame(FIRST, "\x0a\x1b"), SECOND).status, 0);
+  EXPECT_EQ(place_of(state, FIRST), 9);
+  EXPECT_EQ(carry(state, 0, 0x86B0, action_frame(SECOND_ONE, "x")).status, 0);
+  EXPECT_EQ(place_of(state, SECOND_ONE), 0);  // knows no such requests
+  ASSERT_EQ(state.action_frames.size(), 2u);
+  EXPECT_EQ(state.action_frames[0].category, 10u);
+  EXPECT_EQ(state.action_frames[0].body, "\x0a\x1b");
+  EXPECT_EQ(stations(state, 8, 60 * SECOND).u32(4 + 16), 59u);  // and stays there
+  EXPECT_EQ(carry(state, 0, 0x86B0, action_frame(FIRST, "x").substr(0, 1033)).status, -EMSGSIZE);
+}
+
+TEST(Steer, DisconnectedStationsComeBackWhenTheScenarioSays) {
+  driver_state state;
+  start_model(state, TWO_STATIONS);
+  EXPECT_EQ(set_key(state, 0, std::string("DisConnectSta=") + FIRST), 0);
+  EXPECT_EQ(set_key(state, 0, std::string("DisConnectSta=") + SECOND_ONE), 0);
+  EXPECT_EQ(set_key(state, 8, "DisConnectSta=02:00:5e:00:00:77"), 0);
+  EXPECT_EQ(set_key(state, 8, "DisConnectSta=everybody"), -EINVAL);
+  EXPECT_EQ(place_of(state, FIRST), -1);
+  EXPECT_EQ(stations(state, 0, 4 * SECOND).u32(0), 0u);
+  EXPECT_EQ(stations(state, 0, 5 * SECOND).u32(0), 1u);
+  EXPECT_EQ(stations(state, 0, 100000 * SECOND).u32(0), 1u);
+}
+
+TEST(Steer, AccessListsLetInOrKeepOut) {
+  driver_state state;
+  start_model(state, TWO_STATIONS);
+  EXPECT_EQ(set_key(state, 0, std::string("ACLAddEntry=") + SECOND_ONE), 0);
+  EXPECT_EQ(stations(state, 0).u32(0), 2u);  // no policy yet
+  EXPECT_EQ(set_key(state, 0, "AccessPolicy=2"), 0);
+  EXPECT_EQ(place_of(state, SECOND_ONE), -1);
+  EXPECT_EQ(place_of(state, FIRST), 0);
+  EXPECT_EQ(set_key(state, 0, "AccessPolicy=1"), 0);
+  EXPECT_EQ(place_of(state, SECOND_ONE), 0);
+  EXPECT_EQ(place_of(state, FIRST), 9);
+  EXPECT_EQ(set_key(state, 0, std::string("ACLDelEntry=") + SECOND_ONE), 0);
+  EXPECT_EQ(place_of(state, SECOND_ONE), -1);
+  EXPECT_EQ(set_key(state, 0, std::string("ACLAddEntry=") + FIRST + ";" + SECOND_ONE), 0);
+  EXPECT_EQ(stations(state, 0).u32(0), 2u);
+  EXPECT_EQ(set_key(state, 0, "ACLClearAll=1"), 0);
+  EXPECT_EQ(stations(state, 0).u32(0), 0u);
+}
+
+TEST(Steer, CapabilityOfOneStation) {
+  driver_state state;
+  start_model(state, TWO_STATIONS);
+  std::string record = std::string("\4\0", 2) + mac_bytes(FIRST) + '\0';  // nine bytes announced
+  answer first = carry(state, 0, 0x494A, record);
+  EXPECT_EQ(first.status, 0);
+  EXPECT_EQ(first.u8(0), 4);
+  EXPECT_EQ(first.u8(1), 1);
+  EXPECT_EQ(first.bytes.size(), 9u);
+  record.replace(2, 6, mac_bytes(SECOND_ONE));
+  EXPECT_EQ(carry(state, 0, 0x494A, record).u8(1), 0);
+  record.replace(2, 6, mac_bytes("02:00:5e:00:00:77"));
+  EXPECT_EQ(carry(state, 0, 0x494A, record).status, -ENOENT);
+  record[0] = 5;
+  EXPECT_EQ(carry(state, 0, 0x494A, record).status, -EINVAL);
+  EXPECT_EQ(driver_input_size(DRIVER_OBJECT, 0x494A, 9), 9u);
+  EXPECT_EQ(driver_input_size(DRIVER_OBJECT, 0x494A, 1), 0u);
+}

@@ -1,0 +1,40 @@
+// What the tests of the driver model share: a driver by itself, in no box, with a clock of the
+// test's own.
+#pragma once
+
+#include <string>
+
+#include "driver.h"
+
+// The bytes of an answer, read at offsets that the tests write out by hand.
+struct answer {
+  int status;
+  std::string bytes;
+  uint8_t u8(size_t at) const { return static_cast<uint8_t>(bytes.at(at)); }
+  int8_t s8(size_t at) const { return static_cast<int8_t>(bytes.at(at)); }
+  uint16_t u16(size_t at) const;
+  uint32_t u32(size_t at) const;
+};
+
+constexpr int64_t SECOND = 1000000;
+
+// A driver on that board with that scenario, both bands' first three interfaces up at time 0.
+void start_model(driver_state& state, const std::string& scenario_text,
+                 const char* board = "mt7603+mt7612");
+
+// The profile that start_model uses; BAND 0 or 1.
+std::string model_profile(int band);
+
+int set_key(driver_state& state, int n, const std::string& text, int64_t now_us = -1);
+answer query(driver_state& state, int n, uint16_t sub, uint16_t length, int64_t now_us = -1);
+answer stations(driver_state& state, int n, int64_t now_us = -1);
+
+// A query or set that carries bytes in.
+answer carry(driver_state& state, int n, uint16_t flags, const std::string& input,
+             int64_t now_us = -1);
+
+// The six bytes of an address.
+std::string mac_bytes(const std::string& text);
+
+// N of raN where the station is, -1: away.
+int place_of(driver_state& state, const std::string& mac);

@@ -1,0 +1,99 @@
+// `gwbox status`, `gwbox set` and the scenario in force, in a box.
+#include <gtest/gtest.h>
+
+#include "inside.h"
+
+using nlohmann::json;
+
+static json status_now() {
+  json status = json::parse(run("gwbox status --json").output, nullptr, false);
+  EXPECT_TRUE(status.is_object());
+  return status;
+}
+
+static json interface_of(const json& status, const std::string& name) {
+  for (const json& interface : status["interfaces"]) {
+    if (interface["name"] == name) return interface;
+  }
+  return json::object();
+}
+
+static json station_of(const json& status, const std::string& mac) {
+  for (const json& station : status["stations"]) {
+    if (station["mac"] == mac) return station;
+  }
+  return json::object();
+}
+
+TEST(Status, ANewSsidIsBeaconedAfterARestartOfTheInterface) {
+  ASSERT_EQ(run("ip link set ra0 up").status, 0);
+  json first = interface_of(status_now(), "ra0");
+  EXPECT_EQ(first["beacons"], true);
+  EXPECT_EQ(first["ssid"], "HomeGateway");
+  EXPECT_EQ(first["security"], "WPA2PSK/AES");
+  EXPECT_EQ(interface_of(status_now(), "ra8")["beacons"], false);
+  ASSERT_EQ(run("sed -i 's/^SSID1=.*/SSID1=Fresh paint/' /tmp/mt76xx_24.dat").status, 0);
+  EXPECT_EQ(interface_of(status_now(), "ra0")["ssid"], "HomeGateway");
+  ASSERT_EQ(run("ip link set ra0 down && ip link set ra0 up").status, 0);
+  EXPECT_EQ(interface_of(status_now(), "ra0")["ssid"], "Fresh paint");
+}
+
+TEST(Status, StationsAreThoseOfTheScenario) {
+  ASSERT_EQ(run("ip link set ra0 up && ip link set ra8 up").status, 0);
+  json status = status_now();
+  EXPECT_EQ(status["scenario"], "minimal");
+  EXPECT_EQ(status["board"], "mt7603+mt7612");
+  EXPECT_EQ(station_of(status, "02:00:5e:00:00:01")["interface"], "ra0");
+  EXPECT_EQ(station_of(status, "02:00:5e:00:00:02")["interface"], "ra8");
+  EXPECT_EQ(interface_of(status, "ra8")["stations"], 1);
+  ASSERT_EQ(run("iwpriv ra8 set DisConnectSta=02:00:5e:00:00:02").status, 0);
+  EXPECT_EQ(station_of(status_now(), "02:00:5e:00:00:02")["associated"], false);
+}
+
+TEST(Status, TablesFitEightyColumns) {
+  ASSERT_EQ(run("ip link set ra0 up && ip link set ra8 up").status, 0);
+  ASSERT_EQ(set_text("ra0", "SSID=\x1b[31m very long name of a network"), 0);
+  run_result shown = run("gwbox status");
+  EXPECT_EQ(shown.status, 0);
+  for (const char* word : {"NAME", "ra15", "?[31m very long", "02:00:5e:00:00:01", "modules:"})
+    EXPECT_NE(shown.output.find(word), std::string::npos) << word << shown.output;
+  size_t start = 0;
+  for (size_t end; (end = shown.output.find('\n', start)) != std::string::npos; start = end + 1)
+    EXPECT_LE(end - start, 80u) << shown.output.substr(start, end - start);
+}
+
+TEST(Set, StationsAreSeenByTheDriversCallers) {
+  ASSERT_EQ(run("ip link set ra0 up").status, 0);
+  ASSERT_EQ(run("gwbox set station 02:00:5e:00:00:77 bss=1 'rssi=[-44,-45,-46]'").status, 0);
+  unsigned char table[5124] = {};
+  request_frame frame = make_frame("ra0", table, 5123, 0);
+  ASSERT_EQ(request(0x8BEF, frame), 0);
+  EXPECT_EQ(table[0], 2);
+  EXPECT_EQ(table[44 + 6], 0x77);
+  EXPECT_EQ(static_cast<signed char>(table[44 + 12]), -46);
+  ASSERT_EQ(run("gwbox set station 02:00:5e:00:00:77 gone").status, 0);
+  ASSERT_EQ(request(0x8BEF, frame), 0);
+  EXPECT_EQ(table[0], 1);
+}
+
+TEST(Set, TheScenarioInForceIsInItsFile) {
+  auto in_force = [] {
+    return json::parse(run("cat /run/gwbox/scenario.json").output, nullptr, false);
+  };
+  EXPECT_EQ(in_force()["name"], "minimal");
+  ASSERT_EQ(run("gwbox set companion dcs.delay 3").status, 0);
+  ASSERT_EQ(run("gwbox set radio ra8 channel=44").status, 0);
+  EXPECT_EQ(in_force()["companions"]["dcs"]["delay"], 3);
+  EXPECT_EQ(in_force()["radios"]["ra8"]["channel"], 44);
+  run_result wrong = run("gwbox set radio ra8 channel=many");
+  EXPECT_EQ(wrong.status, 2);
+  EXPECT_EQ(wrong.output, "gwbox: radios.ra8.channel: expected a whole number from 0 to 196\n");
+  EXPECT_EQ(in_force()["radios"]["ra8"]["channel"], 44);
+}
+
+TEST(ScenarioCommand, ListsShowsAndChecks) {
+  ASSERT_EQ(run("gwbox scenario check minimal").status, 0);
+  EXPECT_NE(run("gwbox scenario list").output.find("apartment"), std::string::npos);
+  EXPECT_EQ(run("gwbox scenario show nothing").status, 2);
+  EXPECT_NE(run("gwbox scenario show schema").output.find("\"$defs\""), std::string::npos);
+}
