@@ -1,0 +1,160 @@
+#include "support/lifecycle.h"
+
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/stat.h>
+
+#include <sstream>
+
+#include "support/daemon.h"
+#include "support/files.h"
+#include "support/gateway.h"
+#include "support/wire.h"
+
+static constexpr char kStrace[] = "/tmp/strace.out";
+static pid_t traced_child;
+
+static int occurrences(const std::string& text, const std::string& part) {
+  int count = 0;
+  for (size_t at = text.find(part); at != text.npos; at = text.find(part, at + 1))
+    ++count;
+  return count;
+}
+
+static std::string fast_path() {
+  mkdir("/tmp/fast", 0755);
+  write_file("/tmp/fast/sleep", "#!/bin/sh\n");
+  chmod("/tmp/fast/sleep", 0755);
+  return std::string("PATH=/tmp/fast:") + getenv("PATH");
+}
+
+pid_t start_lifecycle_daemon(const std::vector<std::string>& environment) {
+  write_file("/tmp/wlandbg", "");
+  std::vector<std::string> all = {fast_path()};
+  all.insert(all.end(), environment.begin(), environment.end());
+  return service_child(start_daemon(all));
+}
+
+bool wait_for_trace(const std::string& text) {
+  // A window of a second, and up to a load of the slowest board.
+  return wait_until([&] { return count_traces(text) > 0; }, 15);
+}
+
+int count_traces(const std::string& text) {
+  return occurrences(daemon_output(), text);
+}
+
+int count_errors(const std::string& text) {
+  std::string plain;
+  const std::string errors = daemon_errors();
+  for (size_t i = 0; i < errors.size(); ++i) {
+    if (errors[i] == '\033')
+      i = errors.find('m', i);
+    else
+      plain += errors[i];
+  }
+  return occurrences(plain, text);
+}
+
+void queue_and_wait(uint32_t procedure, const std::string& trace) {
+  const int before = count_traces(trace);
+  const int dequeued = count_traces("de-queue'd");
+  EXPECT_EQ(
+      call_for_code(procedure, procedure == kLoad || procedure == kRestart ? xdr_word(1) : ""), 0);
+  EXPECT_TRUE(wait_until(
+      [&] { return count_traces(trace) > before && count_traces("de-queue'd") > dequeued; }, 20))
+      << "no \"" << trace << "\" in\n"
+      << daemon_output() << daemon_errors();
+}
+
+std::string context_switches(pid_t pid) {
+  return run("grep -h ctxt_switches /proc/" + std::to_string(pid) + "/task/*/status");
+}
+
+int prek_status() {
+  reply_message reply = {};
+  EXPECT_TRUE(call(0x010000AB, xdr_word(1), &reply));
+  const int value = static_cast<int>(word_at(reply.payload, 8));
+  EXPECT_EQ(static_cast<int>(word_at(reply.payload, 0)), value);
+  return value;
+}
+
+std::vector<lifecycle_step> lifecycle_steps() {
+  return {{"load", kLoad, kLoaded},
+          {"init", kInit, kInitialized},
+          {"restart", kRestartAll, kRestarted},
+          {"reset", kReset, "reset wifi done !!!\n"}};
+}
+
+void start_traced_daemon() {
+  const pid_t child = start_lifecycle_daemon();
+  traced_child = child;
+  run("strace -f -qq -s 400 -e signal=none "
+      "-e trace=execve,ioctl,init_module,finit_module,delete_module -o " +
+      std::string(kStrace) + " -p " + std::to_string(child) + " >/dev/null 2>&1 &");
+  EXPECT_TRUE(wait_until([&] {
+    return run("grep -c 'TracerPid:.0$' /proc/" + std::to_string(child) + "/status") == "0\n";
+  }));
+}
+
+static size_t traced_until;
+
+void run_step(const lifecycle_step& step) {
+  traced_until = read_file(kStrace).size();
+  if (step.procedure != kReset) {
+    queue_and_wait(step.procedure, step.trace);
+    return;
+  }
+  EXPECT_EQ(call_for_code(kReset, ""), 0);
+}
+
+// One traced call as the transcript has it: a shell command line of anybody, any
+// other call of the daemon's own threads, without descriptors and addresses;
+// empty for the rest.
+static std::string transcript_line(const std::string& line) {
+  static const std::string shell = "execve(\"/bin/sh\", [\"sh\", \"-c\", ";
+  const size_t call = line.find_first_not_of("0123456789 ");
+  if (call == line.npos) return "";
+  std::string text = line.substr(call);
+  if (text.starts_with(shell)) {
+    return "sh -c " + text.substr(shell.size(), text.find("], 0x") - shell.size());
+  }
+  const std::string thread = line.substr(0, line.find(' '));
+  const bool own = exists("/proc/" + std::to_string(traced_child) + "/task/" + thread);
+  // FIONREAD is the service asking for the length of a request.
+  const bool service = text.find("FIONREAD") != text.npos;
+  if (!own || service || text.starts_with("execve")) return "";
+  for (size_t at = text.find("0x7"); at != text.npos; at = text.find("0x7")) {
+    size_t end = at + 2;
+    while (end < text.size() && isxdigit(static_cast<unsigned char>(text[end])))
+      ++end;
+    text.replace(at, end - at, "ADDRESS");
+  }
+  if (text.starts_with("ioctl(")) text.erase(6, text.find(", ") + 2 - 6);
+  return text;
+}
+
+std::string transcript_of_step() {
+  std::istringstream lines(read_file(kStrace).substr(traced_until));
+  std::string transcript;
+  for (std::string line; std::getline(lines, line);) {
+    const std::string text = transcript_line(line);
+    if (!text.empty()) transcript += text + "\n";
+  }
+  return transcript;
+}
+
+static std::string transcript_name(const std::string& step) {
+  return board() + "." + step + ".txt";
+}
+
+std::string committed_transcript(const std::string& step) {
+  return read_file(std::string(TRANSCRIPT_DIR) + "/" + transcript_name(step));
+}
+
+std::string save_transcript(const std::string& step) {
+  const std::string path = std::string(NEW_TRANSCRIPT_DIR) + "/" + transcript_name(step);
+  mkdir(NEW_TRANSCRIPT_DIR, 0755);
+  write_file(path, transcript_of_step());
+  return path;
+}
