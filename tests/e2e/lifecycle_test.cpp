@@ -110,6 +110,39 @@ TEST(Queue, IdleDaemonNeverWakesUp) {
   EXPECT_EQ(context_switches(child), before);
 }
 
+// One client's random requests; its own share of resets.
+static void send_random_requests(unsigned seed) {
+  static constexpr uint32_t kRequests[] = {kLoad,    kLoad,       kInit,    kInit, kRestart,
+                                           kRestart, kRestartAll, kRestart, kInit, kReset};
+  std::mt19937 random(seed);
+  for (int i = 0; i < 100; ++i) {
+    const uint32_t procedure = kRequests[random() % std::size(kRequests)];
+    const bool indexed = procedure == kLoad || procedure == kRestart;
+    reply_message reply = {};
+    const std::string call_bytes =
+        call_message(procedure, indexed ? xdr_word(1 + random() % 16) : "", seed * 1000 + i);
+    EXPECT_TRUE(exchange(call_bytes, seed * 1000 + i, &reply, 20)) << i;
+    EXPECT_EQ(reply.accept_status, kAcceptSuccess) << i;
+  }
+}
+
+TEST(Queue, TwoHundredRandomRequestsOfTwoClientsLeaveEverythingInAgreement) {
+  // Some twenty resets, each with its commands, and the requests behind them.
+  const pid_t child = start_lifecycle_daemon();
+  std::thread other(send_random_requests, 1);
+  send_random_requests(2);
+  other.join();
+  // Whatever waits in front of it is done when this one is.
+  queue_and_wait(kLoad, kLoaded);
+  EXPECT_EQ(interfaces(), all_interfaces());
+  queue_and_wait(kInit, kInitialized);
+  EXPECT_EQ(beaconed_ssid("ra0"), profile_value("/tmp/mt76xx_24.dat", "SSID1"));
+  EXPECT_EQ(call_for_code(kReset, ""), 0);
+  EXPECT_EQ(interfaces(), "");
+  queue_and_wait(kInit, "WLAN driver(s) has not been loaded\n");
+  EXPECT_EQ(kill(child, 0), 0);
+}
+
 TEST(Reset, IsRefusedWhileAnInitRuns) {
   // Steering's marker never comes: the init waits for it for ten seconds.
   make_bands_alike();
