@@ -10,7 +10,7 @@
 static void declare_run(CLI::App& app, args& a) {
   CLI::App* run = app.add_subcommand("run", "start a box and run COMMAND, or a shell, in it");
   run->footer("gwbox run [OPTIONS] -- COMMAND [ARG...]\nWithout a COMMAND: an interactive shell.");
-  run->add_option("--board", a.board, "the board: " + board_names() + " (" + BOARD_DEFAULT + ")");
+  run->add_option("--board", a.board, "the board: " + board_names() + " (" + kBoardDefault + ")");
   run->add_option("--scenario", a.scenario, "what is around it: " + scenario_names() + " or a file")
       ->capture_default_str();
   run->add_option("--speed", a.speed, "how fast time runs in it, 0: not at all")
@@ -21,7 +21,7 @@ static void declare_run(CLI::App& app, args& a) {
       "--no-portmap", [&a] { a.portmap = false; }, "start no portmapper");
   run->add_flag("--companions", a.companions, "start HncInit and the HNC listener with the box");
   run->add_flag("--cold", a.cold, "load no driver: no ra interface until a module is loaded");
-  run->callback([&a] { a.command = ARGS_RUN; });
+  run->callback([&a] { a.command = kArgsRun; });
 }
 
 static void declare_fail(CLI::App& app, args& a) {
@@ -33,7 +33,7 @@ static void declare_fail(CLI::App& app, args& a) {
   fail->add_option("HOW", a.how,
                    "an errno name, such as EAGAIN, or delay=MILLISECONDS, short=BYTES");
   fail->add_option("COUNT", a.count, "how many times")->check(CLI::Range(1, 1000000000));
-  fail->callback([&a] { a.command = ARGS_FAIL; });
+  fail->callback([&a] { a.command = kArgsFail; });
 }
 
 static void declare_log(CLI::App& app, args& a) {
@@ -41,14 +41,14 @@ static void declare_log(CLI::App& app, args& a) {
   log->fallthrough();
   log->add_flag("--follow", a.follow, "go on printing as requests come");
   log->add_flag("--json", a.json, "print the JSON lines as they are");
-  log->callback([&a] { a.command = ARGS_LOG; });
+  log->callback([&a] { a.command = kArgsLog; });
 }
 
 static void declare_status(CLI::App& app, args& a) {
   CLI::App* status = app.add_subcommand("status", "show what the radios beacon and who is there");
   status->fallthrough();
   status->add_flag("--json", a.json, "everything, as JSON");
-  status->callback([&a] { a.command = ARGS_STATUS; });
+  status->callback([&a] { a.command = kArgsStatus; });
 }
 
 static void declare_set(CLI::App& app, args& a) {
@@ -66,20 +66,20 @@ static void declare_set(CLI::App& app, args& a) {
       "  gwbox set radio ra0 wps.outcome=failure\n"
       "VALUEs are JSON or texts; \"gone\" takes a key away.");
   set->add_option("WORDS", a.words, "KIND WHICH KEY=VALUE...")->required();
-  set->callback([&a] { a.command = ARGS_SET; });
+  set->callback([&a] { a.command = kArgsSet; });
 }
 
 static void declare_scenario(CLI::App& app, args& a) {
   CLI::App* scenario = app.add_subcommand("scenario", "list, show and check scenarios");
   scenario->require_subcommand(1);
   CLI::App* list = scenario->add_subcommand("list", "the ones that ship");
-  list->callback([&a] { a.command = ARGS_SCENARIO_LIST; });
+  list->callback([&a] { a.command = kArgsScenarioList; });
   CLI::App* show = scenario->add_subcommand("show", "print one, or \"schema\"");
   show->add_option("NAME", a.which)->required();
-  show->callback([&a] { a.command = ARGS_SCENARIO_SHOW; });
+  show->callback([&a] { a.command = kArgsScenarioShow; });
   CLI::App* check = scenario->add_subcommand("check", "say what is wrong with a file");
   check->add_option("FILE", a.which)->required();
-  check->callback([&a] { a.command = ARGS_SCENARIO_CHECK; });
+  check->callback([&a] { a.command = kArgsScenarioCheck; });
 }
 
 // What follows "--" belongs to COMMAND and is never looked at.
@@ -94,8 +94,8 @@ static int split_payload(int argc, char** argv, args& a) {
 
 args args_read(int argc, char** argv) {
   args a = {};
-  a.command = ARGS_DONE;
-  a.scenario = SCENARIO_DEFAULT;
+  a.command = kArgsDone;
+  a.scenario = kScenarioDefault;
   a.speed = -1;
   a.portmap = true;
   a.count = 1;
@@ -114,14 +114,14 @@ args args_read(int argc, char** argv) {
   try {
     app.parse(own, argv);
   } catch (const CLI::ParseError& error) {
-    a.command = ARGS_DONE;
-    a.status = app.exit(error) == 0 ? 0 : EXIT_USAGE;
+    a.command = kArgsDone;
+    a.status = app.exit(error) == 0 ? 0 : kExitUsage;
     return a;
   }
-  if (!a.payload.empty() && a.command != ARGS_RUN) {
+  if (!a.payload.empty() && a.command != kArgsRun) {
     report("only \"gwbox run\" takes a COMMAND after \"--\"");
-    a.command = ARGS_DONE;
-    a.status = EXIT_USAGE;
+    a.command = kArgsDone;
+    a.status = kExitUsage;
   }
   return a;
 }

@@ -5,26 +5,26 @@
 #include <vector>
 
 enum args_command {
-  ARGS_RUN,
-  ARGS_STATUS,
-  ARGS_SET,
-  ARGS_FAIL,
-  ARGS_LOG,
-  ARGS_SCENARIO_LIST,
-  ARGS_SCENARIO_SHOW,
-  ARGS_SCENARIO_CHECK,
-  ARGS_DONE
+  kArgsRun,
+  kArgsStatus,
+  kArgsSet,
+  kArgsFail,
+  kArgsLog,
+  kArgsScenarioList,
+  kArgsScenarioShow,
+  kArgsScenarioCheck,
+  kArgsDone
 };
 
 struct args {
   args_command command;
-  int status;  // with ARGS_DONE: the exit status (help printed: 0, usage error reported: 2)
+  int status;  // with kArgsDone: the exit status (help printed: 0, usage error reported: 2)
 
   // all but run and scenario
   std::string box;  // name or process id; empty: the one around
 
   // run
-  std::string board;     // empty: as the scenario says, else BOARD_DEFAULT
+  std::string board;     // empty: as the scenario says, else kBoardDefault
   std::string scenario;  // name or file
   double speed;          // below 0: as the scenario says
   std::string name;      // empty: none
@@ -48,5 +48,5 @@ struct args {
   bool json;
 };
 
-// Reads the command line. Help and usage errors are printed here and leave ARGS_DONE.
+// Reads the command line. Help and usage errors are printed here and leave kArgsDone.
 args args_read(int argc, char** argv);

@@ -8,10 +8,10 @@
 #include "report.h"
 
 bool around_publish(const scenario& s) {
-  std::string fresh = std::string(SCENARIO_PATH) + ".new";
+  std::string fresh = std::string(kScenarioPath) + ".new";
   if (!file_write(fresh, s.text)) return false;
-  return rename(fresh.c_str(), SCENARIO_PATH) == 0 ||
-         report_errno(nullptr, "replace %s", SCENARIO_PATH);
+  return rename(fresh.c_str(), kScenarioPath) == 0 ||
+         report_errno(nullptr, "replace %s", kScenarioPath);
 }
 
 void around_go_on(driver_state& state) {
@@ -28,7 +28,7 @@ void around_write_files(driver_state& state) {
 
 int around_timeout_ms(const driver_state& state) {
   int64_t next = driver_next_us(state);
-  if (next == DRIVER_NEVER || state.clock.speed <= 0) return -1;
+  if (next == kDriverNever || state.clock.speed <= 0) return -1;
   double left_us = static_cast<double>(next - driver_now_us(state)) / state.clock.speed;
   if (left_us <= 0) return 0;
   return left_us >= INT_MAX ? INT_MAX / 1000 : static_cast<int>(left_us / 1000) + 1;

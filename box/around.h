@@ -4,7 +4,7 @@
 
 #include "driver.h"
 
-// Writes the scenario in force to SCENARIO_PATH, atomically. Reports what failed.
+// Writes the scenario in force to kScenarioPath, atomically. Reports what failed.
 [[nodiscard]] bool around_publish(const scenario& s);
 
 // Brings the model up to now, and publishes when an event changed the scenario.

@@ -22,9 +22,9 @@ struct board {
   int card_count;
 };
 
-constexpr const char* BOARD_DEFAULT = "mt7603+mt7612";
-constexpr int BOARD_MAX_INTERFACES = 16;
-constexpr int BOARD_FIRST_5GHZ = 8;  // number of the first 5 GHz interface
+constexpr const char* kBoardDefault = "mt7603+mt7612";
+constexpr int kBoardMaxInterfaces = 16;
+constexpr int kBoardFirst5ghz = 8;  // number of the first 5 GHz interface
 
 // The board of that name, or null.
 const board* board_find(std::string_view name);

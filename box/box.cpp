@@ -30,7 +30,7 @@
 #include "trap.h"
 
 // How long processes of the box have after SIGTERM before the kernel kills them.
-static constexpr int64_t GRACE_US = 2000000;
+static constexpr int64_t kGraceUs = 2000000;
 
 struct box {
   trap_state trap;
@@ -126,7 +126,7 @@ static void begin_end(box& b, int status) {
   if (b.ending) return;
   b.ending = true;
   b.status = status;
-  b.give_up_us = journal_now_us() + GRACE_US;
+  b.give_up_us = journal_now_us() + kGraceUs;
   for_each_process(b, [](pid_t pid) {
     kill(pid, SIGTERM);
     kill(pid, SIGCONT);
@@ -137,7 +137,7 @@ static void begin_end(box& b, int status) {
 // nobody. What is alongside in gwbox's process group stops together with gwbox.
 static void payload_changed(box& b, int wait_status) {
   if (!WIFSTOPPED(wait_status)) return begin_end(b, status_of(wait_status));
-  if (b.own_job) (void)send(b.link, &LINK_STOPPED, 1, MSG_NOSIGNAL);
+  if (b.own_job) (void)send(b.link, &kLinkStopped, 1, MSG_NOSIGNAL);
 }
 
 static void reap(box& b) {
@@ -163,7 +163,7 @@ static void take_link(box& b) {
     b.link = -1;
     return begin_end(b, 128 + SIGKILL);
   }
-  if (word == LINK_FOREGROUND) payload_to_foreground(b.payload);
+  if (word == kLinkForeground) payload_to_foreground(b.payload);
   kill(-b.payload, SIGCONT);
 }
 
@@ -219,9 +219,9 @@ static bool ended(box& b) {
 int box_main(const box_plan& plan) {
   box b = {};
   b.link = plan.link;
-  b.own_job = plan.payload.terminal == PAYLOAD_FOREGROUND;
+  b.own_job = plan.payload.terminal == kPayloadForeground;
   umask(022);
-  if (!build(b, plan)) return EXIT_BOX_FAILED;
+  if (!build(b, plan)) return kExitBoxFailed;
   while (!ended(b))
     serve_once(b);
   return b.status;

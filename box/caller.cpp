@@ -21,12 +21,12 @@ bool caller_write(int32_t tid, uint64_t address, const void* from, size_t size) 
 
 // Never reads beyond the page of the last byte needed: what lies behind may not be there.
 bool caller_read_text(int32_t tid, uint64_t address, size_t limit, std::string& text) {
-  constexpr uint64_t PAGE = 4096;
-  char piece[PAGE];
+  constexpr uint64_t kPage = 4096;
+  char piece[kPage];
   text.clear();
   while (text.size() < limit) {
     uint64_t at = address + text.size();
-    size_t size = PAGE - at % PAGE;
+    size_t size = kPage - at % kPage;
     if (size > limit - text.size()) size = limit - text.size();
     if (!caller_read(tid, at, piece, size)) return false;
     size_t length = strnlen(piece, size);

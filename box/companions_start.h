@@ -4,7 +4,7 @@
 #include <stdint.h>
 
 // Readable to every companion: monotonic microseconds at the box's start, as a decimal number.
-constexpr const char* COMPANIONS_START_FILE = "/run/gwbox/start_us";
+constexpr const char* kCompanionsStartFile = "/run/gwbox/start_us";
 
 struct companions_starting {
   int ready;  // pipe from which a byte comes for each that is ready

@@ -13,11 +13,11 @@
 #include "report.h"
 #include "status.h"
 
-static constexpr size_t MESSAGE_MAX = 200000;  // what a socket of this kind takes at once
-static constexpr int BACKLOG = 16;
+static constexpr size_t kMessageMax = 200000;  // what a socket of this kind takes at once
+static constexpr int kBacklog = 16;
 
 static bool control_address(const std::string& root, sockaddr_un& address) {
-  std::string path = root + CONTROL_PATH;
+  std::string path = root + kControlPath;
   address = {};
   address.sun_family = AF_UNIX;
   if (path.size() >= sizeof address.sun_path) return false;
@@ -31,10 +31,10 @@ int control_listen() {
   int fd = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
   if (fd >= 0 && control_address("", address) &&
       bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
-      chmod(CONTROL_PATH, 0666) == 0 && listen(fd, BACKLOG) == 0) {
+      chmod(kControlPath, 0666) == 0 && listen(fd, kBacklog) == 0) {
     return fd;
   }
-  report_errno(nullptr, "open the control socket %s", CONTROL_PATH);
+  report_errno(nullptr, "open the control socket %s", kControlPath);
   if (fd >= 0) close(fd);
   return -1;
 }
@@ -46,7 +46,7 @@ int control_accept(int listener) {
 static std::vector<std::string> split(const std::string& message) {
   std::vector<std::string> words(1);
   for (char c : message) {
-    if (c == CONTROL_BREAK) {
+    if (c == kControlBreak) {
       words.emplace_back();
     } else {
       words.back() += c;
@@ -82,12 +82,12 @@ static std::string act(const std::string& message, trap_state& trap) {
   std::vector<std::string> words = split(message);
   if (words[0] == "fail") return do_fail(words, trap.faults);
   if (words[0] == "set") return do_set(words, trap.driver);
-  if (words[0] == "status") return std::string("ok") + CONTROL_BREAK + status_json(trap);
+  if (words[0] == "status") return std::string("ok") + kControlBreak + status_json(trap);
   return "unknown message";
 }
 
 void control_serve(int client, trap_state& trap) {
-  std::string message(MESSAGE_MAX, '\0');
+  std::string message(kMessageMax, '\0');
   ssize_t got = recv(client, message.data(), message.size(), 0);
   if (got > 0) {
     trap_catch_up(trap);
@@ -106,11 +106,11 @@ static bool exchange(const std::string& root, const std::string& message, std::s
                    connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
   if (!connected) {
     report_errno("inside a box, or with --box from outside", "reach the box at %s%s", root.c_str(),
-                 CONTROL_PATH);
+                 kControlPath);
   }
   ssize_t got = -1;
   if (connected && send(fd, message.data(), message.size(), MSG_NOSIGNAL) > 0) {
-    answer.resize(MESSAGE_MAX);
+    answer.resize(kMessageMax);
     got = recv(fd, answer.data(), answer.size(), 0);
     answer.resize(got > 0 ? static_cast<size_t>(got) : 0);
   }
@@ -123,13 +123,13 @@ bool control_ask(const std::string& box, const std::vector<std::string>& words,
                  std::string& answer) {
   std::string root, message;
   for (const std::string& word : words)
-    message += (message.empty() ? "" : std::string(1, CONTROL_BREAK)) + word;
-  if (message.size() >= MESSAGE_MAX) {
+    message += (message.empty() ? "" : std::string(1, kControlBreak)) + word;
+  if (message.size() >= kMessageMax) {
     report("that is too long for a box");
     return false;
   }
   if (!reach_root(box, root) || !exchange(root, message, answer)) return false;
-  std::string good = std::string("ok") + CONTROL_BREAK;
+  std::string good = std::string("ok") + kControlBreak;
   if (answer == "ok" || answer.starts_with(good)) {
     answer.erase(0, good.size());
     return true;
@@ -146,7 +146,7 @@ int control_fail(const std::string& box, const std::string& what, const std::str
   if (what != "clear" || !how.empty()) {
     if (!fault_parse(what, how, count, rule, wrong)) {
       report("%s", wrong.c_str());
-      return EXIT_USAGE;
+      return kExitUsage;
     }
     words = {"fail", what, how, std::to_string(count)};
   }
@@ -157,5 +157,5 @@ int control_set(const std::string& box, const std::vector<std::string>& words) {
   std::vector<std::string> message = {"set"};
   message.insert(message.end(), words.begin(), words.end());
   std::string answer;
-  return control_ask(box, message, answer) ? 0 : EXIT_USAGE;
+  return control_ask(box, message, answer) ? 0 : kExitUsage;
 }

@@ -1,6 +1,6 @@
 // The control socket of a box, through which commands speak to its first process.
 //
-// One message each way. A message is words with CONTROL_BREAK between them: "fail WHAT HOW COUNT",
+// One message each way. A message is words with kControlBreak between them: "fail WHAT HOW COUNT",
 // "fail clear", "set WORD...", "status". The answer is "ok", with a break and more behind it where
 // there is more, or what was wrong.
 #pragma once
@@ -10,8 +10,8 @@
 
 #include "trap.h"
 
-constexpr const char* CONTROL_PATH = "/run/gwbox/control";  // inside the box
-constexpr char CONTROL_BREAK = '\x1f';
+constexpr const char* kControlPath = "/run/gwbox/control";  // inside the box
+constexpr char kControlBreak = '\x1f';
 
 // Server side. Returns the listening descriptor, or -1 after a report.
 [[nodiscard]] int control_listen();

@@ -17,20 +17,20 @@ struct private_entry {
 };
 static_assert(sizeof(private_entry) == 24);
 
-static constexpr uint16_t ARGUMENT_TEXT = 0x2000;
+static constexpr uint16_t kArgumentText = 0x2000;
 
-static constexpr private_entry PRIVATE_ENTRIES[] = {
-    {DRIVER_SET_TEXT, ARGUMENT_TEXT | DRIVER_TEXT_MAX, 0, "set"},
-    {DRIVER_E2P, ARGUMENT_TEXT | DRIVER_TEXT_MAX, ARGUMENT_TEXT | DRIVER_TEXT_MAX, "e2p"},
+static constexpr private_entry kPrivateEntries[] = {
+    {kDriverSetText, kArgumentText | kDriverTextMax, 0, "set"},
+    {kDriverE2p, kArgumentText | kDriverTextMax, kArgumentText | kDriverTextMax, "e2p"},
 };
 
 // The list is all or nothing: whoever has too little room learns how much is needed.
 static int query_private(driver_state&, driver_request& r) {
-  constexpr uint16_t COUNT = sizeof PRIVATE_ENTRIES / sizeof *PRIVATE_ENTRIES;
+  constexpr uint16_t kCount = sizeof kPrivateEntries / sizeof *kPrivateEntries;
   r.has_answer_length = true;
-  r.answer_length = COUNT;
-  if (r.length < COUNT) return -E2BIG;
-  r.output.assign(reinterpret_cast<const char*>(PRIVATE_ENTRIES), sizeof PRIVATE_ENTRIES);
+  r.answer_length = kCount;
+  if (r.length < kCount) return -E2BIG;
+  r.output.assign(reinterpret_cast<const char*>(kPrivateEntries), sizeof kPrivateEntries);
   return 0;
 }
 
@@ -43,35 +43,35 @@ struct request_row {
   int (*handle)(driver_state&, driver_request&);
 };
 
-static constexpr request_row REQUESTS[] = {
+static constexpr request_row kRequests[] = {
     {0x8B01, "get_name", nullptr, false, false, driver_query_name},
     {0x8B05, "get_frequency", nullptr, false, true, driver_query_frequency},
     {0x8B07, "get_mode", nullptr, false, false, driver_query_mode},
     {0x8B0B, "get_range", nullptr, false, false, driver_query_range},
-    {DRIVER_GET_PRIV, "get_priv", nullptr, false, false, query_private},
+    {kDriverGetPriv, "get_priv", nullptr, false, false, query_private},
     {0x8B15, "get_address", nullptr, false, true, driver_query_address},
     {0x8B1B, "get_essid", nullptr, false, true, driver_query_essid},
     {0x8B21, "get_rate", nullptr, false, true, driver_query_rate},
-    {DRIVER_OBJECT, "query", "object_set", false, false, driver_do_object},
-    {DRIVER_SET_TEXT, "set", nullptr, true, false, driver_do_text},
-    {DRIVER_E2P, "e2p", nullptr, true, false, driver_do_e2p},
-    {DRIVER_STATIONS, "stations", nullptr, false, true, driver_query_stations},
+    {kDriverObject, "query", "object_set", false, false, driver_do_object},
+    {kDriverSetText, "set", nullptr, true, false, driver_do_text},
+    {kDriverE2p, "e2p", nullptr, true, false, driver_do_e2p},
+    {kDriverStations, "stations", nullptr, false, true, driver_query_stations},
 };
 
 static const request_row* find_request(uint32_t request) {
-  for (const request_row& row : REQUESTS) {
+  for (const request_row& row : kRequests) {
     if (row.request == request) return &row;
   }
   return nullptr;
 }
 
 static bool is_flagged_set(const request_row& row, uint16_t flags) {
-  return row.set_name && (flags & DRIVER_SET_FLAG);
+  return row.set_name && (flags & kDriverSetFlag);
 }
 
 int driver_interface_number(const char* name) {
   if (strncmp(name, "ra", 2) != 0) return -1;
-  for (int number = 0; number < BOARD_MAX_INTERFACES; number++) {
+  for (int number = 0; number < kBoardMaxInterfaces; number++) {
     if (std::to_string(number) == name + 2) return number;
   }
   return -1;
@@ -81,12 +81,12 @@ size_t driver_input_size(uint32_t request, uint16_t flags, uint16_t length) {
   const request_row* row = find_request(request);
   if (!row) return 0;
   if (row->carries_input || is_flagged_set(*row, flags)) return length;
-  return request == DRIVER_OBJECT && driver_object_carries(flags, length) ? length : 0;
+  return request == kDriverObject && driver_object_carries(flags, length) ? length : 0;
 }
 
 size_t driver_room(uint32_t request, uint16_t length) {
-  if (request == DRIVER_GET_PRIV) return length * sizeof(private_entry);
-  return request == DRIVER_E2P ? DRIVER_TEXT_MAX : length;
+  if (request == kDriverGetPriv) return length * sizeof(private_entry);
+  return request == kDriverE2p ? kDriverTextMax : length;
 }
 
 bool driver_has_sub(uint32_t request) {
@@ -101,14 +101,14 @@ const char* driver_request_name(uint32_t request, uint16_t flags) {
 }
 
 bool driver_find_name(const std::string& name, uint32_t& request, bool& has_sub, uint16_t& sub) {
-  for (const request_row& row : REQUESTS) {
+  for (const request_row& row : kRequests) {
     if (name != row.name) continue;
     request = row.request;
     return true;
   }
   for (const auto& [number, object] : driver_objects()) {
     if (name != object) continue;
-    request = DRIVER_OBJECT;
+    request = kDriverObject;
     has_sub = true;
     sub = number;
     return true;
@@ -118,7 +118,7 @@ bool driver_find_name(const std::string& name, uint32_t& request, bool& has_sub,
 
 std::vector<std::string> driver_names() {
   std::vector<std::string> names;
-  for (const request_row& row : REQUESTS)
+  for (const request_row& row : kRequests)
     names.push_back(row.name);
   for (const auto& object : driver_objects())
     names.push_back(object.second);

@@ -25,15 +25,15 @@
 #include "scenario.h"
 
 // Requests, as numbered by the wireless extensions (private ones begin at 0x8BE0).
-constexpr uint32_t DRIVER_GET_PRIV = 0x8B0D;  // list of the private requests
-constexpr uint32_t DRIVER_OBJECT = 0x8BE1;    // object query or set, sub-command in the flags
-constexpr uint32_t DRIVER_SET_TEXT = 0x8BE2;  // one Key=Value text
-constexpr uint32_t DRIVER_E2P = 0x8BE7;       // reads and writes the EEPROM, by text
-constexpr uint32_t DRIVER_STATIONS = 0x8BEF;  // table of the associated stations
-constexpr uint16_t DRIVER_SET_FLAG = 0x8000;  // in the flags: a set, not a query
-constexpr uint16_t DRIVER_TEXT_MAX = 1536;    // bytes of a text, terminator included
-constexpr int DRIVER_STATIONS_MAX = 128;
-constexpr int DRIVER_EEPROM_WORDS = 512;
+constexpr uint32_t kDriverGetPriv = 0x8B0D;   // list of the private requests
+constexpr uint32_t kDriverObject = 0x8BE1;    // object query or set, sub-command in the flags
+constexpr uint32_t kDriverSetText = 0x8BE2;   // one Key=Value text
+constexpr uint32_t kDriverE2p = 0x8BE7;       // reads and writes the EEPROM, by text
+constexpr uint32_t kDriverStations = 0x8BEF;  // table of the associated stations
+constexpr uint16_t kDriverSetFlag = 0x8000;   // in the flags: a set, not a query
+constexpr uint16_t kDriverTextMax = 1536;     // bytes of a text, terminator included
+constexpr int kDriverStationsMax = 128;
+constexpr int kDriverEepromWords = 512;
 
 // An access list, as the texts AccessPolicy and ACL... make it.
 struct driver_acl {
@@ -48,7 +48,7 @@ struct driver_bss {
   std::string auth, encryption;
   bool hidden;
   driver_acl acl;
-  double counters[SCENARIO_BSS_COUNTERS];
+  double counters[kScenarioBssCounters];
   double ssid_rx_bytes, ssid_tx_bytes;  // since the last query of the SSID counters
 };
 
@@ -73,7 +73,7 @@ struct driver_radio {
   int64_t survey_us;                 // start of the last survey, below 0: none since the load
   driver_wps wps;
   bool ate;  // between ATESTART and ATESTOP
-  uint16_t eeprom[DRIVER_EEPROM_WORDS];
+  uint16_t eeprom[kDriverEepromWords];
 };
 
 struct driver_station {
@@ -91,7 +91,7 @@ struct driver_station {
 struct driver_blacklisted {
   int radio;
   mac_address mac;
-  int64_t until_us;  // DRIVER_NEVER: until taken off
+  int64_t until_us;  // kDriverNever: until taken off
 };
 
 struct driver_action_frame {
@@ -102,7 +102,7 @@ struct driver_action_frame {
   std::string body;  // without the zeros that fill it up
 };
 
-constexpr int64_t DRIVER_NEVER = INT64_MAX;
+constexpr int64_t kDriverNever = INT64_MAX;
 
 struct driver_state {
   const board* hardware;
@@ -110,8 +110,8 @@ struct driver_state {
   scenario around;
   bool scenario_changed;  // by an event, since whoever writes it out cleared this
   int64_t now_us;         // up to when everything has happened
-  driver_radio radios[SCENARIO_RADIOS];
-  driver_bss bss[BOARD_MAX_INTERFACES];  // ra0 .. ra15
+  driver_radio radios[kScenarioRadios];
+  driver_bss bss[kBoardMaxInterfaces];  // ra0 .. ra15
   std::vector<driver_station> stations;
   std::vector<driver_blacklisted> blacklist;
   std::vector<driver_action_frame> action_frames;  // the last ones
@@ -123,7 +123,7 @@ struct driver_request {
   int bss;  // N of raN; the interface exists
   uint32_t request;
   uint16_t flags;     // as the caller set them
-  uint16_t length;    // as the caller announced it: bytes, for DRIVER_GET_PRIV entries
+  uint16_t length;    // as the caller announced it: bytes, for kDriverGetPriv entries
   std::string input;  // the caller's buffer, driver_input_size() bytes of it
   int64_t now_us;     // the box's time, which runs as fast as its scenario says
   // The answer.
@@ -159,7 +159,7 @@ void driver_interface_down(driver_state& state, int n, int64_t now_us);
 // Lets everything happen that is due by then: stations come and go, counters grow, events.
 void driver_advance(driver_state& state, int64_t now_us);
 
-// When something will next happen by itself, DRIVER_NEVER when nothing will.
+// When something will next happen by itself, kDriverNever when nothing will.
 int64_t driver_next_us(const driver_state& state);
 
 // Puts a changed scenario in force; stations that stay keep their association.
@@ -178,13 +178,13 @@ size_t driver_input_size(uint32_t request, uint16_t flags, uint16_t length);
 // whose length counts something else.
 size_t driver_room(uint32_t request, uint16_t length);
 
-// True when the request's flags are a sub-command (DRIVER_SET_FLAG not part of it).
+// True when the request's flags are a sub-command (kDriverSetFlag not part of it).
 bool driver_has_sub(uint32_t request);
 
 // What the journal calls the request: "set", "query", "object_set", "get_priv" or "unknown".
 const char* driver_request_name(uint32_t request, uint16_t flags);
 
-// What an object of DRIVER_OBJECT is called, "survey" for 0x069B; null for an unknown one.
+// What an object of kDriverObject is called, "survey" for 0x069B; null for an unknown one.
 const char* driver_object_name(uint16_t sub);
 
 // The request or object of that name, "set", "stations" or "survey"; false for an unknown one.

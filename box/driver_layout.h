@@ -6,10 +6,10 @@
 #include <stddef.h>
 #include <stdint.h>
 
-constexpr int LAYOUT_PROBES = 4;
-constexpr int LAYOUT_NONASSOC = 16;
-constexpr int LAYOUT_SURVEY_MAX = 128;
-constexpr int LAYOUT_SSIDS = 8;
+constexpr int kLayoutProbes = 4;
+constexpr int kLayoutNonassoc = 16;
+constexpr int kLayoutSurveyMax = 128;
+constexpr int kLayoutSsids = 8;
 
 struct layout_station {
   uint8_t bss;  // position within the radio
@@ -78,7 +78,7 @@ static_assert(offsetof(layout_ssid, rx_bytes) == 8 && offsetof(layout_ssid, tx_b
 
 struct layout_ssids {
   int32_t count;
-  layout_ssid entries[LAYOUT_SSIDS];
+  layout_ssid entries[kLayoutSsids];
 };
 static_assert(sizeof(layout_ssids) == 772);
 
@@ -102,7 +102,7 @@ static_assert(sizeof(layout_neighbour) == 100);
 
 struct layout_survey {
   uint32_t count;
-  layout_neighbour entries[LAYOUT_SURVEY_MAX];
+  layout_neighbour entries[kLayoutSurveyMax];
   uint8_t busiest[360];  // per channel number, its networks
 };
 static_assert(sizeof(layout_survey) == 13164);
@@ -123,7 +123,7 @@ struct layout_action_frame {
   uint8_t body[1024];
 };
 static_assert(offsetof(layout_action_frame, body) == 10);
-constexpr size_t LAYOUT_ACTION_FRAME_SIZE = 1034;
+constexpr size_t kLayoutActionFrameSize = 1034;
 
 struct layout_station_btm {
   uint8_t kind;  // 4: of a station
@@ -144,19 +144,19 @@ struct layout_nonassoc {
   uint8_t mac[6];
   uint8_t count;
   uint8_t newest;  // 1 to 4
-  layout_probe probes[LAYOUT_PROBES];
+  layout_probe probes[kLayoutProbes];
 };
 static_assert(sizeof(layout_nonassoc) == 120 && offsetof(layout_nonassoc, probes) == 8);
 
 struct layout_nonassocs {
-  layout_nonassoc entries[LAYOUT_NONASSOC];
+  layout_nonassoc entries[kLayoutNonassoc];
   uint8_t count;
   uint8_t reserved_1921[3];
 };
 static_assert(sizeof(layout_nonassocs) == 1924 && offsetof(layout_nonassocs, count) == 1920);
 
 // Transmit power limits: one layout for the chips of one band, another for the dual-band chip.
-constexpr int LAYOUT_POWER_MAX = 58;
+constexpr int kLayoutPowerMax = 58;
 
 struct layout_power_small {
   uint8_t channel;
@@ -168,7 +168,7 @@ static_assert(sizeof(layout_power_small) == 10 && offsetof(layout_power_small, d
 
 struct layout_powers_small {
   int32_t count;
-  layout_power_small entries[LAYOUT_POWER_MAX];
+  layout_power_small entries[kLayoutPowerMax];
   uint8_t reserved_584[8];
 };
 static_assert(sizeof(layout_powers_small) == 592);
@@ -184,7 +184,7 @@ static_assert(sizeof(layout_power_large) == 16 && offsetof(layout_power_large, d
 struct layout_powers_large {
   int32_t count;
   uint8_t reserved_4[2];
-  layout_power_large entries[LAYOUT_POWER_MAX];
+  layout_power_large entries[kLayoutPowerMax];
   uint8_t reserved_934[14];
 };
 static_assert(sizeof(layout_powers_large) == 948);

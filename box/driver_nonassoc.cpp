@@ -29,7 +29,7 @@ static int watch(driver_state& state, int radio, driver_request& r) {
   driver_decode(r, "watch", mac_text(mac_at(bytes)));
   std::vector<mac_address>& watched = state.radios[radio].watched;
   std::erase(watched, mac_at(bytes));
-  if (watched.size() == LAYOUT_NONASSOC) watched.erase(watched.begin());
+  if (watched.size() == kLayoutNonassoc) watched.erase(watched.begin());
   watched.push_back(mac_at(bytes));
   return 0;
 }
@@ -38,13 +38,13 @@ static layout_nonassoc entry_of(const scenario_nonassoc& station) {
   layout_nonassoc entry = {};
   memcpy(entry.mac, station.mac.data(), sizeof entry.mac);
   size_t seen = station.observations.size();
-  for (size_t i = seen > LAYOUT_PROBES ? seen - LAYOUT_PROBES : 0; i < seen; i++) {
-    layout_probe& probe = entry.probes[i % LAYOUT_PROBES];
+  for (size_t i = seen > kLayoutProbes ? seen - kLayoutProbes : 0; i < seen; i++) {
+    layout_probe& probe = entry.probes[i % kLayoutProbes];
     probe.rssi = static_cast<int8_t>(station.observations[i].rssi);
     memcpy(probe.date, station.observations[i].date, sizeof probe.date);
-    entry.newest = static_cast<uint8_t>(i % LAYOUT_PROBES + 1);
+    entry.newest = static_cast<uint8_t>(i % kLayoutProbes + 1);
   }
-  entry.count = static_cast<uint8_t>(seen < LAYOUT_PROBES ? seen : LAYOUT_PROBES);
+  entry.count = static_cast<uint8_t>(seen < kLayoutProbes ? seen : kLayoutProbes);
   if (station.newest >= 0) entry.newest = static_cast<uint8_t>(station.newest);
   return entry;
 }
@@ -57,7 +57,7 @@ int driver_query_nonassoc(driver_state& state, driver_request& r) {
   layout_nonassocs report = {};
   for (const scenario_nonassoc& station : state.around.nonassoc) {
     if (!state.radios[radio].nonassoc_on || station.radio != radio) continue;
-    if (report.count == LAYOUT_NONASSOC) break;
+    if (report.count == kLayoutNonassoc) break;
     report.entries[report.count++] = entry_of(station);
   }
   driver_decode(r, "stations", std::to_string(report.count));

@@ -12,7 +12,7 @@ struct object_row {
   int (*set)(driver_state&, driver_request&);
 };
 
-static constexpr object_row OBJECTS[] = {
+static constexpr object_row kObjects[] = {
     {0x067D, "counters", true, driver_query_counters, nullptr},
     {0x0693, "channel_load", true, driver_query_load, nullptr},
     {0x0695, "station_traffic", true, driver_query_traffic, nullptr},
@@ -32,13 +32,13 @@ static constexpr object_row OBJECTS[] = {
     {0x494A, "btm", false, driver_query_btm, nullptr},
 };
 
-static constexpr uint16_t NONASSOC_REPORT = 0x06B5;
-static constexpr uint16_t BTM = 0x494A;
-static constexpr uint16_t NONASSOC_REGISTRATION_MAX = 7;
-static constexpr uint16_t BTM_STATION_MIN = 8;
+static constexpr uint16_t kNonassocReport = 0x06B5;
+static constexpr uint16_t kBtm = 0x494A;
+static constexpr uint16_t kNonassocRegistrationMax = 7;
+static constexpr uint16_t kBtmStationMin = 8;
 
 static const object_row* find_object(uint16_t sub) {
-  for (const object_row& row : OBJECTS) {
+  for (const object_row& row : kObjects) {
     if (row.sub == sub) return &row;
   }
   return nullptr;
@@ -51,20 +51,20 @@ const char* driver_object_name(uint16_t sub) {
 
 std::vector<std::pair<uint16_t, const char*>> driver_objects() {
   std::vector<std::pair<uint16_t, const char*>> objects;
-  for (const object_row& row : OBJECTS)
+  for (const object_row& row : kObjects)
     objects.emplace_back(row.sub, row.name);
   return objects;
 }
 
 bool driver_object_carries(uint16_t sub, uint16_t length) {
-  return (sub == NONASSOC_REPORT && length <= NONASSOC_REGISTRATION_MAX) ||
-         (sub == BTM && length >= BTM_STATION_MIN);
+  return (sub == kNonassocReport && length <= kNonassocRegistrationMax) ||
+         (sub == kBtm && length >= kBtmStationMin);
 }
 
 int driver_do_object(driver_state& state, driver_request& r) {
-  const object_row* row = find_object(r.flags & ~DRIVER_SET_FLAG);
+  const object_row* row = find_object(r.flags & ~kDriverSetFlag);
   if (!row) return -EOPNOTSUPP;
-  auto handle = (r.flags & DRIVER_SET_FLAG) ? row->set : row->query;
+  auto handle = (r.flags & kDriverSetFlag) ? row->set : row->query;
   if (!handle) return -EOPNOTSUPP;
   if (row->needs_radio && !driver_radio_up(state, driver_radio_of(r.bss))) return -ENETDOWN;
   return handle(state, r);

@@ -6,14 +6,14 @@
 
 #include "driver.h"
 
-constexpr int DRIVER_RADIO_BSSS = 8;
+constexpr int kDriverRadioBsss = 8;
 
 inline int driver_radio_of(int bss) {
-  return bss < BOARD_FIRST_5GHZ ? 0 : 1;
+  return bss < kBoardFirst5ghz ? 0 : 1;
 }
 
 inline int driver_first_of(int radio) {
-  return radio == 0 ? 0 : BOARD_FIRST_5GHZ;
+  return radio == 0 ? 0 : kBoardFirst5ghz;
 }
 
 inline bool driver_radio_up(const driver_state& state, int radio) {

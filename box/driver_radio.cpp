@@ -22,7 +22,7 @@ struct class_row {
   uint32_t number;  // global operating class, 20 MHz
 };
 
-static constexpr class_row CLASSES[] = {
+static constexpr class_row kClasses[] = {
     {1, 13, 81},     {14, 14, 82},    {36, 48, 115},   {52, 64, 118},
     {100, 144, 121}, {149, 161, 124}, {165, 169, 125},
 };
@@ -31,7 +31,7 @@ static constexpr class_row CLASSES[] = {
 int driver_query_operating_class(driver_state& state, driver_request& r) {
   int radio = driver_radio_of(r.bss);
   uint32_t number = radio == 0 ? 81 : 115;
-  for (const class_row& row : CLASSES) {
+  for (const class_row& row : kClasses) {
     int channel = state.radios[radio].channel;
     if (channel >= row.first && channel <= row.last) number = row.number;
   }
@@ -59,7 +59,7 @@ template <typename Table>
 static int answer_power(driver_request& r, const std::vector<scenario_power>& limits) {
   Table table = {};
   for (const scenario_power& limit : limits) {
-    if (table.count == LAYOUT_POWER_MAX) break;
+    if (table.count == kLayoutPowerMax) break;
     auto& entry = table.entries[table.count++];
     entry.channel = static_cast<uint8_t>(limit.channel);
     entry.dbm = static_cast<uint8_t>(limit.dbm);
@@ -93,7 +93,7 @@ int driver_do_e2p(driver_state& state, driver_request& r) {
     std::string item = rest.substr(0, comma);
     size_t equals = item.find('=');
     unsigned long at = 0, value = 0;
-    if (!parse_hex(item.substr(0, equals), DRIVER_EEPROM_WORDS * 2 - 1, at)) return -EINVAL;
+    if (!parse_hex(item.substr(0, equals), kDriverEepromWords * 2 - 1, at)) return -EINVAL;
     bool writes = equals != std::string::npos;
     if (writes && !parse_hex(item.substr(equals + 1), UINT16_MAX, value)) return -EINVAL;
     if (writes) words[at / 2] = static_cast<uint16_t>(value);
@@ -101,7 +101,7 @@ int driver_do_e2p(driver_state& state, driver_request& r) {
     snprintf(line, sizeof line, "[0x%04lX]:0x%04X\n", at, words[at / 2]);
     answer += line;
   }
-  if (answer.size() >= DRIVER_TEXT_MAX) return -E2BIG;
+  if (answer.size() >= kDriverTextMax) return -E2BIG;
   // The caller's buffer for the answer is as large as the private list says, however long the
   // request in it was.
   r.output = answer;

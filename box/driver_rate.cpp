@@ -5,13 +5,13 @@
 
 #include "driver_parts.h"
 
-enum { MODE_CCK, MODE_OFDM, MODE_HT, MODE_VHT = 4 };
-static constexpr int MODE_AT = 13, SHORT_AT = 9, WIDTH_AT = 7, STREAMS_AT = 4;
+enum { kModeCck, kModeOfdm, kModeHt, kModeVht = 4 };
+static constexpr int kModeAt = 13, SHORT_AT = 9, WIDTH_AT = 7, STREAMS_AT = 4;
 
 // Mbit/s by index, and how the dual-band chip codes the OFDM ones.
-static constexpr const char* CCK_RATES[] = {"1", "2", "5.5", "11"};
-static constexpr const char* OFDM_RATES[] = {"6", "9", "12", "18", "24", "36", "48", "54"};
-static constexpr int OFDM_CODES[] = {11, 15, 10, 14, 9, 13, 8, 12};
+static constexpr const char* kCckRates[] = {"1", "2", "5.5", "11"};
+static constexpr const char* kOfdmRates[] = {"6", "9", "12", "18", "24", "36", "48", "54"};
+static constexpr int kOfdmCodes[] = {11, 15, 10, 14, 9, 13, 8, 12};
 
 static int width_code(int mhz) {
   return mhz == 160 ? 3 : mhz == 80 ? 2 : mhz == 40 ? 1 : 0;
@@ -26,9 +26,9 @@ static int index_of(const char* const (&rates)[N], const std::string& rate) {
 }
 
 static int legacy_word(const std::string& rate, bool dual_band_chip) {
-  if (rate.starts_with("CCK ")) return MODE_CCK << MODE_AT | index_of(CCK_RATES, rate.substr(4));
-  int index = index_of(OFDM_RATES, rate.substr(strlen("OFDM ")));
-  return MODE_OFDM << MODE_AT | (dual_band_chip ? OFDM_CODES[index] : index);
+  if (rate.starts_with("CCK ")) return kModeCck << kModeAt | index_of(kCckRates, rate.substr(4));
+  int index = index_of(kOfdmRates, rate.substr(strlen("OFDM ")));
+  return kModeOfdm << kModeAt | (dual_band_chip ? kOfdmCodes[index] : index);
 }
 
 uint16_t driver_rate_word(const std::string& rate, bool dual_band_chip) {
@@ -37,9 +37,9 @@ uint16_t driver_rate_word(const std::string& rate, bool dual_band_chip) {
   if (rate.starts_with("CCK ") || rate.starts_with("OFDM ")) {
     word = legacy_word(rate, dual_band_chip);
   } else if (sscanf(rate.c_str(), "VHT%d MCS%d NSS%d", &mhz, &mcs, &streams) == 3) {
-    word = MODE_VHT << MODE_AT | is_short | (streams - 1) << STREAMS_AT | mcs;
+    word = kModeVht << kModeAt | is_short | (streams - 1) << STREAMS_AT | mcs;
   } else if (sscanf(rate.c_str(), "HT%d MCS%d", &mhz, &mcs) == 2) {
-    word = MODE_HT << MODE_AT | is_short | mcs;
+    word = kModeHt << kModeAt | is_short | mcs;
   } else {
     word = static_cast<int>(strtol(rate.c_str(), nullptr, 0));
   }

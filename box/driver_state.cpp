@@ -31,7 +31,7 @@ void driver_init(driver_state& state, const board& hardware, const scenario& aro
 
 void driver_init(driver_state& state, const board& hardware) {
   scenario around;
-  if (!scenario_load(SCENARIO_DEFAULT, around)) abort();
+  if (!scenario_load(kScenarioDefault, around)) abort();
   driver_init(state, hardware, around);
 }
 
@@ -68,8 +68,8 @@ static driver_station take_station(driver_state& state, const scenario_station& 
 void driver_take_scenario(driver_state& state, const scenario& around, int64_t now_us) {
   driver_advance(state, now_us);
   std::vector<scenario_bss> before = state.around.bss;
-  int channels[SCENARIO_RADIOS];
-  for (int radio = 0; radio < SCENARIO_RADIOS; radio++)
+  int channels[kScenarioRadios];
+  for (int radio = 0; radio < kScenarioRadios; radio++)
     channels[radio] = state.around.radios[radio].channel;
   std::vector<driver_station> stations;
   for (const scenario_station& given : around.stations)
@@ -77,7 +77,7 @@ void driver_take_scenario(driver_state& state, const scenario& around, int64_t n
   state.around = around;
   state.stations = stations;
   take_bss(state, before);
-  for (int radio = 0; radio < SCENARIO_RADIOS; radio++) {
+  for (int radio = 0; radio < kScenarioRadios; radio++) {
     int channel = around.radios[radio].channel;
     if (channel != 0 && channel != channels[radio]) state.radios[radio].channel = channel;
   }
@@ -88,7 +88,7 @@ void driver_radio_loaded(driver_state& state, int first_n, int64_t now_us) {
   driver_advance(state, now_us);
   int radio = driver_radio_of(first_n);
   state.radios[radio] = fresh_radio(state.radios[radio]);
-  for (int n = first_n; n < first_n + DRIVER_RADIO_BSSS; n++)
+  for (int n = first_n; n < first_n + kDriverRadioBsss; n++)
     state.bss[n] = {};
   for (const scenario_bss& given : state.around.bss) {
     if (driver_radio_of(given.bss) == radio) take_counters(state.bss[given.bss], given);

@@ -15,7 +15,7 @@ static uint32_t counter(double value) {
 
 static layout_station station_entry(const driver_state& state, const driver_station& station) {
   layout_station entry = {};
-  entry.bss = static_cast<uint8_t>(station.bss % DRIVER_RADIO_BSSS);
+  entry.bss = static_cast<uint8_t>(station.bss % kDriverRadioBsss);
   memcpy(entry.mac, station.is.mac.data(), sizeof entry.mac);
   entry.aid = station.aid;
   entry.power_save = station.is.asleep;
@@ -40,7 +40,7 @@ int driver_query_stations(driver_state& state, driver_request& r) {
 
 static layout_traffic traffic_entry(const driver_state& state, const driver_station& station) {
   layout_traffic entry = {};
-  entry.bss = static_cast<uint8_t>(station.bss % DRIVER_RADIO_BSSS);
+  entry.bss = static_cast<uint8_t>(station.bss % kDriverRadioBsss);
   memcpy(entry.mac, station.is.mac.data(), sizeof entry.mac);
   entry.phy = static_cast<uint8_t>(
       driver_rate_word(station.is.tx_rate, driver_is_dual_band_chip(state)) >> 13);
@@ -63,7 +63,7 @@ int driver_query_traffic(driver_state& state, driver_request& r) {
 
 int driver_query_counters(driver_state& state, driver_request& r) {
   layout_counters counters;
-  for (int i = 0; i < SCENARIO_BSS_COUNTERS; i++)
+  for (int i = 0; i < kScenarioBssCounters; i++)
     counters.words[i] = counter(state.bss[r.bss].counters[i]);
   return driver_answer(r, &counters, sizeof counters, sizeof counters);
 }
@@ -73,7 +73,7 @@ int driver_query_counters(driver_state& state, driver_request& r) {
 int driver_query_ssids(driver_state& state, driver_request& r) {
   layout_ssids table = {};
   int first = driver_first_of(driver_radio_of(r.bss));
-  for (int i = 0; i < LAYOUT_SSIDS; i++) {
+  for (int i = 0; i < kLayoutSsids; i++) {
     const driver_bss& bss = state.bss[first + i];
     if (!bss.up) continue;
     layout_ssid& entry = table.entries[i];

@@ -8,17 +8,17 @@
 #include "driver_layout.h"
 #include "driver_parts.h"
 
-enum { BLACKLIST_TAKE_OFF, BLACKLIST_FOR_GOOD, BLACKLIST_FOR_A_TIME };
-static constexpr uint32_t KIND_BLACKLIST = 0, KIND_TRANSITION = 1;
-static constexpr size_t ACTION_FRAMES_KEPT = 64;
+enum { kBlacklistTakeOff, kBlacklistForGood, kBlacklistForATime };
+static constexpr uint32_t kKindBlacklist = 0, KIND_TRANSITION = 1;
+static constexpr size_t kActionFramesKept = 64;
 
 static void blacklist(driver_state& state, int radio, const layout_steer& steer) {
   mac_address mac = mac_at(steer.mac);
   std::erase_if(state.blacklist,
                 [&](const auto& entry) { return entry.radio == radio && entry.mac == mac; });
   int64_t until =
-      steer.action == BLACKLIST_FOR_GOOD ? DRIVER_NEVER : state.now_us + steer.seconds * 1000000LL;
-  if (steer.action != BLACKLIST_TAKE_OFF) state.blacklist.push_back({radio, mac, until});
+      steer.action == kBlacklistForGood ? kDriverNever : state.now_us + steer.seconds * 1000000LL;
+  if (steer.action != kBlacklistTakeOff) state.blacklist.push_back({radio, mac, until});
   driver_settle(state);
 }
 
@@ -27,12 +27,12 @@ int driver_set_steer(driver_state& state, driver_request& r) {
   int status = driver_take(r, &steer, sizeof steer);
   if (status != 0) return status;
   driver_decode(r, "mac", mac_text(mac_at(steer.mac)));
-  driver_decode(r, "kind", steer.kind == KIND_BLACKLIST ? "blacklist" : std::to_string(steer.kind));
+  driver_decode(r, "kind", steer.kind == kKindBlacklist ? "blacklist" : std::to_string(steer.kind));
   driver_decode(r, "action", std::to_string(steer.action));
   driver_decode(r, "seconds", std::to_string(steer.seconds));
   if (steer.kind == KIND_TRANSITION) return 0;  // the station has gone already
-  bool known = steer.kind == KIND_BLACKLIST && steer.action >= BLACKLIST_TAKE_OFF &&
-               steer.action <= BLACKLIST_FOR_A_TIME && steer.seconds >= 0;
+  bool known = steer.kind == kKindBlacklist && steer.action >= kBlacklistTakeOff &&
+               steer.action <= kBlacklistForATime && steer.seconds >= 0;
   if (!known) return -EINVAL;
   blacklist(state, driver_radio_of(r.bss), steer);
   return 0;
@@ -43,8 +43,8 @@ int driver_set_steer(driver_state& state, driver_request& r) {
 static int way_out(const driver_state& state, const driver_station& station) {
   std::vector<int> candidates = station.is.others;
   candidates.push_back(station.is.bss);
-  candidates.push_back((station.bss + DRIVER_RADIO_BSSS) % BOARD_MAX_INTERFACES);
-  for (int n = 0; n < BOARD_MAX_INTERFACES; n++)
+  candidates.push_back((station.bss + kDriverRadioBsss) % kBoardMaxInterfaces);
+  for (int n = 0; n < kBoardMaxInterfaces; n++)
     candidates.push_back(n);
   for (int n : candidates) {
     if (n != station.bss && driver_beacons(state, n)) return n;
@@ -65,7 +65,7 @@ static void transition(driver_state& state, int radio, driver_request& r, const 
 }
 
 int driver_set_action_frame(driver_state& state, driver_request& r) {
-  char bytes[LAYOUT_ACTION_FRAME_SIZE];
+  char bytes[kLayoutActionFrameSize];
   int status = driver_take(r, bytes, sizeof bytes);
   if (status != 0) return status;
   driver_action_frame frame = {};
@@ -78,7 +78,7 @@ int driver_set_action_frame(driver_state& state, driver_request& r) {
   driver_decode(r, "mac", mac_text(frame.mac));
   driver_decode(r, "category", std::to_string(frame.category));
   driver_decode(r, "body_bytes", std::to_string(frame.body.size()));
-  if (state.action_frames.size() == ACTION_FRAMES_KEPT) {
+  if (state.action_frames.size() == kActionFramesKept) {
     state.action_frames.erase(state.action_frames.begin());
   }
   state.action_frames.push_back(frame);

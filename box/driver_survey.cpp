@@ -30,7 +30,7 @@ int driver_query_survey(driver_state& state, driver_request& r) {
   layout_survey result = {};
   bool done = state.radios[radio].survey_us >= 0;
   for (const scenario_neighbour& neighbour : state.around.neighbours) {
-    if (!done || neighbour.radio != radio || result.count == LAYOUT_SURVEY_MAX) continue;
+    if (!done || neighbour.radio != radio || result.count == kLayoutSurveyMax) continue;
     layout_neighbour entry = entry_of(neighbour);
     result.entries[result.count++] = entry;
     result.busiest[entry.channel]++;

@@ -129,7 +129,7 @@ static int disconnect(text_context& c) {
   if (!here) return 0;
   double away = station->is.returns_after;
   int64_t back_us = c.state.now_us + static_cast<int64_t>(away * 1e6);
-  driver_disconnect(*station, away < 0 ? DRIVER_NEVER : back_us);
+  driver_disconnect(*station, away < 0 ? kDriverNever : back_us);
   return 0;
 }
 
@@ -161,7 +161,7 @@ struct text_row {
   int (*apply)(text_context&);
 };
 
-static constexpr text_row TEXTS[] = {
+static constexpr text_row kTexts[] = {
     {"SSID", false, set_ssid},
     {"AuthMode", false, set_auth},
     {"EncrypType", false, set_encryption},
@@ -182,14 +182,14 @@ static constexpr text_row TEXTS[] = {
 };
 
 static const text_row* find_text(const std::string& key) {
-  for (const text_row& row : TEXTS) {
+  for (const text_row& row : kTexts) {
     if (key == row.key) return &row;
   }
   return nullptr;
 }
 
 int driver_do_text(driver_state& state, driver_request& r) {
-  if (r.length > DRIVER_TEXT_MAX) return -E2BIG;
+  if (r.length > kDriverTextMax) return -E2BIG;
   std::string text(r.input.c_str());  // ends at the terminator, which some callers leave out
   size_t equals = text.find('=');
   std::string key = text.substr(0, equals);

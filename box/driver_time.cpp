@@ -6,10 +6,10 @@
 #include "report.h"
 
 // Words of the counter block that the stations' traffic goes into. Sent: towards the stations.
-enum { SENT_PACKETS, RECEIVED_PACKETS, RECEIVED_BYTES, SENT_BYTES };
+enum { kSentPackets, kReceivedPackets, kReceivedBytes, kSentBytes };
 
 static int64_t microseconds(double seconds) {
-  return seconds < 0 ? DRIVER_NEVER : static_cast<int64_t>(std::llround(seconds * 1e6));
+  return seconds < 0 ? kDriverNever : static_cast<int64_t>(std::llround(seconds * 1e6));
 }
 
 bool driver_beacons(const driver_state& state, int n) {
@@ -66,7 +66,7 @@ static uint8_t free_aid(const driver_state& state, int radio) {
 
 static void associate(driver_state& state, driver_station& station, int n) {
   int radio = driver_radio_of(n);
-  if (driver_associated(state, radio).size() >= DRIVER_STATIONS_MAX) return;
+  if (driver_associated(state, radio).size() >= kDriverStationsMax) return;
   station.aid = free_aid(state, radio);
   station.associated = true;
   station.bss = n;
@@ -96,10 +96,10 @@ static void grow(scenario_traffic& sum, const scenario_traffic& rate, double sec
 }
 
 static void grow_bss(driver_bss& bss, const scenario_traffic& rate, double seconds) {
-  bss.counters[RECEIVED_BYTES] += rate.rx_bytes * seconds;
-  bss.counters[SENT_BYTES] += rate.tx_bytes * seconds;
-  bss.counters[RECEIVED_PACKETS] += rate.rx_packets * seconds;
-  bss.counters[SENT_PACKETS] += rate.tx_packets * seconds;
+  bss.counters[kReceivedBytes] += rate.rx_bytes * seconds;
+  bss.counters[kSentBytes] += rate.tx_bytes * seconds;
+  bss.counters[kReceivedPackets] += rate.rx_packets * seconds;
+  bss.counters[kSentPackets] += rate.tx_packets * seconds;
   bss.ssid_rx_bytes += rate.rx_bytes * seconds;
   bss.ssid_tx_bytes += rate.tx_bytes * seconds;
 }
@@ -114,14 +114,14 @@ static void let_grow(driver_state& state, int64_t to) {
   }
   for (const scenario_bss& bss : state.around.bss) {
     if (!driver_beacons(state, bss.bss)) continue;
-    for (int i = 0; i < SCENARIO_BSS_COUNTERS; i++)
+    for (int i = 0; i < kScenarioBssCounters; i++)
       state.bss[bss.bss].counters[i] += bss.per_second[i] * seconds;
   }
   state.now_us = to;
 }
 
 int64_t driver_next_us(const driver_state& state) {
-  int64_t next = DRIVER_NEVER;
+  int64_t next = kDriverNever;
   auto consider = [&](int64_t time) {
     if (time > state.now_us && time < next) next = time;
   };
@@ -134,7 +134,7 @@ int64_t driver_next_us(const driver_state& state) {
     consider(entry.until_us);
   for (const scenario_event& event : state.around.events)
     consider(microseconds(event.at));
-  for (int radio = 0; radio < SCENARIO_RADIOS; radio++)
+  for (int radio = 0; radio < kScenarioRadios; radio++)
     consider(driver_wps_next_us(state, radio));
   return next;
 }
@@ -158,7 +158,7 @@ void driver_advance(driver_state& state, int64_t now_us) {
   for (int64_t next; (next = driver_next_us(state)) <= now_us;) {
     let_grow(state, next);
     std::erase_if(state.blacklist, [&](const auto& entry) { return entry.until_us <= next; });
-    for (int radio = 0; radio < SCENARIO_RADIOS; radio++)
+    for (int radio = 0; radio < kScenarioRadios; radio++)
       driver_wps_advance(state, radio);
     run_events(state);
     driver_settle(state);

@@ -9,14 +9,14 @@
 #include "driver_layout.h"
 #include "driver_parts.h"
 
-static constexpr uint32_t MODE_MASTER = 3;
-static constexpr uint16_t HARDWARE_ADDRESS = 1;
-static constexpr size_t NAME_SIZE = 16;
+static constexpr uint32_t kModeMaster = 3;
+static constexpr uint16_t kHardwareAddress = 1;
+static constexpr size_t kNameSize = 16;
 
 int driver_query_name(driver_state& state, driver_request& r) {
-  char name[NAME_SIZE] = "";
-  strcpy(name, state.hardware->dual_band && r.bss >= BOARD_FIRST_5GHZ ? "IEEE 802.11ac"
-                                                                      : "IEEE 802.11bgn");
+  char name[kNameSize] = "";
+  strcpy(name, state.hardware->dual_band && r.bss >= kBoardFirst5ghz ? "IEEE 802.11ac"
+                                                                     : "IEEE 802.11bgn");
   driver_answer_frame(r, name, sizeof name);
   return 0;
 }
@@ -37,9 +37,9 @@ static int frequency_of(int channel, int radio) {
 
 // From this table tools learn which frequency a channel is.
 int driver_query_range(driver_state&, driver_request& r) {
-  static constexpr int LOW[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13};
-  static constexpr int HIGH[] = {36,  40,  44,  48,  52,  56,  60,  64,  100, 104, 108, 112,
-                                 116, 120, 124, 128, 132, 136, 140, 149, 153, 157, 161, 165};
+  static constexpr int kLow[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13};
+  static constexpr int kHigh[] = {36,  40,  44,  48,  52,  56,  60,  64,  100, 104, 108, 112,
+                                  116, 120, 124, 128, 132, 136, 140, 149, 153, 157, 161, 165};
   int radio = driver_radio_of(r.bss);
   iw_range range = {};
   range.we_version_compiled = WIRELESS_EXT;
@@ -50,21 +50,21 @@ int driver_query_range(driver_state&, driver_request& r) {
     entry.e = 3;
     entry.i = static_cast<uint8_t>(channel);
   };
-  if (radio == 0) std::for_each(std::begin(LOW), std::end(LOW), add);
-  if (radio == 1) std::for_each(std::begin(HIGH), std::end(HIGH), add);
+  if (radio == 0) std::for_each(std::begin(kLow), std::end(kLow), add);
+  if (radio == 1) std::for_each(std::begin(kHigh), std::end(kHigh), add);
   range.num_channels = range.num_frequency;
   return driver_answer(r, &range, sizeof range, sizeof range);
 }
 
 int driver_query_mode(driver_state&, driver_request& r) {
-  driver_answer_frame(r, &MODE_MASTER, sizeof MODE_MASTER);
+  driver_answer_frame(r, &kModeMaster, sizeof kModeMaster);
   return 0;
 }
 
 // Addresses as those of a card with consecutive ones.
 int driver_query_address(driver_state&, driver_request& r) {
   layout_address address = {};
-  address.family = HARDWARE_ADDRESS;
+  address.family = kHardwareAddress;
   const uint8_t mac[] = {0x00, 0x0c, 0x43, 0x26, 0x60, static_cast<uint8_t>(r.bss)};
   memcpy(address.mac, mac, sizeof mac);
   driver_answer_frame(r, &address, sizeof address);

@@ -8,14 +8,14 @@
 
 #include "driver_parts.h"
 
-enum { STATE_OFF = 0, STATE_START = 2, STATE_CONFIGURED = 3, STATE_WAIT_START = 7 };
-enum { STATUS_NONE = 0, STATUS_BUSY = 1, STATUS_FAILED = 2, STATUS_DONE = 34 };
+enum { kStateOff = 0, kStateStart = 2, kStateConfigured = 3, kStateWaitStart = 7 };
+enum { kStatusNone = 0, kStatusBusy = 1, kStatusFailed = 2, kStatusDone = 34 };
 
 // Waiting for its request, its M1, M3, M5, M7, its done message and the end of the link.
-static constexpr int32_t STEPS[] = {STATE_START, STATE_WAIT_START, 9, 12, 18, 20, 22, 24, 26};
-static constexpr int STEP_COUNT = sizeof STEPS / sizeof *STEPS;
+static constexpr int32_t kSteps[] = {kStateStart, kStateWaitStart, 9, 12, 18, 20, 22, 24, 26};
+static constexpr int kStepCount = sizeof kSteps / sizeof *kSteps;
 
-static constexpr int MODE_PIN = 1;
+static constexpr int kModePin = 1;
 
 static std::string setting(const driver_state& state, int bss, const char* key) {
   auto found = state.bss[bss].settings.find(key);
@@ -24,7 +24,7 @@ static std::string setting(const driver_state& state, int bss, const char* key) 
 
 static int64_t session_us(const driver_state& state, int radio) {
   const scenario_wps& plan = state.around.radios[radio].wps;
-  double seconds = plan.outcome == SCENARIO_TIMEOUT ? plan.timeout : plan.seconds;
+  double seconds = plan.outcome == kScenarioTimeout ? plan.timeout : plan.seconds;
   return static_cast<int64_t>(seconds * 1e6);
 }
 
@@ -37,7 +37,7 @@ void driver_wps_start(driver_state& state, int bss) {
   wps = {};
   wps.running = true;
   wps.bss = bss;
-  wps.by_pin = atoi(setting(state, bss, "WscMode").c_str()) == MODE_PIN;
+  wps.by_pin = atoi(setting(state, bss, "WscMode").c_str()) == kModePin;
   wps.pin_right = right_pin.empty() || right_pin == setting(state, bss, "WscPinCode");
   wps.start_us = state.now_us;
 }
@@ -48,13 +48,13 @@ void driver_wps_stop(driver_state& state, int radio) {
 
 int64_t driver_wps_next_us(const driver_state& state, int radio) {
   const driver_wps& wps = state.radios[radio].wps;
-  return wps.running ? wps.start_us + session_us(state, radio) : DRIVER_NEVER;
+  return wps.running ? wps.start_us + session_us(state, radio) : kDriverNever;
 }
 
 static scenario_outcome outcome_of(const driver_state& state, int radio) {
   const driver_wps& wps = state.radios[radio].wps;
   scenario_outcome planned = state.around.radios[radio].wps.outcome;
-  return planned == SCENARIO_SUCCESS && wps.by_pin && !wps.pin_right ? SCENARIO_FAILURE : planned;
+  return planned == kScenarioSuccess && wps.by_pin && !wps.pin_right ? kScenarioFailure : planned;
 }
 
 static void let_in(driver_state& state, int bss) {
@@ -68,17 +68,17 @@ void driver_wps_advance(driver_state& state, int radio) {
   if (!wps.running || driver_wps_next_us(state, radio) > state.now_us) return;
   wps.running = false;
   switch (outcome_of(state, radio)) {
-    case SCENARIO_SUCCESS:
-      wps.state = STATE_CONFIGURED;
-      wps.status = STATUS_DONE;
+    case kScenarioSuccess:
+      wps.state = kStateConfigured;
+      wps.status = kStatusDone;
       return let_in(state, wps.bss);
-    case SCENARIO_FAILURE:
-      wps.state = STATE_CONFIGURED;
-      wps.status = STATUS_FAILED;
+    case kScenarioFailure:
+      wps.state = kStateConfigured;
+      wps.status = kStatusFailed;
       return;
-    case SCENARIO_TIMEOUT:
-      wps.state = STATE_OFF;
-      wps.status = STATUS_FAILED;
+    case kScenarioTimeout:
+      wps.state = kStateOff;
+      wps.status = kStatusFailed;
       return;
   }
 }
@@ -86,11 +86,11 @@ void driver_wps_advance(driver_state& state, int radio) {
 static int32_t state_now(const driver_state& state, int radio) {
   const driver_wps& wps = state.radios[radio].wps;
   if (!wps.running) return wps.state;
-  bool answered = state.around.radios[radio].wps.outcome != SCENARIO_TIMEOUT;
+  bool answered = state.around.radios[radio].wps.outcome != kScenarioTimeout;
   int64_t spent = state.now_us - wps.start_us, whole = session_us(state, radio);
-  int64_t step = whole > 0 ? spent * STEP_COUNT / whole : 0;
+  int64_t step = whole > 0 ? spent * kStepCount / whole : 0;
   if (!answered && step > 1) step = 1;
-  return STEPS[step < STEP_COUNT ? step : STEP_COUNT - 1];
+  return kSteps[step < kStepCount ? step : kStepCount - 1];
 }
 
 int driver_query_wps_state(driver_state& state, driver_request& r) {
@@ -101,7 +101,7 @@ int driver_query_wps_state(driver_state& state, driver_request& r) {
 
 int driver_query_wps_status(driver_state& state, driver_request& r) {
   const driver_wps& wps = state.radios[driver_radio_of(r.bss)].wps;
-  int32_t code = wps.running ? static_cast<int32_t>(STATUS_BUSY) : wps.status;
+  int32_t code = wps.running ? static_cast<int32_t>(kStatusBusy) : wps.status;
   driver_decode(r, "status", std::to_string(code));
   // These codes are whole numbers to their callers: no byte of them can be left out.
   return r.length < sizeof code ? -EMSGSIZE : driver_answer(r, &code, sizeof code, sizeof code);

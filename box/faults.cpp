@@ -7,8 +7,8 @@
 
 #include "driver.h"
 
-static constexpr int HIGHEST_ERRNO = 4095;
-static constexpr int LONGEST_DELAY_MS = 600000;
+static constexpr int kHighestErrno = 4095;
+static constexpr int kLongestDelayMs = 600000;
 
 // Decimal or 0x hexadecimal, whole text.
 static bool parse_number(const std::string& text, unsigned long highest, unsigned long& number) {
@@ -20,7 +20,7 @@ static bool parse_number(const std::string& text, unsigned long highest, unsigne
 }
 
 static int errno_of(const std::string& name) {
-  for (int number = 1; number < HIGHEST_ERRNO; number++) {
+  for (int number = 1; number < kHighestErrno; number++) {
     const char* known = strerrorname_np(number);
     if (known && name == known) return number;
   }
@@ -33,15 +33,15 @@ struct fault_name {
 };
 
 // What is trapped besides the driver's own requests.
-static constexpr fault_name CALLS[] = {
-    {"init_module", FAULT_INIT_MODULE},
-    {"finit_module", FAULT_FINIT_MODULE},
-    {"delete_module", FAULT_DELETE_MODULE},
-    {"vlan", FAULT_VLAN},
+static constexpr fault_name kCalls[] = {
+    {"init_module", kFaultInitModule},
+    {"finit_module", kFaultFinitModule},
+    {"delete_module", kFaultDeleteModule},
+    {"vlan", kFaultVlan},
 };
 
 static bool parse_name(const std::string& name, fault_rule& rule) {
-  for (const fault_name& call : CALLS) {
+  for (const fault_name& call : kCalls) {
     if (name != call.name) continue;
     rule.request = call.request;
     return true;
@@ -72,7 +72,7 @@ static bool parse_what(const std::string& what, fault_rule& rule) {
 static bool parse_how(const std::string& how, fault_rule& rule) {
   unsigned long number = 0;
   if (how.starts_with("delay=")) {
-    if (!parse_number(how.substr(strlen("delay=")), LONGEST_DELAY_MS, number)) return false;
+    if (!parse_number(how.substr(strlen("delay=")), kLongestDelayMs, number)) return false;
     rule.delay_ms = static_cast<int>(number);
     return true;
   }
@@ -88,7 +88,7 @@ static bool parse_how(const std::string& how, fault_rule& rule) {
 
 static std::string known_names() {
   std::string names;
-  for (const fault_name& call : CALLS)
+  for (const fault_name& call : kCalls)
     names += std::string(names.empty() ? "" : ", ") + call.name;
   for (const std::string& name : driver_names())
     names += ", " + name;

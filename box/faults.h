@@ -12,10 +12,10 @@
 #include <vector>
 
 // Trapped calls that are no ioctl stand among the requests under numbers of their own.
-constexpr uint32_t FAULT_INIT_MODULE = 0x10000001;
-constexpr uint32_t FAULT_FINIT_MODULE = 0x10000002;
-constexpr uint32_t FAULT_DELETE_MODULE = 0x10000003;
-constexpr uint32_t FAULT_VLAN = 0x8983;  // the VLAN request
+constexpr uint32_t kFaultInitModule = 0x10000001;
+constexpr uint32_t kFaultFinitModule = 0x10000002;
+constexpr uint32_t kFaultDeleteModule = 0x10000003;
+constexpr uint32_t kFaultVlan = 0x8983;  // the VLAN request
 
 struct fault_rule {
   uint32_t request;

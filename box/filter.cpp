@@ -23,14 +23,14 @@
 #endif
 
 // Wireless requests, and the one for VLAN interfaces.
-static constexpr uint32_t WIRELESS_FIRST = 0x8B00;
-static constexpr uint32_t WIRELESS_LAST = 0x8BFF;
-static constexpr uint32_t VLAN_REQUEST = 0x8983;
+static constexpr uint32_t kWirelessFirst = 0x8B00;
+static constexpr uint32_t kWirelessLast = 0x8BFF;
+static constexpr uint32_t kVlanRequest = 0x8983;
 
 enum filter_action {
-  FILTER_IOCTL,      // trapped when its request is one of the above
-  FILTER_SETGROUPS,  // answered 0 when the options say so
-  FILTER_MODULE,     // loading and unloading a driver: always trapped
+  kFilterIoctl,      // trapped when its request is one of the above
+  kFilterSetgroups,  // answered 0 when the options say so
+  kFilterModule,     // loading and unloading a driver: always trapped
 };
 
 // Numbers per architecture: a 32-bit program's calls have numbers of their own.
@@ -40,15 +40,15 @@ struct filter_row {
   filter_action action;
 };
 
-static constexpr filter_row ROWS[] = {
-    {AUDIT_ARCH_X86_64, 16, FILTER_IOCTL},    {AUDIT_ARCH_X86_64, 116, FILTER_SETGROUPS},
-    {AUDIT_ARCH_X86_64, 175, FILTER_MODULE},  // init_module
-    {AUDIT_ARCH_X86_64, 176, FILTER_MODULE},  // delete_module
-    {AUDIT_ARCH_X86_64, 313, FILTER_MODULE},  // finit_module
-    {AUDIT_ARCH_I386, 54, FILTER_IOCTL},      {AUDIT_ARCH_I386, 81, FILTER_SETGROUPS},
-    {AUDIT_ARCH_I386, 206, FILTER_SETGROUPS},  // setgroups32
-    {AUDIT_ARCH_I386, 128, FILTER_MODULE},    {AUDIT_ARCH_I386, 129, FILTER_MODULE},
-    {AUDIT_ARCH_I386, 350, FILTER_MODULE},
+static constexpr filter_row kRows[] = {
+    {AUDIT_ARCH_X86_64, 16, kFilterIoctl},    {AUDIT_ARCH_X86_64, 116, kFilterSetgroups},
+    {AUDIT_ARCH_X86_64, 175, kFilterModule},  // init_module
+    {AUDIT_ARCH_X86_64, 176, kFilterModule},  // delete_module
+    {AUDIT_ARCH_X86_64, 313, kFilterModule},  // finit_module
+    {AUDIT_ARCH_I386, 54, kFilterIoctl},      {AUDIT_ARCH_I386, 81, kFilterSetgroups},
+    {AUDIT_ARCH_I386, 206, kFilterSetgroups},  // setgroups32
+    {AUDIT_ARCH_I386, 128, kFilterModule},    {AUDIT_ARCH_I386, 129, kFilterModule},
+    {AUDIT_ARCH_I386, 350, kFilterModule},
 };
 
 using program = std::vector<sock_filter>;
@@ -70,9 +70,9 @@ static void jump(program& p, uint16_t test, uint32_t value, uint8_t if_true, uin
 static program ioctl_part() {
   program p;
   load(p, offsetof(seccomp_data, args[1]));
-  jump(p, BPF_JEQ, VLAN_REQUEST, 2, 0);
-  jump(p, BPF_JGE, WIRELESS_FIRST, 0, 2);
-  jump(p, BPF_JGT, WIRELESS_LAST, 1, 0);
+  jump(p, BPF_JEQ, kVlanRequest, 2, 0);
+  jump(p, BPF_JGE, kWirelessFirst, 0, 2);
+  jump(p, BPF_JGT, kWirelessLast, 1, 0);
   end(p, SECCOMP_RET_USER_NOTIF);
   end(p, SECCOMP_RET_ALLOW);
   return p;
@@ -81,12 +81,12 @@ static program ioctl_part() {
 static program action_part(filter_action action, const filter_options& options) {
   program p;
   switch (action) {
-    case FILTER_IOCTL:
+    case kFilterIoctl:
       return ioctl_part();
-    case FILTER_SETGROUPS:
+    case kFilterSetgroups:
       if (options.answer_setgroups) end(p, SECCOMP_RET_ERRNO | 0);
       return p;
-    case FILTER_MODULE:
+    case kFilterModule:
       end(p, SECCOMP_RET_USER_NOTIF);
       return p;
   }
@@ -97,7 +97,7 @@ static program action_part(filter_action action, const filter_options& options) 
 static program arch_part(uint32_t arch, const filter_options& options) {
   program p;
   load(p, offsetof(seccomp_data, nr));
-  for (const filter_row& row : ROWS) {
+  for (const filter_row& row : kRows) {
     if (row.arch != arch) continue;
     program part = action_part(row.action, options);
     if (part.empty()) continue;

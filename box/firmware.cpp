@@ -12,17 +12,17 @@
 #include "report.h"
 
 // Under the names that a gateway's software starts or signals them by.
-static constexpr const char* COMPANIONS[] = {
+static constexpr const char* kCompanions[] = {
     "bin/bndstrg_1", "bin/dcs",       "bin/mtk_ctrl",   "bin/wapp",     "bin/bs20",
     "bin/radstat",   "sbin/rtdot1xd", "sbin/rtinicapd", "sbin/HncInit", "sbin/hnc-listener"};
 
-static constexpr const char* EASYMESH_SCRIPT = R"sh(#!/bin/sh
+static constexpr const char* kEasymeshScript = R"sh(#!/bin/sh
 # Sets up the mesh: starts the band steering daemon.
 echo "{\"arguments\":$#}" >>/run/gwbox/easymesh.jsonl
 pgrep -x bs20 >/dev/null || bs20 </dev/null >/dev/null 2>&1 &
 )sh";
 
-static constexpr const char* SKU_GENERATOR_SCRIPT = R"sh(#!/bin/sh
+static constexpr const char* kSkuGeneratorScript = R"sh(#!/bin/sh
 # usage: SKU_generator.sh NUMBER COUNTRY DOMAIN
 # Writes the power table of radio NUMBER (1: 2.4 GHz, 9: 5 GHz) to /tmp/COUNTRY_NUMBER.dat.
 plain() { printf %s "$1" | tr -cd 'A-Za-z0-9_.-'; }
@@ -39,13 +39,13 @@ channels="36 40 44 48 149 153 157 161"
 } >"/tmp/$2_$1.dat"
 )sh";
 
-static constexpr const char* WAPP_CONF = R"(# Access point daemon
+static constexpr const char* kWappConf = R"(# Access point daemon
 interface=ra0
 interface=ra8
 bridge=br0
 )";
 
-static constexpr const char* L1_PROFILE = R"(Default
+static constexpr const char* kL1Profile = R"(Default
 INDEX0=MT7615
 INDEX0_profile_path=/tmp/mt76xx_24.dat;/tmp/mt76xx_5.dat
 INDEX0_EEPROM_offset=0x0
@@ -63,7 +63,7 @@ struct calibration_row {
   size_t size;
 };
 
-static constexpr calibration_row CALIBRATIONS[] = {
+static constexpr calibration_row kCalibrations[] = {
     {"/etc/Wireless/7603AP/MT7603_EEPROM.bin", 0x7603, 1024},
     {"/etc/Wireless/7612AP/MT7612_EEPROM.bin", 0x7612, 512},
     {"/etc/Wireless/7615AP/MT7615_EEPROM.bin", 0x7615, 1024},
@@ -89,7 +89,7 @@ static std::string calibration_image(const calibration_row& row) {
 }
 
 static bool install_calibrations() {
-  for (const calibration_row& row : CALIBRATIONS) {
+  for (const calibration_row& row : kCalibrations) {
     if (!directory_make(path_parent(row.path)) || !file_write(row.path, calibration_image(row))) {
       return false;
     }
@@ -98,7 +98,7 @@ static bool install_calibrations() {
 }
 
 static bool link_companions(const std::string& usr, const std::string& companion) {
-  for (const char* name : COMPANIONS) {
+  for (const char* name : kCompanions) {
     std::string link = usr;
     link.append("/").append(name);
     if (!directory_make(path_parent(link))) return false;
@@ -112,18 +112,18 @@ static bool link_companions(const std::string& usr, const std::string& companion
 bool firmware_fill_usr(const std::string& usr, const std::string& companion) {
   std::string modules = usr + "/lib/modules/wifi";
   if (!directory_make(modules)) return false;
-  for (int row = 0; row < MODULES_MAX; row++) {
+  for (int row = 0; row < kModulesMax; row++) {
     std::string name = modules_row(row).name, path = modules;
     path.append("/").append(name).append(".ko");
     if (!file_write(path, module_image_make(name))) return false;
   }
   return link_companions(usr, companion) &&
-         write_script(usr + "/sbin/EasyMesh_openwrt.sh", EASYMESH_SCRIPT);
+         write_script(usr + "/sbin/EasyMesh_openwrt.sh", kEasymeshScript);
 }
 
 bool firmware_install() {
   return install_calibrations() && power_table_install("/etc/Wireless/7615AP") &&
-         file_write("/etc/Wireless/7615AP/l1profile.dat", L1_PROFILE) &&
-         file_write("/etc/wapp_ap.conf", WAPP_CONF) &&
-         write_script("/scripts/SKU_generator.sh", SKU_GENERATOR_SCRIPT);
+         file_write("/etc/Wireless/7615AP/l1profile.dat", kL1Profile) &&
+         file_write("/etc/wapp_ap.conf", kWappConf) &&
+         write_script("/scripts/SKU_generator.sh", kSkuGeneratorScript);
 }

@@ -4,15 +4,15 @@
 //   /lib/modules/wifi/*.ko                  the driver's modules
 //   /etc/Wireless/{7603AP,7612AP,7615AP}/   calibration defaults, power tables, l1profile.dat
 //   /etc/wapp_ap.conf
-//   /scripts/SKU_generator.sh               its calls: SKU_GENERATOR_LOG
-//   /sbin/EasyMesh_openwrt.sh               its calls: EASYMESH_LOG
+//   /scripts/SKU_generator.sh               its calls: kSkuGeneratorLog
+//   /sbin/EasyMesh_openwrt.sh               its calls: kEasymeshLog
 //   companions                              links to gwbox-companion, see companions/companion.h
 #pragma once
 
 #include <string>
 
-constexpr const char* SKU_GENERATOR_LOG = "/run/gwbox/sku_generator.jsonl";
-constexpr const char* EASYMESH_LOG = "/run/gwbox/easymesh.jsonl";
+constexpr const char* kSkuGeneratorLog = "/run/gwbox/sku_generator.jsonl";
+constexpr const char* kEasymeshLog = "/run/gwbox/easymesh.jsonl";
 
 // Puts what lies below /usr into that directory. COMPANION: the program behind the companions.
 [[nodiscard]] bool firmware_fill_usr(const std::string& usr, const std::string& companion);

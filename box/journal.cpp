@@ -111,8 +111,8 @@ bool journal_open(journal& j, int copy_fd, int64_t start_us) {
   j = {};
   j.copy_fd = copy_fd;
   j.start_us = start_us;
-  j.fd = open(JOURNAL_PATH, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644);
-  return j.fd >= 0 || report_errno(nullptr, "open %s", JOURNAL_PATH);
+  j.fd = open(kJournalPath, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644);
+  return j.fd >= 0 || report_errno(nullptr, "open %s", kJournalPath);
 }
 
 void journal_append(journal& j, const journal_entry& entry) {

@@ -22,7 +22,7 @@
 #include <utility>
 #include <vector>
 
-constexpr const char* JOURNAL_PATH = "/run/gwbox/journal.jsonl";  // inside the box
+constexpr const char* kJournalPath = "/run/gwbox/journal.jsonl";  // inside the box
 
 struct journal {
   int fd;             // the box's own file

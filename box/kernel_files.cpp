@@ -12,7 +12,7 @@
 
 static const std::string PCI_DIR = "/sys/bus/pci";
 static const std::string IRQ_DIR = "/proc/irq";
-static constexpr const char* SLOTS[] = {"0000:02:00.0", "0000:03:00.0"};
+static constexpr const char* kSlots[] = {"0000:02:00.0", "0000:03:00.0"};
 
 // Interrupts of the boards; udma1 is the one that moves packets.
 static constexpr struct {
@@ -37,7 +37,7 @@ static bool mount_pci() {
 }
 
 static bool make_pci_files(sysfs_state& recorded) {
-  for (const char* slot : SLOTS) {
+  for (const char* slot : kSlots) {
     std::string power = PCI_DIR, device = PCI_DIR;
     power.append("/slots/").append(slot);
     device.append("/devices/").append(slot);
@@ -86,17 +86,17 @@ static std::string interrupt_table() {
 }
 
 bool kernel_files_install(sysfs_state& recorded) {
-  std::string notes, interrupts = std::string(SANDBOX_RUN_DIR) + "/proc_interrupts";
+  std::string notes, interrupts = std::string(kSandboxRunDir) + "/proc_interrupts";
   if (!sysfs_open(recorded) || !mount_pci() || !make_pci_files(recorded) ||
       !make_irq_files(recorded, notes) ||
       !show(interrupts, interrupt_table(), "/proc/interrupts", notes) ||
-      !show(MODULES_PROC_TEXT, "", "/proc/modules", notes)) {
+      !show(kModulesProcText, "", "/proc/modules", notes)) {
     return false;
   }
-  if (access(MODULES_SYS_DIR, F_OK) != 0) {
+  if (access(kModulesSysDir, F_OK) != 0) {
     note(notes, "this kernel has no /sys/module: rmmod(8) finds no module in the box");
-  } else if (!mount_new(MODULES_SYS_DIR)) {
+  } else if (!mount_new(kModulesSysDir)) {
     return false;
   }
-  return notes.empty() || file_write(KERNEL_FILES_NOTES, notes);
+  return notes.empty() || file_write(kKernelFilesNotes, notes);
 }

@@ -8,12 +8,12 @@
 //   /proc/modules      the loaded modules
 //
 // A kernel that lacks one of the files under /proc leaves no place to show it at. That is written
-// to KERNEL_FILES_NOTES, a line for each, and the box goes on without.
+// to kKernelFilesNotes, a line for each, and the box goes on without.
 #pragma once
 
 #include "sysfs.h"
 
-constexpr const char* KERNEL_FILES_NOTES = "/run/gwbox/notes";
+constexpr const char* kKernelFilesNotes = "/run/gwbox/notes";
 
 // Inside the box, as its first process. Reports what failed.
 [[nodiscard]] bool kernel_files_install(sysfs_state& recorded);

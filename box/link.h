@@ -2,6 +2,6 @@
 // socket pair, one byte a message. Its end, when the one outside is gone, ends the box.
 #pragma once
 
-constexpr char LINK_STOPPED = 'S';     // inside to outside: the payload was stopped (Ctrl-Z)
-constexpr char LINK_CONTINUE = 'C';    // outside to inside: let it go on, in the background
-constexpr char LINK_FOREGROUND = 'F';  // outside to inside: let it go on with the terminal
+constexpr char kLinkStopped = 'S';     // inside to outside: the payload was stopped (Ctrl-Z)
+constexpr char kLinkContinue = 'C';    // outside to inside: let it go on, in the background
+constexpr char kLinkForeground = 'F';  // outside to inside: let it go on with the terminal

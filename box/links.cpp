@@ -11,14 +11,14 @@
 #include "report.h"
 
 // Room for the news of many loads and unloads while this process is busy.
-static constexpr int BUFFER_SIZE = 1 << 20;
+static constexpr int kBufferSize = 1 << 20;
 
 int links_open() {
   int fd = socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC | SOCK_NONBLOCK, NETLINK_ROUTE);
   sockaddr_nl address = {};
   address.nl_family = AF_NETLINK;
   address.nl_groups = RTMGRP_LINK;
-  int size = BUFFER_SIZE;
+  int size = kBufferSize;
   if (fd >= 0 && bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0) {
     (void)setsockopt(fd, SOL_SOCKET, SO_RCVBUF, &size, sizeof size);
     return fd;

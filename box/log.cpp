@@ -17,12 +17,12 @@
 using json = nlohmann::ordered_json;
 
 // Members that have a place of their own in a readable line; the others stand as name=value.
-static constexpr const char* PLACED[] = {
+static constexpr const char* kPlaced[] = {
     "seq",    "time", "pid",      "comm",   "interface", "request",  "name",     "sub",
     "object", "text", "text_hex", "length", "result",    "injected", "delay_ms", "error"};
 
 static bool is_placed(const std::string& name) {
-  return std::find(std::begin(PLACED), std::end(PLACED), name) != std::end(PLACED);
+  return std::find(std::begin(kPlaced), std::end(kPlaced), name) != std::end(kPlaced);
 }
 
 static std::string text_of(const json& entry, const char* name) {
@@ -99,7 +99,7 @@ static int follow_journal(int fd, int watch, bool as_json) {
 int log_print(const std::string& box, bool follow, bool as_json) {
   std::string root;
   if (!reach_root(box, root)) return 1;
-  std::string path = root + JOURNAL_PATH;
+  std::string path = root + kJournalPath;
   int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
   if (fd < 0) {
     report_errno("inside a box, or with --box from outside", "open %s", path.c_str());

@@ -8,23 +8,23 @@
 int main(int argc, char** argv) {
   args a = args_read(argc, argv);
   switch (a.command) {
-    case ARGS_RUN:
+    case kArgsRun:
       return run_box(a);
-    case ARGS_FAIL:
+    case kArgsFail:
       return control_fail(a.box, a.what, a.how, a.count);
-    case ARGS_SET:
+    case kArgsSet:
       return control_set(a.box, a.words);
-    case ARGS_STATUS:
+    case kArgsStatus:
       return status_print(a.box, a.json);
-    case ARGS_LOG:
+    case kArgsLog:
       return log_print(a.box, a.follow, a.json);
-    case ARGS_SCENARIO_LIST:
+    case kArgsScenarioList:
       return scenario_print_list();
-    case ARGS_SCENARIO_SHOW:
+    case kArgsScenarioShow:
       return scenario_print(a.which);
-    case ARGS_SCENARIO_CHECK:
+    case kArgsScenarioCheck:
       return scenario_print_check(a.which);
-    case ARGS_DONE:
+    case kArgsDone:
       return a.status;
   }
   return 0;

@@ -4,9 +4,9 @@
 #include <string.h>
 
 // An object file with a section of texts, "key=value" each, and the one that names the sections.
-static constexpr std::string_view SECTION_NAMES{"\0.modinfo\0.shstrtab\0", 20};
-static constexpr unsigned MODINFO_NAME = 1, SHSTRTAB_NAME = 10;  // offsets in the above
-static constexpr unsigned SECTIONS = 3;                          // with the empty one
+static constexpr std::string_view kSectionNames{"\0.modinfo\0.shstrtab\0", 20};
+static constexpr unsigned kModinfoName = 1, SHSTRTAB_NAME = 10;  // offsets in the above
+static constexpr unsigned kSections = 3;                         // with the empty one
 
 static std::string module_information(const std::string& name) {
   std::string text;
@@ -45,25 +45,25 @@ std::string module_image_make(const std::string& name) {
   file.e_version = EV_CURRENT;
   file.e_ehsize = sizeof file;
   file.e_shentsize = sizeof(Elf64_Shdr);
-  file.e_shnum = SECTIONS;
-  file.e_shstrndx = SECTIONS - 1;
+  file.e_shnum = kSections;
+  file.e_shstrndx = kSections - 1;
   file.e_shoff = sizeof file;
   append_record(image, &file, sizeof file);
-  size_t texts = sizeof file + SECTIONS * sizeof(Elf64_Shdr);
+  size_t texts = sizeof file + kSections * sizeof(Elf64_Shdr);
   for (const Elf64_Shdr& header :
-       {Elf64_Shdr{}, section(MODINFO_NAME, SHT_PROGBITS, texts, information.size()),
-        section(SHSTRTAB_NAME, SHT_STRTAB, texts + information.size(), SECTION_NAMES.size())}) {
+       {Elf64_Shdr{}, section(kModinfoName, SHT_PROGBITS, texts, information.size()),
+        section(SHSTRTAB_NAME, SHT_STRTAB, texts + information.size(), kSectionNames.size())}) {
     append_record(image, &header, sizeof header);
   }
-  return image.append(information).append(SECTION_NAMES);
+  return image.append(information).append(kSectionNames);
 }
 
 std::string module_image_name(std::string_view image) {
-  constexpr std::string_view MARK{"\0name=", 6};
+  constexpr std::string_view kMark{"\0name=", 6};
   if (image.size() < sizeof(Elf64_Ehdr) || memcmp(image.data(), ELFMAG, SELFMAG) != 0) return "";
-  size_t start = image.find(MARK);
+  size_t start = image.find(kMark);
   if (start == std::string_view::npos) return "";
-  start += MARK.size();
+  start += kMark.size();
   size_t end = image.find('\0', start);
   return end == std::string_view::npos ? "" : std::string(image.substr(start, end - start));
 }

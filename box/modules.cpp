@@ -9,12 +9,12 @@
 #include "files.h"
 #include "net.h"
 
-static constexpr module_row ROWS[] = {
+static constexpr module_row kRows[] = {
     {"mt7603e_ap", 0x14c37603, 0, 8},
     {"mt7612e_ap", 0x14c37612, 8, 8},
     {"mt7615_ap", 0x14c37615, 0, 16},
 };
-static_assert(sizeof ROWS / sizeof *ROWS == MODULES_MAX);
+static_assert(sizeof kRows / sizeof *kRows == kModulesMax);
 
 // What one entry of /sys/module holds; the directory is made with it.
 static constexpr struct {
@@ -24,11 +24,11 @@ static constexpr struct {
     {"initstate", "live\n"}, {"refcnt", "0\n"}, {"coresize", "1572864\n"}, {"taint", "PO\n"}};
 
 const module_row& modules_row(int row) {
-  return ROWS[row];
+  return kRows[row];
 }
 
 const module_row* modules_find(std::string_view name) {
-  for (const module_row& row : ROWS) {
+  for (const module_row& row : kRows) {
     if (name == row.name) return &row;
   }
   return nullptr;
@@ -46,7 +46,7 @@ static bool is_loaded(const modules_state& state, const module_row& module) {
 }
 
 static std::string directory_of(const module_row& module) {
-  return std::string(MODULES_SYS_DIR) + "/" + module.name;
+  return std::string(kModulesSysDir) + "/" + module.name;
 }
 
 // The newest comes first, as in the kernel's own list. The file is overwritten in place because
@@ -56,11 +56,11 @@ static bool publish_list(const modules_state& state) {
   for (size_t i = state.loaded.size(); i-- > 0;) {
     text += std::string(state.loaded[i]->name) + " 1572864 0 - Live 0x0000000000000000 (PO)\n";
   }
-  return file_write(MODULES_PROC_TEXT, text);
+  return file_write(kModulesProcText, text);
 }
 
 static bool publish_entry(const module_row& module) {
-  if (access(MODULES_SYS_DIR, F_OK) != 0) return true;  // a kernel without modules
+  if (access(kModulesSysDir, F_OK) != 0) return true;  // a kernel without modules
   std::string directory = directory_of(module);
   if (!directory_make(directory + "/holders")) return false;
   for (const auto& attribute : ATTRIBUTES) {

@@ -20,11 +20,11 @@ struct modules_state {
   std::vector<const module_row*> loaded;  // oldest first
 };
 
-constexpr int MODULES_MAX = 3;
-constexpr const char* MODULES_PROC_TEXT = "/run/gwbox/proc_modules";  // shown as /proc/modules
-constexpr const char* MODULES_SYS_DIR = "/sys/module";
+constexpr int kModulesMax = 3;
+constexpr const char* kModulesProcText = "/run/gwbox/proc_modules";  // shown as /proc/modules
+constexpr const char* kModulesSysDir = "/sys/module";
 
-// All modules of the gateway's software; ROW from 0 to MODULES_MAX - 1.
+// All modules of the gateway's software; ROW from 0 to kModulesMax - 1.
 const module_row& modules_row(int row);
 
 // The module of that name, or null.

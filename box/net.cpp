@@ -20,10 +20,10 @@
 static const char* const NO_HINT = nullptr;
 
 // Interfaces that come and go together are a group, so that one request removes them all.
-static constexpr uint32_t NO_GROUP = 0;
-static constexpr uint32_t RADIO_GROUP = 0x7261;  // + number of the first interface
+static constexpr uint32_t kNoGroup = 0;
+static constexpr uint32_t kRadioGroup = 0x7261;  // + number of the first interface
 
-static constexpr size_t PEER_TAIL = 12;  // of an upper interface's name, in its peer's name
+static constexpr size_t kPeerTail = 12;  // of an upper interface's name, in its peer's name
 
 struct ethernet_pair {
   std::string name;  // the interface of the gateway
@@ -36,7 +36,7 @@ struct ethernet_pair {
 // Addresses are the same in every box, so that output can be compared between runs.
 static ethernet_pair make_pair(const std::string& name, const std::string& peer, uint8_t kind,
                                uint8_t number) {
-  return {name, peer, {0x02, 0x0c, 0x43, 0x26, kind, number}, NO_GROUP, 0};
+  return {name, peer, {0x02, 0x0c, 0x43, 0x26, kind, number}, kNoGroup, 0};
 }
 
 static void bring_up(netlink_batch& batch, const char* name) {
@@ -85,7 +85,7 @@ static void add_address(netlink_batch& batch, unsigned index) {
   message.ifa_prefixlen = 24;
   message.ifa_index = index;
   in_addr address = {}, broadcast = {};
-  inet_pton(AF_INET, NET_LAN_ADDRESS, &address);
+  inet_pton(AF_INET, kNetLanAddress, &address);
   broadcast.s_addr = address.s_addr | htonl(0xff);
   size_t request =
       netlink_request_begin(batch, RTM_NEWADDR, NLM_F_CREATE, &message, sizeof message);
@@ -109,7 +109,7 @@ bool net_start() {
   netlink_batch addresses = {};
   add_address(addresses, if_nametoindex("eth0"));
   if (netlink_send(addresses)) return true;
-  return report_errno(NO_HINT, "give eth0 the address %s", NET_LAN_ADDRESS);
+  return report_errno(NO_HINT, "give eth0 the address %s", kNetLanAddress);
 }
 
 bool net_make_radios(int first, int count) {
@@ -117,7 +117,7 @@ bool net_make_radios(int first, int count) {
   for (int i = first; i < first + count; i++) {
     std::string number = std::to_string(i);
     ethernet_pair radio = make_pair("ra" + number, "air" + number, 2, static_cast<uint8_t>(i));
-    radio.group = RADIO_GROUP + static_cast<uint32_t>(first);
+    radio.group = kRadioGroup + static_cast<uint32_t>(first);
     add_pair(links, radio);
   }
   if (netlink_send(links)) return true;
@@ -128,7 +128,7 @@ bool net_make_radios(int first, int count) {
 bool net_remove_radios(int first) {
   netlink_batch links = {};
   ifinfomsg link = {};
-  uint32_t group = RADIO_GROUP + static_cast<uint32_t>(first);
+  uint32_t group = kRadioGroup + static_cast<uint32_t>(first);
   size_t request = netlink_request_begin(links, RTM_DELLINK, 0, &link, sizeof link);
   netlink_attribute(links, IFLA_GROUP, &group, sizeof group);
   netlink_request_end(links, request);
@@ -142,7 +142,7 @@ bool net_make_upper(int fd, const std::string& lower, const std::string& upper) 
   ifreq asked = {};
   strncpy(asked.ifr_name, lower.c_str(), IFNAMSIZ - 1);
   if (ioctl(fd, SIOCGIFHWADDR, &asked) < 0) return false;
-  size_t skipped = upper.size() > PEER_TAIL ? upper.size() - PEER_TAIL : 0;
+  size_t skipped = upper.size() > kPeerTail ? upper.size() - kPeerTail : 0;
   ethernet_pair pair = make_pair(upper, "on." + upper.substr(skipped), 0, 0);
   memcpy(pair.mac, asked.ifr_hwaddr.sa_data, sizeof pair.mac);
   netlink_batch links = {};

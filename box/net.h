@@ -4,7 +4,7 @@
 
 #include <string>
 
-constexpr const char* NET_LAN_ADDRESS = "192.168.254.254";  // of eth0, /24
+constexpr const char* kNetLanAddress = "192.168.254.254";  // of eth0, /24
 
 // Brings lo up and makes eth0, up and with its address. Reports what failed and returns false.
 [[nodiscard]] bool net_start();

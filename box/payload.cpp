@@ -11,12 +11,12 @@
 #include "report.h"
 #include "sandbox.h"
 
-static constexpr int EXIT_NOT_EXECUTABLE = 126;
-static constexpr int EXIT_NOT_FOUND = 127;
+static constexpr int kExitNotExecutable = 126;
+static constexpr int kExitNotFound = 127;
 
 payload_terminal payload_choose_terminal() {
-  if (!isatty(0) || tcgetpgrp(0) != getpgrp()) return PAYLOAD_APART;
-  return isatty(1) && isatty(2) ? PAYLOAD_FOREGROUND : PAYLOAD_ALONGSIDE;
+  if (!isatty(0) || tcgetpgrp(0) != getpgrp()) return kPayloadApart;
+  return isatty(1) && isatty(2) ? kPayloadForeground : kPayloadAlongside;
 }
 
 void payload_to_foreground(pid_t group) {
@@ -46,13 +46,13 @@ static void set_environment(const payload_plan& plan) {
   }
   setenv("PATH", path.c_str(), 1);
   setenv("GWBOX_BOARD", plan.board.c_str(), 1);
-  setenv("HOSTNAME", SANDBOX_HOST_NAME, 1);
+  setenv("HOSTNAME", kSandboxHostName, 1);
   unsetenv("TMPDIR");  // names a directory of the host
   unsetenv("XDG_RUNTIME_DIR");
 }
 
 static std::string shell_start_file() {
-  return std::string(SANDBOX_RUN_DIR) + "/bashrc";
+  return std::string(kSandboxRunDir) + "/bashrc";
 }
 
 // The user's own settings stay; the prompt is set last, so that it is seen.
@@ -75,12 +75,12 @@ static std::vector<std::string> shell_command(const payload_plan& plan) {
 
 static void take_place(payload_terminal terminal) {
   switch (terminal) {
-    case PAYLOAD_APART:
+    case kPayloadApart:
       setsid();
       return;
-    case PAYLOAD_ALONGSIDE:
+    case kPayloadAlongside:
       return;
-    case PAYLOAD_FOREGROUND:
+    case kPayloadForeground:
       setpgid(0, 0);
       payload_to_foreground(getpid());
       return;
@@ -99,7 +99,7 @@ static void take_place(payload_terminal terminal) {
   umask(plan.umask);
   payload_reset_signals();
   execvp(arguments[0], arguments.data());
-  int status = errno == ENOENT ? EXIT_NOT_FOUND : EXIT_NOT_EXECUTABLE;
+  int status = errno == ENOENT ? kExitNotFound : kExitNotExecutable;
   report_errno(nullptr, "run %s", arguments[0]);
   _exit(status);
 }

@@ -7,9 +7,9 @@
 
 // How the payload stands to the terminal from which gwbox was started.
 enum payload_terminal {
-  PAYLOAD_APART,       // standard input is no terminal: a session of its own
-  PAYLOAD_ALONGSIDE,   // part of a pipeline: stays in gwbox's process group
-  PAYLOAD_FOREGROUND,  // a job of its own, which gwbox puts in the foreground
+  kPayloadApart,       // standard input is no terminal: a session of its own
+  kPayloadAlongside,   // part of a pipeline: stays in gwbox's process group
+  kPayloadForeground,  // a job of its own, which gwbox puts in the foreground
 };
 
 struct payload_plan {

@@ -13,9 +13,9 @@
 #include "report.h"
 #include "sandbox.h"
 
-static constexpr int PORT = 111;
-static constexpr int TRIES = 5000;
-static constexpr int TRY_MS = 1;
+static constexpr int kPort = 111;
+static constexpr int kTries = 5000;
+static constexpr int kTryMs = 1;
 
 [[noreturn]] static void become_portmap() {
   payload_reset_signals();
@@ -23,12 +23,12 @@ static constexpr int TRY_MS = 1;
   for (int fd = 0; fd <= 2 && null >= 0; fd++)
     dup2(null, fd);
   setsid();
-  execl(SANDBOX_PORTMAP, "portmap", "-f", nullptr);
+  execl(kSandboxPortmap, "portmap", "-f", nullptr);
   _exit(127);
 }
 
 pid_t portmap_start() {
-  if (access(SANDBOX_PORTMAP, X_OK) < 0) {
+  if (access(kSandboxPortmap, X_OK) < 0) {
     report("rpcbind is not installed (apt-get install rpcbind, or start with --no-portmap)");
     return -1;
   }
@@ -52,22 +52,22 @@ static bool answers_null_call(int fd) {
                                   0};  // no credentials
   if (send(fd, CALL, sizeof CALL, 0) < 0) return false;
   pollfd readable = {fd, POLLIN, 0};
-  if (poll(&readable, 1, TRY_MS) <= 0) return false;
+  if (poll(&readable, 1, kTryMs) <= 0) return false;
   char reply[64];
   return recv(fd, reply, sizeof reply, 0) > 0;
 }
 
 // While nobody listens, a call is refused at once; then the pause keeps the loop from spinning.
 static bool await_answer(int fd, pid_t pid) {
-  for (int i = 0; i < TRIES; i++) {
+  for (int i = 0; i < kTries; i++) {
     if (answers_null_call(fd)) return true;
     if (waitpid(pid, nullptr, WNOHANG) == pid) {
       report("the portmapper ended as soon as it was started");
       return false;
     }
-    poll(nullptr, 0, TRY_MS);
+    poll(nullptr, 0, kTryMs);
   }
-  report("the portmapper did not answer within %d seconds", TRIES * TRY_MS / 1000);
+  report("the portmapper did not answer within %d seconds", kTries * kTryMs / 1000);
   return false;
 }
 
@@ -75,7 +75,7 @@ bool portmap_await(pid_t pid) {
   int fd = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
   sockaddr_in local = {};
   local.sin_family = AF_INET;
-  local.sin_port = htons(PORT);
+  local.sin_port = htons(kPort);
   local.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
   if (fd < 0 || connect(fd, reinterpret_cast<sockaddr*>(&local), sizeof local) < 0) {
     return report_errno(nullptr, "reach the portmapper");

@@ -12,7 +12,7 @@
 #include "files.h"
 #include "report.h"
 
-static constexpr size_t NAME_MAX_SIZE = 64;
+static constexpr size_t kNameMaxSize = 64;
 
 // An abstract address: a zero byte first, and no file.
 static socklen_t name_address(const std::string& name, sockaddr_un& address) {
@@ -28,7 +28,7 @@ static bool is_number(const std::string& text) {
 }
 
 static bool is_good_name(const std::string& name) {
-  if (!name.empty() && name.size() <= NAME_MAX_SIZE && !is_number(name)) return true;
+  if (!name.empty() && name.size() <= kNameMaxSize && !is_number(name)) return true;
   report("\"%s\" is no name for a box: expected 1 to 64 bytes, not all digits", name.c_str());
   return false;
 }
@@ -68,7 +68,7 @@ static std::string root_of(pid_t pid) {
 }
 
 static bool is_in_box(pid_t pid) {
-  return pid > 0 && access((root_of(pid) + CONTROL_PATH).c_str(), F_OK) == 0;
+  return pid > 0 && access((root_of(pid) + kControlPath).c_str(), F_OK) == 0;
 }
 
 // `gwbox run` has one child, the box's first process.

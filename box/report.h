@@ -2,8 +2,8 @@
 #pragma once
 
 // Exit status of gwbox itself when the box could not be made; 126, 127 and 128+N are COMMAND's.
-constexpr int EXIT_BOX_FAILED = 125;
-constexpr int EXIT_USAGE = 2;
+constexpr int kExitBoxFailed = 125;
+constexpr int kExitUsage = 2;
 
 // Says FORMAT, then a newline.
 [[gnu::format(printf, 1, 2)]] void report(const char* format, ...);

@@ -92,7 +92,7 @@ static pid_t clone_into_box(bool user_namespace) {
 static int live_in_box(const box_plan& plan) {
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   pollfd link = {plan.link, POLLIN, 0};
-  if (poll(&link, 1, 0) > 0) return EXIT_BOX_FAILED;
+  if (poll(&link, 1, 0) > 0) return kExitBoxFailed;
   return box_main(plan);
 }
 
@@ -101,7 +101,7 @@ static int live_in_box(const box_plan& plan) {
 static void follow_stop(int link) {
   payload_to_foreground(getpgrp());
   kill(getpid(), SIGSTOP);
-  char word = tcgetpgrp(0) == getpgrp() ? LINK_FOREGROUND : LINK_CONTINUE;
+  char word = tcgetpgrp(0) == getpgrp() ? kLinkForeground : kLinkContinue;
   (void)send(link, &word, 1, MSG_NOSIGNAL);
 }
 
@@ -121,7 +121,7 @@ static int await_end(pid_t box, int link, int signals) {
     if (watched[0].revents) forward_signals(signals, box);
     char word = 0;
     ssize_t got = watched[1].revents ? recv(link, &word, 1, MSG_DONTWAIT) : 0;
-    if (got > 0 && word == LINK_STOPPED) follow_stop(link);
+    if (got > 0 && word == kLinkStopped) follow_stop(link);
     if (watched[1].revents && got <= 0) watched[1].fd = -1;
   }
   if (WIFEXITED(status)) return WEXITSTATUS(status);
@@ -141,7 +141,7 @@ static int block_signals() {
 }
 
 static bool inside_a_box() {
-  if (access(CONTROL_PATH, F_OK) != 0) return false;
+  if (access(kControlPath, F_OK) != 0) return false;
   report("this is the inside of a box already, and a box cannot run inside a box");
   return true;
 }
@@ -149,7 +149,7 @@ static bool inside_a_box() {
 static int start_and_await(box_plan& plan, int own_link) {
   int signals = block_signals();
   pid_t box = clone_into_box(plan.sandbox.user_namespace);
-  if (box < 0) return EXIT_BOX_FAILED;
+  if (box < 0) return kExitBoxFailed;
   if (box == 0) {
     close(own_link);
     close(signals);
@@ -157,13 +157,13 @@ static int start_and_await(box_plan& plan, int own_link) {
   }
   close(plan.link);
   int status = await_end(box, own_link, signals);
-  if (plan.payload.terminal == PAYLOAD_FOREGROUND) payload_to_foreground(getpgrp());
+  if (plan.payload.terminal == kPayloadForeground) payload_to_foreground(getpgrp());
   return status;
 }
 
 static const board* choose_board(const args& a, const scenario& around) {
   std::string name = !a.board.empty() ? a.board : around.board;
-  const board* hardware = board_find(name.empty() ? BOARD_DEFAULT : name);
+  const board* hardware = board_find(name.empty() ? kBoardDefault : name);
   if (!hardware) report("unknown board \"%s\": there are %s", name.c_str(), board_names().c_str());
   return hardware;
 }
@@ -171,15 +171,15 @@ static const board* choose_board(const args& a, const scenario& around) {
 int run_box(const args& a) {
   box_plan plan = {};
   int name = -1;
-  if (!scenario_load(a.scenario, plan.around)) return EXIT_USAGE;
+  if (!scenario_load(a.scenario, plan.around)) return kExitUsage;
   if (a.speed >= 0) scenario_set_speed(plan.around, a.speed);
   const board* hardware = choose_board(a, plan.around);
-  if (!hardware || (!a.name.empty() && !reach_take_name(a.name, name))) return EXIT_USAGE;
+  if (!hardware || (!a.name.empty() && !reach_take_name(a.name, name))) return kExitUsage;
   int links[2];
-  if (inside_a_box() || !make_plan(a, *hardware, plan)) return EXIT_BOX_FAILED;
+  if (inside_a_box() || !make_plan(a, *hardware, plan)) return kExitBoxFailed;
   if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, links) < 0) {
     report_errno(nullptr, "make a socket pair");
-    return EXIT_BOX_FAILED;
+    return kExitBoxFailed;
   }
   plan.link = links[1];
   return start_and_await(plan, links[0]);

@@ -22,7 +22,7 @@
 static const std::string ROOT = "/tmp";
 static const std::string LAYERS = ROOT + "/.layers";
 
-static constexpr unsigned long PLAIN = MS_NOSUID | MS_NODEV;
+static constexpr unsigned long kPlain = MS_NOSUID | MS_NODEV;
 
 // A host directory that must be visible inside under its own path.
 struct held_tree {
@@ -96,7 +96,7 @@ static std::string passwd_with_rpc_as_root(const std::string& passwd) {
 }
 
 static bool fill_etc(const sandbox_plan& plan, const std::string& upper) {
-  std::string name = SANDBOX_HOST_NAME;
+  std::string name = kSandboxHostName;
   if (!directory_make(upper + "/Wireless") || !file_write(upper + "/hostname", name + "\n") ||
       !file_write(upper + "/hosts", file_read("/etc/hosts") + "192.168.254.254\t" + name + "\n")) {
     return false;
@@ -107,7 +107,7 @@ static bool fill_etc(const sandbox_plan& plan, const std::string& upper) {
 
 static bool fill_usr(const sandbox_plan& plan, const std::string& upper) {
   if (!firmware_fill_usr(upper, plan.program_dir + "/gwbox-companion")) return false;
-  std::string link = upper + std::string(SANDBOX_PORTMAP).substr(strlen("/usr"));
+  std::string link = upper + std::string(kSandboxPortmap).substr(strlen("/usr"));
   if (!directory_make(path_parent(link))) return false;
   if (symlink("rpcbind", link.c_str()) == 0) return true;
   return report_errno(nullptr, "make the link portmap");
@@ -138,7 +138,7 @@ static bool overlay(const std::string& name) {
 
 // The layers are filled before they are mounted, and out of sight once they are.
 static bool overlay_system(const sandbox_plan& plan) {
-  if (!mount_at("tmpfs", LAYERS, PLAIN, "mode=0755")) return false;
+  if (!mount_at("tmpfs", LAYERS, kPlain, "mode=0755")) return false;
   for (const char* name : {"usr", "etc", "var"}) {
     if (!directory_make(LAYERS + "/" + name + "/upper")) return false;
   }
@@ -186,30 +186,30 @@ static bool show_host() {
 }
 
 static bool mount_kernel_views() {
-  constexpr unsigned long FLAGS = MS_NOSUID | MS_NODEV | MS_NOEXEC;
+  constexpr unsigned long kFlags = MS_NOSUID | MS_NODEV | MS_NOEXEC;
   if (!directory_make(ROOT + "/dev") || !bind_at("/dev", ROOT + "/dev")) return false;
-  if (access("/dev/shm", F_OK) == 0 && !mount_at("tmpfs", ROOT + "/dev/shm", PLAIN, "mode=1777")) {
+  if (access("/dev/shm", F_OK) == 0 && !mount_at("tmpfs", ROOT + "/dev/shm", kPlain, "mode=1777")) {
     return false;
   }
-  return mount_at("proc", ROOT + "/proc", FLAGS) && mount_at("sysfs", ROOT + "/sys", FLAGS);
+  return mount_at("proc", ROOT + "/proc", kFlags) && mount_at("sysfs", ROOT + "/sys", kFlags);
 }
 
 static bool mount_empty_dirs() {
-  return mount_at("tmpfs", ROOT + "/tmp", PLAIN, "mode=1777") &&
-         mount_at("tmpfs", ROOT + "/run", PLAIN, "mode=0755") &&
-         mount_at("tmpfs", ROOT + "/nvram", PLAIN, "mode=0755") &&
-         mount_at("tmpfs", ROOT + "/etc/Wireless", PLAIN, "mode=0755") &&
-         directory_make(ROOT + SANDBOX_RUN_DIR);
+  return mount_at("tmpfs", ROOT + "/tmp", kPlain, "mode=1777") &&
+         mount_at("tmpfs", ROOT + "/run", kPlain, "mode=0755") &&
+         mount_at("tmpfs", ROOT + "/nvram", kPlain, "mode=0755") &&
+         mount_at("tmpfs", ROOT + "/etc/Wireless", kPlain, "mode=0755") &&
+         directory_make(ROOT + kSandboxRunDir);
 }
 
 // A kernel without a PCI bus has no such file; then the whole /proc/bus is replaced.
 static bool show_pci_devices(const std::string& text) {
   std::string devices = ROOT + "/proc/bus/pci/devices";
   if (access(devices.c_str(), F_OK) < 0) {
-    return mount_at("tmpfs", ROOT + "/proc/bus", PLAIN, "mode=0755") &&
+    return mount_at("tmpfs", ROOT + "/proc/bus", kPlain, "mode=0755") &&
            directory_make(path_parent(devices)) && file_write(devices, text);
   }
-  std::string source = ROOT + SANDBOX_RUN_DIR + "/pci_devices";
+  std::string source = ROOT + kSandboxRunDir + "/pci_devices";
   return file_write(source, text) && bind_at(source, devices);
 }
 
@@ -227,7 +227,7 @@ bool sandbox_enter(const sandbox_plan& plan) {
     return report_errno(mount_hint(), "separate the mounts of the box from the host's");
   }
   held_tree trees[] = {hold(source_tree(plan.work_dir)), hold(plan.program_dir)};
-  if (!mount_at("tmpfs", ROOT, PLAIN, "mode=0755") || !overlay_system(plan) || !show_host() ||
+  if (!mount_at("tmpfs", ROOT, kPlain, "mode=0755") || !overlay_system(plan) || !show_host() ||
       !mount_kernel_views() || !mount_empty_dirs() || !show_pci_devices(plan.pci_devices)) {
     return false;
   }
@@ -236,7 +236,7 @@ bool sandbox_enter(const sandbox_plan& plan) {
     if (tree.fd >= 0) close(tree.fd);
     if (!shown) return false;
   }
-  if (sethostname(SANDBOX_HOST_NAME, strlen(SANDBOX_HOST_NAME)) < 0) {
+  if (sethostname(kSandboxHostName, strlen(kSandboxHostName)) < 0) {
     return report_errno(nullptr, "set the host name");
   }
   return change_root(plan.work_dir);

@@ -21,9 +21,9 @@ struct sandbox_plan {
   std::string pci_devices;  // text of /proc/bus/pci/devices
 };
 
-constexpr const char* SANDBOX_HOST_NAME = "gateway";
-constexpr const char* SANDBOX_RUN_DIR = "/run/gwbox";  // the box's own files, inside
-constexpr const char* SANDBOX_PORTMAP = "/usr/sbin/portmap";
+constexpr const char* kSandboxHostName = "gateway";
+constexpr const char* kSandboxRunDir = "/run/gwbox";  // the box's own files, inside
+constexpr const char* kSandboxPortmap = "/usr/sbin/portmap";
 
 // Builds the tree and makes it the calling process's root; the working directory is the plan's
 // where that is visible inside, else "/". Reports what failed and returns false.

@@ -28,12 +28,12 @@ static std::string_view between(const char* begin, const char* end) {
   return {begin, static_cast<size_t>(end - begin)};
 }
 
-static constexpr const char* NAMES[] = {"minimal", "apartment", "mesh"};
+static constexpr const char* kNames[] = {"minimal", "apartment", "mesh"};
 
 std::string_view scenario_shipped(std::string_view name) {
-  if (name == NAMES[0]) return between(scenario_minimal_text_begin, scenario_minimal_text_end);
-  if (name == NAMES[1]) return between(scenario_apartment_text_begin, scenario_apartment_text_end);
-  if (name == NAMES[2]) return between(scenario_mesh_text_begin, scenario_mesh_text_end);
+  if (name == kNames[0]) return between(scenario_minimal_text_begin, scenario_minimal_text_end);
+  if (name == kNames[1]) return between(scenario_apartment_text_begin, scenario_apartment_text_end);
+  if (name == kNames[2]) return between(scenario_mesh_text_begin, scenario_mesh_text_end);
   return {};
 }
 
@@ -43,7 +43,7 @@ std::string_view scenario_schema() {
 
 std::string scenario_names() {
   std::string names;
-  for (const char* name : NAMES)
+  for (const char* name : kNames)
     names += (names.empty() ? "" : ", ") + std::string(name);
   return names;
 }
@@ -147,7 +147,7 @@ bool scenario_load(const std::string& name_or_file, scenario& s) {
 }
 
 int scenario_print_list() {
-  for (const char* name : NAMES) {
+  for (const char* name : kNames) {
     scenario_json document = scenario_json::parse(scenario_shipped(name), nullptr, false);
     printf("%-10s %s\n", name, document.value("description", std::string()).c_str());
   }
@@ -158,7 +158,7 @@ int scenario_print(const std::string& name) {
   std::string_view text = name == "schema" ? scenario_schema() : scenario_shipped(name);
   if (text.empty()) {
     report("no scenario \"%s\" ships: there are %s", name.c_str(), scenario_names().c_str());
-    return EXIT_USAGE;
+    return kExitUsage;
   }
   fwrite(text.data(), 1, text.size(), stdout);
   return 0;

@@ -10,10 +10,10 @@
 
 #include "mac.h"
 
-constexpr const char* SCENARIO_DEFAULT = "minimal";
-constexpr const char* SCENARIO_PATH = "/run/gwbox/scenario.json";  // inside the box, as in force
-constexpr int SCENARIO_RADIOS = 2;                                 // ra0's and ra8's
-constexpr int SCENARIO_BSS_COUNTERS = 14;
+constexpr const char* kScenarioDefault = "minimal";
+constexpr const char* kScenarioPath = "/run/gwbox/scenario.json";  // inside the box, as in force
+constexpr int kScenarioRadios = 2;                                 // ra0's and ra8's
+constexpr int kScenarioBssCounters = 14;
 
 struct scenario_traffic {
   double rx_bytes, tx_bytes, rx_packets, tx_packets, tx_failures;
@@ -56,7 +56,7 @@ struct scenario_nonassoc {
   std::vector<scenario_observation> observations;  // oldest first
 };
 
-enum scenario_outcome { SCENARIO_SUCCESS, SCENARIO_FAILURE, SCENARIO_TIMEOUT };
+enum scenario_outcome { kScenarioSuccess, kScenarioFailure, kScenarioTimeout };
 
 struct scenario_wps {
   scenario_outcome outcome;
@@ -80,9 +80,9 @@ struct scenario_radio {
 };
 
 struct scenario_bss {
-  int bss;                                 // 0-based
-  double counters[SCENARIO_BSS_COUNTERS];  // at the start
-  double per_second[SCENARIO_BSS_COUNTERS];
+  int bss;                                // 0-based
+  double counters[kScenarioBssCounters];  // at the start
+  double per_second[kScenarioBssCounters];
   double ssid_rx_bytes, ssid_tx_bytes;  // waiting for the next query of the SSID counters
 };
 
@@ -95,7 +95,7 @@ struct scenario {
   std::string name;
   std::string board;  // empty: the usual one
   double speed;
-  scenario_radio radios[SCENARIO_RADIOS];
+  scenario_radio radios[kScenarioRadios];
   std::vector<scenario_station> stations;
   std::vector<scenario_neighbour> neighbours;
   std::vector<scenario_nonassoc> nonassoc;

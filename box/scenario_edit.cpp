@@ -8,7 +8,7 @@ struct kind_row {
   const char* id;
 };
 
-static constexpr kind_row KINDS[] = {
+static constexpr kind_row kKinds[] = {
     {"station", "stations", "mac"},
     {"neighbour", "neighbours", "bssid"},
     {"nonassoc", "nonassoc", "mac"},
@@ -140,7 +140,7 @@ bool scenario_change(scenario_json& document, const std::vector<std::string>& wo
                      std::string& wrong) {
   wrong = "expected station, neighbour, nonassoc, bss, radio or companion, and which one";
   if (words.size() < 2) return false;
-  for (const kind_row& kind : KINDS) {
+  for (const kind_row& kind : kKinds) {
     if (words[0] == kind.name) return change_listed(document, kind, words, wrong);
   }
   if (words[0] == "radio") {

@@ -36,7 +36,7 @@ static scenario_station read_station(const scenario_json& object) {
   for (const scenario_json& rssi : member(object, "rssi"))
     station.rssi.push_back(rssi.get<int>());
   if (station.rssi.empty()) station.rssi = {-55, -57};
-  const char* usual = station.bss < BOARD_FIRST_5GHZ ? "HT20 MCS15 SGI" : "VHT80 MCS9 NSS2 SGI";
+  const char* usual = station.bss < kBoardFirst5ghz ? "HT20 MCS15 SGI" : "VHT80 MCS9 NSS2 SGI";
   station.tx_rate = object.value("tx_rate", std::string(usual));
   station.rx_rate = object.value("rx_rate", station.tx_rate);
   station.btm = object.value("btm", false);
@@ -75,7 +75,7 @@ static scenario_nonassoc read_nonassoc(const scenario_json& object) {
 }
 
 static void read_counters(const scenario_json& list, double* counters) {
-  for (size_t i = 0; i < list.size() && i < SCENARIO_BSS_COUNTERS; i++)
+  for (size_t i = 0; i < list.size() && i < kScenarioBssCounters; i++)
     counters[i] = list[i].get<double>();
 }
 
@@ -91,9 +91,9 @@ static scenario_bss read_bss(const scenario_json& object) {
 
 static scenario_wps read_wps(const scenario_json& object) {
   std::string outcome = object.value("outcome", std::string("success"));
-  return {outcome == "failure"   ? SCENARIO_FAILURE
-          : outcome == "timeout" ? SCENARIO_TIMEOUT
-                                 : SCENARIO_SUCCESS,
+  return {outcome == "failure"   ? kScenarioFailure
+          : outcome == "timeout" ? kScenarioTimeout
+                                 : kScenarioSuccess,
           object.value("seconds", 8.0), object.value("timeout", 120.0),
           object.value("pin", std::string())};
 }

@@ -13,9 +13,9 @@
 
 using json = nlohmann::ordered_json;
 
-static constexpr const char* COMPANIONS[] = {"bndstrg_1", "dcs",         "mtk_ctrl",  "wapp",
-                                             "bs20",      "rtdot1xd",    "rtinicapd", "radstat",
-                                             "HncInit",   "hnc-listener"};
+static constexpr const char* kCompanions[] = {"bndstrg_1", "dcs",         "mtk_ctrl",  "wapp",
+                                              "bs20",      "rtdot1xd",    "rtinicapd", "radstat",
+                                              "HncInit",   "hnc-listener"};
 
 static json texts_of(const std::vector<mac_address>& macs) {
   json list = json::array();
@@ -63,7 +63,7 @@ static json blacklist_of(const driver_state& state) {
   json list = json::array();
   for (const driver_blacklisted& entry : state.blacklist) {
     json object = {{"mac", mac_text(entry.mac)}, {"radio", entry.radio == 0 ? "ra0" : "ra8"}};
-    object["seconds_left"] = entry.until_us == DRIVER_NEVER
+    object["seconds_left"] = entry.until_us == kDriverNever
                                  ? json(nullptr)
                                  : json(seconds(entry.until_us - state.now_us));
     list.push_back(object);
@@ -113,7 +113,7 @@ static json companions_now() {
   while (struct dirent* entry = readdir(processes)) {
     if (!isdigit(entry->d_name[0])) continue;
     std::string name = file_read(std::string("/proc/") + entry->d_name + "/comm");
-    for (const char* known : COMPANIONS) {
+    for (const char* known : kCompanions) {
       if (name == std::string(known) + "\n") {
         list.push_back({{"name", known}, {"pid", atoi(entry->d_name)}});
       }
@@ -129,7 +129,7 @@ std::string status_json(const trap_state& trap) {
   object["time"] = static_cast<double>(state.now_us) / 1e6;
   object["speed"] = state.clock.speed;
   object["interfaces"] = json::array();
-  for (int n = 0; n < BOARD_MAX_INTERFACES; n++) {
+  for (int n = 0; n < kBoardMaxInterfaces; n++) {
     std::string name = "ra" + std::to_string(n);
     if (net_interface_exists(trap.socket, name.c_str())) {
       object["interfaces"].push_back(interface_of(state, n));

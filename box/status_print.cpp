@@ -10,7 +10,7 @@
 
 using json = nlohmann::ordered_json;
 
-static constexpr size_t WIDTH = 80;
+static constexpr size_t kWidth = 80;
 
 struct column {
   const char* name;
@@ -18,19 +18,19 @@ struct column {
   int flags;
 };
 
-static constexpr column INTERFACES[] = {{"NAME", 4, 0},
-                                        {"STATE", 5, 0},
-                                        {"SSID", 0.4, SCOLS_FL_TRUNC},
-                                        {"CH", 3, SCOLS_FL_RIGHT},
-                                        {"SECURITY", 0.2, SCOLS_FL_TRUNC},
-                                        {"STA", 3, SCOLS_FL_RIGHT}};
+static constexpr column kInterfaces[] = {{"NAME", 4, 0},
+                                         {"STATE", 5, 0},
+                                         {"SSID", 0.4, SCOLS_FL_TRUNC},
+                                         {"CH", 3, SCOLS_FL_RIGHT},
+                                         {"SECURITY", 0.2, SCOLS_FL_TRUNC},
+                                         {"STA", 3, SCOLS_FL_RIGHT}};
 
-static constexpr column STATIONS[] = {{"STATION", 17, 0},
-                                      {"ON", 5, 0},
-                                      {"RSSI", 0.2, SCOLS_FL_TRUNC},
-                                      {"SENT AT", 0.2, SCOLS_FL_TRUNC},
-                                      {"FOR", 6, SCOLS_FL_RIGHT},
-                                      {"BTM", 3, 0}};
+static constexpr column kStations[] = {{"STATION", 17, 0},
+                                       {"ON", 5, 0},
+                                       {"RSSI", 0.2, SCOLS_FL_TRUNC},
+                                       {"SENT AT", 0.2, SCOLS_FL_TRUNC},
+                                       {"FOR", 6, SCOLS_FL_RIGHT},
+                                       {"BTM", 3, 0}};
 
 // What a terminal would take for a command is shown as a question mark.
 static std::string plain(std::string text) {
@@ -45,7 +45,7 @@ static std::string table_of(const column (&columns)[N],
                             const std::vector<std::vector<std::string>>& rows) {
   libscols_table* table = scols_new_table();
   scols_table_set_termforce(table, SCOLS_TERMFORCE_ALWAYS);
-  scols_table_set_termwidth(table, WIDTH);
+  scols_table_set_termwidth(table, kWidth);
   for (const column& c : columns)
     scols_table_new_column(table, c.name, c.width, c.flags);
   for (const std::vector<std::string>& row : rows) {
@@ -103,7 +103,7 @@ static std::string listed(const std::string& head, const std::vector<std::string
   if (words.empty()) return text + " none\n";
   for (size_t i = 0; i < words.size(); i++) {
     std::string word = " " + words[i] + (i + 1 < words.size() ? "," : "");
-    if (line.size() + word.size() > WIDTH) {
+    if (line.size() + word.size() > kWidth) {
       text += "\n ";
       line = " ";
     }
@@ -136,8 +136,8 @@ std::string status_tables(const std::string& text) {
   for (const json& companion : status["companions"])
     companions.push_back(companion.value("name", std::string()));
   std::string result = heading(status);
-  if (!interfaces.empty()) result += "\n" + table_of(INTERFACES, interfaces);
-  if (!stations.empty()) result += "\n" + table_of(STATIONS, stations);
+  if (!interfaces.empty()) result += "\n" + table_of(kInterfaces, interfaces);
+  if (!stations.empty()) result += "\n" + table_of(kStations, stations);
   return result + "\n" + listed("modules:", modules) + listed("companions:", companions);
 }
 

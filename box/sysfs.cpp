@@ -14,8 +14,8 @@
 #include "report.h"
 
 // The kernel merges equal events in a row. Opening tells two writers of one pipe apart.
-static constexpr uint32_t PIPE_EVENTS = IN_MODIFY | IN_OPEN;
-static constexpr uint32_t PLAIN_EVENTS = IN_CLOSE_WRITE;
+static constexpr uint32_t kPipeEvents = IN_MODIFY | IN_OPEN;
+static constexpr uint32_t kPlainEvents = IN_CLOSE_WRITE;
 
 bool sysfs_open(sysfs_state& state) {
   state.notify = inotify_init1(IN_CLOEXEC | IN_NONBLOCK);
@@ -35,11 +35,11 @@ bool sysfs_make_pipe(sysfs_state& state, const std::string& path) {
     pipe = open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
   }
   if (pipe < 0) return report_errno(nullptr, "make %s", path.c_str());
-  return add(state, path, pipe, PIPE_EVENTS);
+  return add(state, path, pipe, kPipeEvents);
 }
 
 bool sysfs_make_plain(sysfs_state& state, const std::string& path, const std::string& text) {
-  return file_write(path, text) && add(state, path, -1, PLAIN_EVENTS);
+  return file_write(path, text) && add(state, path, -1, kPlainEvents);
 }
 
 static std::vector<inotify_event> take_events(int notify) {

@@ -17,7 +17,7 @@ static constexpr struct {
   int number_32;
   uint32_t request;
 } MODULE_CALLS[] = {
-    {175, 128, FAULT_INIT_MODULE}, {313, 350, FAULT_FINIT_MODULE}, {176, 129, FAULT_DELETE_MODULE}};
+    {175, 128, kFaultInitModule}, {313, 350, kFaultFinitModule}, {176, 129, kFaultDeleteModule}};
 
 bool trap_still_waiting(const trap_state& trap, const trap_call& c) {
   uint64_t id = c.id;
@@ -34,12 +34,12 @@ static int check_descriptor(const trap_call& c) {
 }
 
 static bool is_ioctl(const trap_call& c) {
-  return c.request < FAULT_INIT_MODULE;
+  return c.request < kFaultInitModule;
 }
 
 static const trap_kind& kind_of(const trap_call& c) {
   if (!is_ioctl(c)) return TRAP_KIND_MODULE;
-  return c.request == FAULT_VLAN ? TRAP_KIND_VLAN : TRAP_KIND_WIRELESS;
+  return c.request == kFaultVlan ? TRAP_KIND_VLAN : TRAP_KIND_WIRELESS;
 }
 
 // Everything up to the act: what is wrong with the call itself.
@@ -109,7 +109,7 @@ static trap_call call_of(uint64_t id, int32_t tid, uint32_t arch, int number,
   c.tid = tid;
   c.arch = arch;
   c.number = number;
-  for (int i = 0; i < TRAP_ARGUMENTS; i++) {
+  for (int i = 0; i < kTrapArguments; i++) {
     c.arguments[i] = arch == AUDIT_ARCH_I386 ? static_cast<uint32_t>(arguments[i]) : arguments[i];
   }
   c.request = request_of(c);

@@ -16,7 +16,7 @@
 #include "sysfs.h"
 #include "vlan.h"
 
-constexpr int TRAP_ARGUMENTS = 3;  // of a call, as far as any needs them
+constexpr int kTrapArguments = 3;  // of a call, as far as any needs them
 
 // A call that a delay rule holds back; the caller sleeps in it meanwhile.
 struct trap_delayed {
@@ -25,15 +25,15 @@ struct trap_delayed {
   int32_t tid;
   uint32_t arch;
   int number;  // of the system call
-  uint64_t arguments[TRAP_ARGUMENTS];
+  uint64_t arguments[kTrapArguments];
   fault_rule rule;
 };
 
 struct trap_state {
-  int listener;                   // of the filter
-  int socket;                     // any socket of the box's network, to ask about interfaces
-  int links;                      // news of interfaces
-  bool up[BOARD_MAX_INTERFACES];  // what the driver model was told
+  int listener;                  // of the filter
+  int socket;                    // any socket of the box's network, to ask about interfaces
+  int links;                     // news of interfaces
+  bool up[kBoardMaxInterfaces];  // what the driver model was told
   driver_state driver;
   modules_state modules;
   vlan_state vlans;

@@ -8,7 +8,7 @@ struct trap_call {
   int32_t tid;
   uint32_t arch;
   int number;
-  uint64_t arguments[TRAP_ARGUMENTS];
+  uint64_t arguments[kTrapArguments];
   uint32_t request;  // of an ioctl; else one of FAULT_..._MODULE
   bool is_short;     // a fault cuts the answer to short_bytes
   size_t short_bytes;

@@ -5,7 +5,7 @@
 #include "trap.h"
 
 static const char* profile_of(int n) {
-  return n < BOARD_FIRST_5GHZ ? "/tmp/mt76xx_24.dat" : "/tmp/mt76xx_5.dat";
+  return n < kBoardFirst5ghz ? "/tmp/mt76xx_24.dat" : "/tmp/mt76xx_5.dat";
 }
 
 // The driver reads its profile at the moment when an interface goes up.
@@ -21,7 +21,7 @@ static void set_up(trap_state& trap, int n, bool up) {
 }
 
 static void ask_all(trap_state& trap) {
-  for (int n = 0; n < BOARD_MAX_INTERFACES; n++) {
+  for (int n = 0; n < kBoardMaxInterfaces; n++) {
     set_up(trap, n, links_is_up(trap.socket, ("ra" + std::to_string(n)).c_str()));
   }
 }

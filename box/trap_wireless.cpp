@@ -11,9 +11,9 @@
 
 // The request frame as the caller lays it out: the interface name, then pointer, length and
 // flags, with pointers of the caller's own width.
-static constexpr size_t NAME_SIZE = 16;
-static constexpr size_t FRAME_SIZE = 32;
-static constexpr size_t POINTER_AT = 16;
+static constexpr size_t kNameSize = 16;
+static constexpr size_t kFrameSize = 32;
+static constexpr size_t kPointerAt = 16;
 
 static uint16_t word_at(const char* frame, size_t at) {
   uint16_t word;
@@ -23,12 +23,12 @@ static uint16_t word_at(const char* frame, size_t at) {
 
 // Takes the frame apart; false when it cannot be read.
 static bool read_frame(trap_call& c, std::string& interface) {
-  char frame[FRAME_SIZE] = {};
+  char frame[kFrameSize] = {};
   if (!caller_read(c.tid, c.arguments[2], frame, sizeof frame)) return false;
-  interface.assign(frame, strnlen(frame, NAME_SIZE - 1));
+  interface.assign(frame, strnlen(frame, kNameSize - 1));
   size_t width = c.arch == AUDIT_ARCH_I386 ? sizeof(uint32_t) : sizeof(uint64_t);
-  memcpy(&c.pointer, frame + POINTER_AT, width);
-  c.length_at = POINTER_AT + width;
+  memcpy(&c.pointer, frame + kPointerAt, width);
+  c.length_at = kPointerAt + width;
   c.asked.length = word_at(frame, c.length_at);
   c.asked.flags = word_at(frame, c.length_at + sizeof(uint16_t));
   return true;
@@ -43,7 +43,7 @@ static bool read_input(trap_call& c) {
 static void describe(journal_entry& entry, const trap_call& c) {
   entry.name = driver_request_name(c.request, c.asked.flags);
   entry.has_sub = driver_has_sub(c.request);
-  entry.sub = c.asked.flags & static_cast<uint16_t>(~DRIVER_SET_FLAG);
+  entry.sub = c.asked.flags & static_cast<uint16_t>(~kDriverSetFlag);
   if (entry.has_sub) entry.object = driver_object_name(entry.sub);
   entry.length = c.asked.length;
 }
@@ -57,7 +57,7 @@ static int read_wireless(trap_state& trap, trap_call& c, journal_entry& entry) {
   bool exists = c.asked.bss >= 0 && net_interface_exists(trap.socket, entry.interface.c_str());
   if (!exists) return -ENODEV;
   if (!read_input(c)) return -EFAULT;
-  entry.has_text = c.request == DRIVER_SET_TEXT;
+  entry.has_text = c.request == kDriverSetText;
   if (entry.has_text) entry.text = c.asked.input.c_str();
   return 0;
 }
@@ -67,14 +67,14 @@ static int read_wireless(trap_state& trap, trap_call& c, journal_entry& entry) {
 static int write_answer(const trap_state& trap, const trap_call& c) {
   const driver_request& r = c.asked;
   size_t room = driver_room(r.request, r.length);
-  if (r.output.size() > room || r.frame.size() > FRAME_SIZE - POINTER_AT) abort();
+  if (r.output.size() > room || r.frame.size() > kFrameSize - kPointerAt) abort();
   if (!trap_still_waiting(trap, c)) return -EINTR;
   uint64_t frame = c.arguments[2];
   if (!r.output.empty() && !caller_write(c.tid, c.pointer, r.output.data(), r.output.size())) {
     return -EFAULT;
   }
   if (!r.frame.empty() &&
-      !caller_write(c.tid, frame + POINTER_AT, r.frame.data(), r.frame.size())) {
+      !caller_write(c.tid, frame + kPointerAt, r.frame.data(), r.frame.size())) {
     return -EFAULT;
   }
   if (r.has_answer_length &&

@@ -6,12 +6,12 @@
 
 #include "net.h"
 
-static constexpr int32_t ID_LIMIT = 4095;  // the kernel takes no 4095 either
-static constexpr size_t NAME_LIMIT = 15;
+static constexpr int32_t kIdLimit = 4095;  // the kernel takes no 4095 either
+static constexpr size_t kNameLimit = 15;
 
 // How a new interface is called: vlan0010, eth0.0010, vlan10, eth0.10.
-static constexpr uint32_t NAME_TYPES = 4;
-static constexpr uint32_t DEFAULT_NAME_TYPE = 3;
+static constexpr uint32_t kNameTypes = 4;
+static constexpr uint32_t kDefaultNameType = 3;
 
 static std::string name_of_new(uint32_t name_type, const std::string& lower, int32_t id) {
   char digits[16];
@@ -21,12 +21,12 @@ static std::string name_of_new(uint32_t name_type, const std::string& lower, int
 
 static int add(vlan_state& state, int socket, const std::string& lower, int32_t id) {
   if (!net_interface_exists(socket, lower.c_str())) return -ENODEV;
-  if (id < 0 || id >= ID_LIMIT) return -ERANGE;
+  if (id < 0 || id >= kIdLimit) return -ERANGE;
   for (const auto& [name, vlan] : state.interfaces) {
     if (vlan.lower == lower && vlan.id == id) return -EEXIST;
   }
   std::string upper = name_of_new(state.name_type, lower, id);
-  if (upper.size() > NAME_LIMIT) return -ENOBUFS;
+  if (upper.size() > kNameLimit) return -ENOBUFS;
   if (!net_make_upper(socket, lower, upper)) return -errno;
   state.interfaces[upper] = {lower, id};
   return 0;
@@ -46,7 +46,7 @@ static int query(const vlan_state& state, int socket, const std::string& name,
   auto found = state.interfaces.find(name);
   if (found == state.interfaces.end()) return -EINVAL;
   memset(request.name, 0, sizeof request.name);
-  if (request.command == VLAN_GET_ID) {
+  if (request.command == kVlanGetId) {
     request.id = found->second.id;
   } else {
     found->second.lower.copy(request.name, sizeof request.name - 1);
@@ -55,27 +55,27 @@ static int query(const vlan_state& state, int socket, const std::string& name,
 }
 
 static int set_name_type(vlan_state& state, uint32_t name_type) {
-  if (name_type >= NAME_TYPES) return -EINVAL;
+  if (name_type >= kNameTypes) return -EINVAL;
   state.name_type = name_type;
   return 0;
 }
 
 void vlan_init(vlan_state& state) {
   state = {};
-  state.name_type = DEFAULT_NAME_TYPE;
+  state.name_type = kDefaultNameType;
 }
 
 const char* vlan_command_name(int32_t command) {
   switch (command) {
-    case VLAN_ADD:
+    case kVlanAdd:
       return "add";
-    case VLAN_DELETE:
+    case kVlanDelete:
       return "delete";
-    case VLAN_SET_NAME_TYPE:
+    case kVlanSetNameType:
       return "set_name_type";
-    case VLAN_GET_LOWER:
+    case kVlanGetLower:
       return "get_lower";
-    case VLAN_GET_ID:
+    case kVlanGetId:
       return "get_id";
     default:
       return "unknown";
@@ -85,14 +85,14 @@ const char* vlan_command_name(int32_t command) {
 int vlan_handle(vlan_state& state, int socket, vlan_request& request) {
   std::string device(request.device, strnlen(request.device, sizeof request.device - 1));
   switch (request.command) {
-    case VLAN_ADD:
+    case kVlanAdd:
       return add(state, socket, device, request.id);
-    case VLAN_DELETE:
+    case kVlanDelete:
       return remove(state, socket, device);
-    case VLAN_SET_NAME_TYPE:
+    case kVlanSetNameType:
       return set_name_type(state, request.name_type);
-    case VLAN_GET_LOWER:
-    case VLAN_GET_ID:
+    case kVlanGetLower:
+    case kVlanGetId:
       return query(state, socket, device, request);
     default:
       return -EOPNOTSUPP;

@@ -20,11 +20,11 @@ struct vlan_request {
 };
 static_assert(sizeof(vlan_request) == 56);
 
-constexpr int32_t VLAN_ADD = 0;     // on top of device
-constexpr int32_t VLAN_DELETE = 1;  // device itself
-constexpr int32_t VLAN_SET_NAME_TYPE = 6;
-constexpr int32_t VLAN_GET_LOWER = 8;  // answers in name
-constexpr int32_t VLAN_GET_ID = 9;     // answers in id
+constexpr int32_t kVlanAdd = 0;     // on top of device
+constexpr int32_t kVlanDelete = 1;  // device itself
+constexpr int32_t kVlanSetNameType = 6;
+constexpr int32_t kVlanGetLower = 8;  // answers in name
+constexpr int32_t kVlanGetId = 9;     // answers in id
 
 struct vlan_interface {
   std::string lower;

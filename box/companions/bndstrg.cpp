@@ -6,15 +6,15 @@
 #include "companion_data.h"
 #include "programs.h"
 
-static constexpr const char* MARKER = "/tmp/mtk_bnd_file";
-static constexpr double USUAL_SECONDS = 0.2;
+static constexpr const char* kMarker = "/tmp/mtk_bnd_file";
+static constexpr double kUsualSeconds = 0.2;
 
 int bndstrg_main() {
   companion self = companion_begin({});
-  double after = companion_number(companion_data("bndstrg_1"), "marker_after", USUAL_SECONDS);
+  double after = companion_number(companion_data("bndstrg_1"), "marker_after", kUsualSeconds);
   if (companion_pause(self, after / companion_speed()) && after >= 0) {
-    int fd = open(MARKER, O_WRONLY | O_CREAT | O_CLOEXEC, 0644);
-    if (fd < 0) perror(MARKER);
+    int fd = open(kMarker, O_WRONLY | O_CREAT | O_CLOEXEC, 0644);
+    if (fd < 0) perror(kMarker);
     if (fd >= 0) close(fd);
   }
   while (!self.ended)

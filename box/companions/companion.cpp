@@ -15,7 +15,7 @@
 #include "companions_start.h"
 #include "files.h"
 
-static constexpr size_t DATAGRAM_MAX = 65536;
+static constexpr size_t kDatagramMax = 65536;
 
 companion companion_begin(std::initializer_list<int> more) {
   sigset_t watched;
@@ -72,7 +72,7 @@ bool companion_receive(companion& self, int fd, companion_datagram& datagram) {
     if (poll(watched, 2, -1) < 0) continue;
     if (watched[1].revents) take_signal(self);
     if (!watched[0].revents) continue;
-    datagram.bytes.resize(DATAGRAM_MAX);
+    datagram.bytes.resize(kDatagramMax);
     datagram.from_size = sizeof datagram.from;
     ssize_t got = recvfrom(fd, datagram.bytes.data(), datagram.bytes.size(), MSG_DONTWAIT,
                            reinterpret_cast<sockaddr*>(&datagram.from), &datagram.from_size);
@@ -93,7 +93,7 @@ void companion_answer(int fd, const companion_datagram& to, const std::string& b
 double companion_time() {
   timespec now = {};
   clock_gettime(CLOCK_MONOTONIC, &now);
-  double start = atof(file_read(COMPANIONS_START_FILE).c_str()) / 1e6;
+  double start = atof(file_read(kCompanionsStartFile).c_str()) / 1e6;
   return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9 - start;
 }
 

@@ -14,7 +14,7 @@ static json member_of(const json& object, const char* member) {
 }
 
 static json document() {
-  return json::parse(file_read(SCENARIO_PATH), nullptr, false);
+  return json::parse(file_read(kScenarioPath), nullptr, false);
 }
 
 json companion_data(const char* name) {

@@ -5,8 +5,8 @@
 #include "companion.h"
 #include "programs.h"
 
-static constexpr const char* PATH = "/var/run/dcsD";
-static constexpr const char* RECORD = "/run/gwbox/dcs.jsonl";
+static constexpr const char* kPath = "/var/run/dcsD";
+static constexpr const char* kRecord = "/run/gwbox/dcs.jsonl";
 
 // What it is sent: a setting as a text, or the level of its messages.
 struct dcs_message {
@@ -17,13 +17,13 @@ struct dcs_message {
 };
 static_assert(sizeof(dcs_message) == 268);
 
-static constexpr uint32_t TYPE_TEXT = 1, TYPE_LEVEL = 3;
+static constexpr uint32_t kTypeText = 1, TYPE_LEVEL = 3;
 
 // A setting may also come as a bare text from the first byte on.
 static void decode(const std::string& bytes, nlohmann::ordered_json& line) {
   dcs_message message = {};
   memcpy(&message, bytes.data(), bytes.size() < sizeof message ? bytes.size() : sizeof message);
-  if (message.type == TYPE_TEXT) {
+  if (message.type == kTypeText) {
     line["type"] = message.type;
     line["length"] = message.length;
     line["text"] = std::string(message.payload, strnlen(message.payload, sizeof message.payload));
@@ -40,15 +40,15 @@ static void decode(const std::string& bytes, nlohmann::ordered_json& line) {
 
 int dcs_main() {
   companion self = companion_begin({});
-  int fd = companion_listen(PATH);
+  int fd = companion_listen(kPath);
   if (fd < 0) return 1;
   companion_datagram datagram;
   while (companion_receive(self, fd, datagram)) {
     nlohmann::ordered_json line = {{"size", datagram.bytes.size()}};
     decode(datagram.bytes, line);
     line["hex"] = companion_hex(datagram.bytes);
-    companion_record(RECORD, line);
+    companion_record(kRecord, line);
   }
-  unlink(PATH);
+  unlink(kPath);
   return 0;
 }

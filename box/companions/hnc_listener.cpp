@@ -9,16 +9,16 @@
 #include "net.h"
 #include "programs.h"
 
-static constexpr const char* RECORD = "/run/gwbox/hnc.jsonl";
-static constexpr uint16_t PORT = 4567;
-static constexpr double LATE_SECONDS = 1.5;
-static constexpr size_t SHORT_SIZE = 20, HUGE_SIZE = 8000;
+static constexpr const char* kRecord = "/run/gwbox/hnc.jsonl";
+static constexpr uint16_t kPort = 4567;
+static constexpr double kLateSeconds = 1.5;
+static constexpr size_t kShortSize = 20, HUGE_SIZE = 8000;
 
 static int listen_there() {
   sockaddr_in address = {};
   address.sin_family = AF_INET;
-  address.sin_port = htons(PORT);
-  inet_pton(AF_INET, NET_LAN_ADDRESS, &address.sin_addr);
+  address.sin_port = htons(kPort);
+  inet_pton(AF_INET, kNetLanAddress, &address.sin_addr);
   int fd = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
   if (fd >= 0 && bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0) return fd;
   perror("hnc-listener: port 4567");
@@ -41,28 +41,28 @@ static nlohmann::ordered_json supported_fields(const hnc_supported& row) {
 }
 
 static void record(size_t size, const hnc_request& request, const hnc_reply& reply) {
-  bool is_set = request.type == HNC_SET;
+  bool is_set = request.type == kHncSet;
   std::string name = hnc_text(request.name);
   nlohmann::ordered_json line = {{"size", size},
                                  {"type", is_set ? "set" : "get"},
                                  {"name", name},
                                  {"index", request.index},
                                  {"value", hnc_text(request.value)}};
-  if (request.type != HNC_GET && !is_set) line["type"] = request.type;
+  if (request.type != kHncGet && !is_set) line["type"] = request.type;
   if (is_set && name == "SuppHneEntry") line["record"] = supported_fields(request.supported);
   if (!is_set) line["answer"] = hnc_text(reply.value);
   line["table_error"] = reply.table_error;
-  companion_record(RECORD, line);
+  companion_record(kRecord, line);
 }
 
 // Answers as a listener in that state would; false when there is none.
 static bool shape_answer(const std::string& behaviour, companion& self, std::string& bytes) {
   if (behaviour == "silent") return false;
   if (behaviour == "empty") bytes.clear();
-  if (behaviour == "short") bytes.resize(SHORT_SIZE);
+  if (behaviour == "short") bytes.resize(kShortSize);
   if (behaviour == "huge") bytes.resize(HUGE_SIZE, 'H');
   if (behaviour == "unterminated") bytes.assign(bytes.size(), 'U');
-  return behaviour != "late" || companion_pause(self, LATE_SECONDS);
+  return behaviour != "late" || companion_pause(self, kLateSeconds);
 }
 
 static void serve(companion& self, int fd, hnc_store& store, const companion_datagram& asked) {

@@ -8,10 +8,10 @@
 
 using nlohmann::json;
 
-static constexpr int32_t NO_ROW = -1;
-static constexpr int32_t ROW_DESTROY = 6;
+static constexpr int32_t kNoRow = -1;
+static constexpr int32_t kRowDestroy = 6;
 
-static constexpr const char* USUAL = R"({
+static constexpr const char* kUsual = R"({
   "settings": {
     "Enable": "1", "ACMEnable": "0", "TopologyEnable": "1", "HNEFWUpgradeEnable": "0",
     "ClientSteerEnable": "1", "RRMEnable": "1", "MSearchEnable": "1", "ConfigAttempts": "3",
@@ -57,7 +57,7 @@ static void put(char (&field)[SIZE], const std::string& text) {
         }                                                                \
   }
 
-static constexpr field_row FIELDS[] = {
+static constexpr field_row kFields[] = {
     TEXT_FIELD("UpdateFwUrl", firmware_url),
     TEXT_FIELD("UpdateFwFilename", firmware_file_name),
     TEXT_FIELD("UpdateFwUsername", firmware_user_name),
@@ -70,7 +70,7 @@ static constexpr field_row FIELDS[] = {
 };
 
 static const field_row* find_field(const std::string& key) {
-  for (const field_row& field : FIELDS) {
+  for (const field_row& field : kFields) {
     if (key == field.key) return &field;
   }
   return nullptr;
@@ -114,7 +114,7 @@ void hnc_store_update(hnc_store& store, const json& data) {
 
 void hnc_store_init(hnc_store& store) {
   store = {};
-  hnc_store_update(store, json::parse(USUAL, nullptr, false));
+  hnc_store_update(store, json::parse(kUsual, nullptr, false));
 }
 
 static std::string get_value(const hnc_store& store, const std::string& key, uint32_t index) {
@@ -131,11 +131,11 @@ static std::string get_value(const hnc_store& store, const std::string& key, uin
 static void get(const hnc_store& store, const std::string& key, uint32_t index, hnc_reply& reply) {
   if (key == "HneEntry") {
     auto row = store.extenders.find(index);
-    reply.table_error = row == store.extenders.end() ? NO_ROW : 0;
+    reply.table_error = row == store.extenders.end() ? kNoRow : 0;
     if (reply.table_error == 0) reply.extender = row->second;
   } else if (key == "SuppHneEntry") {
     auto row = store.supported.find(index);
-    reply.table_error = row == store.supported.end() ? NO_ROW : 0;
+    reply.table_error = row == store.supported.end() ? kNoRow : 0;
     if (reply.table_error == 0) reply.supported = row->second;
   } else {
     get_value(store, key, index).copy(reply.value, sizeof reply.value - 1);
@@ -144,9 +144,9 @@ static void get(const hnc_store& store, const std::string& key, uint32_t index, 
 
 static int32_t set_row_status(hnc_store& store, uint32_t index, int32_t status) {
   auto row = store.supported.find(index);
-  if (row == store.supported.end()) return NO_ROW;
+  if (row == store.supported.end()) return kNoRow;
   row->second.row_status = status;
-  if (status == ROW_DESTROY) store.supported.erase(row);
+  if (status == kRowDestroy) store.supported.erase(row);
   return 0;
 }
 
@@ -160,7 +160,7 @@ static int32_t set(hnc_store& store, const hnc_request& request) {
     return set_row_status(store, request.index, atoi(value.c_str()));
   } else if (key == "DeviceName") {
     auto extender = store.extenders.find(request.index);
-    if (extender == store.extenders.end()) return NO_ROW;
+    if (extender == store.extenders.end()) return kNoRow;
     put(extender->second.name, value);
   } else if (field && row != store.supported.end()) {
     field->set(row->second, value);
@@ -172,11 +172,11 @@ static int32_t set(hnc_store& store, const hnc_request& request) {
 
 void hnc_store_serve(hnc_store& store, const hnc_request& request, hnc_reply& reply) {
   reply = {};
-  if (request.type == HNC_GET) {
+  if (request.type == kHncGet) {
     get(store, hnc_text(request.name), request.index, reply);
-  } else if (request.type == HNC_SET) {
+  } else if (request.type == kHncSet) {
     reply.table_error = set(store, request);
   } else {
-    reply.table_error = NO_ROW;
+    reply.table_error = kNoRow;
   }
 }

@@ -5,8 +5,8 @@
 #include <stddef.h>
 #include <stdint.h>
 
-constexpr uint32_t HNC_GET = 0;
-constexpr uint32_t HNC_SET = 1;
+constexpr uint32_t kHncGet = 0;
+constexpr uint32_t kHncSet = 1;
 
 // One extender model that is accepted.
 struct hnc_supported {

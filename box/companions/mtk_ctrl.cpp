@@ -7,10 +7,10 @@
 #include "companion_data.h"
 #include "programs.h"
 
-static constexpr const char* PATH = "/var/run/mtk_ctrl_path";
-static constexpr const char* RECORD = "/run/gwbox/mtk_ctrl.jsonl";
-static constexpr double LATE_SECONDS = 3;
-static constexpr size_t SHORT_SIZE = 40;
+static constexpr const char* kPath = "/var/run/mtk_ctrl_path";
+static constexpr const char* kRecord = "/run/gwbox/mtk_ctrl.jsonl";
+static constexpr double kLateSeconds = 3;
+static constexpr size_t kShortSize = 40;
 
 struct ctrl_request {
   uint32_t command;
@@ -19,8 +19,8 @@ struct ctrl_request {
 };
 static_assert(sizeof(ctrl_request) == 16);
 
-static constexpr uint32_t GET_EVENTS = 1;
-static constexpr size_t EVENTS_MAX = 32;
+static constexpr uint32_t kGetEvents = 1;
+static constexpr size_t kEventsMax = 32;
 
 struct ctrl_event {
   uint8_t type;
@@ -33,7 +33,7 @@ static_assert(sizeof(ctrl_event) == 12);
 struct ctrl_reply {
   uint32_t status;
   uint32_t reserved[2];
-  ctrl_event events[EVENTS_MAX];
+  ctrl_event events[kEventsMax];
   uint8_t count;  // also of those that found no room
   uint8_t padding[7];
 };
@@ -56,7 +56,7 @@ static std::string make_reply(const nlohmann::json& data, uint32_t radio) {
   if (events != data.end() && events->is_array()) {
     for (const auto& event : *events) {
       if (companion_number(event, "radio", radio) != radio || reply.count == UINT8_MAX) continue;
-      if (reply.count < EVENTS_MAX) reply.events[reply.count] = make_event(event);
+      if (reply.count < kEventsMax) reply.events[reply.count] = make_event(event);
       reply.count++;
     }
   }
@@ -67,24 +67,24 @@ static void serve(companion& self, int fd, const companion_datagram& asked) {
   ctrl_request request = {};
   size_t size = asked.bytes.size();
   memcpy(&request, asked.bytes.data(), size < sizeof request ? size : sizeof request);
-  companion_record(RECORD,
+  companion_record(kRecord,
                    {{"size", size}, {"command", request.command}, {"radio", request.radio}});
-  if (size < sizeof request || request.command != GET_EVENTS) return;
+  if (size < sizeof request || request.command != kGetEvents) return;
   nlohmann::json data = companion_data("mtk_ctrl");
   std::string behaviour = companion_behaviour(data), reply = make_reply(data, request.radio);
   if (behaviour == "silent") return;
-  if (behaviour == "short") reply.resize(SHORT_SIZE);
-  if (behaviour == "late" && !companion_pause(self, LATE_SECONDS)) return;
+  if (behaviour == "short") reply.resize(kShortSize);
+  if (behaviour == "late" && !companion_pause(self, kLateSeconds)) return;
   companion_answer(fd, asked, reply);
 }
 
 int mtk_ctrl_main() {
   companion self = companion_begin({});
-  int fd = companion_listen(PATH);
+  int fd = companion_listen(kPath);
   if (fd < 0) return 1;
   companion_datagram datagram;
   while (companion_receive(self, fd, datagram))
     serve(self, fd, datagram);
-  unlink(PATH);
+  unlink(kPath);
   return 0;
 }

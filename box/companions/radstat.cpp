@@ -11,18 +11,18 @@
 #include "companion_data.h"
 #include "programs.h"
 
-static constexpr const char* DIRECTORY = "/var/run/radstat";
-static constexpr const char* RECORD = "/run/gwbox/radstat.jsonl";
-static constexpr double LATE_SECONDS = 3;
-static constexpr size_t SHORT_SIZE = 40;
-static constexpr int RSSI_ENTRIES = 37;
+static constexpr const char* kDirectory = "/var/run/radstat";
+static constexpr const char* kRecord = "/run/gwbox/radstat.jsonl";
+static constexpr double kLateSeconds = 3;
+static constexpr size_t kShortSize = 40;
+static constexpr int kRssiEntries = 37;
 
 struct radstat_reply {
   int32_t cst, ap_act, busy;               // percent
   int32_t nf_max, nf_min, nf_med, nf_avg;  // dBm
   int32_t retry;                           // percent
   int32_t tx, rx;                          // packets
-  int32_t rssi[RSSI_ENTRIES];
+  int32_t rssi[kRssiEntries];
   int32_t unused;
 };
 static_assert(sizeof(radstat_reply) == 192 && offsetof(radstat_reply, rssi) == 40);
@@ -58,7 +58,7 @@ static int32_t counter(const nlohmann::json& data, const char* name, double seco
 
 static void fill_rssi(const nlohmann::json& data, double seconds, radstat_reply& reply) {
   auto told = data.find("rssi");
-  for (size_t i = 0; i < RSSI_ENTRIES; i++) {
+  for (size_t i = 0; i < kRssiEntries; i++) {
     int usual = -95 + static_cast<int>(i) + static_cast<int>(swing(seconds, 0, 2));
     bool has_table = told != data.end() && told->is_array();
     bool has_entry = has_table && i < told->size() && (*told)[i].is_number();
@@ -96,8 +96,8 @@ static void serve(companion& self, int fd, const companion_datagram& asked,
   std::string behaviour = companion_behaviour(data);
   if (behaviour == "silent") return;
   if (behaviour == "zeros") bytes.assign(sizeof reply, '\0');
-  if (behaviour == "short") bytes.resize(SHORT_SIZE);
-  if (behaviour == "late" && !companion_pause(self, LATE_SECONDS)) return;
+  if (behaviour == "short") bytes.resize(kShortSize);
+  if (behaviour == "late" && !companion_pause(self, kLateSeconds)) return;
   companion_answer(fd, asked, bytes);
 }
 
@@ -108,15 +108,15 @@ int radstat_main(const std::string& name, int argc, char** argv) {
     return 2;
   }
   companion self = companion_begin({});
-  std::string path = std::string(DIRECTORY) + "/" + options.interface;
-  if (mkdir(DIRECTORY, 0755) < 0 && errno != EEXIST) perror(DIRECTORY);
+  std::string path = std::string(kDirectory) + "/" + options.interface;
+  if (mkdir(kDirectory, 0755) < 0 && errno != EEXIST) perror(kDirectory);
   int fd = companion_listen(path.c_str());
   if (fd < 0) return 1;
-  companion_record(RECORD, {{"name", name},
-                            {"interface", options.interface},
-                            {"r", options.r},
-                            {"m", options.m},
-                            {"R", options.R}});
+  companion_record(kRecord, {{"name", name},
+                             {"interface", options.interface},
+                             {"r", options.r},
+                             {"m", options.m},
+                             {"R", options.R}});
   companion_datagram datagram;
   while (companion_receive(self, fd, datagram))
     serve(self, fd, datagram, options.interface);

@@ -4,10 +4,10 @@
 
 #include "model.h"
 
-static constexpr const char* FIRST = "02:00:5e:00:00:01";
-static constexpr const char* SECOND_ONE = "02:00:5e:00:00:02";
+static constexpr const char* kFirst = "02:00:5e:00:00:01";
+static constexpr const char* kSecondOne = "02:00:5e:00:00:02";
 
-static constexpr const char* TWO_STATIONS = R"({"stations": [
+static constexpr const char* kTwoStations = R"({"stations": [
   {"mac": "02:00:5e:00:00:01", "bss": 1, "others": [10], "btm": true, "returns_after": 5},
   {"mac": "02:00:5e:00:00:02", "bss": 1}]})";
 
@@ -30,76 +30,76 @@ static std::string action_frame(const char* mac, const std::string& body) {
 
 TEST(Steer, BlacklistedStationsStayOutForTheirTime) {
   driver_state state;
-  start_model(state, TWO_STATIONS);
-  EXPECT_EQ(carry(state, 0, 0x86B1, steer_record(SECOND_ONE, 0, 2, 30), SECOND).status, 0);
-  EXPECT_EQ(place_of(state, SECOND_ONE), -1);
-  EXPECT_EQ(stations(state, 0, 31 * SECOND - 1).u32(0), 1u);
-  EXPECT_EQ(stations(state, 0, 31 * SECOND).u32(0), 2u);
+  start_model(state, kTwoStations);
+  EXPECT_EQ(carry(state, 0, 0x86B1, steer_record(kSecondOne, 0, 2, 30), kSecond).status, 0);
+  EXPECT_EQ(place_of(state, kSecondOne), -1);
+  EXPECT_EQ(stations(state, 0, 31 * kSecond - 1).u32(0), 1u);
+  EXPECT_EQ(stations(state, 0, 31 * kSecond).u32(0), 2u);
   EXPECT_TRUE(state.blacklist.empty());
 }
 
 TEST(Steer, BlacklistedForGoodUntilTakenOff) {
   driver_state state;
-  start_model(state, TWO_STATIONS);
-  EXPECT_EQ(carry(state, 0, 0x86B1, steer_record(FIRST, 0, 1, 0)).status, 0);
-  EXPECT_EQ(place_of(state, FIRST), 9);  // goes where its scenario lets it, on the other radio
-  EXPECT_EQ(stations(state, 0, 100000 * SECOND).u32(0), 1u);
-  EXPECT_EQ(carry(state, 0, 0x86B1, steer_record(FIRST, 0, 0, 0)).status, 0);
-  EXPECT_EQ(place_of(state, FIRST), 0);
+  start_model(state, kTwoStations);
+  EXPECT_EQ(carry(state, 0, 0x86B1, steer_record(kFirst, 0, 1, 0)).status, 0);
+  EXPECT_EQ(place_of(state, kFirst), 9);  // goes where its scenario lets it, on the other radio
+  EXPECT_EQ(stations(state, 0, 100000 * kSecond).u32(0), 1u);
+  EXPECT_EQ(carry(state, 0, 0x86B1, steer_record(kFirst, 0, 0, 0)).status, 0);
+  EXPECT_EQ(place_of(state, kFirst), 0);
 }
 
 TEST(Steer, RecordsThatAreWrong) {
   driver_state state;
-  start_model(state, TWO_STATIONS);
-  EXPECT_EQ(carry(state, 0, 0x86B1, steer_record(FIRST, 0, 3, 0)).status, -EINVAL);
-  EXPECT_EQ(carry(state, 0, 0x86B1, steer_record(FIRST, 2, 0, 0)).status, -EINVAL);
-  EXPECT_EQ(carry(state, 0, 0x86B1, steer_record(FIRST, 0, 1, 0).substr(0, 19)).status, -EMSGSIZE);
-  EXPECT_EQ(carry(state, 0, 0x86B1, steer_record(FIRST, 1, 0, 0)).status, 0);
-  EXPECT_EQ(place_of(state, FIRST), 0);
+  start_model(state, kTwoStations);
+  EXPECT_EQ(carry(state, 0, 0x86B1, steer_record(kFirst, 0, 3, 0)).status, -EINVAL);
+  EXPECT_EQ(carry(state, 0, 0x86B1, steer_record(kFirst, 2, 0, 0)).status, -EINVAL);
+  EXPECT_EQ(carry(state, 0, 0x86B1, steer_record(kFirst, 0, 1, 0).substr(0, 19)).status, -EMSGSIZE);
+  EXPECT_EQ(carry(state, 0, 0x86B1, steer_record(kFirst, 1, 0, 0)).status, 0);
+  EXPECT_EQ(place_of(state, kFirst), 0);
   EXPECT_TRUE(state.blacklist.empty());
 }
 
 TEST(Steer, ATransitionRequestMovesWhoKnowsIt) {
   driver_state state;
-  start_model(state, TWO_STATIONS);
-  EXPECT_EQ(carry(state, 0, 0x86B0, action_frame(FIRST, "\x0a\x1b"), SECOND).status, 0);
-  EXPECT_EQ(place_of(state, FIRST), 9);
-  EXPECT_EQ(carry(state, 0, 0x86B0, action_frame(SECOND_ONE, "x")).status, 0);
-  EXPECT_EQ(place_of(state, SECOND_ONE), 0);  // knows no such requests
+  start_model(state, kTwoStations);
+  EXPECT_EQ(carry(state, 0, 0x86B0, action_frame(kFirst, "\x0a\x1b"), kSecond).status, 0);
+  EXPECT_EQ(place_of(state, kFirst), 9);
+  EXPECT_EQ(carry(state, 0, 0x86B0, action_frame(kSecondOne, "x")).status, 0);
+  EXPECT_EQ(place_of(state, kSecondOne), 0);  // knows no such requests
   ASSERT_EQ(state.action_frames.size(), 2u);
   EXPECT_EQ(state.action_frames[0].category, 10u);
   EXPECT_EQ(state.action_frames[0].body, "\x0a\x1b");
-  EXPECT_EQ(stations(state, 8, 60 * SECOND).u32(4 + 16), 59u);  // and stays there
-  EXPECT_EQ(carry(state, 0, 0x86B0, action_frame(FIRST, "x").substr(0, 1033)).status, -EMSGSIZE);
+  EXPECT_EQ(stations(state, 8, 60 * kSecond).u32(4 + 16), 59u);  // and stays there
+  EXPECT_EQ(carry(state, 0, 0x86B0, action_frame(kFirst, "x").substr(0, 1033)).status, -EMSGSIZE);
 }
 
 TEST(Steer, DisconnectedStationsComeBackWhenTheScenarioSays) {
   driver_state state;
-  start_model(state, TWO_STATIONS);
-  EXPECT_EQ(set_key(state, 0, std::string("DisConnectSta=") + FIRST), 0);
-  EXPECT_EQ(set_key(state, 0, std::string("DisConnectSta=") + SECOND_ONE), 0);
+  start_model(state, kTwoStations);
+  EXPECT_EQ(set_key(state, 0, std::string("DisConnectSta=") + kFirst), 0);
+  EXPECT_EQ(set_key(state, 0, std::string("DisConnectSta=") + kSecondOne), 0);
   EXPECT_EQ(set_key(state, 8, "DisConnectSta=02:00:5e:00:00:77"), 0);
   EXPECT_EQ(set_key(state, 8, "DisConnectSta=everybody"), -EINVAL);
-  EXPECT_EQ(place_of(state, FIRST), -1);
-  EXPECT_EQ(stations(state, 0, 4 * SECOND).u32(0), 0u);
-  EXPECT_EQ(stations(state, 0, 5 * SECOND).u32(0), 1u);
-  EXPECT_EQ(stations(state, 0, 100000 * SECOND).u32(0), 1u);
+  EXPECT_EQ(place_of(state, kFirst), -1);
+  EXPECT_EQ(stations(state, 0, 4 * kSecond).u32(0), 0u);
+  EXPECT_EQ(stations(state, 0, 5 * kSecond).u32(0), 1u);
+  EXPECT_EQ(stations(state, 0, 100000 * kSecond).u32(0), 1u);
 }
 
 TEST(Steer, AccessListsLetInOrKeepOut) {
   driver_state state;
-  start_model(state, TWO_STATIONS);
-  EXPECT_EQ(set_key(state, 0, std::string("ACLAddEntry=") + SECOND_ONE), 0);
+  start_model(state, kTwoStations);
+  EXPECT_EQ(set_key(state, 0, std::string("ACLAddEntry=") + kSecondOne), 0);
   EXPECT_EQ(stations(state, 0).u32(0), 2u);  // no policy yet
   EXPECT_EQ(set_key(state, 0, "AccessPolicy=2"), 0);
-  EXPECT_EQ(place_of(state, SECOND_ONE), -1);
-  EXPECT_EQ(place_of(state, FIRST), 0);
+  EXPECT_EQ(place_of(state, kSecondOne), -1);
+  EXPECT_EQ(place_of(state, kFirst), 0);
   EXPECT_EQ(set_key(state, 0, "AccessPolicy=1"), 0);
-  EXPECT_EQ(place_of(state, SECOND_ONE), 0);
-  EXPECT_EQ(place_of(state, FIRST), 9);
-  EXPECT_EQ(set_key(state, 0, std::string("ACLDelEntry=") + SECOND_ONE), 0);
-  EXPECT_EQ(place_of(state, SECOND_ONE), -1);
-  EXPECT_EQ(set_key(state, 0, std::string("ACLAddEntry=") + FIRST + ";" + SECOND_ONE), 0);
+  EXPECT_EQ(place_of(state, kSecondOne), 0);
+  EXPECT_EQ(place_of(state, kFirst), 9);
+  EXPECT_EQ(set_key(state, 0, std::string("ACLDelEntry=") + kSecondOne), 0);
+  EXPECT_EQ(place_of(state, kSecondOne), -1);
+  EXPECT_EQ(set_key(state, 0, std::string("ACLAddEntry=") + kFirst + ";" + kSecondOne), 0);
   EXPECT_EQ(stations(state, 0).u32(0), 2u);
   EXPECT_EQ(set_key(state, 0, "ACLClearAll=1"), 0);
   EXPECT_EQ(stations(state, 0).u32(0), 0u);
@@ -107,19 +107,19 @@ TEST(Steer, AccessListsLetInOrKeepOut) {
 
 TEST(Steer, CapabilityOfOneStation) {
   driver_state state;
-  start_model(state, TWO_STATIONS);
-  std::string record = std::string("\4\0", 2) + mac_bytes(FIRST) + '\0';  // nine bytes announced
+  start_model(state, kTwoStations);
+  std::string record = std::string("\4\0", 2) + mac_bytes(kFirst) + '\0';  // nine bytes announced
   answer first = carry(state, 0, 0x494A, record);
   EXPECT_EQ(first.status, 0);
   EXPECT_EQ(first.u8(0), 4);
   EXPECT_EQ(first.u8(1), 1);
   EXPECT_EQ(first.bytes.size(), 9u);
-  record.replace(2, 6, mac_bytes(SECOND_ONE));
+  record.replace(2, 6, mac_bytes(kSecondOne));
   EXPECT_EQ(carry(state, 0, 0x494A, record).u8(1), 0);
   record.replace(2, 6, mac_bytes("02:00:5e:00:00:77"));
   EXPECT_EQ(carry(state, 0, 0x494A, record).status, -ENOENT);
   record[0] = 5;
   EXPECT_EQ(carry(state, 0, 0x494A, record).status, -EINVAL);
-  EXPECT_EQ(driver_input_size(DRIVER_OBJECT, 0x494A, 9), 9u);
-  EXPECT_EQ(driver_input_size(DRIVER_OBJECT, 0x494A, 1), 0u);
+  EXPECT_EQ(driver_input_size(kDriverObject, 0x494A, 9), 9u);
+  EXPECT_EQ(driver_input_size(kDriverObject, 0x494A, 1), 0u);
 }

@@ -91,11 +91,11 @@ TEST(Survey, TriesAgainForAWhileThenHasAllNeighbours) {
   driver_state state;
   start_model(state, R"({"radios": {"ra8": {"survey_seconds": 5}}, "neighbours": [)" + list + "]}");
   EXPECT_EQ(query(state, 8, 0x069B, 13163).u32(0), 0u);  // none asked for yet
-  EXPECT_EQ(set_key(state, 8, "SiteSurvey=1", 10 * SECOND), 0);
-  EXPECT_EQ(query(state, 8, 0x069B, 13163, 10 * SECOND).status, -EAGAIN);
-  EXPECT_EQ(query(state, 8, 0x069B, 13163, 15 * SECOND - 1).status, -EAGAIN);
+  EXPECT_EQ(set_key(state, 8, "SiteSurvey=1", 10 * kSecond), 0);
+  EXPECT_EQ(query(state, 8, 0x069B, 13163, 10 * kSecond).status, -EAGAIN);
+  EXPECT_EQ(query(state, 8, 0x069B, 13163, 15 * kSecond - 1).status, -EAGAIN);
   EXPECT_EQ(query(state, 0, 0x069B, 13163).status, 0);
-  answer done = query(state, 8, 0x069B, 13163, 15 * SECOND);
+  answer done = query(state, 8, 0x069B, 13163, 15 * kSecond);
   EXPECT_EQ(done.status, 0);
   EXPECT_EQ(done.u32(0), 70u);
   EXPECT_EQ(done.bytes.size(), 13163u);

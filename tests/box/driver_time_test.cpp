@@ -9,14 +9,14 @@ TEST(Time, StationsAppearAndLeave) {
   start_model(state, R"({"stations": [
     {"mac": "02:00:5e:00:00:01", "bss": 1, "appears": 10, "leaves": 20},
     {"mac": "02:00:5e:00:00:02", "bss": 2}]})");
-  EXPECT_EQ(stations(state, 0, 9 * SECOND).u32(0), 1u);
-  EXPECT_EQ(stations(state, 0, 10 * SECOND).u32(0), 2u);
+  EXPECT_EQ(stations(state, 0, 9 * kSecond).u32(0), 1u);
+  EXPECT_EQ(stations(state, 0, 10 * kSecond).u32(0), 2u);
   // Looked at late, it has been there since it came.
-  answer table = stations(state, 0, 15 * SECOND);
+  answer table = stations(state, 0, 15 * kSecond);
   EXPECT_EQ(table.u32(4 + 16), 15u);  // there from the beginning
   EXPECT_EQ(table.u32(4 + 40 + 16), 5u);
-  EXPECT_EQ(stations(state, 0, 20 * SECOND).u32(0), 1u);
-  EXPECT_EQ(stations(state, 8, 20 * SECOND).u32(0), 0u);
+  EXPECT_EQ(stations(state, 0, 20 * kSecond).u32(0), 1u);
+  EXPECT_EQ(stations(state, 8, 20 * kSecond).u32(0), 0u);
 }
 
 TEST(Time, StationsGoWithTheirInterfaceAndComeBack) {
@@ -24,13 +24,13 @@ TEST(Time, StationsGoWithTheirInterfaceAndComeBack) {
   start_model(state, R"({"stations": [
     {"mac": "02:00:5e:00:00:01", "bss": 2, "others": [9]},
     {"mac": "02:00:5e:00:00:02", "bss": 2}]})");
-  driver_interface_down(state, 1, SECOND);
+  driver_interface_down(state, 1, kSecond);
   EXPECT_EQ(place_of(state, "02:00:5e:00:00:01"), 8);
   EXPECT_EQ(place_of(state, "02:00:5e:00:00:02"), -1);
-  driver_interface_up(state, 1, model_profile(0), 3 * SECOND);
+  driver_interface_up(state, 1, model_profile(0), 3 * kSecond);
   EXPECT_EQ(place_of(state, "02:00:5e:00:00:01"), 1);
   EXPECT_EQ(place_of(state, "02:00:5e:00:00:02"), 1);
-  EXPECT_EQ(stations(state, 0, 5 * SECOND).u32(4 + 16), 2u);
+  EXPECT_EQ(stations(state, 0, 5 * kSecond).u32(4 + 16), 2u);
 }
 
 TEST(Time, CountersGrowAtTheirRates) {
@@ -41,7 +41,7 @@ TEST(Time, CountersGrowAtTheirRates) {
                    "tx_failures": 0.5}}],
     "bss": [{"bss": 1, "counters": [1,2,3,4,5,6,7,8,9,10,11,12,13,14],
              "per_second": [0,0,0,0,2,0,0,0,0,0,0,0,0,0]}]})");
-  answer table = stations(state, 0, 10 * SECOND);
+  answer table = stations(state, 0, 10 * kSecond);
   EXPECT_EQ(table.u32(4 + 32), 100u);  // packets sent
   EXPECT_EQ(table.u32(4 + 36), 12u);   // failures: 7 + 5
   answer traffic = query(state, 0, 0x0695, 6659);
@@ -52,7 +52,7 @@ TEST(Time, CountersGrowAtTheirRates) {
   for (size_t i = 0; i < 14; i++)
     EXPECT_EQ(counters.u32(4 * i), expected[i]) << i;
   EXPECT_EQ(query(state, 1, 0x067D, 56).u32(0), 0u);
-  EXPECT_EQ(stations(state, 0, 20 * SECOND).u32(4 + 32), 200u);
+  EXPECT_EQ(stations(state, 0, 20 * kSecond).u32(4 + 32), 200u);
 }
 
 TEST(Time, SsidCountersTellWhatIsNewSinceTheLastQuery) {
@@ -60,13 +60,13 @@ TEST(Time, SsidCountersTellWhatIsNewSinceTheLastQuery) {
   start_model(state, R"({"stations": [{"mac": "02:00:5e:00:00:01", "bss": 2,
     "per_second": {"rx_bytes": 30, "tx_bytes": 50}}],
     "bss": [{"bss": 3, "ssid_rx_bytes": 11, "ssid_tx_bytes": 22}]})");
-  answer first = query(state, 0, 0x069A, 771, 2 * SECOND);
+  answer first = query(state, 0, 0x069A, 771, 2 * kSecond);
   EXPECT_EQ(first.u32(0), 3u);
   EXPECT_EQ(first.u32(4 + 96 + 8), 60u);
   EXPECT_EQ(first.u32(4 + 96 + 12), 100u);
   EXPECT_EQ(first.u32(4 + 192 + 8), 11u);
   EXPECT_EQ(first.u32(4 + 192 + 12), 22u);
-  answer second = query(state, 0, 0x069A, 771, 3 * SECOND);
+  answer second = query(state, 0, 0x069A, 771, 3 * kSecond);
   EXPECT_EQ(second.u32(4 + 96 + 8), 30u);
   EXPECT_EQ(second.u32(4 + 192 + 8), 0u);
 }
@@ -75,7 +75,7 @@ TEST(Time, CountersOf32BitsBeginAnew) {
   driver_state state;
   start_model(state, R"({"stations": [{"mac": "02:00:5e:00:00:01", "bss": 1,
     "start": {"rx_bytes": 4294967290}, "per_second": {"rx_bytes": 10}}]})");
-  EXPECT_EQ(query(state, 0, 0x0695, 6659, SECOND).u32(4 + 16), 4u);
+  EXPECT_EQ(query(state, 0, 0x0695, 6659, kSecond).u32(4 + 16), 4u);
 }
 
 TEST(Time, EventsChangeTheScenario) {
@@ -84,15 +84,15 @@ TEST(Time, EventsChangeTheScenario) {
     {"at": 5, "set": "station 02:00:5e:00:00:01 rssi=[-80,-81]"},
     {"at": 6, "set": "station 02:00:5e:00:00:02 bss=9 appears=0"},
     {"at": 7, "set": "station 02:00:5e:00:00:01 gone"}]})");
-  EXPECT_EQ(driver_next_us(state), 5 * SECOND);
-  EXPECT_EQ(stations(state, 0, 4 * SECOND).s8(4 + 10), -55);
+  EXPECT_EQ(driver_next_us(state), 5 * kSecond);
+  EXPECT_EQ(stations(state, 0, 4 * kSecond).s8(4 + 10), -55);
   EXPECT_FALSE(state.scenario_changed);
-  EXPECT_EQ(stations(state, 0, 5 * SECOND).s8(4 + 10), -80);
+  EXPECT_EQ(stations(state, 0, 5 * kSecond).s8(4 + 10), -80);
   EXPECT_TRUE(state.scenario_changed);
   EXPECT_EQ(stations(state, 0).u32(4 + 16), 5u);  // it did not go meanwhile
-  EXPECT_EQ(stations(state, 8, 9 * SECOND).u32(4 + 16), 3u);
+  EXPECT_EQ(stations(state, 8, 9 * kSecond).u32(4 + 16), 3u);
   EXPECT_EQ(stations(state, 0).u32(0), 0u);
-  EXPECT_EQ(driver_next_us(state), DRIVER_NEVER);
+  EXPECT_EQ(driver_next_us(state), kDriverNever);
 }
 
 TEST(Time, MoreStationsThanTheTableHoldsStayOut) {

@@ -37,7 +37,7 @@ TEST(Wps, PushButtonSucceedsThroughItsStates) {
   start_session(state, 0, "2", "");
   std::set<uint32_t> seen;
   uint32_t before = 0;
-  for (int64_t t = 0; t < 10 * SECOND; t += SECOND / 10) {
+  for (int64_t t = 0; t < 10 * kSecond; t += kSecond / 10) {
     uint32_t now = wps_state(state, 0, t);
     EXPECT_GE(now, before);
     EXPECT_LE(now, 27u);
@@ -46,7 +46,7 @@ TEST(Wps, PushButtonSucceedsThroughItsStates) {
     seen.insert(now);
   }
   EXPECT_GE(seen.size(), 8u);
-  EXPECT_EQ(wps_state(state, 0, 10 * SECOND), 3u);
+  EXPECT_EQ(wps_state(state, 0, 10 * kSecond), 3u);
   EXPECT_EQ(wps_status(state, 0), 34u);
   EXPECT_EQ(wps_status(state, 2), 34u);  // every interface of the radio tells it
   EXPECT_EQ(wps_status(state, 8), 0u);
@@ -57,7 +57,7 @@ TEST(Wps, FailureAsPlanned) {
   driver_state state;
   start_model(state, plan("failure"));
   start_session(state, 0, "2", "");
-  EXPECT_EQ(wps_state(state, 0, 10 * SECOND), 3u);
+  EXPECT_EQ(wps_state(state, 0, 10 * kSecond), 3u);
   EXPECT_EQ(wps_status(state, 0), 2u);
   EXPECT_EQ(place_of(state, "02:00:5e:00:00:01"), -1);
 }
@@ -66,11 +66,11 @@ TEST(Wps, PinMustBeTheRightOne) {
   driver_state state;
   start_model(state, plan("success"));
   start_session(state, 0, "1", "00000000");
-  EXPECT_EQ(wps_state(state, 0, 10 * SECOND), 3u);
+  EXPECT_EQ(wps_state(state, 0, 10 * kSecond), 3u);
   EXPECT_EQ(wps_status(state, 0), 2u);
   start_session(state, 0, "1", "12345670");
   EXPECT_EQ(wps_status(state, 0), 1u);
-  EXPECT_EQ(wps_state(state, 0, 20 * SECOND), 3u);
+  EXPECT_EQ(wps_state(state, 0, 20 * kSecond), 3u);
   EXPECT_EQ(wps_status(state, 0), 34u);
 }
 
@@ -78,9 +78,9 @@ TEST(Wps, NobodyAnswersUntilItTimesOut) {
   driver_state state;
   start_model(state, plan("timeout"));
   start_session(state, 0, "2", "");
-  EXPECT_EQ(wps_state(state, 0, 119 * SECOND), 7u);  // still waits for a beginning
+  EXPECT_EQ(wps_state(state, 0, 119 * kSecond), 7u);  // still waits for a beginning
   EXPECT_EQ(wps_status(state, 0), 1u);
-  EXPECT_EQ(wps_state(state, 0, 120 * SECOND), 0u);
+  EXPECT_EQ(wps_state(state, 0, 120 * kSecond), 0u);
   EXPECT_EQ(wps_status(state, 0), 2u);
 }
 
@@ -88,10 +88,10 @@ TEST(Wps, CancelEndsTheSession) {
   driver_state state;
   start_model(state, plan("success"));
   start_session(state, 0, "2", "");
-  EXPECT_NE(wps_state(state, 0, 5 * SECOND), 0u);
+  EXPECT_NE(wps_state(state, 0, 5 * kSecond), 0u);
   EXPECT_EQ(set_key(state, 0, "WscStop"), 0);
-  EXPECT_EQ(wps_state(state, 0, 5 * SECOND), 0u);
-  EXPECT_EQ(wps_state(state, 0, 20 * SECOND), 0u);
+  EXPECT_EQ(wps_state(state, 0, 5 * kSecond), 0u);
+  EXPECT_EQ(wps_state(state, 0, 20 * kSecond), 0u);
   EXPECT_EQ(wps_status(state, 0), 0u);
   EXPECT_EQ(place_of(state, "02:00:5e:00:00:01"), -1);
 }

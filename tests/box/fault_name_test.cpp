@@ -18,7 +18,7 @@ TEST(FaultName, ObjectsRequestsAndSystemCalls) {
   EXPECT_EQ(rule.request, 0x8BEFu);
   EXPECT_FALSE(rule.has_sub);
   ASSERT_TRUE(fault_parse("init_module", "ENOMEM", 1, rule, wrong));
-  EXPECT_EQ(rule.request, FAULT_INIT_MODULE);
+  EXPECT_EQ(rule.request, kFaultInitModule);
   ASSERT_TRUE(fault_parse("vlan", "EPERM", 1, rule, wrong));
   EXPECT_EQ(rule.request, 0x8983u);
   ASSERT_TRUE(fault_parse("counters", "short=8", 1, rule, wrong));

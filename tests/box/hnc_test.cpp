@@ -9,7 +9,7 @@
 #include "inside.h"
 #include "watch.h"
 
-static const std::string RECORD = "/run/gwbox/hnc.jsonl";
+static const std::string kRecord = "/run/gwbox/hnc.jsonl";
 
 // Type, name, index, value.
 static std::string make_request(uint32_t type, const std::string& name, uint32_t index,
@@ -71,7 +71,7 @@ TEST(Hnc, RecordsEveryRequestDecoded) {
   listener box = start_listener();
   box.set("ConfigAttempts", 0, "5");
   box.get("HneEntry", 9);
-  auto lines = records(RECORD);
+  auto lines = records(kRecord);
   ASSERT_EQ(lines.size(), 2u);
   EXPECT_EQ(lines[0]["type"], "set");
   EXPECT_EQ(lines[0]["name"], "ConfigAttempts");
@@ -107,8 +107,8 @@ TEST(Hnc, TheTableOfModels) {
   request.replace(264 + 72, 5, "Model");
   memcpy(&request[264 + 1228], &on_demand, sizeof on_demand);
   EXPECT_EQ(listener::error(ask(box.fd, request)), 0);
-  EXPECT_EQ(records(RECORD)[0]["record"]["manufacturer"], std::string(64, 'M'));
-  EXPECT_EQ(records(RECORD)[0]["record"]["index"], 3);
+  EXPECT_EQ(records(kRecord)[0]["record"]["manufacturer"], std::string(64, 'M'));
+  EXPECT_EQ(records(kRecord)[0]["record"]["index"], 3);
 
   std::string reply = box.get("SuppHneEntry", 7);
   EXPECT_EQ(listener::error(reply), 0);

@@ -19,10 +19,10 @@ struct frame_32 {
 };
 static_assert(sizeof(frame_32) == 32);
 
-static constexpr int I386_GETPID = 20;
-static constexpr int I386_IOCTL = 54;
-static constexpr int I386_INIT_MODULE = 128;
-static constexpr int I386_DELETE_MODULE = 129;
+static constexpr int kI386Getpid = 20;
+static constexpr int kI386Ioctl = 54;
+static constexpr int kI386InitModule = 128;
+static constexpr int kI386DeleteModule = 129;
 
 static long call_32(long number, long first, long second, long third) {
   long result = number;
@@ -36,7 +36,7 @@ static long call_32(long number, long first, long second, long third) {
 // A kernel without 32-bit support ends whoever tries.
 static bool kernel_runs_32_bit_calls() {
   pid_t child = fork();
-  if (child == 0) _exit(call_32(I386_GETPID, 0, 0, 0) == getpid() ? 0 : 1);
+  if (child == 0) _exit(call_32(kI386Getpid, 0, 0, 0) == getpid() ? 0 : 1);
   int status = 0;
   return waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
@@ -58,7 +58,7 @@ static long request_32(low_page* page, uint32_t number, uint16_t length, uint16_
   page->frame.length = length;
   page->frame.flags = flags;
   int fd = socket(AF_INET, SOCK_DGRAM, 0);
-  long result = call_32(I386_IOCTL, fd, number, reinterpret_cast<intptr_t>(&page->frame));
+  long result = call_32(kI386Ioctl, fd, number, reinterpret_cast<intptr_t>(&page->frame));
   close(fd);
   return result;
 }
@@ -97,10 +97,10 @@ TEST(I386, ModulesAndVlans) {
   ASSERT_NE(page, nullptr);
   strcpy(page->buffer, "mt7612e_ap");
   long name = reinterpret_cast<intptr_t>(page->buffer);
-  EXPECT_EQ(call_32(I386_DELETE_MODULE, name, 0, 0), 0);
-  EXPECT_EQ(call_32(I386_DELETE_MODULE, name, 0, 0), -ENOENT);
+  EXPECT_EQ(call_32(kI386DeleteModule, name, 0, 0), 0);
+  EXPECT_EQ(call_32(kI386DeleteModule, name, 0, 0), -ENOENT);
   EXPECT_EQ(journal_entries().back()["module"], "mt7612e_ap");
-  EXPECT_EQ(call_32(I386_INIT_MODULE, name, 200, name), -ENOEXEC);
+  EXPECT_EQ(call_32(kI386InitModule, name, 200, name), -ENOEXEC);
 
   struct {
     int32_t command;
@@ -110,7 +110,7 @@ TEST(I386, ModulesAndVlans) {
   } vlan = {0, "eth0", 9, ""};
   memcpy(page->buffer, &vlan, sizeof vlan);
   int fd = socket(AF_INET, SOCK_DGRAM, 0);
-  EXPECT_EQ(call_32(I386_IOCTL, fd, 0x8983, name), 0);
-  EXPECT_EQ(call_32(I386_IOCTL, fd, 0x8983, name), -EEXIST);
+  EXPECT_EQ(call_32(kI386Ioctl, fd, 0x8983, name), 0);
+  EXPECT_EQ(call_32(kI386Ioctl, fd, 0x8983, name), -EEXIST);
   close(fd);
 }

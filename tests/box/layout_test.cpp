@@ -17,7 +17,7 @@ TEST(Layout, StationEntry) {
   start_model(state, R"({"stations": [{"mac": "02:00:5e:a1:b2:c3", "bss": 11, "asleep": true,
     "rssi": [-40, -41, -42, -43], "tx_rate": "VHT80 MCS9 NSS2 SGI", "rx_rate": "HT40 MCS15",
     "start": {"tx_packets": 66051, "tx_failures": 258}}]})");
-  answer table = stations(state, 8, 513 * SECOND);
+  answer table = stations(state, 8, 513 * kSecond);
   EXPECT_EQ(table.bytes.substr(0, 44),
             bytes({1,    0,    0,    0,                       // one entry
                    2,    0x02, 0x00, 0x5e, 0xa1, 0xb2, 0xc3,  // third BSS of its radio, address

@@ -9,11 +9,11 @@
 #include "inside.h"
 #include "watch.h"
 
-static constexpr uint32_t GET_FREQUENCY = 0x8B05;
+static constexpr uint32_t kGetFrequency = 0x8B05;
 
 static int frequency_error(const char* interface) {
   request_frame frame = make_frame(interface, nullptr, 0, 0);
-  return request(GET_FREQUENCY, frame);
+  return request(kGetFrequency, frame);
 }
 
 static std::vector<links_change> changes_of(int fd, const std::string& name) {

@@ -16,7 +16,7 @@ struct answer {
   uint32_t u32(size_t at) const;
 };
 
-constexpr int64_t SECOND = 1000000;
+constexpr int64_t kSecond = 1000000;
 
 // A driver on that board with that scenario, both bands' first three interfaces up at time 0.
 void start_model(driver_state& state, const std::string& scenario_text,

@@ -8,7 +8,7 @@
 static int set(driver_state& state, int bss, const std::string& text) {
   driver_request r = {};
   r.bss = bss;
-  r.request = DRIVER_SET_TEXT;
+  r.request = kDriverSetText;
   r.length = static_cast<uint16_t>(text.size() + 1);
   r.input = text;
   return driver_handle(state, r);
@@ -41,10 +41,10 @@ TEST(Model, InterfaceNames) {
 }
 
 TEST(Model, OnlySetsCarryInput) {
-  EXPECT_EQ(driver_input_size(DRIVER_SET_TEXT, 0, 12), 12u);
-  EXPECT_EQ(driver_input_size(DRIVER_OBJECT, 0x06B2, 12), 0u);
-  EXPECT_EQ(driver_input_size(DRIVER_OBJECT, 0x86B2, 12), 12u);
-  EXPECT_EQ(driver_input_size(DRIVER_GET_PRIV, 0, 16), 0u);
+  EXPECT_EQ(driver_input_size(kDriverSetText, 0, 12), 12u);
+  EXPECT_EQ(driver_input_size(kDriverObject, 0x06B2, 12), 0u);
+  EXPECT_EQ(driver_input_size(kDriverObject, 0x86B2, 12), 12u);
+  EXPECT_EQ(driver_input_size(kDriverGetPriv, 0, 16), 0u);
   EXPECT_EQ(driver_input_size(0x8B01, 0, 16), 0u);
 }
 

@@ -8,7 +8,7 @@
 #include "inside.h"
 #include "watch.h"
 
-static const std::string DIRECTORY = "/lib/modules/wifi/";
+static const std::string kDirectory = "/lib/modules/wifi/";
 
 static bool has_interface(int n) {
   return access(("/sys/class/net/ra" + std::to_string(n)).c_str(), F_OK) == 0;
@@ -55,7 +55,7 @@ TEST(Module, RmmodOfOneThatIsNotLoadedFails) {
 TEST(Module, InsmodBringsTheInterfacesBackAndDown) {
   EXPECT_EQ(run("ip link set ra8 up && rmmod mt7612e_ap").status, 0);
   EXPECT_EQ(interfaces(), 8);
-  run_result loaded = run("insmod " + DIRECTORY + "mt7612e_ap.ko mode=ap channels=3");
+  run_result loaded = run("insmod " + kDirectory + "mt7612e_ap.ko mode=ap channels=3");
   EXPECT_EQ(loaded.status, 0) << loaded.output;
   EXPECT_EQ(interfaces(), 16);
   EXPECT_NE(run("ip -o link show ra8").output.find("state DOWN"), std::string::npos);
@@ -70,7 +70,7 @@ TEST(Module, TheJournalTellsModuleAndParameters) {
   EXPECT_EQ(removed["comm"], "rmmod");
   EXPECT_EQ(removed["result"], 0);
   EXPECT_FALSE(removed.contains("interface"));
-  ASSERT_EQ(run("insmod " + DIRECTORY + "mt7603e_ap.ko debug=2").status, 0);
+  ASSERT_EQ(run("insmod " + kDirectory + "mt7603e_ap.ko debug=2").status, 0);
   auto loaded = journal_entries().back();
   EXPECT_EQ(loaded["name"], "finit_module");
   EXPECT_EQ(loaded["module"], "mt7603e_ap");
@@ -79,9 +79,9 @@ TEST(Module, TheJournalTellsModuleAndParameters) {
 }
 
 TEST(Module, TheKernelsErrors) {
-  run_result twice = run("insmod " + DIRECTORY + "mt7603e_ap.ko");
+  run_result twice = run("insmod " + kDirectory + "mt7603e_ap.ko");
   EXPECT_NE(twice.output.find("File exists"), std::string::npos) << twice.output;
-  run_result wrong_board = run("insmod " + DIRECTORY + "mt7615_ap.ko");
+  run_result wrong_board = run("insmod " + kDirectory + "mt7615_ap.ko");
   EXPECT_NE(wrong_board.output.find("No such device"), std::string::npos) << wrong_board.output;
   run_result junk = run("insmod /etc/passwd");
   EXPECT_NE(junk.output.find("Invalid module format"), std::string::npos) << junk.output;
@@ -89,7 +89,7 @@ TEST(Module, TheKernelsErrors) {
 }
 
 TEST(Module, FromMemory) {
-  std::string image = read_file(DIRECTORY + "mt7603e_ap.ko");
+  std::string image = read_file(kDirectory + "mt7603e_ap.ko");
   EXPECT_EQ(load(image, ""), EEXIST);
   ASSERT_EQ(unload("mt7603e_ap"), 0);
   EXPECT_EQ(unload("mt7603e_ap"), ENOENT);
@@ -104,7 +104,7 @@ TEST(Module, FromMemory) {
 TEST(Module, JunkFromMemory) {
   EXPECT_EQ(load("junk", ""), ENOEXEC);
   EXPECT_EQ(load(std::string(5000, 'x'), ""), ENOEXEC);
-  std::string image = read_file(DIRECTORY + "mt7603e_ap.ko");
+  std::string image = read_file(kDirectory + "mt7603e_ap.ko");
   EXPECT_EQ(load(image.substr(0, 100), ""), ENOEXEC);
   EXPECT_EQ(error_of(syscall(SYS_init_module, 16, image.size(), "")), EFAULT);
   EXPECT_EQ(error_of(syscall(SYS_init_module, image.data(), image.size(), 16)), EFAULT);
@@ -117,20 +117,20 @@ TEST(Module, WhatIsNoOpenFile) {
   int ends[2];
   ASSERT_EQ(pipe(ends), 0);
   EXPECT_EQ(error_of(syscall(SYS_finit_module, ends[0], "", 0)), EINVAL);
-  int fd = open((DIRECTORY + "mt7603e_ap.ko").c_str(), O_RDONLY);
+  int fd = open((kDirectory + "mt7603e_ap.ko").c_str(), O_RDONLY);
   EXPECT_EQ(error_of(syscall(SYS_finit_module, fd, "", 0x100)), EINVAL);
   EXPECT_EQ(error_of(syscall(SYS_finit_module, fd, "", 0)), EEXIST);
   close(fd);
 }
 
 TEST(Module, FilesCanBeCopiedElsewhereAndLoadedFromThere) {
-  ASSERT_EQ(run("rmmod mt7603e_ap && cp " + DIRECTORY + "mt7603e_ap.ko /nvram/").status, 0);
+  ASSERT_EQ(run("rmmod mt7603e_ap && cp " + kDirectory + "mt7603e_ap.ko /nvram/").status, 0);
   EXPECT_EQ(run("insmod /nvram/mt7603e_ap.ko").status, 0);
   EXPECT_EQ(interfaces(), 16);
 }
 
 TEST(Module, ModinfoReadsTheFile) {
-  EXPECT_EQ(run("modinfo -F name " + DIRECTORY + "mt7615_ap.ko").output, "mt7615_ap\n");
+  EXPECT_EQ(run("modinfo -F name " + kDirectory + "mt7615_ap.ko").output, "mt7615_ap\n");
 }
 
 TEST(Module, LsmodListsThem) {
@@ -156,7 +156,7 @@ TEST(Module, CallsCanBeMadeToFail) {
 TEST(Module, AFreshDriverForgetsWhatItsFormerSelfWasTold) {
   ASSERT_EQ(run("ip link set ra0 up; iwpriv ra0 set Channel=11").status, 0);
   EXPECT_EQ(run("iwgetid ra0 --freq --raw").output, "11\n");
-  ASSERT_EQ(run("rmmod mt7603e_ap && insmod " + DIRECTORY + "mt7603e_ap.ko").status, 0);
+  ASSERT_EQ(run("rmmod mt7603e_ap && insmod " + kDirectory + "mt7603e_ap.ko").status, 0);
   ASSERT_EQ(run("ip link set ra0 up").status, 0);
   EXPECT_EQ(run("iwgetid ra0 --freq --raw").output, "6\n");
 }

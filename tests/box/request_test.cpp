@@ -158,9 +158,9 @@ TEST(Request, ThreadsAreJournalledUnderTheirProcess) {
 }
 
 TEST(Request, ManyCallersAtOnceAllGetThroughInOrder) {
-  constexpr int THREADS = 8, EACH = 100;
+  constexpr int kThreads = 8, EACH = 100;
   std::vector<std::thread> threads;
-  for (int t = 0; t < THREADS; t++) {
+  for (int t = 0; t < kThreads; t++) {
     threads.emplace_back([t] {
       std::string interface = "ra" + std::to_string(t);
       for (int i = 0; i < EACH; i++) {
@@ -171,7 +171,7 @@ TEST(Request, ManyCallersAtOnceAllGetThroughInOrder) {
   for (std::thread& thread : threads)
     thread.join();
   auto entries = journal_entries();
-  ASSERT_EQ(entries.size(), size_t{THREADS * EACH});
+  ASSERT_EQ(entries.size(), size_t{kThreads * EACH});
   std::map<std::string, int> next;
   for (size_t i = 0; i < entries.size(); i++) {
     EXPECT_EQ(entries[i]["seq"], i + 1);

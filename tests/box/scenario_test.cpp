@@ -98,7 +98,7 @@ TEST(Scenario, Edits) {
   EXPECT_TRUE(edit("bss 3 counters=[1,2,3,4,5,6,7,8,9,10,11,12,13,14]"));
   EXPECT_EQ(s.bss[0].bss, 2);
   EXPECT_TRUE(edit("radio ra8 wps.outcome=timeout channel=44"));
-  EXPECT_EQ(s.radios[1].wps.outcome, SCENARIO_TIMEOUT);
+  EXPECT_EQ(s.radios[1].wps.outcome, kScenarioTimeout);
   EXPECT_EQ(s.radios[1].channel, 44);
   EXPECT_TRUE(edit("companion hnc.items.0 '{\"a\":[1,2]}'"));
   EXPECT_TRUE(edit("companion hnc.items.0.a.1 gone"));

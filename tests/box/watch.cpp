@@ -13,13 +13,13 @@
 
 using nlohmann::json;
 
-static constexpr int STEP_MS = 2;
-static constexpr int STEPS = 3000 / STEP_MS;
+static constexpr int kStepMs = 2;
+static constexpr int kSteps = 3000 / kStepMs;
 
 bool wait_until(const std::function<bool()>& condition) {
-  for (int i = 0; i < STEPS; i++) {
+  for (int i = 0; i < kSteps; i++) {
     if (condition()) return true;
-    poll(nullptr, 0, STEP_MS);
+    poll(nullptr, 0, kStepMs);
   }
   return false;
 }
