@@ -7,6 +7,7 @@
 #include "lifecycle/load.h"
 #include "lifecycle/queue.h"
 #include "lifecycle/sequences.h"
+#include "lifecycle/state.h"
 #include "sys/board.h"
 
 // Both start true, so that an init or a restart is accepted before any load.
@@ -108,9 +109,7 @@ void* restart_handler_func(const uint8_t*) {
     last_result = -1;
     return &last_result;
   }
-  const uint8_t mask = take_pending_restart();
-  set_head_state(&restart_running);
-  restart_running = true;
+  const uint8_t mask = begin_restart();
   if (mask == 0) {
     REV_TRACE("Nothing to do\n");
   } else {
@@ -152,6 +151,20 @@ int wlan_restart_all() {
   return wlan_restart(kAllRadios);
 }
 
+static int reset_now() {
+  trace_rev("wlan_reset", "resetting wifi!!!\n");
+  reset_running = true;
+  if (wifi_reset() != 1) {
+    trace_rev_error("wlan_reset", "failed!!!\n");
+    return -1;
+  }
+  trace_rev("wlan_reset", "reset wifi done !!!\n");
+  reset_running = false;
+  wlan_loaded = false;
+  wlan_initialized = false;
+  return 0;
+}
+
 int wlan_reset() {
   if (init_running) {
     REV_ERROR("%s init process is running !!!\n", __func__);
@@ -161,15 +174,8 @@ int wlan_reset() {
     REV_ERROR("%s restart process is running !!!\n", __func__);
     return -1;
   }
-  REV_TRACE("resetting wifi!!!\n");
-  reset_running = true;
-  if (wifi_reset() != 1) {
-    REV_ERROR("failed!!!\n");
-    return -1;
-  }
-  REV_TRACE("reset wifi done !!!\n");
-  reset_running = false;
-  wlan_loaded = false;
-  wlan_initialized = false;
-  return 0;
+  pthread_mutex_lock(&lifecycle_mutex);
+  const int status = reset_now();
+  pthread_mutex_unlock(&lifecycle_mutex);
+  return status;
 }

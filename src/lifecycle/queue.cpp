@@ -9,6 +9,7 @@
 
 #include "diag/trace.h"
 #include "lifecycle/handlers.h"
+#include "lifecycle/state.h"
 
 namespace {
 
@@ -20,6 +21,7 @@ struct lifecycle_request {
   uint8_t mask;
   char name[kNameSize];  // not necessarily terminated
   std::atomic<bool>* state;
+  bool started;  // a restart that has taken its radios
   lifecycle_request* next;
 };
 
@@ -53,16 +55,18 @@ static void create_worker() {
   pthread_attr_destroy(&attributes);
 }
 
-static void trace_request(const char* event, const lifecycle_request* request) {
-  trace_rev("add_lir_to_list", "%s -> request_ptr:%p routine: %p arg: %d name: %.16s state: %d\n",
-            event, static_cast<const void*>(request), reinterpret_cast<void*>(request->routine),
+static void trace_queued(const lifecycle_request* request) {
+  trace_rev("add_lir_to_list",
+            "queue'd -> request_ptr:%p routine: %p arg: %d name: %.16s state: %d\n",
+            static_cast<const void*>(request), reinterpret_cast<void*>(request->routine),
             request->has_mask ? request->mask : 0, request->name,
             request->state != nullptr && request->state->load());
 }
 
-// Whether a restart waits at the head that is not running yet.
+// Whether a restart waits at the head that has not taken its radios yet.
 static bool restart_waits() {
-  return queue_head != nullptr && queue_head->routine == restart_handler_func && !restart_running;
+  return queue_head != nullptr && queue_head->routine == restart_handler_func &&
+         !queue_head->started;
 }
 
 // Links the request, or drops it where a waiting restart covers it. The queue
@@ -81,7 +85,7 @@ static void link_request(lifecycle_request* request) {
     free(queue_head->next);
     queue_head->next = request;
   }
-  trace_request("queue'd", request);
+  trace_queued(request);
 }
 
 static void add_lir_to_list(lifecycle_routine routine, const uint8_t* mask, const char* name,
@@ -106,18 +110,15 @@ int wlan_queueLifecycleRequest(lifecycle_routine routine, const uint8_t* mask, c
   return 0;
 }
 
-uint8_t take_pending_restart() {
+uint8_t begin_restart() {
   pthread_mutex_lock(&queue_mutex);
   const uint8_t mask = pending_restart;
   pending_restart = 0;
+  queue_head->state = &restart_running;
+  queue_head->started = true;
+  restart_running = true;
   pthread_mutex_unlock(&queue_mutex);
   return mask;
-}
-
-void set_head_state(std::atomic<bool>* state) {
-  pthread_mutex_lock(&queue_mutex);
-  queue_head->state = state;
-  pthread_mutex_unlock(&queue_mutex);
 }
 
 static lifecycle_request* wait_for_request() {
@@ -155,7 +156,9 @@ static void* lir_handler_thread(void*) {
     lifecycle_request* request = wait_for_request();
     // The window in which requests meet, and the pace of one a second.
     sleep_one_second();
+    pthread_mutex_lock(&lifecycle_mutex);
     if (request->routine != nullptr) request->routine(request->has_mask ? &request->mask : nullptr);
+    pthread_mutex_unlock(&lifecycle_mutex);
     advance_queue();
   }
 }

@@ -33,9 +33,7 @@ extern std::atomic<bool> restart_running;
 int wlan_queueLifecycleRequest(lifecycle_routine routine, const uint8_t* mask, const char* name,
                                std::atomic<bool>* state);
 
-// Takes the radios that restarts have asked for since the last call. For the
-// handler of a restart, on the worker.
-[[nodiscard]] uint8_t take_pending_restart();
-
-// Notes the running flag of the request that is being run. For its handler.
-void set_head_state(std::atomic<bool>* state);
+// Takes the radios that restarts have asked for and marks the restart as
+// running, in one step: a restart asked for from then on is one more request.
+// For the handler of a restart, on the worker.
+[[nodiscard]] uint8_t begin_restart();

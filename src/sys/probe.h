@@ -1,6 +1,6 @@
 #pragma once
 
-// Looks at the system before the daemon starts.
+// Looks at the system: what commands print, what others hold.
 
 // Runs a command line and converts the first 32 bytes of its output to a
 // number. False when the shell could not be started or nothing was read.

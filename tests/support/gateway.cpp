@@ -70,6 +70,19 @@ void make_bands_alike() {
   }
 }
 
+void switch_everything_on() {
+  make_bands_alike();
+  for (const char* profile : {"/tmp/mt76xx_24.dat", "/tmp/mt76xx_5.dat"}) {
+    if (!exists(profile)) continue;
+    set_profile_value(profile, "VLAN_ID", "10;20;10;0;0;0;0;0");
+    set_profile_value(profile, "MSODCSOn", "1");
+    set_profile_value(profile, "USERDCSOn", "1");
+    set_profile_value(profile, "Channel", "0");
+    set_profile_value(profile, "RADIUS_Server",
+                      "10.0.0.1;0.0.0.0;0.0.0.0;0.0.0.0;0.0.0.0;0.0.0.0;0.0.0.0;0.0.0.0");
+  }
+}
+
 void set_companion(const std::string& path, const std::string& value) {
   int status = -1;
   const std::string said = run("gwbox set companion " + path + " " + value + " 2>&1", &status);

@@ -30,6 +30,9 @@ void set_profile_value(const std::string& profile, const std::string& key,
 // switches band steering on in both profiles.
 void make_bands_alike();
 
+// Gives the profiles VLANs, band steering, DCS and RADIUS servers.
+void switch_everything_on();
+
 // Changes how a companion behaves, see "gwbox set".
 void set_companion(const std::string& path, const std::string& value);
 

@@ -130,6 +130,8 @@ static std::string transcript_line(const std::string& line) {
       ++end;
     text.replace(at, end - at, "ADDRESS");
   }
+  const size_t index = text.find("ifr_ifindex=");
+  if (index != text.npos) text.replace(index, text.find('}', index) - index, "ifr_ifindex=INDEX");
   if (text.starts_with("ioctl(")) text.erase(6, text.find(", ") + 2 - 6);
   return text;
 }
