@@ -32,7 +32,7 @@ static void declare_fail(CLI::App& app, args& a) {
   fail->add_option("WHAT", a.what, "request[:sub][@interface] or name[@interface]")->required();
   fail->add_option("HOW", a.how,
                    "an errno name, such as EAGAIN, or delay=MILLISECONDS, short=BYTES");
-  fail->add_option("COUNT", a.count, "how many times")->check(CLI::Range(1, 1000000000));
+  fail->add_option("COUNT", a.count, "how many times (1)")->check(CLI::Range(1, 1000000000));
   fail->callback([&a] { a.command = kArgsFail; });
 }
 

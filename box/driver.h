@@ -122,10 +122,11 @@ struct driver_state {
 struct driver_request {
   int bss;  // N of raN; the interface exists
   uint32_t request;
-  uint16_t flags;     // as the caller set them
-  uint16_t length;    // as the caller announced it: bytes, for kDriverGetPriv entries
-  std::string input;  // the caller's buffer, driver_input_size() bytes of it
-  int64_t now_us;     // the box's time, which runs as fast as its scenario says
+  uint16_t flags;      // as the caller set them
+  uint16_t length;     // as the caller announced it: bytes, for kDriverGetPriv entries
+  std::string input;   // the caller's buffer, driver_input_size() bytes of it
+  int64_t now_us;      // the box's time, which runs as fast as its scenario says
+  uint8_t address[6];  // of the interface, as the kernel has it
   // The answer.
   std::string output;      // for the caller's buffer; never more than the caller announced
   std::string frame;       // for the request frame itself, behind the name; at most 16 bytes

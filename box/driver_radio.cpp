@@ -27,7 +27,7 @@ static constexpr class_row kClasses[] = {
     {100, 144, 121}, {149, 161, 124}, {165, 169, 125},
 };
 
-// Asked for with a byte less than its four announced; it never needs the last one.
+// Asked for with three bytes announced, one less than it has; the last one is never needed.
 int driver_query_operating_class(driver_state& state, driver_request& r) {
   int radio = driver_radio_of(r.bss);
   uint32_t number = radio == 0 ? 81 : 115;

@@ -93,21 +93,25 @@ static int32_t state_now(const driver_state& state, int radio) {
   return kSteps[step < kStepCount ? step : kStepCount - 1];
 }
 
+// These codes are whole numbers to their callers: no byte of them can be left out.
+static int answer_code(driver_request& r, int32_t code) {
+  return r.length < sizeof code ? -EMSGSIZE : driver_answer(r, &code, sizeof code, sizeof code);
+}
+
 int driver_query_wps_state(driver_state& state, driver_request& r) {
   int32_t code = state_now(state, driver_radio_of(r.bss));
   driver_decode(r, "state", std::to_string(code));
-  return driver_answer(r, &code, sizeof code, sizeof code);
+  return answer_code(r, code);
 }
 
 int driver_query_wps_status(driver_state& state, driver_request& r) {
   const driver_wps& wps = state.radios[driver_radio_of(r.bss)].wps;
   int32_t code = wps.running ? static_cast<int32_t>(kStatusBusy) : wps.status;
   driver_decode(r, "status", std::to_string(code));
-  // These codes are whole numbers to their callers: no byte of them can be left out.
-  return r.length < sizeof code ? -EMSGSIZE : driver_answer(r, &code, sizeof code, sizeof code);
+  return answer_code(r, code);
 }
 
-// Made from the address of the radio, as the driver makes it.
+// Made from the numbers of the radio and of the interface.
 int driver_query_uuid(driver_state&, driver_request& r) {
   char record[121] = "";
   int used = snprintf(record, sizeof record, "28802880-2880-1880-a880-000c4326%02x%02x",

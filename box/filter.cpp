@@ -14,6 +14,11 @@
 
 #include "report.h"
 
+#ifndef __x86_64__
+#error \
+    "gwbox traps calls by their numbers on x86-64: on this architecture they would reach the host"
+#endif
+
 #ifndef SECCOMP_FILTER_FLAG_WAIT_KILLABLE_RECV
 #define SECCOMP_FILTER_FLAG_WAIT_KILLABLE_RECV (1UL << 5)
 #endif
@@ -27,13 +32,19 @@ static constexpr uint32_t kWirelessFirst = 0x8B00;
 static constexpr uint32_t kWirelessLast = 0x8BFF;
 static constexpr uint32_t kVlanRequest = 0x8983;
 
+// Set in the numbers of a second kind of 32-bit programs, which have the architecture of the
+// 64-bit ones: their calls are not done either.
+static constexpr uint32_t kX32Bit = 0x40000000;
+static constexpr uint32_t kNoCall = 0xFFFFFFFF;  // what a tracer makes of a call to skip
+
 enum filter_action {
   kFilterIoctl,      // trapped when its request is one of the above
   kFilterSetgroups,  // answered 0 when the options say so
   kFilterModule,     // loading and unloading a driver: always trapped
 };
 
-// Numbers per architecture: a 32-bit program's calls have numbers of their own.
+// Numbers per architecture: a 32-bit program's calls have numbers of their own. Calls of an
+// architecture that is not listed would pass untrapped, so none of them is done.
 struct filter_row {
   uint32_t arch;
   uint32_t number;
@@ -97,6 +108,11 @@ static program action_part(filter_action action, const filter_options& options) 
 static program arch_part(uint32_t arch, const filter_options& options) {
   program p;
   load(p, offsetof(seccomp_data, nr));
+  if (arch == AUDIT_ARCH_X86_64) {
+    jump(p, BPF_JGE, kX32Bit, 0, 2);
+    jump(p, BPF_JEQ, kNoCall, 1, 0);
+    end(p, SECCOMP_RET_ERRNO | ENOSYS);
+  }
   for (const filter_row& row : kRows) {
     if (row.arch != arch) continue;
     program part = action_part(row.action, options);
@@ -116,7 +132,7 @@ static program whole_program(const filter_options& options) {
     jump(p, BPF_JEQ, arch, 0, static_cast<uint8_t>(part.size()));
     p.insert(p.end(), part.begin(), part.end());
   }
-  end(p, SECCOMP_RET_ALLOW);
+  end(p, SECCOMP_RET_ERRNO | ENOSYS);
   return p;
 }
 

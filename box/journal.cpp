@@ -115,8 +115,28 @@ bool journal_open(journal& j, int copy_fd, int64_t start_us) {
   return j.fd >= 0 || report_errno(nullptr, "open %s", kJournalPath);
 }
 
+// The files change places in one step, so that there is always a journal to be opened.
+static bool journal_rotate(journal& j) {
+  unlink(kJournalOlderPath);
+  int fd = open(kJournalOlderPath, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644);
+  if (fd < 0) return report_errno(nullptr, "open %s", kJournalOlderPath);
+  if (renameat2(AT_FDCWD, kJournalOlderPath, AT_FDCWD, kJournalPath, RENAME_EXCHANGE) < 0) {
+    close(fd);
+    return report_errno(nullptr, "rename %s", kJournalPath);
+  }
+  close(j.fd);
+  j.fd = fd;
+  return true;
+}
+
 void journal_append(journal& j, const journal_entry& entry) {
   std::string line = journal_line(entry, ++j.sequence, journal_now_us() - j.start_us);
+  // Where it cannot change places, it goes on for as long again.
+  if (j.size + line.size() > kJournalLimit) {
+    (void)journal_rotate(j);
+    j.size = 0;
+  }
+  j.size += line.size();
   for (int fd : {j.fd, j.copy_fd}) {
     if (fd >= 0 && write(fd, line.data(), line.size()) < 0) {
       report_errno(nullptr, "write the request journal");

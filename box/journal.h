@@ -15,6 +15,7 @@
 // lines have no "interface" and no "request" where there is none.
 #pragma once
 
+#include <stddef.h>
 #include <stdint.h>
 #include <sys/types.h>
 
@@ -22,10 +23,15 @@
 #include <utility>
 #include <vector>
 
-constexpr const char* kJournalPath = "/run/gwbox/journal.jsonl";  // inside the box
+// Inside the box. At its limit the journal becomes the older one, in whose place a new one begins;
+// the one that was the older before is gone.
+constexpr const char* kJournalPath = "/run/gwbox/journal.jsonl";
+constexpr const char* kJournalOlderPath = "/run/gwbox/journal.older.jsonl";
+constexpr size_t kJournalLimit = 64 << 20;  // bytes
 
 struct journal {
   int fd;             // the box's own file
+  size_t size;        // of that, in bytes
   int copy_fd;        // the file given with --log, or -1
   uint64_t sequence;  // of the last line
   int64_t start_us;   // monotonic clock at the start of the box

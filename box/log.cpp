@@ -85,35 +85,64 @@ static void print_new(int fd, std::string& part, bool as_json) {
   fflush(stdout);
 }
 
-// The watch is set before the first read, so that no line is missed in between.
-static int follow_journal(int fd, int watch, bool as_json) {
+static int open_journal(const std::string& path) {
+  int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (fd < 0) report_errno("inside a box, or with --box from outside", "open %s", path.c_str());
+  return fd;
+}
+
+// The journal at the path and a watch of it: new lines, and its becoming the older one. The watch
+// is set before the first read, so that no line is missed in between.
+struct followed {
+  int fd, watch;
+};
+
+static bool begin_to_follow(const std::string& path, followed& f) {
+  f.watch = inotify_init1(IN_CLOEXEC);
+  if (f.watch < 0 || inotify_add_watch(f.watch, path.c_str(), IN_MODIFY | IN_MOVE_SELF) < 0) {
+    return report_errno(nullptr, "watch %s", path.c_str());
+  }
+  f.fd = open_journal(path);
+  return f.fd >= 0;
+}
+
+// Waits for news; MOVED: no more lines come to this one.
+static bool await_news(int watch, bool& moved) {
+  alignas(inotify_event) char events[4096];
+  ssize_t got = read(watch, events, sizeof events);
+  moved = false;
+  for (ssize_t at = 0; at < got;) {
+    const inotify_event* event = reinterpret_cast<const inotify_event*>(events + at);
+    moved |= (event->mask & IN_MOVE_SELF) != 0;
+    at += static_cast<ssize_t>(sizeof *event + event->len);
+  }
+  return got > 0 || errno == EINTR;
+}
+
+static int follow_journal(const std::string& path, bool as_json) {
+  followed f = {};
   std::string part;
-  char events[4096];
+  bool moved = false;
+  if (!begin_to_follow(path, f)) return 1;
   do {
-    print_new(fd, part, as_json);
+    print_new(f.fd, part, as_json);
     if (ferror(stdout)) return 1;
-  } while (read(watch, events, sizeof events) > 0 || errno == EINTR);
+    if (!moved) continue;
+    close(f.fd);
+    close(f.watch);
+    if (!begin_to_follow(path, f)) return 1;
+    print_new(f.fd, part, as_json);
+  } while (await_news(f.watch, moved));
   return 1;
 }
 
 int log_print(const std::string& box, bool follow, bool as_json) {
   std::string root;
   if (!reach_root(box, root)) return 1;
-  std::string path = root + kJournalPath;
-  int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (fd < 0) {
-    report_errno("inside a box, or with --box from outside", "open %s", path.c_str());
-    return 1;
-  }
-  if (!follow) {
-    std::string part;
-    print_new(fd, part, as_json);
-    return 0;
-  }
-  int watch = inotify_init1(IN_CLOEXEC);
-  if (watch < 0 || inotify_add_watch(watch, path.c_str(), IN_MODIFY) < 0) {
-    report_errno(nullptr, "watch %s", path.c_str());
-    return 1;
-  }
-  return follow_journal(fd, watch, as_json);
+  if (follow) return follow_journal(root + kJournalPath, as_json);
+  int fd = open_journal(root + kJournalPath);
+  if (fd < 0) return 1;
+  std::string part;
+  print_new(fd, part, as_json);
+  return 0;
 }

@@ -136,15 +136,22 @@ bool net_remove_radios(int first) {
   return report_errno(NO_HINT, "remove the interfaces from ra%d on", first);
 }
 
+bool net_address(int fd, const char* name, uint8_t (&address)[6]) {
+  ifreq asked = {};
+  strncpy(asked.ifr_name, name, IFNAMSIZ - 1);
+  if (ioctl(fd, SIOCGIFHWADDR, &asked) < 0) return false;
+  memcpy(address, asked.ifr_hwaddr.sa_data, sizeof address);
+  return true;
+}
+
 // The upper interface is a pair of ends like the others: a kernel need not know VLANs, and what
 // counts is that the interface is there, has the lower one's address and can be bridged.
 bool net_make_upper(int fd, const std::string& lower, const std::string& upper) {
-  ifreq asked = {};
-  strncpy(asked.ifr_name, lower.c_str(), IFNAMSIZ - 1);
-  if (ioctl(fd, SIOCGIFHWADDR, &asked) < 0) return false;
+  uint8_t address[6];
+  if (!net_address(fd, lower.c_str(), address)) return false;
   size_t skipped = upper.size() > kPeerTail ? upper.size() - kPeerTail : 0;
   ethernet_pair pair = make_pair(upper, "on." + upper.substr(skipped), 0, 0);
-  memcpy(pair.mac, asked.ifr_hwaddr.sa_data, sizeof pair.mac);
+  memcpy(pair.mac, address, sizeof pair.mac);
   netlink_batch links = {};
   add_pair(links, pair);
   return netlink_send(links);

@@ -2,6 +2,8 @@
 // in the calling process's network namespace.
 #pragma once
 
+#include <stdint.h>
+
 #include <string>
 
 constexpr const char* kNetLanAddress = "192.168.254.254";  // of eth0, /24
@@ -21,6 +23,9 @@ constexpr const char* kNetLanAddress = "192.168.254.254";  // of eth0, /24
 
 // Removes that interface. On failure errno is the kernel's.
 [[nodiscard]] bool net_remove(const std::string& name);
+
+// Hardware address of the interface. FD: any socket. On failure errno is the kernel's.
+[[nodiscard]] bool net_address(int fd, const char* name, uint8_t (&address)[6]);
 
 // True when the calling process's network namespace has that interface. FD: any socket.
 bool net_interface_exists(int fd, const char* name);

@@ -68,6 +68,8 @@ static bool write_shell_start_file(const payload_plan& plan) {
 static std::vector<std::string> shell_command(const payload_plan& plan) {
   const char* shell = getenv("SHELL");
   std::string path = shell && access(shell, X_OK) == 0 ? shell : "/bin/bash";
+  // The shells of a box leave no lines in the history of whoever started it.
+  setenv("HISTFILE", "/run/gwbox/history", 1);
   setenv("PS1", ("[gwbox " + plan.board + "] $ ").c_str(), 1);
   if (!path.ends_with("/bash") || !write_shell_start_file(plan)) return {path};
   return {path, "--rcfile", shell_start_file()};

@@ -3,11 +3,15 @@
 #include <dirent.h>
 #include <errno.h>
 #include <fcntl.h>
+#include <linux/capability.h>
 #include <sched.h>
 #include <string.h>
 #include <sys/mount.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <sys/syscall.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include <string_view>
@@ -52,6 +56,32 @@ static bool bind_at(const std::string& source, const std::string& target) {
   return report_errno(mount_hint(), "bind %s into the box", source.c_str());
 }
 
+// What a new mount over the same files must keep: a user namespace may not take these away.
+static unsigned long flags_of(const std::string& path) {
+  struct statvfs seen;
+  unsigned long flags = 0;
+  if (statvfs(path.c_str(), &seen) < 0) return 0;
+  if (seen.f_flag & ST_NOSUID) flags |= MS_NOSUID;
+  if (seen.f_flag & ST_NODEV) flags |= MS_NODEV;
+  if (seen.f_flag & ST_NOEXEC) flags |= MS_NOEXEC;
+  if (seen.f_flag & ST_NOATIME) flags |= MS_NOATIME;
+  if (seen.f_flag & ST_NODIRATIME) flags |= MS_NODIRATIME;
+  if (seen.f_flag & ST_RELATIME) flags |= MS_RELATIME;
+  return flags;
+}
+
+// With everything mounted below. Kernels before 5.12 do it for the mount at PATH alone.
+static bool make_readonly(const std::string& path) {
+  mount_attr attributes = {};
+  attributes.attr_set = MOUNT_ATTR_RDONLY;
+  if (syscall(SYS_mount_setattr, AT_FDCWD, path.c_str(), AT_RECURSIVE, &attributes,
+              sizeof attributes) == 0) {
+    return true;
+  }
+  return mount(nullptr, path.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY | flags_of(path),
+               nullptr) == 0;
+}
+
 // The directory nearest to PATH, itself included, that is the top of a working copy; else PATH.
 static std::string source_tree(const std::string& path) {
   for (std::string dir = path; dir != "/"; dir = path_parent(dir)) {
@@ -60,24 +90,27 @@ static std::string source_tree(const std::string& path) {
   return path;
 }
 
-// Directories of the system itself are seen through the overlays, not held.
+static bool is_below(const std::string& path, const std::string& top) {
+  return path == top || path.starts_with(top + "/");
+}
+
+// Directories of the system itself are seen through the overlays, not held, and those of the
+// kernel are made anew.
 static held_tree hold(const std::string& path) {
   for (std::string_view system : {"/", "/tmp", "/run", "/var", "/etc", "/usr", "/var/tmp",
                                   "/usr/bin", "/usr/sbin", "/usr/local/bin", "/usr/local/sbin"}) {
     if (path == system) return {path, -1};
   }
+  for (const char* kernel : {"/dev", "/proc", "/sys"}) {
+    if (is_below(path, kernel)) return {path, -1};
+  }
   return {path, open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC)};
 }
 
-static bool same_file(int fd, const std::string& path) {
-  struct stat held, seen;
-  return fstat(fd, &held) == 0 && stat(path.c_str(), &seen) == 0 && held.st_dev == seen.st_dev &&
-         held.st_ino == seen.st_ino;
-}
-
+// Over what shows the same directory already, too: that is read-only.
 static bool show_held(const held_tree& tree) {
   std::string target = ROOT + tree.path;
-  if (tree.fd < 0 || same_file(tree.fd, target)) return true;
+  if (tree.fd < 0) return true;
   return directory_make(target) && bind_at("/proc/self/fd/" + std::to_string(tree.fd), target);
 }
 
@@ -160,8 +193,16 @@ static bool is_made_anew(std::string_view name) {
   return false;
 }
 
-// Links such as /bin are copied, directories such as /home shown as they are. A directory that
-// cannot be shown is left out: the two that matter are held and bound by themselves.
+// One that could not be kept from changes is not shown.
+static bool show_directory(const std::string& source, const std::string& target) {
+  if (mount(source.c_str(), target.c_str(), nullptr, MS_BIND | MS_REC, nullptr) < 0) return false;
+  if (make_readonly(target)) return true;
+  umount2(target.c_str(), MNT_DETACH);
+  return false;
+}
+
+// Links such as /bin are copied, directories such as /home shown as they are, but read-only. A
+// directory that cannot be shown is left out: the two that matter are held and bound by themselves.
 static void show_entry(const std::string& name) {
   std::string source = "/" + name, target = ROOT + "/" + name;
   char link[256] = "";
@@ -170,7 +211,7 @@ static void show_entry(const std::string& name) {
   if (S_ISLNK(entry.st_mode) && readlink(source.c_str(), link, sizeof link - 1) > 0) {
     (void)!symlink(link, target.c_str());
   } else if (S_ISDIR(entry.st_mode) && mkdir(target.c_str(), 0755) == 0 &&
-             mount(source.c_str(), target.c_str(), nullptr, MS_BIND | MS_REC, nullptr) < 0) {
+             !show_directory(source, target)) {
     rmdir(target.c_str());
   }
 }
@@ -185,13 +226,72 @@ static bool show_host() {
   return true;
 }
 
-static bool mount_kernel_views() {
-  constexpr unsigned long kFlags = MS_NOSUID | MS_NODEV | MS_NOEXEC;
-  if (!directory_make(ROOT + "/dev") || !bind_at("/dev", ROOT + "/dev")) return false;
-  if (access("/dev/shm", F_OK) == 0 && !mount_at("tmpfs", ROOT + "/dev/shm", kPlain, "mode=1777")) {
-    return false;
+struct device_row {
+  const char* name;
+  unsigned major_number, minor_number;
+};
+
+static constexpr device_row kDevices[] = {
+    {"null", 1, 3},   {"zero", 1, 5},    {"full", 1, 7},
+    {"random", 1, 8}, {"urandom", 1, 9}, {"tty", 5, 0},
+};
+
+// A node of the box's own; in a user namespace, where nobody makes any, the host's.
+static bool make_device(const device_row& row) {
+  std::string source = std::string("/dev/") + row.name, target = ROOT + source;
+  dev_t number = makedev(row.major_number, row.minor_number);
+  if (mknod(target.c_str(), S_IFCHR | 0666, number) == 0) {
+    return chmod(target.c_str(), 0666) == 0 || report_errno(nullptr, "make %s", source.c_str());
   }
-  return mount_at("proc", ROOT + "/proc", kFlags) && mount_at("sysfs", ROOT + "/sys", kFlags);
+  return file_write(target, "") && bind_at(source, target);
+}
+
+static bool link_devices() {
+  static constexpr const char* kLinks[][2] = {{"/proc/self/fd", "fd"},
+                                              {"/proc/self/fd/0", "stdin"},
+                                              {"/proc/self/fd/1", "stdout"},
+                                              {"/proc/self/fd/2", "stderr"},
+                                              {"pts/ptmx", "ptmx"}};
+  for (const auto& [to, name] : kLinks) {
+    std::string link = ROOT + "/dev/" + name;
+    if (symlink(to, link.c_str()) < 0) return report_errno(nullptr, "make the link /dev/%s", name);
+  }
+  return true;
+}
+
+static bool mount_devices() {
+  if (!mount_at("tmpfs", ROOT + "/dev", MS_NOSUID, "mode=0755")) return false;
+  for (const device_row& row : kDevices) {
+    if (!make_device(row)) return false;
+  }
+  return link_devices() &&
+         mount_at("devpts", ROOT + "/dev/pts", MS_NOSUID | MS_NOEXEC,
+                  "newinstance,ptmxmode=0666,mode=0620") &&
+         mount_at("tmpfs", ROOT + "/dev/shm", kPlain, "mode=1777");
+}
+
+// Files of the host's whole kernel. What is of a network belongs to the box's own.
+static bool protect_proc() {
+  for (const char* name : {"sys", "sysrq-trigger", "irq", "bus", "fs", "acpi", "scsi", "mtrr"}) {
+    std::string path = ROOT + "/proc/" + name;
+    if (access(path.c_str(), F_OK) < 0) continue;
+    if (!bind_at(path, path)) return false;
+    if (!make_readonly(path)) return report_errno(nullptr, "make /proc/%s read-only", name);
+  }
+  std::string network = ROOT + "/proc/sys/net";
+  if (access(network.c_str(), F_OK) < 0) return true;
+  if (!bind_at(network, network)) return false;
+  return mount(nullptr, network.c_str(), nullptr, MS_REMOUNT | MS_BIND | flags_of(network),
+               nullptr) == 0 ||
+         report_errno(nullptr, "make /proc/sys/net writable");
+}
+
+// In a user namespace the kernel itself keeps its files from being changed.
+static bool mount_kernel_views(const sandbox_plan& plan) {
+  constexpr unsigned long kFlags = MS_NOSUID | MS_NODEV | MS_NOEXEC;
+  if (!mount_devices() || !mount_at("proc", ROOT + "/proc", kFlags)) return false;
+  if (!plan.user_namespace && !protect_proc()) return false;
+  return mount_at("sysfs", ROOT + "/sys", kFlags | MS_RDONLY);
 }
 
 static bool mount_empty_dirs() {
@@ -222,13 +322,23 @@ static bool change_root(const std::string& work_dir) {
   return report_errno(nullptr, "enter / of the box");
 }
 
+// Nothing in a box needs to do these to the machine: loading a module is answered by the model.
+static bool drop_capabilities() {
+  for (int capability : {CAP_SYS_RAWIO, CAP_SYS_TIME, CAP_SYS_BOOT, CAP_SYS_MODULE}) {
+    if (prctl(PR_CAPBSET_DROP, capability, 0, 0, 0) < 0) {
+      return report_errno(nullptr, "give up a capability");
+    }
+  }
+  return true;
+}
+
 bool sandbox_enter(const sandbox_plan& plan) {
   if (mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) < 0) {
     return report_errno(mount_hint(), "separate the mounts of the box from the host's");
   }
   held_tree trees[] = {hold(source_tree(plan.work_dir)), hold(plan.program_dir)};
   if (!mount_at("tmpfs", ROOT, kPlain, "mode=0755") || !overlay_system(plan) || !show_host() ||
-      !mount_kernel_views() || !mount_empty_dirs() || !show_pci_devices(plan.pci_devices)) {
+      !mount_kernel_views(plan) || !mount_empty_dirs() || !show_pci_devices(plan.pci_devices)) {
     return false;
   }
   for (const held_tree& tree : trees) {
@@ -239,5 +349,5 @@ bool sandbox_enter(const sandbox_plan& plan) {
   if (sethostname(kSandboxHostName, strlen(kSandboxHostName)) < 0) {
     return report_errno(nullptr, "set the host name");
   }
-  return change_root(plan.work_dir);
+  return drop_capabilities() && change_root(plan.work_dir);
 }

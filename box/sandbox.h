@@ -2,14 +2,17 @@
 // and network namespaces of its own, and gone with them.
 //
 //   /usr /etc /var        the host's, below an overlay that takes every change
-//   /dev                  the host's; /dev/shm is new
+//   /dev                  new: null, zero, full, random, urandom, tty, terminals of its own, shm
 //   /tmp /run /nvram /etc/Wireless   new and empty
 //   /proc /sys            new; /proc/bus/pci/devices lists the board's cards, and see
 //                         kernel_files.h
 //   /scripts              new; what is in it and else in the firmware: firmware.h
-//   everything else       the host's own, read and write
+//   everything else       the host's own, read-only
 //
-// The source tree and the directory of the program are the host's own wherever they lie.
+// The working copy around the current directory, or else that directory, and the directory of the
+// program are the host's own, to read and write, wherever they lie. Of /proc and /sys only what
+// belongs to the box can be written, and what it runs has no capability to change the clock, load
+// modules, reach the hardware or restart the machine.
 #pragma once
 
 #include <string>

@@ -8,8 +8,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
-
 #include "files.h"
 #include "report.h"
 
@@ -60,25 +58,19 @@ static std::string less_newline(std::string text) {
   return text;
 }
 
-// One line of what came through the pipe, or what there is of it.
-static std::string take_line(sysfs_file& file) {
+// Moves what came through the pipe into the file's rest.
+static void drain(sysfs_file& file) {
   char piece[4096];
   for (ssize_t got; (got = read(file.pipe, piece, sizeof piece)) > 0;)
     file.rest.append(piece, static_cast<size_t>(got));
-  size_t end = file.rest.find('\n');
-  size_t size = end == std::string::npos ? file.rest.size() : end + 1;
-  std::string line = file.rest.substr(0, size);
-  file.rest.erase(0, size);
-  return line;
 }
 
-// The events tell the order, the pipes what was written. After a file's last event all of it is
-// taken, however many writes were merged into one event.
-static void take_pipe(sysfs_file& file, bool is_last, std::vector<sysfs_write>& writes) {
-  do {
-    std::string line = take_line(file);
-    if (!line.empty()) writes.push_back({file.path, less_newline(line)});
-  } while (is_last && !file.rest.empty());
+// Gives out one line of the rest, or what there is of it.
+static void give_line(sysfs_file& file, std::vector<sysfs_write>& writes) {
+  size_t end = file.rest.find('\n');
+  size_t size = end == std::string::npos ? file.rest.size() : end + 1;
+  if (size > 0) writes.push_back({file.path, less_newline(file.rest.substr(0, size))});
+  file.rest.erase(0, size);
 }
 
 static sysfs_file* find(sysfs_state& state, int watch) {
@@ -88,17 +80,39 @@ static sysfs_file* find(sysfs_state& state, int watch) {
   return nullptr;
 }
 
+// One event, one line: the events tell the order, the pipes what was written.
+static void take_event(sysfs_state& state, const inotify_event& event,
+                       std::vector<sysfs_write>& writes) {
+  sysfs_file* file = find(state, event.wd);
+  if (!file || event.mask & IN_OPEN) return;
+  if (file->pipe < 0) {
+    writes.push_back({file->path, less_newline(file_read(file->path))});
+    return;
+  }
+  if (file->rest.empty()) drain(*file);
+  give_line(*file, writes);
+}
+
+static bool take_events_in_order(sysfs_state& state, std::vector<sysfs_write>& writes) {
+  std::vector<inotify_event> events = take_events(state.notify);
+  for (const inotify_event& event : events)
+    take_event(state, event, writes);
+  return !events.empty();
+}
+
 std::vector<sysfs_write> sysfs_take(sysfs_state& state) {
   std::vector<sysfs_write> writes;
-  std::vector<inotify_event> events = take_events(state.notify);
-  std::erase_if(events, [](const inotify_event& e) { return e.mask & IN_OPEN; });
-  for (size_t i = 0; i < events.size(); i++) {
-    sysfs_file* file = find(state, events[i].wd);
-    if (!file) continue;
-    bool is_last = std::none_of(events.begin() + static_cast<ptrdiff_t>(i) + 1, events.end(),
-                                [&](const inotify_event& e) { return e.wd == events[i].wd; });
-    if (file->pipe >= 0) take_pipe(*file, is_last, writes);
-    if (file->pipe < 0) writes.push_back({file->path, less_newline(file_read(file->path))});
+  // Several writes may be merged into one event, so lines are left over. They are given out only
+  // when no event came after they were read: until then another file's may stand in between.
+  do {
+    take_events_in_order(state, writes);
+    for (sysfs_file& file : state.files) {
+      if (file.pipe >= 0) drain(file);
+    }
+  } while (take_events_in_order(state, writes));
+  for (sysfs_file& file : state.files) {
+    while (!file.rest.empty())
+      give_line(file, writes);
   }
   return writes;
 }

@@ -54,7 +54,8 @@ static int read_wireless(trap_state& trap, trap_call& c, journal_entry& entry) {
   describe(entry, c);
   if (!readable) return -EFAULT;
   c.asked.bss = driver_interface_number(entry.interface.c_str());
-  bool exists = c.asked.bss >= 0 && net_interface_exists(trap.socket, entry.interface.c_str());
+  bool exists =
+      c.asked.bss >= 0 && net_address(trap.socket, entry.interface.c_str(), c.asked.address);
   if (!exists) return -ENODEV;
   if (!read_input(c)) return -EFAULT;
   entry.has_text = c.request == kDriverSetText;

@@ -122,7 +122,7 @@ std::string explain_rpc(const call_answer& answer, const char* name) {
           name, answer.low, answer.high, kVersion);
     case rpc_status::kProcedureUnavailable:
       return text_format(
-          "%s: procedure unavailable, this daemon does not offer it; "
+          "%s: procedure unavailable, this daemon does not offer it, or not yet; "
           "compare the releases of daemon and client",
           name);
     case rpc_status::kGarbageArguments:

@@ -1,15 +1,10 @@
 #include "hnc_rows.h"
 
-#include <string.h>
-
 #include "companion_data.h"
 
-// The text may fill the field to its last byte.
 template <size_t SIZE>
 static void put(const nlohmann::json& data, const char* member, char (&field)[SIZE]) {
-  std::string text = companion_text(data, member, "");
-  memset(field, 0, SIZE);
-  memcpy(field, text.data(), text.size() < SIZE ? text.size() : SIZE);
+  hnc_put(field, companion_text(data, member, ""));
 }
 
 template <typename Number>

@@ -1,9 +1,19 @@
 // Rows of the controller's tables from the scenario.
 #pragma once
 
+#include <string.h>
+
 #include <nlohmann/json.hpp>
+#include <string>
 
 #include "hnc_wire.h"
+
+// The text may fill the field to its last byte.
+template <size_t SIZE>
+void hnc_put(char (&field)[SIZE], const std::string& text) {
+  memset(field, 0, SIZE);
+  memcpy(field, text.data(), text.size() < SIZE ? text.size() : SIZE);
+}
 
 // INDEX: of a row that names none.
 hnc_extender hnc_extender_row(const nlohmann::json& data, uint32_t index);

@@ -1,7 +1,6 @@
 #include "hnc_store.h"
 
 #include <stdlib.h>
-#include <string.h>
 
 #include "companion_data.h"
 #include "hnc_rows.h"
@@ -38,16 +37,10 @@ struct field_row {
   void (*set)(hnc_supported&, const std::string&);
 };
 
-template <size_t SIZE>
-static void put(char (&field)[SIZE], const std::string& text) {
-  memset(field, 0, SIZE);
-  memcpy(field, text.data(), text.size() < SIZE ? text.size() : SIZE);
-}
-
-#define TEXT_FIELD(key, field)                                                \
-  {                                                                           \
-    key, [](const hnc_supported& r) { return hnc_text(r.field); },            \
-        [](hnc_supported& r, const std::string& text) { put(r.field, text); } \
+#define TEXT_FIELD(key, field)                                                    \
+  {                                                                               \
+    key, [](const hnc_supported& r) { return hnc_text(r.field); },                \
+        [](hnc_supported& r, const std::string& text) { hnc_put(r.field, text); } \
   }
 #define NUMBER_FIELD(key, field)                                         \
   {                                                                      \
@@ -161,7 +154,7 @@ static int32_t set(hnc_store& store, const hnc_request& request) {
   } else if (key == "DeviceName") {
     auto extender = store.extenders.find(request.index);
     if (extender == store.extenders.end()) return kNoRow;
-    put(extender->second.name, value);
+    hnc_put(extender->second.name, value);
   } else if (field && row != store.supported.end()) {
     field->set(row->second, value);
   } else {

@@ -103,3 +103,12 @@ TEST(Wps, NothingStartsWhileItIsSwitchedOff) {
   EXPECT_EQ(set_key(state, 0, "WscGetConf=1"), 0);
   EXPECT_EQ(wps_status(state, 0), 0u);
 }
+
+TEST(Wps, CodesAreWholeNumbers) {
+  driver_state state;
+  start_model(state, plan("success"));
+  for (uint16_t sub : {0x0AA0, 0x0751}) {
+    EXPECT_EQ(query(state, 0, sub, 3).status, -EMSGSIZE);
+    EXPECT_EQ(query(state, 0, sub, 4).status, 0);
+  }
+}

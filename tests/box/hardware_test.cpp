@@ -91,7 +91,7 @@ TEST(Firmware, CalibrationDefaultsOfAllChips) {
 
 TEST(Firmware, PowerTablesOfBothDomains) {
   std::string directory = "/etc/Wireless/7615AP/";
-  for (std::string code : {"US", "CA", "BR"}) {
+  for (std::string code : {"US", "CA", "BR", "DE", "FR", "GB", "JP"}) {
     EXPECT_NE(read_file(directory + "SingleSKU_FCC_" + code + ".dat").find("Ch11"),
               std::string::npos);
     EXPECT_NE(read_file(directory + "SingleSKU_BF_FCC_" + code + ".dat"),
@@ -103,6 +103,15 @@ TEST(Firmware, PowerTablesOfBothDomains) {
     EXPECT_NE(read_file(directory + "SingleSKU_FCC_3_TxStream_" + code + ".dat"), "");
   }
   EXPECT_NE(read_file(directory + "l1profile.dat").find("INDEX0=MT7615"), std::string::npos);
+}
+
+TEST(Firmware, PowerTablesOfTheProfilesCountry) {
+  std::string country = run("sed -n s/^CountryCode=//p /tmp/mt76xx_24.dat | tr -d '\\n'").output;
+  ASSERT_EQ(country, "DE");
+  for (const char* kind : {"FCC", "BF_FCC", "FCC_3_TxStream"}) {
+    std::string table = std::string("SingleSKU_") + kind + "_" + country + ".dat";
+    EXPECT_EQ(run("cp /etc/Wireless/7615AP/" + table + " /tmp/.copy").status, 0) << table;
+  }
 }
 
 TEST(Firmware, TheGeneratorWritesAPowerTableAndRecordsItsCall) {

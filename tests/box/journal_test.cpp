@@ -108,3 +108,17 @@ TEST(Log, FollowShowsRequestsAsTheyCome) {
   kill(pid, SIGTERM);
   pclose(follow);
 }
+
+TEST(Journal, ChangesPlacesAtItsLimit) {
+  journal j;
+  ASSERT_TRUE(journal_open(j, -1, 0));
+  journal_entry entry = text_entry(std::string(1 << 20, 'x'));
+  for (int i = 0; i < 65; i++)
+    journal_append(j, entry);
+  std::string older = run(std::string("tail -c 200 ") + kJournalOlderPath).output;
+  EXPECT_NE(older.find("\"result\":0}"), std::string::npos);
+  EXPECT_EQ(run(std::string("test $(stat -c %s ") + kJournalOlderPath + ") -le 67108864").status,
+            0);
+  EXPECT_EQ(run(std::string("head -c 9 ") + kJournalPath).output, "{\"seq\":64");
+  EXPECT_EQ(j.sequence, 65u);
+}

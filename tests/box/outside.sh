@@ -7,7 +7,10 @@ gwbox=$(readlink -f "$1")
 # The directory of gwbox is seen inside a box under the same name, /tmp is not.
 dir=$(mktemp -d "$(dirname "$gwbox")/outside.XXXXXX")
 chmod 777 "$dir"
-trap 'rm -rf "$dir"' EXIT
+# One that is neither below the current directory nor beside gwbox.
+foreign=$(mktemp -d "${HOME:-/root}/gwbox-foreign.XXXXXX") || exit 1
+chmod 777 "$foreign"
+trap 'rm -rf "$dir" "$foreign"' EXIT
 failures=0
 
 passed() { echo "ok: $1"; }
@@ -80,6 +83,20 @@ check "none of them is outside" sh -c '! ls /etc/gwbox-was-here /usr/gwbox-was-h
   /var/gwbox-was-here /tmp/gwbox-was-here 2>/dev/null'
 check "the build directory is written through" ends_with 0 $plain touch "$dir/written"
 check "and so the file is outside" test -e "$dir/written"
+check "a foreign directory is not written" ends_with 0 $plain \
+  sh -c "touch '$foreign/reached' 2>/dev/null; true"
+check "and so nothing is in it outside" test ! -e "$foreign/reached"
+# The value that it has already: it stays as it is even where the check fails.
+for file in kernel/core_pattern vm/swappiness; do
+  check "/proc/sys/$file cannot be written" ends_with 1 $plain \
+    sh -c "value=\$(cat /proc/sys/$file); echo \"\$value\" >/proc/sys/$file || exit 1"
+done
+check "the box's own network settings can be written" ends_with 0 $plain \
+  sh -c 'echo 1 >/proc/sys/net/ipv4/ip_forward'
+check "devices are the box's own" ends_with 0 $plain \
+  sh -c 'touch /dev/gwbox-was-here && echo >/dev/null && ! ls /dev/vda /dev/sda /dev/kmsg /dev/mem'
+check "none of them is outside" test ! -e /dev/gwbox-was-here
+check "the clock cannot be set" ends_with 1 $plain date -s "$(date +%FT%T)"
 check "the current directory is kept" sh -c "cd '$dir' && $plain test -e written"
 
 # Journal outside.
@@ -136,6 +153,37 @@ check "the first saw its own requests only" sh -c \
   "[ \$(grep -c Owner=A $dir/A.log) -eq 2 ] && ! grep -q Owner=B $dir/A.log"
 check "the second saw its own requests only" sh -c \
   "[ \$(grep -c Owner=B $dir/B.log) -eq 2 ] && ! grep -q Owner=A $dir/B.log"
+
+# Eight side by side, each counting its own requests while all are up.
+crowd() {
+  "$gwbox" run --no-portmap -- sh -c "touch $dir/crowd$1.up
+    for i in \$(seq 1000); do [ \$(ls $dir/crowd*.up | wc -l) -eq 8 ] && break; sleep 0.01; done
+    iwpriv ra0 set Crowd=$1 && gwbox log >$dir/crowd$1.log" </dev/null
+}
+crowd_ids=
+for i in 1 2 3 4 5 6 7 8; do
+  crowd $i &
+  crowd_ids="$crowd_ids $!"
+done
+i=0
+for id in $crowd_ids; do
+  i=$((i + 1))
+  wait $id
+  check "box $i of eight" test $? -eq 0
+  check "it saw its own request only" sh -c \
+    "[ \$(grep -c Crowd= $dir/crowd$i.log) -eq 1 ] && grep -q Crowd=$i $dir/crowd$i.log"
+done
+
+# The median of five starts, in milliseconds; far above what is usual.
+start_times() {
+  for i in 1 2 3 4 5; do
+    begin=$(date +%s%N)
+    $plain true </dev/null
+    echo $((($(date +%s%N) - begin) / 1000000))
+  done
+}
+median=$(start_times | sort -n | sed -n 3p)
+check "start and end take $median ms, below 500" test "$median" -lt 500
 
 # Scenarios and commands from outside.
 cat >"$dir/event.json" <<EOF

@@ -26,6 +26,13 @@ TEST(Iwconfig, ShowsNameChannelAndRate) {
   EXPECT_TRUE(shows(run("iwconfig ra8").output, "Frequency:5.22 GHz"));
 }
 
+TEST(Iwconfig, ShowsTheInterfacesOwnAddress) {
+  ASSERT_EQ(run("ip link set ra8 up && ip link set ra9 up").status, 0);
+  std::string address = run("tr a-f A-F </sys/class/net/ra9/address | tr -d '\\n'").output;
+  ASSERT_EQ(address.size(), 17u);
+  EXPECT_TRUE(shows(run("iwconfig ra9").output, address.c_str())) << address;
+}
+
 TEST(Iwconfig, ADownInterfaceHasItsNameOnly) {
   run_result down = run("iwconfig ra0");
   EXPECT_EQ(down.status, 0);
