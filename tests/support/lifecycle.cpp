@@ -87,7 +87,8 @@ std::vector<lifecycle_step> lifecycle_steps() {
 }
 
 void start_traced_daemon() {
-  const pid_t child = start_lifecycle_daemon();
+  // Leak checking does not work under strace.
+  const pid_t child = start_lifecycle_daemon({"ASAN_OPTIONS=detect_leaks=0"});
   traced_child = child;
   run("strace -f -qq -s 400 -e signal=none "
       "-e trace=execve,ioctl,init_module,finit_module,delete_module -o " +
