@@ -107,13 +107,12 @@ static bool replace_content(int file, const char* data, size_t length) {
   return write_fully(file, data, length) && ftruncate(file, static_cast<off_t>(length)) == 0;
 }
 
-// Has the filesystem set aside what the file will grow by.
+// Has the filesystem set aside what the file will grow by, its size unchanged:
+// a reader must not see it grow before it is written.
 static bool make_room(int file, size_t length, const file_image* old) {
   if (old == nullptr || length <= old->length) return true;
-  const int error = posix_fallocate(file, 0, static_cast<off_t>(length));
-  if (error == 0 || error == EOPNOTSUPP) return true;
-  errno = error;
-  return false;
+  const off_t size = static_cast<off_t>(length);
+  return fallocate(file, FALLOC_FL_KEEP_SIZE, 0, size) == 0 || errno == EOPNOTSUPP;
 }
 
 bool file_overwrite(const char* path, const char* data, size_t length, const file_image* old) {
