@@ -8,14 +8,8 @@
 #include <type_traits>
 
 #include "rpc/wlan_config_program.h"
-
-using string_t = char*;
-using result_CODE = wlan_config_return_code_e;
-using result_INT = wlan_config_result_data_t;
-using result_TEXT = wlan_config_result_data_t;
-using result_WORDS = wlan_config_result_data_t;
-using result_IMAGE = wlan_config_result_data_t;
-using result_NONE = wlan_config_result_data_t;
+// After the types that it names.
+#include "rpc/column_aliases.h"
 
 // The client stub that rpcgen declares tells a procedure's argument and result.
 #define PROCEDURE(number, name, stub, argument, members, payload, ...) \
