@@ -60,62 +60,70 @@ int logToFile(const char* format, ...) {
   return status;
 }
 
+namespace {
+
+// A trace family: its prefix has one %s, the emitting function.
+struct family {
+  const char* prefix;
+  bool error;   // standard error, always; else standard output, while it is switched on
+  bool logged;  // copied to the debug log
+};
+
+constexpr family kRpc = {"\033[1;32;40m[RPC] %s\033[0m ", false, true};
+constexpr family kRpcError = {"\033[1;31;40m[RPC] **ERROR**\033[0m %s ", true, true};
+constexpr family kRev = {"[REV-RPC] \033[40m\033[31;40m%s\033[0m ", false, false};
+constexpr family kRevError = {"[REV-RPC] \033[40m\033[31;40m**ERROR**\033[0m %s ", true, false};
+
+}  // namespace
+
+// The families' prefixes are formats of their own.
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"
+
 // The stream is locked so that prefix and message stay together when two
 // threads trace at once.
-__attribute__((format(printf, 3, 0))) static void write_console(FILE* stream, const char* prefix,
-                                                                const char* format,
-                                                                va_list values) {
+static void write_console(const family& kind, const char* function, const char* format,
+                          va_list values) {
+  FILE* stream = kind.error ? stderr : stdout;
   flockfile(stream);
-  fputs(prefix, stream);
+  fprintf(stream, kind.prefix, function);
   vfprintf(stream, format, values);
   funlockfile(stream);
 }
 
-static constexpr size_t kPrefixSize = 160;
+static void emit(const family& kind, const char* function, const char* format, va_list values) {
+  if (kind.error || console_trace_on()) {
+    va_list again;
+    va_copy(again, values);
+    write_console(kind, function, format, again);
+    va_end(again);
+  }
+  if (kind.logged) append_to_log(format, values);
+}
 
 void trace_rpc(const char* function, const char* format, ...) {
   va_list values;
   va_start(values, format);
-  if (console_trace_on()) {
-    char prefix[kPrefixSize];
-    snprintf(prefix, sizeof prefix, "\033[1;32;40m[RPC] %s\033[0m ", function);
-    va_list again;
-    va_copy(again, values);
-    write_console(stdout, prefix, format, again);
-    va_end(again);
-  }
-  append_to_log(format, values);
+  emit(kRpc, function, format, values);
   va_end(values);
 }
 
 void trace_rpc_error(const char* function, const char* format, ...) {
-  char prefix[kPrefixSize];
-  snprintf(prefix, sizeof prefix, "\033[1;31;40m[RPC] **ERROR**\033[0m %s ", function);
   va_list values;
-  va_list again;
   va_start(values, format);
-  va_copy(again, values);
-  write_console(stderr, prefix, format, again);
-  va_end(again);
-  append_to_log(format, values);
+  emit(kRpcError, function, format, values);
   va_end(values);
 }
 
 void trace_rev(const char* function, const char* format, ...) {
-  if (!console_trace_on()) return;
-  char prefix[kPrefixSize];
-  snprintf(prefix, sizeof prefix, "[REV-RPC] \033[40m\033[31;40m%s\033[0m ", function);
   va_list values;
   va_start(values, format);
-  write_console(stdout, prefix, format, values);
+  emit(kRev, function, format, values);
   va_end(values);
 }
 
 void trace_rev_error(const char* function, const char* format, ...) {
-  char prefix[kPrefixSize];
-  snprintf(prefix, sizeof prefix, "[REV-RPC] \033[40m\033[31;40m**ERROR**\033[0m %s ", function);
   va_list values;
   va_start(values, format);
-  write_console(stderr, prefix, format, values);
+  emit(kRevError, function, format, values);
   va_end(values);
 }
