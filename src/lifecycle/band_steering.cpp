@@ -12,7 +12,6 @@
 #include "sys/command.h"
 #include "sys/shell.h"
 
-static constexpr int kFlagLimit = 2;
 static constexpr char kMarker[] = "/tmp/mtk_bnd_file";
 
 // Written by the worker, and by the RPC thread in a reset or when the setting
@@ -31,7 +30,7 @@ struct identity {
 
 // What a station sees of the first BSS of a radio; empty where the profile has
 // nothing that fits.
-static identity first_bss(int radio) {
+static identity identity_of(int radio) {
   const char* profile = bss_profile(radio);
   identity bss = {};
   static_cast<void>(wifiprofile_getParam(profile, "SSID1", bss.ssid, 32));
@@ -49,7 +48,7 @@ static const char* first_difference(const identity& a, const identity& b) {
 }
 
 int isAbleToEnableBandSteering() {
-  const char* difference = first_difference(first_bss(kRadio24), first_bss(kRadio5));
+  const char* difference = first_difference(identity_of(kRadio24), identity_of(kRadio5));
   if (difference == nullptr) return 1;
   RPC_TRACE("unable to enable BandSteering because 2.4G and 5G %s is different\n", difference);
   wifiprofile_updateParam_force(bss_profile(kRadio24), "BandSteering", "0", "");
@@ -63,7 +62,7 @@ static void stop_band_steering() {
   if (hasMTK7615() != 0) {
     wappStart(0);
     run_command("/bin/kill $(pgrep -f bs20 | awk '{print $1}')");
-    if (profile_number(bss_profile(kRadio24), "RSG_Enable", kFlagLimit) == 0) {
+    if (profile_number(bss_profile(kRadio24), "RSG_Enable", kSwitchLimit) == 0) {
       run_command("iwpriv ra8 set ApEnableRadioChStats=0");
       run_command("iwpriv ra0 set ApEnableRadioChStats=0");
     }
@@ -106,11 +105,11 @@ static void start_band_steering() {
 }
 
 static bool band_steering_wanted() {
-  return profile_number(bss_profile(kRadio24), "BandSteering", kFlagLimit) != 0 &&
-         profile_number(bss_profile(kRadio24), "RadioOn", kFlagLimit) != 0 &&
-         profile_number(bss_profile(kRadio5), "RadioOn", kFlagLimit) != 0 &&
-         bss_number(kRadio24, "BssEnabled", kFlagLimit) != 0 &&
-         bss_number(kRadio5, "BssEnabled", kFlagLimit) != 0;
+  return profile_number(bss_profile(kRadio24), "BandSteering", kSwitchLimit) != 0 &&
+         profile_number(bss_profile(kRadio24), "RadioOn", kSwitchLimit) != 0 &&
+         profile_number(bss_profile(kRadio5), "RadioOn", kSwitchLimit) != 0 &&
+         bss_number(kRadio24, "BssEnabled", kSwitchLimit) != 0 &&
+         bss_number(kRadio5, "BssEnabled", kSwitchLimit) != 0;
 }
 
 void bndstrgStart(int mode) {

@@ -15,8 +15,6 @@
 #include "sys/probe.h"
 #include "sys/shell.h"
 
-static constexpr int kFlagLimit = 2;
-
 // What was started. Written by the worker, and by the RPC thread in a reset or
 // when a setting switches a process; read by both.
 static std::atomic<bool> dcs_running;
@@ -24,7 +22,7 @@ static std::atomic<bool> mtk_ctrl_running;
 static std::atomic<bool> wapp_running;
 
 static int radio_on(int radio) {
-  return profile_number(bss_profile(radio), "RadioOn", kFlagLimit);
+  return profile_number(bss_profile(radio), "RadioOn", kSwitchLimit);
 }
 
 // "0" or nothing is automatic; the first character tells.
@@ -37,8 +35,8 @@ static bool channel_is_automatic() {
 
 static bool dcs_wanted() {
   const char* profile = bss_profile(kRadio24);
-  return profile_number(profile, "MSODCSOn", kFlagLimit) != 0 &&
-         profile_number(profile, "USERDCSOn", kFlagLimit) != 0 && radio_on(kRadio24) != 0 &&
+  return profile_number(profile, "MSODCSOn", kSwitchLimit) != 0 &&
+         profile_number(profile, "USERDCSOn", kSwitchLimit) != 0 && radio_on(kRadio24) != 0 &&
          channel_is_automatic();
 }
 

@@ -9,7 +9,6 @@
 #include "sys/netdev.h"
 
 static constexpr int kBssPerRadio = 8;
-static constexpr int kFlagLimit = 2;
 static constexpr int kUpFlags = IFF_UP | IFF_RUNNING | IFF_MULTICAST;
 static_assert(kUpFlags == 0x1041);
 
@@ -24,11 +23,11 @@ static unsigned set_interface(int bss, int flags, int up) {
 }
 
 int wifi_interfacesUp(int radio) {
-  int value = profile_number(bss_profile(radio), "RadioOn", kFlagLimit);
+  int value = profile_number(bss_profile(radio), "RadioOn", kSwitchLimit);
   if (value != 1) return value;
   const int first = first_bss(radio);
   for (int bss = first; bss < first + kBssPerRadio; ++bss) {
-    value = bss_number(bss, "BssEnabled", kFlagLimit);
+    value = bss_number(bss, "BssEnabled", kSwitchLimit);
     if (value == 1) value = static_cast<int>(set_interface(bss, kUpFlags, 1));
   }
   return value;
