@@ -2,26 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include "lifecycle/lifecycle_support.h"
 #include "support/files.h"
 #include "support/gateway.h"
-
-// The commands as a stand-in shell notes them: nothing is run.
-static void note_commands() {
-  write_file("/tmp/note", "#!/bin/bash\nprintf '%s\\n' \"${@: -1}\" >> /tmp/commands\n");
-  run("chmod +x /tmp/note; mount --bind /tmp/note /usr/bin/dash");
-}
-
-static std::string commands() {
-  return read_file("/tmp/commands");
-}
 
 static void set_country(const std::string& country, const std::string& streams) {
   set_profile_value("/tmp/mt76xx_24.dat", "CountryCode", country);
   set_profile_value("/tmp/mt76xx_5.dat", "HT_TxStream", streams);
-}
-
-static void pretend_mt7615() {
-  write_file("/proc/bus/pci/devices", "0200\t14c37615\t42\n");
 }
 
 TEST(PowerTables, EtsiPairForEtsiCountriesWithTwoStreams) {

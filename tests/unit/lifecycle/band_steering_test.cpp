@@ -1,0 +1,173 @@
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <string>
+
+#include "lifecycle/companions.h"
+#include "lifecycle/lifecycle_support.h"
+#include "support/gateway.h"
+#include "unit_support.h"
+
+static constexpr char kMarker[] = "/tmp/mtk_bnd_file";
+
+static int looks_until_marker;
+static int seconds_slept;
+
+// The daemon's wait for the marker, without the seconds: the marker appears
+// after a number of looks.
+extern "C" unsigned sleep(unsigned seconds) {
+  seconds_slept += static_cast<int>(seconds);
+  if (seconds_slept + 1 == looks_until_marker) write_file(kMarker, "");
+  return 0;
+}
+
+static std::string start_with_marker_at(int look) {
+  make_bands_alike();
+  note_commands();
+  unlink(kMarker);
+  looks_until_marker = look;
+  seconds_slept = 0;
+  if (look == 1) write_file(kMarker, "");
+  return output_of([] { bndstrgStart(1); });
+}
+
+// Whether a stop finds that it runs, which ends it.
+static bool stops() {
+  switch_log_on();
+  bndstrgStart(0);
+  return contains(logged(), "Stop band steering\n");
+}
+
+static std::string waits(int count) {
+  std::string text;
+  for (int i = 0; i < count; ++i)
+    text += "Need to wait for 1 second";
+  return text;
+}
+
+TEST(BandSteering, MarkerIsLookedForASecondApart) {
+  for (const int look : {1, 2, 8, 10}) {
+    EXPECT_EQ(start_with_marker_at(look),
+              waits(look - 1) + "bnd is started and count is " + std::to_string(look) + "\n");
+    EXPECT_EQ(seconds_slept, look - 1);
+    EXPECT_TRUE(stops()) << look;
+  }
+}
+
+TEST(BandSteering, MarkerAtTheNinthLookCountsAsNotStarted) {
+  EXPECT_EQ(start_with_marker_at(9), waits(8) + "bnd is started and count is 9\n");
+  EXPECT_FALSE(stops());
+}
+
+TEST(BandSteering, DaemonWithoutAMarkerCountsAsStartedAfterTenLooks) {
+  EXPECT_EQ(start_with_marker_at(0), waits(10));
+  EXPECT_EQ(seconds_slept, 10);
+  EXPECT_TRUE(stops());
+}
+
+TEST(BandSteering, DaemonIsStartedOnceAndKilledWithItsMarkerOnce) {
+  start_with_marker_at(1);
+  bndstrgStart(1);
+  EXPECT_EQ(commands(), "bndstrg_1&\n");
+  bndstrgStart(0);
+  bndstrgStart(0);
+  EXPECT_EQ(commands(),
+            "/bin/kill $(pgrep -f bndstrg_1 | awk '{print $1}')\n/bin/rm /tmp/mtk_bnd_file\n");
+}
+
+TEST(BandSteering, Mt7615RunsTheScriptAndTheDriversStatistics) {
+  pretend_mt7615();
+  start_with_marker_at(0);
+  EXPECT_EQ(seconds_slept, 0);
+  EXPECT_EQ(commands(),
+            "/sbin/EasyMesh_openwrt.sh\niwpriv ra8 set ApEnableRadioChStats=1\n"
+            "iwpriv ra0 set ApEnableRadioChStats=1\n");
+  bndstrgStart(0);
+  EXPECT_EQ(commands(),
+            "/bin/kill $(pgrep -f bs20 | awk '{print $1}')\n"
+            "iwpriv ra8 set ApEnableRadioChStats=0\niwpriv ra0 set ApEnableRadioChStats=0\n");
+}
+
+TEST(BandSteering, StatisticsStayOnWhenTheyAreSwitchedOnForThemselves) {
+  pretend_mt7615();
+  set_profile_value(kProfile24, "RSG_Enable", "1");
+  start_with_marker_at(0);
+  commands();
+  bndstrgStart(0);
+  EXPECT_EQ(commands(), "/bin/kill $(pgrep -f bs20 | awk '{print $1}')\n");
+}
+
+TEST(BandSteering, StopEndsTheAgentToo) {
+  pretend_mt7615();
+  start_with_marker_at(0);
+  wappStart(1);
+  commands();
+  bndstrgStart(0);
+  EXPECT_TRUE(contains(commands(), "/bin/kill $(pgrep -f wapp | awk '{print $1}')\n"));
+}
+
+TEST(BandSteering, NeedsItsSwitchBothRadiosAndBothFirstBsses) {
+  struct {
+    const char* profile;
+    const char* key;
+    const char* off;
+    const char* on;
+  } const kSwitches[] = {{kProfile24, "BandSteering", "0", "1"},
+                         {kProfile24, "RadioOn", "0", "1"},
+                         {kProfile5, "RadioOn", "0", "1"},
+                         {kProfile24, "BssEnabled", "0;1", "1;1"},
+                         {kProfile5, "BssEnabled", "0;1", "1;1"}};
+  make_bands_alike();
+  note_commands();
+  switch_log_on();
+  int refused = 0;
+  for (const auto& item : kSwitches) {
+    set_profile_value(item.profile, item.key, item.off);
+    bndstrgStart(1);
+    EXPECT_EQ(count_of(logged(),
+                       "can't enable band steering as radio/home user ssid isn't "
+                       "enabled\n"),
+              ++refused)
+        << item.key;
+    set_profile_value(item.profile, item.key, item.on);
+  }
+  EXPECT_EQ(commands(), "");
+  // Its switch in the 5 GHz profile is not looked at.
+  set_profile_value(kProfile5, "BandSteering", "0");
+  write_file(kMarker, "");
+  bndstrgStart(1);
+  EXPECT_EQ(commands(), "bndstrg_1&\n");
+}
+
+// Makes one setting of the bands differ and tells what is said.
+static std::string refusal(const char* key, const char* value) {
+  make_bands_alike();
+  set_profile_value(kProfile5, key, value);
+  switch_log_on();
+  unlink("/tmp/auto_debug/dbg_rpc.log");
+  EXPECT_EQ(isAbleToEnableBandSteering(), 0);
+  EXPECT_EQ(profile_value(kProfile24, "BandSteering"), "0");
+  EXPECT_EQ(profile_value(kProfile5, "BandSteering"), "0");
+  return logged();
+}
+
+TEST(BandSteering, FirstDifferenceOfTheBandsIsNamedAndSwitchesItOff) {
+  const std::string unable = "unable to enable BandSteering because 2.4G and 5G ";
+  EXPECT_TRUE(contains(refusal("SSID1", "Other"), unable + "SSID is different"));
+  EXPECT_TRUE(
+      contains(refusal("AuthMode", "OPEN;WPA2PSK"), unable + "authentication mode is different"));
+  EXPECT_TRUE(contains(refusal("WPAPSK1", "other words"), unable + "wpa key is different"));
+  make_bands_alike();
+  EXPECT_EQ(isAbleToEnableBandSteering(), 1);
+  EXPECT_EQ(profile_value(kProfile24, "BandSteering"), "1");
+}
+
+TEST(BandSteering, BandsThatDifferStopItWhenItRuns) {
+  start_with_marker_at(1);
+  commands();
+  set_profile_value(kProfile5, "SSID1", "Other");
+  bndstrgStart(1);
+  EXPECT_TRUE(contains(commands(), "/bin/kill $(pgrep -f bndstrg_1"));
+  EXPECT_EQ(profile_value(kProfile24, "BandSteering"), "0");
+  EXPECT_FALSE(stops());
+}
