@@ -37,6 +37,7 @@ void define(CLI::App& app, client_options& options) {
   app.add_option("--port", options.port)->check(CLI::Validator(check_port, ""));
   app.add_option("--timeout", options.timeout)->check(CLI::Validator(check_timeout, ""));
   app.add_flag("--json", options.json);
+  app.add_flag("--raw", options.raw);
   app.prefix_command();
 }
 
@@ -76,6 +77,7 @@ const char* args_help() {
          "       wificonf [OPTION...] ping\n"
          "       wificonf [--json] list [PATTERN]\n"
          "       wificonf [--json] describe PROCEDURE\n"
+         "       wificonf schema PROCEDURE\n"
          "\n"
          "Calls one procedure of the Wi-Fi configuration daemon and prints what it\n"
          "answers.\n"
@@ -87,12 +89,14 @@ const char* args_help() {
          "                    wildcards\n"
          "  describe PROCEDURE\n"
          "                    its arguments, its result, what it does, an example\n"
+         "  schema PROCEDURE  JSON Schema of what --json prints of its result\n"
          "\n"
          "Options, before PROCEDURE:\n"
          "  --host HOST       name or IPv4 address of the daemon (192.168.254.254)\n"
          "  --port PORT       its UDP port (60001)\n"
          "  --timeout SECONDS how long to wait for the answer (10); fractions allowed\n"
          "  --json            one JSON value on one line instead of text\n"
+         "  --raw             the bytes of the result, not decoded\n"
          "  --version         version of this program\n"
          "  -h, --help        this text\n"
          "\n"

@@ -10,6 +10,7 @@ struct client_options {
   uint16_t port = 60001;
   double timeout = 10;  // seconds
   bool json = false;
+  bool raw = false;                // the result's bytes, undecoded
   std::vector<std::string> words;  // PROCEDURE and what follows, verbatim
 };
 

@@ -5,6 +5,7 @@
 #include "arguments.h"
 #include "lookup.h"
 #include "meanings.h"
+#include "payload.h"
 #include "text.h"
 
 namespace {
@@ -52,6 +53,34 @@ std::string argument_lines(const procedure_row& procedure) {
   return arguments.empty() ? "\nArguments\n  none\n" : out;
 }
 
+size_t name_width(std::span<const payload_field> fields) {
+  size_t width = 0;
+  for (const payload_field& field : fields)
+    width = std::max(width, std::string_view(field.name).size());
+  return width;
+}
+
+std::string field_lines(std::span<const payload_field> fields, size_t margin) {
+  std::string out;
+  const size_t indent = margin + name_width(fields) + 2;
+  for (const payload_field& field : fields) {
+    const std::string unit = *field.unit == '\0' ? "" : std::string(" [") + field.unit + "]";
+    out += std::string(margin, ' ') + pad(field.name, indent - margin) +
+           text_wrap(field.meaning + unit, kWidth, indent, indent) + "\n";
+  }
+  return out;
+}
+
+// The fields of a record, a line each.
+std::string result_lines(const procedure_row& procedure) {
+  const payload_layout* layout = payload_find(procedure);
+  if (layout == nullptr) return "";
+  std::string out = field_lines(layout->fields, 4);
+  if (layout->rows == nullptr) return out;
+  out += text_format("    %s, up to %u, each:\n", layout->rows->name, layout->rows->capacity);
+  return out + field_lines(layout->rows->fields, 6);
+}
+
 std::string shell_quote(std::string_view word) {
   const char* plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-.,:/";
   bool is_plain = word.find_first_not_of(plain) == std::string_view::npos;
@@ -87,6 +116,7 @@ std::string describe_procedure(const procedure_row& procedure) {
   if (!note.empty()) out += section("Note", note);
   out += argument_lines(procedure);
   out += section("Result", describe_result(procedure));
+  out += result_lines(procedure);
   return out + "\nExample\n  " + describe_example(procedure) + "\n";
 }
 
@@ -110,18 +140,25 @@ std::string describe_type(const argument_spec& argument) {
   return "record";
 }
 
+static std::string describe_value(const value_meaning& value) {
+  std::string out = "a return code and an integer";
+  if (*value.meaning != '\0') out += std::string(": ") + value.meaning;
+  if (*value.unit != '\0') out += std::string(" [") + value.unit + "]";
+  return out;
+}
+
 std::string describe_result(const procedure_row& procedure) {
   switch (procedure.payload) {
     case payload_kind::CODE:
       return "a return code; negative: the call failed";
     case payload_kind::INT:
-      return "a return code and an integer";
+      return describe_value(payload_value(procedure));
     case payload_kind::TEXT:
       return text_format("a return code and a text of at most %u bytes", procedure.size);
     case payload_kind::WORDS:
-      return text_format("a return code and %u words of 32 bits", procedure.size / 4);
+      return text_format("a return code and %u words of 32 bits:", procedure.size / 4);
     case payload_kind::IMAGE:
-      return text_format("a return code and a record of %u bytes, little-endian", procedure.size);
+      return text_format("a return code and a record of %u bytes, little-endian:", procedure.size);
     case payload_kind::NONE:
       return "a return code; nothing else is filled in";
   }

@@ -5,6 +5,9 @@
 #include "describe.h"
 #include "lookup.h"
 #include "meanings.h"
+#include "payload.h"
+#include "rate_word.h"
+#include "show.h"
 #include "text.h"
 
 namespace {
@@ -23,21 +26,80 @@ ordered_json head(const procedure_row& procedure) {
   return object;
 }
 
-void put_payload(ordered_json& object, const procedure_row& procedure, const decoded_reply& reply) {
+// A text under its name; "NAME_escaped" tells that it is no UTF-8.
+void put_text(ordered_json& object, const std::string& name, std::string_view bytes) {
   bool escaped = false;
+  object[name] = text_for_json(bytes, &escaped);
+  if (escaped) object[name + "_escaped"] = true;
+}
+
+ordered_json rate_value(uint16_t word) {
+  const rate_word rate = rate_word_decode(word);
+  ordered_json object = ordered_json::object();
+  object["mbit_s"] = (rate.kilobits + 50) / 100 / 10.0;
+  object["phy"] = rate.phy;
+  object["mhz"] = rate.mhz;
+  object["streams"] = rate.streams;
+  object["mcs"] = rate.mcs;
+  object["short_guard"] = rate.short_guard;
+  object["word"] = word;
+  return object;
+}
+
+void put_field(ordered_json& object, const payload_field& field, std::string_view record) {
+  const uint64_t number = payload_unsigned(field, record);
+  switch (field.type) {
+    case field_type::kText:
+      put_text(object, field.name, payload_bytes(field, record));
+      break;
+    case field_type::kMac:
+    case field_type::kBytes:
+      object[field.name] = show_value(field, record);
+      break;
+    case field_type::kRate:
+      object[field.name] = rate_value(static_cast<uint16_t>(number));
+      break;
+    case field_type::kFlag:
+      object[field.name] = number != 0;
+      break;
+    default:
+      if (payload_is_signed(field.type))
+        object[field.name] = payload_signed(field, record);
+      else
+        object[field.name] = number;
+  }
+}
+
+ordered_json fields_value(std::span<const payload_field> fields, std::string_view record) {
+  ordered_json object = ordered_json::object();
+  for (const payload_field& field : fields)
+    put_field(object, field, record);
+  return object;
+}
+
+ordered_json record_value(const payload_layout& layout, std::string_view record) {
+  ordered_json object = fields_value(layout.fields, record);
+  if (layout.rows == nullptr) return object;
+  const payload_rows& rows = *layout.rows;
+  ordered_json& list = object[rows.name] = ordered_json::array();
+  for (uint32_t i = 0; i < payload_row_count(rows, record); i++)
+    list.push_back(
+        fields_value(rows.fields, record.substr(rows.first + i * rows.stride, rows.stride)));
+  return object;
+}
+
+void put_payload(ordered_json& object, const procedure_row& procedure, const decoded_reply& reply) {
+  const payload_layout* layout = payload_find(procedure);
   switch (procedure.payload) {
     case payload_kind::INT:
       object["value"] = reply.value;
       break;
     case payload_kind::TEXT:
-      object["value"] = text_for_json(reply.text, &escaped);
-      if (escaped) object["escaped"] = true;
+      put_text(object, "value", reply.text);
       break;
     case payload_kind::WORDS:
-      object["words"] = reply.words;
-      break;
     case payload_kind::IMAGE:
-      object["data"] = text_hex(reply.data);
+      if (layout != nullptr) object["value"] = record_value(*layout, reply.data);
       break;
     case payload_kind::CODE:
     case payload_kind::NONE:
@@ -52,6 +114,16 @@ ordered_json describe_argument(const procedure_row& procedure, const argument_sp
   const meaning_entry* meaning = meanings_find(procedure, argument.name);
   if (meaning != nullptr) object["meaning"] = meaning->text;
   return object;
+}
+
+ordered_json describe_fields(std::span<const payload_field> fields) {
+  ordered_json list = ordered_json::array();
+  for (const payload_field& field : fields) {
+    ordered_json object = {{"name", field.name}, {"meaning", field.meaning}};
+    if (*field.unit != '\0') object["unit"] = field.unit;
+    list.push_back(object);
+  }
+  return list;
 }
 
 }  // namespace
@@ -100,6 +172,12 @@ std::string json_describe(const procedure_row& procedure) {
   for (const argument_spec& argument : table_arguments(procedure))
     object["arguments"].push_back(describe_argument(procedure, argument));
   object["result"] = describe_result(procedure);
+  const payload_layout* layout = payload_find(procedure);
+  if (layout != nullptr) object["fields"] = describe_fields(layout->fields);
+  if (layout != nullptr && layout->rows != nullptr)
+    object["rows"] = {{"name", layout->rows->name},
+                      {"capacity", layout->rows->capacity},
+                      {"fields", describe_fields(layout->rows->fields)}};
   object["example"] = describe_example(procedure);
   return line(object);
 }

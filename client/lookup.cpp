@@ -8,7 +8,7 @@
 
 namespace {
 
-const char* const kCommands[] = {"PING", "LIST", "DESCRIBE"};
+const char* const kCommands[] = {"PING", "LIST", "DESCRIBE", "SCHEMA"};
 
 std::string fold(std::string_view name) {
   std::string out = text_upper(name);

@@ -7,16 +7,21 @@ namespace {
 // wlan_config_result_data_t: opaque return_data<WLAN_CONFIG_RETURN_DATA_MAX>
 constexpr uint32_t kReturnDataMax = 8256;
 
+// Whether there is enough for the record, `size` of its `unit`.
+bool suffices(size_t there, size_t size, const char* unit, std::string& error) {
+  if (there >= size) return true;
+  error = text_format("it has %zu of %zu %s", there, size, unit);
+  return false;
+}
+
 bool take_words(const procedure_row& procedure, const std::vector<uint32_t>& words,
                 decoded_reply& reply, std::string& error) {
   // The count on the wire is the payload's size in bytes, so there are about
   // four times as many words as have meaning.
   size_t meaningful = procedure.size / 4;
-  if (words.size() < meaningful) {
-    error = text_format("it has %zu of %zu words", words.size(), meaningful);
-    return false;
-  }
-  reply.words.assign(words.begin(), words.begin() + static_cast<ptrdiff_t>(meaningful));
+  if (!suffices(words.size(), meaningful, "words", error)) return false;
+  for (size_t i = 0; i < 4 * meaningful; i++)
+    reply.data += static_cast<char>(words[i / 4] >> (8 * (i % 4)));
   return true;
 }
 
@@ -24,9 +29,8 @@ bool take_payload(const procedure_row& procedure, const std::vector<uint32_t>& w
                   const std::string& data, decoded_reply& reply, std::string& error) {
   switch (procedure.payload) {
     case payload_kind::INT:
-      if (!take_words(procedure, words, reply, error)) return false;
-      reply.value = static_cast<int32_t>(reply.words[0]);
-      reply.words.clear();
+      if (!suffices(words.size(), 1, "words", error)) return false;
+      reply.value = static_cast<int32_t>(words[0]);
       return true;
     case payload_kind::WORDS:
       return take_words(procedure, words, reply, error);
@@ -35,7 +39,7 @@ bool take_payload(const procedure_row& procedure, const std::vector<uint32_t>& w
       return true;
     case payload_kind::IMAGE:
       reply.data = data;
-      return true;
+      return suffices(data.size(), procedure.size, "bytes", error);
     case payload_kind::CODE:
     case payload_kind::NONE:
       break;

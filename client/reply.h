@@ -4,17 +4,15 @@
 
 #include <cstdint>
 #include <string>
-#include <vector>
 
 #include "table.h"
 #include "wire.h"
 
 struct decoded_reply {
-  int32_t code;                 // negative: the call failed
-  int32_t value;                // INT
-  std::string text;             // TEXT: bytes up to the first NUL
-  std::vector<uint32_t> words;  // WORDS: the size/4 words that have meaning
-  std::string data;             // IMAGE: the bytes of the record
+  int32_t code;      // negative: the call failed
+  int32_t value;     // INT
+  std::string text;  // TEXT: bytes up to the first NUL
+  std::string data;  // WORDS, IMAGE: the bytes of the record, little-endian
 };
 
 // Decodes the result of `procedure`. False: `error` says what is wrong with

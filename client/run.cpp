@@ -9,7 +9,10 @@
 #include "describe.h"
 #include "json.h"
 #include "lookup.h"
+#include "payload.h"
 #include "reply.h"
+#include "schema.h"
+#include "show.h"
 #include "text.h"
 
 namespace {
@@ -50,16 +53,15 @@ const char* code_meaning(int32_t code) {
   }
 }
 
-std::string payload_text(const procedure_row& procedure, const decoded_reply& reply) {
+std::string payload_text(const procedure_row& procedure, const decoded_reply& reply, size_t width) {
   switch (procedure.payload) {
     case payload_kind::INT:
       return std::to_string(reply.value) + "\n";
     case payload_kind::TEXT:
       return text_escape(reply.text) + "\n";
     case payload_kind::WORDS:
-      return text_dump_words(reply.words);
     case payload_kind::IMAGE:
-      return text_dump_bytes(reply.data);
+      return show_record(*payload_find(procedure), reply.data, width);
     case payload_kind::CODE:
     case payload_kind::NONE:
       break;
@@ -78,7 +80,7 @@ exit_status show_reply(const output_streams& streams, const client_options& opti
                             "'wificonf describe %s'",
                             name.c_str(), reply.code, name.c_str()));
   if (options.json) return kExitDone;
-  print(streams, payload_text(procedure, reply));
+  print(streams, payload_text(procedure, reply, terminal_width(streams.out)));
   // Standard output has the value alone, for scripts.
   bool has_value =
       procedure.payload != payload_kind::CODE && procedure.payload != payload_kind::NONE;
@@ -109,6 +111,16 @@ exit_status malformed(const output_streams& streams, const std::string& name,
       name + ": the reply is malformed, " + why + "; compare the releases of daemon and client");
 }
 
+// A result as the bytes that came.
+void show_bytes(const output_streams& streams, const client_options& options, uint32_t number,
+                const byte_string& result) {
+  std::string_view bytes(reinterpret_cast<const char*>(result.data()), result.size());
+  if (options.json)
+    print(streams, json_raw(number, bytes));
+  else
+    print(streams, bytes.empty() ? "ok (empty result)\n" : text_dump_bytes(bytes));
+}
+
 exit_status run_procedure(const output_streams& streams, const client_options& options,
                           const procedure_row& procedure) {
   std::vector<std::string> given(options.words.begin() + 1, options.words.end());
@@ -121,6 +133,10 @@ exit_status run_procedure(const output_streams& streams, const client_options& o
   exit_status status = kExitDone;
   std::string name = lookup_display_name(procedure);
   if (!call(streams, options, procedure.number, name, arguments, answer, &status)) return status;
+  if (options.raw) {
+    show_bytes(streams, options, procedure.number, answer.result);
+    return kExitDone;
+  }
   decoded_reply reply;
   if (!reply_decode(procedure, answer.result, reply, error)) return malformed(streams, name, error);
   return show_reply(streams, options, procedure, reply);
@@ -141,11 +157,7 @@ exit_status run_number(const output_streams& streams, const client_options& opti
   exit_status status = kExitDone;
   std::string name = "procedure " + lookup_display_number(number);
   if (!call(streams, options, number, name, {}, answer, &status)) return status;
-  std::string_view bytes(reinterpret_cast<const char*>(answer.result.data()), answer.result.size());
-  if (options.json)
-    print(streams, json_raw(number, bytes));
-  else
-    print(streams, bytes.empty() ? "ok (empty result)\n" : text_dump_bytes(bytes));
+  show_bytes(streams, options, number, answer.result);
   return kExitDone;
 }
 
@@ -197,11 +209,21 @@ exit_status run_describe(const output_streams& streams, const client_options& op
   return kExitDone;
 }
 
+exit_status run_schema(const output_streams& streams, const client_options& options) {
+  if (options.words.size() != 2)
+    return fail(streams, kExitUsage, "schema takes one PROCEDURE; 'wificonf list' has all");
+  const procedure_row* procedure = lookup_procedure(options.words[1]);
+  if (procedure == nullptr) return unknown_procedure(streams, options.words[1]);
+  print(streams, schema_of(*procedure));
+  return kExitDone;
+}
+
 exit_status run_words(const output_streams& streams, const client_options& options) {
   const std::string& word = options.words[0];
   if (word == "ping") return run_ping(streams, options);
   if (word == "list") return run_list(streams, options);
   if (word == "describe") return run_describe(streams, options);
+  if (word == "schema") return run_schema(streams, options);
   if (lookup_is_number(word)) return run_number(streams, options);
   const procedure_row* procedure = lookup_name(word);
   if (procedure == nullptr) return unknown_procedure(streams, word);

@@ -129,15 +129,6 @@ std::string text_dump_bytes(std::string_view bytes) {
   return out;
 }
 
-std::string text_dump_words(const std::vector<uint32_t>& words) {
-  std::string out;
-  for (size_t i = 0; i < words.size(); i++) {
-    if (i % 4 == 0) out += text_format("%s%04zx ", i == 0 ? "" : "\n", i * 4);
-    out += text_format(" %08x", words[i]);
-  }
-  return words.empty() ? out : out + '\n';
-}
-
 std::string text_wrap(std::string_view text, size_t width, size_t column, size_t indent) {
   if (width == 0) return std::string(text);
   std::string out;

@@ -34,9 +34,6 @@ std::string text_hex(std::string_view bytes);
 // Lines of an offset and up to 16 bytes, with their printable ASCII.
 std::string text_dump_bytes(std::string_view bytes);
 
-// Lines of the offset in bytes and up to 4 words.
-std::string text_dump_words(const std::vector<uint32_t>& words);
-
 // Words of `text` in lines of at most `width` columns, all lines but the first
 // indented by `indent`; the first begins in column `column`. A longer word has
 // a line of its own. Width 0 leaves the text as it is. No newline at the end.

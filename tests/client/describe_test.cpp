@@ -84,7 +84,9 @@ TEST(Describe, OneInWhole) {
             "  interface_name  string  network interface of the gateway\n"
             "\n"
             "Result\n"
-            "  a return code and 2 words of 32 bits\n"
+            "  a return code and 2 words of 32 bits:\n"
+            "    bssid  BSSID\n"
+            "    port   port\n"
             "\n"
             "Example\n"
             "  wificonf wlan_get_bssid_port ra0\n");

@@ -67,14 +67,16 @@ TEST(Reply, OnlyTheMeaningfulWordsAreKept) {
     wire_put_word(bytes, i);
   wire_put_word(bytes, 0);
   ASSERT_TRUE(decodes("wlan_get_channel_statistics", bytes, reply));
-  EXPECT_EQ(reply.words, (std::vector<uint32_t>{1, 2, 3}));
+  EXPECT_EQ(reply.data, std::string("\1\0\0\0\2\0\0\0\3\0\0\0", 12)) << "low byte first";
   EXPECT_FALSE(decodes("wlan_get_channel_statistics", words({0, 2, 1, 2, 0}), reply));
 }
 
 TEST(Reply, RecordAndNothing) {
   decoded_reply reply;
-  ASSERT_TRUE(decodes("wlan_get_assoc_device", text_record(0, std::string("\0\1\2", 3)), reply));
-  EXPECT_EQ(reply.data, std::string("\0\1\2", 3));
+  const std::string record(236, '\1');
+  ASSERT_TRUE(decodes("wlan_get_assoc_device", text_record(0, record), reply));
+  EXPECT_EQ(reply.data, record);
+  EXPECT_FALSE(decodes("wlan_get_assoc_device", text_record(0, record.substr(1)), reply));
   ASSERT_TRUE(decodes("wlan_del_entry", words({0, 0, 0}), reply));
   EXPECT_EQ(reply.code, 0);
 }

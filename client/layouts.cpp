@@ -1,0 +1,272 @@
+#include "payload.h"
+
+// The layouts. Offsets of the driver's own records are those of its 32-bit
+// little-endian structures; what a result type of wlan_config.x names has the
+// same names here.
+
+namespace {
+
+using enum field_type;
+
+// The driver keeps byte counters before packet counters and what it sent before
+// what it received.
+constexpr payload_field kBasicStats[] = {
+    {"bytes_sent", kU32, 0, 0, "B", "", "bytes sent"},
+    {"bytes_received", kU32, 4, 0, "B", "", "bytes received"},
+    {"packets_sent", kU32, 8, 0, "", "", "packets sent"},
+    {"packets_received", kU32, 12, 0, "", "", "packets received"},
+    {"associations", kU32, 16, 0, "", "", "stations associated with the BSS"},
+};
+
+constexpr payload_field kStats[] = {
+    {"errors_sent", kU32, 0, 0, "", "", "packets that could not be sent"},
+    {"errors_received", kU32, 4, 0, "", "", "packets received with errors"},
+    {"unicast_packets_sent", kU32, 8, 0, "", "", "of a BSS only"},
+    {"unicast_packets_received", kU32, 12, 0, "", "", "of a BSS only"},
+    {"discard_packets_sent", kU32, 16, 0, "", "", "packets to send that were dropped"},
+    {"discard_packets_received", kU32, 20, 0, "", "", "received packets that were dropped"},
+    {"multicast_packets_sent", kU32, 24, 0, "", "", "of a BSS only"},
+    {"multicast_packets_received", kU32, 28, 0, "", "", "of a BSS only"},
+    {"broadcast_packets_sent", kU32, 32, 0, "", "", "of a BSS only"},
+    {"broadcast_packets_received", kU32, 36, 0, "", "", "of a BSS only"},
+    {"unknown_protocol_packets_received", kU32, 40, 0, "", "", "always 0"},
+    {"bytes_sent", kU32, 44, 0, "B", "", "of a radio only"},
+    {"bytes_received", kU32, 48, 0, "B", "", "of a radio only"},
+    {"packets_sent", kU32, 52, 0, "", "", "of a radio only"},
+    {"packets_received", kU32, 56, 0, "", "", "of a radio only"},
+};
+
+constexpr payload_field kBytesSent[] = {{"bytes_sent", kU64, 0, 0, "B", "", "sent so far"}};
+constexpr payload_field kBytesReceived[] = {
+    {"bytes_received", kU64, 0, 0, "B", "", "received so far"}};
+constexpr payload_field kTxPackets[] = {{"packets_sent", kI64, 0, 0, "", "", "sent so far"}};
+constexpr payload_field kRxPackets[] = {
+    {"packets_received", kI64, 0, 0, "", "", "received so far"}};
+
+constexpr payload_field kChannelStatistics[] = {
+    {"channel_busy", kI32, 0, 0, "%", "", "share of time that the channel is busy; -1: unknown"},
+    {"ap_activity", kI32, 4, 0, "%", "", "share of time that this AP is active; -1: unknown"},
+    {"busy_time", kI32, 8, 0, "%", "", "busy time; -1: unknown"},
+};
+
+constexpr payload_field kNoiseFloor[] = {
+    {"minimum", kI32, 0, 0, "dBm", "", "-1: unknown"},
+    {"maximum", kI32, 4, 0, "dBm", "", "-1: unknown"},
+    {"median", kI32, 8, 0, "dBm", "", "-1: unknown"},
+    {"average", kI32, 12, 0, "dBm", "", "-1: unknown"},
+};
+
+constexpr payload_field kRssiEntry[] = {
+    {"rssi", kI64, 0, 0, "", "RSSI", "as the statistics daemon counts it; -1: unknown"}};
+constexpr payload_rows kRssiTable = {"entries", kAllRows, 0, 8, 37, kRssiEntry};
+
+constexpr payload_field kBssidPort[] = {
+    {"bssid", kMac, 0, 0, "", "", "BSSID"},
+    {"port", kU16, 6, 0, "", "", "port"},
+};
+
+constexpr payload_field kDot11u[] = {
+    {"access_network_type", kI32, 0, 0, "", "", "hotspot: type of the access network"},
+    {"internet", kFlag, 4, 0, "", "", "hotspot: leads to the internet"},
+    {"asra", kFlag, 8, 0, "", "", "hotspot: additional step required for access"},
+    {"esr", kFlag, 12, 0, "", "", "hotspot: emergency services reachable"},
+    {"uesa", kFlag, 16, 0, "", "", "hotspot: unauthenticated emergency service accessible"},
+};
+
+constexpr payload_field kAssocDevice[] = {
+    {"mac_address", kText, 0, 18, "", "", "MAC address"},
+    {"host_name", kText, 18, 64, "", "", "host name"},
+    {"ip_address", kText, 82, 45, "", "", "IP address"},
+    {"standard", kText, 127, 17, "", "", "802.11 standard"},
+    {"authenticated", kFlag, 144, 0, "", "", "authenticated"},
+    {"associated_seconds", kU32, 148, 0, "s", "", "time since the association"},
+    {"tx_rate", kU32, 152, 0, "", "", "transmit rate"},
+    {"rx_rate", kU32, 156, 0, "", "", "receive rate"},
+    {"max_rate", kU32, 160, 0, "", "", "highest rate"},
+    {"rssi", kI32, 164, 0, "dBm", "", "signal"},
+    {"packets_sent", kU32, 168, 0, "", "", "packets sent"},
+    {"packets_received", kU32, 172, 0, "", "", "packets received"},
+    {"association_id", kU16, 176, 0, "", "", "association id"},
+    {"bytes_sent", kU32, 180, 0, "B", "", "bytes sent"},
+    {"bytes_received", kU32, 184, 0, "B", "", "bytes received"},
+    {"retries", kU32, 188, 0, "", "", "retransmissions"},
+    {"power_save", kU8, 192, 0, "", "", "power save"},
+    {"noise", kI32, 196, 0, "dBm", "", "noise"},
+    {"ssid", kText, 200, 32, "", "", "SSID"},
+};
+
+// An entry of the driver's station table.
+constexpr payload_field kStation[] = {
+    {"bss_position", kU8, 0, 0, "", "BSS", "position of its BSS within the radio, from 0"},
+    {"mac_address", kMac, 1, 0, "", "STATION", "MAC address"},
+    {"association_id", kU8, 7, 0, "", "AID", "association id"},
+    {"power_save", kU8, 8, 0, "", "PS", "1: in power save"},
+    {"mimo_power_save", kU8, 9, 0, "", "", "MIMO power save mode"},
+    {"rssi_0", kI8, 10, 0, "dBm", "RSSI", "signal on the first chain"},
+    {"rssi_1", kI8, 11, 0, "dBm", "", "signal on the second chain"},
+    {"rssi_2", kI8, 12, 0, "dBm", "", "signal on the third chain"},
+    {"rssi_3", kI8, 13, 0, "dBm", "", "signal on the fourth chain"},
+    {"connected_seconds", kU32, 16, 0, "s", "FOR S", "time since the association"},
+    {"tx_rate", kRate, 20, 0, "Mbit/s", "TX", "rate of the last packet to it"},
+    {"rx_rate", kRate, 24, 0, "Mbit/s", "RX", "rate of the last packet from it"},
+    {"packets_sent", kU32, 32, 0, "", "SENT", "packets sent to it"},
+    {"failures", kU32, 36, 0, "", "FAILED", "packets to it that failed"},
+};
+constexpr payload_rows kStations = {"stations", 0, 4, 40, 128, kStation};
+
+// As wlan_get_btm_associated_device packs it.
+constexpr payload_field kBtmStation[] = {
+    {"mac_address", kText, 40, 17, "", "STATION", "MAC address"},
+    {"rssi", kI32, 0, 0, "dBm", "RSSI", "strongest of its chains; -127: none is plausible"},
+    {"downlink_rate", kI32, 4, 0, "kbit/s", "DOWN", "rate of the last packet to it; 1024 a Mbit"},
+    {"uplink_rate", kI32, 8, 0, "kbit/s", "UP", "rate of the last packet from it; 1024 a Mbit"},
+    {"tx_mcs", kI32, 12, 0, "", "MCS", "MCS or rate index of the last packet to it"},
+    {"rx_mcs", kI32, 16, 0, "", "", "MCS or rate index of the last packet from it"},
+    {"bytes_sent", kU64, 20, 0, "B", "SENT", "bytes sent to it"},
+    {"bytes_received", kU64, 28, 0, "B", "RECEIVED", "bytes received from it"},
+    {"backhaul", kFlag, 36, 0, "", "", "its BSS is a backhaul BSS"},
+    {"btm", kU8, 59, 0, "", "BTM", "802.11v BSS transition capability times 8"},
+    {"is_ht", kFlag, 68, 0, "", "", "802.11n or later"},
+    {"is_vht", kFlag, 72, 0, "", "", "802.11ac"},
+};
+constexpr payload_rows kBtmStations = {"stations", 0, 4, 76, 32, kBtmStation};
+
+// The driver's own entries, passed on as they are. The layout is that of the
+// simulated driver: to be held against hardware here, and only here.
+constexpr payload_field kNeighbour[] = {
+    {"bssid", kMac, 0, 0, "", "BSSID", "BSSID"},
+    {"channel", kU8, 6, 0, "", "CH", "channel"},
+    {"rssi", kI8, 7, 0, "dBm", "RSSI", "signal"},
+    {"ssid", kText, 8, 33, "", "SSID", "network name"},
+    {"security", kText, 41, 23, "", "SECURITY", "authentication and encryption"},
+    {"mode", kText, 64, 15, "", "MODE", "802.11 mode"},
+};
+constexpr payload_rows kNeighbours = {"networks", 0, 4, 100, 64, kNeighbour};
+constexpr payload_field kSurvey[] = {
+    {"driver_data", kBytes, 6404, 360, "", "", "the driver's own, behind its entries"}};
+
+constexpr payload_field kMacText[] = {{"mac_address", kText, 0, 18, "", "", "MAC address"}};
+
+constexpr payload_field kNonAssoc[] = {
+    {"valid", kFlag, 0, 0, "", "", "0: the station was not seen"},
+    {"rssi", kI32, 4, 0, "dBm", "", "signal of its last probe request"},
+    {"time", kTime, 8, 0, "", "", "of that probe request"},
+    {"mac_address", kText, 12, 17, "", "", "the station"},
+};
+
+constexpr payload_field kSteerEvent[] = {
+    {"time", kTime, 24, 0, "", "TIME", "when it happened"},
+    {"type", kU32, 0, 0, "", "TYPE", "event type of the control daemon"},
+    {"mac_address", kText, 4, 17, "", "STATION", "the station"},
+    {"code", kText, 28, 8, "", "CODE", "code of the event"},
+};
+constexpr payload_rows kSteerEvents = {"events", 1152, 0, 36, 32, kSteerEvent};
+
+// Others know the size of the record and where last_sync_attempt stands; the
+// widths of the texts are those of the simulated controller: to be held against
+// the real one here, and only here.
+constexpr payload_field kExtender[] = {
+    {"index", kU32, 0, 0, "", "", "row of the table"},
+    {"mac_address", kText, 4, 24, "", "", "MAC address"},
+    {"device_name", kText, 28, 240, "", "", "device name"},
+    {"status", kU32, 268, 0, "", "", "status"},
+    {"active", kFlag, 272, 0, "", "", "active"},
+    {"manufacturer", kText, 276, 160, "", "", "manufacturer"},
+    {"model_name", kText, 436, 160, "", "", "model name"},
+    {"model_number", kText, 596, 160, "", "", "model number"},
+    {"serial_number", kText, 756, 160, "", "", "serial number"},
+    {"last_sync_attempt", kTime, 916, 0, "", "", "last attempt to synchronise it"},
+    {"software_version", kText, 920, 128, "", "", "software version"},
+    {"uplink_type", kI32, 1048, 0, "", "", "type of its uplink"},
+    {"uplink_rate", kI32, 1052, 0, "Mbit/s", "", "rate of its uplink"},
+    {"upgrade_available", kFlag, 1056, 0, "", "", "newer firmware is there"},
+    {"ip_address", kText, 1060, 16, "", "", "IP address"},
+    {"uplink_mac_address", kText, 1076, 24, "", "", "MAC address of its uplink"},
+    {"rssi", kI32, 1100, 0, "dBm", "", "signal of its uplink"},
+    {"last_error", kText, 1104, 132, "", "", "last error"},
+    {"description", kText, 1236, 256, "", "", "description"},
+};
+
+constexpr payload_field kSupported[] = {
+    {"index", kI32, 0, 0, "", "", "row of the table"},
+    {"row_status", kI32, 4, 0, "", "", "status of the row"},
+    {"manufacturer", kText, 8, 64, "", "", "manufacturer"},
+    {"model_name", kText, 72, 64, "", "", "model name"},
+    {"model_number", kText, 136, 64, "", "", "model number"},
+    {"firmware_url", kText, 200, 256, "", "", "where its firmware is"},
+    {"firmware_file_name", kText, 456, 256, "", "", "file name of the firmware"},
+    {"firmware_user_name", kText, 712, 256, "", "", "user name for it"},
+    {"firmware_password", kText, 968, 256, "", "", "password for it"},
+    {"update_time", kTime, 1224, 0, "", "", "when to update"},
+    {"config_on_demand", kFlag, 1228, 0, "", "", "configure it on demand"},
+};
+
+constexpr payload_layout kLayouts[] = {
+    {"WLAN_GET_BSSID_PORT", kBssidPort, nullptr},
+    {"WLAN_GET_BASIC_STATS", kBasicStats, nullptr},
+    {"WLAN_GET_STATS", kStats, nullptr},
+    {"WLAN_GET_ASSOC_DEVICE", kAssocDevice, nullptr},
+    {"WLAN_GET_AP_SCAN_RESULT", kSurvey, &kNeighbours},
+    {"WLAN_GET_ASSOC_DEVICES_TABLE", {}, &kStations},
+    {"WLAN_GET_CHANNEL_STATISTICS", kChannelStatistics, nullptr},
+    {"WLAN_GET_CHANNEL_NOISE_FLOOR", kNoiseFloor, nullptr},
+    {"WLAN_GET_RADIO_TX_PACKETS", kTxPackets, nullptr},
+    {"WLAN_GET_RADIO_RX_PACKETS", kRxPackets, nullptr},
+    {"WLAN_GET_RSSI_TABLE", {}, &kRssiTable},
+    {"WLAN_GET_HNC_STEER_STA_MAC_ADDRESS", kMacText, nullptr},
+    {"WLAN_GET_HNC_ACTION_FRAME_MAC_ADDRESS", kMacText, nullptr},
+    {"WLAN_GET_NA_STA_REQUEST_MAC_ADDRESS", kMacText, nullptr},
+    {"WLAN_GET_NA_STA_REPORT", kNonAssoc, nullptr},
+    {"WLAN_GET_BTM_ASSOCIATED_DEVICE", {}, &kBtmStations},
+    {"WLAN_GET_RADIO_BYTES_SENT", kBytesSent, nullptr},
+    {"WLAN_GET_RADIO_BYTES_RECEIVED", kBytesReceived, nullptr},
+    {"WLAN_GET_SSID_BYTES_SENT", kBytesSent, nullptr},
+    {"WLAN_GET_SSID_BYTES_RECEIVED", kBytesReceived, nullptr},
+    {"WLAN_GET_STEER_EVENT_REPORT", {}, &kSteerEvents},
+    {"WLAN_GET_DOT11U_ATTRIBUTE", kDot11u, nullptr},
+    {"HNC_GET_HNE_TABLE_ENTRY", kExtender, nullptr},
+    {"HNC_GET_SUPPORTED_HNE_TABLE_ENTRY", kSupported, nullptr},
+};
+
+constexpr value_meaning kValues[] = {
+    {"WLAN_GET_ASSOC_DEVICES_NUM", "", "stations associated with the BSS"},
+    {"WLAN_GET_CURRENT_CHANNEL", "", "channel number"},
+    {"WLAN_GET_AP_SCAN_STATUS", "", "0: none asked for, 1: running, 2: failed, 3: finished"},
+    {"WLAN_GET_RETRANSMISSION_METRIC", "%", "share of packets sent again; -1: unknown"},
+    {"WLAN_GET_BTM_CAPABLE", "", "1: 802.11v BSS transition management can be used"},
+    {"WLAN_GET_BTM_ENABLE", "", "1: 802.11v BSS transition management is on"},
+    {"WLAN_GET_CHANNEL_UTILIZATION_ENABLE", "", "1: the channel's utilization is measured"},
+    {"WLAN_GET_CHANNEL_UTILIZATION", "%", "share of time that the channel is busy"},
+    {"WLAN_GET_OPERATING_CLASS", "", "operating class of the channel, IEEE 802.11 annex E"},
+    {"WLAN_GET_HT_SUPPORT", "", "1: the wireless mode has 802.11n"},
+    {"WLAN_GET_VHT_SUPPORT", "", "1: the wireless mode has 802.11ac"},
+    {"WLAN_GET_HNC_STEER_STA_TYPE", "", "0: blacklist, 1: BSS transition request, 3: disconnect"},
+    {"WLAN_GET_HNC_STEER_BLACKLIST_ACTION", "", "0, 1, or 2: for the blacklist timer"},
+    {"WLAN_GET_HNC_STEER_BLACKLIST_TIMER", "s", "time of blacklist action 2"},
+    {"WLAN_GET_RADIO_MAX_BIT_RATE", "Mbit/s", "bit rate of the radio"},
+    {"WLAN_GET_ON_CHANNEL_MAX_TX_POWER_DBM", "dBm", "limit of the current channel"},
+    {"WLAN_GET_RADIO_MAX_TX_POWER_DBM", "dBm", "highest limit of all channels"},
+    {"WLAN_GET_BSS_HNC_SERVICE", "", "service of the BSS for the home network; 7: backhaul"},
+    {"WLAN_GET_PREK_STATUS", "",
+     "0: calibrated, 2: calibrated, with a backup, 3: not calibrated, -1: incomplete"},
+    {"HNC_GET_HNE_CONFIG_ATTEMPTS", "", "attempts to configure an extender"},
+    {"HNC_GET_HNE_CONFIG_DURATION", "", "duration of the attempts, as the controller counts it"},
+};
+
+constexpr value_meaning kNoMeaning = {"", "", ""};
+
+}  // namespace
+
+const payload_layout* payload_find(const procedure_row& procedure) {
+  for (const payload_layout& layout : kLayouts) {
+    if (std::string_view(layout.procedure) == procedure.name) return &layout;
+  }
+  return nullptr;
+}
+
+const value_meaning& payload_value(const procedure_row& procedure) {
+  for (const value_meaning& value : kValues) {
+    if (std::string_view(value.procedure) == procedure.name) return value;
+  }
+  return kNoMeaning;
+}

@@ -1,0 +1,62 @@
+#include "payload.h"
+
+#include <algorithm>
+
+// Reads `count` bytes, the low one first; none beyond the record.
+static uint64_t little_endian(std::string_view record, size_t at, size_t count) {
+  uint64_t value = 0;
+  for (size_t i = count; i-- > 0;) {
+    if (at + i < record.size()) value = (value << 8) | static_cast<unsigned char>(record[at + i]);
+  }
+  return value;
+}
+
+uint32_t payload_width(const payload_field& field) {
+  switch (field.type) {
+    case field_type::kU8:
+    case field_type::kI8:
+      return 1;
+    case field_type::kU16:
+    case field_type::kRate:
+      return 2;
+    case field_type::kU32:
+    case field_type::kI32:
+    case field_type::kFlag:
+    case field_type::kTime:
+      return 4;
+    case field_type::kU64:
+    case field_type::kI64:
+      return 8;
+    case field_type::kMac:
+      return 6;
+    case field_type::kText:
+    case field_type::kBytes:
+      return field.width;
+  }
+  return 0;
+}
+
+bool payload_is_signed(field_type type) {
+  return type == field_type::kI8 || type == field_type::kI32 || type == field_type::kI64;
+}
+
+uint32_t payload_row_count(const payload_rows& rows, std::string_view record) {
+  if (rows.count_at == kAllRows) return rows.capacity;
+  return static_cast<uint32_t>(
+      std::min<uint64_t>(little_endian(record, rows.count_at, 4), rows.capacity));
+}
+
+uint64_t payload_unsigned(const payload_field& field, std::string_view record) {
+  return little_endian(record, field.offset, payload_width(field));
+}
+
+int64_t payload_signed(const payload_field& field, std::string_view record) {
+  const unsigned unused = 64 - 8 * payload_width(field);
+  return static_cast<int64_t>(payload_unsigned(field, record) << unused) >> unused;
+}
+
+std::string_view payload_bytes(const payload_field& field, std::string_view record) {
+  if (field.offset >= record.size()) return {};
+  const std::string_view bytes = record.substr(field.offset, payload_width(field));
+  return field.type == field_type::kText ? bytes.substr(0, bytes.find('\0')) : bytes;
+}

@@ -1,0 +1,81 @@
+// What binary results hold: named fields. One layout per procedure whose result
+// is a record; text, JSON, schema, reference and packet dissector derive from it.
+//
+// Records are raw memory of the daemon's side, little-endian; where its words
+// travel as return_words they are the same bytes, low word first.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "table.h"
+
+enum class field_type {
+  kU8,
+  kI8,
+  kU16,
+  kU32,
+  kI32,
+  kU64,
+  kI64,
+  kFlag,   // 32 bits, 0 or not
+  kText,   // `width` bytes, up to the first NUL
+  kMac,    // six bytes
+  kRate,   // 16-bit transmit-rate word of the driver, see rate_word.h
+  kTime,   // 32 bits, seconds since the epoch, UTC
+  kBytes,  // `width` bytes without a known meaning
+};
+
+struct payload_field {
+  const char* name;  // in JSON
+  field_type type;
+  uint16_t offset;      // in the record, or in the row
+  uint16_t width;       // bytes, of kText and kBytes; else 0
+  const char* unit;     // "dBm", "s", ...; "" where there is none
+  const char* heading;  // of the column in text output; "": in JSON only
+  const char* meaning;
+};
+
+// Rows of one shape within a record.
+struct payload_rows {
+  const char* name;
+  // Where the number of rows in use stands, a u32; kAllRows: all are. More
+  // than `capacity` counts as `capacity`.
+  uint16_t count_at;
+  uint16_t first;   // offset of the first row
+  uint16_t stride;  // bytes from row to row
+  uint16_t capacity;
+  std::span<const payload_field> fields;
+};
+inline constexpr uint16_t kAllRows = 0xffff;
+
+struct payload_layout {
+  const char* procedure;  // as in the table
+  std::span<const payload_field> fields;
+  const payload_rows* rows;  // nullptr: none
+};
+
+// Of a procedure with a WORDS or IMAGE payload; nullptr for any other.
+const payload_layout* payload_find(const procedure_row& procedure);
+
+// Unit of the value of a procedure with an INT payload, and what the value
+// means where its name does not say it; "" where there is none.
+struct value_meaning {
+  const char* procedure;
+  const char* unit;
+  const char* meaning;
+};
+const value_meaning& payload_value(const procedure_row& procedure);
+
+// Bytes of a field in the record.
+uint32_t payload_width(const payload_field& field);
+
+// Rows in use in `record`, which has the size that the table says.
+uint32_t payload_row_count(const payload_rows& rows, std::string_view record);
+
+// Numbers of a record; a text without its padding.
+uint64_t payload_unsigned(const payload_field& field, std::string_view record);
+int64_t payload_signed(const payload_field& field, std::string_view record);
+std::string_view payload_bytes(const payload_field& field, std::string_view record);
+bool payload_is_signed(field_type type);

@@ -1,0 +1,149 @@
+#include "schema.h"
+
+#include <nlohmann/json.hpp>
+
+#include "lookup.h"
+#include "payload.h"
+
+namespace {
+
+using ordered_json = nlohmann::ordered_json;
+
+ordered_json type_of(const char* type) {
+  return {{"type", type}};
+}
+
+ordered_json integer(int64_t minimum, uint64_t maximum) {
+  return {{"type", "integer"}, {"minimum", minimum}, {"maximum", maximum}};
+}
+
+ordered_json rate_schema() {
+  ordered_json object = {{"type", "object"}, {"additionalProperties", false}};
+  object["properties"] = {{"mbit_s", type_of("number")},
+                          {"phy", {{"enum", {"CCK", "OFDM", "HT", "VHT"}}}},
+                          {"mhz", {{"enum", {20, 40, 80, 160}}}},
+                          {"streams", integer(0, 8)},
+                          {"mcs", integer(0, 15)},
+                          {"short_guard", type_of("boolean")},
+                          {"word", integer(0, UINT16_MAX)}};
+  object["required"] = {"mbit_s", "phy", "mhz", "streams", "mcs", "short_guard", "word"};
+  return object;
+}
+
+ordered_json field_schema(field_type type) {
+  switch (type) {
+    case field_type::kU8:
+      return integer(0, UINT8_MAX);
+    case field_type::kI8:
+      return integer(INT8_MIN, INT8_MAX);
+    case field_type::kU16:
+      return integer(0, UINT16_MAX);
+    case field_type::kU32:
+    case field_type::kTime:
+      return integer(0, UINT32_MAX);
+    case field_type::kI32:
+      return integer(INT32_MIN, INT32_MAX);
+    case field_type::kU64:
+      return integer(0, UINT64_MAX);
+    case field_type::kI64:
+      return integer(INT64_MIN, INT64_MAX);
+    case field_type::kFlag:
+      return type_of("boolean");
+    case field_type::kText:
+      return type_of("string");
+    case field_type::kMac:
+      return {{"type", "string"}, {"pattern", "^([0-9a-f]{2}:){5}[0-9a-f]{2}$"}};
+    case field_type::kRate:
+      return rate_schema();
+    case field_type::kBytes:
+      return {{"type", "string"}, {"pattern", "^([0-9a-f]{2})*$"}};
+  }
+  return {};
+}
+
+std::string description(const payload_field& field) {
+  std::string text = field.meaning;
+  if (*field.unit != '\0') text = text + " [" + field.unit + "]";
+  if (field.type == field_type::kTime) text += " [s since the epoch]";
+  return text;
+}
+
+ordered_json closed_object() {
+  return {{"type", "object"},
+          {"properties", ordered_json::object()},
+          {"required", ordered_json::array()},
+          {"additionalProperties", false}};
+}
+
+void add_text(ordered_json& object, const std::string& name) {
+  object["properties"][name] = type_of("string");
+  object["properties"][name + "_escaped"] = {
+      {"const", true}, {"description", "there when the text is no UTF-8: \\xNN stands for a byte"}};
+}
+
+ordered_json fields_schema(std::span<const payload_field> fields) {
+  ordered_json object = closed_object();
+  for (const payload_field& field : fields) {
+    if (field.type == field_type::kText) add_text(object, field.name);
+    ordered_json& property = object["properties"][field.name];
+    property = field_schema(field.type);
+    property["description"] = description(field);
+    object["required"].push_back(field.name);
+  }
+  return object;
+}
+
+ordered_json record_schema(const payload_layout& layout) {
+  ordered_json object = fields_schema(layout.fields);
+  if (layout.rows == nullptr) return object;
+  object["properties"][layout.rows->name] = {{"type", "array"},
+                                             {"maxItems", layout.rows->capacity},
+                                             {"items", fields_schema(layout.rows->fields)}};
+  object["required"].push_back(layout.rows->name);
+  return object;
+}
+
+ordered_json value_schema(const procedure_row& procedure) {
+  const value_meaning& value = payload_value(procedure);
+  ordered_json schema = integer(INT32_MIN, INT32_MAX);
+  if (*value.meaning != '\0') schema["description"] = value.meaning;
+  if (*value.unit != '\0') schema["x-unit"] = value.unit;
+  return schema;
+}
+
+// Adds "value" and requires it of every answer that is no failure.
+void add_value(ordered_json& object, const procedure_row& procedure) {
+  switch (procedure.payload) {
+    case payload_kind::INT:
+      object["properties"]["value"] = value_schema(procedure);
+      break;
+    case payload_kind::TEXT:
+      add_text(object, "value");
+      break;
+    case payload_kind::WORDS:
+    case payload_kind::IMAGE:
+      object["properties"]["value"] = record_schema(*payload_find(procedure));
+      break;
+    case payload_kind::CODE:
+    case payload_kind::NONE:
+      return;
+  }
+  object["if"] = {{"properties", {{"return_code", {{"minimum", 0}}}}}};
+  object["then"] = {{"required", {"value"}}};
+}
+
+}  // namespace
+
+std::string schema_of(const procedure_row& procedure) {
+  ordered_json schema = {{"$schema", "https://json-schema.org/draft/2020-12/schema"},
+                         {"title", lookup_display_name(procedure)},
+                         {"description", procedure.summary}};
+  schema.update(closed_object());
+  schema["properties"]["procedure"] = {{"const", lookup_display_name(procedure)}};
+  schema["properties"]["number"] = {{"const", procedure.number}};
+  schema["properties"]["return_code"] = integer(INT32_MIN, INT32_MAX);
+  schema["properties"]["return_code"]["description"] = "negative: the call failed";
+  schema["required"] = {"procedure", "number", "return_code"};
+  add_value(schema, procedure);
+  return schema.dump() + "\n";
+}

@@ -1,0 +1,81 @@
+#include "payload.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+namespace {
+
+bool is_record(const procedure_row& procedure) {
+  return procedure.payload == payload_kind::WORDS || procedure.payload == payload_kind::IMAGE;
+}
+
+// That the fields have names of their own and lie side by side within `size`.
+void expect_fields_fit(std::span<const payload_field> fields, uint32_t size,
+                       const char* procedure) {
+  std::set<std::string> names;
+  std::set<uint32_t> taken;
+  for (const payload_field& field : fields) {
+    EXPECT_TRUE(names.insert(field.name).second) << procedure << " " << field.name;
+    EXPECT_NE(*field.meaning, '\0') << procedure << " " << field.name;
+    EXPECT_LE(field.offset + payload_width(field), size) << procedure << " " << field.name;
+    for (uint32_t i = 0; i < payload_width(field); i++)
+      EXPECT_TRUE(taken.insert(field.offset + i).second) << procedure << " " << field.name;
+  }
+}
+
+TEST(Payload, EveryRecordOfTheTableHasALayoutThatFits) {
+  for (const procedure_row& procedure : table_procedures()) {
+    const payload_layout* layout = payload_find(procedure);
+    ASSERT_EQ(layout != nullptr, is_record(procedure)) << procedure.name;
+    if (layout == nullptr) continue;
+    expect_fields_fit(layout->fields, procedure.size, procedure.name);
+    if (layout->rows == nullptr) continue;
+    const payload_rows& rows = *layout->rows;
+    expect_fields_fit(rows.fields, rows.stride, procedure.name);
+    EXPECT_LE(rows.first + rows.stride * rows.capacity, procedure.size) << procedure.name;
+  }
+}
+
+TEST(Payload, MeaningsOfValuesAreOfIntegerGetters) {
+  int meanings = 0;
+  for (const procedure_row& procedure : table_procedures()) {
+    if (*payload_value(procedure).procedure == '\0') continue;
+    EXPECT_EQ(procedure.payload, payload_kind::INT) << procedure.name;
+    ++meanings;
+  }
+  EXPECT_EQ(meanings, 21) << "one of them names no procedure";
+}
+
+TEST(Payload, NumbersAreLittleEndianAndSigned) {
+  const std::string record("\xfe\xff\xff\xff\x01\x02\x03\x80", 8);
+  const auto field = [](field_type type, uint16_t offset) {
+    return payload_field{"", type, offset, 0, "", "", ""};
+  };
+  EXPECT_EQ(payload_unsigned(field(field_type::kU8, 0), record), 0xfeu);
+  EXPECT_EQ(payload_signed(field(field_type::kI8, 0), record), -2);
+  EXPECT_EQ(payload_unsigned(field(field_type::kU16, 4), record), 0x0201u);
+  EXPECT_EQ(payload_signed(field(field_type::kI32, 0), record), -2);
+  EXPECT_EQ(payload_unsigned(field(field_type::kU32, 4), record), 0x80030201u);
+  EXPECT_EQ(payload_unsigned(field(field_type::kU64, 0), record), 0x80030201fffffffeu);
+  EXPECT_EQ(payload_signed(field(field_type::kI64, 0), record),
+            static_cast<int64_t>(0x80030201fffffffeu));
+}
+
+TEST(Payload, TextEndsAtItsNulOrFillsItsField) {
+  const payload_field text = {"", field_type::kText, 1, 4, "", "", ""};
+  EXPECT_EQ(payload_bytes(text, std::string("xab\0cd", 6)), "ab");
+  EXPECT_EQ(payload_bytes(text, "xabcdef"), "abcd");
+}
+
+TEST(Payload, LyingCountIsTheCapacity) {
+  const payload_rows rows = {"", 0, 4, 1, 3, {}};
+  EXPECT_EQ(payload_row_count(rows, std::string("\2\0\0\0abc", 7)), 2u);
+  EXPECT_EQ(payload_row_count(rows, std::string("\4\0\0\0abc", 7)), 3u);
+  EXPECT_EQ(payload_row_count(rows, std::string("\xff\xff\xff\xff"
+                                                "abc",
+                                                7)),
+            3u);
+}
+
+}  // namespace

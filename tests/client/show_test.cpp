@@ -1,0 +1,95 @@
+#include "show.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "json.h"
+#include "lookup.h"
+
+namespace {
+
+void put(std::string& record, size_t at, std::string_view bytes) {
+  record.replace(at, bytes.size(), bytes);
+}
+
+std::string shown(const char* procedure, const std::string& record, size_t width = 0) {
+  return show_record(*payload_find(*lookup_name(procedure)), record, width);
+}
+
+std::string json_of(const char* procedure, const std::string& record) {
+  decoded_reply reply{};
+  reply.data = record;
+  return json_reply(*lookup_name(procedure), reply);
+}
+
+std::string stations_record() {
+  std::string record(5124, '\0');
+  put(record, 0, std::string("\2", 1));
+  // BSS 1, AID 3, power save; -48 and -51 dBm, -127 on the others; 260 s; VHT
+  // 80 MHz, two streams, MCS 9, short guard both ways; 1000 sent, 2 failed.
+  put(record, 4, std::string("\1\2\0\x5e\0\0\1\3\1\0\xd0\xcd\x81\x81", 14));
+  put(record, 20, std::string("\4\1\0\0\x19\x83\0\0\x19\x83", 10));
+  put(record, 36, std::string("\xe8\3\0\0\2", 5));
+  put(record, 44 + 1, "\xff\xfe\xfd\xfc\xfb\xfa");
+  return record;
+}
+
+TEST(Show, StationsAsATable) {
+  EXPECT_EQ(shown("wlan_get_assoc_devices_table", stations_record()),
+            "BSS STATION           AID PS RSSI FOR S    TX    RX SENT FAILED\n"
+            "  1 02:00:5e:00:00:01   3  1  -48   260 866.7 866.7 1000      2\n"
+            "  0 ff:fe:fd:fc:fb:fa   0  0    0     0   1.0   1.0    0      0\n");
+  EXPECT_EQ(shown("wlan_get_assoc_devices_table", std::string(5124, '\0')), "no stations\n");
+}
+
+TEST(Show, StationAsJson) {
+  std::string record = stations_record();
+  record[0] = 1;
+  EXPECT_EQ(
+      json_of("wlan_get_assoc_devices_table", record),
+      R"({"procedure":"wlan_get_assoc_devices_table","number":221,"return_code":0,"value":{"stations":[)"
+      R"({"bss_position":1,"mac_address":"02:00:5e:00:00:01","association_id":3,"power_save":1,)"
+      R"("mimo_power_save":0,"rssi_0":-48,"rssi_1":-51,"rssi_2":-127,"rssi_3":-127,)"
+      R"("connected_seconds":260,)"
+      R"("tx_rate":{"mbit_s":866.7,"phy":"VHT","mhz":80,"streams":2,"mcs":9,"short_guard":true,"word":33561},)"
+      R"("rx_rate":{"mbit_s":866.7,"phy":"VHT","mhz":80,"streams":2,"mcs":9,"short_guard":true,"word":33561},)"
+      R"("packets_sent":1000,"failures":2}]}})"
+      "\n");
+}
+
+TEST(Show, LongTextsAreCutAtTheTerminalOnly) {
+  std::string record(6764, '\0');
+  put(record, 0, std::string("\1", 1));
+  put(record, 4, std::string("\2\0\x5e\0\0\1\x0b\xb0", 8) + "A network with a rather long name");
+  put(record, 45, "WPA1PSKWPA2PSK/TKIPAES");
+  put(record, 68, "11b/g/n");
+  const std::string whole = shown("wlan_get_ap_scan_result", record);
+  EXPECT_NE(whole.find("02:00:5e:00:00:01 11  -80 A network with a rather long name "
+                       "WPA1PSKWPA2PSK/TKIPAES 11b/g/n\n"),
+            std::string::npos)
+      << whole;
+  const std::string cut = shown("wlan_get_ap_scan_result", record, 60);
+  const size_t table = cut.find("BSSID");
+  ASSERT_NE(table, std::string::npos);
+  for (size_t at = table; at < cut.size(); at = cut.find('\n', at) + 1)
+    EXPECT_LE(cut.find('\n', at) - at, 60u) << cut;
+}
+
+TEST(Show, TextsAndTimesAreSafeAndReadable) {
+  std::string record(1156, '\0');
+  put(record, 4, "02:00:5e:00:00:01");
+  put(record, 24, std::string("\0\xf1\x53\x65", 4));  // 1700000000 = 0x6553f100
+  put(record, 28, "\x1b[2J");
+  put(record, 1152, std::string("\1", 1));
+  EXPECT_EQ(shown("wlan_get_steer_event_report", record),
+            "TIME                 TYPE STATION           CODE\n"
+            "2023-11-14 22:13:20Z    0 02:00:5e:00:00:01 \\x1b[2J\n");
+}
+
+TEST(Show, FlagsAndMissingTimes) {
+  const std::string out = shown("wlan_get_na_sta_report", std::string(900, '\0'));
+  EXPECT_EQ(out, "valid       no\nrssi        0 dBm\ntime        -\nmac_address \n");
+}
+
+}  // namespace
