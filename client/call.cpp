@@ -11,15 +11,10 @@
 #include <cstring>
 #include <ctime>
 
+#include "moment.h"
 #include "text.h"
 
 namespace {
-
-double now() {
-  timespec t{};
-  clock_gettime(CLOCK_MONOTONIC, &t);
-  return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_nsec) / 1e9;
-}
 
 call_answer failed(call_status status, int error_number = 0) {
   call_answer answer{};
@@ -66,7 +61,7 @@ uint32_t new_xid() {
 // time is over, -1 see errno.
 int wait_readable(int fd, double deadline) {
   while (true) {
-    double left = deadline - now();
+    double left = deadline - moment_now();
     if (left <= 0) return 0;
     pollfd poll_fd{fd, POLLIN, 0};
     int milliseconds = static_cast<int>(std::ceil(left * 1000));
@@ -96,7 +91,7 @@ call_answer await_reply(int fd, uint32_t xid, double started, double timeout) {
     if (length < 0) return failed_system(errno);
     unread_bytes message(buffer.data(), static_cast<size_t>(length));
     rpc_reply reply = rpc_read_reply(xid, message);
-    if (reply.status != rpc_status::kOther) return answered(reply, now() - started);
+    if (reply.status != rpc_status::kOther) return answered(reply, moment_now() - started);
   }
 }
 
@@ -149,7 +144,7 @@ call_answer call_procedure(const call_target& target, uint32_t number,
   call_answer answer{};
   int fd = open_socket(target, &answer);
   if (fd < 0) return answer;
-  double started = now();
+  double started = moment_now();
   if (send(fd, message.data(), message.size(), 0) < 0)
     answer = failed_system(errno);
   else

@@ -83,8 +83,7 @@ ordered_json record_value(const payload_layout& layout, std::string_view record)
   const payload_rows& rows = *layout.rows;
   ordered_json& list = object[rows.name] = ordered_json::array();
   for (uint32_t i = 0; i < payload_row_count(rows, record); i++)
-    list.push_back(
-        fields_value(rows.fields, record.substr(rows.first + i * rows.stride, rows.stride)));
+    list.push_back(fields_value(rows.fields, payload_row(rows, record, i)));
   return object;
 }
 
@@ -128,11 +127,15 @@ ordered_json describe_fields(std::span<const payload_field> fields) {
 
 }  // namespace
 
-std::string json_reply(const procedure_row& procedure, const decoded_reply& reply) {
+nlohmann::ordered_json json_result(const procedure_row& procedure, const decoded_reply& reply) {
   ordered_json object = head(procedure);
   object["return_code"] = reply.code;
   if (reply.code >= 0) put_payload(object, procedure, reply);
-  return line(object);
+  return object;
+}
+
+std::string json_reply(const procedure_row& procedure, const decoded_reply& reply) {
+  return line(json_result(procedure, reply));
 }
 
 std::string json_raw(uint32_t number, std::string_view result) {

@@ -1,20 +1,22 @@
 // What --json prints: each function makes one JSON value on one line, in ASCII.
 //
 // Texts are JSON strings. A text that is no valid UTF-8 cannot be one; then
-// the object has "escaped": true, every byte that is no UTF-8 is written \xNN
-// and every backslash is doubled. Without "escaped" the text is as it is.
+// "NAME_escaped" is true beside it, every byte that is no UTF-8 is written \xNN
+// and every backslash is doubled. Without it the text is as it is.
 #pragma once
 
 #include <cstdint>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <string_view>
 
 #include "reply.h"
 #include "table.h"
 
-// "procedure", "number", "return_code", and by kind "value" (INT, TEXT),
-// "words" (WORDS) or "data" (IMAGE, hexadecimal). A negative return code
-// stands alone: what comes with it is no value.
+// "procedure", "number", "return_code" and "value": a number, a text or, for a
+// record, an object of its fields. A negative return code stands alone: what
+// comes with it is no value.
+nlohmann::ordered_json json_result(const procedure_row& procedure, const decoded_reply& reply);
 std::string json_reply(const procedure_row& procedure, const decoded_reply& reply);
 
 // "procedure" (null when unknown), "number" and "result": all bytes of the

@@ -11,37 +11,37 @@ using enum field_type;
 // The driver keeps byte counters before packet counters and what it sent before
 // what it received.
 constexpr payload_field kBasicStats[] = {
-    {"bytes_sent", kU32, 0, 0, "B", "", "bytes sent"},
-    {"bytes_received", kU32, 4, 0, "B", "", "bytes received"},
-    {"packets_sent", kU32, 8, 0, "", "", "packets sent"},
-    {"packets_received", kU32, 12, 0, "", "", "packets received"},
+    {"bytes_sent", kCounter32, 0, 0, "B", "", "bytes sent"},
+    {"bytes_received", kCounter32, 4, 0, "B", "", "bytes received"},
+    {"packets_sent", kCounter32, 8, 0, "", "", "packets sent"},
+    {"packets_received", kCounter32, 12, 0, "", "", "packets received"},
     {"associations", kU32, 16, 0, "", "", "stations associated with the BSS"},
 };
 
 constexpr payload_field kStats[] = {
-    {"errors_sent", kU32, 0, 0, "", "", "packets that could not be sent"},
-    {"errors_received", kU32, 4, 0, "", "", "packets received with errors"},
-    {"unicast_packets_sent", kU32, 8, 0, "", "", "of a BSS only"},
-    {"unicast_packets_received", kU32, 12, 0, "", "", "of a BSS only"},
-    {"discard_packets_sent", kU32, 16, 0, "", "", "packets to send that were dropped"},
-    {"discard_packets_received", kU32, 20, 0, "", "", "received packets that were dropped"},
-    {"multicast_packets_sent", kU32, 24, 0, "", "", "of a BSS only"},
-    {"multicast_packets_received", kU32, 28, 0, "", "", "of a BSS only"},
-    {"broadcast_packets_sent", kU32, 32, 0, "", "", "of a BSS only"},
-    {"broadcast_packets_received", kU32, 36, 0, "", "", "of a BSS only"},
-    {"unknown_protocol_packets_received", kU32, 40, 0, "", "", "always 0"},
-    {"bytes_sent", kU32, 44, 0, "B", "", "of a radio only"},
-    {"bytes_received", kU32, 48, 0, "B", "", "of a radio only"},
-    {"packets_sent", kU32, 52, 0, "", "", "of a radio only"},
-    {"packets_received", kU32, 56, 0, "", "", "of a radio only"},
+    {"errors_sent", kCounter32, 0, 0, "", "", "packets that could not be sent"},
+    {"errors_received", kCounter32, 4, 0, "", "", "packets received with errors"},
+    {"unicast_packets_sent", kCounter32, 8, 0, "", "", "of a BSS only"},
+    {"unicast_packets_received", kCounter32, 12, 0, "", "", "of a BSS only"},
+    {"discard_packets_sent", kCounter32, 16, 0, "", "", "packets to send that were dropped"},
+    {"discard_packets_received", kCounter32, 20, 0, "", "", "received packets that were dropped"},
+    {"multicast_packets_sent", kCounter32, 24, 0, "", "", "of a BSS only"},
+    {"multicast_packets_received", kCounter32, 28, 0, "", "", "of a BSS only"},
+    {"broadcast_packets_sent", kCounter32, 32, 0, "", "", "of a BSS only"},
+    {"broadcast_packets_received", kCounter32, 36, 0, "", "", "of a BSS only"},
+    {"unknown_protocol_packets_received", kCounter32, 40, 0, "", "", "always 0"},
+    {"bytes_sent", kCounter32, 44, 0, "B", "", "of a radio only"},
+    {"bytes_received", kCounter32, 48, 0, "B", "", "of a radio only"},
+    {"packets_sent", kCounter32, 52, 0, "", "", "of a radio only"},
+    {"packets_received", kCounter32, 56, 0, "", "", "of a radio only"},
 };
 
-constexpr payload_field kBytesSent[] = {{"bytes_sent", kU64, 0, 0, "B", "", "sent so far"}};
+constexpr payload_field kBytesSent[] = {{"bytes_sent", kCounter64, 0, 0, "B", "", "sent so far"}};
 constexpr payload_field kBytesReceived[] = {
-    {"bytes_received", kU64, 0, 0, "B", "", "received so far"}};
-constexpr payload_field kTxPackets[] = {{"packets_sent", kI64, 0, 0, "", "", "sent so far"}};
+    {"bytes_received", kCounter64, 0, 0, "B", "", "received so far"}};
+constexpr payload_field kTxPackets[] = {{"packets_sent", kCounterI64, 0, 0, "", "", "sent so far"}};
 constexpr payload_field kRxPackets[] = {
-    {"packets_received", kI64, 0, 0, "", "", "received so far"}};
+    {"packets_received", kCounterI64, 0, 0, "", "", "received so far"}};
 
 constexpr payload_field kChannelStatistics[] = {
     {"channel_busy", kI32, 0, 0, "%", "", "share of time that the channel is busy; -1: unknown"},
@@ -84,11 +84,11 @@ constexpr payload_field kAssocDevice[] = {
     {"rx_rate", kU32, 156, 0, "", "", "receive rate"},
     {"max_rate", kU32, 160, 0, "", "", "highest rate"},
     {"rssi", kI32, 164, 0, "dBm", "", "signal"},
-    {"packets_sent", kU32, 168, 0, "", "", "packets sent"},
-    {"packets_received", kU32, 172, 0, "", "", "packets received"},
+    {"packets_sent", kCounter32, 168, 0, "", "", "packets sent"},
+    {"packets_received", kCounter32, 172, 0, "", "", "packets received"},
     {"association_id", kU16, 176, 0, "", "", "association id"},
-    {"bytes_sent", kU32, 180, 0, "B", "", "bytes sent"},
-    {"bytes_received", kU32, 184, 0, "B", "", "bytes received"},
+    {"bytes_sent", kCounter32, 180, 0, "B", "", "bytes sent"},
+    {"bytes_received", kCounter32, 184, 0, "B", "", "bytes received"},
     {"retries", kU32, 188, 0, "", "", "retransmissions"},
     {"power_save", kU8, 192, 0, "", "", "power save"},
     {"noise", kI32, 196, 0, "dBm", "", "noise"},
@@ -109,8 +109,8 @@ constexpr payload_field kStation[] = {
     {"connected_seconds", kU32, 16, 0, "s", "FOR S", "time since the association"},
     {"tx_rate", kRate, 20, 0, "Mbit/s", "TX", "rate of the last packet to it"},
     {"rx_rate", kRate, 24, 0, "Mbit/s", "RX", "rate of the last packet from it"},
-    {"packets_sent", kU32, 32, 0, "", "SENT", "packets sent to it"},
-    {"failures", kU32, 36, 0, "", "FAILED", "packets to it that failed"},
+    {"packets_sent", kCounter32, 32, 0, "", "SENT", "packets sent to it"},
+    {"failures", kCounter32, 36, 0, "", "FAILED", "packets to it that failed"},
 };
 constexpr payload_rows kStations = {"stations", 0, 4, 40, 128, kStation};
 
@@ -122,8 +122,8 @@ constexpr payload_field kBtmStation[] = {
     {"uplink_rate", kI32, 8, 0, "kbit/s", "UP", "rate of the last packet from it; 1024 a Mbit"},
     {"tx_mcs", kI32, 12, 0, "", "MCS", "MCS or rate index of the last packet to it"},
     {"rx_mcs", kI32, 16, 0, "", "", "MCS or rate index of the last packet from it"},
-    {"bytes_sent", kU64, 20, 0, "B", "SENT", "bytes sent to it"},
-    {"bytes_received", kU64, 28, 0, "B", "RECEIVED", "bytes received from it"},
+    {"bytes_sent", kCounter64, 20, 0, "B", "SENT", "bytes sent to it"},
+    {"bytes_received", kCounter64, 28, 0, "B", "RECEIVED", "bytes received from it"},
     {"backhaul", kFlag, 36, 0, "", "", "its BSS is a backhaul BSS"},
     {"btm", kU8, 59, 0, "", "BTM", "802.11v BSS transition capability times 8"},
     {"is_ht", kFlag, 68, 0, "", "", "802.11n or later"},

@@ -8,7 +8,8 @@
 
 namespace {
 
-const char* const kCommands[] = {"PING", "LIST", "DESCRIBE", "SCHEMA"};
+const char* const kCommands[] = {"PING", "LIST",  "DESCRIBE", "SCHEMA",
+                                 "DUMP", "WATCH", "TOP",      "COMPLETION"};
 
 std::string fold(std::string_view name) {
   std::string out = text_upper(name);

@@ -9,8 +9,9 @@
 struct meaning_entry {
   const char* procedure;  // as in the table; nullptr: of every procedure
   const char* argument;
-  const char* text;     // meaning, unit and range
-  const char* example;  // an accepted value
+  const char* text;              // meaning, unit and range
+  const char* example;           // an accepted value
+  const char* values = nullptr;  // all that make sense, with blanks between
 };
 
 // nullptr when the argument has no entry.

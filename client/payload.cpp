@@ -21,11 +21,14 @@ uint32_t payload_width(const payload_field& field) {
       return 2;
     case field_type::kU32:
     case field_type::kI32:
+    case field_type::kCounter32:
     case field_type::kFlag:
     case field_type::kTime:
       return 4;
     case field_type::kU64:
     case field_type::kI64:
+    case field_type::kCounter64:
+    case field_type::kCounterI64:
       return 8;
     case field_type::kMac:
       return 6;
@@ -37,13 +40,29 @@ uint32_t payload_width(const payload_field& field) {
 }
 
 bool payload_is_signed(field_type type) {
-  return type == field_type::kI8 || type == field_type::kI32 || type == field_type::kI64;
+  return type == field_type::kI8 || type == field_type::kI32 || type == field_type::kI64 ||
+         type == field_type::kCounterI64;
+}
+
+bool payload_is_counter(field_type type) {
+  return type == field_type::kCounter32 || type == field_type::kCounter64 ||
+         type == field_type::kCounterI64;
+}
+
+uint64_t payload_growth(const payload_field& field, std::string_view earlier,
+                        std::string_view record) {
+  const uint64_t growth = payload_unsigned(field, record) - payload_unsigned(field, earlier);
+  return field.type == field_type::kCounter32 ? static_cast<uint32_t>(growth) : growth;
 }
 
 uint32_t payload_row_count(const payload_rows& rows, std::string_view record) {
   if (rows.count_at == kAllRows) return rows.capacity;
   return static_cast<uint32_t>(
       std::min<uint64_t>(little_endian(record, rows.count_at, 4), rows.capacity));
+}
+
+std::string_view payload_row(const payload_rows& rows, std::string_view record, uint32_t index) {
+  return record.substr(rows.first + index * rows.stride, rows.stride);
 }
 
 uint64_t payload_unsigned(const payload_field& field, std::string_view record) {

@@ -19,12 +19,15 @@ enum class field_type {
   kI32,
   kU64,
   kI64,
-  kFlag,   // 32 bits, 0 or not
-  kText,   // `width` bytes, up to the first NUL
-  kMac,    // six bytes
-  kRate,   // 16-bit transmit-rate word of the driver, see rate_word.h
-  kTime,   // 32 bits, seconds since the epoch, UTC
-  kBytes,  // `width` bytes without a known meaning
+  kCounter32,  // counts up, and on from 0 when it is full
+  kCounter64,
+  kCounterI64,  // signed
+  kFlag,        // 32 bits, 0 or not
+  kText,        // `width` bytes, up to the first NUL
+  kMac,         // six bytes
+  kRate,        // 16-bit transmit-rate word of the driver, see rate_word.h
+  kTime,        // 32 bits, seconds since the epoch, UTC
+  kBytes,       // `width` bytes without a known meaning
 };
 
 struct payload_field {
@@ -74,8 +77,16 @@ uint32_t payload_width(const payload_field& field);
 // Rows in use in `record`, which has the size that the table says.
 uint32_t payload_row_count(const payload_rows& rows, std::string_view record);
 
+// The bytes of one row.
+std::string_view payload_row(const payload_rows& rows, std::string_view record, uint32_t index);
+
 // Numbers of a record; a text without its padding.
 uint64_t payload_unsigned(const payload_field& field, std::string_view record);
 int64_t payload_signed(const payload_field& field, std::string_view record);
 std::string_view payload_bytes(const payload_field& field, std::string_view record);
 bool payload_is_signed(field_type type);
+bool payload_is_counter(field_type type);
+
+// How much a counter grew since an earlier record.
+uint64_t payload_growth(const payload_field& field, std::string_view earlier,
+                        std::string_view record);

@@ -1,44 +1,20 @@
 #include "run.h"
 
-#include <sys/ioctl.h>
-#include <unistd.h>
-
-#include "args.h"
 #include "arguments.h"
-#include "call.h"
+#include "completion.h"
 #include "describe.h"
+#include "dump.h"
 #include "json.h"
 #include "lookup.h"
 #include "payload.h"
-#include "reply.h"
 #include "schema.h"
+#include "session.h"
 #include "show.h"
 #include "text.h"
+#include "top.h"
+#include "watch.h"
 
 namespace {
-
-struct output_streams {
-  FILE* out;
-  FILE* err;
-};
-
-void print(const output_streams& streams, const std::string& text) {
-  fwrite(text.data(), 1, text.size(), streams.out);
-}
-
-exit_status fail(const output_streams& streams, exit_status status, const std::string& line) {
-  fprintf(streams.err, "wificonf: %s\n", line.c_str());
-  return status;
-}
-
-// Columns of the terminal that `out` is, or 0.
-size_t terminal_width(FILE* out) {
-  int fd = fileno(out);
-  if (fd < 0 || isatty(fd) == 0) return 0;
-  winsize size{};
-  bool known = ioctl(fd, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
-  return known ? size.ws_col : 80;
-}
 
 const char* code_meaning(int32_t code) {
   switch (code) {
@@ -90,27 +66,6 @@ exit_status show_reply(const output_streams& streams, const client_options& opti
   return kExitDone;
 }
 
-// Calls; false when there is no result to look at, with *status what to exit
-// with.
-bool call(const output_streams& streams, const client_options& options, uint32_t number,
-          const std::string& name, const byte_string& arguments, call_answer& answer,
-          exit_status* status) {
-  call_target target{options.host, options.port, options.timeout};
-  answer = call_procedure(target, number, arguments);
-  std::string line = call_explain(answer, target, name);
-  if (line.empty()) return true;
-  bool unsent = answer.status == call_status::kTooLong;
-  *status = fail(streams, unsent ? kExitUsage : kExitNoAnswer, line);
-  return false;
-}
-
-exit_status malformed(const output_streams& streams, const std::string& name,
-                      const std::string& why) {
-  return fail(
-      streams, kExitNoAnswer,
-      name + ": the reply is malformed, " + why + "; compare the releases of daemon and client");
-}
-
 // A result as the bytes that came.
 void show_bytes(const output_streams& streams, const client_options& options, uint32_t number,
                 const byte_string& result) {
@@ -121,24 +76,21 @@ void show_bytes(const output_streams& streams, const client_options& options, ui
     print(streams, bytes.empty() ? "ok (empty result)\n" : text_dump_bytes(bytes));
 }
 
-exit_status run_procedure(const output_streams& streams, const client_options& options,
-                          const procedure_row& procedure) {
-  std::vector<std::string> given(options.words.begin() + 1, options.words.end());
-  byte_string arguments;
-  std::string error;
-  if (!arguments_encode(procedure, given, arguments, error)) {
-    return fail(streams, kExitUsage, error + "; usage: " + arguments_usage(procedure));
-  }
-  call_answer answer;
+exit_status run_procedure(const output_streams& streams, const client_options& options) {
+  prepared_call prepared;
   exit_status status = kExitDone;
-  std::string name = lookup_display_name(procedure);
-  if (!call(streams, options, procedure.number, name, arguments, answer, &status)) return status;
+  if (!session_prepare(streams, options.words, prepared, &status)) return status;
+  const procedure_row& procedure = *prepared.procedure;
   if (options.raw) {
+    call_answer answer;
+    if (!session_call(streams, options, procedure.number, lookup_display_name(procedure),
+                      prepared.arguments, answer, &status))
+      return status;
     show_bytes(streams, options, procedure.number, answer.result);
     return kExitDone;
   }
   decoded_reply reply;
-  if (!reply_decode(procedure, answer.result, reply, error)) return malformed(streams, name, error);
+  if (!session_ask(streams, options, prepared, reply, &status)) return status;
   return show_reply(streams, options, procedure, reply);
 }
 
@@ -156,7 +108,7 @@ exit_status run_number(const output_streams& streams, const client_options& opti
   call_answer answer;
   exit_status status = kExitDone;
   std::string name = "procedure " + lookup_display_number(number);
-  if (!call(streams, options, number, name, {}, answer, &status)) return status;
+  if (!session_call(streams, options, number, name, {}, answer, &status)) return status;
   show_bytes(streams, options, number, answer.result);
   return kExitDone;
 }
@@ -165,9 +117,11 @@ exit_status run_ping(const output_streams& streams, const client_options& option
   if (options.words.size() > 1) return fail(streams, kExitUsage, "ping takes no arguments");
   call_answer answer;
   exit_status status = kExitDone;
-  if (!call(streams, options, 0, "ping", {}, answer, &status)) return status;
+  if (!session_call(streams, options, 0, "ping", {}, answer, &status)) return status;
   if (!answer.result.empty())
-    return malformed(streams, "ping", "it has a result where none belongs");
+    return fail(streams, kExitNoAnswer,
+                "ping: the reply has a result where none belongs; is it the daemon that answers "
+                "there?");
   if (options.json)
     print(streams, json_ping(answer.seconds));
   else
@@ -189,16 +143,6 @@ exit_status run_list(const output_streams& streams, const client_options& option
   return kExitDone;
 }
 
-exit_status unknown_procedure(const output_streams& streams, const std::string& word) {
-  std::vector<std::string> near = lookup_near(word);
-  std::string line = "no procedure " + text_quote(word);
-  if (near.empty()) return fail(streams, kExitUsage, line + "; 'wificonf list' has all");
-  line += "; did you mean " + near[0];
-  for (size_t i = 1; i < near.size(); i++)
-    line += (i + 1 == near.size() ? " or " : ", ") + near[i];
-  return fail(streams, kExitUsage, line + "?");
-}
-
 exit_status run_describe(const output_streams& streams, const client_options& options) {
   if (options.words.size() != 2)
     return fail(streams, kExitUsage, "describe takes one PROCEDURE; 'wificonf list' has all");
@@ -218,16 +162,26 @@ exit_status run_schema(const output_streams& streams, const client_options& opti
   return kExitDone;
 }
 
+exit_status run_completion(const output_streams& streams, const client_options& options) {
+  const std::string shell = options.words.size() == 2 ? options.words[1] : "";
+  const std::string script = completion_script(shell);
+  if (script.empty()) return fail(streams, kExitUsage, "completion takes bash or zsh");
+  print(streams, script);
+  return kExitDone;
+}
+
 exit_status run_words(const output_streams& streams, const client_options& options) {
   const std::string& word = options.words[0];
   if (word == "ping") return run_ping(streams, options);
   if (word == "list") return run_list(streams, options);
   if (word == "describe") return run_describe(streams, options);
   if (word == "schema") return run_schema(streams, options);
+  if (word == "watch") return run_watch(streams, options);
+  if (word == "dump") return run_dump(streams, options);
+  if (word == "completion") return run_completion(streams, options);
+  if (word == "top") return run_top(streams, options);
   if (lookup_is_number(word)) return run_number(streams, options);
-  const procedure_row* procedure = lookup_name(word);
-  if (procedure == nullptr) return unknown_procedure(streams, word);
-  return run_procedure(streams, options, *procedure);
+  return run_procedure(streams, options);
 }
 
 }  // namespace

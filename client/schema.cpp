@@ -39,13 +39,16 @@ ordered_json field_schema(field_type type) {
     case field_type::kU16:
       return integer(0, UINT16_MAX);
     case field_type::kU32:
+    case field_type::kCounter32:
     case field_type::kTime:
       return integer(0, UINT32_MAX);
     case field_type::kI32:
       return integer(INT32_MIN, INT32_MAX);
     case field_type::kU64:
+    case field_type::kCounter64:
       return integer(0, UINT64_MAX);
     case field_type::kI64:
+    case field_type::kCounterI64:
       return integer(INT64_MIN, INT64_MAX);
     case field_type::kFlag:
       return type_of("boolean");

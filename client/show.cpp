@@ -1,11 +1,9 @@
 #include "show.h"
 
-#include <libsmartcols.h>
-
 #include <cinttypes>
-#include <cstdlib>
-#include <ctime>
 
+#include "columns.h"
+#include "moment.h"
 #include "rate_word.h"
 #include "text.h"
 
@@ -18,85 +16,91 @@ std::string show_mac(std::string_view mac) {
   return text;
 }
 
-std::string show_time(uint64_t seconds) {
-  if (seconds == 0) return "-";
-  const auto time = static_cast<time_t>(seconds);
-  tm date{};
-  gmtime_r(&time, &date);
-  char text[32];
-  strftime(text, sizeof text, "%Y-%m-%d %H:%M:%SZ", &date);
-  return text;
-}
-
-// An aligned table; released with scols_unref_table.
-libscols_table* new_table(size_t width) {
-  libscols_table* table = scols_new_table();
-  scols_table_enable_noencoding(table, 1);  // texts are safe already
-  if (width != 0) {
-    scols_table_set_termwidth(table, width);
-    scols_table_set_termforce(table, SCOLS_TERMFORCE_ALWAYS);
-  } else {
-    scols_table_set_termforce(table, SCOLS_TERMFORCE_NEVER);
-  }
-  return table;
-}
-
-std::string printed(libscols_table* table) {
-  char* text = nullptr;
-  scols_print_table_to_string(table, &text);
-  const std::string out = text == nullptr ? "" : text;
-  free(text);
-  return out.empty() || out.back() == '\n' ? out : out + "\n";
-}
-
 bool is_text(field_type type) {
   return type == field_type::kText || type == field_type::kMac || type == field_type::kTime;
 }
 
+// A counter's growth per second; "" for other fields and without an earlier
+// record.
+std::string show_rate(const payload_field& field, std::string_view record,
+                      const earlier_record* earlier) {
+  if (earlier == nullptr || earlier->record.empty() || !payload_is_counter(field.type)) return "";
+  const double growth = static_cast<double>(payload_growth(field, earlier->record, record));
+  const double rate = growth / earlier->seconds;
+  return text_format(rate < 100 ? "%.1f" : "%.0f", rate);
+}
+
+// The row as it was; an empty record when it was not there.
+earlier_record earlier_row(const payload_rows& rows, std::string_view row,
+                           const earlier_record& earlier) {
+  for (const payload_field& field : rows.fields) {
+    if (std::string_view(field.name) != "mac_address") continue;
+    for (uint32_t i = 0; i < payload_row_count(rows, earlier.record); i++) {
+      const std::string_view then = payload_row(rows, earlier.record, i);
+      if (payload_bytes(field, then) == payload_bytes(field, row)) return {then, earlier.seconds};
+    }
+  }
+  return {{}, earlier.seconds};
+}
+
 std::string show_fields(std::span<const payload_field> fields, std::string_view record,
-                        size_t width) {
-  libscols_table* table = new_table(width);
-  scols_table_enable_noheadings(table, 1);
-  for (const char* column : {"name", "value"})
-    scols_table_new_column(table, column, 0, 0);
+                        size_t width, const earlier_record* earlier) {
+  static constexpr text_column kColumns[] = {{"", false}, {"", false}, {"", true}};
+  std::vector<std::vector<std::string>> lines;
   for (const payload_field& field : fields) {
-    libscols_line* line = scols_table_new_line(table, nullptr);
     const std::string unit = *field.unit == '\0' ? "" : std::string(" ") + field.unit;
-    scols_line_set_data(line, 0, field.name);
-    scols_line_set_data(line, 1, (show_value(field, record) + unit).c_str());
+    const std::string rate = show_rate(field, record, earlier);
+    lines.push_back({field.name, show_value(field, record) + unit});
+    if (!rate.empty()) lines.back().push_back(rate + unit + "/s");
   }
-  const std::string out = printed(table);
-  scols_unref_table(table);
-  return out;
+  return columns_text(std::span(kColumns).first(earlier == nullptr ? 2 : 3), lines, false, width);
 }
 
-void add_columns(libscols_table* table, std::span<const payload_field> fields) {
-  for (const payload_field& field : fields) {
+// Whether a counter has a column for its rate beside its own.
+bool has_rate(const payload_field& field, const earlier_record* earlier) {
+  return earlier != nullptr && payload_is_counter(field.type);
+}
+
+std::vector<std::string> row_texts(const payload_rows& rows, std::string_view row,
+                                   const earlier_record* earlier) {
+  earlier_record then = {};
+  if (earlier != nullptr) then = earlier_row(rows, row, *earlier);
+  std::vector<std::string> texts;
+  for (const payload_field& field : rows.fields) {
     if (*field.heading == '\0') continue;
-    const int flags = is_text(field.type) ? SCOLS_FL_TRUNC : SCOLS_FL_RIGHT;
-    scols_table_new_column(table, field.heading, 0, flags);
+    texts.push_back(show_value(field, row));
+    if (has_rate(field, earlier)) texts.push_back(show_rate(field, row, &then));
   }
+  return texts;
 }
 
-void add_line(libscols_table* table, std::span<const payload_field> fields, std::string_view row) {
-  libscols_line* line = scols_table_new_line(table, nullptr);
-  size_t column = 0;
-  for (const payload_field& field : fields) {
-    if (*field.heading == '\0') continue;
-    scols_line_set_data(line, column++, show_value(field, row).c_str());
-  }
-}
-
-std::string show_rows(const payload_rows& rows, std::string_view record, size_t width) {
+std::string show_rows(const payload_rows& rows, std::string_view record, size_t width,
+                      const earlier_record* earlier) {
   const uint32_t count = payload_row_count(rows, record);
   if (count == 0) return text_format("no %s\n", rows.name);
-  libscols_table* table = new_table(width);
-  add_columns(table, rows.fields);
+  std::vector<text_column> columns;
+  for (const payload_field& field : rows.fields) {
+    if (*field.heading == '\0') continue;
+    columns.push_back({field.heading, !is_text(field.type)});
+    if (has_rate(field, earlier)) columns.push_back({"/S", true});
+  }
+  std::vector<std::vector<std::string>> lines;
   for (uint32_t i = 0; i < count; i++)
-    add_line(table, rows.fields, record.substr(rows.first + i * rows.stride, rows.stride));
-  const std::string out = printed(table);
-  scols_unref_table(table);
-  return out;
+    lines.push_back(row_texts(rows, payload_row(rows, record, i), earlier));
+  return columns_text(columns, lines, true, width);
+}
+
+std::string show_line(std::span<const payload_field> fields, std::string_view record,
+                      const earlier_record* earlier) {
+  std::string line;
+  for (const payload_field& field : fields) {
+    const std::string value = show_value(field, record);
+    const char* quote = value.find_first_of(" \"") == std::string::npos ? "" : "\"";
+    line.append(" ").append(field.name).append("=").append(quote).append(value).append(quote);
+    const std::string rate = show_rate(field, record, earlier);
+    if (!rate.empty()) line.append(" ").append(field.name).append("/s=").append(rate);
+  }
+  return line + "\n";
 }
 
 }  // namespace
@@ -110,7 +114,7 @@ std::string show_value(const payload_field& field, std::string_view record) {
     case field_type::kBytes:
       return text_hex(payload_bytes(field, record));
     case field_type::kTime:
-      return show_time(payload_unsigned(field, record));
+      return moment_text(payload_unsigned(field, record));
     case field_type::kRate:
       return rate_word_megabits(
           rate_word_decode(static_cast<uint16_t>(payload_unsigned(field, record))));
@@ -123,9 +127,24 @@ std::string show_value(const payload_field& field, std::string_view record) {
   }
 }
 
-std::string show_record(const payload_layout& layout, std::string_view record, size_t width) {
+std::string show_record(const payload_layout& layout, std::string_view record, size_t width,
+                        const earlier_record* earlier) {
   std::string out;
-  if (!layout.fields.empty()) out = show_fields(layout.fields, record, width);
-  if (layout.rows != nullptr) out += show_rows(*layout.rows, record, width);
+  if (!layout.fields.empty()) out = show_fields(layout.fields, record, width, earlier);
+  if (layout.rows != nullptr) out += show_rows(*layout.rows, record, width, earlier);
+  return out;
+}
+
+std::string show_lines(const payload_layout& layout, std::string_view record,
+                       const std::string& start, const earlier_record* earlier) {
+  std::string out;
+  if (!layout.fields.empty()) out = start + show_line(layout.fields, record, earlier);
+  if (layout.rows == nullptr) return out;
+  for (uint32_t i = 0; i < payload_row_count(*layout.rows, record); i++) {
+    const std::string_view row = payload_row(*layout.rows, record, i);
+    const earlier_record then =
+        earlier == nullptr ? earlier_record{{}, 1} : earlier_row(*layout.rows, row, *earlier);
+    out += start + show_line(layout.rows->fields, row, &then);
+  }
   return out;
 }

@@ -10,7 +10,20 @@
 // is none.
 std::string show_value(const payload_field& field, std::string_view record);
 
+// The same record some time before.
+struct earlier_record {
+  std::string_view record;
+  double seconds;  // ago
+};
+
 // The record of a procedure with a layout: its fields one a line, then a table
 // of its rows. `width`: columns of the terminal, where long texts are cut; 0
-// for none.
-std::string show_record(const payload_layout& layout, std::string_view record, size_t width);
+// for none. With an earlier record counters have their growth per second
+// beside them; rows are told apart by their MAC addresses.
+std::string show_record(const payload_layout& layout, std::string_view record, size_t width,
+                        const earlier_record* earlier = nullptr);
+
+// The same in lines of "name=value" for programs, each beginning with `start`:
+// one for the fields, one for each row.
+std::string show_lines(const payload_layout& layout, std::string_view record,
+                       const std::string& start, const earlier_record* earlier);

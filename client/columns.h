@@ -1,0 +1,17 @@
+// Aligned columns of text.
+#pragma once
+
+#include <span>
+#include <string>
+#include <vector>
+
+struct text_column {
+  const char* heading;
+  bool right;  // numbers; else left, and cut where the terminal ends
+};
+
+// Lines of one text per column, each already safe on a terminal. `width`:
+// columns of the terminal, 0 for none.
+std::string columns_text(std::span<const text_column> columns,
+                         const std::vector<std::vector<std::string>>& lines, bool headings,
+                         size_t width);

@@ -1,0 +1,12 @@
+// "wificonf dump": what the gateway tells of itself, in one JSON object.
+#pragma once
+
+#include "session.h"
+
+// Words: dump [--redact]. Calls every getter that reads without side effects,
+// for each radio, BSS and row. --redact leaves secrets out and gives every MAC
+// address another name, the same wherever it stands.
+exit_status run_dump(const output_streams& streams, const client_options& options);
+
+// Whether a dump calls the procedure.
+bool dump_is_safe(const procedure_row& procedure);

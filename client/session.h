@@ -1,0 +1,52 @@
+// What every command of the program needs: its streams, its exit status and
+// calls that explain themselves when they fail.
+#pragma once
+
+#include <cstdio>
+#include <string>
+
+#include "args.h"
+#include "call.h"
+#include "reply.h"
+#include "run.h"
+#include "table.h"
+
+struct output_streams {
+  FILE* out;
+  FILE* err;
+};
+
+void print(const output_streams& streams, const std::string& text);
+
+// One line to standard error; returns `status`.
+exit_status fail(const output_streams& streams, exit_status status, const std::string& line);
+
+// Columns of the terminal that `out` is, or 0.
+size_t terminal_width(FILE* out);
+
+// Calls; false, explained, when there is no result: *status is then what to
+// exit with. `name` names the procedure in messages.
+bool session_call(const output_streams& streams, const client_options& options, uint32_t number,
+                  const std::string& name, const byte_string& arguments, call_answer& answer,
+                  exit_status* status);
+
+// A call whose words are encoded once and that is made any number of times.
+struct prepared_call {
+  const procedure_row* procedure;
+  byte_string arguments;
+};
+
+// From the words PROCEDURE ARGUMENT...; false, explained, when they are none.
+bool session_prepare(const output_streams& streams, const std::vector<std::string>& words,
+                     prepared_call& prepared, exit_status* status);
+
+// Calls and decodes; false, explained, when there is no result.
+bool session_ask(const output_streams& streams, const client_options& options,
+                 const prepared_call& prepared, decoded_reply& reply, exit_status* status);
+
+// The same without a word: the explanation, or "" when there is a result.
+std::string session_try(const client_options& options, const prepared_call& prepared,
+                        decoded_reply& reply);
+
+// "no procedure 'x'; did you mean ...?"
+exit_status unknown_procedure(const output_streams& streams, const std::string& word);

@@ -1,0 +1,16 @@
+// "--every TIME" and "--count N" of the commands that go on.
+#pragma once
+
+#include <string>
+#include <vector>
+
+struct repeat_settings {
+  double every = 1;         // seconds
+  unsigned long count = 0;  // 0: without end
+};
+
+// Takes them off the end of the words. False: `error` is one line.
+bool settings_take(std::vector<std::string>& words, repeat_settings& settings, std::string& error);
+
+// "1s", "500ms" or "2" (seconds), of 10 ms to a day.
+bool settings_parse_time(const std::string& text, double* seconds);

@@ -1,0 +1,221 @@
+#include "top.h"
+
+#include <poll.h>
+#include <sys/ioctl.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+
+#include "columns.h"
+#include "lookup.h"
+#include "moment.h"
+#include "payload.h"
+#include "settings.h"
+#include "show.h"
+#include "text.h"
+
+namespace {
+
+constexpr int kBssMax = 16;
+constexpr char kCtrlC = 3;
+
+struct station {
+  int bss;
+  std::string mac, rssi, down, up, btm;
+  uint64_t sent, received;          // bytes
+  double sent_rate, received_rate;  // per second; negative: not known
+};
+
+struct stations_sample {
+  double taken = 0;
+  std::vector<station> stations;
+  std::string problem;  // why there are none
+};
+
+const payload_field& field_of(const payload_rows& rows, std::string_view name) {
+  return *std::find_if(rows.fields.begin(), rows.fields.end(),
+                       [&](const payload_field& field) { return field.name == name; });
+}
+
+std::string megabits(const payload_rows& rows, const char* name, std::string_view row) {
+  // The daemon's kbit/s are 1024 to a Mbit/s.
+  return text_format("%lld",
+                     static_cast<long long>(payload_signed(field_of(rows, name), row) / 1024));
+}
+
+station station_of(const payload_rows& rows, int bss, std::string_view row) {
+  const auto shown = [&](const char* name) { return show_value(field_of(rows, name), row); };
+  return {bss,
+          shown("mac_address"),
+          shown("rssi"),
+          megabits(rows, "downlink_rate", row),
+          megabits(rows, "uplink_rate", row),
+          payload_unsigned(field_of(rows, "btm"), row) != 0 ? "yes" : "no",
+          payload_unsigned(field_of(rows, "bytes_sent"), row),
+          payload_unsigned(field_of(rows, "bytes_received"), row),
+          -1,
+          -1};
+}
+
+// Fills in the rates of a station that was there before.
+void add_rates(station& current, const stations_sample& before, double taken) {
+  for (const station& then : before.stations) {
+    const bool same = then.mac == current.mac && then.bss == current.bss;
+    if (!same || current.sent < then.sent || current.received < then.received) continue;
+    const double seconds = taken - before.taken;
+    current.sent_rate = static_cast<double>(current.sent - then.sent) / seconds;
+    current.received_rate = static_cast<double>(current.received - then.received) / seconds;
+  }
+}
+
+// Appends the stations of a BSS. False when the daemon does not answer; a BSS
+// that the driver does not have has none.
+bool take_bss(const client_options& options, int bss, stations_sample& sample) {
+  const procedure_row& procedure = *lookup_name("wlan_get_btm_associated_device");
+  prepared_call prepared = {&procedure, {}};
+  wire_put_word(prepared.arguments, static_cast<uint32_t>(bss));
+  decoded_reply reply;
+  sample.problem = session_try(options, prepared, reply);
+  if (!sample.problem.empty()) return false;
+  if (reply.code < 0) return true;
+  const payload_rows& rows = *payload_find(procedure)->rows;
+  for (uint32_t i = 0; i < payload_row_count(rows, reply.data); i++)
+    sample.stations.push_back(station_of(rows, bss, payload_row(rows, reply.data, i)));
+  return true;
+}
+
+bool busier(const station& a, const station& b) {
+  const double busy_a = a.sent_rate + a.received_rate;
+  const double busy_b = b.sent_rate + b.received_rate;
+  if (busy_a != busy_b) return busy_a > busy_b;
+  return a.bss != b.bss ? a.bss < b.bss : a.mac < b.mac;
+}
+
+stations_sample take_sample(const client_options& options, const stations_sample& before) {
+  stations_sample sample;
+  sample.taken = moment_now();
+  for (int bss = 1; bss <= kBssMax; bss++) {
+    if (!take_bss(options, bss, sample)) break;
+  }
+  for (station& current : sample.stations)
+    add_rates(current, before, sample.taken);
+  std::sort(sample.stations.begin(), sample.stations.end(), busier);
+  return sample;
+}
+
+std::string rate_text(double rate) {
+  return rate < 0 ? "-" : text_format("%.0f", rate);
+}
+
+std::string table_of(const stations_sample& sample, size_t width) {
+  static constexpr text_column kColumns[] = {
+      {"BSS", true},     {"STATION", false}, {"RSSI", true}, {"DOWN", true},     {"UP", true},
+      {"OUT B/S", true}, {"IN B/S", true},   {"SENT", true}, {"RECEIVED", true}, {"BTM", true}};
+  if (!sample.problem.empty()) return sample.problem + "\n";
+  if (sample.stations.empty()) return "no stations\n";
+  std::vector<std::vector<std::string>> lines;
+  for (const station& one : sample.stations)
+    lines.push_back({std::to_string(one.bss), one.mac, one.rssi, one.down, one.up,
+                     rate_text(one.sent_rate), rate_text(one.received_rate),
+                     std::to_string(one.sent), std::to_string(one.received), one.btm});
+  return columns_text(kColumns, lines, true, width);
+}
+
+// The first `count` lines.
+std::string first_lines(const std::string& text, size_t count) {
+  size_t end = 0;
+  while (count-- > 0 && end < text.size())
+    end = std::min(text.find('\n', end), text.size() - 1) + 1;
+  return text.substr(0, end);
+}
+
+size_t terminal_height(FILE* out) {
+  winsize size{};
+  return ioctl(fileno(out), TIOCGWINSZ, &size) == 0 && size.ws_row > 0 ? size.ws_row : 24;
+}
+
+volatile sig_atomic_t ended;
+
+void note_end(int) {
+  ended = 1;
+}
+
+// Waits until `moment`; true when the user asked to quit.
+bool wait_for_quit(double moment) {
+  while (ended == 0) {
+    const double left = moment - moment_now();
+    if (left <= 0) return false;
+    pollfd input = {STDIN_FILENO, POLLIN, 0};
+    if (poll(&input, 1, static_cast<int>(left * 1000) + 1) <= 0) continue;
+    char key = 'q';
+    if (read(STDIN_FILENO, &key, 1) <= 0 || key == 'q' || key == 'Q' || key == kCtrlC) return true;
+  }
+  return true;
+}
+
+void draw(const output_streams& streams, const stations_sample& sample) {
+  const std::string title = text_format("%zu stations at %s, q quits\n\n", sample.stations.size(),
+                                        moment_stamp().c_str());
+  const std::string screen = title + table_of(sample, terminal_width(streams.out));
+  print(streams, "\033[H\033[J" + first_lines(screen, terminal_height(streams.out) - 1));
+  fflush(streams.out);
+}
+
+void redraw_until_quit(const output_streams& streams, const client_options& options,
+                       const repeat_settings& settings) {
+  stations_sample sample;
+  double next = moment_now();
+  for (unsigned long i = 0; settings.count == 0 || i < settings.count; i++) {
+    if (i != 0 && wait_for_quit(next)) break;
+    next += settings.every;
+    sample = take_sample(options, sample);
+    draw(streams, sample);
+  }
+}
+
+// The terminal gives single keys, on a screen of its own, while it redraws.
+exit_status run_on_terminal(const output_streams& streams, const client_options& options,
+                            const repeat_settings& settings) {
+  termios before{};
+  const bool has_keys = tcgetattr(STDIN_FILENO, &before) == 0;
+  termios raw = before;
+  raw.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO | ISIG);
+  signal(SIGTERM, note_end);
+  signal(SIGHUP, note_end);
+  if (has_keys) tcsetattr(STDIN_FILENO, TCSANOW, &raw);
+  print(streams, "\033[?1049h");
+  redraw_until_quit(streams, options, settings);
+  print(streams, "\033[?1049l");
+  fflush(streams.out);
+  if (has_keys) tcsetattr(STDIN_FILENO, TCSANOW, &before);
+  return kExitDone;
+}
+
+exit_status run_in_pipe(const output_streams& streams, const client_options& options,
+                        const repeat_settings& settings) {
+  stations_sample sample;
+  double next = moment_now();
+  for (unsigned long i = 0; i < std::max(settings.count, 1ul); i++) {
+    if (i != 0) moment_sleep_until(next);
+    next += settings.every;
+    sample = take_sample(options, sample);
+    if (!sample.problem.empty()) return fail(streams, kExitNoAnswer, sample.problem);
+    print(streams, (i == 0 ? "" : "\n") + table_of(sample, 0));
+    fflush(streams.out);
+  }
+  return kExitDone;
+}
+
+}  // namespace
+
+exit_status run_top(const output_streams& streams, const client_options& options) {
+  std::vector<std::string> words(options.words.begin() + 1, options.words.end());
+  repeat_settings settings;
+  std::string error;
+  if (!settings_take(words, settings, error)) return fail(streams, kExitUsage, error);
+  if (!words.empty()) return fail(streams, kExitUsage, "top takes [--every TIME] [--count N] only");
+  if (terminal_width(streams.out) == 0) return run_in_pipe(streams, options, settings);
+  return run_on_terminal(streams, options, settings);
+}
