@@ -6,7 +6,9 @@
 
 #include <nlohmann/json.hpp>
 
+#include "dump.h"
 #include "fake_daemon.h"
+#include "lookup.h"
 
 namespace {
 
@@ -268,6 +270,100 @@ TEST(Run, OutputThatCannotBeWrittenIsAnError) {
   EXPECT_EQ(run({"list"}, full, err), kExitNoAnswer);
   fclose(full);
   fclose(err);
+}
+
+// Lines without their time stamps.
+std::string unstamped(const std::string& text) {
+  std::string out;
+  for (size_t at = 0; at < text.size();) {
+    const size_t end = text.find('\n', at) + 1;
+    EXPECT_EQ(text.substr(at + 10, 1), "T") << text;
+    out += text.substr(at + 21, end - at - 21);
+    at = end;
+  }
+  return out;
+}
+
+TEST(Run, WatchInAPipePrintsTimedLines) {
+  Outcome outcome =
+      run_against(0, words({0, 4, 6, 0, 0, 0, 0}),
+                  {"watch", "wlan_get_channel", "1", "--every", "10ms", "--count", "3"});
+  EXPECT_EQ(outcome.status, kExitDone);
+  EXPECT_EQ(unstamped(outcome.out), "6\n6\n6\n");
+  EXPECT_EQ(outcome.calls.size(), 3u);
+}
+
+TEST(Run, WatchedCountersHaveTheirRates) {
+  FakeDaemon daemon;
+  uint32_t sent = 0xffffff00;
+  fake_daemon_start(daemon, [&](const byte_string& call) {
+    byte_string reply = fake_reply(call, 0, {});
+    const byte_string result = words({0, 8, sent, 7, 0, 0, 0, 0, 0, 0, 0});
+    reply.insert(reply.end(), result.begin(), result.end());
+    sent += 0x100;
+    return std::vector<Datagram>{{reply}};
+  });
+  Outcome outcome =
+      run_words({"--host", "127.0.0.1", "--port", std::to_string(daemon.port), "watch",
+                 "wlan_get_radio_bytes_sent", "1", "--every", "100ms", "--count", "2"});
+  fake_daemon_stop(daemon);
+  const std::string lines = unstamped(outcome.out);
+  EXPECT_EQ(lines.find(" bytes_sent=34359738112\n bytes_sent=30064771072"), std::string::npos);
+  const size_t rate = lines.find("bytes_sent/s=");
+  ASSERT_NE(rate, std::string::npos) << lines;
+  EXPECT_EQ(lines.find("bytes_sent/s=", rate + 1), std::string::npos) << "none of the first";
+}
+
+TEST(Run, WatchGoesOnAfterAFailure) {
+  Outcome outcome =
+      run_against(3, {}, {"watch", "wlan_get_channel", "1", "--every", "10ms", "--count", "2"});
+  EXPECT_EQ(outcome.calls.size(), 2u);
+  EXPECT_NE(outcome.err.find("procedure unavailable"), std::string::npos);
+}
+
+TEST(Run, CommandsExplainTheirUsage) {
+  const struct {
+    std::vector<std::string> words;
+    const char* error;
+  } cases[] = {
+      {{"watch"}, "watch takes PROCEDURE ARGUMENT... [--every TIME] [--count N]"},
+      {{"watch", "wlan_get_channel"}, "usage: wificonf wlan_get_channel RADIO"},
+      {{"watch", "nothing_like_it"}, "no procedure 'nothing_like_it'"},
+      {{"watch", "wlan_get_channel", "1", "--every", "x"}, "--every takes a time"},
+      {{"top", "x"}, "top takes [--every TIME] [--count N] only"},
+      {{"dump", "x"}, "dump takes --redact only"},
+      {{"completion"}, "completion takes bash or zsh"},
+      {{"schema"}, "schema takes one PROCEDURE"},
+      {{"schema", "wlan_get_chanel"}, "did you mean wlan_get_channel"},
+  };
+  for (const auto& c : cases) {
+    Outcome outcome = run_words(c.words);
+    EXPECT_EQ(outcome.status, kExitUsage) << c.error;
+    EXPECT_NE(outcome.err.find(c.error), std::string::npos) << outcome.err;
+    EXPECT_TRUE(one_line(outcome.err)) << outcome.err;
+  }
+}
+
+TEST(Run, TopAndDumpSayWhyThereIsNoAnswer) {
+  for (const char* command : {"top", "dump"}) {
+    Outcome outcome = run_against(1, {}, {command});
+    EXPECT_EQ(outcome.status, kExitNoAnswer);
+    EXPECT_TRUE(one_line(outcome.err)) << outcome.err;
+    EXPECT_EQ(outcome.calls.size(), 1u) << "one is enough";
+  }
+}
+
+TEST(Run, DumpCallsNothingThatDoesMoreThanRead) {
+  const std::string kUnsafe[] = {"wlan_get_ssid_bytes_sent",
+                                 "wlan_get_radio_bytes_received",
+                                 "wlan_get_ap_scan_result",
+                                 "wlan_set_ssid",
+                                 "wlan_reset",
+                                 "wlan_undo_prek_operation",
+                                 "wlan_ap_scan"};
+  for (const std::string& name : kUnsafe)
+    EXPECT_FALSE(dump_is_safe(*lookup_name(name))) << name;
+  EXPECT_TRUE(dump_is_safe(*lookup_name("wlan_get_btm_associated_device")));
 }
 
 }  // namespace
