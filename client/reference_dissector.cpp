@@ -1,0 +1,322 @@
+#include "describe.h"
+#include "lookup.h"
+#include "payload.h"
+#include "reference.h"
+#include "text.h"
+
+namespace {
+
+// How the procedures are written down for the code below them.
+constexpr char kHead[] =
+    "-- Dissector of the Wi-Fi configuration program, UDP port 60001.\n"
+    "-- Generated from src/rpc/procedures.def by scripts/reference; do not edit.\n"
+    "--\n"
+    "--   tshark -X lua_script:wlan_config.lua ...\n"
+    "--   Wireshark: copy it into the personal plugins directory\n"
+    "--\n"
+    "-- Each procedure: name, arguments, kind of its result, layout of a record.\n"
+    "-- Arguments and fields: name, type, and for fields offset and width.\n"
+    "local procedures = {\n";
+
+constexpr char kCode[] = R"lua(}
+
+local wlan_config = Proto("wlan_config", "Wi-Fi configuration")
+local f = {
+  xid = ProtoField.uint32("wlan_config.xid", "Transaction", base.HEX),
+  type = ProtoField.uint32("wlan_config.type", "Message", base.DEC, {[0] = "Call", [1] = "Reply"}),
+  number = ProtoField.uint32("wlan_config.number", "Number", base.DEC_HEX),
+  procedure = ProtoField.string("wlan_config.procedure", "Procedure"),
+  argument = ProtoField.string("wlan_config.argument", "Argument"),
+  accepted = ProtoField.uint32("wlan_config.accepted", "Accepted", base.DEC, {
+    [0] = "success", [1] = "program unavailable", [2] = "version mismatch",
+    [3] = "procedure unavailable", [4] = "garbage arguments", [5] = "system error"}),
+  code = ProtoField.int32("wlan_config.code", "Return code"),
+  value = ProtoField.string("wlan_config.value", "Value"),
+  field = ProtoField.string("wlan_config.field", "Field"),
+  row = ProtoField.string("wlan_config.row", "Row"),
+}
+wlan_config.fields = {f.xid, f.type, f.number, f.procedure, f.argument, f.accepted, f.code,
+                      f.value, f.field, f.row}
+local malformed = ProtoExpert.new("wlan_config.malformed", "cut off or malformed",
+                                  expert.group.MALFORMED, expert.severity.ERROR)
+wlan_config.experts = {malformed}
+
+local PROGRAM = 0x20131337
+local ACCEPTED, CALL = 0, 0
+local called = {}  -- by ports and transaction: the number that was called
+
+local function padded(length) return length + (4 - length % 4) % 4 end
+
+-- Printable, with every other byte as \xNN.
+local function safe(text)
+  return (text:gsub("[^\32-\126]", function(c) return string.format("\\x%02x", c:byte()) end))
+end
+
+local function until_nul(bytes)
+  local text = bytes:raw()
+  local nul = text:find("\0", 1, true)
+  return safe(nul and text:sub(1, nul - 1) or text)
+end
+
+-- Readers of arguments: their text and where the next one begins.
+local function xdr_text(buffer, at)
+  local length = buffer(at, 4):uint()
+  return '"' .. safe(buffer(at + 4, length):raw()) .. '"', at + 4 + padded(length)
+end
+
+local readers = {
+  i = function(buffer, at) return tostring(buffer(at, 4):int()), at + 4 end,
+  u = function(buffer, at) return tostring(buffer(at, 4):uint()), at + 4 end,
+  b = function(buffer, at) return buffer(at, 4):uint() ~= 0 and "on" or "off", at + 4 end,
+  s = xdr_text,
+  -- char[N]: each takes four bytes
+  c = function(buffer, at, count)
+    local text = ""
+    for i = 0, count - 1 do
+      local byte = buffer(at + 4 * i + 3, 1):uint()
+      if byte == 0 then break end
+      text = text .. string.char(byte)
+    end
+    return '"' .. safe(text) .. '"', at + 4 * count
+  end,
+}
+
+-- Values of record fields, little-endian.
+local function number_of(bytes, signed)
+  if bytes:len() == 8 then return tostring(signed and bytes:le_int64() or bytes:le_uint64()) end
+  return tostring(signed and bytes:le_int() or bytes:le_uint())
+end
+
+local values = {
+  u = function(bytes) return number_of(bytes, false) end,
+  i = function(bytes) return number_of(bytes, true) end,
+  f = function(bytes) return bytes:le_uint() ~= 0 and "yes" or "no" end,
+  t = function(bytes) return '"' .. until_nul(bytes) .. '"' end,
+  m = function(bytes) return tostring(bytes:ether()) end,
+  r = function(bytes) return string.format("0x%04x", bytes:le_uint()) end,
+  e = function(bytes)
+    local seconds = bytes:le_uint()
+    return seconds == 0 and "-" or os.date("!%Y-%m-%d %H:%M:%SZ", seconds)
+  end,
+  x = function(bytes) return tostring(bytes:bytes()) end,
+}
+
+local function add_fields(tree, fields, buffer)
+  for _, field in ipairs(fields) do
+    local name, type, offset, width = field[1], field[2], field[3], field[4]
+    local bytes = buffer(offset, width)
+    local text = name .. ": " .. values[type](bytes)
+    tree:add(f.field, bytes, text):set_text(text)
+  end
+end
+
+local function add_record(tree, layout, buffer)
+  add_fields(tree, layout.fields, buffer)
+  local rows = layout.rows
+  if not rows then return end
+  local count = rows.capacity
+  if rows.count_at then count = math.min(buffer(rows.count_at, 4):le_uint(), count) end
+  for i = 0, count - 1 do
+    local bytes = buffer(rows.first + i * rows.stride, rows.stride)
+    local text = rows.name .. " " .. i
+    local branch = tree:add(f.row, bytes, text):set_text(text)
+    add_fields(branch, rows.fields, bytes:tvb())
+  end
+end
+
+-- Words of a record as the bytes that they are on the daemon's side.
+local function words_to_bytes(buffer, at, size)
+  local bytes = ByteArray.new()
+  for i = 0, size / 4 - 1 do
+    local word = buffer(at + 4 * i, 4):bytes()
+    for j = 3, 0, -1 do bytes = bytes .. word:subset(j, 1) end
+  end
+  return bytes:tvb("Record")
+end
+
+local function add_payload(tree, procedure, buffer, at)
+  local words = buffer(at, 4):uint()
+  local data_at = at + 4 + 4 * words
+  local length = buffer(data_at, 4):uint()
+  if procedure.kind == "INT" and words > 0 then
+    tree:add(f.value, buffer(at + 4, 4), tostring(buffer(at + 4, 4):int()))
+  elseif procedure.kind == "WORDS" and 4 * words >= procedure.size then
+    add_record(tree, procedure, words_to_bytes(buffer, at + 4, procedure.size))
+  elseif procedure.kind == "TEXT" and length > 0 then
+    tree:add(f.value, buffer(data_at + 4, length), until_nul(buffer(data_at + 4, length)))
+  elseif procedure.kind == "IMAGE" and length >= procedure.size then
+    add_record(tree, procedure, buffer(data_at + 4, length):tvb())
+  end
+end
+
+local function add_result(tree, procedure, buffer, at)
+  tree:add(f.code, buffer(at, 4))
+  if procedure.kind ~= "CODE" then add_payload(tree, procedure, buffer, at + 4) end
+end
+
+local function add_arguments(tree, procedure, buffer, at)
+  for _, argument in ipairs(procedure.arguments) do
+    local text, next_at = readers[argument[2]](buffer, at, argument[3])
+    text = argument[1] .. ": " .. text
+    tree:add(f.argument, buffer(at, next_at - at), text):set_text(text)
+    at = next_at
+  end
+end
+
+-- Behind the two authenticators of a call, the one of a reply.
+local function skip_auth(buffer, at) return at + 8 + padded(buffer(at + 4, 4):uint()) end
+
+local function name_of(number)
+  if number == 0 then return "null" end
+  return procedures[number] and procedures[number].name or string.format("procedure %u", number)
+end
+
+local function dissect_call(tree, buffer, pinfo, key)
+  local number = buffer(20, 4):uint()
+  called[key] = number
+  tree:add(f.number, buffer(20, 4))
+  tree:add(f.procedure, buffer(20, 4), name_of(number))
+  pinfo.cols.info = "Call " .. name_of(number)
+  local procedure = procedures[number]
+  if procedure then add_arguments(tree, procedure, buffer, skip_auth(buffer, skip_auth(buffer, 24))) end
+end
+
+local function dissect_reply(tree, buffer, pinfo, key)
+  local number = called[key]
+  local name = number and name_of(number) or "unknown procedure"
+  pinfo.cols.info = "Reply " .. name
+  tree:add(f.procedure, name):set_generated()
+  if buffer(8, 4):uint() ~= ACCEPTED then return end
+  local at = skip_auth(buffer, 12)
+  tree:add(f.accepted, buffer(at, 4))
+  local procedure = number and procedures[number]
+  if buffer(at, 4):uint() == 0 and procedure then add_result(tree, procedure, buffer, at + 4) end
+end
+
+local function is_ours(buffer)
+  if buffer:len() < 12 then return false end
+  if buffer(4, 4):uint() == CALL then
+    return buffer:len() >= 24 and buffer(12, 4):uint() == PROGRAM
+  end
+  return buffer(4, 4):uint() == 1
+end
+
+function wlan_config.dissector(buffer, pinfo, root)
+  if not is_ours(buffer) then return 0 end
+  pinfo.cols.protocol = "WLAN_CONFIG"
+  local is_call = buffer(4, 4):uint() == CALL
+  local client = is_call and pinfo.src_port or pinfo.dst_port
+  local key = client .. "/" .. buffer(0, 4):uint()
+  local tree = root:add(wlan_config, buffer())
+  tree:add(f.xid, buffer(0, 4))
+  tree:add(f.type, buffer(4, 4))
+  local dissect = is_call and dissect_call or dissect_reply
+  local whole = pcall(dissect, tree, buffer, pinfo, key)
+  if not whole then tree:add_proto_expert_info(malformed) end
+  return buffer:len()
+end
+
+DissectorTable.get("udp.port"):add(60001, wlan_config)
+)lua";
+
+char argument_letter(argument_type type) {
+  switch (type) {
+    case argument_type::kInt:
+      return 'i';
+    case argument_type::kUnsigned:
+    case argument_type::kShort:
+      return 'u';
+    case argument_type::kBool:
+      return 'b';
+    case argument_type::kString:
+      return 's';
+    case argument_type::kText:
+    case argument_type::kSupportedHne:
+      break;
+  }
+  return 'c';
+}
+
+char field_letter(field_type type) {
+  switch (type) {
+    case field_type::kFlag:
+      return 'f';
+    case field_type::kText:
+      return 't';
+    case field_type::kMac:
+      return 'm';
+    case field_type::kRate:
+      return 'r';
+    case field_type::kTime:
+      return 'e';
+    case field_type::kBytes:
+      return 'x';
+    default:
+      return payload_is_signed(type) ? 'i' : 'u';
+  }
+}
+
+std::string arguments_lua(const procedure_row& procedure) {
+  std::string out;
+  for (const argument_spec& argument : table_arguments(procedure)) {
+    out += text_format("{\"%s\", \"%c\"", argument.name.c_str(), argument_letter(argument.type));
+    out += argument.characters == 0 ? "}, " : text_format(", %u}, ", argument.characters);
+  }
+  return "{" + out + "}";
+}
+
+std::string fields_lua(std::span<const payload_field> fields, const char* indent) {
+  std::string out = "{\n";
+  for (const payload_field& field : fields)
+    out += text_format("%s  {\"%s\", \"%c\", %u, %u},\n", indent, field.name,
+                       field_letter(field.type), field.offset, payload_width(field));
+  return out + indent + "}";
+}
+
+std::string layout_lua(const payload_layout& layout) {
+  std::string out = ",\n    fields = " + fields_lua(layout.fields, "    ");
+  if (layout.rows == nullptr) return out;
+  const payload_rows& rows = *layout.rows;
+  out += text_format(",\n    rows = {name = \"%s\", ", rows.name);
+  if (rows.count_at != kAllRows) out += text_format("count_at = %u, ", rows.count_at);
+  out += text_format("first = %u, stride = %u, capacity = %u,\n      fields = ", rows.first,
+                     rows.stride, rows.capacity);
+  return out + fields_lua(rows.fields, "      ") + "}";
+}
+
+const char* kind_name(payload_kind kind) {
+  switch (kind) {
+    case payload_kind::CODE:
+      return "CODE";
+    case payload_kind::INT:
+      return "INT";
+    case payload_kind::TEXT:
+      return "TEXT";
+    case payload_kind::WORDS:
+      return "WORDS";
+    case payload_kind::IMAGE:
+      return "IMAGE";
+    case payload_kind::NONE:
+      break;
+  }
+  return "NONE";
+}
+
+std::string procedure_lua(const procedure_row& procedure) {
+  std::string out =
+      text_format("  [%u] = {name = \"%s\", kind = \"%s\", size = %u, arguments = %s",
+                  procedure.number, lookup_display_name(procedure).c_str(),
+                  kind_name(procedure.payload), procedure.size, arguments_lua(procedure).c_str());
+  const payload_layout* layout = payload_find(procedure);
+  if (layout != nullptr) out += layout_lua(*layout);
+  return out + "},\n";
+}
+
+}  // namespace
+
+std::string reference_dissector() {
+  std::string out = kHead;
+  for (const procedure_row& procedure : table_procedures())
+    out += procedure_lua(procedure);
+  return out + kCode;
+}
