@@ -11,6 +11,7 @@
 #include "diag/trace.h"
 #include "rpc/dispatch.h"
 #include "rpc/transport.h"
+#include "sys/limits.h"
 
 // The end of the internal link that the management stack talks to.
 static constexpr char kAddress[] = "192.168.254.254";
@@ -53,6 +54,9 @@ void run_service() {
     fputs("unable to register (WLAN_CONFIG_RPC_PROG, WLAN_CONFIG_API_VERSION, udp).\n", stderr);
     exit(0);
   }
+  // The controller's exchanges keep their sockets. Only now, since the library
+  // has sized its tables by the limit that it found.
+  raise_descriptor_limit();
   svc_run();
   fputs("svc_run returned\n", stderr);
   exit(0);
