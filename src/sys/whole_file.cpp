@@ -82,6 +82,18 @@ void file_release(file_image* image) {
   image->length = 0;
 }
 
+bool file_read_piece(const char* path, off_t offset, char* data, size_t size, size_t* length) {
+  const int file = open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  if (file < 0) return false;
+  *length = 0;
+  // An offset before the file's begin has nothing behind it, as one beyond its end.
+  if (lseek(file, offset, SEEK_SET) >= 0) {
+    static_cast<void>(read_fully(file, data, size, length));
+  }
+  close(file);
+  return true;
+}
+
 file_step file_create(const char* path, const char* data, size_t length) {
   constexpr int kFlags = O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC;
   int file = open(path, kFlags, kPrivateMode);

@@ -24,6 +24,11 @@ struct file_image {
 [[nodiscard]] bool file_read(const char* path, file_image* image);
 void file_release(file_image* image);
 
+// Reads at most `size` bytes from `offset` on. False when the file cannot be
+// opened; `*length` receives what was there, 0 for an offset outside the file.
+[[nodiscard]] bool file_read_piece(const char* path, off_t offset, char* data, size_t size,
+                                   size_t* length);
+
 // Creates a new file with one write and flushes it to its device. Only its
 // owner may read it. A leftover of that name is removed first; on failure
 // nothing is left. Returns the step that failed.

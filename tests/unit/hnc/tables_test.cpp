@@ -1,0 +1,281 @@
+#include "hnc/tables.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cstring>
+#include <string>
+
+#include "support/hnc_listener.h"
+#include "unit_support.h"
+
+static void start_controller() {
+  write_file("/nvram/hnc_enable", "");
+  start_listener();
+  // Times of the traces are local ones.
+  setenv("TZ", "UTC", 1);
+  tzset();
+}
+
+static std::string prefix(const std::string& operation) {
+  return "[REV-RPC] \033[40m\033[31;40m" + operation + "\033[0m ";
+}
+
+// A reply whose every byte but the table error's is different from its neighbours'.
+static std::string patterned_reply(int32_t table_error) {
+  std::string bytes;
+  for (int i = 0; i < 2860; ++i)
+    bytes += static_cast<char>(1 + (i * 11 + i / 200) % 250);
+  return bytes.replace(2856, 4, little_endian(static_cast<uint32_t>(table_error)));
+}
+
+static hnc_supported_hne sample_record() {
+  hnc_supported_hne record = {};
+  record.index = 3;
+  record.row_status = 1;
+  strcpy(record.manufacturer, "Acme");
+  strcpy(record.model_name, "Extender");
+  strcpy(record.model_number, "X1");
+  strcpy(record.firmware_url, "http://192.168.254.254/");
+  strcpy(record.firmware_file_name, "x1.bin");
+  strcpy(record.firmware_user_name, "user");
+  strcpy(record.firmware_password, "secret");
+  record.update_time = 1700000000;
+  record.config_on_demand = 1;
+  return record;
+}
+
+TEST(HneTables, RowsAreCopiedByteForByte) {
+  start_controller();
+  const std::string reply = patterned_reply(0);
+  listener_answers(reply);
+  std::string record(1492 + 8, '#');
+  EXPECT_EQ(hnc_getHneTableEntry(5, record.data()), 0);
+  EXPECT_EQ(record, reply.substr(132, 1492) + "########");
+  EXPECT_EQ(last_listener_request(), hnc_request_bytes(0, "HneEntry", 5, ""));
+  record.assign(1232 + 8, '#');
+  EXPECT_EQ(hnc_getSupportedHneTableEntry(6, record.data()), 0);
+  EXPECT_EQ(record, reply.substr(1624, 1232) + "########");
+  EXPECT_EQ(last_listener_request(), hnc_request_bytes(0, "SuppHneEntry", 6, ""));
+}
+
+TEST(HneTables, RowsAreAddressedAsTheyAre) {
+  start_controller();
+  const hnc_supported_hne none = {};
+  for (const unsigned row : {0u, 17u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu}) {
+    std::string record(1492, '#');
+    EXPECT_EQ(hnc_getHneTableEntry(row, record.data()), 0);
+    EXPECT_EQ(last_listener_request(), hnc_request_bytes(0, "HneEntry", row, ""));
+    EXPECT_EQ(hnc_setSupportedHneTableEntry(row, &none), 0);
+    EXPECT_EQ(last_listener_request(), hnc_request_bytes(1, "SuppHneEntry", row, ""));
+  }
+}
+
+TEST(HneTables, OnlyMinusOneIsATableError) {
+  start_controller();
+  std::string record(1492, '#');
+  for (const int32_t error : {0, 1, -2, INT_MIN, INT_MAX}) {
+    listener_answers(hnc_reply_bytes("", error));
+    record.assign(1492, '#');
+    EXPECT_EQ(hnc_getHneTableEntry(1, record.data()), 0) << error;
+    EXPECT_EQ(record, std::string(1492, '\0')) << error;
+    EXPECT_EQ(hnc_getSupportedHneTableEntry(1, record.data()), 0) << error;
+    EXPECT_EQ(hnc_setHneDeviceName(1, "Attic"), 0) << error;
+  }
+  listener_answers(patterned_reply(-1));
+  record.assign(1492, '#');
+  EXPECT_EQ(hnc_getHneTableEntry(1, record.data()), -1);
+  EXPECT_EQ(hnc_getSupportedHneTableEntry(1, record.data()), -1);
+  EXPECT_EQ(record, std::string(1492, '#'));
+  EXPECT_EQ(hnc_setHneDeviceName(1, "Attic"), -1);
+}
+
+TEST(HneTables, OtherSetsDoNotNoticeATableError) {
+  start_controller();
+  listener_answers(hnc_reply_bytes("", -1));
+  const hnc_supported_hne record = sample_record();
+  EXPECT_EQ(hnc_setSupportedHneTableEntry(1, &record), 0);
+  EXPECT_EQ(hnc_setSupportedHneRowStatus(1, 6), 0);
+}
+
+TEST(HneTables, EmptyOrShortReplyIsARowOfZeros) {
+  start_controller();
+  for (const size_t size : {0, 1, 20}) {
+    listener_answers(std::string(size, 'x'));
+    std::string record(1232, '#');
+    EXPECT_EQ(hnc_getSupportedHneTableEntry(1, record.data()), 0) << size;
+    EXPECT_EQ(record, std::string(1232, '\0')) << size;
+  }
+}
+
+TEST(HneTables, RecordIsSentFieldByField) {
+  start_controller();
+  const hnc_supported_hne record = sample_record();
+  EXPECT_EQ(hnc_setSupportedHneTableEntry(7, &record), 0);
+  std::string expected = hnc_request_bytes(1, "SuppHneEntry", 7, "");
+  const std::pair<size_t, std::string> fields[] = {{0, little_endian(3)},
+                                                   {4, little_endian(1)},
+                                                   {8, "Acme"},
+                                                   {72, "Extender"},
+                                                   {136, "X1"},
+                                                   {200, "http://192.168.254.254/"},
+                                                   {456, "x1.bin"},
+                                                   {712, "user"},
+                                                   {968, "secret"},
+                                                   {1224, std::string("\x00\xf1\x53\x65", 4)},
+                                                   {1228, little_endian(1)}};
+  for (const auto& [offset, bytes] : fields)
+    expected.replace(264 + offset, bytes.size(), bytes);
+  EXPECT_EQ(last_listener_request(), expected);
+}
+
+TEST(HneTables, TextThatFillsItsFieldIsSentWithoutATerminator) {
+  start_controller();
+  hnc_supported_hne record;
+  memset(&record, 'F', sizeof record);
+  EXPECT_EQ(hnc_setSupportedHneTableEntry(1, &record), 0);
+  EXPECT_EQ(last_listener_request().substr(264), std::string(1232, 'F'));
+}
+
+TEST(HneTables, NothingBehindATextsEndIsSent) {
+  start_controller();
+  hnc_supported_hne record;
+  memset(&record, 'F', sizeof record);
+  record.manufacturer[4] = '\0';
+  record.firmware_password[0] = '\0';
+  EXPECT_EQ(hnc_setSupportedHneTableEntry(1, &record), 0);
+  std::string expected(1232, 'F');
+  expected.replace(8 + 4, 60, 60, '\0');
+  expected.replace(968, 256, 256, '\0');
+  EXPECT_EQ(last_listener_request().substr(264), expected);
+}
+
+TEST(HneTables, DeviceNameIsCutTo127Bytes) {
+  start_controller();
+  const std::string longest(127, 'n');
+  const std::pair<std::string, std::string> names[] = {
+      {"Attic; $(reboot) '%n\n", "Attic; $(reboot) '%n\n"},
+      {"", ""},
+      {longest, longest},
+      {longest + "x", longest},
+      {longest + std::string(8000, 'x'), longest}};
+  for (const auto& [name, sent] : names) {
+    EXPECT_EQ(hnc_setHneDeviceName(2, name.c_str()), 0);
+    EXPECT_EQ(last_listener_request(), hnc_request_bytes(1, "DeviceName", 2, sent));
+  }
+}
+
+TEST(HneTables, RowStatusIsSentAsDecimalText) {
+  start_controller();
+  const std::pair<int, std::string> values[] = {{6, "6"}, {-1, "-1"}, {INT_MIN, "-2147483648"}};
+  for (const auto& [status, text] : values) {
+    EXPECT_EQ(hnc_setSupportedHneRowStatus(4, status), 0);
+    EXPECT_EQ(last_listener_request(), hnc_request_bytes(1, "RowStatus", 4, text));
+  }
+}
+
+// Every operation fails; its messages, behind its name and a separator.
+static void expect_failures(const std::string& message, const std::string& first_separator,
+                            const std::string& separator) {
+  const auto expected = [&](const char* operation, const std::string& between) {
+    return rev_error_prefix(operation) + operation + between + message;
+  };
+  const hnc_supported_hne sample = sample_record();
+  std::string record(1492, '#');
+  EXPECT_EQ(errors_of([&] { EXPECT_EQ(hnc_getHneTableEntry(1, record.data()), -1); }),
+            expected("hnc_getHneTableEntry", first_separator));
+  EXPECT_EQ(errors_of([&] { EXPECT_EQ(hnc_getSupportedHneTableEntry(1, record.data()), -1); }),
+            expected("hnc_getSupportedHneTableEntry", separator));
+  EXPECT_EQ(record, std::string(1492, '#'));
+  EXPECT_EQ(errors_of([&] { EXPECT_EQ(hnc_setHneDeviceName(1, "Attic"), -1); }),
+            expected("hnc_setHneDeviceName", separator));
+  EXPECT_EQ(errors_of([&] { EXPECT_EQ(hnc_setSupportedHneTableEntry(1, &sample), -1); }),
+            expected("hnc_setSupportedHneTableEntry", separator));
+  EXPECT_EQ(errors_of([&] { EXPECT_EQ(hnc_setSupportedHneRowStatus(1, 1), -1); }),
+            expected("hnc_setSupportedHneRowStatus", separator));
+}
+
+TEST(HneTables, ControllerThatDoesNotRunIsReportedAndAskedNothing) {
+  start_listener();
+  expect_failures("HNC Process is not running\n", ":", " ");
+  EXPECT_TRUE(listener_requests().empty());
+}
+
+TEST(HneTables, FailedExchangeIsReported) {
+  write_file("/nvram/hnc_enable", "");
+  HOST_IP = "203.0.113.1";
+  expect_failures("Failed to send messgae to HNC Listner\n", " ", " ");
+}
+
+TEST(HneTables, GettersTraceTheTableErrorAndTheLastAttempt) {
+  start_controller();
+  std::string reply = hnc_reply_bytes("");
+  reply.replace(132 + 916, 4, little_endian(0xFFFFFFFF));
+  listener_answers(reply);
+  switch_console_on();
+  std::string record(1492, '#');
+  std::string output = output_of([&] { EXPECT_EQ(hnc_getHneTableEntry(1, record.data()), 0); });
+  const std::string first = prefix("hnc_getHneTableEntry") + "hnc_getHneTableEntry";
+  EXPECT_TRUE(output.ends_with(first + ":response.hneTableEntryGetError = 0\n" + first +
+                               " - hneLastSyncAttempt  = -4294967295-\n"))
+      << output;
+  output = output_of([&] { EXPECT_EQ(hnc_getSupportedHneTableEntry(1, record.data()), 0); });
+  const std::string second =
+      prefix("hnc_getSupportedHneTableEntry") + "hnc_getSupportedHneTableEntry";
+  EXPECT_TRUE(output.ends_with(second + " response.hneTableEntryGetError = 0\n")) << output;
+  listener_answers(hnc_reply_bytes("", -1));
+  output = output_of([&] { EXPECT_EQ(hnc_getHneTableEntry(1, record.data()), -1); });
+  EXPECT_TRUE(output.ends_with(first + ":response.hneTableEntryGetError = -1\n")) << output;
+}
+
+TEST(HneTables, SettersTraceTheirInput) {
+  start_controller();
+  switch_console_on();
+  const std::string name = prefix("hnc_setHneDeviceName");
+  EXPECT_TRUE(output_of([] { EXPECT_EQ(hnc_setHneDeviceName(9, "At%nic"), 0); })
+                  .starts_with(name + "hnc_setHneDeviceName entered index = 9, "
+                                      "device name = At%nic \n"));
+  const std::string status = prefix("hnc_setSupportedHneRowStatus");
+  EXPECT_TRUE(output_of([] { EXPECT_EQ(hnc_setSupportedHneRowStatus(9, 6), 0); })
+                  .starts_with(status +
+                               "@@@@hnc_setSupportedHneRowStatus index = 9, Row Status = 6\n" +
+                               status + "@@@ hnc_setSupportedHneRowStatus request.data:-6-\n"));
+}
+
+TEST(HneTables, RecordIsTracedBeforeTheControllerIsLookedFor) {
+  start_controller();
+  ASSERT_EQ(unlink("/nvram/hnc_enable"), 0);
+  switch_console_on();
+  hnc_supported_hne record = sample_record();
+  const std::string entry = prefix("hnc_setSupportedHneTableEntry");
+  std::string output;
+  errors_of([&] {
+    output = output_of([&] { EXPECT_EQ(hnc_setSupportedHneTableEntry(9, &record), -1); });
+  });
+  EXPECT_EQ(output,
+            entry + "@@@@hnc_setSupportedHneTableEntry index = 9 \n" + entry +
+                " WLAN RPC SERVER {MANF Acme} {Model Name Extender} {Model Number X1} "
+                "{FW URL http://192.168.254.254/} \n" +
+                entry +
+                " WLAN RPC SERVER {FW File Name x1.bin} {FW User Name user} { FW PWD secret} "
+                "{UpDateTime= 1700000000 |Tue Nov 14 22:13:20 2023|} \n" +
+                entry + " WLAN RPC SERVER {index = 3} { Row Status = 1} {Config On Demand 1}\n");
+  record.update_time = 0;
+  errors_of([&] {
+    output = output_of([&] { EXPECT_EQ(hnc_setSupportedHneTableEntry(9, &record), -1); });
+  });
+  EXPECT_TRUE(contains(output, "{UpDateTime= 0 |Thu Jan  1 00:00:00 1970|} \n")) << output;
+}
+
+TEST(HneTables, TraceStaysInsideFieldsWithoutATerminator) {
+  start_controller();
+  switch_console_on();
+  hnc_supported_hne record;
+  memset(&record, 'F', sizeof record);
+  const std::string output =
+      output_of([&] { EXPECT_EQ(hnc_setSupportedHneTableEntry(1, &record), 0); });
+  const std::string narrow = " " + std::string(64, 'F') + "}";
+  const std::string wide = " " + std::string(256, 'F') + "}";
+  EXPECT_EQ(count_of(output, narrow), 3) << output;
+  EXPECT_EQ(count_of(output, wide), 4) << output;
+}
