@@ -90,21 +90,23 @@ static void write_console(const family& kind, const char* function, const char* 
   funlockfile(stream);
 }
 
-static void emit(const family& kind, const char* function, const char* format, va_list values) {
+// Returns logToFile's status of the copy, 0 where there is none.
+static int emit(const family& kind, const char* function, const char* format, va_list values) {
   if (kind.error || console_trace_on()) {
     va_list again;
     va_copy(again, values);
     write_console(kind, function, format, again);
     va_end(again);
   }
-  if (kind.logged) append_to_log(format, values);
+  return kind.logged ? append_to_log(format, values) : 0;
 }
 
-void trace_rpc(const char* function, const char* format, ...) {
+int trace_rpc(const char* function, const char* format, ...) {
   va_list values;
   va_start(values, format);
-  emit(kRpc, function, format, values);
+  const int logged = emit(kRpc, function, format, values);
   va_end(values);
+  return logged;
 }
 
 void trace_rpc_error(const char* function, const char* format, ...) {

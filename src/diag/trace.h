@@ -23,7 +23,8 @@
 #define REV_TRACE(...) trace_rev(__func__, __VA_ARGS__)
 #define REV_ERROR(...) trace_rev_error(__func__, __VA_ARGS__)
 
-void trace_rpc(const char* function, const char* format, ...) __attribute__((format(printf, 2, 3)));
+// trace_rpc returns what became of the copy in the log, as logToFile does.
+int trace_rpc(const char* function, const char* format, ...) __attribute__((format(printf, 2, 3)));
 void trace_rpc_error(const char* function, const char* format, ...)
     __attribute__((format(printf, 2, 3)));
 void trace_rev(const char* function, const char* format, ...) __attribute__((format(printf, 2, 3)));

@@ -10,6 +10,7 @@
 
 #include "diag/trace.h"
 #include "rpc/handlers.h"
+#include "rpc/stub_traces.h"
 
 namespace {
 
@@ -20,6 +21,7 @@ struct procedure {
   xdrproc_t argument_decoder;
   xdrproc_t result_encoder;
   int (*stub)(void* argument, void* result, svc_req* request);  // null: back end not built
+  const char* stub_name;
 };
 
 // One result area for the two shapes of a result.
@@ -62,13 +64,13 @@ static const xdrproc_t kEncodeRecord = FILTER(xdr_wlan_config_result_data_t);
 #define ENCODER_IMAGE kEncodeRecord
 #define ENCODER_NONE kEncodeRecord
 
-#define ROW(number, name, argument, payload, stub) \
-  {number, name, kSizeOf<argument>, FILTER(xdr_##argument), ENCODER_##payload, stub},
+#define ROW(number, name, argument, payload, stub, stub_name) \
+  {number, name, kSizeOf<argument>, FILTER(xdr_##argument), ENCODER_##payload, stub, stub_name},
 static const procedure kProcedures[] = {
 #define PROCEDURE(number, name, stub, argument, members, payload, ...) \
-  ROW(number, #name, argument, payload, _##stub)
+  ROW(number, #name, argument, payload, _##stub, "_" #stub)
 #define PENDING(number, name, stub, argument, members, payload, ...) \
-  ROW(number, #name, argument, payload, nullptr)
+  ROW(number, #name, argument, payload, nullptr, "_" #stub)
 #include "rpc/procedures.def"
 };
 
@@ -86,8 +88,8 @@ static const procedure* find_procedure(uint32_t number) {
 }
 
 // The procedures on supported extenders and firmware updates are traced before
-// their argument is decoded; no other one is.
-static bool traced_at_dispatch(std::string_view name) {
+// their argument is decoded, and their stubs on entry; no other one is.
+static bool traced(std::string_view name) {
   if (name == "HNC_GET_UPDATEFW_ENABLE") return false;
   return name.starts_with("HNC_GET_SUPPORTEDHNE") || name.starts_with("HNC_SET_SUPPORTEDHNE") ||
          name.starts_with("HNC_GET_UPDATEFW_") || name.starts_with("HNC_SET_UPDATEFW_");
@@ -101,7 +103,8 @@ int wlan_config_rpc_prog_1_freeresult(SVCXPRT*, xdrproc_t result_encoder, void* 
 static void answer(const procedure& row, void* argument, svc_req* request, SVCXPRT* transport) {
   result_area result;
   memset(&result, 0, sizeof result);
-  const int send_reply = row.stub(argument, &result, request);
+  int send_reply = traced(row.name) ? trace_stub(row.stub_name, argument) : 1;
+  if (send_reply > 0) send_reply = row.stub(argument, &result, request);
   if (send_reply > 0 && !svc_sendreply(transport, row.result_encoder, &result)) {
     svcerr_systemerr(transport);
   }
@@ -124,7 +127,7 @@ void wlan_config_rpc_prog_1(svc_req* request, SVCXPRT* transport) {
     svcerr_noproc(transport);
     return;
   }
-  if (traced_at_dispatch(row->name)) {
+  if (traced(row->name)) {
     RPC_TRACE("DEBUG >>>>>>>>>>>>>>>>>>>>>>>>> case %s \n", row->name);
   }
   alignas(std::max_align_t) char argument[kArgumentMax];

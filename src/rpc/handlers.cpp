@@ -1,6 +1,10 @@
 #include "rpc/handlers.h"
 
+#include <string_view>
+
 #include "diag/trace.h"
+#include "hnc/settings.h"
+#include "hnc/tables.h"
 #include "rpc/members.h"
 #include "rpc/reply.h"
 #include "steer/bss_service.h"
@@ -30,6 +34,14 @@ void trace_asked(const char* handler, form, const char* text) {
   trace_rpc(handler, " WLAN RPC server : [%s]\n", text);
 }
 
+// The controller's text getters show their answer a second time.
+void trace_text(const char* handler, const wlan_config_result_data_t& result) {
+  const char* text = result.return_data.return_data_val;
+  if (text == nullptr || !std::string_view(handler).starts_with("hnc_")) return;
+  trace_rpc(handler, "DEBUG>>>>>>>>>>>>>>>>>In %s fun. result->return_data.return_data_val:-%s-\n",
+            handler, text);
+}
+
 }  // namespace
 
 #define HANDLER_CODE(members, size, handler, back_end)                                 \
@@ -54,6 +66,7 @@ void trace_asked(const char* handler, form, const char* text) {
     trace_asked(__func__, form::bracketed ARGUMENTS(members));      \
     result->return_code = CALL(back_end, ARGUMENTS(members), text); \
     pack_text(__func__, text, sizeof text, result);                 \
+    trace_text(__func__, *result);                                  \
     return 1;                                                       \
   }
 

@@ -1,0 +1,392 @@
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "support/daemon.h"
+#include "support/files.h"
+#include "support/gateway.h"
+#include "support/hnc_listener.h"
+#include "support/wire.h"
+
+// The home network controller through the wire: with gwbox's listener, and with
+// the stand-in where thousands of calls are made.
+
+static constexpr uint32_t kGetEnable = 0x0100004E;
+static constexpr uint32_t kSetEnable = 0x0100004F;
+static constexpr uint32_t kGetUrl = 0x01000054;
+static constexpr uint32_t kSetUrl = 0x01000055;
+static constexpr uint32_t kGetTopology = 0x0100005E;
+static constexpr uint32_t kGetNumberOfEntries = 0x01000060;
+static constexpr uint32_t kSetNumberOfEntries = 0x01000061;
+static constexpr uint32_t kGetAttempts = 0x01000070;
+static constexpr uint32_t kGetDuration = 0x01000072;
+static constexpr uint32_t kGetHneRow = 0x01000076;
+static constexpr uint32_t kSetDeviceName = 0x01000077;
+static constexpr uint32_t kGetSupportedRow = 0x01000078;
+static constexpr uint32_t kSetRowStatus = 0x01000079;
+static constexpr uint32_t kSetSupportedRow = 0x0100007A;
+
+static constexpr char kMarker[] = "/nvram/hnc_enable";
+static constexpr char kHncError[] = "[REV-RPC] \033[40m\033[31;40m**ERROR**\033[0m ";
+
+static std::string payload_of(uint32_t procedure, const std::string& arguments) {
+  reply_message reply = {};
+  EXPECT_TRUE(call(procedure, arguments, &reply)) << procedure;
+  EXPECT_EQ(reply.accept_status, kAcceptSuccess) << procedure;
+  return reply.payload;
+}
+
+// What the getters answer.
+static std::string int_answer(uint32_t value, int32_t code = 0) {
+  return xdr_word(static_cast<uint32_t>(code)) + xdr_word(4) + xdr_word(value) +
+         std::string(12, '\0') + xdr_word(0);
+}
+
+static std::string text_answer(const std::string& text, int32_t code = 0) {
+  return xdr_word(static_cast<uint32_t>(code)) + xdr_word(0) + xdr_text(text + '\0');
+}
+
+static std::string image_answer(const std::string& image, int32_t code = 0) {
+  return xdr_word(static_cast<uint32_t>(code)) + xdr_word(0) + xdr_text(image);
+}
+
+static pid_t start_with_controller() {
+  write_file(kMarker, "");
+  run("hnc-listener </dev/null >/dev/null 2>&1 &");
+  EXPECT_TRUE(wait_until([] { return !run("ss -Huln sport = 4567").empty(); }));
+  return start_daemon();
+}
+
+// The requests that the listener noted, "type name index value" a line.
+static std::string noted() {
+  return run("jq -r '\"\\(.type) \\(.name) \\(.index) \\(.value)\"' /run/gwbox/hnc.jsonl");
+}
+
+namespace {
+
+// A setting: its procedures, whether they take an instance, its key and the
+// instance that the listener hears of when it is 2.
+struct setting {
+  uint32_t get;
+  bool instance;
+  const char* key;
+  const char* sent;
+};
+
+}  // namespace
+
+static constexpr setting kFlags[] = {
+    {0x01000050, true, "ACMEnable", "0"},          {0x01000052, true, "HNEFWUpgradeEnable", "0"},
+    {0x0100005E, true, "TopologyEnable", "0"},     {0x01000062, true, "HNEConfigOnDemand", "2"},
+    {0x0100006A, false, "ClientSteerEnable", "0"}, {0x0100006C, false, "RRMEnable", "0"},
+    {0x0100006E, false, "MSearchEnable", "0"},     {0x01000074, false, "SecurityEnable", "0"},
+};
+
+static constexpr setting kNumbers[] = {
+    {0x01000060, true, "HNENumberOfEntries", "2"},
+    {0x01000070, false, "ConfigAttempts", "0"},
+    {0x01000072, false, "ConfigDuration", "0"},
+};
+
+static constexpr setting kTexts[] = {
+    {0x01000054, true, "UpdateFwUrl", "2"},      {0x01000056, true, "UpdateFwFilename", "2"},
+    {0x01000058, true, "UpdateFwUsername", "2"}, {0x0100005A, true, "UpdateFwPassword", "2"},
+    {0x01000064, true, "HNEManufacturer", "2"},  {0x01000066, true, "HNEModelname", "2"},
+    {0x01000068, true, "HNEModelnumber", "2"},
+};
+
+// Sets, then gets; the getters' filler is of no interest here.
+static void expect_round_trip(const setting& row, const std::string& value, const std::string& text,
+                              const std::string& answer) {
+  unlink("/run/gwbox/hnc.jsonl");
+  const std::string instance = row.instance ? xdr_word(2) : "";
+  EXPECT_EQ(call_for_code(row.get + 1, instance + value), 0) << row.key;
+  EXPECT_EQ(noted(), "set " + std::string(row.key) + " " + row.sent + " " + text + "\n");
+  EXPECT_EQ(payload_of(row.get, instance), answer) << row.key;
+  EXPECT_TRUE(noted().find("\nget " + std::string(row.key) + " " + row.sent + " ") !=
+              std::string::npos)
+      << noted();
+}
+
+TEST(Hnc, EveryFlagReachesTheListenerAndComesBack) {
+  start_with_controller();
+  for (const setting& row : kFlags) {
+    expect_round_trip(row, xdr_word(1), "1", int_answer(1));
+    expect_round_trip(row, xdr_word(0), "0", int_answer(0));
+  }
+  EXPECT_EQ(payload_of(kGetEnable, xdr_word(1)), int_answer(1));
+  EXPECT_EQ(daemon_errors(), "");
+}
+
+TEST(Hnc, EveryNumberReachesTheListenerAndComesBack) {
+  start_with_controller();
+  for (const setting& row : kNumbers) {
+    expect_round_trip(row, xdr_word(17), "17", int_answer(17));
+    expect_round_trip(row, xdr_word(0xFFFFFFFF), "-1", int_answer(0xFFFFFFFF));
+    expect_round_trip(row, xdr_word(0x80000000), "-2147483648", int_answer(0x80000000));
+  }
+}
+
+TEST(Hnc, EveryTextReachesTheListenerAndComesBack) {
+  start_with_controller();
+  const std::string odd = "%n $(touch /tmp/pwned) `id` '\";|&";
+  for (const setting& row : kTexts) {
+    expect_round_trip(row, xdr_text("plain"), "plain", text_answer("plain"));
+    expect_round_trip(row, xdr_text(""), "", text_answer(""));
+    expect_round_trip(row, xdr_text(odd), odd, text_answer(odd));
+  }
+  // The listener keeps this one as a number.
+  expect_round_trip({0x0100005C, true, "UpdateFwTime", "2"}, xdr_text("1700000000"), "1700000000",
+                    text_answer("1700000000"));
+  EXPECT_FALSE(exists("/tmp/pwned"));
+}
+
+TEST(Hnc, LongTextIsCutTo127Bytes) {
+  start_with_controller();
+  const std::string sent(127, 'u');
+  expect_round_trip({kGetUrl, true, "UpdateFwUrl", "2"}, xdr_text(std::string(8000, 'u')), sent,
+                    text_answer(sent));
+}
+
+TEST(Hnc, InstancesWithoutARowAreTheListenersBusiness) {
+  start_with_controller();
+  for (const uint32_t instance : {0u, 17u, 0xFFFFFFFFu, 0x80000000u, 0x7FFFFFFFu}) {
+    EXPECT_EQ(call_for_code(kSetNumberOfEntries, xdr_word(instance) + xdr_word(5)), 0);
+    EXPECT_EQ(payload_of(kGetNumberOfEntries, xdr_word(instance)), int_answer(5)) << instance;
+  }
+}
+
+TEST(Hnc, ItsSwitchMakesAndRemovesTheMarker) {
+  start_daemon();
+  EXPECT_EQ(call_for_code(kSetEnable, xdr_word(1) + xdr_word(1)), 0);
+  EXPECT_TRUE(exists(kMarker));
+  EXPECT_EQ(call_for_code(kSetEnable, xdr_word(1) + xdr_word(1)), 0);
+  EXPECT_EQ(call_for_code(kSetEnable, xdr_word(1) + xdr_word(0)), 0);
+  EXPECT_FALSE(exists(kMarker));
+  const std::string prefix = std::string(kHncError) + "hnc_setEnable hnc_setEnable:";
+  EXPECT_EQ(daemon_errors(),
+            prefix + "Creating hnc_enable fle to START HNC process. \n" + prefix +
+                "HNC status is enabled and request is to enable. Nothing to do. \n" + prefix +
+                "Stopping HNC by deleting hnc_enable fle. \n");
+}
+
+TEST(Hnc, WithoutTheMarkerEverythingFailsAndNothingIsSent) {
+  start_with_controller();
+  ASSERT_EQ(unlink(kMarker), 0);
+  for (const setting& row : kFlags)
+    EXPECT_EQ(payload_of(row.get, row.instance ? xdr_word(1) : ""), int_answer(0, -1)) << row.key;
+  for (const setting& row : kNumbers)
+    EXPECT_EQ(payload_of(row.get, row.instance ? xdr_word(1) : ""), int_answer(0, -1)) << row.key;
+  for (const setting& row : kTexts)
+    EXPECT_EQ(payload_of(row.get, xdr_word(1)), text_answer("", -1)) << row.key;
+  EXPECT_EQ(payload_of(kGetHneRow, xdr_word(1)), image_answer(std::string(1492, '\0'), -1));
+  EXPECT_EQ(payload_of(kGetSupportedRow, xdr_word(1)), image_answer(std::string(1232, '\0'), -1));
+  EXPECT_EQ(call_for_code(kSetDeviceName, xdr_word(1) + xdr_text("x")), -1);
+  EXPECT_EQ(call_for_code(kSetRowStatus, xdr_word(1) + xdr_word(1)), -1);
+  EXPECT_FALSE(exists("/run/gwbox/hnc.jsonl"));
+  // Two flags, the numbers of a row and the texts say nothing.
+  const std::string errors = daemon_errors();
+  size_t lines = 0;
+  for (size_t at = errors.find("HNC Process is not running\n"); at != errors.npos;
+       at = errors.find("HNC Process is not running\n", at + 1))
+    ++lines;
+  EXPECT_EQ(lines, 6u + 2u + 4u) << errors;
+}
+
+TEST(Hnc, ExtenderRowsComeAsTheyAre) {
+  start_with_controller();
+  const std::string payload = payload_of(kGetHneRow, xdr_word(1));
+  ASSERT_EQ(payload.size(), 12u + 1492u);
+  EXPECT_EQ(payload.substr(0, 12), xdr_word(0) + xdr_word(0) + xdr_word(1492));
+  EXPECT_EQ(payload.substr(12, 4), little_endian(1));
+  EXPECT_EQ(payload.substr(12 + 916, 4), little_endian(1700000000));
+  EXPECT_EQ(call_for_code(kSetDeviceName, xdr_word(1) + xdr_text("Loft")), 0);
+  EXPECT_NE(payload_of(kGetHneRow, xdr_word(1)).find(std::string("Loft\0", 5)), std::string::npos);
+  for (const uint32_t row : {0u, 2u, 17u, 0xFFFFFFFFu}) {
+    EXPECT_EQ(payload_of(kGetHneRow, xdr_word(row)), image_answer(std::string(1492, '\0'), -1));
+    EXPECT_EQ(call_for_code(kSetDeviceName, xdr_word(row) + xdr_text("Nowhere")), -1);
+  }
+}
+
+// The characters of a vector of the wire, a word each.
+static std::string char_words(const std::string& text, size_t size) {
+  std::string words;
+  for (size_t i = 0; i < size; ++i)
+    words += xdr_word(i < text.size() ? static_cast<uint32_t>(text[i]) : 0);
+  return words;
+}
+
+static std::string padded(std::string text, size_t size) {
+  text.resize(size, '\0');
+  return text;
+}
+
+TEST(Hnc, SupportedRowsGoThereAndBack) {
+  start_with_controller();
+  const std::string full(64, 'M');
+  const struct {
+    const char* text;
+    size_t size;
+  } texts[] = {{"Extender", 64}, {"X9", 64},    {"http://192.168.254.254/", 256},
+               {"x9.bin", 256},  {"user", 256}, {"pass", 256}};
+  std::string argument = xdr_word(7) + xdr_word(3) + xdr_word(1) + char_words(full, 64);
+  std::string image = little_endian(3) + little_endian(1) + full;
+  for (const auto& text : texts) {
+    argument += char_words(text.text, text.size);
+    image += padded(text.text, text.size);
+  }
+  argument += xdr_word(1700000000) + xdr_word(1);
+  image += little_endian(1700000000) + little_endian(1);
+  EXPECT_EQ(call_for_code(kSetSupportedRow, argument), 0);
+  EXPECT_EQ(payload_of(kGetSupportedRow, xdr_word(7)), image_answer(image));
+  EXPECT_EQ(run("jq -r .record.manufacturer /run/gwbox/hnc.jsonl | head -1"), full + "\n");
+  // Row status 6 removes it.
+  EXPECT_EQ(call_for_code(kSetRowStatus, xdr_word(7) + xdr_word(6)), 0);
+  EXPECT_EQ(payload_of(kGetSupportedRow, xdr_word(7)), image_answer(std::string(1232, '\0'), -1));
+  EXPECT_EQ(call_for_code(kSetRowStatus, xdr_word(7) + xdr_word(6)), 0) << "not looked at";
+}
+
+TEST(Hnc, OddAnswersAreSuccesses) {
+  const pid_t child = service_child(start_with_controller());
+  set_companion("hnc.behaviour", "empty");
+  EXPECT_EQ(payload_of(kGetTopology, xdr_word(1)), int_answer(0));
+  EXPECT_EQ(payload_of(kGetUrl, xdr_word(1)), text_answer(""));
+  EXPECT_EQ(payload_of(kGetHneRow, xdr_word(99)), image_answer(std::string(1492, '\0')));
+  set_companion("hnc.behaviour", "short");
+  EXPECT_EQ(payload_of(kGetDuration, ""), int_answer(300));
+  EXPECT_EQ(payload_of(kGetSupportedRow, xdr_word(99)), image_answer(std::string(1232, '\0')));
+  set_companion("hnc.behaviour", "huge");
+  EXPECT_EQ(payload_of(kGetDuration, ""), int_answer(300));
+  set_companion("hnc.behaviour", "unterminated");
+  EXPECT_EQ(payload_of(kGetUrl, xdr_word(1)), text_answer(std::string(131, 'U')));
+  EXPECT_EQ(payload_of(kGetHneRow, xdr_word(1)), image_answer(std::string(1492, 'U')));
+  EXPECT_EQ(kill(child, 0), 0);
+}
+
+TEST(Hnc, LateAnswerIsNotTakenForTheNextOne) {
+  start_with_controller();
+  set_companion("hnc.behaviour", "late");
+  EXPECT_EQ(payload_of(kGetDuration, ""), int_answer(0, -1));
+  EXPECT_EQ(daemon_errors(), std::string(kHncError) +
+                                 "hnc_getHneConfigDuration hnc_getHneConfigDuration Failed to "
+                                 "send messgae to HNC Listner\n");
+  set_companion("hnc.behaviour", "normal");
+  EXPECT_EQ(payload_of(kGetAttempts, ""), int_answer(3));
+  EXPECT_EQ(payload_of(kGetDuration, ""), int_answer(300));
+}
+
+TEST(Hnc, CallsAreTracedFromTheDispatcherToTheListener) {
+  start_with_controller();
+  EXPECT_EQ(call_for_code(kSetUrl, xdr_word(1) + xdr_text("http://x/")), 0);
+  write_file("/tmp/wlandbg", "");
+  EXPECT_EQ(payload_of(kGetUrl, xdr_word(1)), text_answer("http://x/"));
+  const auto rpc = [](const std::string& function) {
+    return "\033[1;32;40m[RPC] " + function + "\033[0m ";
+  };
+  const auto rev = [](const std::string& function) {
+    return "[REV-RPC] \033[40m\033[31;40m" + function + "\033[0m ";
+  };
+  const std::string handler = rpc("hnc_get_updatefw_url_1_svc");
+  EXPECT_EQ(daemon_output(),
+            rpc("wlan_config_rpc_prog_1") +
+                "DEBUG >>>>>>>>>>>>>>>>>>>>>>>>> case HNC_GET_UPDATEFW_URL \n" +
+                rpc("_hnc_get_updatefw_url_1") +
+                "DEBUG:>>>>>>>>>>>>>>>>>>>>>>>>> _hnc_get_updatefw_url_1. \n" + handler +
+                " WLAN RPC server : [index 1]\n" + rev("hnc_getUpdateFWURL") +
+                "hnc_getUpdateFWURL entered\n" + rev("sendMessage") +
+                "DEBUG >>>>>>>>>>>>>>>>>>>>>>>>> In func sendMessage. \n" + rev("sendMessage") +
+                ">>>>>>>>>>>>>>>>>>>sendMessage fuunction: Sent Request UpdateFwUrl\n" +
+                rev("sendMessage") +
+                ">>>>>>>>>>>>>>>>>>>sendMessage function: Received Response http://x/\n" +
+                rev("hnc_getUpdateFWURL") + "hnc_getUpdateFWURL:UpdateFwUrl http://x/\n" + handler +
+                " WLAN RPC server : [len = 10]\n" + handler +
+                " WLAN RPC server : [updatefw_url http://x/]\n" + handler +
+                "DEBUG>>>>>>>>>>>>>>>>>In hnc_get_updatefw_url_1_svc fun. "
+                "result->return_data.return_data_val:-http://x/-\n");
+}
+
+TEST(Hnc, OnlyItsOwnTextsAreShownTwice) {
+  start_with_controller();
+  write_file("/tmp/wlandbg", "");
+  payload_of(21, xdr_word(1));
+  EXPECT_EQ(daemon_output().find("return_data_val"), std::string::npos) << daemon_output();
+}
+
+TEST(Hnc, SupportedRowIsTracedByItsHandler) {
+  start_daemon();
+  write_file("/tmp/wlandbg", "");
+  const std::string texts(4 * (3 * 64 + 4 * 256), '\0');
+  EXPECT_EQ(call_for_code(kSetSupportedRow, xdr_word(7) + xdr_word(3) + xdr_word(1) + texts +
+                                                xdr_word(0) + xdr_word(0)),
+            -1);
+  EXPECT_TRUE(
+      daemon_output().starts_with("\033[1;32;40m[RPC] hnc_set_hne_table_entry_1_svc\033[0m "
+                                  " WLAN RPC server : [row=7][index=3][row_status=1]\n"))
+      << daemon_output();
+}
+
+// Descriptors.
+
+static size_t occurrences(const std::string& text, const std::string& part) {
+  size_t count = 0;
+  for (size_t at = text.find(part); at != text.npos; at = text.find(part, at + 1))
+    ++count;
+  return count;
+}
+
+// Starts the daemon behind a limit, and the stand-in, and waits for both.
+static pid_t start_limited(const std::string& limits) {
+  write_file(kMarker, "");
+  const pid_t supervisor = start_supervisor_through(limits + "; exec ");
+  EXPECT_TRUE(wait_until(daemon_answers)) << daemon_errors();
+  start_listener();
+  listener_answers(hnc_reply_bytes("5"));
+  return supervisor;
+}
+
+// Makes 5,000 calls in a row, each waiting for the service to be there; returns
+// how many were not answered.
+static int lost_of_5000_calls(double seconds) {
+  int lost = 0;
+  for (int i = 0; i < 5000; ++i) {
+    reply_message reply = {};
+    if (!call(kGetAttempts, "", &reply, seconds)) {
+      ++lost;
+      EXPECT_TRUE(wait_until(daemon_answers));
+    } else {
+      EXPECT_EQ(reply.payload, int_answer(5)) << i;
+    }
+  }
+  return lost;
+}
+
+static size_t descriptors_of(pid_t pid) {
+  size_t count = 0;
+  for (const auto& entry :
+       std::filesystem::directory_iterator("/proc/" + std::to_string(pid) + "/fd"))
+    count += !entry.path().empty();
+  return count;
+}
+
+// Takes four seconds: so long the four lost calls are waited for.
+TEST(HncDescriptors, ChildThatRunsOutIsReplacedAndOnlyTheCallAtHandIsLost) {
+  const pid_t supervisor = start_limited("ulimit -n 1024");
+  const pid_t first = service_child(supervisor);
+  const int lost = lost_of_5000_calls(1.0);
+  EXPECT_EQ(lost, 4);
+  EXPECT_EQ(occurrences(daemon_errors(), "ERROR opening socket: Too many open files\n"), 4u);
+  EXPECT_NE(service_child(supervisor), first);
+  EXPECT_TRUE(daemon_answers());
+}
+
+TEST(HncDescriptors, ChildRaisesItsLimitAndLosesNothing) {
+  const pid_t supervisor = start_limited("ulimit -Sn 1024; ulimit -Hn 8192");
+  const pid_t child = service_child(supervisor);
+  EXPECT_EQ(lost_of_5000_calls(2.0), 0);
+  EXPECT_EQ(service_child(supervisor), child);
+  EXPECT_GT(descriptors_of(child), 5000u);
+  EXPECT_EQ(daemon_errors(), "");
+  EXPECT_TRUE(daemon_answers());
+}
