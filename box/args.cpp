@@ -92,6 +92,15 @@ static int split_payload(int argc, char** argv, args& a) {
   return argc;
 }
 
+// The words in the order that CLI11 takes them in, the last first. It would split one in brackets
+// at its commas; the blank in front keeps it whole, and JSON does not mind.
+static std::vector<std::string> words_reversed(int argc, char** argv) {
+  std::vector<std::string> words;
+  for (int i = argc - 1; i > 0; i--)
+    words.push_back(argv[i][0] == '[' ? std::string(" ") + argv[i] : argv[i]);
+  return words;
+}
+
 args args_read(int argc, char** argv) {
   args a = {};
   a.command = kArgsDone;
@@ -112,7 +121,7 @@ args args_read(int argc, char** argv) {
   declare_scenario(app, a);
   int own = split_payload(argc, argv, a);
   try {
-    app.parse(own, argv);
+    app.parse(words_reversed(own, argv));
   } catch (const CLI::ParseError& error) {
     a.command = kArgsDone;
     a.status = app.exit(error) == 0 ? 0 : kExitUsage;

@@ -106,6 +106,16 @@ static json modules_of(const trap_state& trap) {
   return list;
 }
 
+// A statistics daemon is started as "radstat" and the number of its interface.
+static bool is_companion(const std::string& name) {
+  for (std::string known : kCompanions) {
+    if (name == known) return true;
+    if (known != "radstat" || !name.starts_with(known)) continue;
+    if (name.find_first_not_of("0123456789", known.size()) == name.npos) return true;
+  }
+  return false;
+}
+
 static json companions_now() {
   json list = json::array();
   DIR* processes = opendir("/proc");
@@ -113,11 +123,8 @@ static json companions_now() {
   while (struct dirent* entry = readdir(processes)) {
     if (!isdigit(entry->d_name[0])) continue;
     std::string name = file_read(std::string("/proc/") + entry->d_name + "/comm");
-    for (const char* known : kCompanions) {
-      if (name == std::string(known) + "\n") {
-        list.push_back({{"name", known}, {"pid", atoi(entry->d_name)}});
-      }
-    }
+    if (name.ends_with('\n')) name.pop_back();
+    if (is_companion(name)) list.push_back({{"name", name}, {"pid", atoi(entry->d_name)}});
   }
   closedir(processes);
   return list;

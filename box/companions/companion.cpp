@@ -9,6 +9,7 @@
 #include <stdlib.h>
 #include <string.h>
 #include <sys/signalfd.h>
+#include <sys/stat.h>
 #include <time.h>
 #include <unistd.h>
 
@@ -54,16 +55,31 @@ bool companion_pause(companion& self, double seconds) {
   return !self.ended;
 }
 
+// Inode of the socket that this process made; a companion makes one at most.
+static ino_t own_inode;
+
+static ino_t inode_of(const char* path) {
+  struct stat status;
+  return lstat(path, &status) == 0 ? status.st_ino : 0;
+}
+
 int companion_listen(const char* path) {
   sockaddr_un address = {};
   address.sun_family = AF_UNIX;
   strncpy(address.sun_path, path, sizeof address.sun_path - 1);
   unlink(path);
   int fd = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-  if (fd >= 0 && bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0) return fd;
+  if (fd >= 0 && bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0) {
+    own_inode = inode_of(path);
+    return fd;
+  }
   perror(path);
   if (fd >= 0) close(fd);
   return -1;
+}
+
+void companion_unlisten(const char* path) {
+  if (inode_of(path) == own_inode) unlink(path);
 }
 
 bool companion_receive(companion& self, int fd, companion_datagram& datagram) {

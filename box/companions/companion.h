@@ -42,6 +42,9 @@ bool companion_pause(companion& self, double seconds);
 // -1 after a message on standard error.
 int companion_listen(const char* path);
 
+// Removes that socket, unless another process has replaced it since.
+void companion_unlisten(const char* path);
+
 // Waits for the next datagram; false when the companion ended.
 bool companion_receive(companion& self, int fd, companion_datagram& datagram);
 

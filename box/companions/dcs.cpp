@@ -1,6 +1,5 @@
 #include <stdint.h>
 #include <string.h>
-#include <unistd.h>
 
 #include "companion.h"
 #include "programs.h"
@@ -49,6 +48,6 @@ int dcs_main() {
     line["hex"] = companion_hex(datagram.bytes);
     companion_record(kRecord, line);
   }
-  unlink(kPath);
+  companion_unlisten(kPath);
   return 0;
 }

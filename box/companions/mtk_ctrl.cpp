@@ -1,7 +1,6 @@
 #include <stdint.h>
 #include <string.h>
 #include <time.h>
-#include <unistd.h>
 
 #include "companion.h"
 #include "companion_data.h"
@@ -85,6 +84,6 @@ int mtk_ctrl_main() {
   companion_datagram datagram;
   while (companion_receive(self, fd, datagram))
     serve(self, fd, datagram);
-  unlink(kPath);
+  companion_unlisten(kPath);
   return 0;
 }

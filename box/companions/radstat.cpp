@@ -120,6 +120,6 @@ int radstat_main(const std::string& name, int argc, char** argv) {
   companion_datagram datagram;
   while (companion_receive(self, fd, datagram))
     serve(self, fd, datagram, options.interface);
-  unlink(path.c_str());
+  companion_unlisten(path.c_str());
   return 0;
 }

@@ -164,6 +164,19 @@ TEST(Radstat, EachRadioHasAProcessOfItsOwnName) {
   EXPECT_TRUE(runs("radstat8"));
 }
 
+TEST(Radstat, IsNamedByTheStatusAndKeepsTheSocketOfItsSuccessor) {
+  close(start_radstat(8));
+  EXPECT_EQ(run("gwbox status --json | jq -c '[.companions[].name]'").output, "[\"radstat8\"]\n");
+  std::string pid = run("pgrep -x radstat8").output;
+  ASSERT_EQ(run("/var/run/radstat8 -i ra8 -r 1 -m 1 -R 0 >/dev/null 2>&1 &").status, 0);
+  await_records("/run/gwbox/radstat.jsonl", 2);
+  ASSERT_EQ(run("kill " + pid).status, 0);
+  ASSERT_TRUE(wait_until([] { return run("pgrep -xc radstat8").output == "1\n"; }));
+  int fd = connect_datagram("/var/run/radstat/ra8");
+  EXPECT_EQ(ask(fd, RESULT).size(), 192u);
+  close(fd);
+}
+
 TEST(Radstat, NumbersMoveWithTime) {
   int fd = start_radstat(0);
   std::string first = ask(fd, RESULT);

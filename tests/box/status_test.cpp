@@ -83,7 +83,9 @@ TEST(Set, TheScenarioInForceIsInItsFile) {
   EXPECT_EQ(in_force()["name"], "minimal");
   ASSERT_EQ(run("gwbox set companion dcs.delay 3").status, 0);
   ASSERT_EQ(run("gwbox set radio ra8 channel=44").status, 0);
+  ASSERT_EQ(run("gwbox set companion radstat.ra0.rssi '[-71, -72]'").status, 0);
   EXPECT_EQ(in_force()["companions"]["dcs"]["delay"], 3);
+  EXPECT_EQ(in_force()["companions"]["radstat"]["ra0"]["rssi"], json::parse("[-71,-72]"));
   EXPECT_EQ(in_force()["radios"]["ra8"]["channel"], 44);
   run_result wrong = run("gwbox set radio ra8 channel=many");
   EXPECT_EQ(wrong.status, 2);
