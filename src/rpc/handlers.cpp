@@ -12,6 +12,7 @@
 #include "wlan/bss_settings.h"
 #include "wlan/inert.h"
 #include "wlan/led.h"
+#include "wlan/radio_statistics.h"
 
 // The handlers that follow from their payload kind. The values are packed
 // whether or not the back end succeeded.
