@@ -1,0 +1,39 @@
+#include "steer/band_steering_settings.h"
+
+#include <cstdio>
+
+#include "diag/trace.h"
+#include "lifecycle/companions.h"
+#include "profile/profile.h"
+#include "profile/profile_values.h"
+#include "sys/board.h"
+#include "sys/command.h"
+
+static constexpr char kKey[] = "BandSteering";
+
+static void switch_driver(int enable) {
+  static constexpr int kInterfaces[] = {0, 8};
+  for (const int number : kInterfaces) {
+    char command[64];
+    snprintf(command, sizeof command, "iwpriv ra%d set BndStrgEnable=%d", number, enable);
+    run_command(command);
+  }
+}
+
+int wlan_setBandSteerEnable(int enable) {
+  if (enable != 0 && enable != 1) return -1;
+  const char* value = enable == 1 ? "1" : "0";
+  wifiprofile_updateParam_force(bss_profile(kRadio24), kKey, value, "");
+  wifiprofile_updateParam_force(bss_profile(kRadio5), kKey, value, "");
+  // The daemon never runs beside a driver that is switched off.
+  if (enable == 1) switch_driver(1);
+  bndstrgStart(enable);
+  if (enable == 0) switch_driver(0);
+  return 0;
+}
+
+int wlan_getBandSteerEnable(int* enable) {
+  *enable = profile_number(bss_profile(kRadio24), kKey, kProfileFieldBuffer - 1);
+  REV_TRACE("band steer enabled: %d\n ", *enable);
+  return 0;
+}

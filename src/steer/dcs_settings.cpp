@@ -1,0 +1,81 @@
+#include "steer/dcs_settings.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include "diag/trace.h"
+#include "lifecycle/companions.h"
+#include "profile/profile.h"
+#include "steer/dcs_wire.h"
+#include "sys/board.h"
+#include "sys/unix_datagram.h"
+
+static constexpr char kDaemonPath[] = "/var/run/dcsD";
+// For a daemon that does not take its datagrams.
+static constexpr int kSendTimeoutMs = 2000;
+
+static int send_to_daemon(int sock, const void* datagram) {
+  // A daemon that is not running is no error.
+  if (unix_datagram_connect(sock, kDaemonPath) != 0) return 0;
+  if (unix_datagram_send(sock, datagram, sizeof(dcs_message), kSendTimeoutMs) == 0) return 0;
+  static constexpr const char* kCaller = "notifyDCSSettingChanges";
+  const char* text = static_cast<const char*>(datagram) + offsetof(dcs_message, payload);
+  trace_rev_error(kCaller, "%s: failed to send message %.*s\n", kCaller,
+                  static_cast<int>(sizeof(dcs_message::payload)), text);
+  return -1;
+}
+
+int notifyDCSSettingChanges(int /*index*/, const void* datagram) {
+  const int sock = unix_datagram_socket();
+  if (sock < 0) return -1;
+  REV_TRACE("%s:socket %d is created\n", __func__, sock);
+  const int status = send_to_daemon(sock, datagram);
+  unix_datagram_close(sock, nullptr);
+  return status;
+}
+
+static bool is_one_of(const char* key, const char* first, const char* second) {
+  return strcmp(key, first) == 0 || strcmp(key, second) == 0;
+}
+
+int dcsSetNoitfyF(int index, const char* key, unsigned value) {
+  const int number = static_cast<int>(value);
+  char text[64];
+  snprintf(text, sizeof text, "%d", number);
+  const unsigned written = wifiprofile_updateParam(bss_profile(index), key, text, "");
+  if (written == kProfileFailed) {
+    REV_TRACE("%s:failed to update wifi profile for %s ret:%u\n ", __func__, key, written);
+  }
+  if (is_one_of(key, "MSODCSOn", "USERDCSOn")) {
+    dcsStart(number);
+    return 0;
+  }
+  dcs_message message = {};
+  if (strcmp(key, "DCSDebugLevel") == 0) {
+    message.type = kDcsDebugLevel;
+    memcpy(message.payload, &number, sizeof number);
+  } else {
+    message.type = kDcsSetting;
+    snprintf(message.payload, sizeof message.payload, "%s=%d", key, number);
+    message.length = static_cast<uint32_t>(strlen(message.payload) + 1);
+  }
+  return notifyDCSSettingChanges(index, &message);
+}
+
+#define DCS_SETTING(operation, key)                                 \
+  int operation(int index, int value) {                             \
+    return dcsSetNoitfyF(index, key, static_cast<unsigned>(value)); \
+  }
+#include "steer/dcs_settings.def"
+
+int wlan_setDCSRSSIWeight(int index, const char* weight) {
+  const unsigned written = wifiprofile_updateParam(bss_profile(index), "DCSRSSIWeight", weight, "");
+  if (written == kProfileFailed) {
+    REV_TRACE("%s:failed to update wifi profile %s ret:%u\n ", __func__, "DCSRSSIWeight", written);
+  }
+  // The bare text is the datagram, without type and length: kept on purpose.
+  static constexpr size_t kTextSize = 96;
+  char datagram[sizeof(dcs_message)] = {};
+  snprintf(datagram, kTextSize, "DCSRSSIWeight=%s", weight);
+  return notifyDCSSettingChanges(index, datagram);
+}

@@ -1,0 +1,112 @@
+#include "steer/band_steering_settings.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <climits>
+#include <cstdlib>
+
+#include "support/gateway.h"
+#include "unit_support.h"
+
+// Puts an iwpriv first in the PATH that notes its arguments and whether band
+// steering's marker is there.
+static void note_iwpriv() {
+  mkdir("/tmp/noting", 0755);
+  write_file("/tmp/noting/iwpriv",
+             "#!/bin/sh\n"
+             "echo \"$@\" $([ -e /tmp/mtk_bnd_file ] && echo running) >> /tmp/noted\n");
+  chmod("/tmp/noting/iwpriv", 0755);
+  setenv("PATH", (std::string("/tmp/noting:") + getenv("PATH")).c_str(), 1);
+}
+
+static void set_quietly(int enable, int status) {
+  output_of([&] { errors_of([&] { EXPECT_EQ(wlan_setBandSteerEnable(enable), status); }); });
+}
+
+TEST(BandSteeringSettings, DriverIsSwitchedOnBeforeTheDaemonStartsAndOffAfterItStopped) {
+  // The start looks for the daemon's marker at once and then after a second.
+  make_bands_alike();
+  for (const char* profile : {kProfile24, kProfile5})
+    set_profile_value(profile, "BandSteering", "0");
+  note_iwpriv();
+  set_quietly(1, 0);
+  EXPECT_EQ(read_file("/tmp/noted"), "ra0 set BndStrgEnable=1\nra8 set BndStrgEnable=1\n");
+  EXPECT_EQ(run("pgrep -xc bndstrg_1"), "1\n");
+  EXPECT_TRUE(exists("/tmp/mtk_bnd_file"));
+  EXPECT_EQ(profile_value(kProfile24, "BandSteering"), "1");
+  EXPECT_EQ(profile_value(kProfile5, "BandSteering"), "1");
+  unlink("/tmp/noted");
+  set_quietly(0, 0);
+  EXPECT_EQ(read_file("/tmp/noted"), "ra0 set BndStrgEnable=0\nra8 set BndStrgEnable=0\n");
+  EXPECT_TRUE(wait_until([] { return run("pgrep -xc bndstrg_1") == "0\n"; }));
+  EXPECT_EQ(profile_value(kProfile24, "BandSteering"), "0");
+  EXPECT_EQ(profile_value(kProfile5, "BandSteering"), "0");
+}
+
+TEST(BandSteeringSettings, OtherValuesAreRefusedAndChangeNothing) {
+  const std::string before24 = read_file(kProfile24);
+  const std::string before5 = read_file(kProfile5);
+  note_iwpriv();
+  for (const int value : {2, -1, 256, INT_MIN, INT_MAX}) {
+    EXPECT_EQ(wlan_setBandSteerEnable(value), -1) << value;
+  }
+  EXPECT_EQ(read_file(kProfile24), before24);
+  EXPECT_EQ(read_file(kProfile5), before5);
+  EXPECT_FALSE(exists("/tmp/noted"));
+  EXPECT_FALSE(exists(kMirror24));
+}
+
+TEST(BandSteeringSettings, MissingKeyIsAppendedAndFailuresAreIgnored) {
+  note_iwpriv();
+  write_file(kProfile24, "Other=1\n");
+  unlink(kProfile5);
+  set_quietly(0, 0);
+  EXPECT_EQ(read_file(kProfile24), "Other=1\nBandSteering=0\n");
+  EXPECT_FALSE(exists(kProfile5));
+  write_file("/tmp/noting/iwpriv", "#!/bin/sh\nexit 1\n");
+  set_quietly(0, 0);
+}
+
+TEST(BandSteeringSettings, OnlyTheFirstProfileIsRead) {
+  struct {
+    const char* profile24;
+    int value;
+  } const kCases[] = {{"BandSteering=0\n", 0},    {"BandSteering=1\n", 1},
+                      {"BandSteering=12x\n", 12}, {"BandSteering=-3\n", -3},
+                      {"BandSteering=\n", 0},     {"Other=1\n", 0},
+                      {"BandSteering=yes\n", 0}};
+  write_file(kProfile5, "BandSteering=5\n");
+  for (const auto& row : kCases) {
+    write_file(kProfile24, row.profile24);
+    int value = 99;
+    EXPECT_EQ(wlan_getBandSteerEnable(&value), 0);
+    EXPECT_EQ(value, row.value) << row.profile24;
+  }
+  unlink(kProfile24);
+  int value = 99;
+  errors_of([&] { EXPECT_EQ(wlan_getBandSteerEnable(&value), 0); });
+  EXPECT_EQ(value, 0);
+}
+
+TEST(BandSteeringSettings, LongValueIsReadUpTo255Characters) {
+  write_file(kProfile24, "BandSteering=" + std::string(254, '0') + "7\n");
+  int value = 99;
+  EXPECT_EQ(wlan_getBandSteerEnable(&value), 0);
+  EXPECT_EQ(value, 7);
+  write_file(kProfile24, "BandSteering=" + std::string(255, '0') + "7\n");
+  EXPECT_EQ(wlan_getBandSteerEnable(&value), 0);
+  EXPECT_EQ(value, 0);
+}
+
+TEST(BandSteeringSettings, ReadingIsTraced) {
+  switch_console_on();
+  write_file(kProfile24, "BandSteering=1\n");
+  EXPECT_EQ(output_of([] {
+              int value = 0;
+              EXPECT_EQ(wlan_getBandSteerEnable(&value), 0);
+            }),
+            "[REV-RPC] \033[40m\033[31;40mwlan_getBandSteerEnable\033[0m "
+            "band steer enabled: 1\n ");
+}
