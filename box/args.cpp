@@ -31,7 +31,8 @@ static void declare_fail(CLI::App& app, args& a) {
       "\"gwbox fail clear\" ends all failures.");
   fail->add_option("WHAT", a.what, "request[:sub][@interface] or name[@interface]")->required();
   fail->add_option("HOW", a.how,
-                   "an errno name, such as EAGAIN, or delay=MILLISECONDS, short=BYTES");
+                   "an errno name, such as EAGAIN, or delay=MILLISECONDS, short=BYTES, "
+                   "count=NUMBER");
   fail->add_option("COUNT", a.count, "how many times (1)")->check(CLI::Range(1, 1000000000));
   fail->callback([&a] { a.command = kArgsFail; });
 }

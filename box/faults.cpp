@@ -82,6 +82,12 @@ static bool parse_how(const std::string& how, fault_rule& rule) {
     rule.short_bytes = static_cast<int>(number);
     return true;
   }
+  if (how.starts_with("count=")) {
+    if (!parse_number(how.substr(strlen("count=")), UINT32_MAX, number)) return false;
+    rule.has_count = true;
+    rule.count = static_cast<uint32_t>(number);
+    return true;
+  }
   rule.error = errno_of(how);
   return rule.error != 0;
 }
@@ -105,8 +111,8 @@ bool fault_parse(const std::string& what, const std::string& how, int count, fau
     return false;
   }
   if (!parse_how(how, rule)) {
-    wrong = "\"" + how + "\" is no failure: expected an errno name such as EAGAIN, delay=MS or " +
-            "short=BYTES";
+    wrong = "\"" + how + "\" is no failure: expected an errno name such as EAGAIN, delay=MS, " +
+            "short=BYTES or count=NUMBER";
     return false;
   }
   return true;

@@ -3,7 +3,8 @@
 //
 // WHAT is request[:sub][@interface]: "0x8BE1", "0x8BE1:0x069B", "0x8BE2@ra8"; or a name, with or
 // without @interface: "set", "survey@ra8", "vlan", "init_module".
-// HOW is the name of an errno, "EAGAIN", or "delay=MILLISECONDS", or "short=BYTES".
+// HOW is the name of an errno, "EAGAIN", "delay=MILLISECONDS",
+// "short=BYTES", or "count=NUMBER".
 #pragma once
 
 #include <stdint.h>
@@ -26,6 +27,8 @@ struct fault_rule {
   int delay_ms;
   bool is_short;  // the answer is cut to short_bytes, as is the length that the caller is told
   int short_bytes;
+  bool has_count;  // the answer's first 32 bits, the count of a table, become count
+  uint32_t count;
   int left;  // how many requests it still applies to
 };
 

@@ -88,6 +88,8 @@ static void serve(trap_state& trap, trap_call& c, const fault_rule* rule) {
   if (taken.error != 0) status = -taken.error;
   c.is_short = taken.is_short;
   c.short_bytes = static_cast<size_t>(taken.short_bytes);
+  c.has_count = taken.has_count;
+  c.count = taken.count;
   if (status == 0) status = kind_of(c).act(trap, c, entry);
   entry.result = status;
   journal_append(trap.log, entry);

@@ -12,6 +12,8 @@ struct trap_call {
   uint32_t request;  // of an ioctl; else one of FAULT_..._MODULE
   bool is_short;     // a fault cuts the answer to short_bytes
   size_t short_bytes;
+  bool has_count;  // a fault has the answer begin with count
+  uint32_t count;
   // A wireless request:
   uint64_t pointer;  // of the caller's buffer
   size_t length_at;  // offset of the length in the frame

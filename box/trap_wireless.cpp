@@ -94,11 +94,16 @@ static void cut_answer(driver_request& r, size_t bytes) {
   if (r.answer_length > bytes) r.answer_length = static_cast<uint16_t>(bytes);
 }
 
+static void replace_count(driver_request& r, uint32_t count) {
+  if (r.output.size() >= sizeof count) memcpy(r.output.data(), &count, sizeof count);
+}
+
 static int do_wireless(trap_state& trap, trap_call& c, journal_entry& entry) {
   c.asked.now_us = driver_now_us(trap.driver);
   int status = driver_handle(trap.driver, c.asked);
   around_write_files(trap.driver);
   entry.decoded = c.asked.decoded;
+  if (c.has_count) replace_count(c.asked, c.count);
   if (c.is_short) cut_answer(c.asked, c.short_bytes);
   int written = write_answer(trap, c);
   return status != 0 ? status : written;

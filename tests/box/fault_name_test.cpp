@@ -25,6 +25,11 @@ TEST(FaultName, ObjectsRequestsAndSystemCalls) {
   EXPECT_TRUE(rule.is_short);
   EXPECT_EQ(rule.short_bytes, 8);
   EXPECT_FALSE(fault_parse("counters", "short=", 1, rule, wrong));
+  ASSERT_TRUE(fault_parse("stations", "count=4294967295", 1, rule, wrong));
+  EXPECT_TRUE(rule.has_count);
+  EXPECT_EQ(rule.count, 4294967295u);
+  EXPECT_FALSE(fault_parse("stations", "count=4294967296", 1, rule, wrong));
+  EXPECT_FALSE(fault_parse("stations", "count=-1", 1, rule, wrong));
   EXPECT_FALSE(fault_parse("weather", "EIO", 1, rule, wrong));
   EXPECT_NE(wrong.find("survey"), std::string::npos);
 }
@@ -51,6 +56,18 @@ TEST(FaultName, AShortAnswerLeavesTheRestOfTheBufferAlone) {
   EXPECT_EQ(counters[4], 2);
   EXPECT_EQ(counters[8], 0xEE);
   EXPECT_EQ(journal_entries().back()["injected"], true);
+}
+
+TEST(FaultName, ATableLiesAboutItsCount) {
+  ASSERT_EQ(run("ip link set ra0 up").status, 0);
+  ASSERT_EQ(run("gwbox fail stations count=2147483649").status, 0);
+  unsigned char table[5124] = {};
+  request_frame frame = make_frame("ra0", table, sizeof table, 0);
+  EXPECT_EQ(request(0x8BEF, frame), 0);
+  EXPECT_EQ(frame.length, 5124);
+  EXPECT_EQ(memcmp(table, "\x01\x00\x00\x80\x00\x02\x00\x5e", 8), 0);
+  EXPECT_EQ(request(0x8BEF, frame), 0);
+  EXPECT_EQ(table[3], 0);
 }
 
 TEST(FaultName, ModuleCallsFail) {
