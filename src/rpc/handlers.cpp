@@ -16,6 +16,8 @@
 #include "wlan/inert.h"
 #include "wlan/led.h"
 #include "wlan/radio_statistics.h"
+#include "wlan/stations.h"
+#include "wlan/traffic.h"
 
 // The handlers that follow from their payload kind. The values are packed
 // whether or not the back end succeeded.

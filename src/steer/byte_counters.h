@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+
+#include "wlan/station_layout.h"
+
+// Byte counters of BSSes and stations.
+
+// Bytes of one BSS since the start of the service. Touched by the RPC thread only.
+struct byte_counter {
+  uint64_t received;
+  uint64_t sent;
+};
+
+// By the position of the BSS within its radio.
+extern byte_counter mbss_stat_24g[kSsidsMax];
+extern byte_counter mbss_stat_5g[kSsidsMax];
+
+// Adds what the driver has counted since the last call to the counters of the
+// radio's BSSes. 0, or -1 with a message when the driver does not answer.
+int wlan_getSSIDTxRxBytes(int radio);
+
+// One direction, &byte_counter::sent or ::received, of a BSS and summed over a
+// radio; an index of no radio has none.
+[[nodiscard]] uint64_t bss_bytes(int bss, uint64_t byte_counter::*direction);
+[[nodiscard]] uint64_t radio_bytes(int bss, uint64_t byte_counter::*direction);
+
+// The driver's statistics of all stations of the radio of `bss`, as they are, into
+// a table that the caller zeroed. 0, or -1 when the driver does not answer.
+int wlan_getAssocDevicesStatistics(int bss, driver_statistics_table* table);

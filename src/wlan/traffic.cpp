@@ -1,0 +1,76 @@
+#include "wlan/traffic.h"
+
+#include <cstring>
+
+#include "diag/trace.h"
+#include "profile/profile_values.h"
+#include "sys/board.h"
+#include "sys/wext.h"
+#include "wlan/station_layout.h"
+#include "wlan/stations.h"
+
+static constexpr int kBsssPerRadio = 8;
+
+// The driver's counter that each word of the reply takes.
+static constexpr uint8_t kBasicCounters[] = {3, 2, 0, 1};
+static constexpr uint8_t kStatsCounters[] = {6, 4, 8, 9, 7, 5, 10, 11, 12, 13};
+
+// A radio's sums; the words in between are not filled: kept on purpose.
+struct radio_word {
+  uint8_t word;
+  uint8_t counter;
+};
+static constexpr radio_word kRadioCounters[] = {
+    {0, 6}, {1, 4}, {4, 7}, {5, 5}, {11, 3}, {12, 2}, {13, 0}, {14, 1},
+};
+
+static driver_counters read_counters(int bss) {
+  driver_counters counters = {};
+  if (rtpriv_get_ioctl(bss, kRtprivObject, kBssCounters, &counters, sizeof counters) == 1) {
+    return counters;
+  }
+  return {};
+}
+
+int wlan_getBasicStats(int bss, void* out) {
+  const driver_counters counters = read_counters(bss);
+  uint32_t words[kBasicStatsWords] = {};
+  int place = 0;
+  for (const uint8_t counter : kBasicCounters)
+    words[place++] = counters.words[counter];
+  int stations = 0;
+  if (wlan_getAssocDevicesNum(bss, &stations) == 0) words[place] = static_cast<uint32_t>(stations);
+  memcpy(out, words, sizeof words);
+  return 0;
+}
+
+int wlan_getStats(int bss, uint32_t* out) {
+  REV_TRACE("%s: index=%d\n", __func__, bss);
+  const driver_counters counters = read_counters(bss);
+  int place = 0;
+  for (const uint8_t counter : kStatsCounters)
+    out[place++] = counters.words[counter];
+  out[place] = 0;
+  return 0;
+}
+
+static void add_counters(int bss, uint32_t* out) {
+  const driver_counters counters = read_counters(bss);
+  for (const radio_word& row : kRadioCounters)
+    out[row.word] += counters.words[row.counter];
+}
+
+int wlan_getRadioStats(int bss, uint32_t* out) {
+  REV_TRACE("%s: index=%d\n", __func__, bss);
+  const int radio = bss_to_radio_index(bss);
+  if (radio == -1) return -1;
+  for (int index = radio; index < radio + kBsssPerRadio; ++index) {
+    const int enabled = bss_number(index, "BssEnabled", kSwitchLimit);
+    if (enabled == 1) {
+      add_counters(index, out);
+    } else {
+      REV_TRACE("SSID index=%d, bss_enable = %d\n", index, enabled);
+    }
+  }
+  return 0;
+}
