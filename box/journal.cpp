@@ -61,16 +61,19 @@ static std::string hex(unsigned number) {
   return text;
 }
 
+static std::string digits_of(const std::string& bytes) {
+  std::string digits;
+  char pair[4];
+  for (unsigned char byte : bytes) {
+    snprintf(pair, sizeof pair, "%02x", byte);
+    digits += pair;
+  }
+  return digits;
+}
+
 static void append_text(std::string& line, const std::string& text) {
   line += ",\"text\":";
-  if (append_string(line, text)) return;
-  std::string bytes;
-  char digits[4];
-  for (unsigned char byte : text) {
-    snprintf(digits, sizeof digits, "%02x", byte);
-    bytes += digits;
-  }
-  append_member(line, "text_hex", bytes);
+  if (!append_string(line, text)) append_member(line, "text_hex", digits_of(text));
 }
 
 std::string journal_line(const journal_entry& entry, uint64_t sequence, int64_t time_us) {
@@ -90,6 +93,7 @@ std::string journal_line(const journal_entry& entry, uint64_t sequence, int64_t 
   append_number(line, "length", entry.length);
   for (const auto& [name, value] : entry.decoded)
     append_member(line, name.c_str(), value);
+  if (!entry.bytes.empty()) append_member(line, "bytes", digits_of(entry.bytes));
   if (entry.has_text) append_text(line, entry.text);
   append_number(line, "result", entry.result);
   if (entry.result < 0) {

@@ -5,9 +5,10 @@
 //    "name":"set","length":12,"text":"LEDEnable=1","result":0}
 //
 // "sub" is there for requests that carry one, and "object", its name, where it has one; "text" for
-// text sets ("text_hex" besides, when its bytes are not UTF-8), "error" (the errno's name) with a
-// result below 0, "injected" and "delay_ms" when `gwbox fail` had its hand in it. What else was
-// carried follows by its own names, always as texts.
+// text sets ("text_hex" besides, when its bytes are not UTF-8), "bytes", hexadecimal digits, for
+// objects that carry a record, "error" (the errno's name) with a result below 0, "injected" and
+// "delay_ms" when `gwbox fail` had its hand in it. What else was carried follows by its own names,
+// always as texts.
 //
 // Module calls are named init_module, finit_module and delete_module and have "module" and
 // "params". A VLAN request has "command", "device" and "id". Writes to the files of /sys and /proc
@@ -49,6 +50,7 @@ struct journal_entry {
   uint16_t length;     // as announced by the caller
   bool has_text;
   std::string text;
+  std::string bytes;  // an object's record as the caller laid it out; empty: none
   std::vector<std::pair<std::string, std::string>> decoded;  // what else was carried
   int result;                                                // 0 or a negative errno
   bool injected;

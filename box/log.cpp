@@ -18,8 +18,8 @@ using json = nlohmann::ordered_json;
 
 // Members that have a place of their own in a readable line; the others stand as name=value.
 static constexpr const char* kPlaced[] = {
-    "seq",    "time", "pid",      "comm",   "interface", "request",  "name",     "sub",
-    "object", "text", "text_hex", "length", "result",    "injected", "delay_ms", "error"};
+    "seq",   "time", "pid",      "comm",   "interface", "request",  "name",     "sub",  "object",
+    "bytes", "text", "text_hex", "length", "result",    "injected", "delay_ms", "error"};
 
 static bool is_placed(const std::string& name) {
   return std::find(std::begin(kPlaced), std::end(kPlaced), name) != std::end(kPlaced);

@@ -60,6 +60,7 @@ static int read_wireless(trap_state& trap, trap_call& c, journal_entry& entry) {
   if (!read_input(c)) return -EFAULT;
   entry.has_text = c.request == kDriverSetText;
   if (entry.has_text) entry.text = c.asked.input.c_str();
+  if (entry.has_sub) entry.bytes = c.asked.input;
   return 0;
 }
 

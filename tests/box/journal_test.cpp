@@ -52,6 +52,19 @@ TEST(Journal, TimesAreSecondsWithSixDecimals) {
   EXPECT_TRUE(line.starts_with("{\"seq\":7,\"time\":12.000034,")) << line;
 }
 
+TEST(Journal, ObjectsAreKeptAsTheyWereLaidOut) {
+  unsigned char enable[3] = {2, 0, 0xFF};
+  request_frame frame = make_frame("ra8", enable, sizeof enable, 0x894A);
+  EXPECT_EQ(request(0x8BE1, frame), 0);
+  uint32_t operating_class = 0;
+  frame = make_frame("ra8", &operating_class, sizeof operating_class, 0x06B2);
+  EXPECT_EQ(request(0x8BE1, frame), 0);
+  auto entries = journal_entries();
+  ASSERT_EQ(entries.size(), 2u);
+  EXPECT_EQ(entries[0]["bytes"], "0200ff");
+  EXPECT_FALSE(entries[1].contains("bytes"));
+}
+
 TEST(Journal, ATextThatIsNotUtf8DoesNotBreakTheFile) {
   EXPECT_EQ(set_text("ra0", "SSID=\xff\xfe"), 0);
   EXPECT_EQ(set_text("ra0", "SSID=after"), 0);
