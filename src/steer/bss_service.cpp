@@ -1,5 +1,6 @@
 #include "steer/bss_service.h"
 
+#include <cstdio>
 #include <cstdlib>
 
 #include "diag/trace.h"
@@ -8,20 +9,103 @@
 #include "sys/host_library.h"
 
 static constexpr int kServiceBound = 8;
+static constexpr int kNumberBound = 256;
+static constexpr int kVlanBound = 32;
+static constexpr int kRadioBound = 1;
+
+static int read_field(const char* caller, int bss, const char* key, char* field, int bound) {
+  const int found =
+      wifiprofile_getParam_with_index(bss_profile(bss), key, bss_list_position(bss), field, bound);
+  if (found != 0) return 0;
+  // Speaks of an update though it read: kept.
+  trace_rev_error(caller, "failed to update wifi profile, ret:%d\n ", found);
+  return -1;
+}
 
 int wlan_getBSSHNCService(int bss, int* service) {
   *service = 0;
   char field[kProfileFieldBuffer] = {};
-  const int found = wifiprofile_getParam_with_index(bss_profile(bss), "BSSHNCService",
-                                                    bss_list_position(bss), field, kServiceBound);
-  if (found == 0) {
-    // Speaks of an update though it read: kept.
-    REV_ERROR("failed to update wifi profile, ret:%d\n ", found);
-    return -1;
-  }
+  if (read_field(__func__, bss, "BSSHNCService", field, kServiceBound) != 0) return -1;
   *service = atoi(field);
   REV_TRACE("get BssHNCService:%d sucess \n", *service);
   return 0;
+}
+
+static unsigned update_field(int bss, const char* key, const char* value) {
+  return wifiprofile_updateParam_with_index(bss_profile(bss), key, bss_list_position(bss), value,
+                                            "");
+}
+
+// Gives a backhaul BSS the VLAN id of the first 2.4 GHz BSS, whatever its band.
+static void copy_vlan(const char* caller, int bss) {
+  char vlan[kProfileFieldBuffer] = {};
+  const int found =
+      wifiprofile_getParam_with_index(bss_profile(kRadio24), "VLANID", 0, vlan, kVlanBound);
+  if (found == 0 || update_field(bss, "VLANID", vlan) != kProfileFailed) return;
+  trace_rev_error(caller, "%s:set VLANID failed for index:%d\n", caller, bss);
+}
+
+int wlan_setBSSHNCService(int bss, int service) {
+  if (service == kBackhaulService) copy_vlan(__func__, bss);
+  char value[16];
+  snprintf(value, sizeof value, "%d", service);
+  return static_cast<int>(update_field(bss, "BSSHNCService", value));
+}
+
+static int write_field(const char* caller, int bss, const char* key, const char* value) {
+  const unsigned result = update_field(bss, key, value);
+  if (result != kProfileFailed) return 0;
+  trace_rev_error(caller, "failed to update wifi profile, ret:%u\n ", result);
+  return -1;
+}
+
+static int write_number(const char* caller, int bss, const char* key, int value) {
+  char text[16];
+  snprintf(text, sizeof text, "%d", value);
+  return write_field(caller, bss, key, text);
+}
+
+static int read_number(const char* caller, int bss, const char* key, int* value) {
+  char field[kProfileFieldBuffer] = {};
+  if (read_field(caller, bss, key, field, kNumberBound) != 0) return -1;
+  *value = atoi(field);
+  return 0;
+}
+
+int wlan_set_bh_enable(int bss, int enable) {
+  return write_number(__func__, bss, "BSSHNCBHEnable", enable);
+}
+
+int wlan_get_bh_enable(int bss, int* enable) {
+  if (read_number(__func__, bss, "BSSHNCBHEnable", enable) != 0) return -1;
+  REV_TRACE("BSSHNCEnable:%d\n ", *enable);
+  return 0;
+}
+
+int wlan_set_hnc_replicate(int bss, int replicate) {
+  return write_number(__func__, bss, "BSSHNCReplicate", replicate);
+}
+
+int wlan_get_hnc_replicate(int bss, int* replicate) {
+  if (read_number(__func__, bss, "BSSHNCReplicate", replicate) != 0) return -1;
+  REV_TRACE("BSSHNCReplicate:%d\n ", *replicate);
+  return 0;
+}
+
+int wlan_set_hnc_wds_mode(int bss, int mode) {
+  return write_number(__func__, bss, "BSSHNCWdsMode", mode);
+}
+
+int wlan_get_hnc_wds_mode(int bss, int* mode) {
+  return read_number(__func__, bss, "BSSHNCWdsMode", mode);
+}
+
+int wlan_set_hnc_replicate_radio(int bss, const char* radio) {
+  return write_field(__func__, bss, "BSSHNCReplicateRadio", radio);
+}
+
+int wlan_get_hnc_replicate_radio(int bss, char* radio) {
+  return read_field(__func__, bss, "BSSHNCReplicateRadio", radio, kRadioBound);
 }
 
 void wlan_syncBhSetting(int bss, int setting, const char* value) {

@@ -1,0 +1,65 @@
+#include "steer/btm.h"
+
+#include <cerrno>
+#include <cstdint>
+
+#include "diag/trace.h"
+#include "steer/driver_gate.h"
+#include "steer/driver_records.h"
+#include "steer/steer_keys.h"
+#include "sys/wext.h"
+
+// What the driver answers: the first byte is 1 while it is on.
+struct btm_state {
+  uint8_t enabled;
+  uint8_t unused;
+};
+
+// What it takes.
+struct btm_switch {
+  uint8_t kind;  // 2: of the radio
+  uint8_t unused;
+  uint8_t value;
+};
+static_assert(sizeof(btm_state) == 2 && sizeof(btm_switch) == 3);
+static constexpr uint8_t kKindRadio = 2;
+
+static bool query(int index, btm_state* state) {
+  return rtpriv_get_ioctl_2(index, kRtprivObject, kObjectBtm, state, sizeof *state) == 1;
+}
+
+int wlan_getBtmCapable(int index, int* capable) {
+  if (!driver_is_inited(__func__)) return -1;
+  btm_state state = {};
+  *capable = query(index, &state) ? 1 : 0;
+  if (*capable == 1) return 0;
+  if (errno == EOPNOTSUPP) {
+    REV_TRACE("BTM is not capable. \n ");
+    return 0;
+  }
+  REV_ERROR("get BTM capable failed. \n ");
+  return -1;
+}
+
+int wlan_getBtmEnable(int index, int* enable) {
+  btm_state state = {};
+  if (!query(index, &state)) {
+    REV_ERROR("get BTM enable failed. \n ");
+    return -1;
+  }
+  *enable = state.enabled == 1 ? 1 : 0;
+  return 0;
+}
+
+int wlan_setBtmEnable(int index, int enable) {
+  if (!driver_is_inited(__func__)) return -1;
+  note_number_key(index, "WNMEnable", enable);
+  const btm_switch record = {
+      .kind = kKindRadio, .unused = 0, .value = static_cast<uint8_t>(enable)};
+  if (rtpriv_set_ioctl_2(index, kRtprivObject, kObjectBtmEnable, &record, sizeof record) != 1) {
+    REV_ERROR("set BTM enable failed. \n ");
+    return -1;
+  }
+  REV_TRACE("set BTM enable = %d success. \n ", enable);
+  return 0;
+}

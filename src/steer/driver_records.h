@@ -1,0 +1,100 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+// The driver's records for steering, channel load, power limits and stations
+// that are not associated: sub-commands of its object request, and layouts in
+// host byte order as the driver defines them.
+
+constexpr uint16_t kSetBit = 0x8000;
+constexpr uint16_t kObjectChannelLoad = 0x0693;
+constexpr uint16_t kObjectActionFrame = 0x06B0;
+constexpr uint16_t kObjectSteer = 0x06B1;
+constexpr uint16_t kObjectOperatingClass = 0x06B2;
+constexpr uint16_t kObjectNonAssocCapable = 0x06B3;
+constexpr uint16_t kObjectNonAssocEnable = 0x06B4;
+constexpr uint16_t kObjectNonAssoc = 0x06B5;  // registers a station and fetches the report
+constexpr uint16_t kObjectBtmEnable = 0x094A;
+constexpr uint16_t kObjectPowerLimits = 0x0AA2;
+constexpr uint16_t kObjectBtm = 0x494A;
+
+// Steers one station.
+constexpr uint32_t kSteerBlacklist = 0;
+constexpr uint32_t kSteerAfterBtm = 1;
+struct steer_record {
+  uint8_t mac[6];
+  uint8_t padding[2];
+  uint32_t kind;
+  int32_t action;   // of a blacklist entry, 0 to 2
+  int32_t seconds;  // of action 2
+};
+static_assert(sizeof(steer_record) == 20);
+static_assert(offsetof(steer_record, kind) == 8 && offsetof(steer_record, action) == 12);
+static_assert(offsetof(steer_record, seconds) == 16);
+
+// An action frame to be sent to a station; a body may be shorter than its room.
+constexpr uint32_t kCategoryWnm = 10;
+constexpr size_t kActionFrameBody = 1024;
+struct [[gnu::packed]] action_frame_record {
+  uint32_t category;
+  uint8_t mac[6];
+  uint8_t body[kActionFrameBody];
+};
+static_assert(sizeof(action_frame_record) == 1034);
+static_assert(offsetof(action_frame_record, mac) == 4 && offsetof(action_frame_record, body) == 10);
+
+// How long the channel was busy, in the unit of the period.
+struct channel_load_record {
+  uint32_t period;
+  uint8_t unused[12];
+  uint32_t busy;
+};
+static_assert(sizeof(channel_load_record) == 20 && offsetof(channel_load_record, busy) == 16);
+
+// Power limits: a signed 32-bit count at 0, then entries. Each has its channel
+// in the first byte and the limit in dBm in the fifth. The dual-band chip has
+// a layout of its own.
+struct power_layout {
+  size_t size;
+  size_t first_entry;
+  size_t entry_size;
+};
+constexpr power_layout kPowerMt7615 = {.size = 948, .first_entry = 6, .entry_size = 16};
+constexpr power_layout kPowerOthers = {.size = 592, .first_entry = 4, .entry_size = 10};
+constexpr size_t kPowerLargest = kPowerMt7615.size;
+constexpr size_t kPowerChannel = 0;
+constexpr size_t kPowerDbm = 4;
+
+// A probe request of a station that is not associated, at local time.
+struct probe_record {
+  int8_t rssi;
+  uint8_t unused[3];
+  int32_t year;  // in full
+  int32_t month;
+  int32_t day;
+  int32_t hour;
+  int32_t minute;
+  int32_t second;
+};
+static_assert(sizeof(probe_record) == 28 && offsetof(probe_record, year) == 4);
+static_assert(offsetof(probe_record, second) == 24);
+
+// The last probes of one station, in a ring.
+constexpr int kProbes = 4;
+struct nonassoc_station {
+  uint8_t mac[6];
+  uint8_t count;   // of the probes held
+  uint8_t newest;  // 1 to 4: position of the newest, from 1
+  probe_record probes[kProbes];
+};
+static_assert(sizeof(nonassoc_station) == 120 && offsetof(nonassoc_station, newest) == 7);
+static_assert(offsetof(nonassoc_station, probes) == 8);
+
+constexpr int kNonAssocStations = 16;
+struct nonassoc_report {
+  nonassoc_station stations[kNonAssocStations];
+  uint8_t count;
+  uint8_t unused[3];
+};
+static_assert(sizeof(nonassoc_report) == 1924 && offsetof(nonassoc_report, count) == 1920);

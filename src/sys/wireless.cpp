@@ -1,0 +1,64 @@
+#include "sys/wireless.h"
+
+#include <linux/wireless.h>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cstdio>
+
+#include "sys/wext.h"
+
+static_assert(kWirelessGetRate == SIOCGIWRATE);
+
+static int open_socket() {
+  return socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+}
+
+static iwreq frame_of(int bss) {
+  iwreq frame = {};
+  snprintf(frame.ifr_name, sizeof frame.ifr_name, "ra%lld", static_cast<long long>(bss) - 1);
+  return frame;
+}
+
+// Asks for what the driver answers in the frame itself.
+static wireless_result ask(unsigned request, iwreq* frame) {
+  const int sock = open_socket();
+  if (sock < 0) return wireless_result::no_socket;
+  const int result = ioctl(sock, request, frame);
+  close(sock);
+  return result < 0 ? wireless_result::refused : wireless_result::done;
+}
+
+wireless_result wireless_get_rate(int bss, int32_t* bits_per_second) {
+  iwreq frame = frame_of(bss);
+  const wireless_result result = ask(SIOCGIWRATE, &frame);
+  if (result == wireless_result::done) *bits_per_second = frame.u.bitrate.value;
+  return result;
+}
+
+wireless_result wireless_get_frequency(int bss, wireless_frequency* frequency) {
+  iwreq frame = frame_of(bss);
+  const wireless_result result = ask(SIOCGIWFREQ, &frame);
+  if (result == wireless_result::done) *frequency = {frame.u.freq.m, frame.u.freq.e};
+  return result;
+}
+
+static int set_in_turn(int sock, int bss, const wireless_object* objects, int count) {
+  iwreq frame = frame_of(bss);
+  for (int taken = 0; taken < count; ++taken) {
+    frame.u.data.pointer = const_cast<void*>(objects[taken].record);
+    frame.u.data.length = objects[taken].length;
+    frame.u.data.flags = objects[taken].flags;
+    if (ioctl(sock, kRtprivObject, &frame) < 0) return taken;
+  }
+  return count;
+}
+
+int wireless_set_objects(int bss, const wireless_object* objects, int count) {
+  const int sock = open_socket();
+  if (sock < 0) return -1;
+  const int taken = set_in_turn(sock, bss, objects, count);
+  close(sock);
+  return taken;
+}
