@@ -122,7 +122,7 @@ static void find_probe(const nonassoc_report& report, const char* mac, nonassoc_
     if (memcmp(station.mac, wanted, sizeof wanted) != 0) continue;
     const uint8_t newest = static_cast<uint8_t>(station.newest - 1);
     if (newest >= kProbes) {
-      trace_rev_error(kReportName, " error cyc_idx %d\n", newest);
+      trace_rev_error(kReportName, " error cyc_idx %d\n ", newest);
       continue;
     }
     trace_probes(station);

@@ -216,7 +216,7 @@ TEST(NonAssocReport, PositionOutsideTheRingIsReportedAndPassedOver) {
   const std::pair<int, int> cases[] = {{0, 255}, {5, 4}, {255, 254}};
   for (const auto& [newest, told] : cases) {
     const std::string bad = station(kProberMac, 4, newest, -70);
-    const std::string message = kReportError + " error cyc_idx " + std::to_string(told) + "\n";
+    const std::string message = kReportError + " error cyc_idx " + std::to_string(told) + "\n ";
     answer_object_with(kReport, report(1, bad));
     nonassoc_answer answer = untouched();
     EXPECT_EQ(errors_of([&] { EXPECT_EQ(wlan_getNonAssocRptTable(1, &answer), 0); }), message);
