@@ -1,0 +1,55 @@
+#!/bin/sh
+# What an installation puts where, and that the units name the places.
+# usage: install.sh BUILD SOURCE
+. "$(dirname "$0")/checks.sh"
+build=$1
+source=$2
+scratch "$build"
+
+install_to() { cmake --install "$build" "$@"; }
+check "installs below a prefix" install_to --prefix "$dir/here"
+
+for program in sbin/wificonfd bin/wificonf bin/gwbox bin/gwbox-companion; do
+  check "$program can be run" test -x "$dir/here/$program"
+done
+for file in share/wificonfd/wlan_config.x share/pkgconfig/wificonfd.pc \
+  lib/systemd/system/wificonfd.service lib/systemd/system/rpcbind.service.d/wificonfd.conf \
+  share/doc/wificonfd/README.md share/doc/wificonfd/packaging.md \
+  share/doc/wificonf/c-client.md share/doc/gwbox/gwbox.md; do
+  check "$file is there" test -s "$dir/here/$file"
+done
+check "the contract is the daemon's own" \
+  cmp "$source/src/rpc/wlan_config.x" "$dir/here/share/wificonfd/wlan_config.x"
+check "the portmapper has its other name" same /sbin/rpcbind \
+  "$(readlink "$dir/here/lib/wificonfd/portmap")"
+check "without its init script for OpenWrt" not test -e "$dir/here/etc"
+check "the client runs from there" "$dir/here/bin/wificonf" --version
+check "gwbox runs from there, with its companions" env -C "$dir" "$dir/here/bin/gwbox" run \
+  --companions --no-portmap -- true
+
+unit=$dir/here/lib/systemd/system/wificonfd.service
+check "the unit starts this daemon" same "$dir/here/sbin/wificonfd" "$(unit_value "$unit" ExecStart)"
+check "and names this documentation" same "file://$dir/here/share/doc/wificonfd/README.md" \
+  "$(unit_value "$unit" Documentation)"
+check "the portmapper's unit starts this name" same "$dir/here/lib/wificonfd/portmap -f \$OPTIONS" \
+  "$(unit_value "$dir/here/lib/systemd/system/rpcbind.service.d/wificonfd.conf" ExecStart)"
+check "no place is left open" not grep -rq '@[A-Z_]*@' "$dir/here/lib/systemd" "$dir/here/share/pkgconfig"
+
+# For a package, into another directory than the one it will have.
+check "installs for /usr elsewhere" env DESTDIR="$dir/root" cmake --install "$build" --prefix /usr
+unit=$dir/root/usr/lib/systemd/system/wificonfd.service
+check "the unit starts the daemon in /usr" same /usr/sbin/wificonfd "$(unit_value "$unit" ExecStart)"
+
+check "installs the init script when asked" env DESTDIR="$dir/openwrt" \
+  cmake --install "$build" --component openwrt
+check "where OpenWrt looks for it" test -x "$dir/openwrt/etc/init.d/wificonfd"
+check "and nothing else" same 1 "$(find "$dir/openwrt" -type f | wc -l)"
+
+contract=$(PKG_CONFIG_PATH=$dir/here/share/pkgconfig pkg-config --variable=contract wificonfd)
+check "pkg-config finds the contract" test -s "$contract"
+version=$(sed -n 's/^project(wificonfd VERSION \([0-9.]*\).*/\1/p' "$source/CMakeLists.txt")
+check "pkg-config knows the version" same "$version" \
+  "$(PKG_CONFIG_PATH=$dir/here/share/pkgconfig pkg-config --modversion wificonfd)"
+check "pkg-config links libtirpc" holds \
+  "$(PKG_CONFIG_PATH=$dir/here/share/pkgconfig pkg-config --cflags --libs wificonfd)" -ltirpc
+all_passed

@@ -1,0 +1,34 @@
+#!/bin/sh
+# The units, as systemd's own tools see them.
+# usage: unit.sh BUILD
+. "$(dirname "$0")/checks.sh"
+build=$1
+scratch "$build"
+check "installs" cmake --install "$build" --component wificonfd --prefix "$dir/here"
+units=$dir/here/lib/systemd/system
+unit=$units/wificonfd.service
+
+# A colon at the end: with the units of this system, rpcbind.service among them.
+verify() { SYSTEMD_UNIT_PATH="$units:" systemd-analyze verify --man=no "$@" 2>&1; }
+silent() {
+  text=$("$@") || return 1
+  same "" "$text"
+}
+check "systemd takes the unit" silent verify wificonfd.service
+check "and the portmapper's under its other name" silent verify rpcbind.service
+echo "Surprise=yes" >>"$units/rpcbind.service.d/wificonfd.conf"
+check "which it would not with a mistake" not silent verify rpcbind.service
+
+# 10 is no protection at all; 4.7 is what companions, drivers and /tmp leave.
+check "exposure below 5" systemd-analyze security --offline=yes --threshold=49 "$unit"
+check "which is measured" not systemd-analyze security --offline=yes --threshold=20 "$unit"
+
+# Whatever happens, the daemon is started again, and companions live on.
+for setting in Restart=always RestartSec=1 StartLimitIntervalSec=0 KillMode=process \
+  OOMPolicy=continue PrivateTmp=no WantedBy=multi-user.target; do
+  check "$setting" grep -qx "$setting" "$unit"
+done
+check "portmapper and network come first" same \
+  "rpcbind.service network-online.target" "$(unit_value "$unit" After)"
+check "none of them is required" not grep -qE '^(Requires|BindsTo|Requisite|PartOf)' "$unit"
+all_passed
