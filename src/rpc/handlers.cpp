@@ -18,12 +18,16 @@
 #include "steer/steer_events.h"
 #include "steer/steer_keys.h"
 #include "steer/tx_power.h"
+#include "wlan/access_control.h"
 #include "wlan/bss_settings.h"
 #include "wlan/inert.h"
 #include "wlan/led.h"
 #include "wlan/radio_statistics.h"
+#include "wlan/security.h"
 #include "wlan/stations.h"
+#include "wlan/survey.h"
 #include "wlan/traffic.h"
+#include "wlan/wps.h"
 
 // The handlers that follow from their payload kind. The values are packed
 // whether or not the back end succeeded.

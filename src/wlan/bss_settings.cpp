@@ -6,15 +6,13 @@
 #include "profile/profile.h"
 #include "steer/bss_service.h"
 #include "sys/board.h"
+#include "wlan/bss_field.h"
 
 // Writes the whole-value key "<prefix><n>" of a BSS on behalf of `caller`.
 static int write_numbered_key(const char* caller, const char* prefix, int bss, const char* value) {
   char key[32];
   snprintf(key, sizeof key, "%s%d", prefix, bss_key_number(bss));
-  const unsigned result = wifiprofile_updateParam(bss_profile(bss), key, value, "");
-  if (result != kProfileFailed) return 0;
-  trace_rev_error(caller, "failed to update wifi profile, ret:%u\n", result);
-  return -1;
+  return profile_status(caller, wifiprofile_updateParam(bss_profile(bss), key, value, ""));
 }
 
 int wlan_setSSID(int bss, const char* ssid) {
@@ -31,14 +29,18 @@ int wlan_setEnable(int index, int enable) {
   char value[16];
   snprintf(value, sizeof value, "%d", enable);
   wlan_syncBhSetting(index, kBackhaulEnable, value);
-  if (bss_to_radio_index(index) == -1) {
-    REV_ERROR("Index %d should be range from 1 to %d\n", index, kMaxBss);
-    return 0;
-  }
-  const unsigned result = wifiprofile_updateParam_with_index(bss_profile(index), "BssEnabled",
-                                                             bss_list_position(index), value, "");
-  REV_TRACE("RPC %s status=%u, %s=%s, index=%d\n", __func__, result, "BssEnabled", value, index);
+  if (!bss_in_range(__func__, index)) return 0;
+  const unsigned result = write_bss_field(__func__, "BssEnabled", index, value);
   if (result != kProfileFailed) return 0;
   REV_ERROR("failed to update wifi profile, ret:%u\n ", result);
   return -1;
+}
+
+int wlan_setSsidAdvertisementEnabled(int bss, int enable) {
+  char value[16];
+  snprintf(value, sizeof value, "%d", enable);
+  wlan_syncBhSetting(bss, kBackhaulAdvertisement, value);
+  if (!bss_in_range(__func__, bss)) return 0;
+  return profile_status(__func__,
+                        write_bss_field(__func__, "HideSSID", bss, enable != 0 ? "0" : "1"));
 }

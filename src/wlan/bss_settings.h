@@ -14,3 +14,7 @@ int wlan_setKeyPassphrase(int bss, int key_index, const char* passphrase);
 // Switches a BSS on or off, its field of "BssEnabled", from the next init or
 // restart on. An index outside 1 to 16 is reported and answers 0.
 int wlan_setEnable(int index, int enable);
+
+// Shows the BSS's name in beacons or hides it, its field of "HideSSID". An index
+// outside 1 to 16 is reported, after the host was told, and answers 0.
+int wlan_setSsidAdvertisementEnabled(int bss, int enable);

@@ -1,7 +1,70 @@
 #include "wlan/survey.h"
 
+#include <cstdio>
+#include <cstring>
+
 #include "diag/trace.h"
+#include "sys/board.h"
+#include "sys/command.h"
+#include "sys/wext.h"
 #include "sys/wireless.h"
+
+static constexpr unsigned kObjectSurvey = 0x069B;
+
+static int survey_state = kSurveyNone;
+
+// Asks for the results into `answer`, zeroed by the caller, and notes what the
+// outcome says of the survey.
+static void query_results(int bss, survey_answer* answer) {
+  switch (rtpriv_get_ioctl_2(bss, kRtprivObject, kObjectSurvey, answer, sizeof *answer)) {
+    case 1:
+      survey_state = kSurveyFinished;
+      return;
+    case kRtprivTryAgain:
+      survey_state = kSurveyRunning;
+      return;
+    default:
+      survey_state = kSurveyFailed;
+  }
+}
+
+int wlan_ApSiteSurvey(int bss) {
+  const bool accepted = rtpriv_set_ioctl(bss, kRtprivText, 0, "SiteSurvey=1") == 1;
+  survey_state = accepted ? kSurveyRunning : kSurveyFailed;
+  return 0;
+}
+
+int wlan_ApSiteSurveyStatus(int bss, int* state) {
+  if (survey_state == kSurveyRunning) {
+    survey_answer answer = {};
+    query_results(bss, &answer);
+  }
+  *state = survey_state;
+  return 0;
+}
+
+int wlan_getApScanResult(int bss, survey_record* record, unsigned* length) {
+  survey_answer answer = {};
+  query_results(bss, &answer);
+  record->count = answer.count < kSurveyEntryMax ? answer.count : kSurveyEntryMax;
+  memcpy(record->entries, answer.entries, sizeof record->entries);
+  memcpy(record->tail, answer.tail, sizeof record->tail);
+  *length = sizeof *record;
+  if (survey_state == kSurveyFinished) return 0;
+  return survey_state == kSurveyRunning ? kSurveyStillRunning : -1;
+}
+
+int wlan_apAutoChannelSelect(int bss) {
+  if (hasMTK7615() == 0) {
+    REV_ERROR("only MT7615 support manual trigger ACS. \n");
+    return 0;
+  }
+  char command[64];
+  snprintf(command, sizeof command, "iwpriv ra%lld set AutoChannelSel=3",
+           static_cast<long long>(bss) - 1);
+  run_captured(__func__, command);
+  return 0;
+}
 
 int wlan_getCurrentChannel(int bss, int* channel) {
   wireless_frequency frequency = {};

@@ -1,0 +1,15 @@
+#pragma once
+
+// Settings of a BSS that are a field of a per-BSS list in its profile. Messages
+// name `caller`.
+
+// Whether the index is one of 1 to 16; reported when it is not.
+[[nodiscard]] bool bss_in_range(const char* caller, int bss);
+
+// Writes the BSS's field of `key` and traces the outcome. Returns the result of
+// the update (see profile/profile.h).
+unsigned write_bss_field(const char* caller, const char* key, int bss, const char* value);
+
+// The status that an update's result stands for: 0 when the value is in place,
+// -1 when it is not, which is reported.
+[[nodiscard]] int profile_status(const char* caller, unsigned result);

@@ -1,0 +1,70 @@
+#include "wlan/security.h"
+
+#include <cstring>
+#include <span>
+
+#include "profile/profile.h"
+#include "steer/bss_service.h"
+#include "sys/board.h"
+#include "wlan/bss_field.h"
+
+struct mode_name {
+  const char* asked;    // by the management stack
+  const char* written;  // for the driver
+};
+
+static constexpr mode_name kBasicEncryption[] = {{"None", "NONE"}};
+
+static constexpr mode_name kBasicAuthentication[] = {{"None", "OPEN"}};
+
+static constexpr mode_name kWpaEncryption[] = {{"None", "NONE"},
+                                               {"AESEncryption", "AES"},
+                                               {"TKIPEncryption", "TKIP"},
+                                               {"TKIPandAESEncryption", "TKIPAES"}};
+
+static constexpr mode_name kWpaAuthentication[] = {{"WPAPSK", "WPAPSK"},
+                                                   {"WPA2PSK", "WPA2PSK"},
+                                                   {"WPA", "WPA"},
+                                                   {"WPA2", "WPA2"},
+                                                   {"WPAPSKWPA2PSK", "WPAPSKWPA2PSK"},
+                                                   {"WPA1WPA2", "WPA1WPA2"}};
+
+static const char* written_as(std::span<const mode_name> names, const char* asked) {
+  for (const mode_name& name : names) {
+    if (strcmp(name.asked, asked) == 0) return name.written;
+  }
+  return "";
+}
+
+static int write_mode(const char* caller, const char* key, std::span<const mode_name> names,
+                      int bss, const char* modes) {
+  return static_cast<int>(write_bss_field(caller, key, bss, written_as(names, modes)));
+}
+
+int wlan_setBasicEncryptionModes(int bss, const char* modes) {
+  if (!bss_in_range(__func__, bss)) return 0;
+  return write_mode(__func__, "EncrypType", kBasicEncryption, bss, modes);
+}
+
+int wlan_setBasicAuthenticationModes(int bss, const char* modes) {
+  if (!bss_in_range(__func__, bss)) return 0;
+  if (strstr(modes, "None") != nullptr) wlan_syncBhSetting(bss, kBackhaulAuthentication, "None");
+  return write_mode(__func__, "AuthMode", kBasicAuthentication, bss, modes);
+}
+
+int wlan_setWpaEncryptionModes(int bss, const char* modes) {
+  if (!bss_in_range(__func__, bss)) return 0;
+  return write_mode(__func__, "EncrypType", kWpaEncryption, bss, modes);
+}
+
+int wlan_setWpaBasicAuthenticationModes(int bss, const char* modes) {
+  // Before the index is looked at: kept on purpose.
+  wlan_syncBhSetting(bss, kBackhaulAuthentication, modes);
+  if (!bss_in_range(__func__, bss)) return 0;
+  return write_mode(__func__, "AuthMode", kWpaAuthentication, bss, modes);
+}
+
+int wlan_setRadiusServerAddress(int bss, const char* address) {
+  return static_cast<int>(wifiprofile_updateParam_with_index(bss_profile(bss), "RADIUS_Server",
+                                                             bss_list_position(bss), address, ""));
+}

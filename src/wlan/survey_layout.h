@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+// Records of the site survey, host byte order. An entry tells of one
+// neighbouring network; its layout is the driver's and passes through unchanged,
+// as do the bytes behind the entries.
+
+constexpr uint32_t kSurveyEntryMax = 64;  // that a caller receives
+constexpr size_t kSurveyEntrySize = 100;
+constexpr size_t kSurveyTailSize = 360;
+
+// The driver's answer to the object query 0x069B.
+struct survey_answer {
+  uint32_t count;
+  uint8_t entries[128][kSurveyEntrySize];
+  uint8_t tail[kSurveyTailSize];
+};
+static_assert(sizeof(survey_answer) == 13164);
+static_assert(offsetof(survey_answer, tail) == 12804);
+
+// What a caller receives.
+struct survey_record {
+  uint32_t count;  // at most kSurveyEntryMax
+  uint8_t entries[kSurveyEntryMax][kSurveyEntrySize];
+  uint8_t tail[kSurveyTailSize];
+};
+static_assert(sizeof(survey_record) == 6764);
+static_assert(offsetof(survey_record, tail) == 6404);
