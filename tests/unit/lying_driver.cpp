@@ -6,17 +6,39 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdarg>
 #include <cstring>
 #include <map>
 
-static std::map<uint16_t, std::string>& answers() {
-  static std::map<uint16_t, std::string> by_object;
+struct lie {
+  std::string bytes;
+  int error;
+};
+
+static std::map<uint16_t, lie>& answers() {
+  static std::map<uint16_t, lie> by_object;
   return by_object;
 }
 
-void answer_object_with(uint16_t sub, const std::string& bytes) {
-  answers()[sub] = bytes;
+static const iw_freq* frequency_answer;
+
+void answer_object_with(uint16_t sub, const std::string& bytes, int error) {
+  answers()[sub] = {bytes, error};
+}
+
+void answer_frequency_with(int32_t mantissa, int16_t exponent) {
+  static iw_freq frequency;
+  frequency = {mantissa, exponent, 0, 0};
+  frequency_answer = &frequency;
+}
+
+static int answer_with(const lie& answer, iwreq* frame) {
+  const size_t room = std::min<size_t>(frame->u.data.length, answer.bytes.size());
+  memcpy(frame->u.data.pointer, answer.bytes.data(), room);
+  if (answer.error == 0) return 0;
+  errno = answer.error;
+  return -1;
 }
 
 // Stands before the library's own in this program.
@@ -25,14 +47,14 @@ extern "C" int ioctl(int file, unsigned long request, ...) noexcept {
   va_start(list, request);
   void* argument = va_arg(list, void*);
   va_end(list);
+  iwreq* frame = static_cast<iwreq*>(argument);
   if (request == 0x8BE1) {
-    iwreq* frame = static_cast<iwreq*>(argument);
     const auto answer = answers().find(frame->u.data.flags);
-    if (answer != answers().end()) {
-      const size_t room = std::min<size_t>(frame->u.data.length, answer->second.size());
-      memcpy(frame->u.data.pointer, answer->second.data(), room);
-      return 0;
-    }
+    if (answer != answers().end()) return answer_with(answer->second, frame);
+  }
+  if (request == SIOCGIWFREQ && frequency_answer != nullptr) {
+    frame->u.freq = *frequency_answer;
+    return 0;
   }
   return static_cast<int>(syscall(SYS_ioctl, file, request, argument));
 }
