@@ -6,6 +6,8 @@
 #include <stdio.h>
 #include <stdlib.h>
 
+#include <algorithm>
+
 #include "driver_parts.h"
 
 enum { kStateOff = 0, kStateStart = 2, kStateConfigured = 3, kStateWaitStart = 7 };
@@ -46,9 +48,14 @@ void driver_wps_stop(driver_state& state, int radio) {
   state.radios[radio].wps = {};
 }
 
-int64_t driver_wps_next_us(const driver_state& state, int radio) {
+static int64_t end_us(const driver_state& state, int radio) {
   const driver_wps& wps = state.radios[radio].wps;
   return wps.running ? wps.start_us + session_us(state, radio) : kDriverNever;
+}
+
+// A session that takes no time, or whose time was cut short, is overdue: it ends next.
+int64_t driver_wps_next_us(const driver_state& state, int radio) {
+  return std::max(end_us(state, radio), state.now_us + 1);
 }
 
 static scenario_outcome outcome_of(const driver_state& state, int radio) {
@@ -65,7 +72,7 @@ static void let_in(driver_state& state, int bss) {
 
 void driver_wps_advance(driver_state& state, int radio) {
   driver_wps& wps = state.radios[radio].wps;
-  if (!wps.running || driver_wps_next_us(state, radio) > state.now_us) return;
+  if (!wps.running || end_us(state, radio) > state.now_us) return;
   wps.running = false;
   switch (outcome_of(state, radio)) {
     case kScenarioSuccess:
