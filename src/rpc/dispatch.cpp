@@ -20,7 +20,7 @@ struct procedure {
   size_t argument_size;
   xdrproc_t argument_decoder;
   xdrproc_t result_encoder;
-  int (*stub)(void* argument, void* result, svc_req* request);  // null: back end not built
+  int (*stub)(void* argument, void* result, svc_req* request);
   const char* stub_name;
 };
 
@@ -42,7 +42,6 @@ constexpr size_t kSizeOf<void> = 0;
 #define FIELD(type, name) in->name,
 #define ONLY_INDEX(name) *in,
 #define ONLY(type, name) *in,
-#define PENDING(...)
 #define PROCEDURE(number, name, stub, argument, members, payload, size, handler, back_end, \
                   summary)                                                                 \
   static int _##stub(void* argument_area, void* result, svc_req* request) {                \
@@ -69,8 +68,6 @@ static const xdrproc_t kEncodeRecord = FILTER(xdr_wlan_config_result_data_t);
 static const procedure kProcedures[] = {
 #define PROCEDURE(number, name, stub, argument, members, payload, ...) \
   ROW(number, #name, argument, payload, _##stub, "_" #stub)
-#define PENDING(number, name, stub, argument, members, payload, ...) \
-  ROW(number, #name, argument, payload, nullptr, "_" #stub)
 #include "rpc/procedures.def"
 };
 
@@ -83,7 +80,7 @@ static const procedure* find_procedure(uint32_t number) {
   const procedure* end = std::end(kProcedures);
   const procedure* found = std::lower_bound(
       kProcedures, end, number, [](const procedure& row, uint32_t n) { return row.number < n; });
-  const bool usable = found != end && found->number == number && found->stub != nullptr;
+  const bool usable = found != end && found->number == number;
   return usable ? found : nullptr;
 }
 

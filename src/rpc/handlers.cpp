@@ -117,5 +117,4 @@ void trace_text(const char* handler, const wlan_config_result_data_t& result) {
                   summary)                                                                 \
   HANDLER_##payload(members, size, handler, back_end)
 #define OWN(...)
-#define PENDING(...)
 #include "rpc/procedures.def"

@@ -69,8 +69,6 @@ static std::vector<table_row> build_rows() {
   ROW(inert, number, name, argument, payload, size, back_end)
 #define OWN(number, name, stub, argument, members, payload, size, handler, back_end, ...) \
   ROW(own, number, name, argument, payload, size, back_end)
-#define PENDING(number, name, stub, argument, members, payload, size, handler, back_end, ...) \
-  ROW(pending, number, name, argument, payload, size, back_end)
 #include "rpc/procedures.def"
   };
   const auto members = member_lists();

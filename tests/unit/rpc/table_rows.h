@@ -6,7 +6,7 @@
 
 // The procedure table as the tests see it.
 
-enum class row_kind { derived, inert, own, pending };
+enum class row_kind { derived, inert, own };
 
 struct table_row {
   uint32_t number;
