@@ -1,19 +1,17 @@
 #include "lifecycle/handlers.h"
 
-#include <atomic>
-
 #include "diag/trace.h"
 #include "lifecycle/companions.h"
 #include "lifecycle/load.h"
 #include "lifecycle/queue.h"
 #include "lifecycle/sequences.h"
-#include "lifecycle/state.h"
+#include "lifecycle/turn.h"
 #include "sys/board.h"
 
 // Both start true, so that an init or a restart is accepted before any load.
-// Written by the worker, and by the RPC thread in a reset; read by the worker.
-static std::atomic<bool> wlan_loaded = true;
-static std::atomic<bool> wlan_initialized = true;
+// Read and written in a turn only.
+static bool wlan_loaded = true;
+static bool wlan_initialized = true;
 
 // Written by the handlers on the worker.
 static int last_result;
@@ -22,7 +20,7 @@ static constexpr int kAllRadios = 255;
 
 void* load_handler_func(const uint8_t*) {
   last_result = 0;
-  load_running = true;
+  set_running(&load_running, true);
   if (wifi_load() == 1) {
     wlan_loaded = true;
     REV_TRACE("wlan loaded.\n");
@@ -30,7 +28,7 @@ void* load_handler_func(const uint8_t*) {
     REV_ERROR("load_handler_func failed !!!\n");
     last_result = -1;
   }
-  load_running = false;
+  set_running(&load_running, false);
   return &last_result;
 }
 
@@ -41,7 +39,7 @@ void* init_handler_func(const uint8_t*) {
     last_result = -1;
     return &last_result;
   }
-  init_running = true;
+  set_running(&init_running, true);
   if (wifi_init() == 1) {
     wlan_initialized = true;
     REV_TRACE("wlan init - traffic is now passing.\n");
@@ -49,8 +47,14 @@ void* init_handler_func(const uint8_t*) {
     REV_ERROR("init_handler_func failed!!!\n");
     last_result = -1;
   }
-  init_running = false;
+  set_running(&init_running, false);
   return &last_result;
+}
+
+static void forget_drivers() {
+  set_running(&reset_running, false);
+  wlan_loaded = false;
+  wlan_initialized = false;
 }
 
 void* reset_handler_func(const uint8_t*) {
@@ -71,9 +75,7 @@ void* reset_handler_func(const uint8_t*) {
     REV_ERROR("reset_handler_func failed !!!\n");
     last_result = -1;
   }
-  reset_running = false;
-  wlan_loaded = false;
-  wlan_initialized = false;
+  forget_drivers();
   return &last_result;
 }
 
@@ -118,7 +120,7 @@ void* restart_handler_func(const uint8_t*) {
     restart_radios(mask);
     bndstrgStart(1);
   }
-  restart_running = false;
+  set_running(&restart_running, false);
   return &last_result;
 }
 
@@ -131,19 +133,14 @@ int wlan_init() {
 }
 
 int wlan_restart(int index) {
-  uint8_t mask = kMaskAll;
-  switch (bss_to_radio_index(index)) {
-    case kRadio24:
-      mask = kMask24;
-      break;
-    case kRadio5:
-      mask = kMask5;
-      break;
-    default:
-      if (index == kAllRadios) break;
-      REV_ERROR("Invalid radio index\n");
-      return 0;
+  const int radio = bss_to_radio_index(index);
+  if (radio == -1 && index != kAllRadios) {
+    REV_ERROR("Invalid radio index\n");
+    return 0;
   }
+  uint8_t mask = kMaskAll;
+  if (radio == kRadio24) mask = kMask24;
+  if (radio == kRadio5) mask = kMask5;
   return wlan_queueLifecycleRequest(restart_handler_func, &mask, "wlan_restart", &restart_running);
 }
 
@@ -153,29 +150,23 @@ int wlan_restart_all() {
 
 static int reset_now() {
   trace_rev("wlan_reset", "resetting wifi!!!\n");
-  reset_running = true;
+  set_running(&reset_running, true);
   if (wifi_reset() != 1) {
     trace_rev_error("wlan_reset", "failed!!!\n");
     return -1;
   }
   trace_rev("wlan_reset", "reset wifi done !!!\n");
-  reset_running = false;
-  wlan_loaded = false;
-  wlan_initialized = false;
+  forget_drivers();
   return 0;
 }
 
 int wlan_reset() {
-  if (init_running) {
-    REV_ERROR("%s init process is running !!!\n", __func__);
+  const char* running = begin_reset_turn();
+  if (running != nullptr) {
+    REV_ERROR("%s %s process is running !!!\n", __func__, running);
     return -1;
   }
-  if (restart_running) {
-    REV_ERROR("%s restart process is running !!!\n", __func__);
-    return -1;
-  }
-  pthread_mutex_lock(&lifecycle_mutex);
   const int status = reset_now();
-  pthread_mutex_unlock(&lifecycle_mutex);
+  end_turn();
   return status;
 }

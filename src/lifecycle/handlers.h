@@ -20,6 +20,6 @@ int wlan_init();
 int wlan_restart(int index);
 int wlan_restart_all();
 
-// Resets at once, in the caller's thread. 0, or -1 while an init or restart
-// runs.
+// Resets in the caller's thread, once a load that runs has ended. 0, or -1 while
+// an init or a restart runs.
 int wlan_reset();

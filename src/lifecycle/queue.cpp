@@ -9,7 +9,7 @@
 
 #include "diag/trace.h"
 #include "lifecycle/handlers.h"
-#include "lifecycle/state.h"
+#include "lifecycle/turn.h"
 
 namespace {
 
@@ -26,11 +26,6 @@ struct lifecycle_request {
 };
 
 }  // namespace
-
-std::atomic<bool> init_running;
-std::atomic<bool> load_running;
-std::atomic<bool> reset_running;
-std::atomic<bool> restart_running;
 
 // Guards the three below, which both threads use.
 static pthread_mutex_t queue_mutex = PTHREAD_MUTEX_INITIALIZER;
@@ -95,7 +90,7 @@ static void add_lir_to_list(lifecycle_routine routine, const uint8_t* mask, cons
   request->routine = routine;
   request->has_mask = mask != nullptr;
   if (mask != nullptr) request->mask = *mask;
-  memcpy(request->name, name, strnlen(name, kNameSize));
+  if (name != nullptr) memcpy(request->name, name, strnlen(name, kNameSize));
   request->state = state;
   pthread_mutex_lock(&queue_mutex);
   link_request(request);
@@ -116,8 +111,8 @@ uint8_t begin_restart() {
   pending_restart = 0;
   queue_head->state = &restart_running;
   queue_head->started = true;
-  restart_running = true;
   pthread_mutex_unlock(&queue_mutex);
+  set_running(&restart_running, true);
   return mask;
 }
 
@@ -156,9 +151,9 @@ static void* lir_handler_thread(void*) {
     lifecycle_request* request = wait_for_request();
     // The window in which requests meet, and the pace of one a second.
     sleep_one_second();
-    pthread_mutex_lock(&lifecycle_mutex);
+    begin_turn();
     if (request->routine != nullptr) request->routine(request->has_mask ? &request->mask : nullptr);
-    pthread_mutex_unlock(&lifecycle_mutex);
+    end_turn();
     advance_queue();
   }
 }

@@ -19,21 +19,14 @@ constexpr uint8_t kMask24 = 0x01;
 constexpr uint8_t kMask5 = 0x10;
 constexpr uint8_t kMaskAll = 0xFF;
 
-// A kind of request is running. Written by the thread that runs it, read by the
-// other one.
-extern std::atomic<bool> init_running;
-extern std::atomic<bool> load_running;
-extern std::atomic<bool> reset_running;
-extern std::atomic<bool> restart_running;
-
 // Queues a request; the first one starts the worker. `mask` is the radios of a
-// restart, else null; it is copied. `name`, at most 16 characters, and `state`,
-// the running flag of its kind, are for the traces. Always 0: a request that
-// memory cannot be had for is lost.
+// restart, else null; it is copied. `name`, at most 16 characters or null for
+// none, and `state`, the running flag of its kind, are for the traces. Always 0:
+// a request that memory cannot be had for is lost.
 int wlan_queueLifecycleRequest(lifecycle_routine routine, const uint8_t* mask, const char* name,
                                std::atomic<bool>* state);
 
 // Takes the radios that restarts have asked for and marks the restart as
-// running, in one step: a restart asked for from then on is one more request.
+// running: a restart asked for from then on is one more request.
 // For the handler of a restart, on the worker.
 [[nodiscard]] uint8_t begin_restart();

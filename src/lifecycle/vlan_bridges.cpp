@@ -1,7 +1,7 @@
 #include "lifecycle/vlan_bridges.h"
 
-#include <atomic>
 #include <cstdio>
+#include <cstring>
 
 #include "profile/profile_values.h"
 #include "sys/board.h"
@@ -20,11 +20,19 @@ struct device_name {
   char text[16];
 };
 
+// A walk over the positions that gathers those of one VLAN.
+struct vlan_walk {
+  int ids[kPositions];
+  int count;
+  bool handled[kPositions];
+};
+
 }  // namespace
 
-// The VLAN id that setup bridged, at the position of the first BSS of each
-// group. Written by the worker, read by whichever thread tears down.
-static std::atomic<int> vlan_table[kPositions];
+// The VLAN ids that setups bridged, at the position of the first BSS of each
+// group; never forgotten, so that a teardown finds those of all setups. Read and
+// written in a turn only.
+static int vlan_table[kPositions];
 
 static bool in_range(int id) {
   return id >= kFirstId && id <= kLastId;
@@ -56,46 +64,51 @@ static void make_bridge(const device_name& bridge, int id) {
   if_ioctl(device.text, nullptr, nullptr, 0, 1);
 }
 
-// Joins or removes the interfaces of every position from `first` on that has
-// the id and is not handled yet.
-static void for_group(const device_name& bridge, const int (&ids)[kPositions], int count, int first,
-                      int op, bool (&handled)[kPositions]) {
-  for (int position = first; position < count; ++position) {
-    if (handled[position] || ids[position] != ids[first]) continue;
+// The next position from `from` on that has an id in range and is not handled
+// yet; `count` when there is none.
+static int next_vlan(const vlan_walk& walk, int from) {
+  int position = from;
+  while (position < walk.count && (walk.handled[position] || !in_range(walk.ids[position])))
+    ++position;
+  return position;
+}
+
+// Adds the interfaces of a VLAN, from its first position on, to the bridge or
+// deletes them from it.
+static void change_members(vlan_walk* walk, int first, const device_name& bridge, int op) {
+  for (int position = first; position < walk->count; ++position) {
+    if (walk->handled[position] || walk->ids[position] != walk->ids[first]) continue;
     bridge_ioctl(bridge.text, numbered("ra", position).text, op);
-    handled[position] = true;
+    walk->handled[position] = true;
   }
 }
 
 void wifi_setupVlanBridges() {
   if (udma_enabled(kAnyLength)) return;
-  const int count = isSingleBand() != 0 ? kPositionsSingleBand : kPositions;
-  int ids[kPositions] = {};
-  for (int i = 0; i < count; ++i)
-    ids[i] = bss_number(i + 1, "VLAN_ID", kAnyLength);
-  bool handled[kPositions] = {};
+  vlan_walk walk = {};
+  walk.count = isSingleBand() != 0 ? kPositionsSingleBand : kPositions;
+  for (int i = 0; i < walk.count; ++i)
+    walk.ids[i] = bss_number(i + 1, "VLAN_ID", kAnyLength);
   int bridges = 0;
-  for (int i = 0; i < count; ++i) {
-    if (handled[i] || !in_range(ids[i])) continue;
-    vlan_table[i] = ids[i];
+  for (int i = next_vlan(walk, 0); i < walk.count; i = next_vlan(walk, i + 1)) {
+    vlan_table[i] = walk.ids[i];
     const device_name bridge = numbered("br", bridges++);
-    make_bridge(bridge, ids[i]);
-    for_group(bridge, ids, count, i, kBridgeAddInterface, handled);
+    make_bridge(bridge, walk.ids[i]);
+    change_members(&walk, i, bridge, kBridgeAddInterface);
   }
 }
 
 void wifi_teardownVlanBridges() {
   if (udma_enabled(kUdmaLimit)) return;
-  int ids[kPositions];
-  for (int i = 0; i < kPositions; ++i)
-    ids[i] = vlan_table[i];
-  bool handled[kPositions] = {};
+  vlan_walk walk = {};
+  walk.count = kPositions;
+  memcpy(walk.ids, vlan_table, sizeof walk.ids);
   int bridges = 0;
-  for (int i = 0; i < kPositions; ++i) {
-    if (handled[i] || !in_range(ids[i])) continue;
-    if (ids[i] != kFirstId) vconfig_ioctl(vlan_device(ids[i]).text, ids[i], kVlanDelete);
+  for (int i = next_vlan(walk, 0); i < walk.count; i = next_vlan(walk, i + 1)) {
+    const int id = walk.ids[i];
+    if (id != kFirstId) vconfig_ioctl(vlan_device(id).text, id, kVlanDelete);
     const device_name bridge = numbered("br", bridges);
-    for_group(bridge, ids, kPositions, i, kBridgeDeleteInterface, handled);
+    change_members(&walk, i, bridge, kBridgeDeleteInterface);
     if_ioctl(bridge.text, nullptr, nullptr, 0, 0);
     if (bridges != 0) bridge_ioctl(bridge.text, nullptr, kBridgeDelete);
     ++bridges;

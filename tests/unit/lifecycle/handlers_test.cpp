@@ -1,17 +1,24 @@
 #include "lifecycle/handlers.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <atomic>
+#include <string>
+#include <thread>
+
+#include "lifecycle/lifecycle_support.h"
 #include "lifecycle/queue.h"
 #include "lifecycle/state.h"
+#include "lifecycle/turn.h"
 #include "support/gateway.h"
 #include "unit_support.h"
-
-// A reset that stands in the queue; the operations never put one there.
 
 static int result_of(void* result) {
   return *static_cast<int*>(result);
 }
+
+// A reset that stands in the queue; the operations never put one there.
 
 TEST(QueuedReset, ResetsAndForgetsThatTheDriverWasLoaded) {
   switch_console_on();
@@ -64,4 +71,65 @@ TEST(Reset, IsRefusedWhileAnInitOrARestartRunsAndTouchesNothing) {
             rev_error_prefix("wlan_reset") + "wlan_reset restart process is running !!!\n");
   EXPECT_TRUE(modules_loaded);
   EXPECT_EQ(interfaces(), all_interfaces());
+}
+
+// A reset that comes while the worker has the turn, but not yet its flag: what
+// it says and returns as soon as the flag is set.
+static std::string said_of_waiting_reset(std::atomic<bool>* kind) {
+  begin_turn();
+  std::atomic<pid_t> thread = 0;
+  std::atomic<int> status = 7;
+  bool blocked = false;
+  const std::string said = errors_of([&] {
+    std::thread reset([&] {
+      thread = gettid();
+      status = wlan_reset();
+    });
+    blocked = wait_until([&] { return thread != 0; }) && wait_until_blocked(thread);
+    set_running(kind, true);
+    reset.join();
+  });
+  EXPECT_TRUE(blocked);
+  EXPECT_EQ(status, -1);
+  set_running(kind, false);
+  end_turn();
+  return said;
+}
+
+TEST(Reset, DoesNotWaitOutAnInitOrARestartThatBegins) {
+  modules_loaded = true;
+  EXPECT_EQ(said_of_waiting_reset(&init_running),
+            rev_error_prefix("wlan_reset") + "wlan_reset init process is running !!!\n");
+  EXPECT_EQ(said_of_waiting_reset(&restart_running),
+            rev_error_prefix("wlan_reset") + "wlan_reset restart process is running !!!\n");
+  EXPECT_TRUE(modules_loaded);
+  // A refused one has not kept the turn.
+  note_commands();
+  begin_turn();
+  end_turn();
+  EXPECT_EQ(wlan_reset(), 0);
+  EXPECT_FALSE(modules_loaded);
+}
+
+TEST(Handlers, InitIsAcceptedRightAfterTheStart) {
+  switch_console_on();
+  note_commands();
+  const std::string output = output_of([] { EXPECT_EQ(result_of(init_handler_func(nullptr)), 0); });
+  EXPECT_TRUE(in_order(output, {"wifi_init\033[0m WLAN driver(s) are not loaded\n",
+                                "init_handler_func\033[0m wlan init - traffic is now passing.\n"}))
+      << output;
+  EXPECT_EQ(commands(), "");
+}
+
+TEST(Handlers, LoadAfterAResetLetsAnInitBeButNoRestart) {
+  switch_console_on();
+  note_commands();
+  EXPECT_EQ(wlan_reset(), 0);
+  output_of([] { EXPECT_EQ(result_of(load_handler_func(nullptr)), 0); });
+  const uint8_t mask = kMask24;
+  const std::string output =
+      output_of([&] { EXPECT_EQ(result_of(restart_handler_func(&mask)), -1); });
+  EXPECT_TRUE(contains(output, "restart_handler_func\033[0m Driver(s) have not been initialized\n"))
+      << output;
+  output_of([] { EXPECT_EQ(result_of(init_handler_func(nullptr)), 0); });
 }

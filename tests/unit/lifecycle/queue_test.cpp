@@ -1,0 +1,207 @@
+#include "lifecycle/queue.h"
+
+#include <gtest/gtest.h>
+#include <semaphore.h>
+#include <sys/syscall.h>
+#include <time.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <regex>
+#include <thread>
+
+#include "lifecycle/handlers.h"
+#include "lifecycle/lifecycle_support.h"
+#include "lifecycle/state.h"
+#include "lifecycle/turn.h"
+#include "unit_support.h"
+
+// The worker's second, by hand: it waits in one until the test opens it.
+static std::atomic<bool> seconds_by_hand;
+static std::atomic<int> seconds_begun;
+static sem_t seconds_opened;
+
+extern "C" int nanosleep(const timespec* time, timespec* left) {
+  if (!seconds_by_hand || time->tv_sec != 1) {
+    return static_cast<int>(syscall(SYS_nanosleep, time, left));
+  }
+  ++seconds_begun;
+  while (sem_wait(&seconds_opened) != 0) {
+  }
+  return 0;
+}
+
+// Traces go to a file from here on until they are taken back with
+// caught_stream(1); what a test expects meanwhile is not seen when it fails.
+static void begin() {
+  sem_init(&seconds_opened, 0, 0);
+  seconds_by_hand = true;
+  modules_loaded = true;
+  note_commands("0\n");
+  switch_console_on();
+  catch_stream(1);
+}
+
+static void let_a_second_pass() {
+  sem_post(&seconds_opened);
+}
+
+static bool wait_for_second(int number) {
+  return wait_until([=] { return seconds_begun == number; });
+}
+
+static bool wait_for_traces(const std::string& text, int count = 1) {
+  return wait_until([&] {
+    fflush(stdout);
+    return count_of(read_file("/proc/self/fd/1"), text) >= count;
+  });
+}
+
+TEST(Queue, RestartAskedForWhileOneRunsRunsAfterwardsForItsRadioAlone) {
+  begin();
+  hold_command("killall -USR2 HncInit");
+  wlan_restart(1);
+  let_a_second_pass();
+  bool done = wait_for_held_command();
+  wlan_restart(9);
+  release_command();
+  done = done && wait_for_second(2);
+  let_a_second_pass();
+  done = done && wait_for_traces("de-queue'd", 2);
+  const std::string traces = caught_stream(1);
+  EXPECT_TRUE(done);
+  EXPECT_TRUE(
+      in_order(traces, {"restart_handler_func\033[0m Restarting radio with mask: 01\n",
+                        "restart_handler_func\033[0m 2.4GHz radio restarted\n", "de-queue'd",
+                        "restart_handler_func\033[0m Restarting radio with mask: 10\n",
+                        "restart_handler_func\033[0m 5GHz radio restarted\n", "de-queue'd"}))
+      << traces;
+  EXPECT_EQ(count_of(traces, "Restarting WLAN\n"), 2) << traces;
+}
+
+TEST(Queue, RestartsOfBothRadiosInOneSecondRunOnceForBoth) {
+  begin();
+  wlan_restart(12);
+  wlan_restart(3);
+  let_a_second_pass();
+  const bool done = wait_for_traces("de-queue'd");
+  const std::string traces = caught_stream(1);
+  EXPECT_TRUE(done);
+  EXPECT_TRUE(in_order(traces, {"mask: 11\n", "Restarting WLAN\n", "2.4GHz radio restarted\n",
+                                "Restarting WLAN\n", "5GHz radio restarted\n"}))
+      << traces;
+  EXPECT_FALSE(contains(traces, "All radio(s)")) << traces;
+  EXPECT_EQ(count_of(traces, "queue'd -> "), 2) << "one put in, one taken out";
+}
+
+TEST(Queue, RestartOfAllRadiosSaysSoWhereThereAreTwo) {
+  begin();
+  wlan_restart_all();
+  let_a_second_pass();
+  const bool done = wait_for_traces("de-queue'd");
+  const std::string traces = caught_stream(1);
+  EXPECT_TRUE(done);
+  EXPECT_TRUE(in_order(traces, {"mask: ff\n", "Restarting WLAN\n", "Restarting WLAN\n",
+                                "restart_handler_func\033[0m All radio(s) have been restarted\n"}))
+      << traces;
+  EXPECT_FALSE(contains(traces, "GHz radio restarted")) << traces;
+}
+
+TEST(Queue, RestartOfAllRadiosRestartsTheOnlyOneInSilence) {
+  pretend_single_band();
+  begin();
+  wlan_restart(255);
+  let_a_second_pass();
+  const bool done = wait_for_traces("de-queue'd");
+  const std::string traces = caught_stream(1);
+  EXPECT_TRUE(done);
+  EXPECT_EQ(count_of(traces, "Restarting WLAN\n"), 1) << traces;
+  EXPECT_FALSE(contains(traces, "restarted\n")) << traces;
+}
+
+// The captures of the first match.
+static std::smatch match(const std::string& text, const std::string& pattern) {
+  static std::string kept;
+  kept = text;
+  std::smatch found;
+  EXPECT_TRUE(std::regex_search(kept, found, std::regex(pattern))) << pattern << "\n" << text;
+  return found;
+}
+
+static std::string address_of(lifecycle_routine routine) {
+  char text[32];
+  snprintf(text, sizeof text, "%p", reinterpret_cast<void*>(routine));
+  return text;
+}
+
+TEST(Queue, RequestsAreASecondApartAndTracedWithTheirFields) {
+  begin();
+  wlan_load();
+  const bool first = wait_for_second(1);
+  wlan_init();
+  let_a_second_pass();
+  const bool second = wait_for_second(2);
+  fflush(stdout);
+  const std::string between = read_file("/proc/self/fd/1");
+  let_a_second_pass();
+  const bool done = wait_for_traces("de-queue'd", 2);
+  const std::string traces = caught_stream(1);
+  EXPECT_TRUE(first && second && done) << traces;
+  EXPECT_TRUE(in_order(between, {"lir_handler_thread\033[0m lir_handler_thread started\n",
+                                 "load_handler_func\033[0m wlan loaded.\n"}))
+      << between;
+  EXPECT_FALSE(contains(between, "Initializing")) << between;
+  const std::string load = address_of(load_handler_func) + " arg: 0 name: wlan_load state: 0";
+  const std::string init = address_of(init_handler_func) + " arg: 0 name: wlan_init state: 0";
+  const std::string queued =
+      "add_lir_to_list\033\\[0m queue'd -> request_ptr:(0x[0-9a-f]+) routine: ";
+  const std::string taken =
+      "lir_handler_thread\033\\[0m de-queue'd -> request_ptr: (0x[0-9a-f]+) routine: ";
+  const std::string load_request = match(traces, queued + load + "\n")[1];
+  const std::string init_request = match(traces, queued + init + "\n")[1];
+  EXPECT_EQ(match(traces, taken + load + " next_req=" + init_request + "\n")[1], load_request);
+  EXPECT_EQ(match(traces, taken + init + " next_req=\\(nil\\)\n")[1], init_request);
+}
+
+TEST(Queue, RestartWithoutRadiosOrNameDoesNothing) {
+  begin();
+  wlan_queueLifecycleRequest(restart_handler_func, nullptr, nullptr, nullptr);
+  let_a_second_pass();
+  bool done = wait_for_traces("de-queue'd");
+  const uint8_t mask = kMask5;
+  wlan_queueLifecycleRequest(restart_handler_func, &mask, "a name of 16 chrand more",
+                             &restart_running);
+  let_a_second_pass();
+  done = done && wait_for_traces("de-queue'd", 2);
+  const std::string traces = caught_stream(1);
+  EXPECT_TRUE(done);
+  EXPECT_TRUE(in_order(
+      traces, {"arg: 0 name:  state: 0\n", "restart_handler_func\033[0m Nothing to do\n",
+               "arg: 0 name:  state: 0 next_req", "arg: 16 name: a name of 16 chr state: 0\n"}))
+      << traces;
+}
+
+TEST(Queue, ResetWaitsForALoadThatRuns) {
+  begin();
+  hold_command("cp /etc/Wireless/7603AP/MT7603_EEPROM.bin");
+  wlan_load();
+  let_a_second_pass();
+  const bool loading = wait_for_held_command();
+  std::atomic<pid_t> thread = 0;
+  std::atomic<int> status = 7;
+  std::thread reset([&] {
+    thread = gettid();
+    status = wlan_reset();
+  });
+  const bool waits = wait_until([&] { return thread != 0; }) && wait_until_blocked(thread);
+  release_command();
+  reset.join();
+  const std::string traces = caught_stream(1);
+  EXPECT_TRUE(loading);
+  EXPECT_TRUE(waits) << traces;
+  EXPECT_EQ(status, 0);
+  EXPECT_TRUE(in_order(traces, {"wlan loaded.\n", "wlan_reset\033[0m resetting wifi!!!\n",
+                                "wlan_reset\033[0m reset wifi done !!!\n"}))
+      << traces;
+  EXPECT_FALSE(modules_loaded);
+}
