@@ -1,6 +1,6 @@
+#include <pthread.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cstdio>
 #include <cstring>
 
@@ -14,9 +14,12 @@
 
 static constexpr char kMarker[] = "/tmp/mtk_bnd_file";
 
-// Written by the worker, and by the RPC thread in a reset or when the setting
-// is switched; read by both.
-static std::atomic<bool> band_steering_running;
+// Guards whether band steering was started. Held from the look at it to the end
+// of the commands: two threads start it once, and no stop overtakes a start. Not
+// held while the marker is waited for, so that a setting on the RPC thread does
+// not wait those seconds with the worker.
+static pthread_mutex_t band_steering_mutex = PTHREAD_MUTEX_INITIALIZER;
+static bool band_steering_running;
 
 namespace {
 
@@ -56,13 +59,44 @@ int isAbleToEnableBandSteering() {
   return 0;
 }
 
-static void stop_band_steering() {
+namespace {
+
+// What decides on band steering.
+struct steering_settings {
+  int enabled;
+  int radio24;
+  int statistics;  // radio statistics that outlive it
+  int radio5;
+  int bss24;
+  int bss5;
+};
+
+}  // namespace
+
+static steering_settings read_settings() {
+  const char* profile24 = bss_profile(kRadio24);
+  return {
+      .enabled = profile_number(profile24, "BandSteering", kSwitchLimit),
+      .radio24 = profile_number(profile24, "RadioOn", kSwitchLimit),
+      .statistics = profile_number(profile24, "RSG_Enable", kSwitchLimit),
+      .radio5 = profile_number(bss_profile(kRadio5), "RadioOn", kSwitchLimit),
+      .bss24 = bss_number(kRadio24, "BssEnabled", kSwitchLimit),
+      .bss5 = bss_number(kRadio5, "BssEnabled", kSwitchLimit),
+  };
+}
+
+static bool wanted(const steering_settings& settings) {
+  return settings.enabled != 0 && settings.radio24 != 0 && settings.radio5 != 0 &&
+         settings.bss24 != 0 && settings.bss5 != 0;
+}
+
+static void stop_locked(const steering_settings& settings) {
   if (!band_steering_running) return;
   trace_rpc("bndstrgStart", "Stop band steering\n");
   if (hasMTK7615() != 0) {
     wappStart(0);
     run_command("/bin/kill $(pgrep -f bs20 | awk '{print $1}')");
-    if (profile_number(bss_profile(kRadio24), "RSG_Enable", kSwitchLimit) == 0) {
+    if (settings.statistics == 0) {
       run_command("iwpriv ra8 set ApEnableRadioChStats=0");
       run_command("iwpriv ra0 set ApEnableRadioChStats=0");
     }
@@ -71,6 +105,25 @@ static void stop_band_steering() {
     run_command("/bin/rm /tmp/mtk_bnd_file");
   }
   band_steering_running = false;
+}
+
+// Runs what starts it. Returns whether it did.
+static bool start_locked(const steering_settings& settings) {
+  if (band_steering_running) return false;
+  if (!wanted(settings)) {
+    trace_rpc("bndstrgStart", "can't enable band steering as radio/home user ssid isn't enabled\n");
+    return false;
+  }
+  trace_rpc("bndstrgStart", "Sart band steering\n");
+  if (hasMTK7615() != 0) {
+    run_command("/sbin/EasyMesh_openwrt.sh");
+    run_command("iwpriv ra8 set ApEnableRadioChStats=1");
+    run_command("iwpriv ra0 set ApEnableRadioChStats=1");
+  } else {
+    cfg_executecmd("bndstrgStart", "bndstrg_1&");
+  }
+  band_steering_running = true;
+  return true;
 }
 
 // Looks for the daemon's marker file up to ten times, a second apart. Returns
@@ -89,38 +142,24 @@ static int wait_for_marker() {
   return looks;
 }
 
-static void start_band_steering() {
-  trace_rpc("bndstrgStart", "Sart band steering\n");
-  if (hasMTK7615() != 0) {
-    run_command("/sbin/EasyMesh_openwrt.sh");
-    run_command("iwpriv ra8 set ApEnableRadioChStats=1");
-    run_command("iwpriv ra0 set ApEnableRadioChStats=1");
-    band_steering_running = true;
-    return;
-  }
-  cfg_executecmd("bndstrgStart", "bndstrg_1&");
-  // A marker found at the ninth look counts as not started, none after ten
-  // looks as started: kept on purpose.
-  if (wait_for_marker() != 9) band_steering_running = true;
-}
-
-static bool band_steering_wanted() {
-  return profile_number(bss_profile(kRadio24), "BandSteering", kSwitchLimit) != 0 &&
-         profile_number(bss_profile(kRadio24), "RadioOn", kSwitchLimit) != 0 &&
-         profile_number(bss_profile(kRadio5), "RadioOn", kSwitchLimit) != 0 &&
-         bss_number(kRadio24, "BssEnabled", kSwitchLimit) != 0 &&
-         bss_number(kRadio5, "BssEnabled", kSwitchLimit) != 0;
+static void forget_start() {
+  pthread_mutex_lock(&band_steering_mutex);
+  band_steering_running = false;
+  pthread_mutex_unlock(&band_steering_mutex);
 }
 
 void bndstrgStart(int mode) {
-  if (mode == 0 || isAbleToEnableBandSteering() == 0) {
-    stop_band_steering();
-    return;
+  const steering_settings settings = read_settings();
+  const bool on = mode != 0 && isAbleToEnableBandSteering() != 0;
+  bool started = false;
+  pthread_mutex_lock(&band_steering_mutex);
+  if (on) {
+    started = start_locked(settings);
+  } else {
+    stop_locked(settings);
   }
-  if (band_steering_running) return;
-  if (!band_steering_wanted()) {
-    RPC_TRACE("can't enable band steering as radio/home user ssid isn't enabled\n");
-    return;
-  }
-  start_band_steering();
+  pthread_mutex_unlock(&band_steering_mutex);
+  // A marker found at the ninth look counts as not started, none after ten
+  // looks as started: kept on purpose.
+  if (started && hasMTK7615() == 0 && wait_for_marker() == 9) forget_start();
 }

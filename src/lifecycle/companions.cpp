@@ -1,10 +1,7 @@
 #include "lifecycle/companions.h"
 
-#include <unistd.h>
+#include <pthread.h>
 
-#include <atomic>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
 
 #include "diag/trace.h"
@@ -15,11 +12,77 @@
 #include "sys/probe.h"
 #include "sys/shell.h"
 
-// What was started. Written by the worker, and by the RPC thread in a reset or
-// when a setting switches a process; read by both.
-static std::atomic<bool> dcs_running;
-static std::atomic<bool> mtk_ctrl_running;
-static std::atomic<bool> wapp_running;
+namespace {
+
+// A process that is started once and killed by its name. The lock is held from
+// the look at `running` to the end of the command: two threads start it once,
+// and no stop overtakes a start. So a setting on the RPC thread waits for a
+// command of the worker at most.
+struct companion {
+  const char* control;
+  const char* name;
+  const char* start;
+  const char* stop;
+  bool quiet;  // its output is thrown away, and its commands are logged
+  pthread_mutex_t lock;
+  bool running;
+};
+
+}  // namespace
+
+static companion dcs = {
+    .control = "dcsStart",
+    .name = "dcs",
+    .start = "dcs&",
+    .stop = "/bin/kill $(pgrep -f dcs | awk '{print $1}')",
+    .quiet = true,
+    .lock = PTHREAD_MUTEX_INITIALIZER,
+    .running = false,
+};
+static companion mtk_ctrl = {
+    .control = "MtkCtrlStart",
+    .name = "mtk_ctrl",
+    .start = "mtk_ctrl&",
+    .stop = "/bin/kill $(pgrep -f mtk_ctrl | awk '{print $1}')",
+    .quiet = true,
+    .lock = PTHREAD_MUTEX_INITIALIZER,
+    .running = false,
+};
+static companion wapp = {
+    .control = "wappStart",
+    .name = "wapp",
+    .start = "wapp -d2 -v2 -f /etc/wapp_ap.conf &",
+    .stop = "/bin/kill $(pgrep -f wapp | awk '{print $1}')",
+    .quiet = false,
+    .lock = PTHREAD_MUTEX_INITIALIZER,
+    .running = false,
+};
+
+static void run_for(const companion& process, const char* command) {
+  if (process.quiet) {
+    cfg_executecmd(process.control, command);
+  } else {
+    run_command(command);
+  }
+}
+
+static void switch_locked(companion* process, int mode, bool wanted) {
+  if (mode != 0 && !process->running && wanted) {
+    trace_rpc(process->control, "Sart %s\n", process->name);
+    run_for(*process, process->start);
+    process->running = true;
+  } else if (mode == 0 && process->running) {
+    trace_rpc(process->control, "Stop %s\n", process->name);
+    run_for(*process, process->stop);
+    process->running = false;
+  }
+}
+
+static void switch_companion(companion* process, int mode, bool wanted) {
+  pthread_mutex_lock(&process->lock);
+  switch_locked(process, mode, wanted);
+  pthread_mutex_unlock(&process->lock);
+}
 
 static int radio_on(int radio) {
   return profile_number(bss_profile(radio), "RadioOn", kSwitchLimit);
@@ -33,48 +96,26 @@ static bool channel_is_automatic() {
   return found == 0 || channel[0] == '0' || channel[0] == '\0';
 }
 
-static bool dcs_wanted() {
-  const char* profile = bss_profile(kRadio24);
-  return profile_number(profile, "MSODCSOn", kSwitchLimit) != 0 &&
-         profile_number(profile, "USERDCSOn", kSwitchLimit) != 0 && radio_on(kRadio24) != 0 &&
-         channel_is_automatic();
-}
+// The controls read all their keys whatever the mode and the first ones say, and
+// the store reports each time what it cannot read.
 
 void dcsStart(int mode) {
-  if (mode != 0 && !dcs_running && dcs_wanted()) {
-    RPC_TRACE("Sart dcs\n");
-    cfg_executecmd(__func__, "dcs&");
-    dcs_running = true;
-  } else if (mode == 0 && dcs_running) {
-    RPC_TRACE("Stop dcs\n");
-    cfg_executecmd(__func__, "/bin/kill $(pgrep -f dcs | awk '{print $1}')");
-    dcs_running = false;
-  }
+  const char* profile = bss_profile(kRadio24);
+  const bool host = profile_number(profile, "MSODCSOn", kSwitchLimit) != 0;
+  const bool user = profile_number(profile, "USERDCSOn", kSwitchLimit) != 0;
+  const bool radio = radio_on(kRadio24) != 0;
+  const bool automatic = channel_is_automatic();
+  switch_companion(&dcs, mode, host && user && radio && automatic);
 }
 
 void MtkCtrlStart(int mode) {
-  if (mode != 0 && !mtk_ctrl_running && (radio_on(kRadio24) != 0 || radio_on(kRadio5) != 0)) {
-    RPC_TRACE("Sart mtk_ctrl\n");
-    cfg_executecmd(__func__, "mtk_ctrl&");
-    mtk_ctrl_running = true;
-  } else if (mode == 0 && mtk_ctrl_running) {
-    RPC_TRACE("Stop mtk_ctrl\n");
-    cfg_executecmd(__func__, "/bin/kill $(pgrep -f mtk_ctrl | awk '{print $1}')");
-    mtk_ctrl_running = false;
-  }
+  const bool first = radio_on(kRadio24) != 0;
+  const bool second = radio_on(kRadio5) != 0;
+  switch_companion(&mtk_ctrl, mode, first || second);
 }
 
 void wappStart(int mode) {
-  if (hasMTK7615() == 0) return;
-  if (mode != 0 && !wapp_running) {
-    RPC_TRACE("Sart wapp\n");
-    run_command("wapp -d2 -v2 -f /etc/wapp_ap.conf &");
-    wapp_running = true;
-  } else if (mode == 0 && wapp_running) {
-    RPC_TRACE("Stop wapp\n");
-    run_command("/bin/kill $(pgrep -f wapp | awk '{print $1}')");
-    wapp_running = false;
-  }
+  if (hasMTK7615() != 0) switch_companion(&wapp, mode, true);
 }
 
 // Whether any of 16 BSSes from the radio on names a server. From radio 1 the
@@ -98,9 +139,10 @@ void rtdot1x_start(int radio, int mode) {
     return;
   }
   if (mode != 0 && mode != 1) return;
+  static constexpr size_t kCountSize = 16;
   int running = 0;
   const char* probe =
       first ? "pgrep -l rtdot1xd | grep -c rtdot1xd" : "pgrep -l rtinicapd | grep -c rtinicapd";
-  if (!probe_number(probe, &running) || running < 1) return;
+  if (!probe_number(probe, kCountSize, &running) || running < 1) return;
   run_command(first ? "/usr/bin/killall -9 rtdot1xd" : "/usr/bin/killall -9 rtinicapd");
 }

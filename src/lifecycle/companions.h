@@ -3,7 +3,9 @@
 // The processes that run beside the driver. Each control takes a mode, nonzero
 // to start and 0 to stop, decides from the profiles whether its process should
 // run, and remembers that it started it, so that starting or stopping twice
-// does nothing.
+// does nothing. The worker and the RPC thread may call them at the same time:
+// a process is started once, and a stop follows the start that it meets. A call
+// waits for the other one's commands at most, not for its marker.
 
 // Band steering: bndstrg_1, or on MT7615 boards the EasyMesh script.
 void bndstrgStart(int mode);
@@ -23,5 +25,5 @@ void wappStart(int mode);
 
 // 802.1X authenticator of a radio, rtdot1xd (1) or rtinicapd (9). Modes 1 and
 // 0; it keeps no memory, the process list tells what runs. Mode 1 without a
-// RADIUS server in the profile stops it.
+// RADIUS server in the profile stops it. In a turn only.
 void rtdot1x_start(int radio, int mode);

@@ -3,14 +3,15 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
-bool probe_number(const char* command, int* number) {
+bool probe_number(const char* command, size_t size, int* number) {
   FILE* stream = popen(command, "re");
   if (stream == nullptr) return false;
   char text[33] = {};
-  const size_t length = fread(text, 1, sizeof text - 1, stream);
+  const size_t length = fread(text, 1, std::min(size, sizeof text - 1), stream);
   // pclose, so that the probe does not wait to be collected as a child.
   pclose(stream);
   *number = atoi(text);

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <cstddef>
+
 // Looks at the system: what commands print, what others hold.
 
-// Runs a command line and converts the first 32 bytes of its output to a
-// number. False when the shell could not be started or nothing was read.
-[[nodiscard]] bool probe_number(const char* command, int* number);
+// Runs a command line and converts the first `size` bytes of its output, 32 at
+// most, to a number. False when the shell could not be started or nothing was
+// read.
+[[nodiscard]] bool probe_number(const char* command, size_t size, int* number);
 
 // Opens and truncates a file, tries a write lock over all of it and closes it
 // again, which releases the lock. Returns whether the lock was granted.

@@ -3,6 +3,8 @@
 
 #include <ctime>
 #include <string>
+#include <thread>
+#include <utility>
 
 #include "lifecycle/companions.h"
 #include "lifecycle/lifecycle_support.h"
@@ -14,6 +16,7 @@ static constexpr char kMarker[] = "/tmp/mtk_bnd_file";
 static bool sleeps_are_counted;
 static int looks_until_marker;
 static int seconds_slept;
+static void (*during_wait)();
 
 // The daemon's wait for the marker; in this suite without the seconds: the
 // marker appears after a number of looks.
@@ -25,6 +28,7 @@ extern "C" unsigned sleep(unsigned seconds) {
   }
   seconds_slept += static_cast<int>(seconds);
   if (seconds_slept + 1 == looks_until_marker) write_file(kMarker, "");
+  if (during_wait != nullptr) during_wait();
   return 0;
 }
 
@@ -147,27 +151,75 @@ TEST(BandSteering, NeedsItsSwitchBothRadiosAndBothFirstBsses) {
   EXPECT_EQ(commands(), "bndstrg_1&\n");
 }
 
-// Makes one setting of the bands differ and tells what is said.
-static std::string refusal(const char* key, const char* value) {
+// Makes settings of the 5 GHz band differ and tells what is said.
+static std::string refusal(std::initializer_list<std::pair<const char*, const char*>> values) {
   make_bands_alike();
-  set_profile_value(kProfile5, key, value);
+  for (const auto& [key, value] : values)
+    set_profile_value(kProfile5, key, value);
   switch_log_on();
   unlink("/tmp/auto_debug/dbg_rpc.log");
   EXPECT_EQ(isAbleToEnableBandSteering(), 0);
   EXPECT_EQ(profile_value(kProfile24, "BandSteering"), "0");
   EXPECT_EQ(profile_value(kProfile5, "BandSteering"), "0");
-  return logged();
+  const std::string log = logged();
+  return log.substr(0, log.find('\n') + 1);
 }
 
 TEST(BandSteering, FirstDifferenceOfTheBandsIsNamedAndSwitchesItOff) {
   const std::string unable = "unable to enable BandSteering because 2.4G and 5G ";
-  EXPECT_TRUE(contains(refusal("SSID1", "Other"), unable + "SSID is different"));
-  EXPECT_TRUE(
-      contains(refusal("AuthMode", "OPEN;WPA2PSK"), unable + "authentication mode is different"));
-  EXPECT_TRUE(contains(refusal("WPAPSK1", "other words"), unable + "wpa key is different"));
+  const std::pair<const char*, const char*> ssid = {"SSID1", "Other"};
+  const std::pair<const char*, const char*> mode = {"AuthMode", "OPEN;WPA2PSK"};
+  const std::pair<const char*, const char*> key = {"WPAPSK1", "other words"};
+  EXPECT_EQ(refusal({key, mode, ssid}), unable + "SSID is different\n");
+  EXPECT_EQ(refusal({key, mode}), unable + "authentication mode is different\n");
+  EXPECT_EQ(refusal({key}), unable + "wpa key is different\n");
   make_bands_alike();
   EXPECT_EQ(isAbleToEnableBandSteering(), 1);
   EXPECT_EQ(profile_value(kProfile24, "BandSteering"), "1");
+}
+
+// Whether two values of a key that differ in their last character are seen to.
+static bool difference_is_seen(const char* key, const std::string& value, const char* rest) {
+  make_bands_alike();
+  set_profile_value(kProfile24, key, value + "a" + rest);
+  set_profile_value(kProfile5, key, value + "b" + rest);
+  int able = -1;
+  errors_of([&] { able = isAbleToEnableBandSteering(); });
+  return able == 0;
+}
+
+TEST(BandSteering, ValuesAreComparedUpToTheirLimits) {
+  EXPECT_TRUE(difference_is_seen("SSID1", std::string(31, 's'), ""));
+  EXPECT_FALSE(difference_is_seen("SSID1", std::string(32, 's'), "")) << "both count as empty";
+  EXPECT_TRUE(difference_is_seen("AuthMode", std::string(19, 'm'), ";OPEN"));
+  EXPECT_FALSE(difference_is_seen("AuthMode", std::string(20, 'm'), ";OPEN")) << "both are cut";
+  EXPECT_TRUE(difference_is_seen("WPAPSK1", std::string(64, 'k'), ""));
+  EXPECT_FALSE(difference_is_seen("WPAPSK1", std::string(65, 'k'), "")) << "both count as empty";
+}
+
+TEST(BandSteering, StartIsLoggedWithItsCommandAndTheStopWithout) {
+  start_with_marker_at(1);
+  switch_log_on();
+  bndstrgStart(0);
+  bndstrgStart(1);
+  EXPECT_EQ(logged(), "Stop band steering\nSart band steering\ncfg_executecmd: cmd:bndstrg_1&\n");
+}
+
+TEST(BandSteering, SecondStartDuringTheWaitStartsNothingAndDoesNotWait) {
+  during_wait = [] { std::thread([] { bndstrgStart(1); }).join(); };
+  EXPECT_EQ(start_with_marker_at(3), waits(2) + "bnd is started and count is 3\n");
+  during_wait = nullptr;
+  EXPECT_EQ(commands(), "bndstrg_1&\n");
+}
+
+TEST(BandSteering, StopDuringTheWaitEndsItAtOnceAndForGood) {
+  during_wait = [] { std::thread([] { bndstrgStart(0); }).join(); };
+  start_with_marker_at(3);
+  during_wait = nullptr;
+  EXPECT_EQ(commands(),
+            "bndstrg_1&\n/bin/kill $(pgrep -f bndstrg_1 | awk '{print $1}')\n"
+            "/bin/rm /tmp/mtk_bnd_file\n");
+  EXPECT_FALSE(stops());
 }
 
 TEST(BandSteering, BandsThatDifferStopItWhenItRuns) {

@@ -1,9 +1,14 @@
 #include "lifecycle/companions.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <thread>
 
 #include "lifecycle/lifecycle_support.h"
 #include "support/gateway.h"
+#include "sys/board.h"
 #include "unit_support.h"
 
 static void switch_dcs_on() {
@@ -89,8 +94,9 @@ TEST(Wapp, StartsAndStopsOnce) {
   EXPECT_EQ(commands(), "/bin/kill $(pgrep -f wapp | awk '{print $1}')\n");
 }
 
-TEST(Companions, StartsAndStopsAreLogged) {
+TEST(Companions, StartsAndStopsAreLoggedAndTheCommandsOfTwo) {
   pretend_mt7615();
+  EXPECT_EQ(hasMTK7615(), 1);
   switch_dcs_on();
   note_commands();
   switch_log_on();
@@ -98,9 +104,78 @@ TEST(Companions, StartsAndStopsAreLogged) {
     control(1);
     control(0);
   }
-  const std::string log = logged();
-  for (const char* text : {"Sart dcs\n", "Stop dcs\n", "Sart mtk_ctrl\n", "Stop mtk_ctrl\n",
-                           "Sart wapp\n", "Stop wapp\n"}) {
-    EXPECT_EQ(count_of("\n" + log, std::string("\n") + text), 1) << text << log;
+  EXPECT_EQ(logged(),
+            "Sart dcs\ncfg_executecmd: cmd:dcs&\n"
+            "Stop dcs\ncfg_executecmd: cmd:/bin/kill $(pgrep -f dcs | awk '{print $1}')\n"
+            "Sart mtk_ctrl\ncfg_executecmd: cmd:mtk_ctrl&\n"
+            "Stop mtk_ctrl\n"
+            "cfg_executecmd: cmd:/bin/kill $(pgrep -f mtk_ctrl | awk '{print $1}')\n"
+            "Sart wapp\nStop wapp\n");
+}
+
+// Gives the keys values that the store reports when they are read: too long,
+// each beginning with its name and the band.
+static void make_unreadable(std::initializer_list<const char*> keys) {
+  for (const char* key : keys) {
+    for (const char* profile : {kProfile24, kProfile5}) {
+      const std::string band = profile == kProfile24 ? "24" : "5";
+      set_profile_value(profile, key, key + band + std::string(300, '-'));
+    }
   }
+}
+
+// The keys that the store reported, in their order.
+static std::string read_keys() {
+  std::string keys;
+  const std::string log = logged();
+  const std::string start = "malloc failed. value:";
+  for (size_t at = log.find(start); at != log.npos; at = log.find(start, at + 1)) {
+    const size_t begin = at + start.size();
+    keys += log.substr(begin, log.find('-', begin) - begin) + " ";
+  }
+  unlink("/tmp/auto_debug/dbg_rpc.log");
+  return keys;
+}
+
+TEST(Companions, KeysAreAllReadInTheirOrderWhateverTheMode) {
+  make_unreadable(
+      {"MSODCSOn", "USERDCSOn", "RadioOn", "Channel", "BandSteering", "RSG_Enable", "BssEnabled"});
+  note_commands();
+  switch_log_on();
+  errors_of([] {
+    for (const int mode : {0, 1}) {
+      dcsStart(mode);
+      EXPECT_EQ(read_keys(), "MSODCSOn24 USERDCSOn24 RadioOn24 Channel24 ") << mode;
+      MtkCtrlStart(mode);
+      EXPECT_EQ(read_keys(), "RadioOn24 RadioOn5 ") << mode;
+      bndstrgStart(mode);
+      EXPECT_TRUE(read_keys().starts_with(
+          "BandSteering24 RadioOn24 RSG_Enable24 RadioOn5 BssEnabled24 BssEnabled5 "))
+          << mode;
+    }
+  });
+  EXPECT_EQ(commands(), "");
+}
+
+TEST(Companions, TwoThreadsStartOneProcess) {
+  switch_dcs_on();
+  note_commands();
+  hold_command("dcs&");
+  std::thread worker([] { dcsStart(1); });
+  const bool starting = wait_for_held_command();
+  std::atomic<pid_t> thread = 0;
+  std::thread setting([&] {
+    thread = gettid();
+    dcsStart(1);
+    dcsStart(0);
+  });
+  const bool waits = wait_until([&] { return thread != 0; }) && wait_until_blocked(thread);
+  const std::string meanwhile = commands();
+  release_command();
+  worker.join();
+  setting.join();
+  EXPECT_TRUE(starting && waits);
+  EXPECT_EQ(meanwhile, "dcs&\n");
+  EXPECT_EQ(commands(), "/bin/kill $(pgrep -f dcs | awk '{print $1}')\n")
+      << "no stop overtakes the start";
 }
