@@ -13,11 +13,8 @@ static constexpr int kCountryLimit = 6;
 static constexpr int kStreamsLimit = 4;
 static constexpr size_t kCommandSize = 128;
 
-// A country with every character quoted.
-using country_word = shell_word<4 * kCountryLimit + 3>;
-static country_word word_of(const char* country) {
-  return shell_word_of<sizeof(country_word)>(country);
-}
+// A country whose every character is quoted.
+static constexpr size_t kWordSize = 4 * kCountryLimit + 3;
 
 int isEtsiCountry(const char* code) {
   for (const char* etsi : {"EU", "IL", "AR"}) {
@@ -28,30 +25,29 @@ int isEtsiCountry(const char* code) {
   return 0;
 }
 
-static void copy_table(const char* table, const country_word& country, const char* target) {
+static void copy_table(const char* table, const char* country, const char* target) {
   char command[kCommandSize];
-  snprintf(command, sizeof command, "cp /etc/Wireless/7615AP/%s_%s.dat %s", table, country.text,
-           target);
+  snprintf(command, sizeof command, "cp /etc/Wireless/7615AP/%s_%s.dat %s", table, country, target);
   run_command(command);
 }
 
 static void setup_mt7615(const char* country) {
   static constexpr char kTable[] = "/tmp/.mt7615_SingleSKU.dat";
   static constexpr char kBeamforming[] = "/tmp/.mt7615_SingleSKU_BF.dat";
-  const country_word word = word_of(country);
+  const auto word = shell_word_of<kWordSize>(country);
   if (profile_number(bss_profile(kRadio5), "HT_TxStream", kStreamsLimit) == 3) {
     // FCC whatever the country, and no beam-forming table: kept on purpose.
-    copy_table("SingleSKU_FCC_3_TxStream", word, kTable);
+    copy_table("SingleSKU_FCC_3_TxStream", word.text, kTable);
     return;
   }
   const bool etsi = isEtsiCountry(country) != 0;
-  copy_table(etsi ? "SingleSKU_ETSI" : "SingleSKU_FCC", word, kTable);
-  copy_table(etsi ? "SingleSKU_BF_ETSI" : "SingleSKU_BF_FCC", word, kBeamforming);
+  copy_table(etsi ? "SingleSKU_ETSI" : "SingleSKU_FCC", word.text, kTable);
+  copy_table(etsi ? "SingleSKU_BF_ETSI" : "SingleSKU_BF_FCC", word.text, kBeamforming);
 }
 
 // Generates the table of one radio when there is none yet, and links it.
 static void setup_radio(int radio, const char* country, const char* chip) {
-  const country_word word = word_of(country);
+  const auto word = shell_word_of<kWordSize>(country);
   char table[kCommandSize];
   char command[kCommandSize];
   snprintf(table, sizeof table, "/tmp/%s_%d.dat", country, radio);

@@ -20,34 +20,31 @@ static int open_handle(const char* caller, int type) {
 }
 
 // Places a dotted address in the record and issues the request.
-static bool set_address(int sock, ifreq* record, const char* address, unsigned long request,
-                        const char* name) {
+static bool set_address(int sock, ifreq* record, const char* address, unsigned long request) {
   sockaddr_in value = {};
   value.sin_family = AF_INET;
   inet_aton(address, &value.sin_addr);
   memcpy(&record->ifr_addr, &value, sizeof value);
-  if (ioctl(sock, request, record) >= 0) return true;
-  trace_rpc_error("if_ioctl", "ioctl to socket failed - %s %s\n", record->ifr_name, name);
-  return false;
+  return ioctl(sock, request, record) >= 0;
 }
 
-static unsigned configure(int sock, ifreq* record, const char* address, const char* netmask,
-                          int flags, int up) {
+// Returns the name of the request that the kernel refused, null when it refused
+// none that counts.
+static const char* configure(int sock, ifreq* record, const char* address, const char* netmask,
+                             int flags, int up) {
   // A flags word of 0 takes the interface down before it is changed. One that
   // is not there counts as done: kept on purpose.
-  if (ioctl(sock, SIOCSIFFLAGS, record) < 0) return 1;
+  if (ioctl(sock, SIOCSIFFLAGS, record) < 0) return nullptr;
   if (address != nullptr) {
-    if (!set_address(sock, record, address, SIOCSIFADDR, "SIOCSIFADDR")) return 0;
+    if (!set_address(sock, record, address, SIOCSIFADDR)) return "SIOCSIFADDR";
     const bool masked = netmask != nullptr && strcmp(address, "0.0.0.0") != 0;
-    if (masked && !set_address(sock, record, netmask, SIOCSIFNETMASK, "SIOCSIFNETMASK")) return 0;
+    if (masked && !set_address(sock, record, netmask, SIOCSIFNETMASK)) return "SIOCSIFNETMASK";
   }
   // The flags share storage with an address placed before, whose family stays
   // in them: kept on purpose.
   const int word = record->ifr_flags | flags;
   record->ifr_flags = static_cast<short>(up != 0 ? word | IFF_UP : word & ~IFF_UP);
-  if (ioctl(sock, SIOCSIFFLAGS, record) >= 0) return 1;
-  trace_rpc_error("if_ioctl", "ioctl to socket failed - %s SIOCSIFFLAGS\n", record->ifr_name);
-  return 0;
+  return ioctl(sock, SIOCSIFFLAGS, record) < 0 ? "SIOCSIFFLAGS" : nullptr;
 }
 
 unsigned if_ioctl(const char* ifname, const char* address, const char* netmask, int flags, int up) {
@@ -56,9 +53,11 @@ unsigned if_ioctl(const char* ifname, const char* address, const char* netmask, 
   if (sock < 0) return 0;
   ifreq record = {};
   snprintf(record.ifr_name, sizeof record.ifr_name, "%s", ifname);
-  const unsigned result = configure(sock, &record, address, netmask, flags, up);
+  const char* refused = configure(sock, &record, address, netmask, flags, up);
   close(sock);
-  return result;
+  if (refused == nullptr) return 1;
+  RPC_ERROR("ioctl to socket failed - %s %s\n", ifname, refused);
+  return 0;
 }
 
 static int bridge_request(int sock, const char* bridge, const char* ifname, int op) {

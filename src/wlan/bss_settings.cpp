@@ -28,7 +28,10 @@ int wlan_setKeyPassphrase(int bss, int /*key_index*/, const char* passphrase) {
 int wlan_setEnable(int index, int enable) {
   char value[16];
   snprintf(value, sizeof value, "%d", enable);
-  wlan_syncBhSetting(index, kBackhaulEnable, value);
+  // The host takes seven characters.
+  char told[8];
+  snprintf(told, sizeof told, "%.7s", value);
+  wlan_syncBhSetting(index, kBackhaulEnable, told);
   if (!bss_in_range(__func__, index)) return 0;
   const unsigned result = write_bss_field(__func__, "BssEnabled", index, value);
   if (result != kProfileFailed) return 0;

@@ -32,6 +32,23 @@ TEST(Calibration, WordIsTheSixCharactersBehindTheSeparatorOfTheLastLine) {
   EXPECT_EQ(wlan_get_prek_status("printf '[0x0052]:0x0000\\n[0x0052]:0x0002\\n'"), 0);
 }
 
+TEST(Calibration, WordIsDecimalOctalOrHexadecimalAsItBegins) {
+  write_file(kResults1, "1");
+  write_file(kResults2, "2");
+  EXPECT_EQ(wlan_get_prek_status("echo '[0x0052]:10'"), 0) << "hexadecimal it would be clear";
+  EXPECT_EQ(wlan_get_prek_status("echo '[0x0052]:010'"), 3) << "decimal it would be set";
+  EXPECT_EQ(wlan_get_prek_status("echo '[0x0052]:0x10'"), 3);
+  EXPECT_EQ(wlan_get_prek_status("echo '[0x0052]:0xFFF2'"), 0);
+}
+
+TEST(Calibration, LineOfMoreThan63CharactersIsReadInPieces) {
+  write_file(kResults1, "1");
+  write_file(kResults2, "2");
+  EXPECT_EQ(wlan_get_prek_status("printf '%48s[0x0052]:0x0002\\n' ''"), 0);
+  EXPECT_EQ(wlan_get_prek_status("printf '%56s[0x0052]:0x0002\\n' ''"), 3) << "cut in the label";
+  EXPECT_EQ(wlan_get_prek_status("printf '%63s[0x0052]:0x0002\\n' ''"), 0) << "the next piece";
+}
+
 TEST(Calibration, UnreadableEepromIsNotCalibrated) {
   write_file(kResults1, "1");
   write_file(kResults2, "2");
@@ -67,13 +84,20 @@ static constexpr char kSelfTests[] =
     "iwpriv ra8 set ATE=ATESTART; iwpriv ra8 set ATE=RXFRAME; "
     "iwpriv ra8 set ATE=RX5GSELFTEST; sleep 2; iwpriv ra8 set ATE=ATESTOP\n";
 
-TEST(Calibration, OperationBacksUpWhereResultsAreMissing) {
+TEST(Calibration, OperationBacksUpWhereAResultIsMissingAlsoOverABackup) {
   note_commands();
+  const std::string all =
+      "mkdir /nvram/backup_EEPROM_CALDATA; "
+      "cp /nvram/MT7615_EEPROM_* /nvram/backup_EEPROM_CALDATA\n" +
+      std::string(kSelfTests);
   EXPECT_EQ(wlan_set_prek_operation(), 0);
-  EXPECT_EQ(commands(),
-            "mkdir /nvram/backup_EEPROM_CALDATA; "
-            "cp /nvram/MT7615_EEPROM_* /nvram/backup_EEPROM_CALDATA\n" +
-                std::string(kSelfTests));
+  EXPECT_EQ(commands(), all);
+  write_file(kResults2, "2");
+  EXPECT_EQ(wlan_set_prek_operation(), 0);
+  EXPECT_EQ(commands(), all);
+  mkdir(kBackup, 0755);
+  EXPECT_EQ(wlan_set_prek_operation(), 0);
+  EXPECT_EQ(commands(), all);
 }
 
 TEST(Calibration, OperationWithResultsNeedsTheBackupAndLeavesIt) {

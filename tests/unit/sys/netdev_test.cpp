@@ -3,8 +3,13 @@
 #include <gtest/gtest.h>
 #include <net/if.h>
 #include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
-#include "support/files.h"
+#include <string>
+#include <thread>
+
+#include "unit_support.h"
 
 // On a link of the test's own.
 static void make_link() {
@@ -61,6 +66,81 @@ TEST(Interface, RefusedMaskIsReported) {
             std::string::npos);
 }
 
+// The requests of an if_ioctl on test0 in a child, a line each, without their
+// descriptor; the one with the number fails, none with 0.
+static std::string requests_of(const char* address, int failing, unsigned* result) {
+  int go[2];
+  EXPECT_EQ(pipe(go), 0);
+  const pid_t child = fork();
+  if (child == 0) {
+    char byte;
+    (void)!read(go[0], &byte, 1);
+    _exit(static_cast<int>(if_ioctl("test0", address, nullptr, 0x1041, 1)));
+  }
+  const std::string pid = std::to_string(child);
+  std::string command = "strace -qq -o /tmp/requests -e trace=ioctl -p " + pid;
+  if (failing != 0) command += " -e inject=ioctl:error=EPERM:when=" + std::to_string(failing);
+  std::thread tracer([&] { run(command + " 2>/dev/null"); });
+  EXPECT_TRUE(
+      wait_until([&] { return run("grep -c 'TracerPid:.0$' /proc/" + pid + "/status") == "0\n"; }));
+  (void)!write(go[1], "x", 1);
+  tracer.join();
+  int status = -1;
+  waitpid(child, &status, 0);
+  close(go[0]);
+  close(go[1]);
+  *result = WIFEXITED(status) ? WEXITSTATUS(status) : 99;
+  return run("sed 's/^ioctl([0-9]*, //' /tmp/requests");
+}
+
+static constexpr char kDown[] = "SIOCSIFFLAGS, {ifr_name=\"test0\", ifr_flags=0}) = 0\n";
+
+TEST(Interface, FamilyOfAnAddressStaysInTheFlags) {
+  make_link();
+  unsigned result = 99;
+  EXPECT_EQ(requests_of("10.9.8.7", 0, &result),
+            std::string(kDown) +
+                "SIOCSIFADDR, {ifr_name=\"test0\", ifr_addr={sa_family=AF_INET, "
+                "sin_port=htons(0), sin_addr=inet_addr(\"10.9.8.7\")}}) = 0\n"
+                "SIOCSIFFLAGS, {ifr_name=\"test0\", "
+                "ifr_flags=IFF_UP|IFF_BROADCAST|IFF_RUNNING|IFF_MULTICAST}) = 0\n");
+  EXPECT_EQ(result, 1u);
+  EXPECT_EQ(requests_of(nullptr, 0, &result),
+            std::string(kDown) +
+                "SIOCSIFFLAGS, {ifr_name=\"test0\", "
+                "ifr_flags=IFF_UP|IFF_RUNNING|IFF_MULTICAST}) = 0\n");
+}
+
+TEST(Interface, RefusedAddressAndFlagsAreReportedAndEndIt) {
+  make_link();
+  struct {
+    const char* address;
+    int request;
+    const char* name;
+  } const kRefusals[] = {{"10.9.8.7", 2, "SIOCSIFADDR"},
+                         {"10.9.8.7", 3, "SIOCSIFFLAGS"},
+                         {nullptr, 2, "SIOCSIFFLAGS"}};
+  for (const auto& item : kRefusals) {
+    unsigned result = 99;
+    std::string requests;
+    EXPECT_EQ(errors_of([&] { requests = requests_of(item.address, item.request, &result); }),
+              rpc_error_prefix("if_ioctl") + "ioctl to socket failed - test0 " + item.name + "\n");
+    EXPECT_EQ(result, 0u);
+    EXPECT_EQ(count_of(requests, "SIOCS"), item.request) << requests;
+  }
+}
+
+TEST(Interface, LongNameIsCutForTheKernelAndReportedWhole) {
+  run("ip link add test45678901234 type veth peer name test1");
+  EXPECT_EQ(errors_of([] {
+              EXPECT_EQ(if_ioctl("test45678901234xyz", "10.9.8.7", "255.0.255.0", 0x1041, 1), 0u);
+            }),
+            rpc_error_prefix("if_ioctl") +
+                "ioctl to socket failed - test45678901234xyz SIOCSIFNETMASK\n");
+  EXPECT_EQ(if_ioctl("test45678901234xyz", nullptr, nullptr, 0x1041, 1), 1u);
+  EXPECT_TRUE(contains(run("ip -br link show test45678901234"), "UP"));
+}
+
 TEST(Interface, MissingSocketIsReported) {
   rlimit before;
   getrlimit(RLIMIT_NOFILE, &before);
@@ -88,6 +168,13 @@ TEST(Bridge, IsMadeFilledEmptiedAndDeleted) {
   EXPECT_EQ(run("ls /sys/class/net/br9/brif"), "");
   EXPECT_EQ(bridge_ioctl("br9", nullptr, kBridgeDelete), 1u);
   EXPECT_FALSE(exists("/sys/class/net/br9"));
+}
+
+TEST(Bridge, LongNameIsCutForTheKernel) {
+  make_link();
+  EXPECT_EQ(bridge_ioctl("br3456789012345", nullptr, kBridgeAdd), 1u);
+  EXPECT_EQ(bridge_ioctl("br3456789012345xyz", "test0", kBridgeAddInterface), 1u);
+  EXPECT_EQ(run("ls /sys/class/net/br3456789012345/brif"), "test0\n");
 }
 
 TEST(Bridge, OtherRequestsTouchNothing) {

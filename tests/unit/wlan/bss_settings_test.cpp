@@ -153,3 +153,60 @@ TEST(BssSettings, BackhaulBssWithoutAHostLibraryIsSetAllTheSame) {
   EXPECT_EQ(wlan_setSSID(3, "Mesh"), 0);
   EXPECT_EQ(value_of(kProfile24, "SSID3"), "Mesh");
 }
+
+// Profiles that have the switches, BSS 3 and 10 being backhaul BSSes.
+static void set_up_switches() {
+  write_file(kProfile24, "BssEnabled=1;1;1;1;1;1;1;1\nBSSHNCService=0;1;7;0\n");
+  write_file(kProfile5, "BssEnabled=1;1;1;1;1;1;1;1\nBSSHNCService=0;7;0\n");
+}
+
+TEST(BssEnable, FieldOfTheBssIsWrittenAndTraced) {
+  set_up_switches();
+  switch_console_on();
+  const std::string output = output_of([] { EXPECT_EQ(wlan_setEnable(11, 0), 0); });
+  EXPECT_EQ(value_of(kProfile5, "BssEnabled"), "1;1;0;1;1;1;1;1");
+  EXPECT_EQ(value_of(kProfile24, "BssEnabled"), "1;1;1;1;1;1;1;1");
+  const std::string trace =
+      "[REV-RPC] \033[40m\033[31;40mwlan_setEnable\033[0m "
+      "RPC wlan_setEnable status=";
+  EXPECT_TRUE(contains(output, trace + "1, BssEnabled=0, index=11\n")) << output;
+  errors_of([&] {
+    EXPECT_TRUE(contains(output_of([] { EXPECT_EQ(wlan_setEnable(8, 1), 0); }),
+                         trace + "2, BssEnabled=1, index=8\n"));
+  });
+  EXPECT_EQ(wlan_setEnable(8, INT_MIN), 0);
+  EXPECT_EQ(value_of(kProfile24, "BssEnabled"), "1;1;1;1;1;1;1;-2147483648");
+}
+
+TEST(BssEnable, ProfileThatCannotBeWrittenFailsWithATrailingBlank) {
+  set_up_switches();
+  unlink(kProfile5);
+  const std::string errors = errors_of([] { EXPECT_EQ(wlan_setEnable(9, 1), -1); });
+  EXPECT_TRUE(errors.ends_with(rev_error_prefix("wlan_setEnable") +
+                               "failed to update wifi profile, ret:0\n "))
+      << errors;
+}
+
+TEST(BssEnable, IndexOutOfRangeIsReportedAndCountsAsDone) {
+  set_up_switches();
+  for (const int bss : {0, 17, -1, INT_MIN, INT_MAX}) {
+    const std::string errors = errors_of([=] { EXPECT_EQ(wlan_setEnable(bss, 0), 0); });
+    EXPECT_TRUE(errors.ends_with(rev_error_prefix("wlan_setEnable") + "Index " +
+                                 std::to_string(bss) + " should be range from 1 to 16\n"))
+        << errors;
+  }
+  EXPECT_EQ(value_of(kProfile24, "BssEnabled"), "1;1;1;1;1;1;1;1");
+  EXPECT_EQ(value_of(kProfile5, "BssEnabled"), "1;1;1;1;1;1;1;1");
+}
+
+TEST(BssEnable, HostIsToldInSevenCharactersAndBeforeTheRangeIsLookedAt) {
+  set_up_switches();
+  install_host_library();
+  EXPECT_EQ(wlan_setEnable(10, 0), 0);
+  EXPECT_EQ(wlan_setEnable(3, 123456789), 0);
+  EXPECT_EQ(wlan_setEnable(3, -12345678), 0);
+  EXPECT_EQ(wlan_setEnable(2, 0), 0);
+  write_file(kProfile5, "BSSHNCService=0;0;0;0;0;0;0;0;7\n");
+  errors_of([] { EXPECT_EQ(wlan_setEnable(17, 1), 0); });
+  EXPECT_EQ(read_file("/tmp/host_calls"), "10 2 0\n3 2 1234567\n3 2 -123456\n17 2 1\n");
+}
