@@ -1,7 +1,10 @@
 #include "steer/channel_utilization.h"
 
 #include <gtest/gtest.h>
+#include <sys/syscall.h>
 #include <unistd.h>
+
+#include <cerrno>
 
 #include "lifecycle/state.h"
 #include "lying_driver.h"
@@ -44,6 +47,16 @@ TEST(ChannelUtilization, ProfileThatCannotBeWrittenStopsIt) {
                                "failed to update wifi profile, ret:0\n "))
       << errors;
   EXPECT_FALSE(driver_was_told("ra0", "ApEnableRadioChStats"));
+}
+
+TEST(ChannelUtilization, CommandWhoseEndIsUnknownIsReported) {
+  drivers_inited = 1;
+  write_file(kProfile24, "ChannelUtilizationEnable=0\n");
+  fail_system_call(SYS_wait4, ECHILD);
+  EXPECT_EQ(errors_of([] { EXPECT_EQ(wlan_setChannelUtilizationEnable(1, 1), -1); }),
+            rev_error_prefix("wlan_setChannelUtilizationEnable") +
+                "failed to enable channel utilization\n ");
+  EXPECT_EQ(profile_value(kProfile24, "ChannelUtilizationEnable"), "1");
 }
 
 TEST(ChannelUtilization, CommandThatFailsDoesNotCountAsFailure) {

@@ -1,0 +1,89 @@
+#include "lifecycle/load.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "lifecycle/lifecycle_support.h"
+#include "lifecycle/state.h"
+#include "unit_support.h"
+
+static std::string failed(const std::string& chip) {
+  return rpc_error_prefix("wifi_load") + "Failed to load the " + chip + " AP driver\n";
+}
+
+// What a load prints and says, with no module in the default directory.
+static void load_without_modules(std::string* output, std::string* errors) {
+  run("rm -f /lib/modules/wifi/*.ko");
+  note_commands();
+  *errors = errors_of([&] { *output = output_of([] { EXPECT_EQ(wifi_load(), 1); }); });
+  EXPECT_TRUE(modules_loaded);
+}
+
+static const std::string kMissing =
+    rpc_error_prefix("insert_module") + "Can't mmap kernel module file\n";
+
+TEST(Load, MissingImagesAreAnnouncedInOneLineAndMissingModulesByChip) {
+  std::string output;
+  std::string errors;
+  load_without_modules(&output, &errors);
+  EXPECT_EQ(output,
+            "Loading default 7603 EEPROM bin file to nvram"
+            "Loading default 7612 EEPROM bin file to nvram");
+  EXPECT_EQ(errors, kMissing + failed("MT7603") + kMissing + failed("MT7612"));
+}
+
+TEST(Load, Mt7615HasTwoImagesAndThreeNotices) {
+  pretend_mt7615();
+  std::string output;
+  std::string errors;
+  load_without_modules(&output, &errors);
+  EXPECT_EQ(output,
+            "Loading default 2G 7615 EEPROM bin file to nvram"
+            "Loading default 5G 7615 EEPROM bin file to nvram"
+            "Loading default 5G 7615 EEPROM bin file to nvram");
+  EXPECT_EQ(errors, kMissing + failed("MT7615"));
+}
+
+TEST(Load, SingleBandBoardGetsBothImagesButOneModule) {
+  pretend_single_band();
+  std::string output;
+  std::string errors;
+  load_without_modules(&output, &errors);
+  EXPECT_EQ(output,
+            "Loading default 7603 EEPROM bin file to nvram"
+            "Loading default 7612 EEPROM bin file to nvram");
+  EXPECT_EQ(errors, kMissing + failed("MT7603"));
+}
+
+TEST(Load, ModulesAreInsertedInTheOrderOfTheBands) {
+  note_commands();
+  output_of([] { EXPECT_EQ(wifi_load(), 1); });
+  const auto requests = driver_requests();
+  ASSERT_EQ(requests.size(), 2u);
+  EXPECT_TRUE(contains(requests[0], "\"module\":\"mt7603e_ap\"")) << requests[0];
+  EXPECT_TRUE(contains(requests[1], "\"module\":\"mt7612e_ap\"")) << requests[1];
+}
+
+TEST(Load, MountPointThatIsTooLongIsNotCut) {
+  // 127 characters of the candidate end inside the directory's last name.
+  const std::string name(103, 'm');
+  const std::string mounted = "/tmp/" + name;
+  run("mkdir -p " + mounted + "/lib/modules/wifi; touch " + mounted +
+      "/lib/modules/wifi/mt7603e_ap.ko");
+  ASSERT_EQ((mounted + "/lib/modules/wifi/").size(), 126u);
+  write_file("/tmp/factoryModeEnabled", "");
+  write_file("/dev/sda1", "");
+  note_commands(mounted + "\n");
+  const std::string taken =
+      "\033[1;32mLoading wlan drivers from mount point " + mounted + "/lib/modules/wifi/\033[0m\n";
+  EXPECT_TRUE(contains(output_of([] { errors_of(wifi_load); }), taken));
+  const std::string longer = mounted + "mm";
+  const std::string cut = (longer + "/lib/modules/wifi/").substr(0, 127);
+  mkdir(longer.c_str(), 0755);
+  mkdir((longer + "/lib").c_str(), 0755);
+  mkdir((longer + "/lib/modules").c_str(), 0755);
+  write_file(cut + "mt7603e_ap.ko", "");
+  write_file("/tmp/answer", longer + "\n");
+  EXPECT_FALSE(contains(output_of([] { errors_of(wifi_load); }), "mount point"));
+}
