@@ -4,6 +4,7 @@
 #include <signal.h>
 #include <sys/stat.h>
 
+#include <map>
 #include <sstream>
 
 #include "support/daemon.h"
@@ -91,7 +92,7 @@ void start_traced_daemon() {
   const pid_t child = start_lifecycle_daemon({"ASAN_OPTIONS=detect_leaks=0"});
   traced_child = child;
   run("strace -f -qq -s 400 -e signal=none "
-      "-e trace=execve,ioctl,init_module,finit_module,delete_module -o " +
+      "-e trace=execve,ioctl,openat,init_module,finit_module,delete_module -o " +
       std::string(kStrace) + " -p " + std::to_string(child) + " >/dev/null 2>&1 &");
   EXPECT_TRUE(wait_until([&] {
     return run("grep -c 'TracerPid:.0$' /proc/" + std::to_string(child) + "/status") == "0\n";
@@ -109,22 +110,33 @@ void run_step(const lifecycle_step& step) {
   EXPECT_EQ(call_for_code(kReset, ""), 0);
 }
 
-// One traced call as the transcript has it: a shell command line of anybody, any
-// other call of the daemon's own threads, without descriptors and addresses;
-// empty for the rest.
-static std::string transcript_line(const std::string& line) {
-  static const std::string shell = "execve(\"/bin/sh\", [\"sh\", \"-c\", ";
+// The call of a traced line, without its thread's number and the padding before
+// its result. One that strace tells in two halves, because another thread came
+// in between, is empty at the first and whole at the second.
+static std::string whole_call(const std::string& line, std::map<std::string, std::string>& halves) {
+  static const std::string unfinished = " <unfinished ...>";
   const size_t call = line.find_first_not_of("0123456789 ");
   if (call == line.npos) return "";
-  std::string text = line.substr(call);
-  if (text.starts_with(shell)) {
-    return "sh -c " + text.substr(shell.size(), text.find("], 0x") - shell.size());
-  }
   const std::string thread = line.substr(0, line.find(' '));
-  const bool own = exists("/proc/" + std::to_string(traced_child) + "/task/" + thread);
-  // FIONREAD is the service asking for the length of a request.
-  const bool service = text.find("FIONREAD") != text.npos;
-  if (!own || service || text.starts_with("execve")) return "";
+  std::string text = line.substr(call);
+  // What is executed is told whole by the first half.
+  if (text.ends_with(unfinished) && !text.starts_with("execve(")) {
+    halves[thread] = text.substr(0, text.size() - unfinished.size());
+    return "";
+  }
+  if (text.starts_with("<... ")) {
+    const std::string first = halves[thread];
+    halves.erase(thread);
+    if (first.empty()) return "";
+    text = first + text.substr(text.find("resumed>") + 8);
+  }
+  const size_t result = text.rfind(" = ");
+  const size_t end = result == text.npos ? result : text.find_last_not_of(' ', result);
+  return end == text.npos ? text : text.erase(end + 1, result - end - 1);
+}
+
+// Takes out what differs from run to run: descriptors, addresses and indexes.
+static std::string without_numbers(std::string text) {
   for (size_t at = text.find("0x7"); at != text.npos; at = text.find("0x7")) {
     size_t end = at + 2;
     while (end < text.size() && isxdigit(static_cast<unsigned char>(text[end])))
@@ -134,14 +146,34 @@ static std::string transcript_line(const std::string& line) {
   const size_t index = text.find("ifr_ifindex=");
   if (index != text.npos) text.replace(index, text.find('}', index) - index, "ifr_ifindex=INDEX");
   if (text.starts_with("ioctl(")) text.erase(6, text.find(", ") + 2 - 6);
+  if (text.starts_with("openat(")) text.erase(text.find(" = "));
   return text;
+}
+
+// One traced call as the transcript has it: a shell command line of anybody, any
+// other call of the daemon's own threads, of the opened files the modules; empty
+// for the rest.
+static std::string transcript_line(const std::string& thread, const std::string& text) {
+  static const std::string shell = "execve(\"/bin/sh\", [\"sh\", \"-c\", ";
+  if (text.starts_with(shell)) {
+    return "sh -c " + text.substr(shell.size(), text.find("], 0x") - shell.size());
+  }
+  const bool own = exists("/proc/" + std::to_string(traced_child) + "/task/" + thread);
+  // FIONREAD is the service asking for the length of a request.
+  const bool service = text.find("FIONREAD") != text.npos;
+  const bool other_file = text.starts_with("openat(") && text.find(".ko\"") == text.npos;
+  if (!own || service || other_file || text.starts_with("execve")) return "";
+  return without_numbers(text);
 }
 
 std::string transcript_of_step() {
   std::istringstream lines(read_file(kStrace).substr(traced_until));
+  std::map<std::string, std::string> halves;
   std::string transcript;
   for (std::string line; std::getline(lines, line);) {
-    const std::string text = transcript_line(line);
+    const std::string call = whole_call(line, halves);
+    if (call.empty()) continue;
+    const std::string text = transcript_line(line.substr(0, line.find(' ')), call);
     if (!text.empty()) transcript += text + "\n";
   }
   return transcript;

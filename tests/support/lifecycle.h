@@ -43,7 +43,7 @@ std::string context_switches(pid_t pid);
 int prek_status();
 
 // Steps whose transcripts are kept, by board: every shell command line of the
-// daemon, every ioctl and every module call, in order.
+// daemon, every ioctl, every module file and every module call, in order.
 struct lifecycle_step {
   std::string name;
   uint32_t procedure;
