@@ -49,9 +49,9 @@ TEST(VlanBridges, SingleBandBoardHasEightPositions) {
 TEST(VlanBridges, TeardownFollowsTheTableOfAllSetupsNotTheProfile) {
   set_vlans("10;0;0;0;0;0;0;0");
   wifi_setupVlanBridges();
-  set_vlans("0;20;10;0;0;0;0;0");
+  set_vlans("0;20;0;0;0;0;0;0");
   wifi_setupVlanBridges();
-  EXPECT_EQ(devices(), "br0\nbr1\neth0.10\neth0.20\n");
+  EXPECT_EQ(bridge_members("br0"), "eth0.10\neth0.20\nra0\nra1\n");
   set_vlans("0;0;0;0;0;0;0;0");
   wifi_teardownVlanBridges();
   EXPECT_EQ(devices(), "br0\n") << "10 from the first setup, 20 from the second";
