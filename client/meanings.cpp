@@ -19,7 +19,7 @@ constexpr meaning_entry kMeanings[] = {
     {"WLAN_SET_HNC_STEER_STA_MAC_ADDRESS", "mac_address", "MAC address of the station to steer, six hexadecimal pairs joined by colons", "00:11:22:33:44:55"},
     {"WLAN_SET_HNC_ACTION_FRAME_MAC_ADDRESS", "mac_address", "MAC address that the action frame goes to, six hexadecimal pairs joined by colons", "00:11:22:33:44:55"},
     {"WLAN_SET_CUSTOM_SSID_STR", "ssid", "custom network name, up to 32 bytes", "Guest"},
-    {"WLAN_GET_WPS_RESULT_STATUS", "bss", "radio, 1: 2.4 GHz, 9: 5 GHz; other indexes fail", "1"},
+    {"WLAN_GET_WPS_RESULT_STATUS", "bss", "radio, 1: 2.4 GHz, 9: 5 GHz; other indexes fail", "1", "1 9"},
     {"WLAN_SET_MAC_ADDRESS_CONTROL_ADD", "name", "accepted, shown in traces and not used", "phone"},
     {"WLAN_SET_WPS_MODE", "wps_mode", "accepted and not used", "on"},
 

@@ -51,6 +51,25 @@ TEST(Security, EveryModeIsWrittenToTheFieldOfItsBss) {
             ";WPA2PSK;WPAPSKWPA2PSK;WPA2PSK;OPEN;OPEN;OPEN;WPA2PSK");
 }
 
+// Security and hiding of an interface that has read its profile anew.
+static std::string on_air(const std::string& interface) {
+  run("ip link set " + interface + " down; ip link set " + interface + " up");
+  return run("gwbox status --json | jq -c '.interfaces[] | select(.name == \"" + interface +
+             "\") | [.security, .hidden]'");
+}
+
+TEST(Security, DriverUnderstandsWhatIsWritten) {
+  start_daemon();
+  EXPECT_EQ(on_air("ra0"), "[\"WPA2PSK/AES\",false]\n");
+  EXPECT_EQ(set_text(kSetWpaEncryption, 1, "TKIPandAESEncryption"), 1);
+  EXPECT_EQ(set_text(kSetWpaAuthentication, 1, "WPAPSKWPA2PSK"), 1);
+  EXPECT_EQ(call_for_code(kSetAdvertisement, xdr_word(1) + xdr_word(0)), 0);
+  EXPECT_EQ(on_air("ra0"), "[\"WPAPSKWPA2PSK/TKIPAES\",true]\n");
+  EXPECT_EQ(set_text(kSetBasicEncryption, 9, "None"), 1);
+  EXPECT_EQ(set_text(kSetBasicAuthentication, 9, "None"), 1);
+  EXPECT_EQ(on_air("ra8"), "[\"OPEN/NONE\",false]\n");
+}
+
 TEST(Security, IndexOutsideTheBoardAnswersZeroAndSaysSo) {
   start_daemon();
   const std::string before = read_file(kProfile24) + read_file(kProfile5);

@@ -52,6 +52,21 @@ TEST(Wps, PushButtonSessionGoesThroughItsStatesToSuccess) {
             "ra0 WscConfMode=7\nra0 WscConfStatus=2\nra0 WscMode=2\nra0 WscGetConf=1\n");
 }
 
+TEST(Wps, SessionThatSucceedsLetsItsStationIn) {
+  run("gwbox set station 02:00:5e:00:00:77 bss=1 by_wps=true; ip link set ra0 up");
+  plan("ra0", "wps.seconds=0.1");
+  const auto is_in = [] {
+    return run(
+        "gwbox status --json | jq -j '.stations[] | "
+        "select(.mac == \"02:00:5e:00:00:77\") | .associated'");
+  };
+  start_daemon();
+  EXPECT_EQ(is_in(), "false");
+  EXPECT_EQ(call_for_code(kPushButton, xdr_word(1)), 0);
+  EXPECT_TRUE(wait_until([] { return result_of(1) == "Success"; }));
+  EXPECT_EQ(is_in(), "true");
+}
+
 TEST(Wps, SessionThatFailsOrTimesOutIsFailed) {
   plan("ra0", "wps.outcome=failure wps.seconds=0.3");
   plan("ra8", "wps.outcome=timeout wps.timeout=0.5");
