@@ -606,10 +606,17 @@ local function until_nul(bytes)
   return safe(nul and text:sub(1, nul - 1) or text)
 end
 
+-- Counted bytes. A range of length -1 would be all to the end: never that.
+local function counted(buffer, at)
+  local length = buffer(at, 4):uint()
+  if length > buffer:len() - at - 4 then error("cut off") end
+  return buffer(at + 4, length), length
+end
+
 -- Readers of arguments: their text and where the next one begins.
 local function xdr_text(buffer, at)
-  local length = buffer(at, 4):uint()
-  return '"' .. safe(buffer(at + 4, length):raw()) .. '"', at + 4 + padded(length)
+  local bytes, length = counted(buffer, at)
+  return '"' .. safe(bytes:raw()) .. '"', at + 4 + padded(length)
 end
 
 local readers = {
@@ -685,15 +692,15 @@ end
 local function add_payload(tree, procedure, buffer, at)
   local words = buffer(at, 4):uint()
   local data_at = at + 4 + 4 * words
-  local length = buffer(data_at, 4):uint()
+  local data, length = counted(buffer, data_at)
   if procedure.kind == "INT" and words > 0 then
     tree:add(f.value, buffer(at + 4, 4), tostring(buffer(at + 4, 4):int()))
   elseif procedure.kind == "WORDS" and 4 * words >= procedure.size then
     add_record(tree, procedure, words_to_bytes(buffer, at + 4, procedure.size))
   elseif procedure.kind == "TEXT" and length > 0 then
-    tree:add(f.value, buffer(data_at + 4, length), until_nul(buffer(data_at + 4, length)))
+    tree:add(f.value, data, values.t(data))
   elseif procedure.kind == "IMAGE" and length >= procedure.size then
-    add_record(tree, procedure, buffer(data_at + 4, length):tvb())
+    add_record(tree, procedure, data:tvb())
   end
 end
 
@@ -749,9 +756,14 @@ local function is_ours(buffer)
   return buffer(4, 4):uint() == 1
 end
 
+-- Whatever comes to the port is taken: what is left to others would make their
+-- dissectors keep the rest of the conversation.
 function wlan_config.dissector(buffer, pinfo, root)
-  if not is_ours(buffer) then return 0 end
   pinfo.cols.protocol = "WLAN_CONFIG"
+  if not is_ours(buffer) then
+    root:add(wlan_config, buffer()):add_proto_expert_info(malformed)
+    return buffer:len()
+  end
   local is_call = buffer(4, 4):uint() == CALL
   local client = is_call and pinfo.src_port or pinfo.dst_port
   local key = client .. "/" .. buffer(0, 4):uint()

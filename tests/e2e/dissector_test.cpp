@@ -1,0 +1,219 @@
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "support/daemon.h"
+#include "support/every_procedure.h"
+#include "support/files.h"
+#include "support/wire.h"
+
+// The packet dissector in tshark, on what goes over the wire.
+
+static constexpr char kCapture[] = "/tmp/calls.pcapng";
+static constexpr char kErrors[] = "/tmp/tshark.err";
+
+// Procedures that nobody has: their calls mark begin and end of a capture.
+static constexpr uint32_t kFirst = 0x0FFFFF01;
+static constexpr uint32_t kLast = 0x0FFFFF02;
+
+static constexpr char kMalformed[] = "[Expert Info (Error/Malformed): cut off or malformed]";
+
+// Calls it now and then until the capture has it: tshark writes what it has got
+// twice a second.
+static void capture_mark(uint32_t procedure) {
+  const std::string number = xdr_word(procedure);
+  int looks = 0;
+  EXPECT_TRUE(wait_until([&] {
+    if (looks++ % 50 == 0) send_datagram(call_message(procedure, ""));
+    return read_file(kCapture).find(number) != std::string::npos;
+  })) << read_file(kErrors);
+}
+
+static void start_capture() {
+  run("tshark -q -i lo -w " + std::string(kCapture) + " udp port 60001 >/dev/null 2>" + kErrors +
+      " & echo $! >/tmp/tshark.pid");
+  // tshark takes seconds to start on a busy machine.
+  EXPECT_TRUE(
+      wait_until([] { return read_file(kErrors).find("Capturing on") != std::string::npos; }, 15))
+      << read_file(kErrors);
+  capture_mark(kFirst);
+}
+
+static void end_capture() {
+  capture_mark(kLast);
+  const pid_t pid = atoi(read_file("/tmp/tshark.pid").c_str());
+  kill(pid, SIGINT);
+  EXPECT_TRUE(wait_until([pid] { return kill(pid, 0) != 0; }));
+}
+
+// What the dissector shows of each packet of the capture, without indentation.
+static std::vector<std::string> dissected() {
+  int status = -1;
+  const std::string said = run("tshark -r " + std::string(kCapture) +
+                                   " -X lua_script:" DISSECTOR " -O wlan_config 2>" + kErrors,
+                               &status);
+  EXPECT_EQ(status, 0) << read_file(kErrors);
+  EXPECT_EQ(read_file(kErrors).find("Lua"), std::string::npos) << read_file(kErrors);
+  std::vector<std::string> packets;
+  for (size_t at = 0, end = 0; at < said.size(); at = end + 1) {
+    end = std::min(said.find('\n', at), said.size());
+    const std::string line = said.substr(at, end - at);
+    const size_t text = line.find_first_not_of(' ');
+    if (line.starts_with("Frame ")) packets.emplace_back();
+    if (text != line.npos && text > 0) packets.back() += line.substr(text) + "\n";
+  }
+  return packets;
+}
+
+// The packets that have a text.
+static std::vector<std::string> with(const std::vector<std::string>& packets,
+                                     const std::string& text) {
+  std::vector<std::string> found;
+  for (const std::string& packet : packets) {
+    if (packet.find(text) != packet.npos) found.push_back(packet);
+  }
+  return found;
+}
+
+static std::string first(const std::vector<std::string>& packets) {
+  return packets.empty() ? "" : packets.front();
+}
+
+static std::string reply_of(const std::vector<std::string>& packets, const std::string& name) {
+  return first(with(with(packets, "Message: Reply (1)\n"), "[Procedure: " + name + "]\n"));
+}
+
+// The lines from one on, without that of the time since the station came.
+static std::string lines_from(const std::string& packet, const std::string& line, int count) {
+  size_t end = packet.find(line);
+  if (end == packet.npos) return "no \"" + line + "\" in\n" + packet;
+  std::string lines;
+  while (count-- > 0) {
+    const size_t start = end;
+    end = packet.find('\n', start) + 1;
+    const std::string one = packet.substr(start, end - start);
+    if (!one.starts_with("connected_seconds: ")) lines += one;
+  }
+  return lines;
+}
+
+// Calls with known answers: a station that stands still, and a changed name.
+static void make_known_calls() {
+  start_capture();
+  run("gwbox set station 02:00:5e:00:00:77 bss=1 'rssi=[-61,-63]' 'tx_rate=HT20 MCS15 SGI' "
+      "'rx_rate=HT20 MCS7' btm=true start.tx_packets=1000 start.tx_bytes=70000");
+  run("wificonf wlan_get_assoc_devices_table 1; wificonf wlan_get_btm_associated_device 1;"
+      "wificonf wlan_set_ssid 1 \"$(printf 'caf\\303\\251 \"7\"')\"; wificonf "
+      "wlan_get_bss_hnc_service 1");
+}
+
+static void expect_known_answers(const std::vector<std::string>& packets) {
+  EXPECT_EQ(lines_from(first(with(packets, "Procedure: wlan_set_ssid\n")), "Number: ", 4),
+            "Number: 22 (0x00000016)\n"
+            "Procedure: wlan_set_ssid\n"
+            "bss: 1\n"
+            "ssid: \"caf\\xc3\\xa9 \"7\"\"\n");
+  EXPECT_EQ(lines_from(reply_of(packets, "wlan_get_bss_hnc_service"), "Accepted", 3),
+            "Accepted: success (0)\n"
+            "Return code: 0\n"
+            "Value: 0\n");
+  EXPECT_EQ(lines_from(reply_of(packets, "wlan_get_assoc_devices_table"),
+                       "mac_address: 02:00:5e:00:00:77", 13),
+            "mac_address: 02:00:5e:00:00:77\n"
+            "association_id: 2\n"
+            "power_save: 0\n"
+            "mimo_power_save: 0\n"
+            "rssi_0: -61\n"
+            "rssi_1: -63\n"
+            "rssi_2: 0\n"
+            "rssi_3: 0\n"
+            "tx_rate: 0x420f\n"
+            "rx_rate: 0x4007\n"
+            "packets_sent: 1000\n"
+            "failures: 0\n");
+  EXPECT_EQ(lines_from(reply_of(packets, "wlan_get_btm_associated_device"),
+                       "mac_address: \"02:00:5e:00:00:77\"", 12),
+            "mac_address: \"02:00:5e:00:00:77\"\n"
+            "rssi: -61\n"
+            "downlink_rate: 147456\n"
+            "uplink_rate: 147456\n"
+            "tx_mcs: 7\n"
+            "rx_mcs: 7\n"
+            "bytes_sent: 70000\n"
+            "bytes_received: 0\n"
+            "backhaul: no\n"
+            "btm: 0\n"
+            "is_ht: yes\n"
+            "is_vht: no\n");
+}
+
+TEST(Dissector, DecodesEveryCallAndReply) {
+  const std::vector<procedure_call> calls = call_every_procedure(make_known_calls);
+  end_capture();
+  ASSERT_EQ(calls.size(), 362u);
+  const std::vector<std::string> packets = dissected();
+  std::string missing;
+  for (const procedure_call& call : calls) {
+    const auto asked = with(packets, "Procedure: " + call.name + "\n");
+    if (first(asked).find("Message: Call (0)\n") == std::string::npos)
+      missing += "call " + call.name + "\n";
+    if (reply_of(packets, call.name).find("Return code: ") == std::string::npos)
+      missing += "reply " + call.name + "\n";
+  }
+  EXPECT_EQ(missing, "");
+  EXPECT_EQ(first(with(packets, "Malformed")), "");
+  expect_known_answers(packets);
+}
+
+namespace {
+
+struct odd_datagram {
+  std::string bytes;  // behind the transaction
+  std::string shown;
+  bool malformed;
+};
+
+}  // namespace
+
+static std::vector<odd_datagram> odd_datagrams() {
+  const std::string whole =
+      call_message(22, xdr_word(3) + xdr_text("Living room")).substr(sizeof(uint32_t));
+  const std::string lying =
+      call_message(22, xdr_word(3) + xdr_word(0xFFFFFFFF) + "Living room").substr(sizeof(uint32_t));
+  const std::string reply = xdr_word(1) + xdr_word(0);
+  return {
+      {whole, "bss: 3\nssid: \"Living room\"\n", false},
+      {whole.substr(0, whole.size() - 4), "bss: 3\n", true},
+      {whole.substr(0, whole.size() - 14), "bss: 3\n", true},
+      {whole.substr(0, 22), "Procedure: wlan_set_ssid\n", true},
+      {lying, "bss: 3\n", true},
+      {reply, "[Procedure: unknown procedure]\n", true},
+  };
+}
+
+TEST(Dissector, SaysOfWhatIsCutOffThatItIs) {
+  start_daemon();
+  start_capture();
+  const std::vector<odd_datagram> odd = odd_datagrams();
+  for (uint32_t i = 0; i < odd.size(); ++i)
+    send_datagram(xdr_word(0xABCD00 + i) + odd[i].bytes);
+  send_datagram(call_message(22, "").substr(0, 8));
+  send_datagram(call_message(22, "", 2, 100000));
+  end_capture();
+  const std::vector<std::string> packets = dissected();
+  for (uint32_t i = 0; i < odd.size(); ++i) {
+    char transaction[64];
+    snprintf(transaction, sizeof transaction, "Transaction: 0x%08x\n", 0xABCD00 + i);
+    const std::string packet = first(with(packets, transaction));
+    EXPECT_NE(packet.find(odd[i].shown), std::string::npos) << transaction << packet;
+    EXPECT_EQ(packet.find(kMalformed) != std::string::npos, odd[i].malformed) << packet;
+  }
+  // The two that are nothing of ours, and five of those above.
+  EXPECT_EQ(with(packets, kMalformed).size(), 7u);
+  EXPECT_NE(first(with(packets, "Number: 268435202 (0x0fffff02)\n")), "");
+}

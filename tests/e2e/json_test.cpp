@@ -1,0 +1,61 @@
+#include <gtest/gtest.h>
+
+#include "support/every_procedure.h"
+#include "support/files.h"
+
+// What "wificonf --json" prints of a call of every procedure, against the JSON
+// Schema that "wificonf schema" prints for it.
+
+static std::string failed_procedures(const std::vector<procedure_call>& calls) {
+  std::string names;
+  for (const procedure_call& call : calls) {
+    if (json_member(call.answer, "return_code").starts_with("-")) names += call.name + "\n";
+  }
+  return names;
+}
+
+TEST(Json, EveryAnswerIsAsItsSchemaSays) {
+  const std::vector<procedure_call> calls = call_every_procedure();
+  ASSERT_EQ(calls.size(), 362u);
+  std::string answers;
+  for (const procedure_call& call : calls)
+    answers += call.answer + "\n";
+  write_file("/tmp/answers", answers);
+  int status = -1;
+  const std::string said = run(VALIDATOR " </tmp/answers 2>&1", &status);
+  EXPECT_EQ(status, 0) << said;
+  EXPECT_EQ(said, "362 answers are valid\n");
+  // A failure has no value to validate: only these may have none.
+  EXPECT_EQ(failed_procedures(calls),
+            "wlan_get_igmp_snooping\n"
+            "wlan_get_dot11u_enable\n"
+            "wlan_set_dot11u_enable\n"
+            "wlan_get_dot11u_attribute\n"
+            "wlan_set_dot11u_attribute\n"
+            "wlan_get_airtime_enable\n"
+            "hnc_get_enable\n");
+}
+
+TEST(Json, TheValidatorRefusesWhatTheSchemaDoesNotSay) {
+  struct {
+    const char* answer;
+    const char* complaint;
+  } const cases[] = {
+      {R"({"procedure":"wlan_get_channel","number":16,"return_code":0,"value":"six"})",
+       "'six' is not of type 'integer'"},
+      {R"({"procedure":"wlan_get_channel","number":16,"return_code":0})",
+       "'value' is a required property"},
+      {R"({"procedure":"wlan_get_channel","number":17,"return_code":0,"value":6})",
+       "16 was expected"},
+      {R"({"procedure":"wlan_get_channel","number":16,"return_code":0,"value":6,"more":1})",
+       "'more' was unexpected"},
+      {"", "not JSON"},
+  };
+  for (const auto& one : cases) {
+    write_file("/tmp/answers", std::string(one.answer) + "\n");
+    int status = -1;
+    const std::string said = run(VALIDATOR " </tmp/answers 2>&1", &status);
+    EXPECT_EQ(status, 1) << one.answer;
+    EXPECT_NE(said.find(one.complaint), said.npos) << said;
+  }
+}
