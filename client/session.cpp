@@ -12,7 +12,8 @@ void print(const output_streams& streams, const std::string& text) {
 }
 
 exit_status fail(const output_streams& streams, exit_status status, const std::string& line) {
-  fprintf(streams.err, "wificonf: %s\n", line.c_str());
+  const std::string text = text_wrap("wificonf: " + line, terminal_width(streams.err), 0, 10);
+  fprintf(streams.err, "%s\n", text.c_str());
   return status;
 }
 

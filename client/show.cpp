@@ -16,6 +16,13 @@ std::string show_mac(std::string_view mac) {
   return text;
 }
 
+// Bytes as they are; of many only the first: all are in the JSON.
+std::string show_bytes(std::string_view bytes) {
+  constexpr size_t kMost = 16;
+  if (bytes.size() <= kMost) return text_hex(bytes);
+  return text_format("%s... (%zu bytes)", text_hex(bytes.substr(0, kMost)).c_str(), bytes.size());
+}
+
 bool is_text(field_type type) {
   return type == field_type::kText || type == field_type::kMac || type == field_type::kTime;
 }
@@ -112,7 +119,7 @@ std::string show_value(const payload_field& field, std::string_view record) {
     case field_type::kMac:
       return show_mac(payload_bytes(field, record));
     case field_type::kBytes:
-      return text_hex(payload_bytes(field, record));
+      return show_bytes(payload_bytes(field, record));
     case field_type::kTime:
       return moment_text(payload_unsigned(field, record));
     case field_type::kRate:

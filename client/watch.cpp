@@ -38,8 +38,9 @@ std::string shown(const output_streams& streams, const procedure_row& procedure,
                     : show_lines(*layout, current.reply.data, moment_stamp(), then);
 }
 
-void take_sample(const output_streams& streams, const client_options& options,
-                 const prepared_call& prepared, sample& before) {
+// Returns the exit status that the one call alone would have had.
+exit_status take_sample(const output_streams& streams, const client_options& options,
+                        const prepared_call& prepared, sample& before) {
   sample current = {{}, moment_now(), false};
   exit_status status = kExitDone;
   const bool answered = session_ask(streams, options, prepared, current.reply, &status);
@@ -50,6 +51,7 @@ void take_sample(const output_streams& streams, const client_options& options,
     print(streams, shown(streams, *prepared.procedure, before, current));
   fflush(streams.out);
   before = current;
+  return answered && current.reply.code < 0 ? kExitFailureCode : status;
 }
 
 }  // namespace
@@ -75,7 +77,7 @@ exit_status run_watch(const output_streams& streams, const client_options& optio
     if (redraw)
       print(streams, text_format("\033[H\033[2J%s, every %g s, %s\n\n", title.c_str(),
                                  settings.every, moment_stamp().c_str()));
-    take_sample(streams, options, prepared, before);
+    status = take_sample(streams, options, prepared, before);
   }
-  return kExitDone;
+  return status;
 }

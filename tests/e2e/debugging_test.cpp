@@ -1,0 +1,31 @@
+#include <gtest/gtest.h>
+
+#include "support/daemon.h"
+#include "support/files.h"
+#include "support/transcript.h"
+
+// The sessions in docs/debugging.md are what a user sees today.
+
+// The text of the blocks that are marked "console", one after the other.
+static std::string sessions_of(const std::string& document) {
+  static const std::string start = "```console\n";
+  std::string text;
+  for (size_t at = document.find(start); at != document.npos; at = document.find(start, at)) {
+    at += start.size();
+    text += document.substr(at, document.find("```", at) - at);
+  }
+  return text;
+}
+
+TEST(Debugging, TheDocumentShowsWhatTheDaemonPrints) {
+  const std::string document = read_file(DEBUGGING_DOCUMENT);
+  const size_t started = document.find("## Marker files");
+  ASSERT_NE(started, document.npos);
+  const std::string not_started = sessions_of(document.substr(0, started));
+  const std::string in_use = sessions_of(document.substr(started));
+  ASSERT_NE(in_use.find("$ wificonf wlan_set_ssid 1 \"On air\"\nok\n"), in_use.npos);
+  start_daemon();
+  EXPECT_EQ(masked(replay(in_use, false)), masked(in_use));
+  // Last, as it ends the portmapper.
+  EXPECT_EQ(replay(not_started, false), not_started);
+}

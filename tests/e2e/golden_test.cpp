@@ -1,0 +1,38 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "support/daemon.h"
+#include "support/files.h"
+#include "support/lifecycle.h"
+#include "support/transcript.h"
+
+// What wificonf prints, kept in golden/ as sessions: to the letter, but for
+// moments and durations. Time stands still in these gateways.
+
+static void expect_golden(const std::string& name) {
+  const std::string session = read_file(GOLDEN_DIR "/" + name);
+  ASSERT_NE(session, "");
+  const std::string today = masked(replay(session, true));
+  if (today == session) return;
+  mkdir(NEW_GOLDEN_DIR, 0755);
+  write_file(NEW_GOLDEN_DIR "/" + name, today);
+  EXPECT_EQ(today, session) << "when this is as it should be: cp " NEW_GOLDEN_DIR "/" << name
+                            << " " GOLDEN_DIR "/";
+}
+
+TEST(Golden, WithoutADaemon) {
+  expect_golden("without_a_daemon.txt");
+}
+
+TEST(Golden, Errors) {
+  const pid_t supervisor = start_daemon();
+  write_file("/tmp/service_child", std::to_string(service_child(supervisor)));
+  expect_golden("errors.txt");
+}
+
+TEST(Golden, Radios) {
+  start_lifecycle_daemon();
+  queue_and_wait(kLoad, kLoaded);
+  queue_and_wait(kInit, kInitialized);
+  expect_golden("radios.txt");
+}
