@@ -53,8 +53,10 @@ void put_field(ordered_json& object, const payload_field& field, std::string_vie
       put_text(object, field.name, payload_bytes(field, record));
       break;
     case field_type::kMac:
-    case field_type::kBytes:
       object[field.name] = show_value(field, record);
+      break;
+    case field_type::kBytes:
+      object[field.name] = text_hex(payload_bytes(field, record));
       break;
     case field_type::kRate:
       object[field.name] = rate_value(static_cast<uint16_t>(number));

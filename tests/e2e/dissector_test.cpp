@@ -152,6 +152,8 @@ static void expect_known_answers(const std::vector<std::string>& packets) {
             "is_vht: no\n");
 }
 
+// Takes longer than others: tshark starts twice, the radios come up, and every
+// procedure is called.
 TEST(Dissector, DecodesEveryCallAndReply) {
   const std::vector<procedure_call> calls = call_every_procedure(make_known_calls);
   end_capture();

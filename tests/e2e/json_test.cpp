@@ -14,6 +14,8 @@ static std::string failed_procedures(const std::vector<procedure_call>& calls) {
   return names;
 }
 
+// Takes longer than others: the radios come up, every procedure is called and
+// its schema is read.
 TEST(Json, EveryAnswerIsAsItsSchemaSays) {
   const std::vector<procedure_call> calls = call_every_procedure();
   ASSERT_EQ(calls.size(), 362u);
