@@ -35,6 +35,9 @@ static void capture_mark(uint32_t procedure) {
 }
 
 static void start_capture() {
+  // Of two ports tshark goes by the lower: with one that belongs to another protocol
+  // it would take the callers for that.
+  write_file("/proc/sys/net/ipv4/ip_local_port_range", "60100 65000");
   run("tshark -q -i lo -w " + std::string(kCapture) + " udp port 60001 >/dev/null 2>" + kErrors +
       " & echo $! >/tmp/tshark.pid");
   // tshark takes seconds to start on a busy machine.
