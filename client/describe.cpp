@@ -150,7 +150,7 @@ static std::string describe_value(const value_meaning& value) {
 std::string describe_result(const procedure_row& procedure) {
   switch (procedure.payload) {
     case payload_kind::CODE:
-      return "a return code; negative: the call failed";
+      return std::string("a return code; ") + payload_codes(procedure);
     case payload_kind::INT:
       return describe_value(payload_value(procedure));
     case payload_kind::TEXT:

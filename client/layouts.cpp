@@ -253,6 +253,20 @@ constexpr value_meaning kValues[] = {
     {"HNC_GET_HNE_CONFIG_DURATION", "", "duration of the attempts, as the controller counts it"},
 };
 
+// Setters that answer what became of the profile's update.
+constexpr const char* kUpdates[] = {
+    "WLAN_SET_BASIC_ENCRYPTION_MODES", "WLAN_SET_BASIC_AUTHENTICATION_MODES",
+    "WLAN_SET_WPA_ENCRYPTION_MODES",   "WLAN_SET_WPA_AUTHENTICATION_MODES",
+    "WLAN_SET_RADIUS_SERVER_ADDRESS",  "WLAN_SET_BSS_HNC_SERVICE",
+};
+
+bool answers_update(const procedure_row& procedure) {
+  for (const char* name : kUpdates) {
+    if (std::string_view(name) == procedure.name) return true;
+  }
+  return false;
+}
+
 constexpr value_meaning kNoMeaning = {"", "", ""};
 
 }  // namespace
@@ -269,4 +283,13 @@ const value_meaning& payload_value(const procedure_row& procedure) {
     if (std::string_view(value.procedure) == procedure.name) return value;
   }
   return kNoMeaning;
+}
+
+const char* payload_codes(const procedure_row& procedure) {
+  return answers_update(procedure) ? "1: written, 2: no change, 0: the call failed"
+                                   : "negative: the call failed";
+}
+
+bool payload_failed(const procedure_row& procedure, int32_t code) {
+  return code < 0 || (code == 0 && answers_update(procedure));
 }

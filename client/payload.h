@@ -71,6 +71,11 @@ struct value_meaning {
 };
 const value_meaning& payload_value(const procedure_row& procedure);
 
+// What return codes mean: "negative: the call failed" but for the setters that
+// answer as the profile's update does.
+const char* payload_codes(const procedure_row& procedure);
+bool payload_failed(const procedure_row& procedure, int32_t code);
+
 // Bytes of a field in the record.
 uint32_t payload_width(const payload_field& field);
 

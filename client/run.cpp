@@ -50,7 +50,7 @@ exit_status show_reply(const output_streams& streams, const client_options& opti
                        const procedure_row& procedure, const decoded_reply& reply) {
   std::string name = lookup_display_name(procedure);
   if (options.json) print(streams, json_reply(procedure, reply));
-  if (reply.code < 0)
+  if (payload_failed(procedure, reply.code))
     return fail(streams, kExitFailureCode,
                 text_format("%s: the daemon answered failure, code %d; see its standard error and "
                             "'wificonf describe %s'",

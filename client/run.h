@@ -7,7 +7,7 @@
 
 enum exit_status {
   kExitDone = 0,
-  kExitFailureCode = 1,  // the daemon answered a negative code
+  kExitFailureCode = 1,  // the daemon answered a failure code
   kExitUsage = 2,
   kExitNoAnswer = 3,  // no answer, an RPC error, or output that cannot be written
 };

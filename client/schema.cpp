@@ -145,7 +145,7 @@ std::string schema_of(const procedure_row& procedure) {
   schema["properties"]["procedure"] = {{"const", lookup_display_name(procedure)}};
   schema["properties"]["number"] = {{"const", procedure.number}};
   schema["properties"]["return_code"] = integer(INT32_MIN, INT32_MAX);
-  schema["properties"]["return_code"]["description"] = "negative: the call failed";
+  schema["properties"]["return_code"]["description"] = payload_codes(procedure);
   schema["required"] = {"procedure", "number", "return_code"};
   add_value(schema, procedure);
   return schema.dump() + "\n";

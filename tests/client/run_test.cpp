@@ -272,6 +272,16 @@ TEST(Run, OutputThatCannotBeWrittenIsAnError) {
   fclose(err);
 }
 
+TEST(Run, ZeroIsAFailureOfSettersThatAnswerAsTheUpdateDoes) {
+  Outcome failed = run_against(0, words({0}), {"wlan_set_wpa_encryption_modes", "17", "None"});
+  EXPECT_EQ(failed.status, kExitFailureCode);
+  EXPECT_NE(failed.err.find("failure, code 0"), std::string::npos) << failed.err;
+  Outcome written = run_against(0, words({1}), {"wlan_set_bss_hnc_service", "3", "7"});
+  EXPECT_EQ(written.status, kExitDone);
+  EXPECT_EQ(written.out, "ok (code 1: written or found)\n");
+  EXPECT_EQ(run_against(0, words({0}), {"wlan_set_ssid", "3", "x"}).status, kExitDone);
+}
+
 // Lines without their time stamps.
 std::string unstamped(const std::string& text) {
   std::string out;
