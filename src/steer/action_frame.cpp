@@ -8,6 +8,25 @@
 #include "sys/wext.h"
 #include "sys/wireless.h"
 
+static constexpr char kName[] = "send_btm_action_frame_request";
+
+static int set_frame_and_steer(int sock, int index, const action_frame_record& frame,
+                               const steer_record& steer) {
+  // The whole frame goes out, however long its body is.
+  const wireless_object objects[] = {
+      {.flags = kObjectActionFrame | kSetBit, .length = sizeof frame, .record = &frame},
+      {.flags = kObjectSteer | kSetBit, .length = sizeof steer, .record = &steer},
+  };
+  trace_rev(kName, "sent btm action, length = %d, MacAddr = " MAC_FORMAT ", flags = %d \n",
+            objects[0].length, MAC_BYTES(frame.mac), objects[0].flags);
+  const int taken = wireless_set_objects(sock, index, objects, 2);
+  if (taken == 2) return 0;
+  // The second is named without its set bit: kept on purpose.
+  const unsigned refused = taken == 0 ? objects[0].flags : kObjectSteer;
+  trace_rev_error(kName, "ioctl failed (cmd=0x%X, sub_cmd=0x%X)\n", kRtprivObject, refused);
+  return -1;
+}
+
 int send_btm_action_frame_request(int index, uint32_t category, const uint8_t (&mac)[6],
                                   const uint8_t* body, size_t length) {
   action_frame_record frame = {};
@@ -17,26 +36,13 @@ int send_btm_action_frame_request(int index, uint32_t category, const uint8_t (&
   steer_record steer = {};
   memcpy(steer.mac, mac, sizeof steer.mac);
   steer.kind = kSteerAfterBtm;
-  // The whole frame goes out, however long its body is.
-  const wireless_object objects[] = {
-      {.flags = kObjectActionFrame | kSetBit, .length = sizeof frame, .record = &frame},
-      {.flags = kObjectSteer | kSetBit, .length = sizeof steer, .record = &steer},
-  };
-  REV_TRACE("sent btm action, length = %d, MacAddr = " MAC_FORMAT ", flags = %d \n",
-            objects[0].length, MAC_BYTES(mac), objects[0].flags);
-  switch (wireless_set_objects(index, objects, 2)) {
-    case 2:
-      return 0;
-    case 1:
-      // Named without its set bit: kept on purpose.
-      REV_ERROR("ioctl failed (cmd=0x%X, sub_cmd=0x%X)\n", kRtprivObject, kObjectSteer);
-      return -1;
-    case 0:
-      REV_ERROR("ioctl failed (cmd=0x%X, sub_cmd=0x%X)\n", kRtprivObject, objects[0].flags);
-      return -1;
-    default:
-      // Without a line end: kept on purpose.
-      REV_ERROR("socket failed");
-      return -1;
+  const int sock = wireless_open();
+  if (sock < 0) {
+    // Without a line end: kept on purpose.
+    REV_ERROR("socket failed");
+    return -1;
   }
+  const int status = set_frame_and_steer(sock, index, frame, steer);
+  wireless_close(sock);
+  return status;
 }

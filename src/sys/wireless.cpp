@@ -11,8 +11,12 @@
 
 static_assert(kWirelessGetRate == SIOCGIWRATE);
 
-static int open_socket() {
+int wireless_open() {
   return socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+}
+
+void wireless_close(int sock) {
+  close(sock);
 }
 
 static iwreq frame_of(int bss) {
@@ -23,10 +27,10 @@ static iwreq frame_of(int bss) {
 
 // Asks for what the driver answers in the frame itself.
 static wireless_result ask(unsigned request, iwreq* frame) {
-  const int sock = open_socket();
+  const int sock = wireless_open();
   if (sock < 0) return wireless_result::no_socket;
   const int result = ioctl(sock, request, frame);
-  close(sock);
+  wireless_close(sock);
   return result < 0 ? wireless_result::refused : wireless_result::done;
 }
 
@@ -44,7 +48,7 @@ wireless_result wireless_get_frequency(int bss, wireless_frequency* frequency) {
   return result;
 }
 
-static int set_in_turn(int sock, int bss, const wireless_object* objects, int count) {
+int wireless_set_objects(int sock, int bss, const wireless_object* objects, int count) {
   iwreq frame = frame_of(bss);
   for (int taken = 0; taken < count; ++taken) {
     frame.u.data.pointer = const_cast<void*>(objects[taken].record);
@@ -53,12 +57,4 @@ static int set_in_turn(int sock, int bss, const wireless_object* objects, int co
     if (ioctl(sock, kRtprivObject, &frame) < 0) return taken;
   }
   return count;
-}
-
-int wireless_set_objects(int bss, const wireless_object* objects, int count) {
-  const int sock = open_socket();
-  if (sock < 0) return -1;
-  const int taken = set_in_turn(sock, bss, objects, count);
-  close(sock);
-  return taken;
 }

@@ -28,5 +28,10 @@ struct wireless_object {
 };
 
 // Sets objects one after the other, through one frame on one socket, until the
-// driver refuses one. Returns how many it took, -1 when there was no socket.
-[[nodiscard]] int wireless_set_objects(int bss, const wireless_object* objects, int count);
+// driver refuses one. Returns how many it took.
+[[nodiscard]] int wireless_set_objects(int sock, int bss, const wireless_object* objects,
+                                       int count);
+
+// The socket for them, -1 when there is none; the caller closes it.
+[[nodiscard]] int wireless_open();
+void wireless_close(int sock);

@@ -43,10 +43,12 @@ TEST(Wireless, ObjectsAreSetInOrderUntilOneIsRefused) {
       {.flags = 0xF001, .length = 1, .record = "x"},
       {.flags = 0x894A, .length = 3, .record = "\x02\x00\x00"},
   };
-  EXPECT_EQ(wireless_set_objects(1, objects, 3), 1);
-  EXPECT_EQ(wireless_set_objects(1, objects + 2, 1), 1);
-  EXPECT_EQ(wireless_set_objects(17, objects, 1), 0);
-  EXPECT_EQ(wireless_set_objects(1, objects, 0), 0);
+  const int sock = wireless_open();
+  EXPECT_EQ(wireless_set_objects(sock, 1, objects, 3), 1);
+  EXPECT_EQ(wireless_set_objects(sock, 1, objects + 2, 1), 1);
+  EXPECT_EQ(wireless_set_objects(sock, 17, objects, 1), 0);
+  EXPECT_EQ(wireless_set_objects(sock, 1, objects, 0), 0);
+  wireless_close(sock);
   const auto requests = driver_requests();
   ASSERT_EQ(requests.size(), 4u);
   EXPECT_TRUE(contains(requests[0], "\"bytes\":\"020001\""));
@@ -59,11 +61,10 @@ TEST(Wireless, NoSocketIsTold) {
   fail_system_call(SYS_socket, EMFILE);
   int32_t rate = 77;
   wireless_frequency frequency = {};
-  const wireless_object object = {.flags = 0x894A, .length = 3, .record = "\x02\x00\x01"};
   EXPECT_EQ(errors_of([&] {
               EXPECT_EQ(wireless_get_rate(1, &rate), wireless_result::no_socket);
               EXPECT_EQ(wireless_get_frequency(1, &frequency), wireless_result::no_socket);
-              EXPECT_EQ(wireless_set_objects(1, &object, 1), -1);
+              EXPECT_EQ(wireless_open(), -1);
             }),
             "");
 }
