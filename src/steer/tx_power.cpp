@@ -32,7 +32,8 @@ static bool query(const char* caller, int radio, power_limits* limits) {
   }
   int32_t count = 0;
   memcpy(&count, limits->bytes, sizeof count);
-  const size_t room = (layout.size - layout.first_entry) / layout.entry_size;
+  // The last entry may lack its end: it counts where its limit is in the answer.
+  const size_t room = (layout.size - layout.first_entry - kPowerDbm - 1) / layout.entry_size + 1;
   limits->count = std::min(static_cast<size_t>(std::max(count, 0)), room);
   return true;
 }
