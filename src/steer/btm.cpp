@@ -8,24 +8,11 @@
 #include "steer/driver_records.h"
 #include "steer/steer_keys.h"
 #include "sys/wext.h"
+#include "wlan/station_layout.h"
 
-// What the driver answers: the first byte is 1 while it is on.
-struct btm_state {
-  uint8_t enabled;
-  uint8_t unused;
-};
-
-// What it takes.
-struct btm_switch {
-  uint8_t kind;  // 2: of the radio
-  uint8_t unused;
-  uint8_t value;
-};
-static_assert(sizeof(btm_state) == 2 && sizeof(btm_switch) == 3);
-static constexpr uint8_t kKindRadio = 2;
-
+// The object that tells of a station tells of the radio where none is named.
 static bool query(int index, btm_state* state) {
-  return rtpriv_get_ioctl_2(index, kRtprivObject, kObjectBtm, state, sizeof *state) == 1;
+  return rtpriv_get_ioctl_2(index, kRtprivObject, kStationBtm, state, sizeof *state) == 1;
 }
 
 int wlan_getBtmCapable(int index, int* capable) {
@@ -55,7 +42,7 @@ int wlan_setBtmEnable(int index, int enable) {
   if (!driver_is_inited(__func__)) return -1;
   note_number_key(index, "WNMEnable", enable);
   const btm_switch record = {
-      .kind = kKindRadio, .unused = 0, .value = static_cast<uint8_t>(enable)};
+      .kind = kBtmOfRadio, .unused = 0, .value = static_cast<uint8_t>(enable)};
   if (rtpriv_set_ioctl_2(index, kRtprivObject, kObjectBtmEnable, &record, sizeof record) != 1) {
     REV_ERROR("set BTM enable failed. \n ");
     return -1;

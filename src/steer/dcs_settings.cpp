@@ -34,10 +34,6 @@ int notifyDCSSettingChanges(int /*index*/, const void* datagram) {
   return status;
 }
 
-static bool is_one_of(const char* key, const char* first, const char* second) {
-  return strcmp(key, first) == 0 || strcmp(key, second) == 0;
-}
-
 int dcsSetNoitfyF(int index, const char* key, unsigned value) {
   const int number = static_cast<int>(value);
   char text[64];
@@ -46,7 +42,7 @@ int dcsSetNoitfyF(int index, const char* key, unsigned value) {
   if (written == kProfileFailed) {
     REV_TRACE("%s:failed to update wifi profile for %s ret:%u\n ", __func__, key, written);
   }
-  if (is_one_of(key, "MSODCSOn", "USERDCSOn")) {
+  if (strcmp(key, "MSODCSOn") == 0 || strcmp(key, "USERDCSOn") == 0) {
     dcsStart(number);
     return 0;
   }

@@ -3,9 +3,9 @@
 #include <cstddef>
 #include <cstdint>
 
-// The driver's records for steering, channel load, power limits and stations
-// that are not associated: sub-commands of its object request, and layouts in
-// host byte order as the driver defines them.
+// The driver's records for steering, transition management, channel load, power
+// limits and stations that are not associated: sub-commands of its object
+// request, and layouts in host byte order as the driver defines them.
 
 constexpr uint16_t kSetBit = 0x8000;
 constexpr uint16_t kObjectChannelLoad = 0x0693;
@@ -17,7 +17,6 @@ constexpr uint16_t kObjectNonAssocEnable = 0x06B4;
 constexpr uint16_t kObjectNonAssoc = 0x06B5;  // registers a station and fetches the report
 constexpr uint16_t kObjectBtmEnable = 0x094A;
 constexpr uint16_t kObjectPowerLimits = 0x0AA2;
-constexpr uint16_t kObjectBtm = 0x494A;
 
 // Steers one station.
 constexpr uint32_t kSteerBlacklist = 0;
@@ -52,6 +51,23 @@ struct channel_load_record {
 };
 static_assert(sizeof(channel_load_record) == 20 && offsetof(channel_load_record, busy) == 16);
 
+// BSS transition management of a radio, as the driver tells it: kStationBtm of
+// wlan/station_layout.h, asked without a station.
+struct btm_state {
+  uint8_t enabled;  // 1 while it is on
+  uint8_t unused;
+};
+static_assert(sizeof(btm_state) == 2);
+
+// And as it takes it.
+constexpr uint8_t kBtmOfRadio = 2;
+struct btm_switch {
+  uint8_t kind;  // kBtmOfRadio
+  uint8_t unused;
+  uint8_t value;
+};
+static_assert(sizeof(btm_switch) == 3 && offsetof(btm_switch, value) == 2);
+
 // Power limits: a signed 32-bit count at 0, then entries. Each has its channel
 // in the first byte and the limit in dBm in the fifth. The dual-band chip has
 // a layout of its own.
@@ -65,6 +81,13 @@ constexpr power_layout kPowerOthers = {.size = 592, .first_entry = 4, .entry_siz
 constexpr size_t kPowerLargest = kPowerMt7615.size;
 constexpr size_t kPowerChannel = 0;
 constexpr size_t kPowerDbm = 4;
+
+// The station to register. The last byte is not announced to the driver.
+struct nonassoc_request {
+  uint8_t mac[6];
+  char first;  // character of the address as text
+};
+static_assert(sizeof(nonassoc_request) == 7 && offsetof(nonassoc_request, first) == 6);
 
 // A probe request of a station that is not associated, at local time.
 struct probe_record {

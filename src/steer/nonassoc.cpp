@@ -56,11 +56,7 @@ int wlan_getNonAssocRptEnable(int radio, int* enable) {
 
 int wlan_setNonAssocRequestMac(int radio, const char* mac) {
   if (write_key(__func__, radio, kMacKey, mac, kKeyLength) != 0) return -1;
-  struct {
-    uint8_t mac[6];
-    char first;  // of the text; the driver is not told of it
-  } station = {};
-  static_assert(sizeof station == 7);
+  nonassoc_request station = {};
   parse_mac(mac, station.mac);
   station.first = mac[0];
   // A query, though it names something: what it answers is not looked at.
@@ -104,7 +100,7 @@ static void trace_probes(const nonassoc_station& station) {
 static void take_probe(const probe_record& probe, const char* mac, nonassoc_answer* answer) {
   nonassoc_probe& filled = answer->probes[0];
   answer->valid = 1;
-  filled.rssi = +probe.rssi;
+  filled.rssi = int32_t{probe.rssi};
   filled.time = time_of(probe);
   memset(filled.mac, 0, sizeof filled.mac);
   memcpy(filled.mac, mac, strnlen(mac, sizeof filled.mac));

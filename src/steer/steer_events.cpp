@@ -6,6 +6,7 @@
 #include <ctime>
 
 #include "diag/trace.h"
+#include "steer/mac_text.h"
 #include "steer/steer_event_records.h"
 #include "wlan/radstat_client.h"
 
@@ -43,8 +44,7 @@ static void trace_time(uint32_t seconds) {
 static steer_event convert(unsigned number, const control_event& event) {
   steer_event out = {};
   char mac[sizeof out.mac + 1];
-  snprintf(mac, sizeof mac, "%02x:%02x:%02x:%02x:%02x:%02x", event.mac[0], event.mac[1],
-           event.mac[2], event.mac[3], event.mac[4], event.mac[5]);
+  snprintf(mac, sizeof mac, MAC_FORMAT, MAC_BYTES(event.mac));
   out.type = event.type;
   memcpy(out.mac, mac, sizeof out.mac);
   out.time = event.time;
