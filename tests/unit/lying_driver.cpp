@@ -33,6 +33,17 @@ void answer_frequency_with(int32_t mantissa, int16_t exponent) {
   frequency_answer = &frequency;
 }
 
+static int watched_object = -1;
+static std::string noted_buffer;
+
+void watch_queries_of(uint16_t sub) {
+  watched_object = sub;
+}
+
+std::string watched_buffer() {
+  return noted_buffer;
+}
+
 static int answer_with(const lie& answer, iwreq* frame) {
   const size_t room = std::min<size_t>(frame->u.data.length, answer.bytes.size());
   memcpy(frame->u.data.pointer, answer.bytes.data(), room);
@@ -49,6 +60,10 @@ extern "C" int ioctl(int file, unsigned long request, ...) noexcept {
   va_end(list);
   iwreq* frame = static_cast<iwreq*>(argument);
   if (request == 0x8BE1) {
+    if (frame->u.data.flags == watched_object) {
+      noted_buffer.assign(static_cast<const char*>(frame->u.data.pointer),
+                          frame->u.data.length + 1);
+    }
     const auto answer = answers().find(frame->u.data.flags);
     if (answer != answers().end()) return answer_with(answer->second, frame);
   }

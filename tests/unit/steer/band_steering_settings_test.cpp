@@ -6,7 +6,9 @@
 
 #include <climits>
 #include <cstdlib>
+#include <thread>
 
+#include "lifecycle/lifecycle_support.h"
 #include "support/gateway.h"
 #include "unit_support.h"
 
@@ -45,6 +47,50 @@ TEST(BandSteeringSettings, DriverIsSwitchedOnBeforeTheDaemonStartsAndOffAfterItS
   EXPECT_EQ(profile_value(kProfile5, "BandSteering"), "0");
 }
 
+// What both profiles have for the switch.
+static std::string noted_switches() {
+  return profile_value(kProfile24, "BandSteering") + profile_value(kProfile5, "BandSteering");
+}
+
+// Sets the switch; the profiles have to have it once the command is reached.
+static void expect_noted_before(int enable, const std::string& command) {
+  hold_command(command);
+  std::thread setter([&] { EXPECT_EQ(wlan_setBandSteerEnable(enable), 0); });
+  EXPECT_TRUE(wait_for_held_command()) << command;
+  EXPECT_EQ(noted_switches(), enable == 1 ? "11" : "00") << command;
+  release_command();
+  setter.join();
+}
+
+TEST(BandSteeringSettings, ProfilesAreWrittenBeforeDriverAndDaemon) {
+  make_bands_alike();
+  write_file("/tmp/mtk_bnd_file", "");
+  for (const char* profile : {kProfile24, kProfile5})
+    set_profile_value(profile, "BandSteering", "0");
+  note_commands();
+  output_of([] { expect_noted_before(1, "ra0 set BndStrgEnable=1"); });
+  EXPECT_EQ(commands(),
+            "iwpriv ra0 set BndStrgEnable=1\niwpriv ra8 set BndStrgEnable=1\nbndstrg_1&\n");
+  output_of([] { expect_noted_before(0, "/bin/kill"); });
+  EXPECT_TRUE(in_order(commands(), {"/bin/kill $(pgrep -f bndstrg_1", "ra0 set BndStrgEnable=0",
+                                    "ra8 set BndStrgEnable=0"}));
+}
+
+TEST(BandSteeringSettings, FirstProfileIsWrittenFirst) {
+  note_commands();
+  for (const char* profile : {kProfile24, kProfile5})
+    set_profile_value(profile, "BandSteering", "1");
+  write_file(kLock5, "");
+  const int held = try_exclusive(kLock5);
+  ASSERT_GE(held, 0);
+  std::thread setter([] { EXPECT_EQ(wlan_setBandSteerEnable(0), 0); });
+  EXPECT_TRUE(wait_until([] { return lock_awaited(kLock5); }));
+  EXPECT_EQ(noted_switches(), "01");
+  close(held);
+  setter.join();
+  EXPECT_EQ(noted_switches(), "00");
+}
+
 TEST(BandSteeringSettings, OtherValuesAreRefusedAndChangeNothing) {
   const std::string before24 = read_file(kProfile24);
   const std::string before5 = read_file(kProfile5);
@@ -60,6 +106,11 @@ TEST(BandSteeringSettings, OtherValuesAreRefusedAndChangeNothing) {
 
 TEST(BandSteeringSettings, MissingKeyIsAppendedAndFailuresAreIgnored) {
   note_iwpriv();
+  for (const char* profile : {kProfile24, kProfile5})
+    write_file(profile, "Other=1\n");
+  set_quietly(0, 0);
+  for (const char* profile : {kProfile24, kProfile5})
+    EXPECT_EQ(read_file(profile), "Other=1\nBandSteering=0\n");
   write_file(kProfile24, "Other=1\n");
   unlink(kProfile5);
   set_quietly(0, 0);

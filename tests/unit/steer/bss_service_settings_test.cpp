@@ -159,6 +159,20 @@ TEST(SetBssHncService, BackhaulBssGetsTheFirstVlan) {
   EXPECT_EQ(profile_value(kProfile5, "BSSHNCService"), "0;7;0;0;0;0;0;7");
 }
 
+TEST(SetBssHncService, VlanInPlaceIsNoFailure) {
+  set_profile_value(kProfile24, "VLANID", "10;20;10;0;0;0;0;0");
+  // The store's own line.
+  EXPECT_EQ(errors_of([] { EXPECT_EQ(wlan_setBSSHNCService(3, 7), 1); }), "no change\n");
+  EXPECT_EQ(profile_value(kProfile24, "VLANID"), "10;20;10;0;0;0;0;0");
+}
+
+TEST(SetBssHncService, VlanIsCopiedUpTo32Characters) {
+  set_profile_value(kProfile24, "VLANID", "0123456789abcdefghijklmnopqrstuvwxyz;20;30");
+  EXPECT_EQ(wlan_setBSSHNCService(2, 7), 1);
+  EXPECT_EQ(profile_value(kProfile24, "VLANID"),
+            "0123456789abcdefghijklmnopqrstuvwxyz;0123456789abcdefghijklmnopqrstuv;30");
+}
+
 TEST(SetBssHncService, AnyOtherServiceLeavesTheVlans) {
   give_vlans();
   for (const int service : {0, 6, 8, -7, 77}) {

@@ -32,6 +32,8 @@ TEST(BssService, TextIsConvertedAsFarAsItIsANumber) {
 TEST(BssService, FieldIsCutAtEightCharactersUnlessItIsTheLast) {
   EXPECT_EQ(service_of(1, "0000000012;1"), 0);
   EXPECT_EQ(service_of(1, "0000000012"), 12);
+  EXPECT_EQ(service_of(2, "1;0000000712;1"), 7);
+  EXPECT_EQ(service_of(10, "1;00000007;1"), 7);
 }
 
 TEST(BssService, ReadingIsTracedOnTheConsoleOnly) {

@@ -6,6 +6,7 @@
 #include <climits>
 
 #include "lifecycle/state.h"
+#include "lying_driver.h"
 #include "steer/steer_support.h"
 #include "support/gateway.h"
 #include "unit_support.h"
@@ -69,6 +70,29 @@ TEST(BtmEnable, DriverAndProfileAreSet) {
   EXPECT_EQ(enabled, 1);
   EXPECT_EQ(wlan_getBtmEnable(1, &enabled), 0);
   EXPECT_EQ(enabled, 0);
+}
+
+TEST(BtmEnable, OnlyTheNumberOneIsOn) {
+  const std::pair<std::string, int> cases[] = {
+      {std::string(1, '\0'), 0}, {"\x01", 1}, {"\x02", 0}, {"\xff", 0}};
+  for (const auto& [bytes, enabled] : cases) {
+    answer_object_with(0x494A, bytes);
+    int value = 99;
+    EXPECT_EQ(wlan_getBtmEnable(1, &value), 0);
+    EXPECT_EQ(value, enabled) << static_cast<unsigned>(static_cast<uint8_t>(bytes[0]));
+  }
+}
+
+TEST(BtmEnable, SwitchIsTracedAndTheMissingKeyAdded) {
+  drivers_inited = 1;
+  write_file(kProfile24, "Other=1\n");
+  switch_console_on();
+  const std::string output = output_of([] { EXPECT_EQ(wlan_setBtmEnable(1, 258), 0); });
+  EXPECT_TRUE(
+      output.ends_with("[REV-RPC] \033[40m\033[31;40mwlan_setBtmEnable\033[0m "
+                       "set BTM enable = 258 success. \n "))
+      << output;
+  EXPECT_EQ(read_file(kProfile24), "Other=1\nWNMEnable=258\n");
 }
 
 TEST(BtmEnable, ValueGoesOutAsOneByte) {

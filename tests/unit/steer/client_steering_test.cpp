@@ -149,6 +149,19 @@ TEST(TransitionRequest, IsTracedOnTheConsole) {
       << output;
 }
 
+TEST(TransitionRequest, IsTracedAsSentOnlyWithASocketAndBeforeTheDriverAnswers) {
+  bring_radios_up();
+  set_frame(kStation, "0a1b");
+  run("gwbox fail action_frame EIO");
+  switch_console_on();
+  const std::string refused = output_of([] { errors_of_steer(1, 1, -1); });
+  EXPECT_EQ(count_of(refused, "sent btm action, "), 1) << refused;
+  fail_system_call(SYS_socket, EMFILE);
+  const std::string output = output_of([] { errors_of_steer(1, 1, -1); });
+  EXPECT_TRUE(contains(output, "STEER STA: length = 2\n ")) << output;
+  EXPECT_FALSE(contains(output, "sent btm action")) << output;
+}
+
 TEST(TransitionRequest, BodyNeverOverrunsTheFrame) {
   bring_radios_up();
   const uint8_t mac[6] = {1, 2, 3, 4, 5, 6};
@@ -209,6 +222,28 @@ TEST(Disconnect, OutcomeOfTheCommandDoesNotMatterButTheStationMustBeNamed) {
   EXPECT_EQ(errors_of_steer(1, 0, -1), missing);
 }
 
+TEST(Disconnect, ShellThatCannotBeRunDoesNotMatter) {
+  drivers_inited = 1;
+  for (const char* profile : {kProfile24, kProfile5})
+    set_profile_value(profile, "HNCSteerSTAMac", kStation);
+  remove_key(kProfile5, "HNCSteerBlackListAction");
+  fail_system_call(SYS_wait4, ECHILD);
+  EXPECT_EQ(errors_of_steer(1, 3, 0), "");
+  EXPECT_EQ(errors_of_steer(9, 0, 0), "");
+}
+
+TEST(Disconnect, AddressHasAtMost18Characters) {
+  drivers_inited = 1;
+  note_commands();
+  set_profile_value(kProfile24, "HNCSteerSTAMac", std::string(18, 'a'));
+  EXPECT_EQ(errors_of_steer(1, 3, 0), "");
+  EXPECT_EQ(commands(), "iwpriv ra0 set DisConnectSta=aaaaaaaaaaaaaaaaaa\n");
+  set_profile_value(kProfile24, "HNCSteerSTAMac", std::string(19, 'a'));
+  EXPECT_TRUE(
+      errors_of_steer(1, 3, -1).ends_with(kError + "failed to steer STA, can't find STA mac\n "));
+  EXPECT_EQ(commands(), "");
+}
+
 struct blacklist_case {
   const char* action;
   const char* seconds;  // null: no such key
@@ -235,6 +270,35 @@ TEST(Blacklist, RecordCarriesActionAndTime) {
     EXPECT_EQ(member(request, "length"), "20");
     EXPECT_EQ(member(request, "bytes"), "02005e0000010000" + c.record) << c.action;
   }
+}
+
+TEST(Blacklist, LongNumbersAreReadUpTo256Characters) {
+  bring_radios_up();
+  const std::string zeros(255, '0');
+  set_profile_value(kProfile24, "HNCSteerSTAMac", kStation);
+  set_profile_value(kProfile24, "HNCSteerBlackListAction", zeros + "2");
+  set_profile_value(kProfile24, "HNCSteerBlackListTimer", zeros + "7");
+  EXPECT_EQ(errors_of_steer(1, 0, 0), "");
+  EXPECT_EQ(member(last_of("steer"), "bytes"), "02005e0000010000000000000200000007000000");
+  set_profile_value(kProfile24, "HNCSteerBlackListTimer", zeros + "07");
+  errors_of_steer(1, 0, 0);
+  EXPECT_EQ(member(last_of("steer"), "bytes"), "02005e0000010000000000000200000000000000");
+  set_profile_value(kProfile24, "HNCSteerBlackListAction", zeros + "02");
+  note_commands();
+  errors_of_steer(1, 0, 0);
+  EXPECT_TRUE(contains(commands(), "ACLAddEntry=")) << "no action was found";
+}
+
+TEST(Blacklist, ActionIsTraced) {
+  bring_radios_up();
+  set_profile_value(kProfile24, "HNCSteerSTAMac", kStation);
+  set_profile_value(kProfile24, "HNCSteerBlackListAction", "2");
+  switch_console_on();
+  const std::string output = output_of([] { errors_of_steer(1, 0, 0); });
+  EXPECT_TRUE(
+      output.ends_with("[REV-RPC] \033[40m\033[31;40mwlan_setHncSteerStaType\033[0m "
+                       "Steer STA type: 2\n "))
+      << output;
 }
 
 TEST(Blacklist, IllegalActionIsRefused) {

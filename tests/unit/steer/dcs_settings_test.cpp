@@ -9,6 +9,7 @@
 #include <climits>
 
 #include "datagram_daemon.h"
+#include "lifecycle/lifecycle_support.h"
 #include "support/gateway.h"
 #include "unit_support.h"
 
@@ -160,6 +161,38 @@ TEST(DcsSettings, ProfileThatCannotBeWrittenIsTracedAndTheDaemonTold) {
       << output;
   EXPECT_EQ(end_datagram_daemon(&daemon).size(), 2u);
   EXPECT_EQ(read_file(kProfile24), "Other=1\n");
+}
+
+TEST(DcsSettings, ValueInPlaceIsNoFailureAndToldAgain) {
+  datagram_daemon daemon;
+  start_daemon(&daemon);
+  switch_console_on();
+  const std::string output = output_of([] {
+    errors_of([] {
+      for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(wlan_setDCSOffChannelScanPeriod(1, 9), 0);
+        EXPECT_EQ(wlan_setDCSRSSIWeight(1, "9"), 0);
+      }
+    });
+  });
+  EXPECT_EQ(count_of(output, " is created\n"), 4) << output;
+  EXPECT_FALSE(contains(output, "failed to update")) << output;
+  EXPECT_EQ(end_datagram_daemon(&daemon).size(), 4u);
+}
+
+TEST(DcsSettings, SwitchesActThoughTheProfileCannotBeWritten) {
+  // What is looked at is the 2.4 GHz profile; an index from 9 on writes the other.
+  for (const char* key : {"MSODCSOn", "USERDCSOn", "RadioOn"})
+    set_profile_value(kProfile24, key, "1");
+  set_profile_value(kProfile24, "Channel", "0");
+  unlink(kProfile5);
+  note_commands();
+  for (int (*const set)(int index, int value) : {wlan_setMSODCSOn, wlan_setUSERDCSOn}) {
+    errors_of([&] { EXPECT_EQ(set(9, 1), 0); });
+    EXPECT_EQ(commands(), "dcs&\n");
+    errors_of([&] { EXPECT_EQ(set(9, 0), 0); });
+    EXPECT_TRUE(commands().starts_with("/bin/kill $(pgrep -f dcs"));
+  }
 }
 
 // What the bare text makes of a datagram.

@@ -33,6 +33,14 @@ TEST(NonAssocCapable, IsWhatTheDriverSays) {
   EXPECT_FALSE(contains(errors, "wlan_getNonAssocRptCapable")) << errors;
 }
 
+TEST(NonAssocCapable, IsTraced) {
+  switch_console_on();
+  int capable = 99;
+  EXPECT_EQ(output_of([&] { EXPECT_EQ(wlan_getNonAssocRptCapable(1, &capable), 0); }),
+            "[REV-RPC] \033[40m\033[31;40mwlan_getNonAssocRptCapable\033[0m "
+            "non associated STA report is capable. \n ");
+}
+
 TEST(NonAssocCapable, AnyOtherFailureIsOne) {
   run("gwbox fail nonassoc_capable EAGAIN");
   for (const int index : {1, 0, 17, -5, INT_MIN, INT_MAX}) {
@@ -61,6 +69,12 @@ TEST(NonAssocEnable, DriverIsSwitchedThenTheProfile) {
   EXPECT_EQ(wlan_setNonAssocRptEnable(1, 258), 0);
   EXPECT_EQ(member(last_of("nonassoc_enable"), "bytes"), "02");
   EXPECT_EQ(profile_value(kProfile24, "NonAssocRptEnable"), "258");
+}
+
+TEST(NonAssocEnable, MissingKeyIsAdded) {
+  write_file(kProfile24, "Other=1\n");
+  EXPECT_EQ(errors_of([] { EXPECT_EQ(wlan_setNonAssocRptEnable(1, 1), 0); }), "");
+  EXPECT_EQ(read_file(kProfile24), "Other=1\nNonAssocRptEnable=1\n");
 }
 
 TEST(NonAssocEnable, RefusalLeavesTheProfile) {
@@ -95,6 +109,33 @@ TEST(NonAssocEnable, GetterAnswersWhetherTheKeyIsThere) {
                        "enabled: 0\n "))
       << output;
   EXPECT_EQ(driver_requests().size(), 0u);
+}
+
+TEST(NonAssocEnable, LongValueIsReadUpTo256Characters) {
+  int enable = 99;
+  set_profile_value(kProfile24, "NonAssocRptEnable", std::string(255, '0') + "7");
+  EXPECT_EQ(wlan_getNonAssocRptEnable(1, &enable), 1);
+  EXPECT_EQ(enable, 7);
+  set_profile_value(kProfile24, "NonAssocRptEnable", std::string(256, '0') + "7");
+  errors_of([&] { EXPECT_EQ(wlan_getNonAssocRptEnable(1, &enable), 0); });
+  EXPECT_EQ(enable, 0);
+}
+
+TEST(NonAssocRequestMac, BufferEndsWithTheFirstCharacterOfTheText) {
+  watch_queries_of(kReport);
+  const std::pair<const char*, std::string> cases[] = {
+      {kProber, std::string("\x02\x00\x5e\x20\x00\x01"
+                            "0",
+                            7)},
+      {"f2:00:5e:20:00:01", std::string("\xf2\x00\x5e\x20\x00\x01"
+                                        "f",
+                                        7)},
+      {"", std::string(7, '\0')},
+  };
+  for (const auto& [text, buffer] : cases) {
+    EXPECT_EQ(wlan_setNonAssocRequestMac(1, text), 0);
+    EXPECT_EQ(watched_buffer(), buffer) << text;
+  }
 }
 
 TEST(NonAssocRequestMac, IsWrittenAndNamedToTheDriver) {
@@ -329,6 +370,10 @@ TEST(NonAssocReport, FailuresAreReported) {
                   EXPECT_EQ(wlan_getNonAssocRptTable(index, &answer), -1);
                 }).ends_with(kReportError + "get non assco report table, ioctl failed. \n "));
   }
+  set_profile_value(kProfile24, "NonAssocReqMac", "02:00:5e:20:00:01xy");
+  EXPECT_TRUE(errors_of([&] {
+                EXPECT_EQ(wlan_getNonAssocRptTable(1, &answer), -1);
+              }).ends_with(kReportError + "failed to get NonAssocReqMac from wifi profile. \n "));
   remove_key(kProfile24, "NonAssocReqMac");
   EXPECT_EQ(errors_of([&] { EXPECT_EQ(wlan_getNonAssocRptTable(1, &answer), -1); }),
             kReportError + "failed to get NonAssocReqMac from wifi profile. \n ");

@@ -1,8 +1,10 @@
 #include "steer/steer_events.h"
 
 #include <gtest/gtest.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <climits>
 
 #include "datagram_daemon.h"
@@ -169,9 +171,27 @@ TEST(SteerEvents, WithoutADaemonOrItsReplyItFails) {
   EXPECT_EQ(open_descriptors(), before);
 }
 
+TEST(SteerEvents, RequestThatCannotBeSentFailsAtOnce) {
+  const int before = open_descriptors();
+  const int stuck = start_stuck_daemon(kDaemon);
+  outcome result = {};
+  EXPECT_LT(seconds_of([&] { result = ask(1); }), 1.0) << "an answer was waited for";
+  EXPECT_EQ(result.status, -1);
+  EXPECT_EQ(result.report, std::string(1156, '\0'));
+  EXPECT_EQ(result.errors, kReported + "request message failed.\n");
+  close(stuck);
+  const int vanished = listen_on(kDaemon);
+  fail_system_call(SYS_sendto, ECONNREFUSED);
+  EXPECT_LT(seconds_of([&] { result = ask(1); }), 1.0) << "an answer was waited for";
+  EXPECT_EQ(result.status, -1);
+  EXPECT_EQ(result.errors, kReported + "request message failed.\n");
+  close(vanished);
+  EXPECT_EQ(open_descriptors(), before);
+}
+
 TEST(SteerEvents, EntriesAreTracedWithTheirTimeInUtc) {
   switch_console_on();
-  setenv("TZ", "Asia/Tokyo", 1);
+  setenv("TZ", "JST-9", 1);
   datagram_daemon daemon;
   // 2001-09-09 01:46:40, and one second after 2038-01-19 03:14:07.
   start_datagram_daemon(kDaemon,

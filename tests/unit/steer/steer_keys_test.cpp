@@ -195,6 +195,9 @@ TEST(SteerKeys, NumberGettersReportAMissingKey) {
     remove_key(kProfile24, row.key);
     EXPECT_EQ(errors_of([&] { EXPECT_EQ(row.get(1, &value), -1); }),
               rev_error_prefix(row.name) + row.message);
+    set_profile_value(kProfile5, row.key, std::string(256, '0') + "7");
+    const std::string errors = errors_of([&] { EXPECT_EQ(row.get(9, &value), -1); });
+    EXPECT_TRUE(errors.ends_with(rev_error_prefix(row.name) + row.message)) << errors;
     EXPECT_EQ(value, 99);
   }
 }
