@@ -49,12 +49,13 @@ static const char* objection(const request& wanted, bool with_index) {
   return nullptr;
 }
 
-// The next request of an argument list; false at its end.
-static bool next_request(bool with_index, va_list list, request* wanted) {
-  wanted->key = va_arg(list, const char*);
+// The next request of an argument list; false at its end. A va_list passed by
+// itself is a copy on most processors: the caller's would not move on.
+static bool next_request(bool with_index, va_list* list, request* wanted) {
+  wanted->key = va_arg(*list, const char*);
   if (*wanted->key == '\0') return false;
-  wanted->index = with_index ? va_arg(list, int) : 0;
-  wanted->value = va_arg(list, const char*);
+  wanted->index = with_index ? va_arg(*list, int) : 0;
+  wanted->value = va_arg(*list, const char*);
   return true;
 }
 
@@ -64,7 +65,7 @@ static bool count_requests(update* work, va_list list) {
   va_copy(walk, list);
   request wanted;
   bool valid = true;
-  while (valid && next_request(work->with_index, walk, &wanted)) {
+  while (valid && next_request(work->with_index, &walk, &wanted)) {
     ++work->request_count;
     valid = wanted.index >= 0;
   }
@@ -74,17 +75,25 @@ static bool count_requests(update* work, va_list list) {
   return false;
 }
 
-// Takes the requests over. False for one that cannot be stored, reported.
+// False for a request that cannot be stored, reported.
+static bool accept_request(const update& work, const request& wanted) {
+  trace_rpc(work.name, "%s: param:%s[%d]=%s\n", work.name, wanted.key, wanted.index, wanted.value);
+  const char* reason = objection(wanted, work.with_index);
+  if (reason == nullptr) return true;
+  trace_rpc_error(work.name, "%s refused: %s\n", wanted.key, reason);
+  return false;
+}
+
+// Takes the requests over. False for one that cannot be stored.
 static bool take_requests(update* work, va_list list) {
-  for (request* wanted = work->requests; next_request(work->with_index, list, wanted); ++wanted) {
-    trace_rpc(work->name, "%s: param:%s[%d]=%s\n", work->name, wanted->key, wanted->index,
-              wanted->value);
-    const char* reason = objection(*wanted, work->with_index);
-    if (reason == nullptr) continue;
-    trace_rpc_error(work->name, "%s refused: %s\n", wanted->key, reason);
-    return false;
-  }
-  return true;
+  va_list walk;
+  va_copy(walk, list);
+  request* wanted = work->requests;
+  bool accepted = true;
+  while (accepted && next_request(work->with_index, &walk, wanted))
+    accepted = accept_request(*work, *wanted++);
+  va_end(walk);
+  return accepted;
 }
 
 static const request* match(const update& work, std::string_view key) {
