@@ -5,11 +5,14 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 
 static constexpr mode_t kNewFileMode = 0666;
 static constexpr mode_t kPrivateMode = 0600;
+// One byte more has to fit a size_t of 32 bits.
+static constexpr off_t kLargest = INT32_MAX;
 
 // Closes on a failing path without losing the reason.
 static bool fail_closing(int file) {
@@ -53,6 +56,10 @@ static bool read_open_file(int file, file_image* image) {
   image->owner = status.st_uid;
   image->group = status.st_gid;
   if (status.st_nlink > 1) image->renameable = false;
+  if (status.st_size > kLargest) {
+    errno = EFBIG;
+    return false;
+  }
   const size_t size = static_cast<size_t>(status.st_size);
   image->data = static_cast<char*>(malloc(size + 1));
   if (image->data == nullptr) return false;

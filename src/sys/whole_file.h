@@ -20,7 +20,7 @@ struct file_image {
 };
 
 // Reads a regular file; anything else is refused with EINVAL, so that a FIFO in
-// its place cannot block the reader.
+// its place cannot block the reader, and 2 GiB or more with EFBIG.
 [[nodiscard]] bool file_read(const char* path, file_image* image);
 void file_release(file_image* image);
 

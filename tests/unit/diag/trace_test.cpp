@@ -126,6 +126,18 @@ TEST(Log, RotatedOneByteAboveTheThresholdReplacingTheBackup) {
   EXPECT_EQ(after_stamp(read_file(kLog)), "line\n");
 }
 
+// Its size as 32 bits with a sign is below the threshold.
+TEST(Log, ThreeGigabytesAreNotRotatedAndGoOnGrowing) {
+  switch_log_on();
+  write_file(kLog, "");
+  ASSERT_EQ(truncate(kLog, 0xC0000000LL), 0);
+  EXPECT_EQ(logToFile("line\n"), 0);
+  EXPECT_FALSE(exists(kBackup));
+  struct stat status = {};
+  ASSERT_EQ(stat(kLog, &status), 0);
+  EXPECT_EQ(status.st_size, 0xC0000000LL + 32);
+}
+
 TEST(Log, TimeThatCannotBeFormattedIsTheWordNull) {
   char stamp[kTimeStampSize];
   log_time_stamp(nullptr, stamp);

@@ -265,6 +265,11 @@ TEST(HneTables, RecordIsTracedBeforeTheControllerIsLookedFor) {
     output = output_of([&] { EXPECT_EQ(hnc_setSupportedHneTableEntry(9, &record), -1); });
   });
   EXPECT_TRUE(contains(output, "{UpDateTime= 0 |Thu Jan  1 00:00:00 1970|} \n")) << output;
+  record.update_time = 4102444800;
+  errors_of([&] {
+    output = output_of([&] { EXPECT_EQ(hnc_setSupportedHneTableEntry(9, &record), -1); });
+  });
+  EXPECT_TRUE(contains(output, "{UpDateTime= -192522496 |Fri Jan  1 00:00:00 2100|} \n")) << output;
 }
 
 TEST(HneTables, TraceStaysInsideFieldsWithoutATerminator) {

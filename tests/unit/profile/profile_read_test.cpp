@@ -149,6 +149,17 @@ TEST(ProfileRead, DirectoryInPlaceOfTheProfileIsNotReadable) {
   errors_of([&] { EXPECT_EQ(wifiprofile_getParam(kProfile24, "Key", buffer, 15), 0); });
 }
 
+TEST(ProfileRead, ProfileOfTwoGigabytesOrMoreIsRefused) {
+  for (const int64_t size : {0x80000000LL, 0xFFFFFFFFLL, 0x100000000LL}) {
+    write_file(kProfile24, "Key=1\n");
+    ASSERT_EQ(truncate(kProfile24, size), 0);
+    char buffer[16];
+    const std::string errors =
+        errors_of([&] { EXPECT_EQ(wifiprofile_getParam(kProfile24, "Key", buffer, 15), 0); });
+    EXPECT_TRUE(errors.ends_with("wifiprofile_getParam fopen: File too large\n")) << errors;
+  }
+}
+
 TEST(ProfileRead, LockFileIsMadeForTheBandOfThePath) {
   value_in("Key=1\n", "Key");
   EXPECT_TRUE(exists(kLock24));
