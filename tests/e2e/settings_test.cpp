@@ -133,7 +133,7 @@ TEST(SetKeyPassphrase, WritesItsKeyWhateverTheKeyIndex) {
 TEST(Backhaul, HostIsToldOfABackhaulBssOnlyAndWithTheKindOfSetting) {
   const std::string profile = with_line(read_file(kProfile24), "BSSHNCService", "0;7;3;0;0;0;0;0");
   write_file(kProfile24, profile);
-  start_daemon({std::string("LD_LIBRARY_PATH=") + HOST_LIBRARY_DIR});
+  start_daemon({"LD_LIBRARY_PATH=" + host_library_directory()});
   EXPECT_EQ(set_ssid(1, "front"), 0);
   EXPECT_EQ(set_ssid(3, "other"), 0);
   EXPECT_FALSE(exists("/tmp/host_calls"));

@@ -162,7 +162,7 @@ TEST(Descriptors, EveryOneOfTheChildClosesOnExec) {
 }
 
 TEST(Descriptors, ClosedStandardStreamsAreNotTakenBySockets) {
-  run("wificonfd <&- >&- 2>&- &");
+  run(daemon_path() + " <&- >&- 2>&- &");
   ASSERT_TRUE(wait_until(daemon_answers));
   for (const std::string& pid : {run("pgrep -o wificonfd"), run("pgrep -n wificonfd")}) {
     for (int stream = 0; stream <= 2; ++stream) {

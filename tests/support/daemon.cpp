@@ -15,6 +15,19 @@
 static constexpr char kOutput[] = "/tmp/daemon.out";
 static constexpr char kErrors[] = "/tmp/daemon.err";
 
+static std::string in_build(const char* path) {
+  const char* build = getenv("WIFICONFD_BUILD");
+  return std::string(build != nullptr ? build : BUILD_DIRECTORY) + path;
+}
+
+std::string daemon_path() {
+  return in_build("/wificonfd");
+}
+
+std::string host_library_directory() {
+  return in_build("/tests/host");
+}
+
 static void redirect(int stream, const char* path) {
   const int file = open(path, O_WRONLY | O_CREAT | O_APPEND, 0644);
   dup2(file, stream);
@@ -47,7 +60,7 @@ static pid_t fork_daemon() {
 pid_t start_supervisor_through(const std::string& before) {
   const pid_t pid = fork_daemon();
   if (pid != 0) return pid;
-  execl("/bin/bash", "bash", "-c", (before + WIFICONFD_PATH).c_str(), nullptr);
+  execl("/bin/bash", "bash", "-c", (before + daemon_path()).c_str(), nullptr);
   _exit(127);
 }
 
@@ -56,7 +69,7 @@ pid_t start_supervisor(const std::vector<std::string>& environment) {
   if (pid != 0) return pid;
   for (const std::string& setting : environment)
     putenv(strdup(setting.c_str()));
-  execl(WIFICONFD_PATH, "wificonfd", nullptr);
+  execl(daemon_path().c_str(), "wificonfd", nullptr);
   _exit(127);
 }
 

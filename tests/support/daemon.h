@@ -7,6 +7,14 @@
 
 // The real daemon, for tests inside the simulated gateway. What it prints goes
 // to /tmp/daemon.out and /tmp/daemon.err.
+//
+// It is the daemon of the tests' own build, or that of the build directory that
+// the environment variable WIFICONFD_BUILD names: one for another processor.
+
+std::string daemon_path();
+
+// Where that build's stand-in for the host's library is.
+std::string host_library_directory();
 
 // Starts wificonfd with further environment ("NAME=value") and returns the
 // supervisor's pid without waiting for the service.

@@ -135,13 +135,18 @@ static std::string whole_call(const std::string& line, std::map<std::string, std
   return end == text.npos ? text : text.erase(end + 1, result - end - 1);
 }
 
-// Takes out what differs from run to run: descriptors, addresses and indexes.
+static constexpr size_t kAddressWidth = 10;  // "0x" and 8 digits, of a 32-bit daemon
+
+// Takes out what differs from run to run, descriptors, addresses and indexes,
+// and how a 32-bit daemon opens files.
 static std::string without_numbers(std::string text) {
-  for (size_t at = text.find("0x7"); at != text.npos; at = text.find("0x7")) {
+  static const std::string large = "|O_LARGEFILE";
+  if (const size_t at = text.find(large); at != text.npos) text.erase(at, large.size());
+  for (size_t at = text.find("0x"); at != text.npos; at = text.find("0x", at + 2)) {
     size_t end = at + 2;
     while (end < text.size() && isxdigit(static_cast<unsigned char>(text[end])))
       ++end;
-    text.replace(at, end - at, "ADDRESS");
+    if (end - at >= kAddressWidth) text.replace(at, end - at, "ADDRESS");
   }
   const size_t index = text.find("ifr_ifindex=");
   if (index != text.npos) text.replace(index, text.find('}', index) - index, "ifr_ifindex=INDEX");

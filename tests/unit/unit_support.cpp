@@ -3,11 +3,13 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <linux/filter.h>
+#include <linux/net.h>
 #include <linux/seccomp.h>
 #include <sys/file.h>
 #include <sys/mount.h>
 #include <sys/prctl.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -74,7 +76,23 @@ static void install(sock_filter* filter, unsigned short length) {
   ASSERT_EQ(prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program), 0);
 }
 
+#ifdef __i386__
+// glibc makes these through one call, whose first argument tells which is meant.
+static constexpr struct {
+  long number;
+  unsigned within;
+} kSocketCalls[] = {{SYS_socket, SYS_SOCKET},
+                    {SYS_sendto, SYS_SENDTO},
+                    {SYS_sendto, SYS_SEND},
+                    {SYS_setsockopt, SYS_SETSOCKOPT}};
+#endif
+
 void fail_system_call(long number, int error) {
+#ifdef __i386__
+  for (const auto& call : kSocketCalls) {
+    if (call.number == number) fail_system_call_if(SYS_socketcall, 0, call.within, error);
+  }
+#endif
   sock_filter filter[] = {
       BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
       BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, static_cast<unsigned>(number), 0, 1),
