@@ -6,8 +6,9 @@
 
 namespace {
 
-constexpr double kShortest = 0.01;
-constexpr double kLongest = 86400;
+// In milliseconds: whole numbers are the same in registers of any width.
+constexpr double kShortest = 10;
+constexpr double kLongest = 86400e3;
 
 bool parse_count(const std::string& text, unsigned long* count) {
   if (text.empty() || text.find_first_not_of("0123456789") != std::string::npos) return false;
@@ -37,6 +38,7 @@ bool settings_parse_time(const std::string& text, double* seconds) {
   const double number = strtod(text.c_str(), &end);
   const std::string unit = end;
   if (end == text.c_str() || (unit != "" && unit != "s" && unit != "ms")) return false;
-  *seconds = unit == "ms" ? number / 1000 : number;
-  return *seconds >= kShortest && *seconds <= kLongest;
+  const double milliseconds = unit == "ms" ? number : number * 1000;
+  *seconds = milliseconds / 1000;
+  return milliseconds >= kShortest && milliseconds <= kLongest;
 }

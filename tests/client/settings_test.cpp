@@ -9,6 +9,8 @@ TEST(Settings, TimesOfOneHundredthOfASecondToADay) {
   EXPECT_TRUE(settings_parse_time("1s", &seconds) && seconds == 1);
   EXPECT_TRUE(settings_parse_time("500ms", &seconds) && seconds == 0.5);
   EXPECT_TRUE(settings_parse_time("2.5", &seconds) && seconds == 2.5);
+  EXPECT_TRUE(settings_parse_time("10ms", &seconds) && seconds == 0.01);
+  EXPECT_TRUE(settings_parse_time("0.01", &seconds) && settings_parse_time("86400", &seconds));
   for (const char* text : {"", "s", "1m", "1 s", "0", "-1", "9ms", "86401", "nan", "inf"})
     EXPECT_FALSE(settings_parse_time(text, &seconds)) << text;
 }
