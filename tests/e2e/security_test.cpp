@@ -117,7 +117,7 @@ TEST(Security, SettersShowTheirInput) {
 
 TEST(Security, HostOfABackhaulBssIsToldOfAuthenticationAndAdvertisement) {
   set_profile_value(kProfile24, "BSSHNCService", "0;7;3;0;0;0;0;0");
-  start_daemon({std::string("LD_LIBRARY_PATH=") + HOST_LIBRARY_DIR});
+  start_daemon({"LD_LIBRARY_PATH=" + host_library_directory()});
   set_text(kSetWpaAuthentication, 2, "WPA2PSK");
   set_text(kSetBasicAuthentication, 2, "None");
   set_text(kSetBasicAuthentication, 2, "EAPAuthentication");
