@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <string_view>
+#include <iterator>
 
 #include "diag/trace.h"
 #include "rpc/handlers.h"
@@ -84,23 +84,16 @@ static const procedure* find_procedure(uint32_t number) {
   return usable ? found : nullptr;
 }
 
-// The procedures on supported extenders and firmware updates are traced before
-// their argument is decoded, and their stubs on entry; no other one is.
-static bool traced(std::string_view name) {
-  if (name == "HNC_GET_UPDATEFW_ENABLE") return false;
-  return name.starts_with("HNC_GET_SUPPORTEDHNE") || name.starts_with("HNC_SET_SUPPORTEDHNE") ||
-         name.starts_with("HNC_GET_UPDATEFW_") || name.starts_with("HNC_SET_UPDATEFW_");
-}
-
 int wlan_config_rpc_prog_1_freeresult(SVCXPRT*, xdrproc_t result_encoder, void* result) {
   xdr_free(result_encoder, result);
   return 1;
 }
 
-static void answer(const procedure& row, void* argument, svc_req* request, SVCXPRT* transport) {
+static void answer(const procedure& row, const stub_trace* trace, void* argument, svc_req* request,
+                   SVCXPRT* transport) {
   result_area result;
   memset(&result, 0, sizeof result);
-  int send_reply = traced(row.name) ? trace_stub(row.stub_name, argument) : 1;
+  int send_reply = trace != nullptr ? trace_stub(*trace, row.stub_name, argument) : 1;
   if (send_reply > 0) send_reply = row.stub(argument, &result, request);
   if (send_reply > 0 && !svc_sendreply(transport, row.result_encoder, &result)) {
     svcerr_systemerr(transport);
@@ -124,7 +117,8 @@ void wlan_config_rpc_prog_1(svc_req* request, SVCXPRT* transport) {
     svcerr_noproc(transport);
     return;
   }
-  if (traced(row->name)) {
+  const stub_trace* trace = find_stub_trace(row->number);
+  if (trace != nullptr) {
     RPC_TRACE("DEBUG >>>>>>>>>>>>>>>>>>>>>>>>> case %s \n", row->name);
   }
   alignas(std::max_align_t) char argument[kArgumentMax];
@@ -135,5 +129,5 @@ void wlan_config_rpc_prog_1(svc_req* request, SVCXPRT* transport) {
     xdr_free(row->argument_decoder, argument);
     return;
   }
-  answer(*row, argument, request, transport);
+  answer(*row, trace, argument, request, transport);
 }

@@ -9,8 +9,8 @@ constexpr unsigned long kVersion = 1;
 // The service routine: answers one request of any procedure number. Three
 // failures never mix: an undecodable argument is answered "garbage arguments",
 // a reply that cannot be sent "system error", and the back end's status travels
-// inside the reply. A number that is not in the table, or whose back end is not
-// built, is answered "procedure unavailable".
+// inside the reply. A number that is not in the table is answered "procedure
+// unavailable".
 void wlan_config_rpc_prog_1(svc_req* request, SVCXPRT* transport);
 
 // Frees what a handler packed. Returns 1.

@@ -1,6 +1,7 @@
 #include "rpc/dispatch.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstring>
@@ -19,6 +20,7 @@ static constexpr uint32_t kGetChannel = 16;
 static constexpr uint32_t kGetStandard = 27;
 static constexpr uint32_t kCheckAlive = 0x010000A8;
 static constexpr uint32_t kSetLed = 0x01000082;
+static constexpr uint32_t kSetUrl = 0x01000055;
 
 TEST(Dispatch, ProcedureZeroIsAnsweredEmptyWithoutATrace) {
   switch_log_on();
@@ -135,6 +137,71 @@ TEST(Dispatch, UndecodableArgumentReachesNoHandler) {
   EXPECT_EQ(call.releases, 0);
   EXPECT_EQ(logged(), "");
   EXPECT_EQ(read_file(kProfile24), "SSID3=old\n");
+}
+
+// The procedures that are traced.
+
+static constexpr char kArrows[] = "DEBUG >>>>>>>>>>>>>>>>>>>>>>>>> ";
+
+TEST(Dispatch, TracedProcedureIsNamedBeforeItsArgumentIsDecoded) {
+  switch_log_on();
+  const std::string named = std::string(kArrows) + "case HNC_SET_UPDATEFW_URL \n";
+  std::string log_at_decoding;
+  fake_call call;
+  call.argument = word(3) + word(100) + "too short";
+  call.before_decoding = [&] { log_at_decoding = logged(); };
+  dispatch(kSetUrl, &call);
+  EXPECT_EQ(log_at_decoding, named);
+  ASSERT_EQ(call.replies.size(), 1u);
+  EXPECT_EQ(call.replies[0].status, GARBAGE_ARGS);
+  EXPECT_EQ(logged(), named);
+}
+
+namespace {
+
+struct text_setter {
+  uint32_t number;
+  const char* procedure;
+  const char* stub;
+};
+
+}  // namespace
+
+static constexpr text_setter kTextSetters[] = {
+    {0x01000055, "HNC_SET_UPDATEFW_URL", "_hnc_set_updatefw_url_1"},
+    {0x01000057, "HNC_SET_UPDATEFW_FILENAME", "_hnc_set_updatefw_filename_1"},
+    {0x01000059, "HNC_SET_UPDATEFW_USERNAME", "_hnc_set_updatefw_username_1"},
+    {0x0100005B, "HNC_SET_UPDATEFW_PASSWORD", "_hnc_set_updatefw_password_1"},
+    {0x0100005D, "HNC_SET_UPDATEFW_TIME", "_hnc_set_updatefw_time_1"},
+    {0x01000065, "HNC_SET_SUPPORTEDHNEMANUFACTURER", "_hnc_set_supportedhnemanufacturer_1"},
+    {0x01000067, "HNC_SET_SUPPORTEDHNEMODELNAME", "_hnc_set_supportedhnemodelname_1"},
+    {0x01000069, "HNC_SET_SUPPORTEDHNEMODELNUMBER", "_hnc_set_supportedhnemodelnumber_1"},
+};
+
+// Returns what the call with a text that is a null pointer logs.
+static std::string log_of_absent_text(const text_setter& setter) {
+  const size_t start = logged().size();
+  fake_call call;
+  call.decodes_nothing = true;
+  dispatch(setter.number, &call);
+  EXPECT_TRUE(call.replies.empty()) << setter.procedure;
+  EXPECT_EQ(call.releases, 1) << setter.procedure;
+  return logged().substr(start);
+}
+
+TEST(Dispatch, AbsentTextReachesNoHandlerAndGetsNoReply) {
+  EXPECT_EQ(log_of_absent_text(kTextSetters[0]), "");
+  switch_log_on();
+  for (const text_setter& setter : kTextSetters) {
+    EXPECT_EQ(log_of_absent_text(setter), std::string(kArrows) + "case " + setter.procedure +
+                                              " \nDEBUG:DEBUG: >>>>>>>>>>>>>>>>>>>>>>>>> " +
+                                              setter.stub + ". \n" + kArrows +
+                                              "Pointer is NULL in " + setter.stub + " func. \n");
+  }
+  // The log cannot be written: -1, which is no reply either.
+  unlink("/tmp/auto_debug/dbg_rpc.log");
+  ASSERT_EQ(mkdir("/tmp/auto_debug/dbg_rpc.log", 0755), 0);
+  EXPECT_EQ(log_of_absent_text(kTextSetters[0]), "");
 }
 
 TEST(Dispatch, NulInsideATextIsGarbage) {

@@ -2,6 +2,7 @@
 
 #include <rpc/rpc.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -49,6 +50,8 @@ struct fake_call {
   std::string argument;          // what the request carries behind its header
   int failing_replies = 0;       // so many of the first replies cannot be sent
   bool failing_release = false;  // freeing the argument fails
+  bool decodes_nothing = false;  // decoding succeeds, and leaves the area as it is
+  std::function<void()> before_decoding = [] {};
   // The outcome.
   struct reply {
     accept_stat status;
