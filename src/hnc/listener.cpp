@@ -15,10 +15,6 @@
 const char* HOST_IP = "192.168.254.254";
 const uint16_t HOST_PORT = 4567;
 
-size_t hnc_answer_length(const hnc_reply& reply) {
-  return strnlen(reply.value, sizeof reply.value - 1);
-}
-
 static int open_socket() {
   const int sock = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
   if (sock >= 0) return sock;
@@ -43,7 +39,7 @@ static int receive_reply(int sock, sockaddr_in* peer, hnc_reply* reply) {
     return -1;
   }
   trace_rev("sendMessage", ">>>>>>>>>>>>>>>>>>>sendMessage function: Received Response %.*s\n",
-            static_cast<int>(hnc_answer_length(*reply)), reply->value);
+            static_cast<int>(sizeof reply->value - 1), reply->value);
   return 0;
 }
 

@@ -64,7 +64,7 @@ static_assert(offsetof(hnc_request, supported) == 264);
 constexpr int32_t kHncTableError = -1;
 
 struct hnc_reply {
-  char value[132];  // text of a simple get; see hnc_answer_length
+  char value[132];  // text of a simple get; may lack its terminator: at most 131 bytes
   hnc_hne hne;
   hnc_supported_hne supported;
   int32_t table_error;  // kHncTableError: no such row
@@ -87,6 +87,3 @@ extern const uint16_t HOST_PORT;
 // status 1 after a message on standard error.
 [[nodiscard]] int sendMessage(const char* host, uint16_t port, const hnc_request* request,
                               hnc_reply* reply);
-
-// Length of the reply's value, which may lack its terminator: at most 131.
-[[nodiscard]] size_t hnc_answer_length(const hnc_reply& reply);

@@ -3,7 +3,7 @@
 #include <cstdint>
 
 // Reading a file of the box in pieces, for a management stack that fetches one.
-// No procedure offers it yet.
+// No procedure offers it.
 
 constexpr uint32_t kRemoteFilePiece = 7936;
 

@@ -1,7 +1,5 @@
 #include "hnc/settings.h"
 
-#include <algorithm>
-#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -23,51 +21,42 @@ struct setting {
 constexpr hnc_reports kReportALL = {":", true};
 constexpr hnc_reports kReportNOT_RUNNING = {":", false};
 constexpr hnc_reports kReportNOTHING = {nullptr, false};
-constexpr bool kTextCHECKED = true;
-constexpr bool kTextGIVEN = false;
+constexpr bool kNullCHECKED = true;
+constexpr bool kNullUNCHECKED = false;
 
 #define HNC_GETTER(name, key, type, instance, get, filler) \
-  constexpr setting k##name = {key, kReport##get, filler, kReportNOTHING, false};
-#define HNC_PAIR(name, key, type, instance, get, filler, set, text) \
-  constexpr setting k##name = {key, kReport##get, filler, kReport##set, kText##text};
+  constexpr setting k##name = {key, kReport##get, filler, kReportNOTHING, kNullUNCHECKED};
+#define HNC_PAIR(name, key, type, instance, get, filler, set) \
+  constexpr setting k##name = {key, kReport##get, filler, kReport##set, kNullUNCHECKED};
+#define HNC_TEXT(name, key, null) \
+  constexpr setting k##name = {key, kReportNOTHING, "", kReportNOTHING, kNull##null};
 #include "hnc/settings.def"
-
-// The text of an answer.
-struct answer {
-  char text[sizeof(hnc_reply::value)];
-};
 
 }  // namespace
 
-static bool ask(const char* caller, const setting& row, int index, answer* out) {
+// Leaves the answer in reply->value, with a terminator.
+static bool ask(const char* caller, const setting& row, int index, hnc_reply* reply) {
   trace_rev(caller, "%s entered\n", caller);
   hnc_request request = hnc_make_request(kHncGet, row.key, static_cast<uint32_t>(index));
   hnc_put_text(request.value, row.filler);
-  hnc_reply reply = {};
-  if (!hnc_exchange(caller, row.get, request, &reply)) return false;
-  *out = {};
-  memcpy(out->text, reply.value, hnc_answer_length(reply));
+  if (!hnc_exchange(caller, row.get, request, reply)) return false;
+  reply->value[sizeof reply->value - 1] = '\0';
   return true;
 }
 
 static int get_FLAG(const char* caller, const setting& row, int index, int* result) {
-  answer got;
-  if (!ask(caller, row, index, &got)) return -1;
-  *result = got.text[0] == '1' ? 1 : 0;
+  hnc_reply reply = {};
+  if (!ask(caller, row, index, &reply)) return -1;
+  *result = reply.value[0] == '1' ? 1 : 0;
   trace_rev(caller, "%s:%s %d\n", caller, row.key, *result);
   return 0;
 }
 
-// Saturates, which atoi does only where a long is no wider than an int.
-static int number_of(const char* text) {
-  return static_cast<int>(std::clamp<long>(strtol(text, nullptr, 10), INT_MIN, INT_MAX));
-}
-
 static int get_INTEGER(const char* caller, const setting& row, int index, int* result) {
-  answer got;
-  if (!ask(caller, row, index, &got)) return -1;
-  *result = number_of(got.text);
-  trace_rev(caller, "%s -------------------> Received %s %d Response \n", caller, got.text,
+  hnc_reply reply = {};
+  if (!ask(caller, row, index, &reply)) return -1;
+  *result = atoi(reply.value);
+  trace_rev(caller, "%s -------------------> Received %s %d Response \n", caller, reply.value,
             *result);
   trace_rev(caller, "%s:%s %d\n", caller, row.key, *result);
   trace_rev(caller, "%s >>>>>>>>>>>>>>>>>>>>>>>>>>>> Returning %d\n", caller, *result);
@@ -75,14 +64,14 @@ static int get_INTEGER(const char* caller, const setting& row, int index, int* r
 }
 
 static int get_TEXT(const char* caller, const setting& row, int index, char* result) {
-  answer got;
-  if (!ask(caller, row, index, &got)) return -1;
-  memcpy(result, got.text, strlen(got.text));
-  trace_rev(caller, "%s:%s %s\n", caller, row.key, got.text);
+  hnc_reply reply = {};
+  if (!ask(caller, row, index, &reply)) return -1;
+  memcpy(result, reply.value, strlen(reply.value));
+  trace_rev(caller, "%s:%s %s\n", caller, row.key, reply.value);
   return 0;
 }
 
-static int set_TEXT(const char* caller, const setting& row, int index, const char* value) {
+static int set_value(const char* caller, const setting& row, int index, const char* value) {
   if (row.null_checked && value == nullptr) {
     trace_rev(caller, "DEBUG >>>>>>>>>>>>>>>>>>>>>>>>> Pointer is NULL in %s func. \n", caller);
     return -1;
@@ -94,32 +83,25 @@ static int set_TEXT(const char* caller, const setting& row, int index, const cha
   return hnc_exchange(caller, row.set, request, &reply) ? 0 : -1;
 }
 
-static int set_INTEGER(const char* caller, const setting& row, int index, int value) {
+// A number or a flag.
+static int set_value(const char* caller, const setting& row, int index, int value) {
   char text[16];
   snprintf(text, sizeof text, "%d", value);
-  return set_TEXT(caller, row, index, text);
+  return set_value(caller, row, index, text);
 }
 
-static int set_FLAG(const char* caller, const setting& row, int index, int value) {
-  return set_INTEGER(caller, row, index, value);
-}
-
-#define HNC_ARGUMENT_UNUSED int /*instance*/,
-#define HNC_PARAMETER_SENT HNC_ARGUMENT_SENT
-#define HNC_PARAMETER_IGNORED HNC_ARGUMENT_UNUSED
-#define HNC_PARAMETER_NONE
 #define HNC_INDEX_SENT instance
 #define HNC_INDEX_IGNORED 0
 #define HNC_INDEX_NONE 0
 
 #define HNC_GETTER(name, key, type, instance, ...)                      \
-  int hnc_get##name(HNC_PARAMETER_##instance HNC_RESULT_##type) {       \
+  int hnc_get##name(HNC_ARGUMENT_##instance HNC_RESULT_##type) {        \
     return get_##type(__func__, k##name, HNC_INDEX_##instance, result); \
   }
-#define HNC_PAIR(name, key, type, instance, ...)                       \
-  HNC_GETTER(name, key, type, instance, __VA_ARGS__)                   \
-  int hnc_set##name(HNC_PARAMETER_##instance HNC_VALUE_##type) {       \
-    return set_##type(__func__, k##name, HNC_INDEX_##instance, value); \
+#define HNC_PAIR(name, key, type, instance, ...)                      \
+  HNC_GETTER(name, key, type, instance, __VA_ARGS__)                  \
+  int hnc_set##name(HNC_ARGUMENT_##instance HNC_VALUE_##type) {       \
+    return set_value(__func__, k##name, HNC_INDEX_##instance, value); \
   }
 #include "hnc/settings.def"
 

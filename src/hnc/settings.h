@@ -14,10 +14,11 @@
 // makes of it. An empty answer is a success: 0 or an empty text.
 //
 // A setter does not look at the reply: a value that the listener refuses is not
-// noticed. Texts are cut to 127 bytes.
+// noticed. Texts are cut to 127 bytes. A null text is answered -1 and nothing is
+// sent where the row is CHECKED; the others must not be given one.
 
 #define HNC_ARGUMENT_SENT int instance,
-#define HNC_ARGUMENT_IGNORED int instance,
+#define HNC_ARGUMENT_IGNORED [[maybe_unused]] int instance,
 #define HNC_ARGUMENT_NONE
 #define HNC_RESULT_FLAG int* result
 #define HNC_RESULT_INTEGER int* result

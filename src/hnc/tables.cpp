@@ -44,7 +44,8 @@ int hnc_setHneDeviceName(unsigned row, const char* name) {
   return reply.table_error != kHncTableError ? 0 : -1;
 }
 
-// The texts may fill their fields.
+// The texts may fill their fields. The time is asctime's without its line end, so
+// that a message stays one line.
 static void trace_record(const char* caller, unsigned row, const hnc_supported_hne& record) {
   if (!console_trace_on()) return;
   const time_t when = record.update_time;

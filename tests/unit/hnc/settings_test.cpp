@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "hnc/listener.h"
+#include "lifecycle/lifecycle_support.h"
 #include "support/hnc_listener.h"
 #include "unit_support.h"
 
@@ -206,10 +207,14 @@ TEST(HncSettings, NumberIsWhatTheAnswerBeginsWith) {
       {"300", 300},
       {"-3", -3},
       {" 12 minutes", 12},
+      {" 5", 5},
+      {"+5", 5},
+      {"017", 17},
+      {"0x1F", 0},
       {"abc", 0},
       {"", 0},
-      {"2147483648", INT_MAX},
-      {"-99999999999", INT_MIN},
+      {"2147483647", INT_MAX},
+      {"-2147483648", INT_MIN},
       // Whatever is behind the value is not part of it.
       {std::string(131, '0') + "99999", 0},
   };
@@ -221,6 +226,16 @@ TEST(HncSettings, NumberIsWhatTheAnswerBeginsWith) {
       EXPECT_EQ(row.get(&value), 0) << row.name;
       EXPECT_EQ(value, expected) << row.name << " " << answer;
     }
+  }
+}
+
+// Which number it is then, is not said.
+TEST(HncSettings, NumberOutOfRangeIsASuccess) {
+  start_controller();
+  for (const std::string answer : {"2147483648", "-99999999999", "9999999999999999999999"}) {
+    listener_answers(answer);
+    int value = 0;
+    EXPECT_EQ(hnc_getHneConfigDuration(&value), 0) << answer;
   }
 }
 
@@ -346,9 +361,51 @@ TEST(HncSettings, NullTextIsRefusedByTheFirmwareSetters) {
   EXPECT_TRUE(listener_requests().empty());
 }
 
+// No caller has one for them: it ends the process.
+TEST(HncSettingsDeathTest, NullTextIsNotLookedForByTheSettersOfSupportedExtenders) {
+  start_controller();
+  int unchecked = 0;
+  for (const text_row& row : texts()) {
+    if (row.null_checked) continue;
+    EXPECT_DEATH(static_cast<void>(row.set(nullptr)), "") << row.name;
+    ++unchecked;
+  }
+  EXPECT_EQ(unchecked, 3);
+}
+
+// What an operation writes on standard output while the controller does not run.
+static std::string output_of_refused(const std::function<int()>& operation) {
+  std::string output;
+  errors_of([&] { output = output_of([&] { EXPECT_EQ(operation(), -1); }); });
+  return output;
+}
+
+TEST(HncSettings, EntryIsTracedBeforeTheControllerIsLookedFor) {
+  switch_console_on();
+  const auto entered = [](const std::string& operation) {
+    return rev_prefix(operation) + operation + " entered\n";
+  };
+  int value = 0;
+  char text[132] = {};
+  EXPECT_EQ(output_of_refused([&] { return hnc_getEnable(1, &value); }), entered("hnc_getEnable"));
+  for (const number_row& row : numbers()) {
+    EXPECT_EQ(output_of_refused([&] { return row.get(&value); }), entered("hnc_get" + row.name));
+    EXPECT_EQ(output_of_refused([&] { return row.set(1); }), entered("hnc_set" + row.name));
+  }
+  for (const text_row& row : texts()) {
+    EXPECT_EQ(output_of_refused([&] { return row.get(text); }), entered("hnc_get" + row.name));
+    EXPECT_EQ(output_of_refused([&] { return row.set("x"); }), entered("hnc_set" + row.name));
+  }
+}
+
 TEST(HncSettings, OperationsTraceTheirEntryAndAnswer) {
   start_controller();
   switch_console_on();
+  listener_answers("1");
+  int enabled = 0;
+  EXPECT_EQ(
+      own_lines(output_of([&] { EXPECT_EQ(hnc_getEnable(1, &enabled), 0); }), "hnc_getEnable"),
+      "hnc_getEnable entered\nhnc_getEnable:Enable 1\n");
   for (const number_row& row : numbers()) {
     listener_answers(row.flag ? "1" : "12 of 3");
     const std::string get = "hnc_get" + row.name;
@@ -369,6 +426,8 @@ TEST(HncSettings, OperationsTraceTheirEntryAndAnswer) {
     char text[132] = {};
     EXPECT_EQ(own_lines(output_of([&] { EXPECT_EQ(row.get(text), 0); }), get),
               get + " entered\n" + get + ":" + row.key + " %n an answer\n");
+    const std::string set = "hnc_set" + row.name;
+    EXPECT_EQ(own_lines(output_of([&] { EXPECT_EQ(row.set("%n"), 0); }), set), set + " entered\n");
   }
 }
 
@@ -392,6 +451,34 @@ TEST(HncEnable, MakesAndRemovesTheMarkerAndSaysSo) {
             kSwitched + "Stopping HNC by deleting hnc_enable fle. \n");
   EXPECT_FALSE(exists(kMarker));
   EXPECT_TRUE(listener_requests().empty());
+}
+
+TEST(HncEnable, RunsOneCommandThroughTheShellWhereThereIsSomethingToDo) {
+  const auto commands_of = [](int value) {
+    errors_of([&] { EXPECT_EQ(hnc_setEnable(1, value), 0); });
+    return commands();
+  };
+  note_commands();
+  EXPECT_EQ(commands_of(0), "");
+  EXPECT_EQ(commands_of(2), "");
+  EXPECT_EQ(commands_of(1), "touch /nvram/hnc_enable\n");
+  write_file(kMarker, "");
+  EXPECT_EQ(commands_of(1), "");
+  EXPECT_EQ(commands_of(2), "");
+  EXPECT_EQ(commands_of(0), "rm -rf /nvram/hnc_enable\n");
+}
+
+TEST(HncEnable, NeighboursOfTheMarkerSurvive) {
+  const std::string neighbours[] = {"/nvram/hnc_enable2", "/nvram/hnc_enabl", "/nvram/other"};
+  write_file(kMarker, "");
+  for (const std::string& neighbour : neighbours)
+    write_file(neighbour, "kept");
+  errors_of([] { EXPECT_EQ(hnc_setEnable(1, 0), 0); });
+  errors_of([] { EXPECT_EQ(hnc_setEnable(1, 1), 0); });
+  errors_of([] { EXPECT_EQ(hnc_setEnable(1, 0), 0); });
+  EXPECT_FALSE(exists(kMarker));
+  for (const std::string& neighbour : neighbours)
+    EXPECT_EQ(read_file(neighbour), "kept") << neighbour;
 }
 
 TEST(HncEnable, AnyOtherValueDoesNothing) {

@@ -32,7 +32,7 @@ static std::string patterned_reply(int32_t table_error) {
 static hnc_supported_hne sample_record() {
   hnc_supported_hne record = {};
   record.index = 3;
-  record.row_status = 1;
+  record.row_status = 5;
   strcpy(record.manufacturer, "Acme");
   strcpy(record.model_name, "Extender");
   strcpy(record.model_number, "X1");
@@ -114,7 +114,7 @@ TEST(HneTables, RecordIsSentFieldByField) {
   EXPECT_EQ(hnc_setSupportedHneTableEntry(7, &record), 0);
   std::string expected = hnc_request_bytes(1, "SuppHneEntry", 7, "");
   const std::pair<size_t, std::string> fields[] = {{0, little_endian(3)},
-                                                   {4, little_endian(1)},
+                                                   {4, little_endian(5)},
                                                    {8, "Acme"},
                                                    {72, "Extender"},
                                                    {136, "X1"},
@@ -139,15 +139,22 @@ TEST(HneTables, TextThatFillsItsFieldIsSentWithoutATerminator) {
 
 TEST(HneTables, NothingBehindATextsEndIsSent) {
   start_controller();
-  hnc_supported_hne record;
-  memset(&record, 'F', sizeof record);
-  record.manufacturer[4] = '\0';
-  record.firmware_password[0] = '\0';
-  EXPECT_EQ(hnc_setSupportedHneTableEntry(1, &record), 0);
-  std::string expected(1232, 'F');
-  expected.replace(8 + 4, 60, 60, '\0');
-  expected.replace(968, 256, 256, '\0');
-  EXPECT_EQ(last_listener_request().substr(264), expected);
+  const struct {
+    size_t offset, size;
+  } texts[] = {{8, 64}, {72, 64}, {136, 64}, {200, 256}, {456, 256}, {712, 256}, {968, 256}};
+  for (const auto& text : texts) {
+    for (const size_t length : {size_t{0}, size_t{4}, text.size - 1}) {
+      std::string bytes(1232, 'F');
+      bytes[text.offset + length] = '\0';
+      hnc_supported_hne record;
+      memcpy(&record, bytes.data(), sizeof record);
+      EXPECT_EQ(hnc_setSupportedHneTableEntry(1, &record), 0);
+      const size_t rest = text.size - length;
+      EXPECT_EQ(last_listener_request().substr(264),
+                bytes.replace(text.offset + length, rest, rest, '\0'))
+          << text.offset << " " << length;
+    }
+  }
 }
 
 TEST(HneTables, DeviceNameIsCutTo127Bytes) {
@@ -259,7 +266,7 @@ TEST(HneTables, RecordIsTracedBeforeTheControllerIsLookedFor) {
                 entry +
                 " WLAN RPC SERVER {FW File Name x1.bin} {FW User Name user} { FW PWD secret} "
                 "{UpDateTime= 1700000000 |Tue Nov 14 22:13:20 2023|} \n" +
-                entry + " WLAN RPC SERVER {index = 3} { Row Status = 1} {Config On Demand 1}\n");
+                entry + " WLAN RPC SERVER {index = 3} { Row Status = 5} {Config On Demand 1}\n");
   record.update_time = 0;
   errors_of([&] {
     output = output_of([&] { EXPECT_EQ(hnc_setSupportedHneTableEntry(9, &record), -1); });
@@ -270,6 +277,31 @@ TEST(HneTables, RecordIsTracedBeforeTheControllerIsLookedFor) {
     output = output_of([&] { EXPECT_EQ(hnc_setSupportedHneTableEntry(9, &record), -1); });
   });
   EXPECT_TRUE(contains(output, "{UpDateTime= -192522496 |Fri Jan  1 00:00:00 2100|} \n")) << output;
+}
+
+TEST(HneTables, TracedTimeIsALocalOne) {
+  start_controller();
+  switch_console_on();
+  // Five and a half hours ahead.
+  setenv("TZ", "AHEAD-5:30", 1);
+  tzset();
+  hnc_supported_hne record = sample_record();
+  record.update_time = 0;
+  const std::string output =
+      output_of([&] { EXPECT_EQ(hnc_setSupportedHneTableEntry(1, &record), 0); });
+  EXPECT_TRUE(contains(output, "{UpDateTime= 0 |Thu Jan  1 05:30:00 1970|} \n")) << output;
+}
+
+TEST(HneTables, EntryOfTheOtherSettersIsTracedBeforeTheControllerIsLookedFor) {
+  switch_console_on();
+  std::string output;
+  errors_of([&] { output = output_of([] { EXPECT_EQ(hnc_setHneDeviceName(9, "Attic"), -1); }); });
+  EXPECT_EQ(output, prefix("hnc_setHneDeviceName") +
+                        "hnc_setHneDeviceName entered index = 9, device name = Attic \n");
+  errors_of([&] { output = output_of([] { EXPECT_EQ(hnc_setSupportedHneRowStatus(9, 6), -1); }); });
+  const std::string status = prefix("hnc_setSupportedHneRowStatus");
+  EXPECT_EQ(output, status + "@@@@hnc_setSupportedHneRowStatus index = 9, Row Status = 6\n" +
+                        status + "@@@ hnc_setSupportedHneRowStatus request.data:-6-\n");
 }
 
 TEST(HneTables, TraceStaysInsideFieldsWithoutATerminator) {
