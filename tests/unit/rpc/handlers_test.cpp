@@ -5,6 +5,7 @@
 #include <string>
 
 #include "rpc/wire_support.h"
+#include "support/hnc_listener.h"
 #include "unit_support.h"
 
 // What a handler logs; its result is released.
@@ -142,6 +143,66 @@ TEST(Handlers, TextGetterIsTracedOnTheConsoleWithItsName) {
   const std::string prefix = rpc_prefix("wlan_get_ssid_1_svc");
   EXPECT_EQ(output, prefix + " WLAN RPC server : [index 3]\n" + prefix +
                         " WLAN RPC server : [len = 1]\n" + prefix + " WLAN RPC server : [ssid ]\n");
+}
+
+// The controller's getters.
+
+TEST(Handlers, EveryTextGetterOfTheControllerShowsItsTextTwice) {
+  write_file("/nvram/hnc_enable", "");
+  start_listener();
+  listener_answers(hnc_reply_bytes("given %n"));
+  using getter = int (*)(int, wlan_config_result_data_t*, svc_req*);
+  const struct {
+    const char* name;
+    getter handler;
+  } getters[] = {
+      {"updatefw_url", hnc_get_updatefw_url_1_svc},
+      {"updatefw_filename", hnc_get_updatefw_filename_1_svc},
+      {"updatefw_username", hnc_get_updatefw_username_1_svc},
+      {"updatefw_password", hnc_get_updatefw_password_1_svc},
+      {"updatefw_time", hnc_get_updatefw_time_1_svc},
+      {"supportedhnemanufacturer", hnc_get_supportedhnemanufacturer_1_svc},
+      {"supportedhnemodelname", hnc_get_supportedhnemodelname_1_svc},
+      {"supportedhnemodelnumber", hnc_get_supportedhnemodelnumber_1_svc},
+  };
+  std::string expected;
+  for (const auto& row : getters) {
+    const std::string name = row.name;
+    expected +=
+        " WLAN RPC server : [index 3]\n WLAN RPC server : [len = 9]\n"
+        " WLAN RPC server : [" +
+        name + " given %n]\nDEBUG>>>>>>>>>>>>>>>>>In hnc_get_" + name +
+        "_1_svc fun. result->return_data.return_data_val:-given %n-\n";
+    EXPECT_EQ(log_of_getter([&](wlan_config_result_data_t* result) {
+                return row.handler(3, result, nullptr);
+              }),
+              expected);
+  }
+}
+
+TEST(Handlers, GetterWithoutInputShowsNone) {
+  write_file("/nvram/hnc_enable", "");
+  start_listener();
+  listener_answers(hnc_reply_bytes("1"));
+  using getter = int (*)(wlan_config_result_data_t*, svc_req*);
+  const struct {
+    const char* name;
+    getter handler;
+  } getters[] = {
+      {"client_steering_enable", hnc_get_client_steering_enable_1_svc},
+      {"client_rrm_enable", hnc_get_client_rrm_enable_1_svc},
+      {"msearch_enable", hnc_get_msearch_enable_1_svc},
+      {"hne_config_attempts", hnc_get_hne_config_attempts_1_svc},
+      {"hne_config_duration", hnc_get_hne_config_duration_1_svc},
+      {"hne_security_enable", hnc_get_hne_security_enable_1_svc},
+  };
+  std::string expected;
+  for (const auto& row : getters) {
+    expected += " WLAN RPC server :\n WLAN RPC server : [" + std::string(row.name) + " = 1 ]\n";
+    EXPECT_EQ(log_of_getter(
+                  [&](wlan_config_result_data_t* result) { return row.handler(result, nullptr); }),
+              expected);
+  }
 }
 
 TEST(Handlers, ImageGetterShowsItsLength) {
