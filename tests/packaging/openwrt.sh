@@ -26,6 +26,7 @@ set command /usr/sbin/wificonfd
 set respawn 3600 1 0
 set stdout 1
 set stderr 1
+set limits nofile=16384 16384
 set term_timeout 5
 close "
 check "asks procd for one instance that it never gives up" same "$expected" \
