@@ -66,6 +66,10 @@ int wlan_apAutoChannelSelect(int bss) {
   return 0;
 }
 
+static bool fits_channel(long double value) {
+  return value <= 2147483647.0L && value >= -2147483648.0L;
+}
+
 int wlan_getCurrentChannel(int bss, int* channel) {
   wireless_frequency frequency = {};
   switch (wireless_get_frequency(bss, &frequency)) {
@@ -80,9 +84,9 @@ int wlan_getCurrentChannel(int bss, int* channel) {
       break;
   }
   long double value = frequency.mantissa;
-  // Beyond this no exponent leaves a number that fits.
-  for (int i = 0; i < frequency.exponent && value <= 1e9L && value >= -1e9L; ++i)
+  // What does not fit any more never fits again.
+  for (int i = 0; i < frequency.exponent && fits_channel(value); ++i)
     value *= 10;
-  *channel = value <= 2147483647.0L && value >= -2147483648.0L ? static_cast<int>(value) : 0;
+  *channel = fits_channel(value) ? static_cast<int>(value) : 0;
   return 0;
 }
