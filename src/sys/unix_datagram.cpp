@@ -50,7 +50,7 @@ ssize_t unix_datagram_receive(int sock, void* buffer, size_t size, int timeout_m
 
 void unix_datagram_discard(int sock) {
   char byte;
-  while (recv(sock, &byte, sizeof byte, 0) >= 0) {
+  for (int i = 0; i < kDiscardMax && recv(sock, &byte, sizeof byte, 0) >= 0; ++i) {
   }
 }
 

@@ -26,7 +26,9 @@
 constexpr ssize_t kDatagramTimeout = -2;
 [[nodiscard]] ssize_t unix_datagram_receive(int sock, void* buffer, size_t size, int timeout_ms);
 
-// Drops what has arrived so far.
+// Drops what has arrived so far, at most kDiscardMax datagrams: a peer that
+// sends without pause does not hold the caller.
+constexpr int kDiscardMax = 64;
 void unix_datagram_discard(int sock);
 
 // Closes it. Removes the path that it was bound to, null for none, first.
