@@ -57,20 +57,30 @@ static bool wps_enabled(int bss) {
   return bss_number(bss, "WscEnable", kSwitchLimit) != 0;
 }
 
-static bool session_possible(int bss) {
-  return profile_number(bss_profile(bss), "RadioOn", kSwitchLimit) != 0 &&
-         bss_number(bss, "BssEnabled", kSwitchLimit) != 0 && wps_enabled(bss);
+// What the profile says of a BSS's sessions.
+struct wps_switches {
+  bool on;  // radio, BSS and WPS
+  unsigned methods;
+};
+
+static unsigned configuration_methods(int bss) {
+  static constexpr int kMethodsLimit = 64;
+  char field[kProfileFieldBuffer] = {};
+  const int found = wifiprofile_getParam_with_index(bss_profile(bss), "WscConfMethods",
+                                                    bss_list_position(bss), field, kMethodsLimit);
+  return found != 0 ? static_cast<uint16_t>(strtol(field, nullptr, 16)) : 0;
+}
+
+// All are read, also behind one that is off.
+static wps_switches read_switches(int bss) {
+  const bool radio = profile_number(bss_profile(bss), "RadioOn", kSwitchLimit) != 0;
+  const bool enabled = bss_number(bss, "BssEnabled", kSwitchLimit) != 0;
+  const bool wps = wps_enabled(bss);
+  return {radio && enabled && wps, configuration_methods(bss)};
 }
 
 // Whether the profile permits the method; a refusal is reported.
-static bool permitted(const char* caller, int bss, const wps_method& method) {
-  static constexpr int kMethodsLimit = 64;
-  char field[kProfileFieldBuffer] = {};
-  unsigned methods = 0;
-  if (wifiprofile_getParam_with_index(bss_profile(bss), "WscConfMethods", bss_list_position(bss),
-                                      field, kMethodsLimit) != 0) {
-    methods = static_cast<uint16_t>(strtol(field, nullptr, 16));
-  }
+static bool permitted(const char* caller, int bss, const wps_method& method, unsigned methods) {
   if ((methods & method.permitted_by) != 0) return true;
   trace_rev_error(caller, "IF(ra%d) WPS %s disabled, WscConfigMethods 0x%04X\n", bss - 1,
                   method.name, methods);
@@ -78,8 +88,9 @@ static bool permitted(const char* caller, int bss, const wps_method& method) {
 }
 
 int wlan_setWpsPbcTrigger(int bss) {
-  if (!session_possible(bss)) return 0;
-  if (!permitted(__func__, bss, kPushButton)) return -1;
+  const wps_switches switches = read_switches(bss);
+  if (!switches.on) return 0;
+  if (!permitted(__func__, bss, kPushButton, switches.methods)) return -1;
   REV_TRACE("Starting WPS PBC mode on ra%d\n", bss - 1);
   start_session(__func__, bss, kPushButton.driver_mode);
   return 0;
@@ -90,8 +101,9 @@ int wlan_setWpsPushButton(int bss) {
 }
 
 int wlan_setWpsPinStart(int bss, const char* pin) {
-  if (!session_possible(bss)) return 0;
-  if (!permitted(__func__, bss, kPin)) return -1;
+  const wps_switches switches = read_switches(bss);
+  if (!switches.on) return 0;
+  if (!permitted(__func__, bss, kPin, switches.methods)) return -1;
   REV_TRACE("Starting WPS PIN mode on ra%d\n", bss - 1);
   set_pin(__func__, bss, pin);
   start_session(__func__, bss, kPin.driver_mode);
@@ -129,55 +141,65 @@ int wlan_getWpsUuid(int bss, char* uuid) {
 static constexpr int32_t kStatusFailed = 2;
 static constexpr int32_t kStatusDone = 34;
 
-struct wps_texts {
+static constexpr char kUnknown[] = "Unknown result";
+
+// Texts of the states, null where the status decides.
+static constexpr const char* kStates[] = {
+    nullptr,
+    "Init",
+    "Start",
+    nullptr,
+    nullptr,
+    "Link Up",
+    "Send EAPOL start",
+    "Wait EAPOL start",
+    "Wait upnp start",
+    "Wait request ID",
+    "Wait response ID",
+    "Wait wps start",
+    "Wait M1",
+    "Sent M1",
+    "Sent M2D",
+    "Wait M2",
+    "received M2D",
+    "Wait Pincode",
+    "Wait M3",
+    "Wait M4",
+    "Wait M5",
+    "Wait M6",
+    "Wait M7",
+    "Wait M8",
+    "Wait done",
+    "Wait ack",
+    "Wait EAP fail",
+    "Wait disconnect",
+};
+
+struct decided_state {
+  int32_t state;
   const char* idle;    // status 0 or 1
   const char* failed;  // status 2
   const char* done;    // status 34
-  const char* other;
 };
-
-static constexpr wps_texts whatever_the_status(const char* text) {
-  return {text, text, text, text};
-}
-
-static constexpr char kUnknown[] = "Unknown result";
-
-static constexpr wps_texts kStates[] = {
-    {"Idle", "Failed", kUnknown, kUnknown},
-    whatever_the_status("Init"),
-    whatever_the_status("Start"),
-    {kUnknown, "Failed", "Success", kUnknown},
+static constexpr decided_state kDecidedStates[] = {
+    {0, "Idle", "Failed", kUnknown},
+    {3, kUnknown, "Failed", "Success"},
     // The one state that does not know a failure: kept on purpose.
-    {kUnknown, kUnknown, "Success", kUnknown},
-    whatever_the_status("Link Up"),
-    whatever_the_status("Send EAPOL start"),
-    whatever_the_status("Wait EAPOL start"),
-    whatever_the_status("Wait upnp start"),
-    whatever_the_status("Wait request ID"),
-    whatever_the_status("Wait response ID"),
-    whatever_the_status("Wait wps start"),
-    whatever_the_status("Wait M1"),
-    whatever_the_status("Sent M1"),
-    whatever_the_status("Sent M2D"),
-    whatever_the_status("Wait M2"),
-    whatever_the_status("received M2D"),
-    whatever_the_status("Wait Pincode"),
-    whatever_the_status("Wait M3"),
-    whatever_the_status("Wait M4"),
-    whatever_the_status("Wait M5"),
-    whatever_the_status("Wait M6"),
-    whatever_the_status("Wait M7"),
-    whatever_the_status("Wait M8"),
-    whatever_the_status("Wait done"),
-    whatever_the_status("Wait ack"),
-    whatever_the_status("Wait EAP fail"),
-    whatever_the_status("Wait disconnect"),
+    {4, kUnknown, kUnknown, "Success"},
 };
-static constexpr wps_texts kOtherState = {kUnknown, "Failed", kUnknown, kUnknown};
+static constexpr decided_state kOtherState = {-1, kUnknown, "Failed", kUnknown};
+
+static const decided_state& decided_state_of(int32_t state) {
+  for (const decided_state& row : kDecidedStates) {
+    if (row.state == state) return row;
+  }
+  return kOtherState;
+}
 
 static const char* result_text(int32_t state, int32_t status) {
   const bool listed = state >= 0 && state < static_cast<int32_t>(std::size(kStates));
-  const wps_texts& texts = listed ? kStates[state] : kOtherState;
+  if (listed && kStates[state] != nullptr) return kStates[state];
+  const decided_state& texts = decided_state_of(state);
   switch (status) {
     case 0:
     case 1:
@@ -187,7 +209,7 @@ static const char* result_text(int32_t state, int32_t status) {
     case kStatusDone:
       return texts.done;
     default:
-      return texts.other;
+      return kUnknown;
   }
 }
 
