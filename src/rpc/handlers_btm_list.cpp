@@ -21,6 +21,7 @@ static constexpr char kHandler[] = "wlan_get_btm_associated_device_1_svc";
 struct bss_facts {
   int index;
   bool backhaul;
+  bool mt7615;  // the chip that tells receive rates and capabilities
   driver_station_table stations;
   driver_statistics_table statistics;
 };
@@ -96,12 +97,12 @@ static bool fill_capability(int index, const driver_station& station, const char
   return true;
 }
 
-static void fill_rates(const driver_station& station, btm_station* out) {
+static void fill_rates(const bss_facts& bss, const driver_station& station, btm_station* out) {
   uint8_t tx_mcs = 0;
   getRate(station.tx_rate, &out->downlink_rate, &tx_mcs);
   uint8_t rx_mcs = tx_mcs;
   out->uplink_rate = out->downlink_rate;
-  if (hasMTK7615() != 0) {
+  if (bss.mt7615) {
     uint16_t rx_rate = 0;
     setMCS(station.rx_rate, &rx_rate);
     getRate(rx_rate, &out->uplink_rate, &rx_mcs);
@@ -127,8 +128,8 @@ static bool fill_station(const bss_facts& bss, const driver_station& station, bt
   fill_traffic(find_statistics(bss.statistics, station.mac), out);
   out->backhaul_sta = bss.backhaul;
   memcpy(out->mac, mac.text, sizeof out->mac);
-  fill_rates(station, out);
-  if (hasMTK7615() != 0 && !fill_capability(bss.index, station, mac.text, out)) return false;
+  fill_rates(bss, station, out);
+  if (bss.mt7615 && !fill_capability(bss.index, station, mac.text, out)) return false;
   trace_station(mac.text, *out);
   return true;
 }
@@ -166,6 +167,7 @@ static int list_stations(int index, btm_list* list) {
   }
   // The first BSS of a radio is never a backhaul.
   bss.backhaul = service == kBackhaulService && index != kRadio24 && index != kRadio5;
+  bss.mt7615 = hasMTK7615() != 0;
   return fill_list(bss, list);
 }
 

@@ -90,7 +90,8 @@ constexpr unsigned stations_in(const driver_statistics_table& table) {
 constexpr unsigned kStationBtm = 0x494A;
 constexpr uint8_t kStationBtmAsk = 4;
 
-// Question and answer in one; with one byte more announced than it is read with.
+// Question and answer in one. Passed as one byte more than it has, of which the
+// request announces all but the last: these nine.
 struct driver_station_btm {
   uint8_t kind;     // kStationBtmAsk: of the station with this address
   uint8_t capable;  // the answer
