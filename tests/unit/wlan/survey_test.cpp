@@ -212,6 +212,16 @@ TEST(ChannelSelection, IsTriggeredOnAnMt7615) {
   }
 }
 
+TEST(ChannelSelection, WhatTheCommandPrintsIsNotShown) {
+  mount_tmpfs("/proc/bus/pci", "size=64k");
+  write_file("/proc/bus/pci/devices", "0100\t14c37615\t4\tdriver\n");
+  write_file("/usr/local/bin/iwpriv", "#!/bin/sh\necho printed; echo run >>/tmp/commands\n");
+  run("chmod +x /usr/local/bin/iwpriv");
+  setenv("PATH", "/usr/local/bin:/usr/bin:/bin", 1);
+  EXPECT_EQ(output_of([] { EXPECT_EQ(wlan_apAutoChannelSelect(1), 0); }), "");
+  EXPECT_EQ(read_file("/tmp/commands"), "run\n");
+}
+
 TEST(CurrentChannel, IsTheOneOfTheInterface) {
   start_radios();
   run("gwbox set radio ra8 channel=44");
@@ -242,8 +252,14 @@ TEST(CurrentChannel, MantissaIsMultipliedByTenExponentTimes) {
       {INT_MAX, 0, INT_MAX},
       {INT_MIN, 0, INT_MIN},
       {1, 9, 1000000000},
+      {-2, 9, -2000000000},
       // What no channel holds is none.
       {2412, 6, 0},
+      {2, 10, 0},
+      {-2, 10, 0},
+      {2, INT16_MAX, 0},
+      {1500000000, 1, 0},
+      {INT_MAX, 1, 0},
       {1, INT16_MAX, 0},
       {-1, INT16_MAX, 0},
   };
