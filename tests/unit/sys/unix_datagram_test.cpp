@@ -74,6 +74,24 @@ TEST(UnixDatagram, ConnectedSocketHearsItsPeerOnly) {
   close(stranger);
 }
 
+TEST(UnixDatagram, AtMostSoManyAreDiscarded) {
+  const int peer = listen_on("/tmp/peer");
+  const int sock = unix_datagram_socket();
+  ASSERT_EQ(unix_datagram_bind(sock, "/tmp/own"), 0);
+  // The queue of a socket that is connected to its sender is not limited.
+  ASSERT_EQ(unix_datagram_connect(sock, "/tmp/peer"), 0);
+  for (int i = 0; i < 100; ++i)
+    ASSERT_EQ(send_to_path(peer, "/tmp/own", std::to_string(i)), 0);
+  unix_datagram_discard(sock);
+  char bytes[4] = {};
+  EXPECT_EQ(unix_datagram_receive(sock, bytes, sizeof bytes, 0), 2);
+  EXPECT_STREQ(bytes, "64");
+  unix_datagram_discard(sock);
+  EXPECT_EQ(unix_datagram_receive(sock, bytes, sizeof bytes, 0), -2);
+  unix_datagram_close(sock, "/tmp/own");
+  close(peer);
+}
+
 TEST(UnixDatagram, FullQueueFailsWhenItsTimeIsUpAndNotWhenRoomComes) {
   const int peer = start_stuck_daemon("/tmp/peer");
   const int sock = unix_datagram_socket();

@@ -79,6 +79,15 @@ TEST(RadioStatistics, WithoutADaemonThePresetsStand) {
             7 * 6);
 }
 
+TEST(RadioStatistics, ValuesOfADaemonThatIsGoneAreNotServed) {
+  datagram_daemon daemon;
+  start_datagram_daemon(kRa0, times(6, good_reply()), &daemon);
+  EXPECT_EQ(all_values(1), good_values());
+  end_datagram_daemon(&daemon);
+  unlink(kRa0.c_str());
+  errors_of([] { EXPECT_EQ(all_values(1), presets()); });
+}
+
 TEST(RadioStatistics, SilentDaemonLeavesThePresetToo) {
   datagram_daemon daemon;
   start_datagram_daemon(kRa0, {good_reply(), std::nullopt}, &daemon);

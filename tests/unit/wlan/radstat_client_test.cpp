@@ -5,6 +5,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
+#include <thread>
+
 #include "datagram_daemon.h"
 #include "unit_support.h"
 
@@ -101,6 +104,32 @@ TEST(RadCtrl, WhatCameBeforeTheRequestIsNotItsReply) {
   EXPECT_STREQ(reply, "new");
   rad_ctrl_close(client);
   end_datagram_daemon(&daemon);
+}
+
+TEST(RadCtrl, DaemonThatSendsWithoutPauseHoldsNoRequest) {
+  const int daemon = listen_on(kDaemon);
+  rad_ctrl* client = rad_ctrl_open(kDaemon.c_str());
+  ASSERT_NE(client, nullptr);
+  std::atomic<bool> ending = false;
+  std::thread senders[3];
+  for (std::thread& sender : senders) {
+    sender = std::thread([&] {
+      while (!ending)
+        send_to_path(daemon, own_path(), "more");
+    });
+  }
+  char reply[8] = {};
+  size_t length = sizeof reply;
+  const double waited =
+      seconds_of([&] { EXPECT_EQ(rad_ctrl_request(client, "q", 1, reply, &length), 0); });
+  EXPECT_LT(waited, 2.0);
+  EXPECT_STREQ(reply, "more");
+  ending = true;
+  // Wakes a sender that waits for room.
+  rad_ctrl_close(client);
+  for (std::thread& sender : senders)
+    sender.join();
+  close(daemon);
 }
 
 TEST(RadCtrl, SilentDaemonIsGivenUpAfterTwoSeconds) {
