@@ -21,10 +21,17 @@ static std::map<uint16_t, lie>& answers() {
   return by_object;
 }
 
+static constexpr unsigned kObjects = 0x8BE1;
+static constexpr unsigned kStations = 0x8BEF;  // takes no object: 0 stands for it
+
 static const iw_freq* frequency_answer;
 
 void answer_object_with(uint16_t sub, const std::string& bytes, int error) {
   answers()[sub] = {bytes, error};
+}
+
+void answer_stations_with(const std::string& bytes) {
+  answers()[0] = {bytes, 0};
 }
 
 void answer_frequency_with(int32_t mantissa, int16_t exponent) {
@@ -59,8 +66,8 @@ extern "C" int ioctl(int file, unsigned long request, ...) noexcept {
   void* argument = va_arg(list, void*);
   va_end(list);
   iwreq* frame = static_cast<iwreq*>(argument);
-  if (request == 0x8BE1) {
-    if (frame->u.data.flags == watched_object) {
+  if (request == kObjects || request == kStations) {
+    if (request == kObjects && frame->u.data.flags == watched_object) {
       noted_buffer.assign(static_cast<const char*>(frame->u.data.pointer),
                           frame->u.data.length + 1);
     }

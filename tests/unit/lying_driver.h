@@ -8,6 +8,9 @@
 // then fail where an error is given.
 void answer_object_with(uint16_t sub, const std::string& bytes, int error = 0);
 
+// The same for the station table.
+void answer_stations_with(const std::string& bytes);
+
 // The same for the question for the frequency, mantissa times ten to the
 // exponent.
 void answer_frequency_with(int32_t mantissa, int16_t exponent);

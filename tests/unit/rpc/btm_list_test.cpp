@@ -5,6 +5,7 @@
 #include <regex>
 #include <string>
 
+#include "lying_driver.h"
 #include "rpc/handlers.h"
 #include "rpc/wire_support.h"
 #include "support/gateway.h"
@@ -135,6 +136,22 @@ TEST(BtmList, StrongestChainIsTheRssi) {
   }
 }
 
+TEST(BtmList, NoChainIsAboveZeroOrBelowTheLowest) {
+  start_radios("ra0");
+  static constexpr struct {
+    int8_t chains[4];
+    int strongest;
+  } kCases[] = {{{5, -60, 0, 0}, -60}, {{-60, 127, 1, -128}, -60}, {{1, 2, 3, 4}, -127}};
+  for (const auto& c : kCases) {
+    std::string entry(40, '\0');
+    memcpy(entry.data() + 10, c.chains, sizeof c.chains);
+    answer_stations_with(std::string("\1\0\0\0", 4) + entry);
+    const btm_reply reply = list_of(1);
+    EXPECT_EQ(count_in(reply), 1);
+    EXPECT_EQ(number_at(station_of(reply, 0), 0), c.strongest) << +c.chains[0];
+  }
+}
+
 TEST(BtmList, PhyModeSaysHtAndVht) {
   start_radios("ra0");
   static constexpr struct {
@@ -207,6 +224,49 @@ TEST(BtmList, StationWithoutStatisticsHasZeros) {
   EXPECT_EQ(mac_of(reply, 0), station_mac(1));
 }
 
+// Statistics of one station: sent bytes, and VHT as its mode.
+static std::string statistics_of(int n, char sent) {
+  std::string entry(52, '\0');
+  entry.replace(1, 6, std::string("\x02\x00\x5e\x00\x01", 5) + static_cast<char>(n));
+  entry[7] = 4;
+  entry[20] = sent;
+  return entry;
+}
+
+TEST(BtmList, FirstStatisticsOfAStationCount) {
+  start_radios("ra0");
+  set_station(2, "bss=1");
+  answer_object_with(0x0695, std::string("\3\0\0\0", 4) + statistics_of(1, 11) +
+                                 statistics_of(2, 22) + statistics_of(2, 33));
+  EXPECT_EQ(number_at(station_of(list_of(1), 0), 20), 22);
+}
+
+TEST(BtmList, CapabilityIsTimesEightInOneByte) {
+  make_mt7615();
+  start_radios("ra0");
+  set_station(1, "bss=1");
+  const struct {
+    char capability;
+    int flags;
+  } rows[] = {{0, 0}, {1, 8}, {3, 24}, {31, 248}, {33, 8}};
+  for (const auto& row : rows) {
+    answer_object_with(0x494A, std::string("\4", 1) + row.capability);
+    EXPECT_EQ(static_cast<unsigned char>(station_of(list_of(1), 0)[59]), row.flags);
+  }
+}
+
+TEST(BtmList, NoCapabilityIsAskedOfStationsBehindTheThirtySecond) {
+  make_mt7615();
+  start_radios("ra0");
+  set_stations(34, 1);
+  EXPECT_EQ(count_in(list_of(1)), 32);
+  int asked = 0;
+  for (const std::string& request : driver_requests()) {
+    asked += contains(request, R"("sub":"0x494A")");
+  }
+  EXPECT_EQ(asked, 32);
+}
+
 TEST(BtmList, CountsThatLieAreBounded) {
   start_radios("ra0 ra1");
   set_station(1, "bss=2 start.tx_bytes=77");
@@ -267,6 +327,7 @@ TEST(BtmList, CapabilityThatIsNotToldBreaksTheListOff) {
     set_station(n, "bss=1 btm=true");
   gwbox("fail btm delay=1");  // the first one is told, late
   gwbox("fail btm EIO");
+  switch_log_on();
   const std::string errors = errors_of([] {
     const btm_reply reply = list_of(1);
     EXPECT_EQ(reply.code, -1);
@@ -280,6 +341,12 @@ TEST(BtmList, CapabilityThatIsNotToldBreaksTheListOff) {
   EXPECT_EQ(errors, rpc_error_prefix("rtpriv_get_ioctl") +
                         "ioctl failed (cmd=0x8BE1, sub_cmd=0x494A)\n" + rpc_error_prefix(kHandler) +
                         "query STA 02:00:5e:00:01:02 btm capability failed. \n ");
+  // The first station is told of, the second is not, and nothing is summed up.
+  const std::string log = read_file("/tmp/auto_debug/dbg_rpc.log");
+  EXPECT_EQ(count_of(log, "STA 02:00:5e:00:01:01 rssi="), 1) << log;
+  EXPECT_FALSE(contains(log, "STA 02:00:5e:00:01:02 rssi=")) << log;
+  EXPECT_FALSE(contains(log, "total assoc STA num")) << log;
+  EXPECT_TRUE(contains(log, "return_data_len = 2436 \n")) << log;
 }
 
 TEST(BtmList, ShortCapabilityIsNotThePreviousStations) {
