@@ -110,6 +110,18 @@ TEST(BssSettings, HostOfABackhaulBssIsTold) {
   EXPECT_EQ(read_file("/tmp/host_calls"), "3 1 Mesh\n10 0 mesh secret\n");
 }
 
+TEST(BssSettings, NameAndPassPhraseHaveNoStatusLine) {
+  set_up();
+  switch_console_on();
+  const std::string service =
+      "[REV-RPC] \033[40m\033[31;40mwlan_getBSSHNCService\033[0m get BssHNCService:0 sucess \n";
+  const std::string update =
+      rpc_prefix("_wifiprofile_updateParam") + "_wifiprofile_updateParam: param:";
+  EXPECT_EQ(output_of([] { wlan_setSSID(1, "New"); }), service + update + "SSID1[0]=New\n");
+  EXPECT_EQ(output_of([] { wlan_setKeyPassphrase(1, 0, "new secret"); }),
+            service + update + "WPAPSK1[0]=new secret\n");
+}
+
 TEST(BssSettings, HostOfAnyOtherBssIsNotTold) {
   set_up();
   install_host_library();

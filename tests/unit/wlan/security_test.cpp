@@ -152,6 +152,7 @@ TEST(Security, HostOfABackhaulBssIsToldOfItsAuthentication) {
   } rows[] = {
       {wlan_setBasicAuthenticationModes, 3, "None", "3 4 None\n"},
       {wlan_setBasicAuthenticationModes, 3, "NoneOrSo", "3 4 None\n"},
+      {wlan_setBasicAuthenticationModes, 3, "xNone", "3 4 None\n"},
       {wlan_setBasicAuthenticationModes, 3, "EAPAuthentication", ""},
       {wlan_setBasicAuthenticationModes, 1, "None", ""},
       {wlan_setBasicAuthenticationModes, 17, "None", ""},
@@ -172,8 +173,18 @@ TEST(Security, HostOfABackhaulBssIsToldOfItsAuthentication) {
 TEST(Security, HostIsToldBeforeTheWrite) {
   set_up();
   install_host_library();
+  const std::string before = read_file(kProfile24);
   EXPECT_EQ(wlan_setWpaBasicAuthenticationModes(3, "WPA1WPA2"), 1);
-  EXPECT_EQ(read_file("/tmp/host_saw"), "not yet written");
+  EXPECT_EQ(read_file("/tmp/host_profile"), before);
+  set_up();
+  unlink("/tmp/host_profile");
+  EXPECT_EQ(wlan_setBasicAuthenticationModes(3, "None"), 1);
+  EXPECT_EQ(read_file("/tmp/host_profile"), before);
+  set_up();
+  unlink("/tmp/host_profile");
+  EXPECT_EQ(wlan_setSsidAdvertisementEnabled(3, 0), 0);
+  EXPECT_EQ(read_file("/tmp/host_profile"), before);
+  EXPECT_NE(read_file(kProfile24), before);
 }
 
 TEST(Advertisement, HidesOrShowsTheNameOfTheBss) {
@@ -223,6 +234,14 @@ TEST(RadiusServer, AddressIsWrittenToTheFieldOfTheBss) {
   EXPECT_EQ(list_of(kProfile24, "RADIUS_Server"), "192.0.2.7;o2;o3;o4;o5;o6;o7;o8");
   EXPECT_EQ(list_of(kProfile5, "RADIUS_Server"), "o1;o2;o3;o4;o5;o6;o7;");
   errors_of([] { EXPECT_EQ(wlan_setRadiusServerAddress(1, "192.0.2.7"), 2); });
+}
+
+TEST(RadiusServer, WritingItHasNoStatusLine) {
+  set_up();
+  switch_console_on();
+  EXPECT_EQ(output_of([] { wlan_setRadiusServerAddress(1, "192.0.2.7"); }),
+            rpc_prefix("_wifiprofile_updateParam") +
+                "_wifiprofile_updateParam: param:RADIUS_Server[0]=192.0.2.7\n");
 }
 
 TEST(RadiusServer, IndexIsNotChecked) {
