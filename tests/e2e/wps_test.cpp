@@ -38,14 +38,12 @@ static void plan(const std::string& radio, const std::string& words) {
 }
 
 TEST(Wps, PushButtonSessionGoesThroughItsStatesToSuccess) {
-  plan("ra0", "wps.seconds=0.8");
+  // Eight ninths of the time belong to the states in the middle.
+  plan("ra0", "wps.seconds=1.5");
   start_daemon();
   EXPECT_EQ(result_of(1), "Idle");
   EXPECT_EQ(call_for_code(kPushButton, xdr_word(1)), 0);
-  const std::string first = result_of(1);
-  EXPECT_TRUE(first == "Start" || first == "Wait EAPOL start" || first == "Wait request ID")
-      << first;
-  EXPECT_TRUE(wait_until([] { return result_of(1) == "Wait M5"; }));
+  EXPECT_TRUE(wait_until([] { return result_of(1).starts_with("Wait "); }));
   EXPECT_TRUE(wait_until([] { return result_of(1) == "Success"; }));
   EXPECT_EQ(result_of(9), "Idle");
   EXPECT_EQ(texts_of("Wsc"),
@@ -69,7 +67,7 @@ TEST(Wps, SessionThatSucceedsLetsItsStationIn) {
 
 TEST(Wps, SessionThatFailsOrTimesOutIsFailed) {
   plan("ra0", "wps.outcome=failure wps.seconds=0.3");
-  plan("ra8", "wps.outcome=timeout wps.timeout=0.5");
+  plan("ra8", "wps.outcome=timeout wps.timeout=1.5");
   start_daemon();
   EXPECT_EQ(call_for_code(kPushButton, xdr_word(1)), 0);
   EXPECT_EQ(call_for_code(kPushButton, xdr_word(9)), 0);
@@ -82,7 +80,7 @@ TEST(Wps, CancelledSessionIsIdle) {
   plan("ra8", "wps.seconds=100");
   start_daemon();
   EXPECT_EQ(call_for_code(kPushButton, xdr_word(9)), 0);
-  EXPECT_NE(result_of(9), "Idle");
+  EXPECT_EQ(result_of(9), "Start");
   EXPECT_EQ(call_for_code(kCancel, xdr_word(9)), 0);
   EXPECT_EQ(result_of(9), "Idle");
   EXPECT_EQ(texts_of("WscStop"), "ra8 WscStop\n");

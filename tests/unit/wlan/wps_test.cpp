@@ -1,6 +1,7 @@
 #include "wlan/wps.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <climits>
@@ -153,13 +154,55 @@ TEST(Wps, MethodsThatAreMissingPermitNothing) {
   });
 }
 
+TEST(Wps, MethodsInFrontOfOthersAreCutAtSixtyFourCharacters) {
+  const std::string methods = std::string(70, '0') + "80";
+  write_file(kProfile24, "RadioOn=1\nBssEnabled=1;1;1\nWscEnable=1;1;1\nWscConfMethods=0;" +
+                             methods + ";" + methods + "\n");
+  EXPECT_EQ(errors_of([] { EXPECT_EQ(wlan_setWpsPbcTrigger(2), -1); }),
+            rev_error_prefix("wlan_setWpsPbcTrigger") +
+                "IF(ra1) WPS PBC disabled, WscConfigMethods 0x0000\n");
+  EXPECT_EQ(wlan_setWpsPbcTrigger(3), 0);
+}
+
+TEST(Wps, AllSwitchesAreReadWhateverTheFirstSays) {
+  unlink(kProfile24);
+  for (const auto start :
+       {+[] { return wlan_setWpsPbcTrigger(1); }, +[] { return wlan_setWpsPinStart(1, "1"); }}) {
+    const std::string errors = errors_of([&] { EXPECT_EQ(start(), 0); });
+    EXPECT_EQ(count_of(errors, "/tmp/mt76xx_24.dat does not exist\n"), 4) << errors;
+  }
+}
+
+TEST(Wps, WhatTheCommandsPrintIsNotShown) {
+  set_up();
+  write_file("/usr/local/bin/iwpriv", "#!/bin/sh\necho printed; echo run >>/tmp/commands\n");
+  run("chmod +x /usr/local/bin/iwpriv");
+  setenv("PATH", "/usr/local/bin:/usr/bin:/bin", 1);
+  EXPECT_EQ(output_of([] {
+              EXPECT_EQ(wlan_setWpsPbcTrigger(1), 0);
+              EXPECT_EQ(wlan_setWpsPinStart(1, "1"), 0);
+              EXPECT_EQ(wlan_setWpsOOB(1), 0);
+              EXPECT_EQ(wlan_setWpsCancel(1), 0);
+            }),
+            "");
+  EXPECT_EQ(count_of(read_file("/tmp/commands"), "run\n"), 4 + 5 + 1 + 1);
+}
+
 TEST(Wps, NothingRunsWhileSomethingIsSwitchedOff) {
   const struct {
     const char* radio_on;
     const char* bss_enabled;
     const char* wsc_enable;
-  } rows[] = {{"0", "1", "1"}, {"1", "0", "1"}, {"1", "1", "0"},  {"junk", "1", "1"},
-              {"1", "", "1"},  {"1", "1", ""},  {"001", "1", "1"}};
+  } rows[] = {{"0", "1", "1"},
+              {"1", "0", "1"},
+              {"1", "1", "0"},
+              {"junk", "1", "1"},
+              {"1", "", "1"},
+              {"1", "1", ""},
+              {"001", "1", "1"},
+              // A field in front of others is cut at two characters.
+              {"1", "001", "1"},
+              {"1", "1", "001"}};
   for (const auto& row : rows) {
     // Methods that permit nothing: what is off is not even refused.
     set_up("0000", row.radio_on, row.bss_enabled, row.wsc_enable);
@@ -238,6 +281,27 @@ TEST(Wps, StartsAreTracedOnTheConsole) {
   char status[kWpsResultStatusSize] = "";
   EXPECT_EQ(output_of([&] { EXPECT_EQ(wlan_getWpsResultStatus(2, status), -1); }),
             traced("wlan_getWpsResultStatus", "Bad index"));
+}
+
+TEST(Wps, WhatDoesNotStartIsNotTraced) {
+  switch_console_on();
+  const auto output = [] {
+    return output_of([] {
+      errors_of([] {
+        wlan_setWpsPbcTrigger(1);
+        wlan_setWpsPinStart(1, "1");
+      });
+    });
+  };
+  set_up("0000");
+  EXPECT_FALSE(contains(output(), "Starting WPS"));
+  set_up("0084", "0");
+  EXPECT_FALSE(contains(output(), "Starting WPS"));
+  set_up("0084", "1", "1", "0");
+  EXPECT_FALSE(contains(output(), "Starting WPS"));
+  EXPECT_FALSE(contains(output_of([] { wlan_setWpsOOB(1); }), "Resetting"));
+  set_up();
+  EXPECT_EQ(count_of(output(), "Starting WPS"), 2);
 }
 
 static std::string code_bytes(int32_t code) {
