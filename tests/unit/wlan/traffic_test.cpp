@@ -2,11 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <climits>
 #include <cstring>
 #include <string>
 #include <vector>
 
+#include "lying_driver.h"
 #include "support/gateway.h"
 #include "support/stations.h"
 #include "unit_support.h"
@@ -80,6 +82,16 @@ TEST(Traffic, CountersThatCannotBeReadAreZeros) {
     });
     EXPECT_EQ(count_of(errors, kFailed), 2) << errors;
   }
+}
+
+TEST(Traffic, BytesOfAFailedReadAreNotUsed) {
+  set_profile_value(kProfile24, "BssEnabled", "1;0;0;0;0;0;0;0");
+  answer_object_with(0x067D, std::string(56, 'c'), EIO);
+  errors_of([] {
+    EXPECT_EQ(basic_stats(1), words(5, 0));
+    EXPECT_EQ(stats(1), words(11, 0));
+    EXPECT_EQ(radio_stats(1), words(16, 0));
+  });
 }
 
 TEST(Traffic, ShortCountersAreZerosBeyondTheirEnd) {
@@ -171,5 +183,8 @@ TEST(Traffic, StatsAreTracedOnTheConsole) {
                 "SSID index=12, bss_enable = 0\n" + radio + "SSID index=13, bss_enable = 0\n" +
                 radio + "SSID index=14, bss_enable = 0\n" + radio +
                 "SSID index=15, bss_enable = 0\n" + radio + "SSID index=16, bss_enable = 0\n");
+  uint32_t none[kRadioStatsWords] = {};
+  EXPECT_EQ(output_of([&] { EXPECT_EQ(wlan_getRadioStats(17, none), -1); }),
+            radio + "wlan_getRadioStats: index=17\n");
   EXPECT_EQ(logged(), "");
 }
