@@ -9,8 +9,12 @@ constexpr argument_type type_bool_t = argument_type::kBool;
 constexpr argument_type type_string_t = argument_type::kString;
 constexpr argument_type type_hnc_supported_hne_table = argument_type::kSupportedHne;
 
-constexpr member_list operator+(member_list list, member_spec member) {
-  list.at[list.count] = member;  // a seventh member does not compile
+constexpr member_spec member(argument_type type, const char* name) {
+  return {type, name};
+}
+
+constexpr member_list operator+(member_list list, member_spec next) {
+  list.at[list.count] = next;  // a seventh member does not compile
   list.count++;
   return list;
 }
@@ -18,10 +22,10 @@ constexpr member_list operator+(member_list list, member_spec member) {
 // The kinds of rows that the table derives from PROCEDURE hand their columns
 // through a second macro, where a comma of an expanded member would count as
 // another column: hence a sum, not a list.
-#define INDEX(name) +member_spec(type_int, #name)
-#define ONLY_INDEX(name) +member_spec(type_int, #name)
-#define FIELD(type, name) +member_spec(type_##type, #name)
-#define ONLY(type, name) +member_spec(type_##type, #name)
+#define INDEX(name) +member(type_int, #name)
+#define ONLY_INDEX(name) +member(type_int, #name)
+#define FIELD(type, name) +member(type_##type, #name)
+#define ONLY(type, name) +member(type_##type, #name)
 #define PROCEDURE(number, name, stub, argument, members, payload, size, handler, back_end, \
                   summary)                                                                 \
   {number, #name, member_list{} members, payload_kind::payload, size, false, summary},

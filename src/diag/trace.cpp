@@ -36,7 +36,7 @@ static void rotate_log() {
   if (static_cast<int32_t>(status.st_size) > kRotateAbove) rename(kLog, kLogBackup);
 }
 
-static int append_to_log(const char* format, va_list values) {
+[[gnu::format(printf, 1, 0)]] static int append_to_log(const char* format, va_list values) {
   if (access(kLogSwitch, F_OK) != 0) return 0;
   if (format == nullptr) return -1;
   rotate_log();
