@@ -1,0 +1,64 @@
+#!/bin/sh
+# How the programs are protected, as their files tell, and what the daemon needs and
+# weighs. A program built without shows that the checks can fail.
+# usage: hardening.sh BUILD
+. "$(dirname "$0")/checks.sh"
+build=$1
+scratch "$build"
+
+# seen FILE READELF-OPTIONS PATTERN: a line of what readelf says of it matches.
+seen() {
+  readelf -W "$2" "$1" >"$dir/elf" && grep -E "$3" "$dir/elf"
+}
+
+# Each is called with a program.
+at_any_address() { seen "$1" -h 'Type: +DYN' && seen "$1" -d 'FLAGS_1.* PIE'; }
+read_only_relocations() { seen "$1" -l GNU_RELRO; }
+bound_at_the_start() { seen "$1" -d 'FLAGS_1.* NOW'; }
+no_stack_to_run() { seen "$1" -l 'GNU_STACK.* RW ' && not seen "$1" -l 'GNU_STACK.* RWE'; }
+no_text_to_write() { not seen "$1" -l 'LOAD.* RWE' && not seen "$1" -d TEXTREL; }
+canaries() { seen "$1" --dyn-syms '__stack_chk_fail'; }
+checked_calls() { seen "$1" --dyn-syms "$checked"; }
+no_path_of_its_own() { not seen "$1" -d 'RPATH|RUNPATH'; }
+
+for program in wificonfd wificonf gwbox gwbox-companion; do
+  checked='__(sn|vsn|f|vf)printf_chk|__memcpy_chk|__strcpy_chk|__read_chk'
+  for property in at_any_address read_only_relocations bound_at_the_start no_stack_to_run \
+    no_text_to_write canaries checked_calls no_path_of_its_own; do
+    check "$program: $property" $property "$build/$program"
+  done
+done
+
+# The daemon's own calls: those that write a text into a buffer of known size.
+for call in snprintf memcpy; do
+  checked=__${call}_chk
+  check "the daemon's $call is checked" checked_calls "$build/wificonfd"
+done
+check "the daemon needs no C++ library" not seen "$build/wificonfd" -d 'NEEDED.*libstdc'
+check "nor the compiler's" not seen "$build/wificonfd" -d 'NEEDED.*libgcc'
+check "but the C library, as the check can tell" seen "$build/wificonfd" -d 'NEEDED.*libc\.so'
+
+check "the daemon can be stripped" strip -o "$dir/stripped" "$build/wificonfd"
+size=$(wc -c <"$dir/stripped")
+echo "the stripped daemon has $size bytes"
+check "which is below 300 kB" test "$size" -lt 300000
+
+# The checks can fail: the same source built without.
+cat >"$dir/plain.c" <<'SOURCE'
+#include <stdio.h>
+#include <string.h>
+int main(int argc, char** argv) {
+  char text[16];
+  memcpy(text, argv[0], (size_t)argc);
+  return printf("%s\n", text) < 0;
+}
+SOURCE
+plain="-O2 -U_FORTIFY_SOURCE -fno-stack-protector -fno-pie -no-pie -Wl,-z,norelro,-z,lazy
+  -Wl,-z,execstack -Wl,-rpath,/tmp"
+# shellcheck disable=SC2086 # a list of words
+check "a program without protection is built" cc $plain -o "$dir/plain" "$dir/plain.c"
+for property in at_any_address read_only_relocations bound_at_the_start no_stack_to_run canaries \
+  checked_calls no_path_of_its_own; do
+  check "$property is missed there" not $property "$dir/plain"
+done
+all_passed
