@@ -1,5 +1,6 @@
 #include "diag/trace.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -7,6 +8,8 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+
+#include "diag/message.h"
 
 static constexpr char kConsoleSwitch[] = "/tmp/wlandbg";
 static constexpr char kLogSwitch[] = "/tmp/auto_debug/rpc_dbg_en";
@@ -36,18 +39,31 @@ static void rotate_log() {
   if (static_cast<int32_t>(status.st_size) > kRotateAbove) rename(kLog, kLogBackup);
 }
 
+// Everybody may write to the directory: another file that a link names is not
+// written to, and a FIFO does not hold the daemon up.
+static FILE* open_log() {
+  constexpr int kFlags = O_RDWR | O_APPEND | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
+  const int file = open(kLog, kFlags, 0666);
+  if (file < 0) return nullptr;
+  struct stat status;
+  FILE* log = nullptr;
+  if (fstat(file, &status) == 0 && S_ISREG(status.st_mode)) log = fdopen(file, "a+");
+  if (log == nullptr) close(file);
+  return log;
+}
+
 [[gnu::format(printf, 1, 0)]] static int append_to_log(const char* format, va_list values) {
   if (access(kLogSwitch, F_OK) != 0) return 0;
   if (format == nullptr) return -1;
   rotate_log();
-  FILE* log = fopen(kLog, "a+e");
+  FILE* log = open_log();
   if (log == nullptr) return -1;
   const time_t now = time(nullptr);
   struct tm local;
   char stamp[kTimeStampSize];
   log_time_stamp(localtime_r(&now, &local), stamp);
   fprintf(log, "%s - ", stamp);
-  vfprintf(log, format, values);
+  write_message(log, format, values);
   fclose(log);
   return 0;
 }
@@ -86,7 +102,7 @@ static void write_console(const family& kind, const char* function, const char* 
   FILE* stream = kind.error ? stderr : stdout;
   flockfile(stream);
   fprintf(stream, kind.prefix, function);
-  vfprintf(stream, format, values);
+  write_message(stream, format, values);
   funlockfile(stream);
 }
 

@@ -10,7 +10,8 @@
 //   /tmp/auto_debug/rpc_dbg_en    /tmp/auto_debug/dbg_rpc.log, one backup
 //
 // Each family prefixes the name of the function that emits the message; the
-// message carries its own line end.
+// message carries its own line end. Texts in a message are shown as message.h says:
+// a control character in one is written in hexadecimal.
 //
 //   family     stream   console gate   copied to the log
 //   RPC_TRACE  stdout   /tmp/wlandbg   yes, whatever the console does
@@ -36,8 +37,9 @@ void trace_rev_error(const char* function, const char* format, ...)
 
 // Appends "<time stamp> - <message>" to the debug log, rotating a log of more
 // than 1,024,000 bytes into its backup first. Returns 0 when logging is off or
-// the message was written, -1 when format is null or the log cannot be opened.
-// The directory of the log is never created.
+// the message was written, -1 when format is null or the log cannot be opened or
+// is no regular file: a symbolic link in its place is not followed. The directory
+// of the log is never created.
 int logToFile(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
 // The log's time stamp: asctime's text without its line end, or "NULL" when

@@ -128,8 +128,9 @@ static void append_setting(update* work, std::string_view key, std::string_view 
   text_append(&work->content, "\n");
   ++work->changed;
   if (!work->forced || work->content.failed) return;
-  const int length = static_cast<int>(work->content.length - start);
-  trace_rpc(work->name, "%s %.*s success\n", forced_trace, length, work->content.data + start);
+  // The whole line is shown, its line end too.
+  const int length = static_cast<int>(work->content.length - start - 1);
+  trace_rpc(work->name, "%s %.*s\n success\n", forced_trace, length, work->content.data + start);
 }
 
 // Works on one line: `kept` are the lines before it that stay as they are and

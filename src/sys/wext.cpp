@@ -25,9 +25,9 @@ static iwreq make_frame(int bss, const void* buffer, uint16_t length, uint16_t f
 }
 
 // Issues one request on a socket of its own. Returns 1, or 0 with errno kept
-// from the request; `line_end` is what the caller's message closes with.
+// from the request; `blank` is what the caller's message has before its line end.
 static int issue(const char* caller, unsigned request, unsigned subcmd, iwreq* frame,
-                 const char* line_end) {
+                 const char* blank = "") {
   const int sock = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
   if (sock < 0) {
     const int reason = errno;
@@ -39,7 +39,7 @@ static int issue(const char* caller, unsigned request, unsigned subcmd, iwreq* f
   const int error = errno;
   close(sock);
   if (result >= 0) return 1;
-  trace_rpc_error(caller, "ioctl failed (cmd=0x%X, sub_cmd=0x%X)%s", request, subcmd, line_end);
+  trace_rpc_error(caller, "ioctl failed (cmd=0x%X, sub_cmd=0x%X)%s\n", request, subcmd, blank);
   errno = error;
   return 0;
 }
@@ -47,14 +47,14 @@ static int issue(const char* caller, unsigned request, unsigned subcmd, iwreq* f
 int rtpriv_get_ioctl(int bss, unsigned request, unsigned subcmd, void* buffer, unsigned size) {
   iwreq frame =
       make_frame(bss, buffer, static_cast<uint16_t>(size - 1), static_cast<uint16_t>(subcmd));
-  return issue(__func__, request, subcmd, &frame, "\n");
+  return issue(__func__, request, subcmd, &frame);
 }
 
 int rtpriv_get_ioctl_2(int bss, unsigned request, unsigned subcmd, void* buffer, unsigned size) {
   iwreq frame =
       make_frame(bss, buffer, static_cast<uint16_t>(size - 1), static_cast<uint16_t>(subcmd));
   errno = 0;
-  if (issue(__func__, request, subcmd, &frame, " \n") == 1) return 1;
+  if (issue(__func__, request, subcmd, &frame, " ") == 1) return 1;
   return errno == EAGAIN ? kRtprivTryAgain : 0;
 }
 
@@ -62,7 +62,7 @@ int rtpriv_get_int_struct_ioctl(int bss, unsigned request, unsigned subcmd, void
                                 unsigned* out_length) {
   memset(buffer, 0, kRtprivStructSize);
   iwreq frame = make_frame(bss, buffer, kRtprivStructSize - 1, static_cast<uint16_t>(subcmd));
-  if (issue(__func__, request, subcmd, &frame, "\n") == 0) return 0;
+  if (issue(__func__, request, subcmd, &frame) == 0) return 0;
   *out_length = frame.u.data.length;
   return 1;
 }
@@ -70,7 +70,7 @@ int rtpriv_get_int_struct_ioctl(int bss, unsigned request, unsigned subcmd, void
 int rtpriv_get_int_ioctl(int bss, unsigned request, unsigned subcmd, int32_t* out_value) {
   int32_t value = 0;
   iwreq frame = make_frame(bss, &value, sizeof value, static_cast<uint16_t>(subcmd));
-  if (issue(__func__, request, subcmd, &frame, "\n") == 0) return 0;
+  if (issue(__func__, request, subcmd, &frame) == 0) return 0;
   *out_value = value;
   return 1;
 }
@@ -86,11 +86,11 @@ int rtpriv_set_ioctl(int bss, unsigned request, unsigned subcmd, const char* tex
   if (*text != '\0') {
     frame = make_frame(bss, text, static_cast<uint16_t>(length), static_cast<uint16_t>(subcmd));
   }
-  return issue(__func__, request, subcmd, &frame, "\n");
+  return issue(__func__, request, subcmd, &frame);
 }
 
 int rtpriv_set_ioctl_2(int bss, unsigned request, unsigned subcmd, const void* buffer,
                        uint16_t length) {
   iwreq frame = make_frame(bss, buffer, length, static_cast<uint16_t>(subcmd | kSetObject));
-  return issue(__func__, request, subcmd, &frame, "\n");
+  return issue(__func__, request, subcmd, &frame);
 }

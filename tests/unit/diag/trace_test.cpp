@@ -63,6 +63,29 @@ TEST(Trace, ConsoleSwitchIsTestedAtEveryMessage) {
   EXPECT_EQ(text.find("off"), text.npos);
 }
 
+// A wire text would otherwise begin a line that looks like the daemon's own.
+TEST(Trace, TextNeitherDrivesTheTerminalNorForgesALine) {
+  static constexpr char kText[] = "x\n[RPC] forged\033[2J";
+  write_file("/tmp/wlandbg", "");
+  switch_log_on();
+  catch_stream(1);
+  catch_stream(2);
+  RPC_TRACE("[ssid=%s]\n", kText);
+  REV_TRACE("%s\n", kText);
+  RPC_ERROR("%s\n", kText);
+  REV_ERROR("%s\n", kText);
+  EXPECT_EQ(caught_stream(2),
+            "\033[1;31;40m[RPC] **ERROR**\033[0m TestBody x\\x0a[RPC] forged\\x1b[2J\n"
+            "[REV-RPC] \033[40m\033[31;40m**ERROR**\033[0m TestBody x\\x0a[RPC] forged\\x1b[2J\n");
+  EXPECT_EQ(caught_stream(1),
+            "\033[1;32;40m[RPC] TestBody\033[0m [ssid=x\\x0a[RPC] forged\\x1b[2J]\n"
+            "[REV-RPC] \033[40m\033[31;40mTestBody\033[0m x\\x0a[RPC] forged\\x1b[2J\n");
+  const std::string log = read_file(kLog);
+  const size_t second = log.find('\n') + 1;
+  EXPECT_EQ(after_stamp(log.substr(0, second)), "[ssid=x\\x0a[RPC] forged\\x1b[2J]\n");
+  EXPECT_EQ(after_stamp(log.substr(second)), "x\\x0a[RPC] forged\\x1b[2J\n");
+}
+
 TEST(Trace, LogTakesTheRpcFamiliesWithoutPrefixWhateverTheConsoleDoes) {
   switch_log_on();
   catch_stream(1);
@@ -102,6 +125,27 @@ TEST(Log, FailsWhenItCannotBeOpened) {
   switch_log_on();
   mkdir(kLog, 0755);
   EXPECT_EQ(logToFile("lost\n"), -1);
+}
+
+TEST(Log, LinkInItsPlaceIsNotFollowed) {
+  switch_log_on();
+  write_file("/tmp/precious", "content");
+  ASSERT_EQ(symlink("/tmp/precious", kLog), 0);
+  EXPECT_EQ(logToFile("lost\n"), -1);
+  EXPECT_EQ(read_file("/tmp/precious"), "content");
+  unlink(kLog);
+  ASSERT_EQ(symlink("/tmp/not there", kLog), 0);
+  EXPECT_EQ(logToFile("lost\n"), -1);
+  EXPECT_FALSE(exists("/tmp/not there"));
+}
+
+// More than a pipe holds: it would wait for a reader.
+TEST(Log, FifoInItsPlaceDoesNotHoldTheDaemonUp) {
+  switch_log_on();
+  ASSERT_EQ(mkfifo(kLog, 0666), 0);
+  const std::string text(8000, 'x');
+  for (int i = 0; i < 20; ++i)
+    EXPECT_EQ(logToFile("%s\n", text.c_str()), -1);
 }
 
 TEST(Log, DirectoryIsNeverCreated) {

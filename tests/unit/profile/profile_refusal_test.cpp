@@ -9,11 +9,13 @@
 
 // Refusals.
 
-static void expect_refused(const char* key, const char* value, const char* reason) {
+// `shown` is the key as the messages have it.
+static void expect_refused(const char* key, const char* value, const char* reason,
+                           const char* shown) {
   set_up();
   switch_log_on();
   unlink("/tmp/auto_debug/dbg_rpc.log");
-  const std::string message = std::string(key) + " refused: " + reason + "\n";
+  const std::string message = std::string(shown) + " refused: " + reason + "\n";
   std::string errors =
       errors_of([&] { EXPECT_EQ(wifiprofile_updateParam(kProfile24, key, value, ""), 0u); });
   EXPECT_EQ(errors, rpc_error_prefix(kUpdate) + message);
@@ -25,14 +27,18 @@ static void expect_refused(const char* key, const char* value, const char* reaso
   EXPECT_FALSE(exists(kLock24));
 }
 
+static void expect_refused(const char* key, const char* value, const char* reason) {
+  expect_refused(key, value, reason, key);
+}
+
 TEST(ProfileRefusal, LineEndsInAValue) {
   expect_refused("SSID1", "a\nSSID2=b", "line end in the value");
   expect_refused("SSID1", "a\r", "line end in the value");
 }
 
 TEST(ProfileRefusal, LineEndsOrAnEqualsSignInAKey) {
-  expect_refused("SS\nID1", "a", "line end or '=' in the key");
-  expect_refused("SSID1\r", "a", "line end or '=' in the key");
+  expect_refused("SS\nID1", "a", "line end or '=' in the key", "SS\\x0aID1");
+  expect_refused("SSID1\r", "a", "line end or '=' in the key", "SSID1\\x0d");
   expect_refused("SSID1=a", "b", "line end or '=' in the key");
 }
 

@@ -249,7 +249,7 @@ TEST(DcsSettings, FailureToSendIsReportedWithTheTextBehindTheHeader) {
   fail_system_call(SYS_sendto, ENOBUFS);
   EXPECT_EQ(errors_of([] { EXPECT_EQ(wlan_setDCSMediumUtilizationWeight(1, 51), -1); }),
             not_sent("DCSMedUtWeight=51"));
-  EXPECT_EQ(errors_of([] { EXPECT_EQ(wlan_setDCSDebugLevel(1, 5), -1); }), not_sent("\x05"));
+  EXPECT_EQ(errors_of([] { EXPECT_EQ(wlan_setDCSDebugLevel(1, 5), -1); }), not_sent("\\x05"));
   // Of a bare text what stands at the place of the payload.
   EXPECT_EQ(errors_of([] { EXPECT_EQ(wlan_setDCSRSSIWeight(1, "%n50"), -1); }), not_sent("t=%n50"));
   const std::string unterminated(268, 'u');
