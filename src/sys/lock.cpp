@@ -34,8 +34,9 @@ static void report(const char* what, const char* which, const char* reason) {
   perror(reason);
 }
 
+// Everybody may write to the directory: nothing is created where a link points to.
 static int open_lock_file(const char* path) {
-  return open(path, O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+  return open(path, O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0666);
 }
 
 int fwrite_lock(const char* path) {

@@ -10,7 +10,8 @@
 
 // Opens the lock file at `path`, creating it when it is missing, and takes the
 // exclusive or the shared lock. Returns the descriptor, to be given to funlock,
-// or 0 after a message on standard error: the caller then goes on unlocked.
+// or 0 after a message on standard error: the caller then goes on unlocked. A
+// symbolic link is not followed.
 [[nodiscard]] int fwrite_lock(const char* path);
 [[nodiscard]] int fread_lock(const char* path);
 

@@ -19,13 +19,14 @@ bool probe_number(const char* command, size_t size, int* number) {
 }
 
 bool try_record_lock(const char* path) {
-  FILE* file = fopen(path, "w+e");
-  if (file == nullptr) return false;
+  // Everybody may write to the directory: no file that a link names is truncated.
+  const int file = open(path, O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0666);
+  if (file < 0) return false;
   struct flock whole = {};
   whole.l_type = F_WRLCK;
   whole.l_whence = SEEK_SET;
-  const bool granted = fcntl(fileno(file), F_SETLK, &whole) == 0;
-  fclose(file);
+  const bool granted = fcntl(file, F_SETLK, &whole) == 0;
+  close(file);
   return granted;
 }
 

@@ -10,7 +10,8 @@
 [[nodiscard]] bool probe_number(const char* command, size_t size, int* number);
 
 // Opens and truncates a file, tries a write lock over all of it and closes it
-// again, which releases the lock. Returns whether the lock was granted.
+// again, which releases the lock. Returns whether the lock was granted; a symbolic
+// link is not followed.
 [[nodiscard]] bool try_record_lock(const char* path);
 
 // Makes sure that descriptors 0 to 2 are open, on /dev/null where they are not,

@@ -134,8 +134,20 @@ static bool make_room(int file, size_t length, const file_image* old) {
   return fallocate(file, FALLOC_FL_KEEP_SIZE, 0, size) == 0 || errno == EOPNOTSUPP;
 }
 
+// A FIFO in its place cannot block the writer.
+static int open_to_overwrite(const char* path, bool follow) {
+  constexpr int kFlags = O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK;
+  const int file = open(path, follow ? kFlags : kFlags | O_NOFOLLOW, kNewFileMode);
+  if (file < 0) return -1;
+  struct stat status;
+  if (fstat(file, &status) == 0 && S_ISREG(status.st_mode)) return file;
+  close(file);
+  errno = EINVAL;
+  return -1;
+}
+
 bool file_overwrite(const char* path, const char* data, size_t length, const file_image* old) {
-  const int file = open(path, O_WRONLY | O_CREAT | O_CLOEXEC, kNewFileMode);
+  const int file = open_to_overwrite(path, old != nullptr);
   if (file < 0) return false;
   if (make_room(file, length, old) && replace_content(file, data, length)) return close(file) == 0;
   const int error = errno;

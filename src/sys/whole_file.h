@@ -42,7 +42,9 @@ enum class file_step { done, open, write };
 
 // Overwrites a file in place with one write, then cuts it to length; creates it
 // when it is missing. `old`, where it is given, is what the file holds: room for
-// the new content is made sure of first, and a failure puts the old one back.
+// the new content is made sure of first, and a failure puts the old one back. A
+// symbolic link is followed only where `old` is given: what may be at its end has
+// been read then. Anything but a regular file is refused.
 [[nodiscard]] bool file_overwrite(const char* path, const char* data, size_t length,
                                   const file_image* old);
 

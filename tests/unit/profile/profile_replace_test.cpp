@@ -147,6 +147,37 @@ TEST(ProfileReplace, MirrorThatCannotBeWrittenIsReportedAndTheResultStays) {
   EXPECT_EQ(read_file(kProfile24), kNew);
 }
 
+TEST(ProfileReplace, LinkInTheMirrorsPlaceIsNotFollowed) {
+  write_file(kProfile24, kOld);
+  write_file("/tmp/precious", "content");
+  ASSERT_EQ(symlink("/tmp/precious", kMirror24), 0);
+  const std::string errors = errors_of([] { EXPECT_EQ(set_ssid(), 1u); });
+  EXPECT_EQ(errors,
+            "_wifiprofile_updateParam mirror /tmp/mt76xx_24.dat.hnc error"
+            "open file: Too many levels of symbolic links\n");
+  EXPECT_EQ(read_file("/tmp/precious"), "content");
+  EXPECT_EQ(read_file(kProfile24), kNew);
+}
+
+// With a reader at its other end or without.
+TEST(ProfileReplace, FifoInTheMirrorsPlaceDoesNotHoldTheUpdateUp) {
+  write_file(kProfile24, kOld);
+  ASSERT_EQ(mkfifo(kMirror24, 0666), 0);
+  std::string errors = errors_of([] { EXPECT_EQ(set_ssid(), 1u); });
+  EXPECT_EQ(errors,
+            "_wifiprofile_updateParam mirror /tmp/mt76xx_24.dat.hnc error"
+            "open file: No such device or address\n");
+  EXPECT_EQ(read_file(kProfile24), kNew);
+  const int reader = open(kMirror24, O_RDONLY | O_NONBLOCK);
+  ASSERT_GE(reader, 0);
+  errors = errors_of([] { EXPECT_EQ(set_ssid("Newer"), 1u); });
+  EXPECT_EQ(errors,
+            "_wifiprofile_updateParam mirror /tmp/mt76xx_24.dat.hnc error"
+            "open file: Invalid argument\n");
+  char byte;
+  EXPECT_EQ(read(reader, &byte, 1), 0);
+}
+
 TEST(ProfileReplace, LongerOldMirrorIsCutToTheNewContent) {
   write_file(kProfile24, kOld);
   write_file(kMirror24, std::string(10000, 'm'));

@@ -51,6 +51,13 @@ TEST(Instance, MayNotRunWhenTheLockFileCannotBeOpened) {
   EXPECT_EQ(check_instance(), 0);
 }
 
+TEST(Instance, FileThatALinkInTheLocksPlaceNamesIsNotTruncated) {
+  write_file("/tmp/precious", "content");
+  ASSERT_EQ(symlink("/tmp/precious", kInstanceLock), 0);
+  EXPECT_EQ(check_instance(), 0);
+  EXPECT_EQ(read_file("/tmp/precious"), "content");
+}
+
 TEST(Instance, WithoutAPortmapperItDoesNotRun) {
   EXPECT_FALSE(portmapper_running());
 }

@@ -52,6 +52,18 @@ TEST(Lock, FileIsCreatedForEverybodyAndKept) {
   EXPECT_EQ(status.st_mode & 07777, 0666u);
 }
 
+TEST(Lock, NothingIsCreatedThroughALinkInItsPlace) {
+  ASSERT_EQ(symlink("/tmp/not there", kFile), 0);
+  const std::string errors = errors_of([] {
+    EXPECT_EQ(fwrite_lock(kFile), 0);
+    EXPECT_EQ(fread_lock(kFile), 0);
+  });
+  EXPECT_EQ(errors,
+            "open /tmp/.some.lock error\nfwrite_lock: Too many levels of symbolic links\n"
+            "fopen /tmp/.some.lock error\nfread_lock: Too many levels of symbolic links\n");
+  EXPECT_FALSE(exists("/tmp/not there"));
+}
+
 TEST(Lock, ContentOfTheFileIsKept) {
   write_file(kFile, "content");
   funlock(fwrite_lock(kFile));
