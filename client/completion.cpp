@@ -5,16 +5,30 @@
 #include "lookup.h"
 #include "meanings.h"
 #include "table.h"
+#include "topic.h"
 
 namespace {
 
-constexpr char kCommands[] = "ping list describe schema dump watch top completion";
 constexpr char kOptions[] = "--host --port --timeout --json --raw --version --help";
 
 std::string names() {
   std::string out;
   for (const procedure_row& procedure : table_procedures())
     out += (out.empty() ? "" : " ") + lookup_display_name(procedure);
+  return out;
+}
+
+std::string commands() {
+  std::string out;
+  for (const char* command : lookup_commands())
+    out += (out.empty() ? "" : " ") + std::string(command);
+  return out;
+}
+
+std::string topic_words() {
+  std::string out;
+  for (const char* topic : topics())
+    out += (out.empty() ? "" : " ") + topic_word(topic);
   return out;
 }
 
@@ -55,35 +69,51 @@ std::string argument_cases() {
 }
 
 // What both shells run: from the words before the one to complete to `words`.
-// Options and what they take are passed over.
+// Options and what they take are passed over; where bash takes "=" for a word
+// of its own, so is that.
 std::string chooser() {
-  return std::string("_wificonf_words() {\n") +
-         "  local word procedure='' place=0 skip=0\n"
+  return "_wificonf_words() {\n"
+         "  local word procedure='' watch='' last='' place=0 skip=0\n"
          "  words=''\n"
          "  for word in \"$@\"; do\n"
-         "    if [ $skip = 1 ]; then skip=0; continue; fi\n"
+         "    last=$word\n"
+         "    if [ $skip = 1 ]; then [ \"$word\" = '=' ] || skip=0; continue; fi\n"
          "    case $procedure/$word in\n"
          "      /--host|/--port|/--timeout) skip=1 ;;\n"
          "      /-*) ;;\n"
-         "      /watch) ;;\n"
+         "      /watch) watch=yes ;;\n"
          "      /*) procedure=$word ;;\n"
          "      *) place=$((place + 1)) ;;\n"
          "    esac\n"
          "  done\n"
-         "  case $procedure in\n"
-         "    '') words='" +
-         names() + " " + kCommands + " " + kOptions +
-         "'; return ;;\n"
-         "    describe|schema) [ $place = 0 ] && words='" +
+         "  [ $skip = 0 ] || return\n"
+         "  local names='" +
          names() +
+         "'\n"
+         "  case $procedure/$last in\n"
+         "    list/--topic) words='" +
+         topic_words() +
          "'; return ;;\n"
-         "    dump) words='--redact'; return ;;\n"
-         "    completion) words='bash zsh'; return ;;\n"
-         "    top) words='--every --count'; return ;;\n"
+         "    */--every|*/--count) return ;;\n"
+         "  esac\n"
+         "  case $procedure/$place in\n"
+         "    /*) words=$names\n"
+         "      [ -n \"$watch\" ] || words=\"$names " +
+         commands() + " " + kOptions +
+         "\"\n"
+         "      return ;;\n"
+         "    describe/0|schema/0) words=$names; return ;;\n"
+         "    list/0) words='--topic --topics'; return ;;\n"
+         "    dump/0) words='--redact'; return ;;\n"
+         "    completion/0) words='bash zsh'; return ;;\n"
+         "    top/*) words='--every --count'; return ;;\n"
          "  esac\n"
          "  case $place in\n" +
          argument_cases() +
          "  esac\n"
+         "  if [ -n \"$watch\" ] && { [ $place != 0 ] || [ -z \"$words\" ]; }; then\n"
+         "    words=\"$words --every --count\"\n"
+         "  fi\n"
          "}\n";
 }
 

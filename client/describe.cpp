@@ -3,10 +3,12 @@
 #include <algorithm>
 
 #include "arguments.h"
+#include "list.h"
 #include "lookup.h"
 #include "meanings.h"
 #include "payload.h"
 #include "text.h"
+#include "topic.h"
 
 namespace {
 
@@ -90,21 +92,25 @@ std::string shell_quote(std::string_view word) {
 
 }  // namespace
 
-std::string describe_list(std::string_view pattern, size_t width) {
-  std::vector<const procedure_row*> found;
+std::string describe_list(const std::vector<const procedure_row*>& procedures, size_t width) {
   size_t number_width = 0, name_width = 0;
-  for (const procedure_row& procedure : table_procedures()) {
-    if (!lookup_matches(procedure, pattern)) continue;
-    found.push_back(&procedure);
-    number_width = std::max(number_width, lookup_display_number(procedure.number).size());
-    name_width = std::max(name_width, std::string_view(procedure.name).size());
+  for (const procedure_row* procedure : procedures) {
+    number_width = std::max(number_width, lookup_display_number(procedure->number).size());
+    name_width = std::max(name_width, std::string_view(procedure->name).size());
   }
   name_width = std::min(name_width, kNameColumnMax);
   size_t indent = number_width + name_width + 4;
   if (width < indent + kSummaryMin) width = 0;
   std::string out;
-  for (const procedure_row* procedure : found)
+  for (const procedure_row* procedure : procedures)
     out += list_line(*procedure, number_width, name_width, width);
+  return out;
+}
+
+std::string describe_topics() {
+  std::string out;
+  for (const char* topic : topics())
+    out += text_format("%3zu  %s\n", list_find({"", topic}).size(), topic_word(topic).c_str());
   return out;
 }
 

@@ -2,13 +2,16 @@
 #pragma once
 
 #include <string>
-#include <string_view>
+#include <vector>
 
 #include "table.h"
 
-// Number, name and summary of every procedure that matches, a line each, or
-// wrapped to `width` columns (0: not wrapped). Empty when none matches.
-std::string describe_list(std::string_view pattern, size_t width);
+// Number, name and summary of each, a line each, or wrapped to `width` columns
+// (0: not wrapped).
+std::string describe_list(const std::vector<const procedure_row*>& procedures, size_t width);
+
+// The word of each topic and how many procedures it has, a line each.
+std::string describe_topics();
 
 // Everything about one procedure, in at most 80 columns where words allow it.
 std::string describe_procedure(const procedure_row& procedure);

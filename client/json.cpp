@@ -3,12 +3,14 @@
 #include <nlohmann/json.hpp>
 
 #include "describe.h"
+#include "list.h"
 #include "lookup.h"
 #include "meanings.h"
 #include "payload.h"
 #include "rate_word.h"
 #include "show.h"
 #include "text.h"
+#include "topic.h"
 
 namespace {
 
@@ -158,20 +160,30 @@ std::string json_ping(double seconds) {
   return line(object);
 }
 
-std::string json_list(std::string_view pattern) {
+std::string json_list(const std::vector<const procedure_row*>& procedures) {
   ordered_json list = ordered_json::array();
-  for (const procedure_row& procedure : table_procedures()) {
-    if (!lookup_matches(procedure, pattern)) continue;
-    ordered_json object = head(procedure);
-    object["summary"] = procedure.summary;
+  for (const procedure_row* procedure : procedures) {
+    ordered_json object = head(*procedure);
+    object["summary"] = procedure->summary;
+    object["topic"] = topic_word(topic_of(*procedure));
     list.push_back(object);
   }
+  return line(list);
+}
+
+std::string json_topics() {
+  ordered_json list = ordered_json::array();
+  for (const char* topic : topics())
+    list.push_back({{"topic", topic_word(topic)},
+                    {"title", topic},
+                    {"procedures", list_find({"", topic}).size()}});
   return line(list);
 }
 
 std::string json_describe(const procedure_row& procedure) {
   ordered_json object = head(procedure);
   object["summary"] = procedure.summary;
+  object["topic"] = topic_word(topic_of(procedure));
   object["inert"] = procedure.inert;
   object["arguments"] = ordered_json::array();
   for (const argument_spec& argument : table_arguments(procedure))

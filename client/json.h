@@ -9,6 +9,7 @@
 #include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "reply.h"
 #include "table.h"
@@ -25,7 +26,10 @@ std::string json_raw(uint32_t number, std::string_view result);
 
 std::string json_ping(double seconds);
 
-// Array of "number", "procedure", "summary".
-std::string json_list(std::string_view pattern);
+// Array of "number", "procedure", "summary", "topic".
+std::string json_list(const std::vector<const procedure_row*>& procedures);
+
+// Array of "topic", "title", "procedures": how many it has.
+std::string json_topics();
 
 std::string json_describe(const procedure_row& procedure);

@@ -8,8 +8,8 @@
 
 namespace {
 
-const char* const kCommands[] = {"PING", "LIST",  "DESCRIBE", "SCHEMA",
-                                 "DUMP", "WATCH", "TOP",      "COMPLETION"};
+constexpr const char* kCommands[] = {"ping", "list",  "describe", "schema",
+                                     "dump", "watch", "top",      "completion"};
 
 std::string fold(std::string_view name) {
   std::string out = text_upper(name);
@@ -114,7 +114,7 @@ std::vector<std::string> lookup_near(std::string_view name) {
   std::string wanted = fold(name);
   std::vector<Candidate> found;
   for (const char* command : kCommands)
-    found.push_back({nearness(wanted, command), text_lower(command)});
+    found.push_back({nearness(wanted, text_upper(command)), command});
   for (const procedure_row& procedure : table_procedures())
     found.push_back({nearness(wanted, procedure.name), text_lower(procedure.name)});
   std::erase_if(found, [](const Candidate& c) { return c.nearness == SIZE_MAX; });
@@ -134,6 +134,10 @@ bool lookup_matches(const procedure_row& procedure, std::string_view pattern) {
     return glob(name_pattern, procedure.name) || glob(summary_pattern, summary);
   return std::string_view(procedure.name).find(name_pattern) != std::string_view::npos ||
          summary.find(summary_pattern) != std::string::npos;
+}
+
+std::span<const char* const> lookup_commands() {
+  return kCommands;
 }
 
 std::string lookup_display_name(const procedure_row& procedure) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,6 +31,9 @@ std::vector<std::string> lookup_near(std::string_view name);
 // True when name or summary contains the pattern, or, for a pattern with * or
 // ?, when the whole name or the whole summary is matched by it.
 bool lookup_matches(const procedure_row& procedure, std::string_view pattern);
+
+// What may stand in the place of a procedure: "ping", "list", ...
+std::span<const char* const> lookup_commands();
 
 // As people write it: lower case.
 std::string lookup_display_name(const procedure_row& procedure);

@@ -17,7 +17,8 @@ constexpr char kHead[] =
     "\n"
     "Program 0x20131337, version 1, UDP, 192.168.254.254 port 60001. `wificonf\n"
     "describe NAME` says the same as these pages, `wificonf schema NAME` what\n"
-    "`--json` prints. Wire types are in `src/rpc/wlan_config.x`.\n"
+    "`--json` prints, `wificonf list --topic TOPIC` what a topic has. Wire types are\n"
+    "in `src/rpc/wlan_config.x`.\n"
     "\n"
     "A procedure answers a bare return code, or a result record: a return code, an\n"
     "array of words and a byte string. A return code below 0 is a failure, 0 success;\n"
@@ -30,12 +31,6 @@ constexpr char kHead[] =
     "\n"
     "\"Does nothing\" marks a procedure that is accepted and answered, but deliberately\n"
     "reads and changes nothing.\n";
-
-std::string anchor(std::string text) {
-  for (char& c : text)
-    c = c == ' ' ? '-' : c;
-  return text_lower(text);
-}
 
 // A cell of a table, where a bar would end it.
 std::string cell(const std::string& text) {
@@ -158,7 +153,7 @@ std::string reference_markdown() {
   std::string out = kHead;
   out += "\n";
   for (const char* topic : topics())
-    out += text_format("- [%s](#%s)\n", topic, anchor(topic).c_str());
+    out += text_format("- [%s](#%s)\n", topic, topic_word(topic).c_str());
   for (const char* topic : topics()) {
     out += text_format("\n## %s\n", topic);
     for (const procedure_row* procedure : procedures_of(topic, false))

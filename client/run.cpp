@@ -5,6 +5,7 @@
 #include "describe.h"
 #include "dump.h"
 #include "json.h"
+#include "list.h"
 #include "lookup.h"
 #include "payload.h"
 #include "schema.h"
@@ -131,18 +132,6 @@ exit_status run_ping(const output_streams& streams, const client_options& option
   return kExitDone;
 }
 
-exit_status run_list(const output_streams& streams, const client_options& options) {
-  if (options.words.size() > 2)
-    return fail(streams, kExitUsage, "list takes one PATTERN at most; quote it for the shell");
-  std::string pattern = options.words.size() == 2 ? options.words[1] : "";
-  std::string text = describe_list(pattern, terminal_width(streams.out));
-  if (text.empty())
-    return fail(streams, kExitUsage,
-                "no procedure matches " + text_quote(pattern) + "; 'wificonf list' has all");
-  print(streams, options.json ? json_list(pattern) : text);
-  return kExitDone;
-}
-
 exit_status run_describe(const output_streams& streams, const client_options& options) {
   if (options.words.size() != 2)
     return fail(streams, kExitUsage, "describe takes one PROCEDURE; 'wificonf list' has all");
@@ -170,18 +159,23 @@ exit_status run_completion(const output_streams& streams, const client_options& 
   return kExitDone;
 }
 
+// As lookup_commands() has them.
+constexpr struct {
+  const char* name;
+  exit_status (*run)(const output_streams& streams, const client_options& options);
+} kCommands[] = {
+    {"ping", run_ping},         {"list", run_list},
+    {"describe", run_describe}, {"schema", run_schema},
+    {"dump", run_dump},         {"watch", run_watch},
+    {"top", run_top},           {"completion", run_completion},
+};
+
 exit_status run_words(const output_streams& streams, const client_options& options) {
   const std::string& word = options.words[0];
-  if (word == "ping") return run_ping(streams, options);
-  if (word == "list") return run_list(streams, options);
-  if (word == "describe") return run_describe(streams, options);
-  if (word == "schema") return run_schema(streams, options);
-  if (word == "watch") return run_watch(streams, options);
-  if (word == "dump") return run_dump(streams, options);
-  if (word == "completion") return run_completion(streams, options);
-  if (word == "top") return run_top(streams, options);
-  if (lookup_is_number(word)) return run_number(streams, options);
-  return run_procedure(streams, options);
+  for (const auto& command : kCommands) {
+    if (word == command.name) return command.run(streams, options);
+  }
+  return lookup_is_number(word) ? run_number(streams, options) : run_procedure(streams, options);
 }
 
 }  // namespace

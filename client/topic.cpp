@@ -1,6 +1,8 @@
 #include "topic.h"
 
-#include <string_view>
+#include <algorithm>
+
+#include "text.h"
 
 namespace {
 
@@ -124,4 +126,21 @@ const char* topic_of(const procedure_row& procedure) {
       return rule.topic;
   }
   return kRadio;
+}
+
+std::string topic_word(const char* topic) {
+  std::string word = text_lower(topic);
+  std::replace(word.begin(), word.end(), ' ', '-');
+  return word;
+}
+
+std::vector<const char*> topics_near(std::string_view text) {
+  const std::string wanted = topic_word(std::string(text).c_str());
+  std::vector<const char*> found;
+  for (const char* topic : kTopics) {
+    const std::string word = topic_word(topic);
+    if (word == wanted) return {topic};
+    if (word.find(wanted) != std::string::npos) found.push_back(topic);
+  }
+  return found;
 }

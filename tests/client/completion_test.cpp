@@ -7,24 +7,38 @@
 #include <cstdio>
 #include <string>
 
+#include "lookup.h"
+
 namespace {
 
-// What bash offers for the last of the words.
-std::string offered(const std::string& words) {
+// What the shell's script offers for the last of the words. No program can be
+// started from it: what it offers it must know.
+std::string offered_by(const std::string& shell, const std::string& around,
+                       const std::string& words) {
   const std::string path = testing::TempDir() + "completion." + std::to_string(getpid());
   FILE* file = fopen(path.c_str(), "w");
   EXPECT_NE(file, nullptr);
-  fputs(completion_script("bash").c_str(), file);
+  fprintf(file, "PATH=/nowhere\ncompdef() { :; }\n%swords=(%s)\nCURRENT=${#words[@]}\n%s",
+          completion_script(shell).c_str(), words.c_str(), around.c_str());
   fclose(file);
-  const std::string command =
-      "bash -c 'source " + path + "; COMP_WORDS=(" + words +
-      "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _wificonf; echo ${COMPREPLY[@]}'";
-  FILE* pipe = popen(command.c_str(), "r");
+  FILE* pipe = popen((shell + " " + path + " 2>&1").c_str(), "r");
   char text[65536] = {};
   const size_t length = fread(text, 1, sizeof text - 1, pipe);
   EXPECT_EQ(pclose(pipe), 0);
   unlink(path.c_str());
   return std::string(text, length);
+}
+
+std::string offered(const std::string& words) {
+  return offered_by("bash",
+                    "COMP_WORDS=(\"${words[@]}\"); COMP_CWORD=$((CURRENT - 1))\n"
+                    "_wificonf; echo ${COMPREPLY[@]}\n",
+                    words);
+}
+
+// All that zsh is given; it picks those that fit itself.
+std::string offered_by_zsh(const std::string& words) {
+  return offered_by("zsh", "compadd() { shift; echo $@ }\n_wificonf\n", words);
 }
 
 TEST(Completion, ProceduresCommandsAndOptions) {
@@ -35,6 +49,34 @@ TEST(Completion, ProceduresCommandsAndOptions) {
   EXPECT_EQ(offered("wificonf describe wlan_get_btm_a"), "wlan_get_btm_associated_device\n");
   EXPECT_EQ(offered("wificonf watch wlan_get_btm_a"), "wlan_get_btm_associated_device\n");
   EXPECT_EQ(offered("wificonf completion z"), "zsh\n");
+  EXPECT_EQ(offered("wificonf --timeout=3 dump \"\""), "--redact\n");
+  EXPECT_EQ(offered("wificonf --timeout = 3 dump \"\""), "--redact\n") << "as bash splits it";
+  EXPECT_EQ(offered("wificonf --host \"\""), "\n");
+  EXPECT_EQ(offered("wificonf dump --redact \"\""), "\n");
+  EXPECT_EQ(offered("wificonf watch pin"), "\n") << "no command can be watched";
+}
+
+TEST(Completion, EveryProcedureAndCommand) {
+  std::string all;
+  for (const procedure_row& procedure : table_procedures())
+    all += lookup_display_name(procedure) + " ";
+  EXPECT_EQ(offered("wificonf describe \"\""), all.substr(0, all.size() - 1) + "\n");
+  for (const char* command : lookup_commands())
+    EXPECT_EQ(offered("wificonf " + std::string(command)), std::string(command) + "\n");
+}
+
+TEST(Completion, TopicsOfAList) {
+  EXPECT_EQ(offered("wificonf list \"\""), "--topic --topics\n");
+  EXPECT_EQ(offered("wificonf list --topic home"),
+            "home-network-controller home-network-extenders\n");
+  EXPECT_EQ(offered("wificonf list --topic wps \"\""), "\n");
+}
+
+TEST(Completion, WhatWatchAndTopTake) {
+  EXPECT_EQ(offered("wificonf watch wlan_get_channel 1 \"\""), "--every --count\n");
+  EXPECT_EQ(offered("wificonf watch hnc_get_rrm_enable \"\""), "--every --count\n");
+  EXPECT_EQ(offered("wificonf watch wlan_get_channel 1 --every \"\""), "\n");
+  EXPECT_EQ(offered("wificonf top --c"), "--count\n");
 }
 
 TEST(Completion, ArgumentsThatAreEnumerations) {
@@ -42,9 +84,15 @@ TEST(Completion, ArgumentsThatAreEnumerations) {
             "TKIPEncryption TKIPandAESEncryption\n");
   EXPECT_EQ(offered("wificonf wlan_set_enable 1"), "1 10 11 12 13 14 15 16\n");
   EXPECT_EQ(offered("wificonf wlan_set_enable 3 \"\""), "on off\n");
-  EXPECT_EQ(offered("wificonf watch wlan_get_stats 9 \"\""), "0 1\n");
+  EXPECT_EQ(offered("wificonf watch wlan_get_stats 9 \"\""), "0 1 --every --count\n");
   EXPECT_EQ(offered("wificonf wlan_set_ssid 3 \"\""), "\n") << "any text";
   EXPECT_EQ(offered("wificonf wlan_init \"\""), "\n");
+}
+
+TEST(Completion, ZshOffersTheSame) {
+  EXPECT_EQ(offered_by_zsh("wificonf wlan_set_hnc_steer_sta_type 3 ''"), "0 1 3\n");
+  EXPECT_EQ(offered_by_zsh("wificonf --host 1.2.3.4 wlan_set_enable 3 ''"), "on off\n");
+  EXPECT_EQ(offered_by_zsh("wificonf list ''"), "--topic --topics\n");
 }
 
 TEST(Completion, OtherShellsHaveNone) {

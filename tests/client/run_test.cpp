@@ -226,6 +226,9 @@ TEST(Run, WrongUsageSendsNothing) {
       {{"ping", "3"}, "takes no arguments"},
       {{"list", "a", "b"}, "one PATTERN"},
       {{"list", "no such thing"}, "no procedure matches"},
+      {{"list", "--topics", "x"}, "one PATTERN"},
+      {{"list", "--topic"}, "one PATTERN"},
+      {{"list", "--topic", "wps", "--json"}, "one PATTERN"},
       {{"describe"}, "one PROCEDURE"},
       {{"describe", "wlan_get_sid"}, "did you mean wlan_get_ssid"},
       {{"describe", "20"}, "no procedure '20'"},
@@ -261,6 +264,14 @@ TEST(Run, HelpVersionListAndDescribe) {
   Outcome list = run_words({"list", "wlan_set_ssid"});
   EXPECT_EQ(list.status, kExitDone);
   EXPECT_TRUE(list.out.starts_with("22  wlan_set_ssid  ")) << list.out;
+}
+
+TEST(Run, EveryCommandIsOne) {
+  for (const std::string command : lookup_commands()) {
+    const std::string err = run_words({command, "no", "such", "words"}).err;
+    EXPECT_EQ(err.find("no procedure '" + command + "'"), std::string::npos) << err;
+  }
+  EXPECT_EQ(lookup_commands().size(), 8u);
 }
 
 TEST(Run, OutputThatCannotBeWrittenIsAnError) {

@@ -1,0 +1,73 @@
+#include "list.h"
+
+#include "describe.h"
+#include "json.h"
+#include "lookup.h"
+#include "text.h"
+#include "topic.h"
+
+namespace {
+
+using procedures = std::vector<const procedure_row*>;
+
+constexpr char kUsage[] =
+    "list takes [--topic TOPIC] and one PATTERN at most, which the shell must leave alone; "
+    "or --topics";
+
+exit_status list_topics(const output_streams& streams, const client_options& options) {
+  print(streams, options.json ? json_topics() : describe_topics());
+  return kExitDone;
+}
+
+exit_status wrong_topic(const output_streams& streams, const std::string& word) {
+  std::string line = "no topic " + text_quote(word) + ";";
+  const std::vector<const char*> meant = topics_near(word);
+  if (meant.size() > 1) {
+    line = text_quote(word) + " is part of more than one topic:";
+    for (const char* topic : meant)
+      line += " " + topic_word(topic);
+    line += ";";
+  }
+  return fail(streams, kExitUsage, line + " 'wificonf list --topics' has all");
+}
+
+exit_status list_procedures(const output_streams& streams, const client_options& options,
+                            const list_choice& choice) {
+  const procedures found = list_find(choice);
+  if (found.empty()) {
+    const std::string of = choice.topic == nullptr ? "" : " of " + topic_word(choice.topic);
+    return fail(streams, kExitUsage,
+                "no procedure" + of + " matches " + text_quote(choice.pattern) +
+                    "; 'wificonf list' has all");
+  }
+  print(streams,
+        options.json ? json_list(found) : describe_list(found, terminal_width(streams.out)));
+  return kExitDone;
+}
+
+}  // namespace
+
+std::vector<const procedure_row*> list_find(const list_choice& choice) {
+  procedures found;
+  for (const procedure_row& procedure : table_procedures()) {
+    const bool about = choice.topic == nullptr || topic_of(procedure) == choice.topic;
+    if (about && lookup_matches(procedure, choice.pattern)) found.push_back(&procedure);
+  }
+  return found;
+}
+
+exit_status run_list(const output_streams& streams, const client_options& options) {
+  std::vector<std::string> words(options.words.begin() + 1, options.words.end());
+  if (words == std::vector<std::string>{"--topics"}) return list_topics(streams, options);
+  list_choice choice;
+  if (words.size() >= 2 && words[0] == "--topic") {
+    const std::vector<const char*> meant = topics_near(words[1]);
+    if (meant.size() != 1) return wrong_topic(streams, words[1]);
+    choice.topic = meant[0];
+    words.erase(words.begin(), words.begin() + 2);
+  }
+  const bool is_option = !words.empty() && words[0].starts_with("--");
+  if (words.size() > 1 || is_option) return fail(streams, kExitUsage, kUsage);
+  if (!words.empty()) choice.pattern = words[0];
+  return list_procedures(streams, options, choice);
+}

@@ -1,0 +1,66 @@
+#include "list.h"
+
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "describe.h"
+#include "json.h"
+#include "lookup.h"
+#include "topic.h"
+
+namespace {
+
+std::string names(const list_choice& choice) {
+  std::string out;
+  for (const procedure_row* procedure : list_find(choice))
+    out += lookup_display_name(*procedure) + " ";
+  return out;
+}
+
+std::string near(std::string_view text) {
+  std::string out;
+  for (const char* topic : topics_near(text))
+    out += topic_word(topic) + " ";
+  return out;
+}
+
+TEST(List, EveryProcedureIsInOneTopic) {
+  size_t listed = 0;
+  for (const char* topic : topics()) {
+    EXPECT_FALSE(list_find({"", topic}).empty()) << topic;
+    listed += list_find({"", topic}).size();
+  }
+  EXPECT_EQ(listed, 362u);
+}
+
+TEST(List, ByTopicAndPattern) {
+  const char* survey = topics_near("site-survey").at(0);
+  EXPECT_EQ(names({"", survey}),
+            "wlan_get_ap_scan_num_of_entries wlan_get_ap_scan_result wlan_ap_scan "
+            "wlan_ap_auto_channel_select wlan_get_ap_scan_status ");
+  EXPECT_EQ(names({"*status", survey}), "wlan_get_ap_scan_status ");
+  EXPECT_EQ(names({"country", survey}), "");
+}
+
+TEST(List, ATopicIsItsWordOrAPartOfItThatNoOtherHas) {
+  EXPECT_EQ(near("wps"), "wps ");
+  EXPECT_EQ(near("WPS"), "wps ");
+  EXPECT_EQ(near("Site survey"), "site-survey ");
+  EXPECT_EQ(near("steering"), "client-steering ");
+  EXPECT_EQ(near("home"), "home-network-controller home-network-extenders ");
+  EXPECT_EQ(near("no such topic"), "");
+}
+
+TEST(List, TopicsAsTextAndJson) {
+  EXPECT_TRUE(describe_topics().starts_with(" 11  lifecycle\n 20  bss-and-ssid\n"))
+      << describe_topics();
+  const auto all = nlohmann::json::parse(json_topics());
+  ASSERT_EQ(all.size(), 16u);
+  EXPECT_EQ(all[1], (nlohmann::json{
+                        {"topic", "bss-and-ssid"}, {"title", "BSS and SSID"}, {"procedures", 20}}));
+  const auto one = nlohmann::json::parse(json_list({lookup_name("wlan_ap_scan")}));
+  EXPECT_EQ(one[0]["topic"], "site-survey");
+}
+
+}  // namespace
