@@ -1,5 +1,6 @@
 #include "moment.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <ctime>
@@ -22,6 +23,10 @@ void moment_sleep_until(double moment) {
   const timespec until = {static_cast<time_t>(whole), static_cast<long>(part * 1e9)};
   while (clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &until, nullptr) == EINTR) {
   }
+}
+
+double moment_next(double moment, double every) {
+  return std::max(moment + every, moment_now());
 }
 
 std::string moment_stamp() {

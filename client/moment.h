@@ -9,6 +9,10 @@ double moment_now();
 
 void moment_sleep_until(double moment);
 
+// `every` seconds after `moment`, or now when that is over: what was late is not
+// made up for.
+double moment_next(double moment, double every);
+
 // "2026-01-31T12:00:00Z", of now.
 std::string moment_stamp();
 

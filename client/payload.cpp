@@ -49,10 +49,13 @@ bool payload_is_counter(field_type type) {
          type == field_type::kCounterI64;
 }
 
-uint64_t payload_growth(const payload_field& field, std::string_view earlier,
-                        std::string_view record) {
-  const uint64_t growth = payload_unsigned(field, record) - payload_unsigned(field, earlier);
-  return field.type == field_type::kCounter32 ? static_cast<uint32_t>(growth) : growth;
+bool payload_growth(const payload_field& field, std::string_view earlier, std::string_view record,
+                    uint64_t* growth) {
+  const uint64_t then = payload_unsigned(field, earlier);
+  const uint64_t now = payload_unsigned(field, record);
+  const bool narrow = then <= UINT32_MAX && now <= UINT32_MAX;
+  *growth = narrow ? static_cast<uint32_t>(now - then) : now - then;
+  return *growth <= (narrow ? UINT32_MAX / 2 : UINT64_MAX / 2);
 }
 
 uint32_t payload_row_count(const payload_rows& rows, std::string_view record) {

@@ -92,6 +92,8 @@ std::string_view payload_bytes(const payload_field& field, std::string_view reco
 bool payload_is_signed(field_type type);
 bool payload_is_counter(field_type type);
 
-// How much a counter grew since an earlier record.
-uint64_t payload_growth(const payload_field& field, std::string_view earlier,
-                        std::string_view record);
+// How much a counter grew since an earlier record. False when it has gone back, as
+// after a restart of the radio. One that is full goes on from 0, which is told from
+// going back by what is the shorter way; behind 64 bits there may be 32 of the driver.
+[[nodiscard]] bool payload_growth(const payload_field& field, std::string_view earlier,
+                                  std::string_view record, uint64_t* growth);

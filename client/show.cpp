@@ -27,13 +27,14 @@ bool is_text(field_type type) {
   return type == field_type::kText || type == field_type::kMac || type == field_type::kTime;
 }
 
-// A counter's growth per second; "" for other fields and without an earlier
-// record.
+// A counter's growth per second; "" for other fields, without an earlier record,
+// and when it has gone back.
 std::string show_rate(const payload_field& field, std::string_view record,
                       const earlier_record* earlier) {
   if (earlier == nullptr || earlier->record.empty() || !payload_is_counter(field.type)) return "";
-  const double growth = static_cast<double>(payload_growth(field, earlier->record, record));
-  const double rate = growth / earlier->seconds;
+  uint64_t growth = 0;
+  if (!payload_growth(field, earlier->record, record, &growth)) return "";
+  const double rate = static_cast<double>(growth) / earlier->seconds;
   return text_format(rate < 100 ? "%.1f" : "%.0f", rate);
 }
 
@@ -97,13 +98,20 @@ std::string show_rows(const payload_rows& rows, std::string_view record, size_t 
   return columns_text(columns, lines, true, width);
 }
 
+// A value as one word: in quotes where it has blanks, and never ending them.
+std::string quoted(const std::string& value) {
+  if (value.find_first_of(" \"") == std::string::npos) return value;
+  std::string out = "\"";
+  for (const char c : value)
+    out += c == '"' ? std::string("\\x22") : std::string(1, c);
+  return out + "\"";
+}
+
 std::string show_line(std::span<const payload_field> fields, std::string_view record,
                       const earlier_record* earlier) {
   std::string line;
   for (const payload_field& field : fields) {
-    const std::string value = show_value(field, record);
-    const char* quote = value.find_first_of(" \"") == std::string::npos ? "" : "\"";
-    line.append(" ").append(field.name).append("=").append(quote).append(value).append(quote);
+    line.append(" ").append(field.name).append("=").append(quoted(show_value(field, record)));
     const std::string rate = show_rate(field, record, earlier);
     if (!rate.empty()) line.append(" ").append(field.name).append("/s=").append(rate);
   }
@@ -147,6 +155,8 @@ std::string show_lines(const payload_layout& layout, std::string_view record,
   std::string out;
   if (!layout.fields.empty()) out = start + show_line(layout.fields, record, earlier);
   if (layout.rows == nullptr) return out;
+  if (payload_row_count(*layout.rows, record) == 0)
+    return out + start + " no " + layout.rows->name + "\n";
   for (uint32_t i = 0; i < payload_row_count(*layout.rows, record); i++) {
     const std::string_view row = payload_row(*layout.rows, record, i);
     const earlier_record then =

@@ -24,6 +24,7 @@ std::string show_record(const payload_layout& layout, std::string_view record, s
                         const earlier_record* earlier = nullptr);
 
 // The same in lines of "name=value" for programs, each beginning with `start`:
-// one for the fields, one for each row.
+// one for the fields, one for each row, or one that says that there are none.
+// A quote in a text is \x22 there.
 std::string show_lines(const payload_layout& layout, std::string_view record,
                        const std::string& start, const earlier_record* earlier);

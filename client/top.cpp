@@ -1,7 +1,6 @@
 #include "top.h"
 
 #include <poll.h>
-#include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -12,6 +11,7 @@
 #include "lookup.h"
 #include "moment.h"
 #include "payload.h"
+#include "screen.h"
 #include "settings.h"
 #include "show.h"
 #include "text.h"
@@ -23,8 +23,8 @@ constexpr char kCtrlC = 3;
 
 struct station {
   int bss;
-  std::string mac, rssi, down, up, btm;
-  uint64_t sent, received;          // bytes
+  std::string mac, rssi, down, up, btm, sent, received;
+  std::string row;                  // the record
   double sent_rate, received_rate;  // per second; negative: not known
 };
 
@@ -53,27 +53,41 @@ station station_of(const payload_rows& rows, int bss, std::string_view row) {
           megabits(rows, "downlink_rate", row),
           megabits(rows, "uplink_rate", row),
           payload_unsigned(field_of(rows, "btm"), row) != 0 ? "yes" : "no",
-          payload_unsigned(field_of(rows, "bytes_sent"), row),
-          payload_unsigned(field_of(rows, "bytes_received"), row),
+          shown("bytes_sent"),
+          shown("bytes_received"),
+          std::string(row),
           -1,
           -1};
 }
 
+// Bytes per second since a row some time before; negative when the counter has gone
+// back.
+double rate_since(const payload_rows& rows, const char* name, const station& then,
+                  const station& current, double seconds) {
+  uint64_t growth = 0;
+  if (!payload_growth(field_of(rows, name), then.row, current.row, &growth)) return -1;
+  return static_cast<double>(growth) / seconds;
+}
+
 // Fills in the rates of a station that was there before.
-void add_rates(station& current, const stations_sample& before, double taken) {
+void add_rates(const payload_rows& rows, station& current, const stations_sample& before,
+               double taken) {
   for (const station& then : before.stations) {
-    const bool same = then.mac == current.mac && then.bss == current.bss;
-    if (!same || current.sent < then.sent || current.received < then.received) continue;
+    if (then.mac != current.mac || then.bss != current.bss) continue;
     const double seconds = taken - before.taken;
-    current.sent_rate = static_cast<double>(current.sent - then.sent) / seconds;
-    current.received_rate = static_cast<double>(current.received - then.received) / seconds;
+    current.sent_rate = rate_since(rows, "bytes_sent", then, current, seconds);
+    current.received_rate = rate_since(rows, "bytes_received", then, current, seconds);
   }
+}
+
+const procedure_row& station_list() {
+  return *lookup_name("wlan_get_btm_associated_device");
 }
 
 // Appends the stations of a BSS. False when the daemon does not answer; a BSS
 // that the driver does not have has none.
 bool take_bss(const client_options& options, int bss, stations_sample& sample) {
-  const procedure_row& procedure = *lookup_name("wlan_get_btm_associated_device");
+  const procedure_row& procedure = station_list();
   prepared_call prepared = {&procedure, {}};
   wire_put_word(prepared.arguments, static_cast<uint32_t>(bss));
   decoded_reply reply;
@@ -87,8 +101,8 @@ bool take_bss(const client_options& options, int bss, stations_sample& sample) {
 }
 
 bool busier(const station& a, const station& b) {
-  const double busy_a = a.sent_rate + a.received_rate;
-  const double busy_b = b.sent_rate + b.received_rate;
+  const double busy_a = std::max(a.sent_rate, 0.0) + std::max(a.received_rate, 0.0);
+  const double busy_b = std::max(b.sent_rate, 0.0) + std::max(b.received_rate, 0.0);
   if (busy_a != busy_b) return busy_a > busy_b;
   return a.bss != b.bss ? a.bss < b.bss : a.mac < b.mac;
 }
@@ -100,7 +114,7 @@ stations_sample take_sample(const client_options& options, const stations_sample
     if (!take_bss(options, bss, sample)) break;
   }
   for (station& current : sample.stations)
-    add_rates(current, before, sample.taken);
+    add_rates(*payload_find(station_list())->rows, current, before, sample.taken);
   std::sort(sample.stations.begin(), sample.stations.end(), busier);
   return sample;
 }
@@ -118,22 +132,9 @@ std::string table_of(const stations_sample& sample, size_t width) {
   std::vector<std::vector<std::string>> lines;
   for (const station& one : sample.stations)
     lines.push_back({std::to_string(one.bss), one.mac, one.rssi, one.down, one.up,
-                     rate_text(one.sent_rate), rate_text(one.received_rate),
-                     std::to_string(one.sent), std::to_string(one.received), one.btm});
+                     rate_text(one.sent_rate), rate_text(one.received_rate), one.sent, one.received,
+                     one.btm});
   return columns_text(kColumns, lines, true, width);
-}
-
-// The first `count` lines.
-std::string first_lines(const std::string& text, size_t count) {
-  size_t end = 0;
-  while (count-- > 0 && end < text.size())
-    end = std::min(text.find('\n', end), text.size() - 1) + 1;
-  return text.substr(0, end);
-}
-
-size_t terminal_height(FILE* out) {
-  winsize size{};
-  return ioctl(fileno(out), TIOCGWINSZ, &size) == 0 && size.ws_row > 0 ? size.ws_row : 24;
 }
 
 volatile sig_atomic_t ended;
@@ -159,7 +160,7 @@ void draw(const output_streams& streams, const stations_sample& sample) {
   const std::string title = text_format("%zu stations at %s, q quits\n\n", sample.stations.size(),
                                         moment_stamp().c_str());
   const std::string screen = title + table_of(sample, terminal_width(streams.out));
-  print(streams, "\033[H\033[J" + first_lines(screen, terminal_height(streams.out) - 1));
+  print(streams, "\033[H\033[J" + screen_lines(screen, screen_height(streams.out) - 1));
   fflush(streams.out);
 }
 
@@ -168,8 +169,10 @@ void redraw_until_quit(const output_streams& streams, const client_options& opti
   stations_sample sample;
   double next = moment_now();
   for (unsigned long i = 0; settings.count == 0 || i < settings.count; i++) {
-    if (i != 0 && wait_for_quit(next)) break;
-    next += settings.every;
+    if (i != 0) {
+      next = moment_next(next, settings.every);
+      if (wait_for_quit(next)) break;
+    }
     sample = take_sample(options, sample);
     draw(streams, sample);
   }
@@ -182,8 +185,8 @@ exit_status run_on_terminal(const output_streams& streams, const client_options&
   const bool has_keys = tcgetattr(STDIN_FILENO, &before) == 0;
   termios raw = before;
   raw.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO | ISIG);
-  signal(SIGTERM, note_end);
-  signal(SIGHUP, note_end);
+  for (const int number : {SIGINT, SIGTERM, SIGHUP})
+    signal(number, note_end);
   if (has_keys) tcsetattr(STDIN_FILENO, TCSANOW, &raw);
   print(streams, "\033[?1049h");
   redraw_until_quit(streams, options, settings);
@@ -198,8 +201,10 @@ exit_status run_in_pipe(const output_streams& streams, const client_options& opt
   stations_sample sample;
   double next = moment_now();
   for (unsigned long i = 0; i < std::max(settings.count, 1ul); i++) {
-    if (i != 0) moment_sleep_until(next);
-    next += settings.every;
+    if (i != 0) {
+      next = moment_next(next, settings.every);
+      moment_sleep_until(next);
+    }
     sample = take_sample(options, sample);
     if (!sample.problem.empty()) return fail(streams, kExitNoAnswer, sample.problem);
     print(streams, (i == 0 ? "" : "\n") + table_of(sample, 0));

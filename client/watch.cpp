@@ -4,6 +4,7 @@
 #include "lookup.h"
 #include "moment.h"
 #include "payload.h"
+#include "screen.h"
 #include "settings.h"
 #include "show.h"
 #include "text.h"
@@ -24,9 +25,18 @@ std::string plain_value(const procedure_row& procedure, const decoded_reply& rep
   return text_format("code %d", reply.code);
 }
 
-std::string shown(const output_streams& streams, const procedure_row& procedure,
-                  const sample& before, const sample& current) {
-  const size_t width = terminal_width(streams.out);
+// The whole screen, cleared before.
+std::string screen_of(const output_streams& streams, const procedure_row& procedure, double every,
+                      const std::string& text) {
+  const std::string title =
+      text_format("%s, every %g s, %s\n\n", lookup_display_name(procedure).c_str(), every,
+                  moment_stamp().c_str());
+  return "\033[H\033[2J" + screen_lines(title + text, screen_height(streams.out) - 1);
+}
+
+// The answer, for the width of a terminal or, with 0, in lines.
+std::string shown(const procedure_row& procedure, size_t width, const sample& before,
+                  const sample& current) {
   const payload_layout* layout = payload_find(procedure);
   const earlier_record earlier = {before.reply.data, current.taken - before.taken};
   const earlier_record* then = before.valid ? &earlier : nullptr;
@@ -38,20 +48,36 @@ std::string shown(const output_streams& streams, const procedure_row& procedure,
                     : show_lines(*layout, current.reply.data, moment_stamp(), then);
 }
 
+// False when there is no answer: why not is in `problem` if it is for the screen, and
+// told already if it is not.
+bool ask(const output_streams& streams, const client_options& options,
+         const prepared_call& prepared, bool on_screen, decoded_reply& reply, std::string& problem,
+         exit_status* status) {
+  if (!on_screen) return session_ask(streams, options, prepared, reply, status);
+  problem = session_try(options, prepared, reply);
+  if (!problem.empty()) *status = kExitNoAnswer;
+  return problem.empty();
+}
+
 // Returns the exit status that the one call alone would have had.
 exit_status take_sample(const output_streams& streams, const client_options& options,
-                        const prepared_call& prepared, sample& before) {
+                        const prepared_call& prepared, double every, sample& before) {
+  const procedure_row& procedure = *prepared.procedure;
+  const size_t width = options.json ? 0 : terminal_width(streams.out);
   sample current = {{}, moment_now(), false};
   exit_status status = kExitDone;
-  const bool answered = session_ask(streams, options, prepared, current.reply, &status);
+  std::string text;
+  const bool answered = ask(streams, options, prepared, width != 0, current.reply, text, &status);
   current.valid = answered && current.reply.code >= 0;
-  if (answered && options.json)
-    print(streams, json_reply(*prepared.procedure, current.reply));
-  else if (answered)
-    print(streams, shown(streams, *prepared.procedure, before, current));
+  if (answered)
+    text = options.json ? json_reply(procedure, current.reply)
+                        : shown(procedure, width, before, current);
+  else
+    text = text.empty() ? "" : text_wrap(text, width, 0, 0) + "\n";
+  print(streams, width != 0 ? screen_of(streams, procedure, every, text) : text);
   fflush(streams.out);
   before = current;
-  return answered && current.reply.code < 0 ? kExitFailureCode : status;
+  return answered && payload_failed(procedure, current.reply.code) ? kExitFailureCode : status;
 }
 
 }  // namespace
@@ -67,17 +93,14 @@ exit_status run_watch(const output_streams& streams, const client_options& optio
   prepared_call prepared;
   exit_status status = kExitDone;
   if (!session_prepare(streams, words, prepared, &status)) return status;
-  const bool redraw = terminal_width(streams.out) != 0 && !options.json;
-  const std::string title = lookup_display_name(*prepared.procedure);
   sample before = {{}, 0, false};
   double next = moment_now();
   for (unsigned long i = 0; settings.count == 0 || i < settings.count; i++) {
-    if (i != 0) moment_sleep_until(next);
-    next += settings.every;
-    if (redraw)
-      print(streams, text_format("\033[H\033[2J%s, every %g s, %s\n\n", title.c_str(),
-                                 settings.every, moment_stamp().c_str()));
-    status = take_sample(streams, options, prepared, before);
+    if (i != 0) {
+      next = moment_next(next, settings.every);
+      moment_sleep_until(next);
+    }
+    status = take_sample(streams, options, prepared, settings.every, before);
   }
   return status;
 }

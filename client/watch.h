@@ -4,7 +4,7 @@
 #include "session.h"
 
 // Words: watch PROCEDURE ARGUMENT... [--every TIME] [--count N]. A terminal is
-// redrawn; elsewhere every answer gives lines that begin with the time. A call
+// redrawn with what fits it; elsewhere every answer gives lines that begin with the time. A call
 // that fails is told and made again at its time. Returns after N calls, or
 // never.
 exit_status run_watch(const output_streams& streams, const client_options& options);

@@ -62,6 +62,40 @@ TEST(Payload, NumbersAreLittleEndianAndSigned) {
             static_cast<int64_t>(0x80030201fffffffeu));
 }
 
+TEST(Payload, GrowthOfCounters) {
+  const auto le = [](uint64_t value) {
+    std::string record(8, '\0');
+    for (unsigned i = 0; i < 8; i++)
+      record[i] = static_cast<char>(value >> (8 * i));
+    return record;
+  };
+  const struct {
+    field_type type;
+    uint64_t then, now;
+    bool grown;
+    uint64_t growth;
+  } cases[] = {
+      {field_type::kCounter32, 5, 12, true, 7},
+      {field_type::kCounter32, 12, 12, true, 0},
+      {field_type::kCounter32, 0xfffffff0, 0x10, true, 0x20},
+      {field_type::kCounter32, 100000, 0, false, 0},
+      {field_type::kCounter64, 0x1fffffff0, 0x200000010, true, 0x20},
+      {field_type::kCounter64, 0x200000000, 0x100000000, false, 0},
+      {field_type::kCounter64, 0x200000000, 5, false, 0},
+      {field_type::kCounter64, 0xfffffff0, 0x10, true, 0x20},
+      {field_type::kCounterI64, 100000, 0, false, 0},
+      {field_type::kCounterI64, 100000, 0x100000000, true, 0xfffe7960},
+  };
+  for (const auto& c : cases) {
+    const payload_field field = {"", c.type, 0, 0, "", "", ""};
+    uint64_t growth = 0;
+    EXPECT_EQ(payload_growth(field, le(c.then), le(c.now), &growth), c.grown) << c.then;
+    if (c.grown) {
+      EXPECT_EQ(growth, c.growth) << c.then;
+    }
+  }
+}
+
 TEST(Payload, TextEndsAtItsNulOrFillsItsField) {
   const payload_field text = {"", field_type::kText, 1, 4, "", "", ""};
   EXPECT_EQ(payload_bytes(text, std::string("xab\0cd", 6)), "ab");

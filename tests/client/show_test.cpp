@@ -87,6 +87,73 @@ TEST(Show, TextsAndTimesAreSafeAndReadable) {
             "2023-11-14 22:13:20Z    0 02:00:5e:00:00:01 \\x1b[2J\n");
 }
 
+std::string counters(uint32_t sent, uint32_t received) {
+  std::string record(20, '\0');
+  for (unsigned i = 0; i < 4; i++) {
+    record[i] = static_cast<char>(sent >> (8 * i));
+    record[4 + i] = static_cast<char>(received >> (8 * i));
+  }
+  return record;
+}
+
+TEST(Show, CountersHaveTheirGrowthPerSecond) {
+  const payload_layout& layout = *payload_find(*lookup_name("wlan_get_basic_stats"));
+  const std::string then = counters(1000, 4000000000u);
+  const earlier_record earlier = {then, 2};
+  EXPECT_EQ(show_record(layout, counters(1051, 4000001000u), 0, &earlier),
+            "bytes_sent       1051 B       25.5 B/s\n"
+            "bytes_received   4000001000 B  500 B/s\n"
+            "packets_sent     0               0.0/s\n"
+            "packets_received 0               0.0/s\n"
+            "associations     0            \n");
+  EXPECT_EQ(show_lines(layout, counters(1051, 32704), "NOW", &earlier),
+            "NOW bytes_sent=1051 bytes_sent/s=25.5 bytes_received=32704 "
+            "bytes_received/s=147500000 packets_sent=0 packets_sent/s=0.0 packets_received=0 "
+            "packets_received/s=0.0 associations=0\n")
+      << "on from 0 behind 32 bits";
+  EXPECT_EQ(show_lines(layout, counters(999, 4000000000u), "NOW", &earlier),
+            "NOW bytes_sent=999 bytes_received=4000000000 bytes_received/s=0.0 packets_sent=0 "
+            "packets_sent/s=0.0 packets_received=0 packets_received/s=0.0 associations=0\n")
+      << "none where the counter has gone back";
+}
+
+TEST(Show, RowsHaveTheirOwnRates) {
+  const payload_layout& layout = *payload_find(*lookup_name("wlan_get_assoc_devices_table"));
+  const auto stations = [](const char* first, const char* second) {
+    std::string record(5124, '\0');
+    record[0] = 2;
+    put(record, 4 + 1, "\2\2\2\2\2\1");
+    put(record, 4 + 32, first);
+    put(record, 44 + 1, "\2\2\2\2\2\2");
+    put(record, 44 + 32, second);
+    return record;
+  };
+  std::string then = stations("\x10", "\x20");
+  then.replace(45, 6, "\2\2\2\2\2\3");  // the second came later
+  std::swap_ranges(then.begin() + 4, then.begin() + 44, then.begin() + 44);
+  const earlier_record earlier = {then, 4};
+  const std::string lines = show_lines(layout, stations("\x12", "\x21"), "NOW", &earlier);
+  EXPECT_NE(lines.find(":01 association_id=0"), std::string::npos) << lines;
+  EXPECT_NE(lines.find("packets_sent=18 packets_sent/s=0.5"), std::string::npos) << lines;
+  EXPECT_NE(lines.find("packets_sent=33 failures=0\n"), std::string::npos) << lines;
+  const std::string table = show_record(layout, stations("\x12", "\x21"), 0, &earlier);
+  EXPECT_NE(table.find("SENT  /S FAILED  /S\n"), std::string::npos) << table;
+  EXPECT_NE(table.find("  18 0.5      0 0.0\n"), std::string::npos) << table;
+}
+
+TEST(Show, LinesKeepTheirFieldsApart) {
+  std::string record(6764, '\0');
+  record[0] = 1;
+  put(record, 12, "a\" rssi=\"0\\\n");
+  const std::string lines =
+      show_lines(*payload_find(*lookup_name("wlan_get_ap_scan_result")), record, "NOW", nullptr);
+  EXPECT_NE(lines.find(" ssid=\"a\\x22 rssi=\\x220\\\\\\x0a\" security="), std::string::npos)
+      << lines;
+  EXPECT_EQ(show_lines(*payload_find(*lookup_name("wlan_get_assoc_devices_table")),
+                       std::string(5124, '\0'), "NOW", nullptr),
+            "NOW no stations\n");
+}
+
 TEST(Show, FlagsAndMissingTimes) {
   const std::string out = shown("wlan_get_na_sta_report", std::string(900, '\0'));
   EXPECT_EQ(out, "valid       no\nrssi        0 dBm\ntime        -\nmac_address \n");
