@@ -166,16 +166,18 @@ std::string call_explain(const call_answer& answer, const call_target& target,
       return text_format("%s: the arguments are too long; a call takes at most %zu bytes", name,
                          kCallBytesMax);
     case call_status::kRefused:
-      return text_format("%s: nothing listens on %s port %u; is the daemon running?", name,
-                         host.c_str(), target.port);
+      return text_format(
+          "%s: nothing listens on %s port %u; is the daemon running, and is it registered "
+          "(rpcinfo -p %s)?",
+          name, host.c_str(), target.port, host.c_str());
     case call_status::kNetwork:
       return text_format("%s: cannot reach %s port %u: %s; check --host and the network", name,
                          host.c_str(), target.port, strerror(answer.error_number));
     case call_status::kTimeout:
       return text_format(
           "%s: no answer from %s port %u in %g s; is the daemon up, is the address "
-          "reachable? The call may have been carried out",
-          name, host.c_str(), target.port, target.timeout);
+          "reachable, is it registered (rpcinfo -p %s)? The call may have been carried out",
+          name, host.c_str(), target.port, target.timeout, host.c_str());
   }
   return "";
 }

@@ -17,10 +17,11 @@ constexpr uint32_t kRowMax = 32;
 constexpr uint32_t kRadios[] = {1, 9};
 
 // Getters that do more than read: each call of the first four adds to what the
-// next one answers, and the fifth takes the state of a survey on.
+// next one answers. The others take the state of a survey on, which both radios
+// share: asked of the one, they end the waiting for the other's.
 constexpr const char* kUnsafe[] = {"WLAN_GET_RADIO_BYTES_SENT", "WLAN_GET_RADIO_BYTES_RECEIVED",
-                                   "WLAN_GET_SSID_BYTES_SENT", "WLAN_GET_SSID_BYTES_RECEIVED",
-                                   "WLAN_GET_AP_SCAN_RESULT"};
+                                   "WLAN_GET_SSID_BYTES_SENT",  "WLAN_GET_SSID_BYTES_RECEIVED",
+                                   "WLAN_GET_AP_SCAN_RESULT",   "WLAN_GET_AP_SCAN_STATUS"};
 
 struct dump_state {
   const output_streams& streams;
