@@ -11,8 +11,9 @@
 
 static int find_value(std::string_view content, std::string_view key, char* buffer, int max_len) {
   while (!content.empty()) {
+    const std::string_view line = next_line(&content);
     setting found;
-    if (!parse_setting(next_line(&content), &found) || found.key != key) continue;
+    if (!sets_key(line, key) || !parse_setting(line, &found)) continue;
     const int length = static_cast<int>(found.value.size());
     if (length <= max_len) {
       memcpy(buffer, found.value.data(), found.value.size());

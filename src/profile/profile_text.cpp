@@ -3,14 +3,6 @@
 #include <cstdlib>
 #include <cstring>
 
-std::string_view next_line(std::string_view* rest) {
-  const std::string_view window = front_part(*rest, kProfileLineMax);
-  const size_t end = window.find('\n');
-  const std::string_view line = end == window.npos ? window : front_part(window, end + 1);
-  rest->remove_prefix(line.size());
-  return line;
-}
-
 bool parse_setting(std::string_view line, setting* out) {
   const size_t equals = line.find('=');
   if (equals == line.npos) return false;

@@ -26,7 +26,18 @@ constexpr size_t kProfileKeyMax = 31;
 
 // Takes the next line, its line end included, off the front of `rest`; empty
 // at the end. A longer line comes in pieces of kProfileLineMax.
-[[nodiscard]] std::string_view next_line(std::string_view* rest);
+[[nodiscard]] inline std::string_view next_line(std::string_view* rest) {
+  const std::string_view window = front_part(*rest, kProfileLineMax);
+  const size_t end = window.find('\n');
+  const std::string_view line = end == window.npos ? window : front_part(window, end + 1);
+  rest->remove_prefix(line.size());
+  return line;
+}
+
+// Whether `key`, which holds no "=", is all that stands before the line's first "=".
+[[nodiscard]] constexpr bool sets_key(std::string_view line, std::string_view key) {
+  return line.size() > key.size() && line[key.size()] == '=' && line.starts_with(key);
+}
 
 // A line "Key=Value" in its parts, the value without the line's last character.
 // False for a line without "=".

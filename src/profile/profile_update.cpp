@@ -16,8 +16,8 @@
 namespace {
 
 struct request {
-  const char* key;
-  int index;  // 0 in the forms without an index
+  std::string_view key;  // NUL behind it
+  int index;             // 0 in the forms without an index
   const char* value;
 };
 
@@ -38,9 +38,9 @@ struct update {
 
 // Why a request cannot be stored, or null.
 static const char* objection(const request& wanted, bool with_index) {
-  const size_t key_length = strlen(wanted.key);
+  const size_t key_length = wanted.key.size();
   const size_t value_length = strlen(wanted.value);
-  if (strpbrk(wanted.key, "\r\n=") != nullptr) return "line end or '=' in the key";
+  if (wanted.key.find_first_of("\r\n=") != wanted.key.npos) return "line end or '=' in the key";
   if (strpbrk(wanted.value, "\r\n") != nullptr) return "line end in the value";
   if (with_index && strchr(wanted.value, ';') != nullptr) return "';' in a field";
   if (key_length > kProfileKeyMax) return "key too long";
@@ -53,7 +53,7 @@ static const char* objection(const request& wanted, bool with_index) {
 // itself is a copy on most processors: the caller's would not move on.
 static bool next_request(bool with_index, va_list* list, request* wanted) {
   wanted->key = va_arg(*list, const char*);
-  if (*wanted->key == '\0') return false;
+  if (wanted->key.empty()) return false;
   wanted->index = with_index ? va_arg(*list, int) : 0;
   wanted->value = va_arg(*list, const char*);
   return true;
@@ -77,10 +77,11 @@ static bool count_requests(update* work, va_list list) {
 
 // False for a request that cannot be stored, reported.
 static bool accept_request(const update& work, const request& wanted) {
-  trace_rpc(work.name, "%s: param:%s[%d]=%s\n", work.name, wanted.key, wanted.index, wanted.value);
+  trace_rpc(work.name, "%s: param:%s[%d]=%s\n", work.name, wanted.key.data(), wanted.index,
+            wanted.value);
   const char* reason = objection(wanted, work.with_index);
   if (reason == nullptr) return true;
-  trace_rpc_error(work.name, "%s refused: %s\n", wanted.key, reason);
+  trace_rpc_error(work.name, "%s refused: %s\n", wanted.key.data(), reason);
   return false;
 }
 
@@ -96,11 +97,11 @@ static bool take_requests(update* work, va_list list) {
   return accepted;
 }
 
-static const request* match(const update& work, std::string_view key) {
+static const request* match(const update& work, std::string_view line) {
   // A forced update acts on its first key only.
   const int count = work.forced && work.request_count > 0 ? 1 : work.request_count;
   for (int i = 0; i < count; ++i) {
-    if (key == work.requests[i].key) return &work.requests[i];
+    if (sets_key(line, work.requests[i].key)) return &work.requests[i];
   }
   return nullptr;
 }
@@ -116,7 +117,7 @@ static bool new_value(const update& work, const request& wanted, std::string_vie
   const int length = replace_field(old, wanted.value, wanted.index, out, sizeof out);
   if (length < 0) return false;
   *value = {out, static_cast<size_t>(length)};
-  return strlen(wanted.key) + 1 + value->size() + 1 <= kProfileLineMax;
+  return wanted.key.size() + 1 + value->size() + 1 <= kProfileLineMax;
 }
 
 static void append_setting(update* work, std::string_view key, std::string_view value,
@@ -133,36 +134,38 @@ static void append_setting(update* work, std::string_view key, std::string_view 
   trace_rpc(work->name, "%s %.*s\n success\n", forced_trace, length, work->content.data + start);
 }
 
-// Works on one line: `kept` are the lines before it that stay as they are and
-// are not written yet, so that they are copied in one piece.
-static void update_line(update* work, std::string_view line, std::string_view* kept) {
-  setting found;
-  const request* wanted = nullptr;
-  if (parse_setting(line, &found)) wanted = match(*work, found.key);
+// Works on a line that a request names. `kept` is where the lines before it begin
+// that stay as they are and are not written yet: they are copied in one piece.
+static void change_line(update* work, const request& wanted, std::string_view line,
+                        const char** kept) {
+  setting found = {};
+  // It has a "=", since it sets the key.
+  static_cast<void>(parse_setting(line, &found));
   char buffer[kProfileValueBuffer];
   std::string_view value;
-  if (wanted != nullptr && !new_value(*work, *wanted, found.value, buffer, &value)) {
-    trace_rpc_error(work->name, "%s refused: value too long\n", wanted->key);
+  if (!new_value(*work, wanted, found.value, buffer, &value)) {
+    trace_rpc_error(work->name, "%s refused: value too long\n", wanted.key.data());
     work->refused = true;
     return;
   }
-  const bool in_place = wanted != nullptr && !work->forced && value == found.value;
-  if (wanted == nullptr || in_place) {
-    work->unchanged += in_place;
-    *kept = {kept->data(), kept->size() + line.size()};
+  if (!work->forced && value == found.value) {
+    ++work->unchanged;
     return;
   }
-  text_append(&work->content, *kept);
+  text_append(&work->content, {*kept, static_cast<size_t>(line.data() - *kept)});
   append_setting(work, found.key, value, "update param");
-  *kept = {line.data() + line.size(), 0};
+  *kept = line.data() + line.size();
 }
 
 static void build_content(update* work, std::string_view old) {
   text_reserve(&work->content, old.size() + kProfileLineMax);
-  std::string_view kept = {old.data(), 0};
-  while (!old.empty() && !work->refused)
-    update_line(work, next_line(&old), &kept);
-  text_append(&work->content, kept);
+  const char* kept = old.data();
+  while (!old.empty() && !work->refused) {
+    const std::string_view line = next_line(&old);
+    const request* wanted = match(*work, line);
+    if (wanted != nullptr) change_line(work, *wanted, line, &kept);
+  }
+  text_append(&work->content, {kept, static_cast<size_t>(old.data() - kept)});
   if (!work->forced || work->changed > 0 || work->request_count == 0 || work->refused) return;
   // A last line without a line end must not swallow the appended one.
   const text_buffer& content = work->content;

@@ -79,6 +79,18 @@ TEST(ProfileText, SettingIsSplitAtItsFirstEqualsSign) {
   EXPECT_FALSE(parse_setting("no setting\n", &found));
 }
 
+TEST(ProfileText, LineSetsTheKeyBeforeItsFirstEqualsSign) {
+  EXPECT_TRUE(sets_key("SSID1=a=b\n", "SSID1"));
+  EXPECT_TRUE(sets_key("SSID1=", "SSID1"));
+  EXPECT_TRUE(sets_key("=x\n", ""));
+  EXPECT_FALSE(sets_key("SSID10=a\n", "SSID1"));
+  EXPECT_FALSE(sets_key("SSID1=a\n", "SSID10"));
+  EXPECT_FALSE(sets_key(" SSID1=a\n", "SSID1"));
+  EXPECT_FALSE(sets_key("SSID1", "SSID1"));
+  EXPECT_FALSE(sets_key("SSID1\n", "SSID1"));
+  EXPECT_FALSE(sets_key("", ""));
+}
+
 TEST(ProfileText, BufferGrowsAndKeepsItsContent) {
   text_buffer text = {};
   std::string expected;
