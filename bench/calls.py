@@ -1,0 +1,137 @@
+"""Rows of calls: both servers run, and one client asks them in turn."""
+
+import os
+
+import box
+from figures import bend, percentile, repeat, slope
+
+PROFILE = "/tmp/mt76xx_24.dat"
+CONSOLE = "/tmp/wlandbg"
+LOG = "/tmp/auto_debug/rpc_dbg_en"
+LISTED = 32
+
+
+def begin(servers):
+    for name in ("ra0", "ra1", "ra2", "ra3"):
+        box.run("ip", "link", "set", name, "up")
+    servers["ours"] = box.start_daemon()
+    servers["bare"] = box.start_bare()
+
+
+def begin_full(servers):
+    """With as many stations as a radio has room for; the scenario's own goes."""
+    begin(servers)
+    box.run("gwbox", "set", "station", "02:00:5e:00:00:01", "gone")
+
+
+def record(sides, how, **more):
+    return {"ours": sides[0], "bare": sides[1], "ratio": sides[0] / sides[1], **how, **more}
+
+
+def pair(limits, servers, *sides):
+    if "stations" in limits["group"]:
+        set_stations(128, servers)
+    step = lambda: box.client("alternate", limits["calls"], *sides)["us"]
+    return record(*repeat(step, limits))
+
+
+def traced_pair(limits, servers, *sides):
+    box.mark(CONSOLE, True)
+    box.mark(LOG, True)
+    try:
+        return pair(limits, servers, *sides)
+    finally:
+        box.mark(CONSOLE, False)
+        box.mark(LOG, False)
+
+
+def per_listed(limits, servers, *sides):
+    whole = pair(limits, servers, *sides)
+    return {**whole, "ours": whole["ours"] / LISTED, "bare": whole["bare"] / LISTED}
+
+
+def tail(limits, servers, *sides):
+    """p99 over p50 of each round; medians of that. The bare server's is in the note."""
+    def step():
+        samples = box.client("alternate", 5 * limits["calls"], *sides)["us"]
+        return [[percentile(side, part)] for side in samples for part in (0.99, 0.5)]
+    (ours99, ours50, bare99, bare50), how = repeat(step, limits)
+    note = f"bare: p50; the bare server itself {bare99 / bare50:.2f}"
+    return record((ours99, ours50), how, note=note)
+
+
+def load(limits, servers, *sides):
+    def step():
+        runs = [box.client("load", limits["seconds"], 8, side) for side in sides]
+        return [[done["calls"] / done["seconds"]] for done in runs]
+    return record(*repeat(step, limits))
+
+
+def growth(limits, xs, sides, prepare):
+    """Nanoseconds for each of what xs counts, and how straight that is."""
+    points = []
+    for x in xs:
+        prepare(x)
+        step = lambda: box.client("alternate", limits["calls"], *sides)["us"]
+        points.append(repeat(step, limits))
+    how = {"rounds": max(p[1]["rounds"] for p in points),
+           "stable": all(p[1]["stable"] for p in points)}
+    ours, bare = ([p[0][side] for p in points] for side in (0, 1))
+    return {"ours": 1e3 * slope(xs, ours), "bare": 1e3 * slope(xs, bare), "ratio": bend(xs, ours),
+            "points": {"x": xs, "ours": ours, "bare": bare}, **how}
+
+
+def write_profile(lines):
+    """The keys that are asked for stand last."""
+    filler = [f"SomeParameter{i}=value of it {i}\n" for i in range(3, lines)]
+    with open(PROFILE, "w") as profile:
+        profile.writelines(["Default\n", *filler, "BSSHNCService=0;0;0;0\n", "SSID1=HomeGateway\n"])
+
+
+def profile_growth(limits, servers, *sides):
+    with open(PROFILE) as profile:
+        kept = profile.read()
+    try:
+        return growth(limits, [30, 300, 3000], sides, write_profile)
+    finally:
+        with open(PROFILE, "w") as profile:
+            profile.write(kept)
+
+
+def set_stations(count, servers):
+    """Every fourth is on the first BSS: of 128 as many as a list takes."""
+    for number in range(servers.get("stations", 0), count):
+        box.run("gwbox", "set", "station", f"02:00:5e:00:01:{number:02x}", f"bss={number % 4 + 1}",
+                "rssi=[-50,-60]", "tx_rate=HT20 MCS7", "rx_rate=HT20 MCS7", "btm=true")
+    for number in range(count, servers.get("stations", 0)):
+        box.run("gwbox", "set", "station", f"02:00:5e:00:01:{number:02x}", "gone")
+    servers["stations"] = count
+
+
+def station_growth(limits, servers, *sides):
+    return growth(limits, [1, 32, 64, 128], sides, lambda count: set_stations(count, servers))
+
+
+def run_time(process):
+    """Nanoseconds that all threads of the service child have run."""
+    tasks = f"/proc/{box.child_of(process)}/task"
+    total = 0
+    for task in os.listdir(tasks):
+        with open(f"{tasks}/{task}/schedstat") as times:
+            total += int(times.read().split()[0])
+    return total
+
+
+def log_growth(limits, servers, *sides):
+    """CPU time of the service child, a second, while so many lines are logged."""
+    rates = [1, 10, 100, 1000]
+    times = []
+    box.mark(LOG, True)
+    for rate in rates:
+        seconds = max(limits["seconds"] * 5, 3 / rate)
+        before = run_time(servers["ours"])
+        done = box.client("paced", rate, seconds, sides[0])
+        times.append((run_time(servers["ours"]) - before) / done["seconds"])
+    box.mark(LOG, False)
+    return {"ours": slope(rates, times), "bare": None, "ratio": bend(rates, times), "rounds": 1,
+            "stable": True, "points": {"x": rates, "ours": [t / 1e3 for t in times]}}
