@@ -7,9 +7,10 @@
 static std::string printed(libscols_table* table) {
   char* text = nullptr;
   scols_print_table_to_string(table, &text);
-  const std::string out = text == nullptr ? "" : text;
+  std::string out = text == nullptr ? "" : text;
   free(text);
-  return out.empty() || out.back() == '\n' ? out : out + "\n";
+  if (!out.empty() && out.back() != '\n') out += "\n";
+  return out;
 }
 
 static void fill(libscols_table* table, std::span<const text_column> columns,
@@ -34,7 +35,7 @@ std::string columns_text(std::span<const text_column> columns,
   scols_table_set_termforce(table, width != 0 ? SCOLS_TERMFORCE_ALWAYS : SCOLS_TERMFORCE_NEVER);
   if (width != 0) scols_table_set_termwidth(table, width);
   fill(table, columns, lines);
-  const std::string out = printed(table);
+  std::string out = printed(table);
   scols_unref_table(table);
   return out;
 }

@@ -53,7 +53,11 @@ std::string cases_of(size_t place) {
   }
   std::string out;
   for (const auto& [values, procedures] : procedures_by_values)
-    out += "        " + procedures + ")\n          words='" + values + "' ;;\n";
+    out.append("        ")
+        .append(procedures)
+        .append(")\n          words='")
+        .append(values)
+        .append("' ;;\n");
   return out;
 }
 

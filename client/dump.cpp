@@ -65,7 +65,7 @@ std::vector<const procedure_row*> getters_by(std::string_view index) {
 }
 
 bool ask_all(dump_state& state, ordered_json& place, std::string_view index_name,
-             std::vector<uint32_t> arguments) {
+             const std::vector<uint32_t>& arguments) {
   int32_t code = 0;
   for (const procedure_row* procedure : getters_by(index_name)) {
     if (!ask(state, place, {procedure, arguments}, &code)) return false;

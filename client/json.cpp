@@ -38,7 +38,8 @@ void put_text(ordered_json& object, const std::string& name, std::string_view by
 ordered_json rate_value(uint16_t word) {
   const rate_word rate = rate_word_decode(word);
   ordered_json object = ordered_json::object();
-  object["mbit_s"] = (rate.kilobits + 50) / 100 / 10.0;
+  const unsigned tenths = (rate.kilobits + 50) / 100;
+  object["mbit_s"] = tenths / 10.0;
   object["phy"] = rate.phy;
   object["mhz"] = rate.mhz;
   object["streams"] = rate.streams;

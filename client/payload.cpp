@@ -73,7 +73,9 @@ uint64_t payload_unsigned(const payload_field& field, std::string_view record) {
 }
 
 int64_t payload_signed(const payload_field& field, std::string_view record) {
-  const unsigned unused = 64 - 8 * payload_width(field);
+  const uint32_t width = payload_width(field);
+  if (width == 0 || width > 8) return 0;
+  const unsigned unused = 64 - 8 * width;
   return static_cast<int64_t>(payload_unsigned(field, record) << unused) >> unused;
 }
 

@@ -647,13 +647,18 @@ local values = {
   i = function(bytes) return number_of(bytes, true) end,
   f = function(bytes) return bytes:le_uint() ~= 0 and "yes" or "no" end,
   t = function(bytes) return '"' .. until_nul(bytes) .. '"' end,
-  m = function(bytes) return tostring(bytes:ether()) end,
+  -- Never with a maker's name in place of bytes, as ether() has it.
+  m = function(bytes) return bytes:bytes():tohex(true, ":") end,
   r = function(bytes) return string.format("0x%04x", bytes:le_uint()) end,
   e = function(bytes)
     local seconds = bytes:le_uint()
     return seconds == 0 and "-" or os.date("!%Y-%m-%d %H:%M:%SZ", seconds)
   end,
-  x = function(bytes) return tostring(bytes:bytes()) end,
+  x = function(bytes)
+    local most = 16
+    if bytes:len() <= most then return bytes:bytes():tohex(true) end
+    return string.format("%s... (%d bytes)", bytes(0, most):bytes():tohex(true), bytes:len())
+  end,
 }
 
 local function add_fields(tree, fields, buffer)

@@ -2,9 +2,15 @@
 
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
+#include <unistd.h>
 
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <random>
+
+#include "json.h"
 #include "lookup.h"
+#include "payload.h"
 
 namespace {
 
@@ -29,6 +35,69 @@ TEST(Schema, ValueIsRequiredOfAnAnswerThatIsNoFailure) {
   EXPECT_EQ(object["if"]["properties"]["return_code"]["minimum"], 0);
   EXPECT_EQ(object["then"]["required"], nlohmann::json({"value"}));
   EXPECT_FALSE(schema("wlan_set_ssid").contains("then"));
+}
+
+// That every property but the marks of escaped texts is required, here and below.
+void expect_all_required(const nlohmann::json& object, const std::string& where) {
+  nlohmann::json named = nlohmann::json::array();
+  for (const auto& [name, property] : object["properties"].items()) {
+    if (!name.ends_with("_escaped")) named.push_back(name);
+    if (property.value("type", "") == "object") expect_all_required(property, where + "." + name);
+    if (property.value("type", "") == "array") expect_all_required(property["items"], where + "[]");
+  }
+  nlohmann::json required = object["required"];
+  std::sort(required.begin(), required.end());
+  EXPECT_EQ(required, named) << where;
+  EXPECT_EQ(object["additionalProperties"], false) << where;
+}
+
+TEST(Schema, EveryFieldOfARecordIsRequired) {
+  int records = 0;
+  for (const procedure_row& procedure : table_procedures()) {
+    const payload_layout* layout = payload_find(procedure);
+    if (layout == nullptr) continue;
+    records++;
+    const auto value = nlohmann::json::parse(schema_of(procedure))["properties"]["value"];
+    expect_all_required(value, procedure.name);
+    if (layout->rows != nullptr) {
+      EXPECT_EQ(value["properties"][layout->rows->name]["maxItems"], layout->rows->capacity);
+    }
+  }
+  EXPECT_EQ(records, 24);
+}
+
+// Records of any bytes, as lines of JSON.
+std::string answers_of(const procedure_row& procedure, std::minstd_rand& random) {
+  decoded_reply reply{};
+  std::string lines;
+  for (const char fill : {'\0', '\xff', 'r'}) {
+    reply.data.assign(procedure.size, fill);
+    for (char& byte : reply.data)
+      byte = fill == 'r' ? static_cast<char>(random() >> 8) : byte;
+    reply.text = reply.data;
+    reply.value = static_cast<int32_t>(random());
+    lines += json_reply(procedure, reply);
+  }
+  return lines;
+}
+
+TEST(Schema, WhateverIsDecodedIsAsItSays) {
+  std::minstd_rand random(1);
+  const std::string path = testing::TempDir() + "answers." + std::to_string(getpid());
+  FILE* file = fopen(path.c_str(), "w");
+  ASSERT_NE(file, nullptr);
+  for (const procedure_row& procedure : table_procedures()) {
+    if (payload_find(procedure) != nullptr) fputs(answers_of(procedure, random).c_str(), file);
+  }
+  fputs(answers_of(*lookup_name("wlan_get_ssid"), random).c_str(), file);
+  fputs(answers_of(*lookup_name("wlan_get_channel"), random).c_str(), file);
+  fclose(file);
+  FILE* pipe = popen(("PATH=" WIFICONF_DIR ":$PATH " VALIDATOR " <" + path + " 2>&1").c_str(), "r");
+  char said[4096] = {};
+  const size_t length = fread(said, 1, sizeof said - 1, pipe);
+  EXPECT_EQ(pclose(pipe), 0);
+  unlink(path.c_str());
+  EXPECT_EQ(std::string(said, length), "78 answers are valid\n");
 }
 
 TEST(Schema, FieldsTellTheirRangeUnitAndMeaning) {

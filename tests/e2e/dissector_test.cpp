@@ -4,6 +4,9 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
+#include <nlohmann/json.hpp>
+#include <regex>
 #include <string>
 #include <vector>
 
@@ -155,6 +158,117 @@ static void expect_known_answers(const std::vector<std::string>& packets) {
             "is_vht: no\n");
 }
 
+namespace {
+using ordered_json = nlohmann::ordered_json;
+}
+
+// The words of a command line in which only texts with blanks are quoted.
+static std::vector<std::string> words_of(const std::string& line) {
+  std::vector<std::string> words(1);
+  bool quoted = false;
+  for (const char c : line) {
+    if (c == '\'')
+      quoted = !quoted;
+    else if (c == ' ' && !quoted)
+      words.emplace_back();
+    else
+      words.back() += c;
+  }
+  return words;
+}
+
+// What the dissector shows of the arguments that the example gives.
+static std::string expected_arguments(const std::string& name) {
+  const ordered_json about = ordered_json::parse(run("wificonf --json describe " + name));
+  const std::vector<std::string> words = words_of(about["example"]);
+  std::string lines;
+  for (size_t i = 0; i < about["arguments"].size(); ++i) {
+    const ordered_json& argument = about["arguments"][i];
+    const std::string type = argument["type"];
+    const bool text = type == "string" || type.starts_with("char[");
+    const std::string quote = text ? "\"" : "";
+    lines += argument["name"].get<std::string>() + ": " + quote + words.at(i + 2) + quote + "\n";
+  }
+  return lines;
+}
+
+static std::string date_of(uint32_t seconds) {
+  if (seconds == 0) return "-";
+  const time_t when = seconds;
+  char text[32];
+  strftime(text, sizeof text, "%Y-%m-%d %H:%M:%SZ", gmtime(&when));
+  return text;
+}
+
+static std::string expected_value(const std::string& name, const ordered_json& value) {
+  static const char* const kTimes[] = {"time", "last_sync_attempt", "update_time"};
+  if (value.is_boolean()) return value.get<bool>() ? "yes" : "no";
+  if (value.is_object()) {  // a rate
+    char word[16];
+    snprintf(word, sizeof word, "0x%04x", value["word"].get<unsigned>());
+    return word;
+  }
+  if (value.is_number() &&
+      std::find(std::begin(kTimes), std::end(kTimes), name) != std::end(kTimes))
+    return date_of(value.get<uint32_t>());
+  if (name == "driver_data") return value.get<std::string>().substr(0, 32) + "... (360 bytes)";
+  return name == "bssid" ? value.get<std::string>() : value.dump();
+}
+
+static std::string expected_fields(const ordered_json& record) {
+  std::string lines;
+  for (const auto& [name, value] : record.items()) {
+    if (!value.is_array()) {
+      lines += name + ": " + expected_value(name, value) + "\n";
+      continue;
+    }
+    for (size_t i = 0; i < value.size(); ++i)
+      lines += name + " " + std::to_string(i) + "\n" + expected_fields(value[i]);
+  }
+  return lines;
+}
+
+// What the dissector shows of the answer that wificonf decoded.
+static std::string expected_result(const ordered_json& answer) {
+  std::string lines = "Return code: " + answer["return_code"].dump() + "\n";
+  if (!answer.contains("value")) return lines;
+  const ordered_json& value = answer["value"];
+  if (value.is_object()) return lines + expected_fields(value);
+  return lines + "Value: " + value.dump() + "\n";
+}
+
+// Addresses that are six bytes have no quotes, those that are texts have: JSON does not
+// tell them apart.
+static std::string unquoted_addresses(const std::string& lines) {
+  static const std::regex address("\"(([0-9a-f]{2}:){5}[0-9a-f]{2})\"");
+  return std::regex_replace(lines, address, "$1");
+}
+
+// What follows a line.
+static std::string comparable(const std::string& packet, const std::string& start) {
+  const size_t at = packet.find(start);
+  return at == packet.npos ? "" : packet.substr(at + start.size());
+}
+
+static void expect_as_wificonf_says(const std::vector<std::string>& packets,
+                                    const procedure_call& call) {
+  const ordered_json answer = ordered_json::parse(call.answer);
+  const std::string called = "Procedure: " + call.name + "\n";
+  const auto asked = with(with(packets, "Message: Call (0)\n"), called);
+  const auto answered =
+      with(with(packets, "Message: Reply (1)\n"), "[Procedure: " + call.name + "]\n");
+  ASSERT_FALSE(asked.empty() || answered.empty()) << call.name;
+  EXPECT_EQ(comparable(asked.back(), called), expected_arguments(call.name)) << call.name;
+  const std::string result = answered.back().substr(
+      std::min(answered.back().find("Return code: "), answered.back().size()));
+  const std::string expected = expected_result(answer);
+  // A failure may have a payload all the same.
+  if (answer["return_code"] < 0)
+    EXPECT_TRUE(result.starts_with(expected)) << call.name << "\n" << result;
+  else
+    EXPECT_EQ(unquoted_addresses(result), unquoted_addresses(expected)) << call.name;
+}
+
 // Takes longer than others: tshark starts twice, the radios come up, and every
 // procedure is called.
 TEST(Dissector, DecodesEveryCallAndReply) {
@@ -171,6 +285,8 @@ TEST(Dissector, DecodesEveryCallAndReply) {
       missing += "reply " + call.name + "\n";
   }
   EXPECT_EQ(missing, "");
+  for (const procedure_call& call : calls)
+    expect_as_wificonf_says(packets, call);
   EXPECT_EQ(first(with(packets, "Malformed")), "");
   expect_known_answers(packets);
 }

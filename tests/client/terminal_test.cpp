@@ -1,0 +1,197 @@
+// What redraws itself, on a terminal of the test's own.
+#include <gtest/gtest.h>
+
+#include <poll.h>
+#include <pty.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include "fake_daemon.h"
+#include "moment.h"
+
+namespace {
+
+struct terminal {
+  pid_t pid = -1;
+  int fd = -1;
+  std::string shown;  // all that came so far
+};
+
+void start(terminal& one, uint16_t port, std::vector<std::string> words, unsigned short rows,
+           unsigned short columns) {
+  const winsize size = {rows, columns, 0, 0};
+  words.insert(words.begin(), {"wificonf", "--host", "127.0.0.1", "--port", std::to_string(port)});
+  std::vector<char*> argv;
+  for (std::string& word : words)
+    argv.push_back(word.data());
+  argv.push_back(nullptr);
+  one.pid = forkpty(&one.fd, nullptr, nullptr, &size);
+  if (one.pid != 0) return;
+  execv(WIFICONF_DIR "/wificonf", argv.data());
+  _exit(127);
+}
+
+// Reads until the condition holds. False when it does not for long, or at the end.
+template <typename Condition>
+bool read_until(terminal& one, Condition holds) {
+  const double deadline = moment_now() + 20;
+  while (!holds()) {
+    pollfd input = {one.fd, POLLIN, 0};
+    char bytes[4096];
+    if (moment_now() > deadline || poll(&input, 1, 100) < 0) return false;
+    if (input.revents == 0) continue;
+    const ssize_t length = read(one.fd, bytes, sizeof bytes);
+    if (length <= 0) return false;
+    one.shown.append(bytes, static_cast<size_t>(length));
+  }
+  return true;
+}
+
+// Reads to the end; the exit status.
+int finish(terminal& one) {
+  read_until(one, [] { return false; });
+  int status = 0;
+  EXPECT_EQ(waitpid(one.pid, &status, 0), one.pid);
+  close(one.fd);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+std::vector<std::string> split(const std::string& text, const std::string& at) {
+  std::vector<std::string> parts;
+  size_t from = 0;
+  for (size_t end = text.find(at); end != std::string::npos; end = text.find(at, from)) {
+    parts.push_back(text.substr(from, end - from));
+    from = end + at.size();
+  }
+  parts.push_back(text.substr(from));
+  return parts;
+}
+
+constexpr char kRedraw[] = "\033[H\033[J";
+constexpr char kWatchRedraw[] = "\033[H\033[2J";
+constexpr char kLeave[] = "\033[?1049l";
+
+// Two stations on BSS 1; from call to call the second one sends more than the first.
+byte_string stations(const byte_string& call, uint32_t samples) {
+  const bool has_stations = call[43] == 1;
+  std::string record(2436, '\0');
+  record[0] = has_stations ? 2 : 0;
+  for (size_t i = 0; i < 2; i++) {
+    char* row = &record[4 + 76 * i];
+    const uint32_t sent = samples * 1000 * static_cast<uint32_t>(1 + 9 * i);
+    for (size_t k = 0; k < 4; k++)
+      row[20 + k] = static_cast<char>(sent >> (8 * k));
+    snprintf(row + 40, 18, "02:00:00:00:00:0%zu", i + 1);
+    row[57] = 0;
+  }
+  byte_string reply = fake_reply(call, 0, {0, 0});
+  wire_put_opaque(reply, record);
+  return reply;
+}
+
+struct station_daemon {
+  FakeDaemon daemon;
+  uint32_t samples = 0;
+};
+
+void start_stations(station_daemon& one) {
+  fake_daemon_start(one.daemon, [&one](const byte_string& call) {
+    if (call[43] == 1) one.samples++;
+    return std::vector<Datagram>{{stations(call, one.samples)}};
+  });
+}
+
+bool has_keys_by_line(int fd) {
+  termios settings{};
+  tcgetattr(fd, &settings);
+  return (settings.c_lflag & ICANON) != 0 && (settings.c_lflag & ECHO) != 0;
+}
+
+TEST(Terminal, TopRedrawsUntilQ) {
+  station_daemon stations;
+  start_stations(stations);
+  terminal one;
+  start(one, stations.daemon.port, {"top", "--every", "50ms"}, 24, 80);
+  EXPECT_TRUE(read_until(one, [&] { return split(one.shown, kRedraw).size() > 3; })) << one.shown;
+  EXPECT_FALSE(has_keys_by_line(one.fd));
+  const size_t frames = split(one.shown, kRedraw).size();
+  EXPECT_EQ(write(one.fd, "x", 1), 1);
+  EXPECT_TRUE(read_until(one, [&] { return split(one.shown, kRedraw).size() > frames + 1; }))
+      << "other keys do nothing";
+  EXPECT_EQ(write(one.fd, "q", 1), 1);
+  EXPECT_TRUE(read_until(one, [&] { return one.shown.ends_with(kLeave); })) << one.shown;
+  EXPECT_TRUE(has_keys_by_line(one.fd));
+  EXPECT_EQ(finish(one), 0);
+  fake_daemon_stop(stations.daemon);
+  const std::string frame = split(one.shown, kRedraw).at(3);
+  const size_t busy = frame.find("02:00:00:00:00:02");
+  EXPECT_TRUE(frame.starts_with("2 stations at ")) << frame;
+  EXPECT_NE(busy, std::string::npos) << frame;
+  EXPECT_LT(busy, frame.find("02:00:00:00:00:01")) << frame;
+}
+
+TEST(Terminal, TopLeavesItAsItWas) {
+  for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+    station_daemon stations;
+    start_stations(stations);
+    terminal one;
+    start(one, stations.daemon.port, {"top", "--every", "20ms"}, 24, 80);
+    EXPECT_TRUE(read_until(one, [&] { return split(one.shown, kRedraw).size() > 2; }));
+    kill(one.pid, number);
+    EXPECT_TRUE(read_until(one, [&] { return one.shown.ends_with(kLeave); })) << number;
+    EXPECT_TRUE(has_keys_by_line(one.fd)) << number;
+    EXPECT_EQ(finish(one), 0) << number;
+    fake_daemon_stop(stations.daemon);
+  }
+}
+
+TEST(Terminal, TopGoesOnWithoutADaemon) {
+  terminal one;
+  start(one, fake_closed_port(), {"top", "--every", "20ms"}, 24, 80);
+  EXPECT_TRUE(read_until(one, [&] { return split(one.shown, "nothing listens").size() > 3; }));
+  EXPECT_EQ(write(one.fd, "q", 1), 1);
+  EXPECT_EQ(finish(one), 0);
+}
+
+TEST(Terminal, WatchRedrawsWithinTheScreen) {
+  FakeDaemon daemon;
+  fake_daemon_start(daemon, [](const byte_string& call) {
+    byte_string reply = fake_reply(call, 0, {0, 16});
+    for (int i = 0; i < 17; i++)
+      wire_put_word(reply, 0);
+    return std::vector<Datagram>{{reply}};
+  });
+  terminal one;
+  start(one, daemon.port, {"watch", "wlan_get_stats", "1", "1", "--count", "2", "--every", "20ms"},
+        8, 70);
+  EXPECT_EQ(finish(one), 0);
+  fake_daemon_stop(daemon);
+  const std::vector<std::string> frames = split(one.shown, kWatchRedraw);
+  ASSERT_EQ(frames.size(), 3u) << one.shown;
+  EXPECT_EQ(frames[0], "");
+  for (const std::string& frame : {frames[1], frames[2]}) {
+    const std::vector<std::string> lines = split(frame, "\r\n");
+    EXPECT_EQ(lines.size(), 8u) << frame;
+    EXPECT_TRUE(frame.starts_with("wlan_get_stats, every 0.02 s, ")) << frame;
+    EXPECT_TRUE(lines.at(2).starts_with("errors_sent ")) << frame;
+    for (const std::string& line : lines)
+      EXPECT_LE(line.size(), 70u) << line;
+  }
+  EXPECT_EQ(frames[1].find("/s"), std::string::npos) << frames[1];
+  EXPECT_NE(frames[2].find(" 0.0/s"), std::string::npos) << frames[2];
+}
+
+TEST(Terminal, WatchSaysOnItsScreenWhyThereIsNoAnswer) {
+  terminal one;
+  start(one, fake_closed_port(),
+        {"watch", "wlan_get_channel", "1", "--count", "2", "--every", "20ms"}, 24, 80);
+  EXPECT_EQ(finish(one), 3);
+  const std::vector<std::string> frames = split(one.shown, kWatchRedraw);
+  ASSERT_EQ(frames.size(), 3u) << one.shown;
+  EXPECT_EQ(frames[0], "");
+  EXPECT_NE(frames[2].find("nothing listens"), std::string::npos) << frames[2];
+}
+
+}  // namespace
