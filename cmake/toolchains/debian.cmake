@@ -8,6 +8,9 @@ if(NOT CMAKE_SYSROOT)
   get_filename_component(CMAKE_SYSROOT
     ${CMAKE_CURRENT_LIST_DIR}/../../build/sysroot-${TARGET} ABSOLUTE)
 endif()
+if(NOT IS_DIRECTORY ${CMAKE_SYSROOT})
+  message(FATAL_ERROR "no directory ${CMAKE_SYSROOT}: \"scripts/cross ${TARGET}\" makes it")
+endif()
 
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
