@@ -4,6 +4,7 @@
 
 #include <cstring>
 #include <string>
+#include <type_traits>
 
 #include "rpc/text_filter.h"
 #include "rpc/wire_support.h"
@@ -174,14 +175,16 @@ TEST(WireTypes, StationMembersAreInOrder) {
   EXPECT_TRUE(encoded(xdr_wlan_device_t, &device) == expected);
 }
 
-TEST(WireTypes, NegativeCharacterIsSignExtended) {
+// libtirpc widens a character as the processor's char is, on ARM without a sign. Read
+// into a char, both are the same.
+TEST(WireTypes, NegativeCharacterIsSignExtendedWhereCharHasASign) {
   scan_entry entry = {};
   entry.rssi = -70;
   entry.bssid[0] = 0xFE;
   const std::string bytes = encoded(xdr_scan_entry, &entry);
   EXPECT_EQ(bytes.substr(0, 4), word(0xFE));
   const size_t rssi = 4 * (6 + 32 + 12 + 1 + 12 + 1 + 15 + 1 + 1 + 6);
-  EXPECT_EQ(bytes.substr(rssi, 4), word(-70U));
+  EXPECT_EQ(bytes.substr(rssi, 4), word(std::is_signed_v<char> ? 0xFFFFFFBA : 0xBA));
   EXPECT_EQ(bytes.size(), rssi + 4 * (1 + 15 + 8 + 8 + 1 + 1));
 }
 
