@@ -15,6 +15,7 @@ done
 for file in share/wificonfd/wlan_config.x share/pkgconfig/wificonfd.pc \
   lib/systemd/system/wificonfd.service lib/systemd/system/rpcbind.service.d/wificonfd.conf \
   share/doc/wificonfd/README.md share/doc/wificonfd/packaging.md \
+  share/doc/wificonfd/security.md \
   share/doc/wificonf/c-client.md share/doc/gwbox/gwbox.md share/wificonfd/wlan_config.lua \
   share/bash-completion/completions/wificonf share/zsh/vendor-completions/_wificonf; do
   check "$file is there" test -s "$dir/here/$file"

@@ -100,5 +100,5 @@ TEST(Profile, SubstitutionIsHarmlessToTheLifecycle) {
 }
 
 TEST(Profile, SeparatorIsHarmlessToTheLifecycle) {
-  run_lifecycle_with(";c;'");
+  run_lifecycle_with(";c;#");
 }
