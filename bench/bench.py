@@ -29,6 +29,7 @@ def options():
     parser.add_argument("--list", action="store_true", help="list the rows")
     parser.add_argument("--rounds", type=int, default=24, help="at most, until figures are stable")
     parser.add_argument("--calls", type=int, default=400, help="of each side in a round")
+    parser.add_argument("--patience", type=float, default=6, help="seconds for each figure")
     parser.add_argument("--idle", type=float, default=60, help="seconds to count wake-ups")
     parser.add_argument("--json", metavar="FILE", help="write the figures there too")
     parser.add_argument("--build", default="build/release", help="the build to measure")
@@ -37,13 +38,14 @@ def options():
 
 def start(group, names, chosen):
     limits = {"most": chosen.rounds, "least": min(6, chosen.rounds), "calls": chosen.calls,
-              "seconds": chosen.calls / 2000, "idle": chosen.idle}
+              "seconds": chosen.calls / 2000, "patience": chosen.patience, "idle": chosen.idle}
     cpu = min(os.sched_getaffinity(0))
     environment = {**os.environ, "BENCH_BUILD": chosen.build, "BENCH_CPU": str(cpu),
                    "PYTHONDONTWRITEBYTECODE": "1"}
     inside = ["python3", "bench/inside.py", group, json.dumps(limits), *names]
     # The driver model is on the measured CPU too. inside.py itself leaves it.
-    command = ["taskset", "-c", str(cpu), f"{chosen.build}/gwbox", "run", *box_options(group), "--", *inside]
+    box = [f"{chosen.build}/gwbox", "run", *box_options(group), "--"]
+    command = ["taskset", "-c", str(cpu), *box, *inside]
     return subprocess.Popen(command, stdout=subprocess.PIPE, text=True, env=environment)
 
 

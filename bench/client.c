@@ -1,6 +1,7 @@
 // The client of every comparison. Prints one line of JSON.
 //
-//   bench_client alternate CALLS SIDE...          {"us": [[each call's time], ...]}
+//   bench_client alternate CALLS SIDE...          {"us": [[each call's time], ...]}; ends
+//                                                 after a quarter of a second in any case
 //   bench_client commands RUNS COMMAND COMMAND    the same of two shell-free commands
 //   bench_client load SECONDS CLIENTS SIDE        {"calls": n, "seconds": s}
 //   bench_client paced PER_SECOND SECONDS SIDE    the same
@@ -70,7 +71,8 @@ static int alternate(int argc, char** argv) {
     side_open(&sides[s], argv[s + 1]);
     samples[s] = new_samples();
   }
-  for (int done = 0; done < calls; done += kBlock) {
+  const double end = microseconds() + 250e3;
+  for (int done = 0; done < calls && microseconds() < end; done += kBlock) {
     for (int s = 0; s < count; ++s) {
       timed_call(&sides[s], NULL);
       for (int i = 0; i < kBlock; ++i)

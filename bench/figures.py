@@ -1,5 +1,6 @@
 """Medians, when they are stable, and how a figure grows."""
 
+import time
 from statistics import median
 
 STABLE = 0.03
@@ -27,10 +28,11 @@ def medians(rounds):
 
 
 def repeat(step, limits):
-    """Rounds of step until they are stable, or `most` of them."""
+    """Rounds of step until they are stable, or `most` of them, or no time is left."""
     rounds = []
     steady = False
-    while len(rounds) < limits["most"] and not steady:
+    end = time.monotonic() + limits["patience"]
+    while len(rounds) < limits["most"] and not steady and time.monotonic() < end:
         rounds.append(step())
         steady = len(rounds) >= limits["least"] and stable(rounds)
     return medians(rounds), {"rounds": len(rounds), "stable": steady}

@@ -12,8 +12,8 @@ import processes
 from rows import ROWS
 
 # What a group needs before its rows.
-BEGIN = {"processes": processes.begin, "calls": calls.begin, "stations": calls.begin_full, "stations-mt7615": calls.begin_full,
-         "life": lifecycle.begin, "people": lifecycle.begin_people}
+BEGIN = {"calls": calls.begin, "stations": calls.begin_full, "stations-mt7615": calls.begin_full,
+         "processes": processes.begin, "life": lifecycle.begin, "people": lifecycle.begin_people}
 MEASURES = (calls, lifecycle, processes)
 
 

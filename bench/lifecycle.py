@@ -57,7 +57,7 @@ def restart(limits, servers, inert, request_side):
     def step():
         idle, busy = box.client("restart", inert, request_side)["us"]
         return [busy, idle, [percentile(busy, 0.99)], [percentile(idle, 0.99)]]
-    (busy, idle, busy99, idle99), how = repeat(step, {**limits, "most": limits["least"] * 2})
+    (busy, idle, busy99, idle99), how = repeat(step, {**limits, "patience": 4 * limits["patience"]})
     note = f"bare: idle; p99 {busy99:.0f} us, idle {idle99:.0f} us"
     return {"ours": busy, "bare": idle, "ratio": busy / idle, "note": note, **how}
 

@@ -69,8 +69,10 @@ def machine():
         model = re.search(r"^(?:model name|Hardware)\s*: (.*)", cpus.read(), re.M)
     with open("/etc/os-release") as release:
         system = re.search(r'^PRETTY_NAME="?([^"\n]*)', release.read(), re.M)
+    above = os.sched_getscheduler(0) in (os.SCHED_FIFO, os.SCHED_RR)
     return (f"{datetime.date.today()}, {model[1] if model else platform.machine()}, "
-            f"{os.cpu_count()} CPUs, Linux {platform.release()}, {system[1]}")
+            f"{os.cpu_count()} CPUs, Linux {platform.release()}, {system[1]}"
+            f"{', at real-time priority' if above else ''}")
 
 
 def markdown(measured):

@@ -7,6 +7,7 @@ import os
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 
 SOURCE = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
@@ -41,12 +42,14 @@ class Judging(unittest.TestCase):
 
     def test_rounds_go_on_until_they_are_stable(self):
         figure = iter([10] + 9 * [20])
-        medians, how = figures.repeat(lambda: [[next(figure)]], {"least": 2, "most": 9})
+        limits = {"least": 2, "most": 9, "patience": 60}
+        medians, how = figures.repeat(lambda: [[next(figure)]], limits)
         self.assertEqual((medians, how), ([20], {"rounds": 6, "stable": True}))
 
     def test_rounds_end_unstable(self):
         figure = iter([10, 20, 40, 80])
-        medians, how = figures.repeat(lambda: [[next(figure)]], {"least": 2, "most": 4})
+        limits = {"least": 2, "most": 4, "patience": 60}
+        medians, how = figures.repeat(lambda: [[next(figure)]], limits)
         self.assertEqual((medians, how), ([30], {"rounds": 4, "stable": False}))
 
     def test_what_is_over_its_budget(self):
@@ -55,6 +58,12 @@ class Judging(unittest.TestCase):
                                     ("value", 13, 12), ("bend", 1.3, 1.2)):
             self.assertFalse(report.over(row(judge, kept), record), judge)
             self.assertTrue(report.over(row(judge, broken), record), judge)
+
+    def test_rounds_end_when_the_time_is_over(self):
+        _, how = figures.repeat(lambda: time.sleep(0.02) or [[1]],
+                                      {"least": 900, "most": 999, "patience": 0.1})
+        self.assertLess(how["rounds"], 10)
+        self.assertFalse(how["stable"])
 
 
 class Measuring(unittest.TestCase):
