@@ -70,8 +70,8 @@ class Measuring(unittest.TestCase):
     def test_rows_have_sane_figures_and_a_line_each(self):
         with tempfile.TemporaryDirectory(dir=BUILD) as scratch:
             file = os.path.join(scratch, "figures.json")
-            command = ["python3", "bench/bench.py", "--build", BUILD, "--rounds", "2", "--calls",
-                       "40", "--json", file, *NAMES]
+            options = ["--build", BUILD, "--rounds", "2", "--calls", "40", "--json", file]
+            command = ["python3", "-B", "bench/bench.py", *options, *NAMES]
             done = subprocess.run(command, cwd=SOURCE, stdout=subprocess.PIPE, text=True,
                                   check=False)
             # 1: over a budget, as may be on a busy machine.
