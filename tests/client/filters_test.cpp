@@ -84,7 +84,8 @@ TEST(Filters, CharactersOfARecordKeepTheirSign) {
   ASSERT_TRUE(through(xdr_hnc_set_supported_hne_table_entry_1_argument, bytes, again));
   // The filter writes a character as the processor's char is, on ARM without a sign.
   for (size_t i = 0; i < bytes.size(); ++i) {
-    if (std::is_signed_v<char> || i % 4 == 3) EXPECT_EQ(bytes[i], again[i]) << i;
+    const bool compared = std::is_signed_v<char> || i % 4 == 3;
+    EXPECT_TRUE(!compared || bytes[i] == again[i]) << i;
   }
 }
 
