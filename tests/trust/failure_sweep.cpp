@@ -1,0 +1,121 @@
+// Fails every outside call of the daemon, one at a time. Inside a gateway without a
+// driver, with its companions:
+//
+//   failure_sweep [--once|--sample] [--traces] [--only NAME] [--matrix FILE] PART...
+//
+// PART is procedures, sequences, in-place or start-up. Without an option every call is
+// failed with each of its errors; --once does with one of them each, --sample one call
+// of each class. --traces switches the daemon's traces and log on, --matrix appends a
+// table to FILE. Exits with 1 when a promise was broken; the last line sums up.
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "support/gateway.h"
+#include "trust/matrix.h"
+#include "trust/profile_form.h"
+#include "trust/start_up.h"
+
+namespace {
+
+struct options {
+  extent how_much = extent::kAll;
+  bool traces = false;
+  std::string only;
+  std::string matrix_file;
+  std::vector<std::string> parts;
+};
+
+}  // namespace
+
+static options parse(int argc, char** argv) {
+  options given;
+  for (int i = 1; i < argc; ++i) {
+    const std::string word = argv[i];
+    const bool with_value = i + 1 < argc;
+    if (word == "--once")
+      given.how_much = extent::kOnce;
+    else if (word == "--sample")
+      given.how_much = extent::kSample;
+    else if (word == "--traces")
+      given.traces = true;
+    else if (word == "--only" && with_value)
+      given.only = argv[++i];
+    else if (word == "--matrix" && with_value)
+      given.matrix_file = argv[++i];
+    else
+      given.parts.push_back(word);
+  }
+  return given;
+}
+
+static std::vector<operation> operations_of(const std::string& part) {
+  if (part == "procedures") return procedure_operations();
+  if (part == "sequences") return sequence_operations();
+  if (part == "in-place") return in_place_operations();
+  fprintf(stderr, "failure_sweep: there is no part \"%s\"\n", part.c_str());
+  exit(2);
+}
+
+// Procedures that only answer stand in one row together. A sample has one of them.
+static std::vector<tally> sweep_operations(const options& given,
+                                           const std::vector<operation>& all) {
+  if (!start_daemon_traced()) exit(2);
+  bring_up();
+  std::vector<tally> rows;
+  tally inert = {};
+  int inert_count = 0;
+  int turn = 0;
+  for (const operation& op : all) {
+    if (!given.only.empty() && op.name.find(given.only) != 0) continue;
+    if (op.inert && given.how_much == extent::kSample && inert_count > 0) continue;
+    const tally row = sweep_operation(op, given.how_much, turn++);
+    if (op.inert)
+      add_tally(&inert, row);
+    else
+      rows.push_back(row);
+    inert_count += op.inert;
+  }
+  inert.name = std::to_string(inert_count) + " that only answer";
+  if (inert_count > 0) rows.push_back(inert);
+  stop_traced();
+  return rows;
+}
+
+static std::vector<tally> sweep_part(const options& given, const std::string& part) {
+  if (part == "start-up") return sweep_start_up(given.how_much);
+  return sweep_operations(given, operations_of(part));
+}
+
+static void save(const options& given, const std::vector<tally>& rows, const std::string& part) {
+  if (given.matrix_file.empty()) return;
+  FILE* file = fopen(given.matrix_file.c_str(), "a");
+  if (file == nullptr) {
+    perror(given.matrix_file.c_str());
+    exit(2);
+  }
+  print_matrix(file, {board() + ": " + part + (given.traces ? ", with traces and log" : ""), rows});
+  fclose(file);
+}
+
+int main(int argc, char** argv) {
+  const options given = parse(argc, argv);
+  furnish_profiles();
+  keep_gateway();
+  set_traces(given.traces);
+  std::vector<tally> all;
+  for (const std::string& part : given.parts) {
+    const std::vector<tally> rows = sweep_part(given, part);
+    save(given, rows, part);
+    all.insert(all.end(), rows.begin(), rows.end());
+  }
+  unform_profile();
+  const tally sum = sum_of(all);
+  for (const std::string& line : sum.broken)
+    printf("broken: %s\n", line.c_str());
+  const std::string unlisted = calls_without_row();
+  if (!unlisted.empty()) printf("broken: system calls without a row: %s\n", unlisted.c_str());
+  printf("failure sweep, %s: %d failures in %zu operations, %zu promises broken\n", board().c_str(),
+         total_injected(sum), all.size(), sum.broken.size());
+  return sum.broken.empty() && unlisted.empty() && !all.empty() ? 0 : 1;
+}
