@@ -87,6 +87,12 @@ static std::vector<tally> sweep_part(const options& given, const std::string& pa
   return sweep_operations(given, operations_of(part));
 }
 
+static std::string title_of(const options& given, const std::string& part) {
+  static constexpr const char* kExtents[] = {"", ", each call once", ", a sample"};
+  return board() + ": " + part + (given.traces ? ", with traces and log" : "") +
+         kExtents[static_cast<int>(given.how_much)];
+}
+
 static void save(const options& given, const std::vector<tally>& rows, const std::string& part) {
   if (given.matrix_file.empty()) return;
   FILE* file = fopen(given.matrix_file.c_str(), "a");
@@ -94,7 +100,7 @@ static void save(const options& given, const std::vector<tally>& rows, const std
     perror(given.matrix_file.c_str());
     exit(2);
   }
-  print_matrix(file, {board() + ": " + part + (given.traces ? ", with traces and log" : ""), rows});
+  print_matrix(file, {title_of(given, part), rows});
   fclose(file);
 }
 

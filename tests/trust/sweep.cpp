@@ -163,7 +163,6 @@ static void check_next_call(const course& run, const planned& plan, const trial&
     complain(run, plan, one.what, "the next call answers " + std::to_string(next.code));
 }
 
-
 // False when the operation made no call that could fail so.
 static bool try_failure(const course& run, const planned& plan, int* choices) {
   const trial one = run_trial(run, plan);
