@@ -2,6 +2,7 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <net/if.h>
 #include <sys/file.h>
 #include <unistd.h>
 
@@ -84,8 +85,11 @@ std::string what_is_left(const footprint& before, const footprint& now) {
 std::string interface_states() {
   std::string states;
   const std::string directory = "/sys/class/net/";
-  for (const std::string& name : names_in(directory))
-    states += name + " " + read_file(directory + name + "/flags");
+  for (const std::string& name : names_in(directory)) {
+    const unsigned long flags =
+        strtoul(read_file(directory + name + "/flags").c_str(), nullptr, 16);
+    states += name + ((flags & IFF_UP) != 0 ? " up\n" : " down\n");
+  }
   return states;
 }
 

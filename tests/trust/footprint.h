@@ -22,5 +22,5 @@ std::string what_is_left(const footprint& before, const footprint& now);
 // Names the profile lock that somebody holds; empty when both can be taken.
 std::string held_lock();
 
-// Every network interface with its flags, a line each.
+// Every network interface and whether it is up, a line each.
 std::string interface_states();

@@ -150,7 +150,7 @@ static void start_anew(const course& run, const planned& plan, const trial& one,
 // other sequences have to come to their end then, and where they always do.
 static void check_next_call(const course& run, const planned& plan, const trial& one) {
   run.op->prepare();
-  if (interface_states() != run.interfaces)
+  if (run.op->sequence && interface_states() != run.interfaces)
     complain(run, plan, one.what, "the preparation leads elsewhere");
   is_prepared = run.op->expensive;
   if (is_prepared) return;
