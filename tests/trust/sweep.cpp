@@ -25,7 +25,7 @@ struct course {
   profile_pair after;
   answer usual;
   std::set<std::string> makes;  // files
-  std::string interfaces;       // that the preparation leads to
+  std::string interfaces;       // that its preparation leads to, or the next call
 };
 
 // How one run with a failure went.
@@ -146,14 +146,20 @@ static void start_anew(const course& run, const planned& plan, const trial& one,
   if (!start_daemon_traced()) exit(2);
 }
 
+static void check_interfaces(const course& run, const planned& plan, const trial& one) {
+  if (run.op->sequence && interface_states() != run.interfaces)
+    complain(run, plan, one.what, "the next sequence leads elsewhere");
+}
+
 // A sequence shows already while the next trial is prepared that its locks are free: the
 // other sequences have to come to their end then, and where they always do.
 static void check_next_call(const course& run, const planned& plan, const trial& one) {
   run.op->prepare();
-  if (run.op->sequence && interface_states() != run.interfaces)
-    complain(run, plan, one.what, "the preparation leads elsewhere");
   is_prepared = run.op->expensive;
-  if (is_prepared) return;
+  if (is_prepared) {
+    check_interfaces(run, plan, one);
+    return;
+  }
   const answer next = serve_undisturbed(run.op->call);
   if (next.how != stand::kQuiet)
     start_anew(run, plan, one, next.how);
@@ -161,6 +167,8 @@ static void check_next_call(const course& run, const planned& plan, const trial&
     complain(run, plan, one.what, "the next call is not answered");
   else if (next.code != run.usual.code)
     complain(run, plan, one.what, "the next call answers " + std::to_string(next.code));
+  else
+    check_interfaces(run, plan, one);
 }
 
 // False when the operation made no call that could fail so.
@@ -230,6 +238,7 @@ static void learn(course* run) {
     run->before = read_profiles();
     const footprint before = take_footprint();
     run->usual = serve_undisturbed(run->op->call);
+    if (!run->op->expensive) run->interfaces = interface_states();
     run->after = read_profiles();
     for (const std::string& file : take_footprint().files) {
       if (before.files.count(file) == 0) run->makes.insert(file);
