@@ -64,7 +64,7 @@ static std::set<std::string> files() {
 }
 
 footprint take_footprint() {
-  return {heap_blocks(), heap_bytes(), descriptors(), children(), files()};
+  return {heap_blocks(), descriptors(), children(), files()};
 }
 
 static void list_new(const char* what, const std::set<std::string>& before,

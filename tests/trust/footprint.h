@@ -7,7 +7,6 @@
 
 struct footprint {
   long heap_blocks;
-  long heap_bytes;
   std::set<std::string> descriptors;  // "4 socket:[123]"; without those kept on purpose
   std::set<std::string> children;     // processes that were not collected
   std::set<std::string> files;        // in the directories that it writes to

@@ -12,7 +12,6 @@
 
 struct heap_page {
   long blocks;    // allocated and not freed
-  long bytes;     // in them
   int thread;     // whose allocations are counted down, 0 for none
   int countdown;  // the allocation that takes it from 1 to 0 fails
   int failed;     // set by that allocation

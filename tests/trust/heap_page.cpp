@@ -37,7 +37,6 @@ std::string heap_preload_setting() {
 
 void heap_page_reset() {
   page()->blocks = 0;
-  page()->bytes = 0;
   page()->loaded = 0;
 }
 
@@ -57,8 +56,4 @@ bool heap_failed() {
 
 long heap_blocks() {
   return __atomic_load_n(&page()->blocks, __ATOMIC_RELAXED);
-}
-
-long heap_bytes() {
-  return __atomic_load_n(&page()->bytes, __ATOMIC_RELAXED);
 }

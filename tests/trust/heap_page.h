@@ -20,4 +20,3 @@ void arm_heap(int thread, int nth);
 bool heap_failed();
 
 long heap_blocks();
-long heap_bytes();

@@ -3,7 +3,6 @@
 
 #include <errno.h>
 #include <fcntl.h>
-#include <malloc.h>
 #include <stdbool.h>
 #include <stddef.h>
 #include <stdlib.h>
@@ -48,9 +47,7 @@ static bool fails(void) {
 }
 
 static void note(void* block, int sign) {
-  if (block == NULL) return;
-  __atomic_add_fetch(&page->blocks, sign, __ATOMIC_RELAXED);
-  __atomic_add_fetch(&page->bytes, sign * (long)malloc_usable_size(block), __ATOMIC_RELAXED);
+  if (block != NULL) __atomic_add_fetch(&page->blocks, sign, __ATOMIC_RELAXED);
 }
 
 static void* noted(void* block) {

@@ -85,11 +85,9 @@ static void complain(const course& run, const planned& plan, const std::string& 
                                "): " + promise);
 }
 
-// Calls of the service's own socket: when one fails, a request or a reply is lost, as
-// datagrams are.
-static bool may_lose_reply(const outside_call& call) {
-  const std::string name = call.name;
-  return name == "recvmsg" || name == "sendmsg" || name == "ioctl";
+// A request whose length the service cannot tell, with its first call, is dropped.
+static bool loses_request(const injection& where, const outside_call& call) {
+  return where.nth == 1 && where.where == role::kServer && std::string(call.name) == "ioctl";
 }
 
 static void count_trial(const course& run, const planned& plan, const trial& one,
@@ -182,8 +180,9 @@ static bool try_failure(const course& run, const planned& plan, int* choices) {
     start_anew(run, plan, one, one.got.how);
     return true;
   }
-  const bool may_lose = failed == nullptr || may_lose_reply(*failed);
-  if (!one.got.came && !one.replaced && !may_lose) complain(run, plan, one.what, "no answer");
+  const bool lost = one.replaced || (failed != nullptr && loses_request(plan.call, *failed));
+  if (one.got.came == lost)
+    complain(run, plan, one.what, lost ? "an answer to what was dropped" : "no answer");
   if (one.replaced && !run.op->controller) complain(run, plan, one.what, "the child ended");
   check_footprint(run, plan, one);
   check_profiles(run, plan, one);

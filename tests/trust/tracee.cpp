@@ -45,7 +45,6 @@ static pid_t server;
 static int servers;
 static int ended_with;
 static std::set<int> kept;
-static int windows;
 
 static injection wanted_failure;
 static const outside_call* failed_call;
@@ -146,7 +145,6 @@ static void enter_call(pid_t tid, thread* one, const call_information& call) {
   }
   if (one->who == role::kServer) note_kept(call);
   if (is_sleep(number) && one->who != role::kSupervisor) {
-    windows += one->who == role::kWorker;
     skip_call(tid, one, 0);
   } else if (!again) {
     count_call(tid, one, call);
@@ -380,8 +378,4 @@ int supervisor_status() {
 
 const std::set<int>& kept_descriptors() {
   return kept;
-}
-
-int windows_begun() {
-  return windows;
 }

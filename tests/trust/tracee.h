@@ -69,6 +69,3 @@ int supervisor_status();  // what waitpid said of its end
 
 // Descriptors that are kept on purpose: the controller's, known by their time limit.
 const std::set<int>& kept_descriptors();
-
-// How often a worker began a request: it sleeps for the window first.
-int windows_begun();
