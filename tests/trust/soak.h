@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <mutex>
 #include <random>
 #include <string>
@@ -93,6 +94,14 @@ void run_client(soak_client* client, const std::function<int64_t()>& take,
 
 // One call, and its reply waited for.
 void call_and_check(soak_client* client, const soak_call& call);
+
+// Calls that the daemon was at for about a second or more, by procedure. Filled by
+// the clients; read when they are done.
+struct long_service {
+  int64_t times;
+  double longest;  // seconds
+};
+extern std::map<std::string, long_service> long_services;
 
 // After the last reply: a datagram that still comes is a finding.
 void expect_silence(soak_client* client);

@@ -17,6 +17,8 @@
 static constexpr double kLongest = 30;
 static constexpr uint32_t kSetSsid = 22;
 
+std::map<std::string, long_service> long_services;
+
 double seconds_now() {
   return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
@@ -118,27 +120,65 @@ static const char* name_of(const soak_call& call) {
   return call.row != nullptr ? call.row->name : "(no procedure)";
 }
 
-// Takes the reply to the call that waits longest. What else comes is a reply
-// that was doubled, is late or was overtaken.
+// Which of the waiting calls the datagram answers. Whatever it is, it is not an
+// answer that came before, nor one that overtook another.
+static size_t answered(const soak_client& client, const std::string& datagram) {
+  const uint32_t xid = word_at(datagram, 0);
+  size_t i = 0;
+  while (i < client.waiting.size() && client.waiting[i].xid != xid)
+    ++i;
+  if (i == client.waiting.size())
+    finding("client %u: %zu bytes with xid %08x, which waits for no reply", client.number,
+            datagram.size(), xid);
+  else if (i > 0)
+    finding("client %u: xid %08x overtook %08x", client.number, xid, client.waiting[0].xid);
+  return i;
+}
+
+// How long the daemon was at this call alone, about: calls are served one by one,
+// so from the last reply to anybody, or from its sending.
+static void note_service(const soak_waiting& call) {
+  static constexpr double kLong = 0.9;
+  static std::mutex mutex;
+  static double last_reply = 0;
+  const std::lock_guard<std::mutex> guard(mutex);
+  const double now = seconds_now();
+  const double alone = now - std::max(last_reply, call.sent);
+  last_reply = now;
+  if (alone < kLong) return;
+  long_service& one = long_services[name_of(*call.call)];
+  ++one.times;
+  one.longest = std::max(one.longest, alone);
+}
+
+static void note_reply(soak_client* client, const soak_waiting& call, const std::string& reply) {
+  const double seconds = seconds_now() - call.sent;
+  note_service(call);
+  const std::string wrong = objection(*call.call, call.xid, reply);
+  if (!wrong.empty())
+    finding("client %u: the reply to %s, xid %08x, %zu bytes, %s", client->number,
+            name_of(*call.call), call.xid, reply.size(), wrong.c_str());
+  client->times[static_cast<int>(call.call->kind)].push_back(static_cast<float>(seconds));
+  ++client->replies;
+  if (call.ssid.empty()) return;
+  if (word_at(reply, 24) == 0) client->ssid = call.ssid;
+  check_ssid(*client);
+}
+
+// Takes the next reply.
 static void take_reply(soak_client* client) {
-  const soak_waiting oldest = client->waiting.front();
-  client->waiting.erase(client->waiting.begin());
   std::string reply;
-  if (!receive(client, kLongest, &reply)) {
-    finding("client %u: no reply to %s, xid %08x", client->number, name_of(*oldest.call),
-            oldest.xid);
+  while (receive(client, kLongest, &reply)) {
+    const size_t i = answered(*client, reply);
+    if (i == client->waiting.size()) continue;
+    const soak_waiting call = client->waiting[i];
+    client->waiting.erase(client->waiting.begin() + static_cast<ptrdiff_t>(i));
+    note_reply(client, call, reply);
     return;
   }
-  const double seconds = seconds_now() - oldest.sent;
-  const std::string wrong = objection(*oldest.call, oldest.xid, reply);
-  if (!wrong.empty())
-    finding("client %u: the reply to %s, xid %08x, %zu bytes with xid %08x, %s", client->number,
-            name_of(*oldest.call), oldest.xid, reply.size(), word_at(reply, 0), wrong.c_str());
-  client->times[static_cast<int>(oldest.call->kind)].push_back(static_cast<float>(seconds));
-  ++client->replies;
-  if (oldest.ssid.empty()) return;
-  if (word_at(reply, 24) == 0) client->ssid = oldest.ssid;
-  check_ssid(*client);
+  const soak_waiting lost = client->waiting.front();
+  client->waiting.erase(client->waiting.begin());
+  finding("client %u: no reply to %s, xid %08x", client->number, name_of(*lost.call), lost.xid);
 }
 
 void run_client(soak_client* client, const std::function<int64_t()>& take,
