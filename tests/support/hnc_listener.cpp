@@ -13,11 +13,12 @@ static constexpr size_t kRequestSize = 1496;
 static constexpr size_t kReplySize = 2860;
 
 static int listener_socket = -1;
-// Between the test and the listener's thread.
+// Between the test and the listener's thread; never destroyed, since that thread
+// outlives the test.
 static std::mutex mutex;
-static std::function<std::optional<std::string>(const std::string&)> behaviour;
-static std::vector<std::string> requests;
-static std::vector<uint16_t> ports;
+static auto& behaviour = *new std::function<std::optional<std::string>(const std::string&)>;
+static auto& requests = *new std::vector<std::string>;
+static auto& ports = *new std::vector<uint16_t>;
 
 static sockaddr_in internal_link(uint16_t port) {
   sockaddr_in address = {};

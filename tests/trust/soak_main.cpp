@@ -149,10 +149,10 @@ static std::string fast_path() {
 }
 
 // What a sanitizer of the daemon says goes to files, which are looked for.
-static std::string reports_of(const char* options) {
-  const char* given_options = getenv(options);
-  return std::string(options) + "=log_path=/tmp/sanitizer" +
-         (given_options != nullptr ? std::string(":") + given_options : "");
+static std::string sanitizer_options(const char* variable, const std::string& more) {
+  const char* before = getenv(variable);
+  return std::string(variable) + "=" + (before != nullptr ? std::string(before) + ":" : "") +
+         "log_path=/tmp/sanitizer" + more;
 }
 
 static pid_t start_soaked_daemon() {
@@ -162,7 +162,8 @@ static pid_t start_soaked_daemon() {
   mkdir("/nvram", 0755);
   write_file("/nvram/hnc_enable", "");
   const pid_t supervisor =
-      start_supervisor({fast_path(), reports_of("TSAN_OPTIONS"), reports_of("ASAN_OPTIONS")});
+      start_supervisor({fast_path(), sanitizer_options("TSAN_OPTIONS", ""),
+                        sanitizer_options("ASAN_OPTIONS", ":quarantine_size_mb=8")});
   if (!wait_until(daemon_answers, 20)) finding("the daemon does not start");
   return supervisor;
 }

@@ -84,6 +84,9 @@ TEST(Queue, RequestWaitsOutItsSecond) {
 }
 
 TEST(Queue, IdleDaemonNeverWakesUp) {
+#ifdef __SANITIZE_THREAD__
+  GTEST_SKIP() << "ThreadSanitizer has threads of its own that wake up";
+#endif
   const pid_t child = start_lifecycle_daemon();
   queue_and_wait(kRestart, "not loaded");
   ASSERT_TRUE(wait_for_trace("de-queue'd"));
