@@ -19,6 +19,7 @@
 static constexpr char kLogDirectory[] = "/tmp/auto_debug";
 static constexpr char kLogSwitch[] = "/tmp/auto_debug/rpc_dbg_en";
 static constexpr char kLog[] = "/tmp/auto_debug/dbg_rpc.log";
+static constexpr char kSteeringMarker[] = "/tmp/mtk_bnd_file";
 static constexpr char kConsoleSwitch[] = "/tmp/wlandbg";
 
 // The daemon moves a log of more than this away before it writes the next
@@ -171,6 +172,9 @@ static void change_something(int tick, bool long_run, soak_trouble* trouble) {
     ++trouble->silent;
     controller_silent(1);
   }
+  // A restart that ends band steering while a setting waits for its marker costs
+  // all callers ten seconds: not in a short run.
+  if (!long_run) write_file(kSteeringMarker, "");
   if (long_run && (tick % 3000 == 2000 || tick % 3000 == 2005))
     silence_companions(tick % 3000 == 2000);
 }
