@@ -20,6 +20,3 @@ enum class args_outcome { kRun, kHelp, kVersion, kError };
 // one line. From PROCEDURE on nothing is an option, so -5 is an argument.
 args_outcome args_parse(const std::vector<std::string>& arguments, client_options& options,
                         std::string& error);
-
-// What --help prints.
-const char* args_help();

@@ -14,7 +14,8 @@ namespace {
 
 constexpr size_t kWidth = 80;
 constexpr size_t kNameColumnMax = 36;  // longer names stand out of their column
-constexpr size_t kSummaryMin = 24;     // narrower than this is not worth a column
+constexpr int kTypeColumn = 10;
+constexpr size_t kSummaryMin = 24;  // narrower than this is not worth a column
 
 std::string pad(std::string text, size_t width) {
   if (text.size() < width) text.append(width - text.size(), ' ');
@@ -30,7 +31,8 @@ std::string list_line(const procedure_row& procedure, size_t number_width, size_
   if (width != 0 && line.size() > indent) {  // the name takes a line of its own
     line = line.substr(0, line.size() - 2) + "\n" + std::string(indent, ' ');
   }
-  return line + text_wrap(procedure.summary, width, indent, indent) + "\n";
+  const std::string mark = procedure.inert ? " (does nothing)" : "";
+  return line + text_wrap(procedure.summary + mark, width, indent, indent) + "\n";
 }
 
 std::string section(const char* title, std::string_view text) {
@@ -64,10 +66,12 @@ size_t name_width(std::span<const payload_field> fields) {
 
 std::string field_lines(std::span<const payload_field> fields, size_t margin) {
   std::string out;
-  const size_t indent = margin + name_width(fields) + 2;
+  const size_t indent = margin + 6 + kTypeColumn + name_width(fields) + 2;
   for (const payload_field& field : fields) {
     const std::string unit = *field.unit == '\0' ? "" : std::string(" [") + field.unit + "]";
-    out += std::string(margin, ' ') + pad(field.name, indent - margin) +
+    const std::string place =
+        text_format("%4u  %-*s", field.offset, kTypeColumn, describe_field(field).c_str());
+    out += std::string(margin, ' ') + place + pad(field.name, indent - margin - place.size()) +
            text_wrap(field.meaning + unit, kWidth, indent, indent) + "\n";
   }
   return out;
@@ -79,7 +83,9 @@ std::string result_lines(const procedure_row& procedure) {
   if (layout == nullptr) return "";
   std::string out = field_lines(layout->fields, 4);
   if (layout->rows == nullptr) return out;
-  out += text_format("    %s, up to %u, each:\n", layout->rows->name, layout->rows->capacity);
+  const payload_rows& rows = *layout->rows;
+  out += text_format("    %s, up to %u of %u bytes, from byte %u on, each:\n", rows.name,
+                     rows.capacity, rows.stride, rows.first);
   return out + field_lines(layout->rows->fields, 6);
 }
 
@@ -144,6 +150,26 @@ std::string describe_type(const argument_spec& argument) {
       break;
   }
   return "record";
+}
+
+std::string describe_field(const payload_field& field) {
+  switch (field.type) {
+    case field_type::kFlag:
+      return "flag";  // 32 bits, 0 or not
+    case field_type::kText:
+      return text_format("text[%u]", field.width);
+    case field_type::kBytes:
+      return text_format("byte[%u]", field.width);
+    case field_type::kMac:
+      return "MAC";
+    case field_type::kRate:
+      return "rate";  // 16 bits
+    case field_type::kTime:
+      return "time";  // 32 bits
+    default:
+      return text_format("%c%u", payload_is_signed(field.type) ? 'i' : 'u',
+                         payload_width(field) * 8);
+  }
 }
 
 static std::string describe_value(const value_meaning& value) {

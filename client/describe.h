@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "payload.h"
 #include "table.h"
 
 // Number, name and summary of each, a line each, or wrapped to `width` columns
@@ -18,6 +19,9 @@ std::string describe_procedure(const procedure_row& procedure);
 
 // "bool", "string", "char[64]", ...
 std::string describe_type(const argument_spec& argument);
+
+// "u32", "text[18]", "rate", ...: a field of a record.
+std::string describe_field(const payload_field& field);
 
 // What is printed when the call succeeds.
 std::string describe_result(const procedure_row& procedure);

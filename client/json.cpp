@@ -1,5 +1,6 @@
 #include "json.h"
 
+#include <cmath>
 #include <nlohmann/json.hpp>
 
 #include "describe.h"
@@ -123,7 +124,11 @@ ordered_json describe_argument(const procedure_row& procedure, const argument_sp
 ordered_json describe_fields(std::span<const payload_field> fields) {
   ordered_json list = ordered_json::array();
   for (const payload_field& field : fields) {
-    ordered_json object = {{"name", field.name}, {"meaning", field.meaning}};
+    ordered_json object = {{"name", field.name},
+                           {"offset", field.offset},
+                           {"bytes", payload_width(field)},
+                           {"type", describe_field(field)},
+                           {"meaning", field.meaning}};
     if (*field.unit != '\0') object["unit"] = field.unit;
     list.push_back(object);
   }
@@ -143,6 +148,13 @@ std::string json_reply(const procedure_row& procedure, const decoded_reply& repl
   return line(json_result(procedure, reply));
 }
 
+std::string json_sample(const procedure_row& procedure, const decoded_reply& reply,
+                        const std::string& time) {
+  ordered_json object = json_result(procedure, reply);
+  object["time"] = time;
+  return line(object);
+}
+
 std::string json_raw(uint32_t number, std::string_view result) {
   const procedure_row* procedure = lookup_number(number);
   ordered_json object = ordered_json::object();
@@ -157,7 +169,7 @@ std::string json_ping(double seconds) {
   ordered_json object = ordered_json::object();
   object["procedure"] = "ping";
   object["number"] = 0;
-  object["round_trip_ms"] = seconds * 1000;
+  object["round_trip_ms"] = std::round(seconds * 1e6) / 1e3;
   return line(object);
 }
 
@@ -167,6 +179,7 @@ std::string json_list(const std::vector<const procedure_row*>& procedures) {
     ordered_json object = head(*procedure);
     object["summary"] = procedure->summary;
     object["topic"] = topic_word(topic_of(*procedure));
+    object["inert"] = procedure->inert;
     list.push_back(object);
   }
   return line(list);
@@ -195,6 +208,8 @@ std::string json_describe(const procedure_row& procedure) {
   if (layout != nullptr && layout->rows != nullptr)
     object["rows"] = {{"name", layout->rows->name},
                       {"capacity", layout->rows->capacity},
+                      {"offset", layout->rows->first},
+                      {"bytes", layout->rows->stride},
                       {"fields", describe_fields(layout->rows->fields)}};
   object["example"] = describe_example(procedure);
   return line(object);

@@ -18,6 +18,10 @@
 // record, an object of its fields. A negative return code stands alone: what
 // comes with it is no value.
 nlohmann::ordered_json json_result(const procedure_row& procedure, const decoded_reply& reply);
+// With the time at which the answer came.
+std::string json_sample(const procedure_row& procedure, const decoded_reply& reply,
+                        const std::string& time);
+
 std::string json_reply(const procedure_row& procedure, const decoded_reply& reply);
 
 // "procedure" (null when unknown), "number" and "result": all bytes of the

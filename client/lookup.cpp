@@ -106,15 +106,16 @@ bool lookup_parse_number(std::string_view text, uint32_t* number) {
   return true;
 }
 
-std::vector<std::string> lookup_near(std::string_view name) {
+std::vector<std::string> lookup_near(std::string_view name, bool with_commands) {
   struct Candidate {
     size_t nearness;
     std::string name;
   };
   std::string wanted = fold(name);
   std::vector<Candidate> found;
-  for (const char* command : kCommands)
-    found.push_back({nearness(wanted, text_upper(command)), command});
+  for (const char* command : kCommands) {
+    if (with_commands) found.push_back({nearness(wanted, text_upper(command)), command});
+  }
   for (const procedure_row& procedure : table_procedures())
     found.push_back({nearness(wanted, procedure.name), text_lower(procedure.name)});
   std::erase_if(found, [](const Candidate& c) { return c.nearness == SIZE_MAX; });
@@ -130,14 +131,16 @@ bool lookup_matches(const procedure_row& procedure, std::string_view pattern) {
   std::string name_pattern = fold(pattern);
   std::string summary_pattern = text_upper(pattern);
   std::string summary = text_upper(procedure.summary);
-  if (pattern.find_first_of("*?") != std::string_view::npos)
-    return glob(name_pattern, procedure.name) || glob(summary_pattern, summary);
-  return std::string_view(procedure.name).find(name_pattern) != std::string_view::npos ||
-         summary.find(summary_pattern) != std::string::npos;
+  return glob("*" + name_pattern + "*", procedure.name) ||
+         glob("*" + summary_pattern + "*", summary);
 }
 
 std::span<const char* const> lookup_commands() {
   return kCommands;
+}
+
+bool lookup_is_command(std::string_view word) {
+  return std::find(std::begin(kCommands), std::end(kCommands), word) != std::end(kCommands);
 }
 
 std::string lookup_display_name(const procedure_row& procedure) {

@@ -24,16 +24,16 @@ bool lookup_is_number(std::string_view text);
 // Decimal, or hexadecimal after 0x; false when it is no number of 32 bits.
 bool lookup_parse_number(std::string_view text, uint32_t* number);
 
-// Up to three names (of commands too) that `name` may have been meant as, the
-// nearest first; empty when nothing is near.
-std::vector<std::string> lookup_near(std::string_view name);
+// Up to three names, of commands too where `with_commands`, that `name` may have
+// been meant as, the nearest first; empty when nothing is near.
+std::vector<std::string> lookup_near(std::string_view name, bool with_commands);
 
-// True when name or summary contains the pattern, or, for a pattern with * or
-// ?, when the whole name or the whole summary is matched by it.
+// True when name or summary has the pattern somewhere in it; * and ? are wildcards.
 bool lookup_matches(const procedure_row& procedure, std::string_view pattern);
 
 // What may stand in the place of a procedure: "ping", "list", ...
 std::span<const char* const> lookup_commands();
+bool lookup_is_command(std::string_view word);
 
 // As people write it: lower case.
 std::string lookup_display_name(const procedure_row& procedure);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
+#include <cstdio>
 #include <ctime>
 
 static tm date_of(time_t seconds) {
@@ -30,9 +31,12 @@ double moment_next(double moment, double every) {
 }
 
 std::string moment_stamp() {
-  const tm date = date_of(time(nullptr));
+  timespec now{};
+  clock_gettime(CLOCK_REALTIME, &now);
+  const tm date = date_of(now.tv_sec);
   char text[32];
-  strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &date);
+  const size_t length = strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", &date);
+  snprintf(text + length, sizeof text - length, ".%03ldZ", now.tv_nsec / 1000000);
   return text;
 }
 

@@ -1,9 +1,13 @@
 #include "run.h"
 
+#include <cerrno>
+#include <cstring>
+
 #include "arguments.h"
 #include "completion.h"
 #include "describe.h"
 #include "dump.h"
+#include "help.h"
 #include "json.h"
 #include "list.h"
 #include "lookup.h"
@@ -17,13 +21,15 @@
 
 namespace {
 
+constexpr int32_t kTryAgain = 3;
+
 const char* code_meaning(int32_t code) {
   switch (code) {
     case 1:
       return ": written or found";
     case 2:
       return ": no change";
-    case 3:
+    case kTryAgain:
       return ": try again";
     default:
       return "";
@@ -53,14 +59,22 @@ exit_status show_reply(const output_streams& streams, const client_options& opti
   if (options.json) print(streams, json_reply(procedure, reply));
   if (payload_failed(procedure, reply.code))
     return fail(streams, kExitFailureCode,
-                text_format("%s: the daemon answered failure, code %d; see its standard error and "
-                            "'wificonf describe %s'",
+                text_format("%s: the daemon answered failure, code %d; its standard error, on the "
+                            "gateway, says why, and 'wificonf describe %s' what it takes",
                             name.c_str(), reply.code, name.c_str()));
+  bool has_value =
+      procedure.payload != payload_kind::CODE && procedure.payload != payload_kind::NONE;
+  if (has_value && reply.code == kTryAgain)
+    return fail(streams, kExitNotReady,
+                text_format("%s: there is no result yet, code %d: try again in a second",
+                            name.c_str(), reply.code));
   if (options.json) return kExitDone;
   print(streams, payload_text(procedure, reply, terminal_width(streams.out)));
   // Standard output has the value alone, for scripts.
-  bool has_value =
-      procedure.payload != payload_kind::CODE && procedure.payload != payload_kind::NONE;
+  if (procedure.inert)
+    fail(streams, kExitDone,
+         name + ": the daemon accepts this and deliberately does nothing; see 'wificonf describe " +
+             name + "'");
   if (has_value && reply.code > 0)
     fprintf(streams.err, "wificonf: %s: ok (code %d%s)\n", name.c_str(), reply.code,
             code_meaning(reply.code));
@@ -80,7 +94,7 @@ void show_bytes(const output_streams& streams, const client_options& options, ui
 exit_status run_procedure(const output_streams& streams, const client_options& options) {
   prepared_call prepared;
   exit_status status = kExitDone;
-  if (!session_prepare(streams, options.words, prepared, &status)) return status;
+  if (!session_prepare(streams, options.words, prepared, &status, true)) return status;
   const procedure_row& procedure = *prepared.procedure;
   if (options.raw) {
     call_answer answer;
@@ -99,7 +113,10 @@ exit_status run_number(const output_streams& streams, const client_options& opti
   uint32_t number = 0;
   const std::string& word = options.words[0];
   if (!lookup_parse_number(word, &number))
-    return fail(streams, kExitUsage, text_quote(word) + " is no procedure number");
+    return fail(streams, kExitUsage,
+                text_quote(word) +
+                    " is no procedure number: they are 0 to 4294967295, also in hexadecimal as "
+                    "0x5e; 'wificonf list' has those of the daemon");
   if (options.words.size() > 1) {
     const procedure_row* known = lookup_number(number);
     std::string hint =
@@ -160,20 +177,42 @@ exit_status run_completion(const output_streams& streams, const client_options& 
 }
 
 // As lookup_commands() has them.
-constexpr struct {
+constexpr struct command {
   const char* name;
   exit_status (*run)(const output_streams& streams, const client_options& options);
+  bool has_json;  // what --json changes, or is there anyway
 } kCommands[] = {
-    {"ping", run_ping},         {"list", run_list},
-    {"describe", run_describe}, {"schema", run_schema},
-    {"dump", run_dump},         {"watch", run_watch},
-    {"top", run_top},           {"completion", run_completion},
+    {"ping", run_ping, true},         {"list", run_list, true},
+    {"describe", run_describe, true}, {"schema", run_schema, true},
+    {"dump", run_dump, true},         {"watch", run_watch, true},
+    {"top", run_top, false},          {"completion", run_completion, false},
 };
+
+exit_status run_command(const output_streams& streams, const client_options& options,
+                        const command& chosen) {
+  const char* unused = options.raw                        ? "--raw"
+                       : options.json && !chosen.has_json ? "--json"
+                                                          : nullptr;
+  if (unused != nullptr)
+    return fail(streams, kExitUsage, text_format("%s has no %s", chosen.name, unused));
+  return chosen.run(streams, options);
+}
+
+// "PROCEDURE --help" and "COMMAND --help". False when the words are not that.
+bool show_help(const output_streams& streams, const std::vector<std::string>& words) {
+  if (words.size() != 2 || (words[1] != "--help" && words[1] != "-h")) return false;
+  const procedure_row* procedure = lookup_procedure(words[0]);
+  const std::string text =
+      procedure != nullptr ? describe_procedure(*procedure) : help_of(words[0]);
+  print(streams, text);
+  return !text.empty();
+}
 
 exit_status run_words(const output_streams& streams, const client_options& options) {
   const std::string& word = options.words[0];
-  for (const auto& command : kCommands) {
-    if (word == command.name) return command.run(streams, options);
+  if (show_help(streams, options.words)) return kExitDone;
+  for (const command& chosen : kCommands) {
+    if (word == chosen.name) return run_command(streams, options, chosen);
   }
   return lookup_is_number(word) ? run_number(streams, options) : run_procedure(streams, options);
 }
@@ -187,7 +226,7 @@ exit_status run(const std::vector<std::string>& arguments, FILE* out, FILE* err)
   exit_status status = kExitDone;
   switch (args_parse(arguments, options, error)) {
     case args_outcome::kHelp:
-      print(streams, args_help());
+      print(streams, help_text());
       break;
     case args_outcome::kVersion:
       print(streams, "wificonf " WIFICONF_VERSION "\n");
@@ -198,6 +237,9 @@ exit_status run(const std::vector<std::string>& arguments, FILE* out, FILE* err)
       status = run_words(streams, options);
       break;
   }
+  errno = 0;
   if (fflush(out) == 0 && ferror(out) == 0) return status;
-  return fail(streams, kExitNoAnswer, "cannot write the output");
+  const std::string why = errno == 0 ? "" : std::string(": ") + strerror(errno);
+  return fail(streams, kExitNoAnswer,
+              "cannot write the output" + why + "; a call that was to be made is done");
 }

@@ -10,6 +10,7 @@ enum exit_status {
   kExitFailureCode = 1,  // the daemon answered a failure code
   kExitUsage = 2,
   kExitNoAnswer = 3,  // no answer, an RPC error, or output that cannot be written
+  kExitNotReady = 4,  // there is no result yet: try again
 };
 
 // `arguments` without the program's name. Results go to `out`, each failure as

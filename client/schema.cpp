@@ -146,6 +146,7 @@ std::string schema_of(const procedure_row& procedure) {
   schema["properties"]["number"] = {{"const", procedure.number}};
   schema["properties"]["return_code"] = integer(INT32_MIN, INT32_MAX);
   schema["properties"]["return_code"]["description"] = payload_codes(procedure);
+  schema["properties"]["time"] = {{"type", "string"}, {"description", "of watch only"}};
   schema["required"] = {"procedure", "number", "return_code"};
   add_value(schema, procedure);
   return schema.dump() + "\n";

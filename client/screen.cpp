@@ -1,17 +1,40 @@
 #include "screen.h"
 
 #include <sys/ioctl.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cstdlib>
+
+#include "text.h"
 
 size_t screen_height(FILE* out) {
   winsize size{};
   return ioctl(fileno(out), TIOCGWINSZ, &size) == 0 && size.ws_row > 0 ? size.ws_row : 24;
 }
 
-std::string screen_lines(const std::string& text, size_t count) {
+bool screen_is(FILE* out) {
+  const char* name = getenv("TERM");
+  const bool able = name != nullptr && *name != '\0' && std::string_view(name) != "dumb";
+  return able && isatty(fileno(out)) != 0;
+}
+
+// Bytes of the first `width` characters.
+static size_t cut(std::string_view line, size_t width) {
   size_t end = 0;
-  while (count-- > 0 && end < text.size())
-    end = std::min(text.find('\n', end), text.size() - 1) + 1;
-  return text.substr(0, end);
+  uint32_t code_point = 0;
+  for (; width > 0 && end < line.size(); width--)
+    end += std::max<size_t>(text_decode(line, end, &code_point), 1);
+  return end;
+}
+
+std::string screen_lines(const std::string& text, size_t count, size_t width) {
+  std::string out;
+  for (size_t at = 0; count > 0 && at < text.size(); count--) {
+    const size_t end = std::min(text.find('\n', at), text.size());
+    const std::string_view line = std::string_view(text).substr(at, end - at);
+    out.append(line.substr(0, cut(line, width))).append("\n");
+    at = end + 1;
+  }
+  return out;
 }

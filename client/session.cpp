@@ -38,10 +38,10 @@ bool session_call(const output_streams& streams, const client_options& options, 
 }
 
 bool session_prepare(const output_streams& streams, const std::vector<std::string>& words,
-                     prepared_call& prepared, exit_status* status) {
+                     prepared_call& prepared, exit_status* status, bool first) {
   prepared.procedure = lookup_name(words[0]);
   if (prepared.procedure == nullptr) {
-    *status = unknown_procedure(streams, words[0]);
+    *status = unknown_procedure(streams, words[0], first);
     return false;
   }
   std::string error;
@@ -80,9 +80,11 @@ std::string session_try(const client_options& options, const prepared_call& prep
   return line.empty() ? decode(prepared, answer, reply) : line;
 }
 
-exit_status unknown_procedure(const output_streams& streams, const std::string& word) {
-  std::vector<std::string> near = lookup_near(word);
+exit_status unknown_procedure(const output_streams& streams, const std::string& word, bool first) {
+  std::vector<std::string> near = lookup_near(word, first);
   std::string line = "no procedure " + text_quote(word);
+  if (!first && lookup_is_command(word))
+    line += " (a command: 'wificonf " + word + " --help' tells of it)";
   if (near.empty()) return fail(streams, kExitUsage, line + "; 'wificonf list' has all");
   line += "; did you mean " + near[0];
   for (size_t i = 1; i < near.size(); i++)

@@ -37,8 +37,9 @@ struct prepared_call {
 };
 
 // From the words PROCEDURE ARGUMENT...; false, explained, when they are none.
+// `first`: a command may stand there too.
 bool session_prepare(const output_streams& streams, const std::vector<std::string>& words,
-                     prepared_call& prepared, exit_status* status);
+                     prepared_call& prepared, exit_status* status, bool first = false);
 
 // Calls and decodes; false, explained, when there is no result.
 bool session_ask(const output_streams& streams, const client_options& options,
@@ -48,5 +49,6 @@ bool session_ask(const output_streams& streams, const client_options& options,
 std::string session_try(const client_options& options, const prepared_call& prepared,
                         decoded_reply& reply);
 
-// "no procedure 'x'; did you mean ...?"
-exit_status unknown_procedure(const output_streams& streams, const std::string& word);
+// "no procedure 'x'; did you mean ...?" `first`: a command may stand there too.
+exit_status unknown_procedure(const output_streams& streams, const std::string& word,
+                              bool first = false);

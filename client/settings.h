@@ -9,8 +9,8 @@ struct repeat_settings {
   unsigned long count = 0;  // 0: without end
 };
 
-// Takes them off the end of the words. False: `error` is one line.
+// Takes them off both ends of the words. False: `error` is one line.
 bool settings_take(std::vector<std::string>& words, repeat_settings& settings, std::string& error);
 
-// "1s", "500ms" or "2" (seconds), of 10 ms to a day.
+// "1s", "500ms", "5m", "1h" or "2" (seconds), of 10 ms to a day.
 bool settings_parse_time(const std::string& text, double* seconds);

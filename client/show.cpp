@@ -144,10 +144,10 @@ std::string show_value(const payload_field& field, std::string_view record) {
 
 std::string show_record(const payload_layout& layout, std::string_view record, size_t width,
                         const earlier_record* earlier) {
-  std::string out;
-  if (!layout.fields.empty()) out = show_fields(layout.fields, record, width, earlier);
-  if (layout.rows != nullptr) out += show_rows(*layout.rows, record, width, earlier);
-  return out;
+  std::string rows, fields;
+  if (layout.rows != nullptr) rows = show_rows(*layout.rows, record, width, earlier);
+  if (!layout.fields.empty()) fields = show_fields(layout.fields, record, width, earlier);
+  return rows + fields;
 }
 
 std::string show_lines(const payload_layout& layout, std::string_view record,

@@ -63,6 +63,12 @@ std::span<const procedure_row> table_procedures() {
   return kProcedures;
 }
 
+bool table_reads(const procedure_row& procedure) {
+  const bool answers =
+      procedure.payload != payload_kind::CODE && procedure.payload != payload_kind::NONE;
+  return answers || std::string_view(procedure.name).find("_GET_") != std::string_view::npos;
+}
+
 std::vector<argument_spec> table_arguments(const procedure_row& procedure) {
   std::vector<argument_spec> arguments;
   for (unsigned i = 0; i < procedure.members.count; i++) {

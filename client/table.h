@@ -54,5 +54,8 @@ struct argument_spec {
 
 std::span<const procedure_row> table_procedures();
 
+// Whether the procedure only reads, by its name and by what it answers.
+bool table_reads(const procedure_row& procedure);
+
 // The arguments that a caller gives, in order.
 std::vector<argument_spec> table_arguments(const procedure_row& procedure);

@@ -32,6 +32,8 @@ struct stations_sample {
   double taken = 0;
   std::vector<station> stations;
   std::string problem;  // why there are none
+  int answering = 0;    // BSSs that the driver has up
+  bool no_radio = false;
 };
 
 const payload_field& field_of(const payload_rows& rows, std::string_view name) {
@@ -94,6 +96,7 @@ bool take_bss(const client_options& options, int bss, stations_sample& sample) {
   sample.problem = session_try(options, prepared, reply);
   if (!sample.problem.empty()) return false;
   if (reply.code < 0) return true;
+  sample.answering++;
   const payload_rows& rows = *payload_find(procedure)->rows;
   for (uint32_t i = 0; i < payload_row_count(rows, reply.data); i++)
     sample.stations.push_back(station_of(rows, bss, payload_row(rows, reply.data, i)));
@@ -111,7 +114,13 @@ stations_sample take_sample(const client_options& options, const stations_sample
   stations_sample sample;
   sample.taken = moment_now();
   for (int bss = 1; bss <= kBssMax; bss++) {
-    if (!take_bss(options, bss, sample)) break;
+    if (!take_bss(options, bss, sample)) return sample;
+  }
+  if (sample.answering == 0) {
+    sample.problem =
+        "no radio is up: all 16 BSSs answered a failure code; 'wificonf wlan_load 1' and then "
+        "'wificonf wlan_init' bring them up";
+    sample.no_radio = true;
   }
   for (station& current : sample.stations)
     add_rates(*payload_find(station_list())->rows, current, before, sample.taken);
@@ -127,7 +136,7 @@ std::string table_of(const stations_sample& sample, size_t width) {
   static constexpr text_column kColumns[] = {
       {"BSS", true},     {"STATION", false}, {"RSSI", true}, {"DOWN", true},     {"UP", true},
       {"OUT B/S", true}, {"IN B/S", true},   {"SENT", true}, {"RECEIVED", true}, {"BTM", true}};
-  if (!sample.problem.empty()) return sample.problem + "\n";
+  if (!sample.problem.empty()) return text_wrap(sample.problem, width, 0, 0) + "\n";
   if (sample.stations.empty()) return "no stations\n";
   std::vector<std::vector<std::string>> lines;
   for (const station& one : sample.stations)
@@ -156,16 +165,26 @@ bool wait_for_quit(double moment) {
   return true;
 }
 
+// "24 stations, 20 shown, ..." where the screen has no more lines.
+std::string title_of(const stations_sample& sample, size_t shown) {
+  std::string title = text_format("%zu stations", sample.stations.size());
+  if (shown < sample.stations.size()) title += text_format(", %zu shown", shown);
+  return title + ", DOWN and UP in Mbit/s, " + moment_stamp() + "\n\n";
+}
+
+std::string screen_of(const output_streams& streams, const stations_sample& sample) {
+  const size_t height = screen_height(streams.out) - 1, width = terminal_width(streams.out);
+  const size_t room = height > 3 ? height - 3 : 0;  // without title, blank line, headings
+  return screen_lines(title_of(sample, room) + table_of(sample, width), height, width);
+}
+
 void draw(const output_streams& streams, const stations_sample& sample) {
-  const std::string title = text_format("%zu stations at %s, q quits\n\n", sample.stations.size(),
-                                        moment_stamp().c_str());
-  const std::string screen = title + table_of(sample, terminal_width(streams.out));
-  print(streams, "\033[H\033[J" + screen_lines(screen, screen_height(streams.out) - 1));
+  print(streams, "\033[H\033[J" + screen_of(streams, sample));
   fflush(streams.out);
 }
 
-void redraw_until_quit(const output_streams& streams, const client_options& options,
-                       const repeat_settings& settings) {
+stations_sample redraw_until_quit(const output_streams& streams, const client_options& options,
+                                  const repeat_settings& settings) {
   stations_sample sample;
   double next = moment_now();
   for (unsigned long i = 0; settings.count == 0 || i < settings.count; i++) {
@@ -176,6 +195,12 @@ void redraw_until_quit(const output_streams& streams, const client_options& opti
     sample = take_sample(options, sample);
     draw(streams, sample);
   }
+  return sample;
+}
+
+exit_status status_of(const stations_sample& sample) {
+  if (sample.problem.empty()) return kExitDone;
+  return sample.no_radio ? kExitFailureCode : kExitNoAnswer;
 }
 
 // The terminal gives single keys, on a screen of its own, while it redraws.
@@ -189,11 +214,12 @@ exit_status run_on_terminal(const output_streams& streams, const client_options&
     signal(number, note_end);
   if (has_keys) tcsetattr(STDIN_FILENO, TCSANOW, &raw);
   print(streams, "\033[?1049h");
-  redraw_until_quit(streams, options, settings);
-  print(streams, "\033[?1049l");
-  fflush(streams.out);
+  const stations_sample last = redraw_until_quit(streams, options, settings);
   if (has_keys) tcsetattr(STDIN_FILENO, TCSANOW, &before);
-  return kExitDone;
+  // What was seen last stays on the terminal.
+  print(streams, "\033[?1049l" + screen_of(streams, last));
+  fflush(streams.out);
+  return status_of(last);
 }
 
 exit_status run_in_pipe(const output_streams& streams, const client_options& options,
@@ -206,7 +232,7 @@ exit_status run_in_pipe(const output_streams& streams, const client_options& opt
       moment_sleep_until(next);
     }
     sample = take_sample(options, sample);
-    if (!sample.problem.empty()) return fail(streams, kExitNoAnswer, sample.problem);
+    if (!sample.problem.empty()) return fail(streams, status_of(sample), sample.problem);
     print(streams, (i == 0 ? "" : "\n") + table_of(sample, 0));
     fflush(streams.out);
   }
@@ -221,6 +247,6 @@ exit_status run_top(const output_streams& streams, const client_options& options
   std::string error;
   if (!settings_take(words, settings, error)) return fail(streams, kExitUsage, error);
   if (!words.empty()) return fail(streams, kExitUsage, "top takes [--every TIME] [--count N] only");
-  if (terminal_width(streams.out) == 0) return run_in_pipe(streams, options, settings);
+  if (!screen_is(streams.out)) return run_in_pipe(streams, options, settings);
   return run_on_terminal(streams, options, settings);
 }

@@ -31,7 +31,8 @@ std::string screen_of(const output_streams& streams, const procedure_row& proced
   const std::string title =
       text_format("%s, every %g s, %s\n\n", lookup_display_name(procedure).c_str(), every,
                   moment_stamp().c_str());
-  return "\033[H\033[2J" + screen_lines(title + text, screen_height(streams.out) - 1);
+  return "\033[H\033[2J" +
+         screen_lines(title + text, screen_height(streams.out) - 1, terminal_width(streams.out));
 }
 
 // The answer, for the width of a terminal or, with 0, in lines.
@@ -63,14 +64,15 @@ bool ask(const output_streams& streams, const client_options& options,
 exit_status take_sample(const output_streams& streams, const client_options& options,
                         const prepared_call& prepared, double every, sample& before) {
   const procedure_row& procedure = *prepared.procedure;
-  const size_t width = options.json ? 0 : terminal_width(streams.out);
+  const bool redrawn = !options.json && screen_is(streams.out);
+  const size_t width = redrawn ? terminal_width(streams.out) : 0;
   sample current = {{}, moment_now(), false};
   exit_status status = kExitDone;
   std::string text;
   const bool answered = ask(streams, options, prepared, width != 0, current.reply, text, &status);
   current.valid = answered && current.reply.code >= 0;
   if (answered)
-    text = options.json ? json_reply(procedure, current.reply)
+    text = options.json ? json_sample(procedure, current.reply, moment_stamp())
                         : shown(procedure, width, before, current);
   else
     text = text.empty() ? "" : text_wrap(text, width, 0, 0) + "\n";
@@ -80,6 +82,12 @@ exit_status take_sample(const output_streams& streams, const client_options& opt
   return answered && payload_failed(procedure, current.reply.code) ? kExitFailureCode : status;
 }
 
+bool take_force(std::vector<std::string>& words) {
+  if (words.empty() || words[0] != "--force") return false;
+  words.erase(words.begin());
+  return true;
+}
+
 }  // namespace
 
 exit_status run_watch(const output_streams& streams, const client_options& options) {
@@ -87,12 +95,18 @@ exit_status run_watch(const output_streams& streams, const client_options& optio
   repeat_settings settings;
   std::string error;
   if (!settings_take(words, settings, error)) return fail(streams, kExitUsage, error);
+  const bool forced = take_force(words);
+  if (!settings_take(words, settings, error)) return fail(streams, kExitUsage, error);
   if (words.empty())
     return fail(streams, kExitUsage,
-                "watch takes PROCEDURE ARGUMENT... [--every TIME] [--count N]");
+                "watch takes [--every TIME] [--count N] [--force] PROCEDURE ARGUMENT...");
   prepared_call prepared;
   exit_status status = kExitDone;
   if (!session_prepare(streams, words, prepared, &status)) return status;
+  if (!forced && !table_reads(*prepared.procedure))
+    return fail(streams, kExitUsage,
+                lookup_display_name(*prepared.procedure) +
+                    " is no getter: each call would act again; 'watch --force' does it");
   sample before = {{}, 0, false};
   double next = moment_now();
   for (unsigned long i = 0; settings.count == 0 || i < settings.count; i++) {

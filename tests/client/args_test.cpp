@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "help.h"
+#include "lookup.h"
+
 namespace {
 
 using Words = std::vector<std::string>;
@@ -95,7 +98,21 @@ TEST(Args, HelpAndVersion) {
   EXPECT_EQ(args_parse({"-h"}, options, error), args_outcome::kHelp);
   EXPECT_EQ(args_parse({"--version"}, options, error), args_outcome::kVersion);
   for (const char* option : {"--host", "--port", "--timeout", "--json", "--version", "--help"})
-    EXPECT_NE(std::string(args_help()).find(option), std::string::npos) << option;
+    EXPECT_NE(help_text().find(option), std::string::npos) << option;
+}
+
+TEST(Help, FitsIntoEightyColumnsAndHasEveryCommand) {
+  std::string text = help_text();
+  for (const char* command : lookup_commands()) {
+    const std::string part = help_of(command);
+    EXPECT_TRUE(part.starts_with("usage: wificonf")) << command;
+    EXPECT_NE(part.find(std::string("\n  ") + command + " "), std::string::npos) << part;
+    text += part;
+  }
+  for (size_t at = 0; at < text.size(); at = text.find('\n', at) + 1)
+    EXPECT_LT(text.find('\n', at) - at, 80u) << text.substr(at, 90);
+  EXPECT_EQ(help_of("wlan_set_ssid"), "");
+  EXPECT_EQ(help_of(""), "");
 }
 
 }  // namespace

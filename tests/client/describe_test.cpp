@@ -86,8 +86,8 @@ TEST(Describe, OneInWhole) {
             "\n"
             "Result\n"
             "  a return code and 2 words of 32 bits:\n"
-            "    bssid  BSSID\n"
-            "    port   port\n"
+            "       0  MAC       bssid  BSSID\n"
+            "       6  u16       port   port\n"
             "\n"
             "Example\n"
             "  wificonf wlan_get_bssid_port ra0\n");
@@ -111,14 +111,14 @@ TEST(Describe, ListHasEveryProcedureOnALineOfItsOwn) {
     const procedure_row& procedure = table_procedures()[i];
     EXPECT_TRUE(contains(all[i], lookup_display_number(procedure.number) + "  " +
                                      lookup_display_name(procedure) + "  "));
-    EXPECT_TRUE(all[i].ends_with(procedure.summary));
+    EXPECT_TRUE(all[i].ends_with(procedure.inert ? " (does nothing)" : procedure.summary));
   }
 }
 
 TEST(Describe, ListIsAligned) {
   EXPECT_EQ(describe_list(list_find({"*country*"}), 80),
-            "122  wlan_get_country_code  Read the country code\n"
-            "123  wlan_set_country_code  Set the country code\n");
+            "122  wlan_get_country_code  Read the country code (does nothing)\n"
+            "123  wlan_set_country_code  Set the country code (does nothing)\n");
 }
 
 TEST(Describe, JsonTellsTheSame) {
@@ -131,6 +131,11 @@ TEST(Describe, JsonTellsTheSame) {
     for (const auto& argument : object["arguments"])
       EXPECT_TRUE(argument["meaning"].is_string()) << procedure.name;
   }
+  const auto stations = nlohmann::json::parse(
+      json_describe(*lookup_name("wlan_get_btm_associated_device")), nullptr, false);
+  EXPECT_EQ(stations["rows"]["bytes"], 76);
+  EXPECT_EQ(stations["rows"]["fields"][5]["type"], "i32");
+  EXPECT_EQ(stations["rows"]["fields"][0]["offset"], 40);
   EXPECT_EQ(nlohmann::json::parse(json_list(list_find({})), nullptr, false).size(), 362u);
 }
 

@@ -66,22 +66,24 @@ TEST(Lookup, NearMisses) {
       {"hnc_get_enabel", "hnc_get_enable"},
   };
   for (const auto& c : cases) {
-    std::vector<std::string> near = lookup_near(c.wrong);
+    std::vector<std::string> near = lookup_near(c.wrong, true);
     ASSERT_FALSE(near.empty()) << c.wrong;
     EXPECT_EQ(near[0], c.meant);
     EXPECT_LE(near.size(), 3u);
   }
-  EXPECT_EQ(lookup_near("wlan_get_ssid_adv")[0], "wlan_get_ssid_advertisement_enabled");
-  EXPECT_TRUE(lookup_near("reboot_everything_now").empty());
-  EXPECT_TRUE(lookup_near("").empty());
+  EXPECT_EQ(lookup_near("wlan_get_ssid_adv", true)[0], "wlan_get_ssid_advertisement_enabled");
+  EXPECT_TRUE(lookup_near("reboot_everything_now", true).empty());
+  EXPECT_TRUE(lookup_near("", true).empty());
+  EXPECT_TRUE(lookup_near("ping", false).empty()) << "a command is no procedure";
 }
 
 TEST(Lookup, Patterns) {
   const procedure_row& set_ssid = *lookup_name("wlan_set_ssid");
-  for (const char* pattern : {"", "ssid", "SSID", "set-ssid", "network name", "Network", "wlan_*",
-                              "*ssid", "wlan?set?ssid", "*profile*", "*"})
+  for (const char* pattern :
+       {"", "ssid", "SSID", "set-ssid", "network name", "Network", "wlan_*", "*ssid",
+        "wlan?set?ssid", "*profile*", "*", "set*ssid", "wlan_set_ss?", "ssid*", "?"})
     EXPECT_TRUE(lookup_matches(set_ssid, pattern)) << pattern;
-  for (const char* pattern : {"ssids", "ssid*", "wlan_set_ss?", "*x", "?", "hnc_*"})
+  for (const char* pattern : {"ssids", "ssid*set", "wlan_set_ssi??x", "*xx", "hnc_*"})
     EXPECT_FALSE(lookup_matches(set_ssid, pattern)) << pattern;
 }
 

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <map>
 #include <nlohmann/json.hpp>
 
@@ -102,7 +103,10 @@ TEST(Run, ResultsAsText) {
     Outcome outcome = run_against(0, c.result, c.words);
     EXPECT_EQ(outcome.status, kExitDone) << outcome.err;
     EXPECT_EQ(outcome.out, c.out);
-    EXPECT_EQ(outcome.err, "");
+    const procedure_row* called = lookup_procedure(c.words[0]);
+    const bool noted = called != nullptr && called->inert;
+    EXPECT_EQ(outcome.err.find("deliberately does nothing") != std::string::npos, noted);
+    EXPECT_EQ(outcome.err.empty(), !noted) << outcome.err;
     EXPECT_EQ(outcome.calls.size(), 1u);
   }
 }
@@ -167,7 +171,8 @@ TEST(Run, APositiveCodeOfAGetterLeavesTheValueAlone) {
   Outcome outcome = run_against(0, words({1, 4, 6, 0, 0, 0, 0}), {"wlan_get_channel", "1"});
   EXPECT_EQ(outcome.status, kExitDone);
   EXPECT_EQ(outcome.out, "6\n");
-  EXPECT_EQ(outcome.err, "wificonf: wlan_get_channel: ok (code 1: written or found)\n");
+  EXPECT_TRUE(outcome.err.ends_with("wificonf: wlan_get_channel: ok (code 1: written or found)\n"))
+      << outcome.err;
 }
 
 TEST(Run, RpcErrorsAreStatus3) {
@@ -256,7 +261,9 @@ TEST(Run, Ping) {
   Outcome json = run_against(0, {}, {"--json", "ping"});
   auto object = nlohmann::json::parse(json.out, nullptr, false);
   ASSERT_TRUE(object.is_object()) << json.out;
-  EXPECT_GT(object["round_trip_ms"].get<double>(), 0);
+  const double milliseconds = object["round_trip_ms"].get<double>();
+  EXPECT_GT(milliseconds, 0);
+  EXPECT_NEAR(milliseconds * 1000, std::round(milliseconds * 1000), 1e-6) << "microseconds";
 }
 
 TEST(Run, HelpVersionListAndDescribe) {
@@ -279,10 +286,74 @@ TEST(Run, EveryCommandIsOne) {
 TEST(Run, OutputThatCannotBeWrittenIsAnError) {
   FILE* full = fopen("/dev/full", "we");
   ASSERT_NE(full, nullptr);
-  FILE* err = fopen("/dev/null", "we");
-  EXPECT_EQ(run({"list"}, full, err), kExitNoAnswer);
+  char text[200] = {};
+  FILE* err = fmemopen(text, sizeof text, "w");
+  EXPECT_EQ(run({"describe", "wlan_set_ssid"}, full, err), kExitNoAnswer);
   fclose(full);
   fclose(err);
+  EXPECT_NE(std::string(text).find("No space left on device"), std::string::npos) << text;
+}
+
+TEST(Run, HelpBehindACommandOrAProcedureIsOfThat) {
+  EXPECT_TRUE(run_words({"watch", "--help"}).out.starts_with("usage: wificonf [OPTION...] watch"));
+  EXPECT_EQ(run_words({"wlan_set_ssid", "--help"}).out,
+            run_words({"describe", "wlan_set_ssid"}).out);
+  EXPECT_EQ(run_words({"wlan_set_sid", "-h"}).status, kExitUsage);
+}
+
+TEST(Run, OptionsThatACommandDoesNotHaveAreRefused) {
+  const struct {
+    std::vector<std::string> words;
+    const char* said;
+  } cases[] = {
+      {{"--raw", "dump"}, "dump has no --raw"},
+      {{"--raw", "watch", "0"}, "watch has no --raw"},
+      {{"--json", "top"}, "top has no --json"},
+      {{"--raw", "top"}, "top has no --raw"},
+      {{"--raw", "ping"}, "ping has no --raw"},
+      {{"--json", "completion", "zsh"}, "completion has no --json"},
+  };
+  for (const auto& c : cases) {
+    Outcome outcome = run_words(c.words);
+    EXPECT_EQ(outcome.status, kExitUsage);
+    EXPECT_NE(outcome.err.find(c.said), std::string::npos) << outcome.err;
+  }
+}
+
+TEST(Run, WhatIsNotReadyHasAStatusOfItsOwnAndNoValue) {
+  Outcome outcome = run_against(0, words({3, 4, 0, 0, 0, 0, 0}), {"wlan_get_ap_scan_status", "1"});
+  EXPECT_EQ(outcome.status, kExitNotReady);
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_NE(outcome.err.find("try again"), std::string::npos) << outcome.err;
+}
+
+TEST(Run, WatchRepeatsGettersOnly) {
+  for (const char* setter : {"wlan_reset", "wlan_init", "wlan_check_rpc_alive"}) {
+    Outcome refused = run_against(0, words({0}), {"watch", "--count", "1", setter});
+    EXPECT_EQ(refused.status, kExitUsage);
+    EXPECT_EQ(refused.calls.size(), 0u);
+  }
+  Outcome forced = run_against(
+      0, words({0}), {"watch", "--every", "10ms", "--count", "2", "--force", "wlan_reset"});
+  EXPECT_EQ(forced.status, kExitDone) << forced.err;
+  EXPECT_EQ(forced.calls.size(), 2u);
+  EXPECT_EQ(
+      run_against(0, words({0}), {"watch", "--force", "--count", "1", "wlan_reset"}).calls.size(),
+      1u);
+}
+
+TEST(Run, WatchedJsonHasItsTime) {
+  Outcome outcome = run_against(0, words({0, 4, 6, 0, 0, 0, 0}),
+                                {"--json", "watch", "wlan_get_channel", "1", "--count", "1"});
+  auto object = nlohmann::json::parse(outcome.out, nullptr, false);
+  ASSERT_TRUE(object.is_object()) << outcome.out;
+  EXPECT_EQ(object["time"].get<std::string>().size(), 24u);
+  EXPECT_EQ(object["value"], 6);
+}
+
+TEST(Run, CommandInTheWrongPlaceIsNamed) {
+  EXPECT_NE(run_words({"describe", "ping"}).err.find("a command: 'wificonf ping --help'"),
+            std::string::npos);
 }
 
 TEST(Run, ZeroIsAFailureOfSettersThatAnswerAsTheUpdateDoes) {
@@ -301,7 +372,8 @@ std::string unstamped(const std::string& text) {
   for (size_t at = 0; at < text.size();) {
     const size_t end = text.find('\n', at) + 1;
     EXPECT_EQ(text.substr(at + 10, 1), "T") << text;
-    out += text.substr(at + 21, end - at - 21);
+    EXPECT_EQ(text.substr(at + 19, 1), ".") << text;
+    out += text.substr(at + 25, end - at - 25);
     at = end;
   }
   return out;
@@ -380,7 +452,7 @@ TEST(Run, CommandsExplainTheirUsage) {
     std::vector<std::string> words;
     const char* error;
   } cases[] = {
-      {{"watch"}, "watch takes PROCEDURE ARGUMENT... [--every TIME] [--count N]"},
+      {{"watch"}, "watch takes [--every TIME] [--count N] [--force] PROCEDURE ARGUMENT..."},
       {{"watch", "wlan_get_channel"}, "usage: wificonf wlan_get_channel RADIO"},
       {{"watch", "nothing_like_it"}, "no procedure 'nothing_like_it'"},
       {{"watch", "wlan_get_channel", "1", "--every", "x"}, "--every takes a time"},

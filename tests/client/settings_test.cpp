@@ -10,8 +10,10 @@ TEST(Settings, TimesOfOneHundredthOfASecondToADay) {
   EXPECT_TRUE(settings_parse_time("500ms", &seconds) && seconds == 0.5);
   EXPECT_TRUE(settings_parse_time("2.5", &seconds) && seconds == 2.5);
   EXPECT_TRUE(settings_parse_time("10ms", &seconds) && seconds == 0.01);
+  EXPECT_TRUE(settings_parse_time("5m", &seconds) && seconds == 300);
+  EXPECT_TRUE(settings_parse_time("24h", &seconds) && seconds == 86400);
   EXPECT_TRUE(settings_parse_time("0.01", &seconds) && settings_parse_time("86400", &seconds));
-  for (const char* text : {"", "s", "1m", "1 s", "0", "-1", "9ms", "86401", "nan", "inf"})
+  for (const char* text : {"", "s", "25h", "1d", "1 s", "0", "-1", "9ms", "86401", "nan", "inf"})
     EXPECT_FALSE(settings_parse_time(text, &seconds)) << text;
 }
 
@@ -23,6 +25,16 @@ TEST(Settings, AreTakenOffTheEnd) {
   EXPECT_EQ(words, (std::vector<std::string>{"wlan_get_stats", "1", "0"}));
   EXPECT_EQ(settings.every, 2);
   EXPECT_EQ(settings.count, 3u);
+}
+
+TEST(Settings, AreTakenOffTheFrontToo) {
+  std::vector<std::string> words = {"--count", "2", "wlan_get_stats", "1", "--every", "1m"};
+  repeat_settings settings;
+  std::string error;
+  ASSERT_TRUE(settings_take(words, settings, error));
+  EXPECT_EQ(words, (std::vector<std::string>{"wlan_get_stats", "1"}));
+  EXPECT_EQ(settings.every, 60);
+  EXPECT_EQ(settings.count, 2u);
 }
 
 TEST(Settings, WrongOnesAreNamed) {

@@ -20,7 +20,7 @@ struct terminal {
 };
 
 void start(terminal& one, uint16_t port, std::vector<std::string> words, unsigned short rows,
-           unsigned short columns) {
+           unsigned short columns, const char* name = "xterm") {
   const winsize size = {rows, columns, 0, 0};
   words.insert(words.begin(), {"wificonf", "--host", "127.0.0.1", "--port", std::to_string(port)});
   std::vector<char*> argv;
@@ -29,6 +29,7 @@ void start(terminal& one, uint16_t port, std::vector<std::string> words, unsigne
   argv.push_back(nullptr);
   one.pid = forkpty(&one.fd, nullptr, nullptr, &size);
   if (one.pid != 0) return;
+  setenv("TERM", name, 1);
   execv(WIFICONF_DIR "/wificonf", argv.data());
   _exit(127);
 }
@@ -121,13 +122,16 @@ TEST(Terminal, TopRedrawsUntilQ) {
   EXPECT_TRUE(read_until(one, [&] { return split(one.shown, kRedraw).size() > frames + 1; }))
       << "other keys do nothing";
   EXPECT_EQ(write(one.fd, "q", 1), 1);
-  EXPECT_TRUE(read_until(one, [&] { return one.shown.ends_with(kLeave); })) << one.shown;
+  EXPECT_TRUE(read_until(one, [&] { return one.shown.find(kLeave) != std::string::npos; }))
+      << one.shown;
   EXPECT_TRUE(has_keys_by_line(one.fd));
   EXPECT_EQ(finish(one), 0);
   fake_daemon_stop(stations.daemon);
+  EXPECT_NE(split(one.shown, kLeave).back().find("02:00:00:00:00:01"), std::string::npos)
+      << "what was seen last stays";
   const std::string frame = split(one.shown, kRedraw).at(3);
   const size_t busy = frame.find("02:00:00:00:00:02");
-  EXPECT_TRUE(frame.starts_with("2 stations at ")) << frame;
+  EXPECT_TRUE(frame.starts_with("2 stations, ")) << frame;
   EXPECT_NE(busy, std::string::npos) << frame;
   EXPECT_LT(busy, frame.find("02:00:00:00:00:01")) << frame;
 }
@@ -140,7 +144,8 @@ TEST(Terminal, TopLeavesItAsItWas) {
     start(one, stations.daemon.port, {"top", "--every", "20ms"}, 24, 80);
     EXPECT_TRUE(read_until(one, [&] { return split(one.shown, kRedraw).size() > 2; }));
     kill(one.pid, number);
-    EXPECT_TRUE(read_until(one, [&] { return one.shown.ends_with(kLeave); })) << number;
+    EXPECT_TRUE(read_until(one, [&] { return one.shown.find(kLeave) != std::string::npos; }))
+        << number;
     EXPECT_TRUE(has_keys_by_line(one.fd)) << number;
     EXPECT_EQ(finish(one), 0) << number;
     fake_daemon_stop(stations.daemon);
@@ -152,7 +157,51 @@ TEST(Terminal, TopGoesOnWithoutADaemon) {
   start(one, fake_closed_port(), {"top", "--every", "20ms"}, 24, 80);
   EXPECT_TRUE(read_until(one, [&] { return split(one.shown, "nothing listens").size() > 3; }));
   EXPECT_EQ(write(one.fd, "q", 1), 1);
+  EXPECT_EQ(finish(one), 3);
+}
+
+TEST(Terminal, TopCountsWhatTheScreenHasNoLinesFor) {
+  station_daemon stations;
+  start_stations(stations);
+  terminal one;
+  start(one, stations.daemon.port, {"top", "--count", "1"}, 5, 30);
   EXPECT_EQ(finish(one), 0);
+  fake_daemon_stop(stations.daemon);
+  const auto rows = split(split(one.shown, kLeave).back(), "\r\n");
+  ASSERT_EQ(rows.size(), 5u) << one.shown;
+  EXPECT_TRUE(rows[0].starts_with("2 stations, 1 shown")) << rows[0];
+  for (const std::string& row : rows)
+    EXPECT_LE(row.size(), 30u) << row;
+}
+
+TEST(Terminal, DumbOneIsTakenForAPipe) {
+  station_daemon stations;
+  start_stations(stations);
+  for (const char* command : {"top", "watch"}) {
+    terminal one;
+    std::vector<std::string> words = {command, "--count", "1"};
+    if (words[0] == "watch") words.insert(words.end(), {"wlan_get_btm_associated_device", "1"});
+    start(one, stations.daemon.port, words, 24, 80, "dumb");
+    EXPECT_EQ(finish(one), 0);
+    EXPECT_NE(one.shown.find("02:00:00:00:00:01"), std::string::npos) << one.shown;
+    EXPECT_EQ(one.shown.find('\033'), std::string::npos) << one.shown;
+  }
+  fake_daemon_stop(stations.daemon);
+}
+
+// Every BSS is answered with a failure code, as before the drivers are loaded.
+TEST(Terminal, TopSaysThatNoRadioIsUp) {
+  FakeDaemon daemon;
+  fake_daemon_start(daemon, [](const byte_string& call) {
+    byte_string reply = fake_reply(call, 0, {0xffffffff, 0});
+    wire_put_opaque(reply, std::string(2436, '\0'));
+    return std::vector<Datagram>{{reply}};
+  });
+  terminal one;
+  start(one, daemon.port, {"top", "--count", "1"}, 24, 80, "dumb");
+  EXPECT_EQ(finish(one), 1);
+  fake_daemon_stop(daemon);
+  EXPECT_NE(one.shown.find("no radio is up"), std::string::npos) << one.shown;
 }
 
 TEST(Terminal, WatchRedrawsWithinTheScreen) {

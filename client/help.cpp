@@ -1,0 +1,92 @@
+#include "help.h"
+
+#include "text.h"
+
+namespace {
+
+constexpr size_t kWidth = 79;
+constexpr size_t kIndent = 20;  // of the meanings
+
+// One line of the usage; a command may have several, the meaning is in the first.
+struct help_entry {
+  const char* command;  // "" for the call of a procedure
+  const char* usage;
+  const char* word;     // what the meaning is of
+  const char* meaning;  // "": none
+};
+
+constexpr help_entry kEntries[] = {
+    {"", "[OPTION...] PROCEDURE [ARGUMENT...]", "PROCEDURE",
+     "name, for example wlan_set_ssid or wlan-set-ssid; or a number, then without arguments and "
+     "shown as bytes. Types and number of the arguments are checked here, ranges by the daemon"},
+    {"ping", "[OPTION...] ping", "ping", "is the daemon there, and how long does an answer take"},
+    {"list", "[--json] list [--topic TOPIC] [PATTERN]", "list",
+     "procedures whose name or summary has PATTERN, in which * and ? are wildcards; with --topic "
+     "those of one topic, and --topics tells which topics there are"},
+    {"list", "[--json] list --topics", "", ""},
+    {"describe", "[--json] describe PROCEDURE", "describe",
+     "its arguments, its result, what it does, an example"},
+    {"schema", "schema PROCEDURE", "schema", "JSON Schema of what --json prints of its result"},
+    {"dump", "[OPTION...] dump [--redact]", "dump",
+     "all that the gateway tells of itself, as JSON; --redact leaves out secrets and renames MAC "
+     "addresses"},
+    {"watch", "[OPTION...] watch [--every TIME] [--count N] [--force] PROCEDURE [ARGUMENT...]",
+     "watch",
+     "calls again and again, every second if not told otherwise; counters have their rates. TIME "
+     "is 10ms to 24h, N how many calls. What is no getter takes --force"},
+    {"top", "[OPTION...] top [--every TIME] [--count N]", "top",
+     "stations of all BSSs, the busiest first; q quits"},
+    {"completion", "completion bash|zsh", "completion",
+     "for the shell: source <(wificonf completion bash)"},
+};
+
+constexpr help_entry kOptions[] = {
+    {"", "", "--host HOST", "name or IPv4 address of the daemon (192.168.254.254)"},
+    {"", "", "--port PORT", "its UDP port (60001)"},
+    {"", "", "--timeout SECONDS", "how long to wait for an answer (10); fractions allowed"},
+    {"", "", "--json", "one JSON value on one line instead of text"},
+    {"", "", "--raw", "the bytes of the result, not decoded"},
+    {"", "", "--version", "version of this program"},
+    {"", "", "-h, --help", "this text; behind a command or PROCEDURE, of that"},
+};
+
+std::string usage_line(const help_entry& entry, bool first) {
+  const std::string line = std::string(first ? "usage: " : "       ") + "wificonf " + entry.usage;
+  return text_wrap(line, kWidth, 0, 18) + "\n";
+}
+
+std::string meaning_lines(const help_entry& entry) {
+  if (*entry.meaning == '\0') return "";
+  std::string line = text_format("  %-*s", static_cast<int>(kIndent) - 2, entry.word);
+  if (line.size() > kIndent) line += " ";
+  return line + text_wrap(entry.meaning, kWidth, line.size(), kIndent) + "\n";
+}
+
+}  // namespace
+
+std::string help_text() {
+  std::string out;
+  for (const help_entry& entry : kEntries)
+    out += usage_line(entry, out.empty());
+  out += "\nCalls one procedure of the Wi-Fi configuration daemon and prints what it\nanswers.\n\n";
+  for (const help_entry& entry : kEntries)
+    out += meaning_lines(entry);
+  out += "\nOptions, before PROCEDURE:\n";
+  for (const help_entry& entry : kOptions)
+    out += meaning_lines(entry);
+  return out +
+         "\nA call is sent once and never repeated.\n\n"
+         "Exit status: 0 done, 1 the daemon answered a failure code, 2 wrong usage,\n"
+         "3 no answer, an RPC error, or output that cannot be written, 4 not ready: try\n"
+         "again.\n";
+}
+
+std::string help_of(std::string_view command) {
+  std::string usage, meaning;
+  for (const help_entry& entry : kEntries) {
+    if (command.empty() || command != entry.command) continue;
+    usage += usage_line(entry, usage.empty());
+    meaning += meaning_lines(entry);
+  }
+  return usage.empty() ? "" : usage + "\n" + meaning + "\n'wificonf --help' has the options.\n";
+}
