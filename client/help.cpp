@@ -19,7 +19,9 @@ constexpr help_entry kEntries[] = {
     {"", "[OPTION...] PROCEDURE [ARGUMENT...]", "PROCEDURE",
      "name, for example wlan_set_ssid or wlan-set-ssid; or a number, then without arguments and "
      "shown as bytes. Types and number of the arguments are checked here, ranges by the daemon"},
-    {"ping", "[OPTION...] ping", "ping", "is the daemon there, and how long does an answer take"},
+    {"ping", "[OPTION...] ping [--wait SECONDS]", "ping",
+     "is the daemon there, and how long does an answer take; --wait asks until it is, that long at "
+     "most"},
     {"list", "[--json] list [--topic TOPIC] [PATTERN]", "list",
      "procedures whose name or summary has PATTERN, in which * and ? are wildcards; with --topic "
      "those of one topic, and --topics tells which topics there are"},

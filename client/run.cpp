@@ -1,6 +1,11 @@
 #include "run.h"
 
+#include <unistd.h>
+
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
+#include <cstdlib>
 #include <cstring>
 
 #include "arguments.h"
@@ -22,6 +27,10 @@
 namespace {
 
 constexpr int32_t kTryAgain = 3;
+// "ping --wait": the longest, how long one try waits for its answer, and the pause between two.
+constexpr double kWaitMax = 86400;
+constexpr double kWaitTry = 0.5;
+constexpr useconds_t kWaitPauseUs = 20000;
 
 const char* code_meaning(int32_t code) {
   switch (code) {
@@ -131,8 +140,34 @@ exit_status run_number(const output_streams& streams, const client_options& opti
   return kExitDone;
 }
 
-exit_status run_ping(const output_streams& streams, const client_options& options) {
-  if (options.words.size() > 1) return fail(streams, kExitUsage, "ping takes no arguments");
+// The seconds of "ping --wait SECONDS", 0 without; false on other words.
+bool read_wait(const std::vector<std::string>& words, double* seconds) {
+  *seconds = 0;
+  if (words.size() == 1) return true;
+  if (words.size() != 3 || words[1] != "--wait") return false;
+  char* end = nullptr;
+  *seconds = strtod(words[2].c_str(), &end);
+  return end != words[2].c_str() && *end == '\0' && *seconds > 0 && *seconds <= kWaitMax;
+}
+
+// Asks until something answers or the time is over. A ping may be sent again: it does nothing.
+void wait_for_answer(const client_options& options, double seconds) {
+  using std::chrono::steady_clock;
+  const auto end = steady_clock::now() + std::chrono::duration<double>(seconds);
+  const call_target target{options.host, options.port, options.timeout};
+  while (call_procedure(target, 0, {}).status != call_status::kAnswered &&
+         steady_clock::now() < end)
+    usleep(kWaitPauseUs);
+}
+
+exit_status run_ping(const output_streams& streams, client_options options) {
+  double wait = 0;
+  if (!read_wait(options.words, &wait))
+    return fail(streams, kExitUsage, "ping takes no arguments but --wait SECONDS, up to 86400");
+  if (wait > 0) {
+    options.timeout = std::min(options.timeout, kWaitTry);
+    wait_for_answer(options, wait);
+  }
   call_answer answer;
   exit_status status = kExitDone;
   if (!session_call(streams, options, 0, "ping", {}, answer, &status)) return status;

@@ -231,6 +231,10 @@ TEST(Run, WrongUsageSendsNothing) {
       {{"20", "3"}, "takes no arguments"},
       {{"12ab"}, "no procedure number"},
       {{"ping", "3"}, "takes no arguments"},
+      {{"ping", "--wait"}, "--wait SECONDS"},
+      {{"ping", "--wait", "soon"}, "--wait SECONDS"},
+      {{"ping", "--wait", "0"}, "--wait SECONDS"},
+      {{"ping", "--wait", "1", "2"}, "--wait SECONDS"},
       {{"list", "a", "b"}, "one PATTERN"},
       {{"list", "no such thing"}, "no procedure matches"},
       {{"list", "--topics", "x"}, "one PATTERN"},
@@ -264,6 +268,29 @@ TEST(Run, Ping) {
   const double milliseconds = object["round_trip_ms"].get<double>();
   EXPECT_GT(milliseconds, 0);
   EXPECT_NEAR(milliseconds * 1000, std::round(milliseconds * 1000), 1e-6) << "microseconds";
+}
+
+// The first three calls of a daemon that is slow to start are lost.
+TEST(Run, PingWaitsUntilTheDaemonAnswers) {
+  FakeDaemon starting;
+  int lost = 0;
+  fake_daemon_start(starting, [&](const byte_string& call) {
+    if (lost++ < 3) return std::vector<Datagram>{};
+    return std::vector<Datagram>{{fake_reply(call, 0, {})}};
+  });
+  Outcome answered = run_words({"--host", "127.0.0.1", "--port", std::to_string(starting.port),
+                                "--timeout", "0.05", "ping", "--wait", "30"});
+  fake_daemon_stop(starting);
+  EXPECT_EQ(answered.status, kExitDone) << answered.err;
+  EXPECT_EQ(answered.err, "");
+  EXPECT_TRUE(answered.out.ends_with(" ms\n")) << answered.out;
+  EXPECT_GE(starting.calls.size(), 4u);
+
+  Outcome never = run_words({"--host", "127.0.0.1", "--port", std::to_string(fake_closed_port()),
+                             "ping", "--wait", "0.1"});
+  EXPECT_EQ(never.status, kExitNoAnswer);
+  EXPECT_TRUE(one_line(never.err)) << never.err;
+  EXPECT_NE(never.err.find("nothing listens"), std::string::npos) << never.err;
 }
 
 TEST(Run, HelpVersionListAndDescribe) {
