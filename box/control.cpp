@@ -119,23 +119,23 @@ static bool exchange(const std::string& root, const std::string& message, std::s
   return got > 0;
 }
 
-bool control_ask(const std::string& box, const std::vector<std::string>& words,
-                 std::string& answer) {
+int control_ask(const std::string& box, const std::vector<std::string>& words,
+                std::string& answer) {
   std::string root, message;
   for (const std::string& word : words)
     message += (message.empty() ? "" : std::string(1, kControlBreak)) + word;
   if (message.size() >= kMessageMax) {
     report("that is too long for a box");
-    return false;
+    return kExitUsage;
   }
-  if (!reach_root(box, root) || !exchange(root, message, answer)) return false;
+  if (!reach_root(box, root) || !exchange(root, message, answer)) return kExitFailed;
   std::string good = std::string("ok") + kControlBreak;
   if (answer == "ok" || answer.starts_with(good)) {
     answer.erase(0, good.size());
-    return true;
+    return 0;
   }
   report("%s", answer.c_str());
-  return false;
+  return kExitUsage;
 }
 
 int control_fail(const std::string& box, const std::string& what, const std::string& how,
@@ -143,19 +143,23 @@ int control_fail(const std::string& box, const std::string& what, const std::str
   std::vector<std::string> words = {"fail", "clear"};
   std::string wrong, answer;
   fault_rule rule;
-  if (what != "clear" || !how.empty()) {
+  if (what == "clear" && !how.empty()) {
+    report("clear takes nothing more");
+    return kExitUsage;
+  }
+  if (what != "clear") {
     if (!fault_parse(what, how, count, rule, wrong)) {
       report("%s", wrong.c_str());
       return kExitUsage;
     }
     words = {"fail", what, how, std::to_string(count)};
   }
-  return control_ask(box, words, answer) ? 0 : 1;
+  return control_ask(box, words, answer);
 }
 
 int control_set(const std::string& box, const std::vector<std::string>& words) {
   std::vector<std::string> message = {"set"};
   message.insert(message.end(), words.begin(), words.end());
   std::string answer;
-  return control_ask(box, message, answer) ? 0 : kExitUsage;
+  return control_ask(box, message, answer);
 }

@@ -23,9 +23,10 @@ int control_accept(int listener);
 void control_serve(int client, trap_state& trap);
 
 // Client side. BOX as for reach_root. Sends the words and gets what follows the "ok"; reports
-// anything else and returns false.
-[[nodiscard]] bool control_ask(const std::string& box, const std::vector<std::string>& words,
-                               std::string& answer);
+// anything else. Returns the exit status: 0, kExitFailed without a box, kExitUsage when the box
+// takes the words for wrong.
+[[nodiscard]] int control_ask(const std::string& box, const std::vector<std::string>& words,
+                              std::string& answer);
 
 // `gwbox fail`. HOW empty: WHAT must be "clear". Returns the exit status.
 int control_fail(const std::string& box, const std::string& what, const std::string& how,

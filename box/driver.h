@@ -41,12 +41,15 @@ struct driver_acl {
   std::vector<mac_address> list;
 };
 
+constexpr size_t kDriverSsidMax = 32;
+
 struct driver_bss {
   std::map<std::string, std::string> settings;  // the last value of each Key=Value text
   bool up;
   std::string ssid;  // this one and the next three as the profile or a text has them
   std::string auth, encryption;
   bool hidden;
+  size_t ssid_lost;  // bytes of the profile's SSID beyond the 32 that a beacon can have
   driver_acl acl;
   double counters[kScenarioBssCounters];
   double ssid_rx_bytes, ssid_tx_bytes;  // since the last query of the SSID counters

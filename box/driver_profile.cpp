@@ -37,6 +37,8 @@ static driver_acl acl_of(const profile& p, int index) {
 
 static void take_bss(driver_bss& bss, const profile& p, int index) {
   bss.ssid = value_of(p, "SSID" + std::to_string(index + 1));
+  bss.ssid_lost = bss.ssid.size() > kDriverSsidMax ? bss.ssid.size() - kDriverSsidMax : 0;
+  bss.ssid.resize(bss.ssid.size() - bss.ssid_lost);
   bss.auth = driver_field(value_of(p, "AuthMode"), index);
   bss.encryption = driver_field(value_of(p, "EncrypType"), index);
   bss.hidden = driver_field(value_of(p, "HideSSID"), index) == "1";

@@ -16,6 +16,7 @@ struct text_context {
 };
 
 static int set_ssid(text_context& c) {
+  if (c.value.size() > kDriverSsidMax) return -EINVAL;
   c.bss.ssid = c.value;
   return 0;
 }

@@ -49,6 +49,23 @@ static bool parse_name(const std::string& name, fault_rule& rule) {
   return driver_find_name(name, rule.request, rule.has_sub, rule.sub);
 }
 
+static bool is_module_call(uint32_t request) {
+  return request == kFaultInitModule || request == kFaultFinitModule ||
+         request == kFaultDeleteModule;
+}
+
+// A VLAN may be asked for on any device; everything else comes by a radio's interface.
+static bool check_interface(const fault_rule& rule, std::string& wrong) {
+  if (rule.interface.empty() || rule.request == kFaultVlan) return true;
+  if (is_module_call(rule.request)) {
+    wrong = "module calls have no interface";
+  } else if (driver_interface_number(rule.interface.c_str()) < 0) {
+    wrong = "\"" + rule.interface + "\" is no interface: expected ra0 to ra" +
+            std::to_string(kBoardMaxInterfaces - 1);
+  }
+  return wrong.empty();
+}
+
 static bool parse_what(const std::string& what, fault_rule& rule) {
   std::string request = what;
   if (size_t at = request.find('@'); at != std::string::npos) {
@@ -105,11 +122,13 @@ bool fault_parse(const std::string& what, const std::string& how, int count, fau
                  std::string& wrong) {
   rule = {};
   rule.left = count;
+  wrong.clear();
   if (!parse_what(what, rule)) {
     wrong = "\"" + what + "\" is no request: expected such as 0x8BE1:0x069B or 0x8BE2@ra8, or of " +
             known_names();
     return false;
   }
+  if (!check_interface(rule, wrong)) return false;
   if (!parse_how(how, rule)) {
     wrong = "\"" + how + "\" is no failure: expected an errno name such as EAGAIN, delay=MS, " +
             "short=BYTES or count=NUMBER";

@@ -12,7 +12,8 @@
 //
 // Module calls are named init_module, finit_module and delete_module and have "module" and
 // "params". A VLAN request has "command", "device" and "id". Writes to the files of /sys and /proc
-// that a box makes new are named sysfs and procfs and have "path" and "text", and no caller. These
+// that a box makes new are named sysfs and procfs and have "path" and "text", and no caller. A
+// line named profile says what an interface that goes up could not take of its SSID. These
 // lines have no "interface" and no "request" where there is none.
 #pragma once
 

@@ -123,25 +123,25 @@ static int follow_journal(const std::string& path, bool as_json) {
   followed f = {};
   std::string part;
   bool moved = false;
-  if (!begin_to_follow(path, f)) return 1;
+  if (!begin_to_follow(path, f)) return kExitFailed;
   do {
     print_new(f.fd, part, as_json);
-    if (ferror(stdout)) return 1;
+    if (ferror(stdout)) return kExitFailed;
     if (!moved) continue;
     close(f.fd);
     close(f.watch);
-    if (!begin_to_follow(path, f)) return 1;
+    if (!begin_to_follow(path, f)) return kExitFailed;
     print_new(f.fd, part, as_json);
   } while (await_news(f.watch, moved));
-  return 1;
+  return kExitFailed;
 }
 
 int log_print(const std::string& box, bool follow, bool as_json) {
   std::string root;
-  if (!reach_root(box, root)) return 1;
+  if (!reach_root(box, root)) return kExitFailed;
   if (follow) return follow_journal(root + kJournalPath, as_json);
   int fd = open_journal(root + kJournalPath);
-  if (fd < 0) return 1;
+  if (fd < 0) return kExitFailed;
   std::string part;
   print_new(fd, part, as_json);
   return 0;

@@ -1,12 +1,14 @@
+#include <stdio.h>
+
 #include "args.h"
 #include "control.h"
 #include "log.h"
+#include "report.h"
 #include "run.h"
 #include "scenario.h"
 #include "status.h"
 
-int main(int argc, char** argv) {
-  args a = args_read(argc, argv);
+static int act(const args& a) {
   switch (a.command) {
     case kArgsRun:
       return run_box(a);
@@ -28,4 +30,20 @@ int main(int argc, char** argv) {
       return a.status;
   }
   return 0;
+}
+
+// What was printed is worth nothing when it could not be written.
+static int flush_output(int status) {
+  bool lost = ferror(stdout) != 0;
+  if (fflush(stdout) != 0 || lost) {
+    report_errno(nullptr, "write the output");
+    return status == 0 ? kExitFailed : status;
+  }
+  return status;
+}
+
+int main(int argc, char** argv) {
+  args a = args_read(argc, argv);
+  int status = act(a);
+  return a.command == kArgsRun ? status : flush_output(status);
 }

@@ -56,22 +56,21 @@ static std::string shell_start_file() {
 }
 
 // The user's own settings stay; the prompt is set last, so that it is seen.
-static bool write_shell_start_file(const payload_plan& plan) {
+static bool write_shell_start_file() {
   return file_write(shell_start_file(),
                     "[ -r /etc/bash.bashrc ] && . /etc/bash.bashrc\n"
                     "[ -r ~/.bashrc ] && . ~/.bashrc\n"
                     "PROMPT_COMMAND=\n"
-                    "PS1='[gwbox " +
-                        plan.board + "] \\w\\$ '\n");
+                    "PS1='(gateway) \\$ '\n");
 }
 
-static std::vector<std::string> shell_command(const payload_plan& plan) {
+static std::vector<std::string> shell_command() {
   const char* shell = getenv("SHELL");
   std::string path = shell && access(shell, X_OK) == 0 ? shell : "/bin/bash";
   // The shells of a box leave no lines in the history of whoever started it.
   setenv("HISTFILE", "/run/gwbox/history", 1);
-  setenv("PS1", ("[gwbox " + plan.board + "] $ ").c_str(), 1);
-  if (!path.ends_with("/bash") || !write_shell_start_file(plan)) return {path};
+  setenv("PS1", "(gateway) $ ", 1);
+  if (!path.ends_with("/bash")) return {path};
   return {path, "--rcfile", shell_start_file()};
 }
 
@@ -93,7 +92,9 @@ static void take_place(payload_terminal terminal) {
   set_environment(plan);
   take_place(plan.terminal);
   std::vector<std::string> command = plan.command;
-  if (command.empty()) command = shell_command(plan);
+  // Also for a COMMAND that becomes a shell in the end.
+  (void)write_shell_start_file();
+  if (command.empty()) command = shell_command();
   std::vector<char*> arguments;
   for (std::string& argument : command)
     arguments.push_back(argument.data());

@@ -8,6 +8,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include "client/text.h"
 #include "control.h"
 #include "files.h"
 #include "report.h"
@@ -28,8 +29,14 @@ static bool is_number(const std::string& text) {
 }
 
 static bool is_good_name(const std::string& name) {
-  if (!name.empty() && name.size() <= kNameMaxSize && !is_number(name)) return true;
-  report("\"%s\" is no name for a box: expected 1 to 64 bytes, not all digits", name.c_str());
+  bool plain = name.find_first_not_of(
+                   "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"
+                   "0123456789._-") == std::string::npos;
+  if (plain && !name.empty() && name.size() <= kNameMaxSize && !is_number(name)) return true;
+  report(
+      "%s is no name for a box: expected 1 to 64 letters, digits, \".\", \"_\" or \"-\", and not "
+      "digits alone",
+      text_quote(name).c_str());
   return false;
 }
 

@@ -4,12 +4,26 @@
 #include <stdarg.h>
 #include <stdio.h>
 #include <string.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
 
 #include <string>
 
+#include "client/text.h"
+
+static constexpr size_t kIndent = 7;  // the width of "gwbox: "
+
+// Columns of the terminal on standard error, 0 where there is none.
+static size_t terminal_width() {
+  winsize size = {};
+  if (!isatty(STDERR_FILENO)) return 0;
+  bool known = ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+  return known ? size.ws_col : 80;
+}
+
 // One write per message: several processes of a box share the terminal.
 static void say(const std::string& text) {
-  fputs(("gwbox: " + text + "\n").c_str(), stderr);
+  fputs((text_wrap("gwbox: " + text, terminal_width(), 0, kIndent) + "\n").c_str(), stderr);
 }
 
 [[gnu::format(printf, 1, 0)]] static std::string formatted(const char* format, va_list arguments) {

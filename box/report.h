@@ -1,8 +1,13 @@
-// Messages to the user, always one line on standard error that begins with "gwbox: ".
+// Messages to the user: one line on standard error that begins with "gwbox: ", folded where it is a
+// terminal.
 #pragma once
 
-// Exit status of gwbox itself when the box could not be made; 126, 127 and 128+N are COMMAND's.
+// Exit statuses of gwbox itself. Of gwbox run when the box could not be made; 126, 127 and 128+N
+// are COMMAND's.
 constexpr int kExitBoxFailed = 125;
+// Of the others: no box, or what was asked could not be done.
+constexpr int kExitFailed = 1;
+// Words or a scenario that are wrong.
 constexpr int kExitUsage = 2;
 
 // Says FORMAT, then a newline.

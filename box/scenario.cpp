@@ -3,6 +3,7 @@
 
 #include <errno.h>
 #include <stdio.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -139,6 +140,11 @@ bool scenario_load(const std::string& name_or_file, scenario& s) {
       std::string hint = "the scenarios that ship are " + scenario_names();
       return report_errno(hint.c_str(), "read the scenario %s", name_or_file.c_str());
     }
+    struct stat file;
+    if (stat(name_or_file.c_str(), &file) == 0 && S_ISDIR(file.st_mode)) {
+      report("%s is a directory, not a scenario", name_or_file.c_str());
+      return false;
+    }
     text = file_read(name_or_file);
   }
   if (scenario_parse(text, name_or_file, s, wrong)) return true;
@@ -166,7 +172,7 @@ int scenario_print(const std::string& name) {
 
 int scenario_print_check(const std::string& file) {
   scenario s;
-  if (!scenario_load(file, s)) return 1;
+  if (!scenario_load(file, s)) return kExitUsage;
   printf("%s: good: %zu stations, %zu neighbours, %zu events\n", file.c_str(), s.stations.size(),
          s.neighbours.size(), s.events.size());
   return 0;

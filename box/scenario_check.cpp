@@ -158,7 +158,7 @@ static bool check_items(const scenario_json& value, const scenario_json& schema,
 static bool check(const scenario_json& value, const scenario_json& given, scenario_finding& f) {
   const scenario_json& schema = resolve(given);
   bool good = fits(value, schema);
-  if (good && value.is_array()) {
+  if (good && value.is_array() && schema.contains("items")) {
     const scenario_json& item = resolve(schema["items"]);
     if (text_of(item, "type") == "object") return check_items(value, schema, f);
     for (const scenario_json& element : value) {

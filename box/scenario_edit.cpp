@@ -154,13 +154,30 @@ bool scenario_change(scenario_json& document, const std::vector<std::string>& wo
   return put(document["companions"], split(words[1], '.'), words[2], nullptr, wrong);
 }
 
+// What is wrong, by the thing's own address: its place in the list says nothing to who sets it.
+static std::string finding_text(const scenario_json& document, scenario_finding finding) {
+  if (finding.path.size() < 2 || finding.path[1][0] != '[') return scenario_finding_text(finding);
+  for (const kind_row& kind : kKinds) {
+    if (finding.path[0] != kind.list) continue;
+    size_t at = std::stoul(finding.path[1].substr(1));
+    const scenario_json& id = document[kind.list][at][kind.id];
+    finding.path[1] = id.is_string() ? id.get<std::string>() : id.dump();
+    finding.path[0] = kind.name;
+    std::string name = finding.path[0] + " " + finding.path[1];
+    finding.path.erase(finding.path.begin(), finding.path.begin() + 2);
+    std::string below = finding.path.empty() ? finding.message : scenario_finding_text(finding);
+    return name + ": " + below;
+  }
+  return scenario_finding_text(finding);
+}
+
 bool scenario_edit(scenario& s, const std::vector<std::string>& words, std::string& wrong) {
   scenario_json document = scenario_json::parse(s.text, nullptr, false);
   wrong.clear();
   if (!scenario_change(document, words, wrong)) return false;
   scenario_finding finding;
   if (!scenario_check(document, finding)) {
-    wrong = scenario_finding_text(finding);
+    wrong = finding_text(document, finding);
     return false;
   }
   scenario_fill(document, s);

@@ -7,6 +7,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "client/text.h"
 #include "driver_parts.h"
 #include "files.h"
 #include "net.h"
@@ -28,6 +29,12 @@ static int64_t seconds(int64_t us) {
   return us / 1000000;
 }
 
+// Its bytes where it is no UTF-8, as a JSON text cannot have them.
+static void put_ssid(json& object, const std::string& ssid) {
+  object["ssid"] = ssid;
+  if (!text_is_utf8(ssid)) object["ssid_hex"] = text_hex(ssid);
+}
+
 static json interface_of(const driver_state& state, int n) {
   const driver_bss& bss = state.bss[n];
   bool beacons = driver_beacons(state, n);
@@ -35,7 +42,7 @@ static json interface_of(const driver_state& state, int n) {
   for (const driver_station& station : state.stations)
     stations += station.associated && station.bss == n;
   json object = {{"name", "ra" + std::to_string(n)}, {"up", bss.up}, {"beacons", beacons}};
-  object["ssid"] = beacons ? bss.ssid : "";
+  put_ssid(object, beacons ? bss.ssid : "");
   object["channel"] = beacons ? state.radios[driver_radio_of(n)].channel : 0;
   object["security"] = beacons ? bss.auth + "/" + bss.encryption : "";
   object["hidden"] = beacons && bss.hidden;

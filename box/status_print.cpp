@@ -1,16 +1,22 @@
 // The caller's side of `gwbox status`: tables.
 #include <libsmartcols.h>
+#include <locale.h>
 #include <stdio.h>
 #include <stdlib.h>
+#include <wchar.h>
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "client/text.h"
 #include "control.h"
 #include "status.h"
 
 using json = nlohmann::ordered_json;
 
 static constexpr size_t kWidth = 80;
+static constexpr size_t kSsidWidth = 32;
+static constexpr size_t kSecurityWidth = 16;
 
 struct column {
   const char* name;
@@ -18,12 +24,9 @@ struct column {
   int flags;
 };
 
-static constexpr column kInterfaces[] = {{"NAME", 4, 0},
-                                         {"STATE", 5, 0},
-                                         {"SSID", 0.4, SCOLS_FL_TRUNC},
-                                         {"CH", 3, SCOLS_FL_RIGHT},
-                                         {"SECURITY", 0.2, SCOLS_FL_TRUNC},
-                                         {"STA", 3, SCOLS_FL_RIGHT}};
+static constexpr column kInterfaces[] = {{"NAME", 4, 0},     {"STATE", 5, 0},
+                                         {"SSID", 0, 0},     {"CH", 3, SCOLS_FL_RIGHT},
+                                         {"SECURITY", 0, 0}, {"STA", 3, SCOLS_FL_RIGHT}};
 
 static constexpr column kStations[] = {{"STATION", 17, 0},
                                        {"ON", 5, 0},
@@ -32,18 +35,11 @@ static constexpr column kStations[] = {{"STATION", 17, 0},
                                        {"FOR", 6, SCOLS_FL_RIGHT},
                                        {"BTM", 3, 0}};
 
-// What a terminal would take for a command is shown as a question mark.
-static std::string plain(std::string text) {
-  for (char& byte : text) {
-    if (static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F) byte = '?';
-  }
-  return text;
-}
-
 template <size_t N>
 static std::string table_of(const column (&columns)[N],
                             const std::vector<std::vector<std::string>>& rows) {
   libscols_table* table = scols_new_table();
+  scols_table_enable_noencoding(table, 1);
   scols_table_set_termforce(table, SCOLS_TERMFORCE_ALWAYS);
   scols_table_set_termwidth(table, kWidth);
   for (const column& c : columns)
@@ -51,7 +47,7 @@ static std::string table_of(const column (&columns)[N],
   for (const std::vector<std::string>& row : rows) {
     libscols_line* line = scols_table_new_line(table, nullptr);
     for (size_t i = 0; i < row.size(); i++)
-      scols_line_set_data(line, i, plain(row[i]).c_str());
+      scols_line_set_data(line, i, row[i].c_str());
   }
   char* text = nullptr;
   scols_print_table_to_string(table, &text);
@@ -61,6 +57,40 @@ static std::string table_of(const column (&columns)[N],
   return result;
 }
 
+// Safe on a terminal, as wificonf shows it, and at most so wide: cut between characters, and never
+// inside of what stands for one byte.
+static std::string fitted(const std::string& bytes, size_t width) {
+  std::string text, kept;
+  size_t used = 0;
+  for (size_t at = 0; at < bytes.size();) {
+    uint32_t c = 0;
+    size_t length = std::max<size_t>(text_decode(bytes, at, &c), 1);
+    std::string shown = text_escape(std::string_view(bytes).substr(at, length));
+    int columns = shown.size() == length ? wcwidth(static_cast<wchar_t>(c)) : -1;
+    used += columns >= 0 ? static_cast<size_t>(columns) : shown.size();
+    if (used > width) return kept + "~";
+    text += shown;
+    if (used < width) kept = text;
+    at += length;
+  }
+  return text;
+}
+
+static std::string bytes_of(const std::string& digits) {
+  std::string bytes;
+  for (size_t at = 0; at + 1 < digits.size(); at += 2)
+    bytes += static_cast<char>(std::stoi(digits.substr(at, 2), nullptr, 16));
+  return bytes;
+}
+
+static std::string ssid_of(const json& interface) {
+  std::string bytes = interface.contains("ssid_hex")
+                          ? bytes_of(interface.value("ssid_hex", std::string()))
+                          : interface.value("ssid", std::string());
+  std::string hidden = interface.value("hidden", false) ? " (hidden)" : "";
+  return fitted(bytes, kSsidWidth - hidden.size()) + hidden;
+}
+
 static std::string state_of(const json& interface) {
   if (!interface.value("up", false)) return "down";
   return interface.value("beacons", false) ? "on" : "mute";
@@ -68,13 +98,11 @@ static std::string state_of(const json& interface) {
 
 static std::vector<std::string> interface_row(const json& i) {
   bool on = i.value("beacons", false);
-  std::string ssid = i.value("ssid", std::string());
-  if (i.value("hidden", false)) ssid += " (hidden)";
   return {i.value("name", std::string()),
           state_of(i),
-          ssid,
+          ssid_of(i),
           on ? std::to_string(i.value("channel", 0)) : "",
-          i.value("security", std::string()),
+          fitted(i.value("security", std::string()), kSecurityWidth),
           on ? std::to_string(i.value("stations", 0)) : ""};
 }
 
@@ -117,12 +145,14 @@ static std::string heading(const json& status) {
   char text[128];
   snprintf(text, sizeof text, "%s, scenario %s, %.0f s at speed %g\n",
            status.value("board", std::string()).c_str(),
-           plain(status.value("scenario", std::string())).substr(0, 30).c_str(),
-           status.value("time", 0.0), status.value("speed", 1.0));
+           fitted(status.value("scenario", std::string()), 30).c_str(), status.value("time", 0.0),
+           status.value("speed", 1.0));
   return text;
 }
 
 std::string status_tables(const std::string& text) {
+  // Texts are UTF-8 whatever the caller's language; widths are counted accordingly.
+  setlocale(LC_CTYPE, "C.UTF-8");
   json status = json::parse(text, nullptr, false);
   if (!status.is_object()) return "";
   std::vector<std::vector<std::string>> interfaces, stations;
@@ -143,7 +173,7 @@ std::string status_tables(const std::string& text) {
 
 int status_print(const std::string& box, bool as_json) {
   std::string answer;
-  if (!control_ask(box, {"status"}, answer)) return 1;
+  if (int status = control_ask(box, {"status"}, answer); status != 0) return status;
   fputs((as_json ? answer : status_tables(answer)).c_str(), stdout);
   return 0;
 }

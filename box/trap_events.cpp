@@ -8,6 +8,18 @@ static const char* profile_of(int n) {
   return n < kBoardFirst5ghz ? "/tmp/mt76xx_24.dat" : "/tmp/mt76xx_5.dat";
 }
 
+static void journal_cut_ssid(trap_state& trap, int n) {
+  const driver_bss& bss = trap.driver.bss[n];
+  if (bss.ssid_lost == 0) return;
+  journal_entry entry = {};
+  entry.name = "profile";
+  entry.interface = "ra" + std::to_string(n);
+  entry.decoded = {{"ssid_bytes_lost", std::to_string(bss.ssid_lost)}};
+  entry.has_text = true;
+  entry.text = bss.ssid;
+  journal_append(trap.log, entry);
+}
+
 // The driver reads its profile at the moment when an interface goes up.
 static void set_up(trap_state& trap, int n, bool up) {
   if (trap.up[n] == up) return;
@@ -15,6 +27,7 @@ static void set_up(trap_state& trap, int n, bool up) {
   int64_t now = driver_now_us(trap.driver);
   if (up) {
     driver_interface_up(trap.driver, n, file_read(profile_of(n)), now);
+    journal_cut_ssid(trap, n);
   } else {
     driver_interface_down(trap.driver, n, now);
   }

@@ -90,7 +90,8 @@ TEST(Fault, ClearEndsThemAll) {
 TEST(Fault, WrongWordsAreUsageErrors) {
   for (const char* words :
        {"0x8BE2 ENOSUCH", "0x8BE2", "nonsense EIO", "0x8BE1:x EIO", "0x8BE2@ EIO", "0x8BE2 delay=x",
-        "0x8BE2 delay=-1", "0x8BE2 EIO 0", "0x8BE2 EIO many", "clear EIO", "0x8BE1:0x8000 EIO"}) {
+        "0x8BE2 delay=-1", "0x8BE2 EIO 0", "0x8BE2 EIO many", "clear EIO", "0x8BE1:0x8000 EIO",
+        "set@ra99 EIO", "set@eth0 EIO", "init_module@ra0 EIO"}) {
     run_result wrong = run(std::string("gwbox fail ") + words);
     EXPECT_EQ(wrong.status, 2) << words;
     EXPECT_NE(wrong.output, "") << words;

@@ -65,6 +65,49 @@ check "which names the boards" said "mt7603+mt7612"
 check "unknown option: 2" ends_with 2 "$gwbox" run --nonsense -- true
 check "no subcommand: 2" ends_with 2 "$gwbox"
 check "help: 0" ends_with 0 "$gwbox" --help
+check "version: 0" ends_with 0 "$gwbox" --version
+check "which it prints" grep -qx 'gwbox [0-9][0-9.]*' "$dir/out"
+
+# What each wrong line is told, and that it is wrong usage.
+while IFS='|' read -r words message; do
+  eval "set -- $words"
+  check "gwbox $words: 2" ends_with 2 "$gwbox" "$@"
+  check "says: $message" said "^gwbox: $message"
+done <<'WRONG'
+nosuch|there is no command 'nosuch'; "gwbox --help" tells how
+--nosuch|unknown option '--nosuch';
+run true|put -- before the command: -- true;
+status x|unexpected 'x';
+status -- x|only "gwbox run" takes a COMMAND after "--";
+set|KIND is required; "gwbox set --help" tells how
+scenario|scenario takes list, show or check;
+scenario nosuch|scenario has no command 'nosuch';
+scenario check /etc|/etc is a directory, not a scenario
+scenario check /no/such|cannot read the scenario /no/such: No such file
+--box "" status|--box: takes a name, not an empty text;
+run --name "" -- true|--name: takes a name, not an empty text;
+run --name "a b/../c" -- true|'a b/../c' is no name for a box: expected 1 to 64 letters
+run --speed x -- true|--speed: takes a number from 0 to 100000, not 'x';
+fail clear now|clear takes nothing more
+fail set@ra99 delay=200|"ra99" is no interface: expected ra0 to ra15
+WRONG
+
+# Help fits in 79 columns and says of each command what it takes.
+for command in "" run status set fail log scenario; do
+  check "gwbox $command --help: 0" ends_with 0 "$gwbox" $command --help
+  check "it is not wider than 79 columns" sh -c "! grep -E '.{80}' '$dir/out'"
+  check "it begins with the usage" grep -q "^usage: gwbox .*$command" "$dir/out"
+done
+
+# An output that cannot be written is no success.
+for words in --help --version "scenario list" "scenario show schema" "scenario check mesh"; do
+  check "gwbox $words >/dev/full: 1" sh -c "'$gwbox' $words >/dev/full 2>'$dir/err'; test \$? -eq 1"
+  check "which is said" said '^gwbox: cannot write the output: No space left on device$'
+done
+check "the same of status and log" ends_with 0 $plain sh -c \
+  "iwpriv ra0 set A=1; for command in status 'status --json' log; do $gwbox \$command >/dev/full; [ \$? -eq 1 ] || exit 3; done"
+
+check "gwbox set without a box: 1" ends_with 1 "$gwbox" set station 02:00:5e:00:00:01 gone
 check "gwbox fail without a box: 1" ends_with 1 "$gwbox" fail 0x8BE2 EIO
 check "gwbox log without a box: 1" ends_with 1 "$gwbox" log
 check "no box in a box: 125" ends_with 125 $plain "$gwbox" run -- true
@@ -223,7 +266,10 @@ if command -v script >/dev/null; then
   check "a shell passes its status on" test $? -eq 9
   check "a shell has job control" grep -q 'monitor.*on' "$dir/terminal"
   check "a shell knows its jobs" grep -q 'Running.*sleep 50' "$dir/terminal"
-  check "a shell's prompt shows the box" grep -q 'gwbox mt7603+mt7612' "$dir/terminal"
+  script -qec "stty cols 40; $gwbox fail nosuch EIO" /dev/null </dev/null | tr -d '\r' >"$dir/folded"
+  check "messages are folded between words" sh -c \
+    "! grep -E '.{41}' '$dir/folded' && grep -q '^       .*get_mode' '$dir/folded'"
+  check "a shell's prompt shows the box" grep -q '(gateway) [#$] ' "$dir/terminal"
 fi
 
 # An ordinary user, where the kernel lets one: not when this test is one already.

@@ -67,10 +67,10 @@ TEST(Scenario, TextsThatAreNoJson) {
 }
 
 TEST(Scenario, LinesAreFoundBehindWhateverComesBefore) {
-  EXPECT_TRUE(
-      wrong_with("{\"companions\": {\"a\": [\"]\\\"}\", {\"b\": [[],{}]}],\n \"c\": null},\n"
-                 "\"name\": \"x\\\\\", \"speed\":\n true}")
-          .starts_with("x.json:4: speed: expected"));
+  EXPECT_TRUE(wrong_with("{\"companions\": {\"hnc\": {\"hne\": [\"]\\\"}\", {\"b\": [[],{}]}],\n "
+                         "\"settings\": null}},\n"
+                         "\"name\": \"x\\\\\", \"speed\":\n true}")
+                  .starts_with("x.json:4: speed: expected"));
 }
 
 TEST(Scenario, EventsMustBeWordsThatCanBeSet) {
@@ -100,8 +100,8 @@ TEST(Scenario, Edits) {
   EXPECT_TRUE(edit("radio ra8 wps.outcome=timeout channel=44"));
   EXPECT_EQ(s.radios[1].wps.outcome, kScenarioTimeout);
   EXPECT_EQ(s.radios[1].channel, 44);
-  EXPECT_TRUE(edit("companion hnc.items.0 '{\"a\":[1,2]}'"));
-  EXPECT_TRUE(edit("companion hnc.items.0.a.1 gone"));
+  EXPECT_TRUE(edit("companion hnc.hne.0 '{\"a\":[1,2]}'"));
+  EXPECT_TRUE(edit("companion hnc.hne.0.a.1 gone"));
   EXPECT_NE(s.text.find("\"hnc\""), std::string::npos);
   EXPECT_TRUE(edit("station 02:00:5e:00:00:01 gone"));
   EXPECT_TRUE(s.stations.empty());
