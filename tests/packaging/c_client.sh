@@ -28,6 +28,13 @@ check "without warnings" in_directory cc -std=c99 -D_DEFAULT_SOURCE -Wall -Wextr
   -Wshadow -Werror -fsyntax-only -isystem /usr/include/tirpc rename.c
 all_passed || exit 1
 
+# The recipe for those without a gateway, and what the document says that it prints.
+block bash >"$dir/recipe"
+shown=$(sed -n 's/^    \(stations of BSS .*\)/\1/p' "$document")
+check "the recipe is there" same 1 "$(grep -c '^./rename' "$dir/recipe")"
+check "it runs" in_directory timeout 60 "$build/gwbox" run -- bash -eu recipe
+check "it prints what the document shows" same "$shown" "$(tail -n 1 "$dir/said")"
+
 cat >"$dir/calls.sh" <<'CALLS'
 rename=$1
 "$rename"; echo "usage: $?"

@@ -16,9 +16,26 @@ for file in share/wificonfd/wlan_config.x share/pkgconfig/wificonfd.pc \
   lib/systemd/system/wificonfd.service lib/systemd/system/rpcbind.service.d/wificonfd.conf \
   share/doc/wificonfd/README.md share/doc/wificonfd/packaging.md \
   share/doc/wificonfd/security.md \
-  share/doc/wificonf/c-client.md share/doc/gwbox/gwbox.md share/wificonfd/wlan_config.lua \
+  share/doc/wificonfd/DESIGN.md share/doc/wificonf/c-client.md share/doc/wificonf/procedures.md \
+  share/doc/gwbox/gwbox.md share/wificonfd/wlan_config.lua share/man/man1/gwbox-companion.1 \
   share/bash-completion/completions/wificonf share/zsh/vendor-completions/_wificonf; do
   check "$file is there" test -s "$dir/here/$file"
+done
+# broken_links: the links of the installed documents that lead nowhere.
+links() { grep -oE '\]\([^)#:]*[.]md\)' "$1" | sed 's/^](//; s/)$//'; }
+broken_links() {
+  for document in "$dir"/here/share/doc/*/*.md; do
+    for link in $(links "$document"); do
+      [ -s "${document%/*}/$link" ] || echo "${document##*/}: $link"
+    done
+  done
+}
+check "the README has links" test "$(links "$dir/here/share/doc/wificonfd/README.md" | wc -l)" -ge 8
+check "links of documents lead somewhere" same "" "$(broken_links)"
+# Each document whole, whatever characters it has.
+same_size() { [ "$(tr -dc '\n' <"$1" | wc -c)" = "$(tr -dc '\n' <"$2" | wc -c)" ] && ! grep -q '](docs/' "$2"; }
+for name in README DESIGN CONTRIBUTING; do
+  check "$name.md is whole" same_size "$source/$name.md" "$dir/here/share/doc/wificonfd/$name.md"
 done
 check "the contract is the daemon's own" \
   cmp "$source/src/rpc/wlan_config.x" "$dir/here/share/wificonfd/wlan_config.x"
@@ -31,7 +48,8 @@ check "gwbox runs from there, with its companions" env -C "$dir" "$dir/here/bin/
 
 unit=$dir/here/lib/systemd/system/wificonfd.service
 check "the unit starts this daemon" same "$dir/here/sbin/wificonfd" "$(unit_value "$unit" ExecStart)"
-check "and names this documentation" same "file://$dir/here/share/doc/wificonfd/README.md" \
+check "and names this documentation" same \
+  "man:wificonfd(8) file://$dir/here/share/doc/wificonfd/README.md" \
   "$(unit_value "$unit" Documentation)"
 check "the portmapper's unit starts this name" same "$dir/here/lib/wificonfd/portmap -f \$OPTIONS" \
   "$(unit_value "$dir/here/lib/systemd/system/rpcbind.service.d/wificonfd.conf" ExecStart)"

@@ -1,0 +1,40 @@
+#!/bin/sh
+# What the documents tell to paste works when it is pasted, and prints what they show.
+# usage: documents.sh BUILD SOURCE
+. "$(dirname "$0")/checks.sh"
+build=$1
+source=$2
+scratch "$build"
+
+# paste: runs standard input in a shell, which reads it line by line as a terminal's
+# would: a line that starts a shell leaves the others to that one.
+paste() { (cd "$source" && SHELL=/bin/bash timeout 60 bash) >"$dir/out" 2>"$dir/err"; }
+here() { sed "s,build/release/gwbox,$build/gwbox,"; }
+
+# README.md, the indented lines after "A gateway of your own".
+awk '/^A gateway of your own/ { on = 1 } on && /^    / { print; seen = 1; next }
+  seen { exit }' "$source/README.md" | here >"$dir/readme"
+check "the README has commands" test "$(wc -l <"$dir/readme")" -ge 6
+paste <"$dir/readme"
+check "they end in success: $(tail -n 1 "$dir/err")" test $? -eq 0
+status=$(cat "$dir/out")
+check "with two requests done at once and two in turn" same 4 "$(grep -cx ok "$dir/out")"
+check "and the new name on air" holds "$status" "ra0  on    On air  "
+
+# docs/gwbox.md: the session, and its lines of ra0 as it shows them, but for the stations,
+# which may be elsewhere for the moment.
+awk '/^## A worked example/ { on = 1; next } /^## / { on = 0 } on' "$source/docs/gwbox.md" >"$dir/session"
+{
+  sed -n 's/^    \$ //p' "$dir/session" | here
+  sed -n 's/^    (gateway) # //p' "$dir/session"
+} >"$dir/commands"
+check "the worked example has commands" test "$(wc -l <"$dir/commands")" -ge 8
+paste <"$dir/commands"
+check "they end in success: $(tail -n 1 "$dir/err")" test $? -eq 0
+radio_lines() { sed -n 's/^ *\(ra0  on .*AES\) .*/\1/p' "$1"; }
+check "with what it shows of ra0" same "$(radio_lines "$dir/session")" "$(radio_lines "$dir/out")"
+
+# The counts that it has of a scenario.
+shown=$(sed -n 's/.*--scenario apartment  *# //p' "$source/docs/gwbox.md")
+check "the apartment has what it says" holds "$("$build/gwbox" scenario check apartment)" "good: $shown,"
+all_passed
