@@ -1,10 +1,7 @@
 #include "run.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
-#include <chrono>
 #include <cstdlib>
 #include <cstring>
 
@@ -16,6 +13,7 @@
 #include "json.h"
 #include "list.h"
 #include "lookup.h"
+#include "moment.h"
 #include "payload.h"
 #include "schema.h"
 #include "session.h"
@@ -30,7 +28,7 @@ constexpr int32_t kTryAgain = 3;
 // "ping --wait": the longest, how long one try waits for its answer, and the pause between two.
 constexpr double kWaitMax = 86400;
 constexpr double kWaitTry = 0.5;
-constexpr useconds_t kWaitPauseUs = 20000;
+constexpr double kWaitPause = 0.02;
 
 const char* code_meaning(int32_t code) {
   switch (code) {
@@ -152,15 +150,14 @@ bool read_wait(const std::vector<std::string>& words, double* seconds) {
 
 // Asks until something answers or the time is over. A ping may be sent again: it does nothing.
 void wait_for_answer(const client_options& options, double seconds) {
-  using std::chrono::steady_clock;
-  const auto end = steady_clock::now() + std::chrono::duration<double>(seconds);
+  const double end = moment_now() + seconds;
   const call_target target{options.host, options.port, options.timeout};
-  while (call_procedure(target, 0, {}).status != call_status::kAnswered &&
-         steady_clock::now() < end)
-    usleep(kWaitPauseUs);
+  while (call_procedure(target, 0, {}).status != call_status::kAnswered && moment_now() < end)
+    moment_sleep_until(moment_now() + kWaitPause);
 }
 
-exit_status run_ping(const output_streams& streams, client_options options) {
+exit_status run_ping(const output_streams& streams, const client_options& given) {
+  client_options options = given;
   double wait = 0;
   if (!read_wait(options.words, &wait))
     return fail(streams, kExitUsage, "ping takes no arguments but --wait SECONDS, up to 86400");
