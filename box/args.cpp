@@ -60,7 +60,7 @@ static std::string rows_of(const CLI::App& app, bool positional) {
 }
 
 // The help of gwbox or one of its subcommands, from what is declared below.
-static std::string help_of(const CLI::App* app, std::string, CLI::AppFormatMode) {
+static std::string help_of(const CLI::App* app, const std::string&, CLI::AppFormatMode) {
   std::string text = "usage: " + usage_of(app->get_name()) + "\n\n";
   std::string sentence = app->get_description() + ".";
   sentence[0] = static_cast<char>(toupper(sentence[0]));

@@ -161,12 +161,10 @@ static std::string finding_text(const scenario_json& document, scenario_finding 
     if (finding.path[0] != kind.list) continue;
     size_t at = std::stoul(finding.path[1].substr(1));
     const scenario_json& id = document[kind.list][at][kind.id];
-    finding.path[1] = id.is_string() ? id.get<std::string>() : id.dump();
-    finding.path[0] = kind.name;
-    std::string name = finding.path[0] + " " + finding.path[1];
+    std::string said = kind.name;
+    said.append(" ").append(id.is_string() ? id.get<std::string>() : id.dump()).append(": ");
     finding.path.erase(finding.path.begin(), finding.path.begin() + 2);
-    std::string below = finding.path.empty() ? finding.message : scenario_finding_text(finding);
-    return name + ": " + below;
+    return said + (finding.path.empty() ? finding.message : scenario_finding_text(finding));
   }
   return scenario_finding_text(finding);
 }
