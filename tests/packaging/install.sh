@@ -46,6 +46,18 @@ check "the client runs from there" "$dir/here/bin/wificonf" --version
 check "gwbox runs from there, with its companions" env -C "$dir" "$dir/here/bin/gwbox" run \
   --companions --no-portmap -- true
 
+# completed WORD...: what bash offers for the last word.
+completed() {
+  PATH=$dir/here/bin:$PATH bash -c '. "$0"; COMP_WORDS=(gwbox "$@"); COMP_CWORD=$#; _gwbox
+    echo "${COMPREPLY[@]}"' "$dir/here/share/bash-completion/completions/gwbox" "$@"
+}
+check "gwbox's commands are completed" same "run status set fail log scenario" "$(completed "")"
+check "after an option, too" same "status set scenario" "$(completed --box 12 s)"
+check "and its options" same "--scenario --speed" "$(completed run --s)"
+check "and scenarios" same "minimal mesh" "$(completed run --scenario m)"
+check "of each command" same "minimal apartment mesh schema" "$(completed scenario show "")"
+check "but nothing of the command that is run" same "" "$(completed run -- s)"
+
 unit=$dir/here/lib/systemd/system/wificonfd.service
 check "the unit starts this daemon" same "$dir/here/sbin/wificonfd" "$(unit_value "$unit" ExecStart)"
 check "and names this documentation" same \
