@@ -28,6 +28,23 @@ for setting in Restart=always RestartSec=1 StartLimitIntervalSec=0 KillMode=proc
   OOMPolicy=continue LimitNOFILE=16384 PrivateTmp=no WantedBy=multi-user.target; do
   check "$setting" grep -qx "$setting" "$unit"
 done
+# What the daemon and its companions do needs these: modules are loaded, interrupts and
+# PCI slots are written, profiles of other users replaced, raw frames sent.
+for capability in NET_ADMIN NET_RAW NET_BIND_SERVICE SYS_MODULE KILL CHOWN DAC_OVERRIDE FOWNER; do
+  check "keeps CAP_$capability" holds "$(unit_value "$unit" CapabilityBoundingSet) " "CAP_$capability "
+done
+for family in AF_INET AF_INET6 AF_UNIX AF_NETLINK AF_PACKET; do
+  check "keeps $family" holds "$(unit_value "$unit" RestrictAddressFamilies) " "$family "
+done
+for path in /tmp /run /nvram; do
+  check "may write $path" holds " $(unit_value "$unit" ReadWritePaths) " " $path "
+done
+for setting in ProtectKernelModules=no ProtectKernelTunables=no PrivateDevices=no; do
+  check "$setting" grep -qx "$setting" "$unit"
+done
+for calls in @module @privileged @network-io @system-service; do
+  check "$calls is not filtered" not holds "$(unit_value "$unit" SystemCallFilter) " "$calls "
+done
 check "portmapper and network come first" same \
   "rpcbind.service network-online.target" "$(unit_value "$unit" After)"
 check "none of them is required" not grep -qE '^(Requires|BindsTo|Requisite|PartOf)' "$unit"
