@@ -24,7 +24,7 @@
 
 namespace {
 
-constexpr int32_t kTryAgain = 3;
+constexpr int32_t kTryAgain = 3;  // of the getters whose result is a record
 // "ping --wait": the longest, how long one try waits for its answer, and the pause between two.
 constexpr double kWaitMax = 86400;
 constexpr double kWaitTry = 0.5;
@@ -36,8 +36,6 @@ const char* code_meaning(int32_t code) {
       return ": written or found";
     case 2:
       return ": no change";
-    case kTryAgain:
-      return ": try again";
     default:
       return "";
   }
@@ -71,7 +69,7 @@ exit_status show_reply(const output_streams& streams, const client_options& opti
                             name.c_str(), reply.code, name.c_str()));
   bool has_value =
       procedure.payload != payload_kind::CODE && procedure.payload != payload_kind::NONE;
-  if (has_value && reply.code == kTryAgain)
+  if (reply.code == kTryAgain && payload_find(procedure) != nullptr)
     return fail(streams, kExitNotReady,
                 text_format("%s: there is no result yet, code %d: try again in a second",
                             name.c_str(), reply.code));

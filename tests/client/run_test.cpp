@@ -348,7 +348,7 @@ TEST(Run, OptionsThatACommandDoesNotHaveAreRefused) {
 }
 
 TEST(Run, WhatIsNotReadyHasAStatusOfItsOwnAndNoValue) {
-  Outcome outcome = run_against(0, words({3, 4, 0, 0, 0, 0, 0}), {"wlan_get_ap_scan_status", "1"});
+  Outcome outcome = run_against(0, words({3, 3, 0, 0, 0, 0}), {"wlan_get_channel_statistics", "1"});
   EXPECT_EQ(outcome.status, kExitNotReady);
   EXPECT_EQ(outcome.out, "");
   EXPECT_NE(outcome.err.find("try again"), std::string::npos) << outcome.err;

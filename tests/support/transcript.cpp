@@ -28,7 +28,7 @@ std::string masked(const std::string& session) {
     const char* mask;
   } kMasks[] = {
       {std::regex("[0-9.]+ ms\n"), "N ms\n"},
-      {std::regex("\\d{4}-\\d\\d-\\d\\d[T ]\\d\\d:\\d\\d:\\d\\dZ"), "MOMENT"},
+      {std::regex("\\d{4}-\\d\\d-\\d\\d[T ]\\d\\d:\\d\\d:\\d\\d(\\.\\d{3})?Z"), "MOMENT"},
       {std::regex(
            "(Mon|Tue|Wed|Thu|Fri|Sat|Sun) [A-Z][a-z]{2} [ \\d]\\d \\d\\d:\\d\\d:\\d\\d \\d{4}"),
        "MOMENT"},
