@@ -1,0 +1,39 @@
+#include "support/daemon_state.h"
+
+#include <cstddef>
+#include <memory>
+
+static std::unique_ptr<char[]> noted;
+
+// Objects that a sanitizer watches are followed by bytes that may not be
+// touched, and their sizes count these: copied byte by byte, out of its sight.
+__attribute__((no_sanitize("address", "undefined"))) static void copy_object(
+    volatile char* to, const volatile char* from, size_t size) {
+  for (size_t i = 0; i < size; ++i)
+    to[i] = from[i];
+}
+
+static size_t total_size() {
+  size_t size = 0;
+  for (const state_object* object = kStateObjects; object->start != nullptr; ++object)
+    size += object->size;
+  return size;
+}
+
+void note_daemon_state() {
+  noted = std::make_unique<char[]>(total_size());
+  char* to = noted.get();
+  for (const state_object* object = kStateObjects; object->start != nullptr; ++object) {
+    copy_object(to, object->start, object->size);
+    to += object->size;
+  }
+}
+
+void restore_daemon_state() {
+  if (noted == nullptr) note_daemon_state();
+  const char* from = noted.get();
+  for (const state_object* object = kStateObjects; object->start != nullptr; ++object) {
+    copy_object(object->start, from, object->size);
+    from += object->size;
+  }
+}

@@ -1,0 +1,164 @@
+#pragma once
+
+#include <csetjmp>
+#include <cstdint>
+#include <cstdio>
+#include <deque>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "support/input.h"
+
+// The outside of the daemon, simulated in this process: files, sockets, driver,
+// companions, shell, clock, kernel modules and the host's library. What the
+// daemon calls "open" is sim_open here, see the script "simulate". Nothing
+// is waited for, started or written, and a run with the same input is the same
+// run. What an answer is comes from the input; without one the outside does its
+// part: drivers answer zeros, commands print nothing, companions are silent.
+//
+// It checks while it serves: descriptors, streams, children and mappings are
+// real ones and given back, a buffer holds what a request announces, only known
+// files are written, only known commands are run, and a profile is always one of
+// those that the store meant to write, whole.
+
+struct outside_answer {
+  uint8_t outcome;  // 0: as asked
+  std::string_view bytes;
+};
+
+struct answer_queue {
+  std::vector<outside_answer> answers;
+  size_t used = 0;
+};
+
+struct outside_file {
+  std::string path;
+  std::string content;
+  bool there = true;
+  bool symlink = false;
+  bool hard_linked = false;
+  bool fifo = false;
+  unsigned mode = 0644;
+};
+
+enum class descriptor_kind { closed, file, inet, companion };
+
+struct outside_descriptor {
+  descriptor_kind kind = descriptor_kind::closed;
+  outside_file* file = nullptr;
+  size_t offset = 0;
+  bool append = false;
+  bool locked = false;
+  bool kept = false;  // the controller's exchanges keep their sockets
+  bool sent = false;
+  unsigned stale = 0;  // datagrams that are there before any request
+  outside_answer peer = {};
+  std::string bound;
+};
+
+// A profile that the call at hand changes, and what it may hold at its end.
+struct profile_watch {
+  std::vector<std::string> allowed;  // the old content first; empty: not touched
+  std::string candidate;             // the last temporary file that was flushed
+  bool in_place = false;             // the profile itself is being written
+  bool failed = false;               // so did it once in this call
+};
+
+struct fault {
+  uint8_t calls_before;
+  uint8_t how;
+};
+
+struct outside {
+  answer_queue driver, commands, peers;
+  std::deque<fault> faults;
+  std::deque<outside_file> files;
+  std::deque<outside_descriptor> descriptors;
+  std::map<FILE*, std::string> streams;
+  std::vector<int> children;  // their outcomes
+  std::vector<void*> mappings;
+  uint64_t clock_us = 1'700'000'000'000'000;
+  uint32_t there = 0;  // files of kPresence, a bit each
+  unsigned commands_run = 0;
+  int libraries = 0;
+  uint8_t board = 0;            // MT7603 and MT7612, MT7603, MT7615, no list of devices
+  bool faults_struck = false;   // in the call at hand
+  bool no_socket = false;       // so was a socket
+  bool any_key_forced = false;  // not only those of the operations
+  bool exit_allowed = false;
+  // The lifecycle worker, which runs when the harness says so.
+  bool worker_there = false;
+  bool worker_runs = false;
+  void* (*worker)(void*) = nullptr;
+  jmp_buf worker_idle;
+  // Where exit() leads, and what it is to clean up first.
+  jmp_buf ended;
+  void (*at_exit)() = nullptr;
+  profile_watch profiles[2];  // 2.4 GHz, 5 GHz
+};
+
+// The one of this run; null between runs.
+extern outside* simulated;
+
+// Files whose presence the input decides, by the bit of `there`; the others are
+// files of the store or do not exist. A name that ends with "*" is a beginning.
+struct presence {
+  const char* path;
+  uint32_t bit;
+};
+enum : uint32_t {
+  kConsoleOn = 1u << 0,
+  kLogOn = 1u << 1,
+  kControllerOn = 1u << 2,
+  kFactoryMode = 1u << 3,
+  kDrive = 1u << 4,
+  kBandSteeringMarker = 1u << 5,
+  kRestarted = 1u << 6,
+  kEeprom = 1u << 7,
+  kCalibration1 = 1u << 8,
+  kCalibration2 = 1u << 9,
+  kCalibrationBackup = 1u << 10,
+  kRadstatLink = 1u << 11,
+  kModules = 1u << 12,
+  kPowerTables = 1u << 13,
+  kHostLibrary = 1u << 14,
+  kHostFunction = 1u << 15,
+};
+bool outside_has(std::string_view path);
+
+// Starts a run: state of the daemon as noted, the store's files with their usual
+// content. Ends it: everything that was opened must have been closed.
+void outside_begin(outside* world);
+void outside_end();
+
+// Applies a record that is no call: answers, profile lines, presence, faults.
+void outside_apply(const record& what);
+
+// Between two calls: notes what the profiles hold, and afterwards that they hold
+// one of the contents that the store meant.
+void outside_before_call();
+void outside_after_call();
+
+// Lets the worker, where there is one, run until its queue is empty. `last`: also
+// one that could not be made, so that what is queued is given back.
+void outside_run_worker(bool last);
+
+// Descriptors open now, those kept on purpose not counted.
+unsigned outside_open_descriptors();
+
+// What the parts share.
+
+// Reads memory that the daemon names: a sanitizer tells when it is not all there.
+void must_be_there(const void* start, size_t size);
+
+constexpr int kFirstDescriptor = 1000;
+outside_answer next_answer(answer_queue* queue);
+bool strike(uint8_t* how);  // whether this call fails; then errno says why
+int new_descriptor(descriptor_kind kind);
+outside_descriptor* descriptor_of(int fd);
+outside_file* find_file(std::string_view path);
+outside_file* make_file(std::string_view path);
+int profile_number_of(std::string_view path);  // 0, 1; -1: no profile
+bool is_temporary(std::string_view path);

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+// What the profile store does, once more: slow, with copies everywhere, and for
+// one purpose only, to be compared with.
+
+struct model_request {
+  std::string key;
+  int index;  // negative: refused; not looked at in the forms without an index
+  std::string value;
+};
+
+struct model_outcome {
+  unsigned result;  // 1 written, 2 nothing to change, 0 failed
+  std::string content;
+};
+
+std::optional<std::string> model_value(const std::string& profile, const std::string& key,
+                                       size_t max_len);
+std::optional<std::string> model_field(const std::string& profile, const std::string& key,
+                                       int index, size_t max_len);
+
+// The list with the field replaced; nothing where it does not fit the store.
+std::optional<std::string> model_replaced(const std::string& list, const std::string& field,
+                                          int index);
+
+model_outcome model_update(const std::string& profile, const std::vector<model_request>& requests,
+                           bool indexed);
+model_outcome model_forced(const std::string& profile, const std::vector<model_request>& requests,
+                           bool indexed);

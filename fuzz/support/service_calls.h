@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "rpc/column_types.h"
+
+// The service as it runs in the daemon: its transport, the RPC library's own way
+// from a datagram to the dispatcher, and every check of a reply that does not
+// depend on what a procedure means.
+
+struct procedure_filters {
+  uint32_t number;
+  const char* name;
+  xdrproc_t argument;
+  size_t argument_size;
+  xdrproc_t result;
+  size_t result_size;
+};
+
+// In the order of their numbers.
+const std::vector<procedure_filters>& procedures();
+const procedure_filters* find_filters(uint32_t number);
+
+// Registers the service, once.
+void start_service();
+
+// Has the service take a datagram. A datagram that is no call gets no reply, any
+// other exactly one, as its header and its arguments, decoded here once more,
+// deserve; what is left of the call outside must be as it should.
+void serve_datagram(std::string_view datagram);
+
+// The same with a header without credentials.
+void serve_call(uint32_t procedure, std::string_view arguments);
