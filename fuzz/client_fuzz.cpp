@@ -203,7 +203,7 @@ static void take_text(const procedure_row& procedure, std::string_view bytes) {
   CHECK(marked ? unescaped(for_json) == bytes : for_json == bytes);
   static_cast<void>(lookup_procedure(bytes));
   // Compared with every name, letter by letter: a short one will do.
-  static_cast<void>(lookup_near(bytes.substr(0, 8)));
+  static_cast<void>(lookup_near(bytes.substr(0, 8), true));
   static_cast<void>(lookup_matches(procedure, bytes.substr(0, 64)));
 }
 
