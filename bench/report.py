@@ -21,6 +21,14 @@ def over(row, record):
     return judged[row.judge]()
 
 
+def failing(measured):
+    """The rows that are over their budgets. One that keeps its budget beside the bare
+    side that also does what each call has to do ("NAME-duties") is not among them."""
+    verdicts = {row.name: over(row, record) for row, record in measured}
+    return [name for name, is_over in verdicts.items()
+            if is_over and verdicts.get(f"{name}-duties", True)]
+
+
 def number(value):
     if value is None:
         return "-"
@@ -31,9 +39,11 @@ BUDGETS = {"ratio": "{}", "least": "at least {}", "extra": "+ {} {unit}", "value
            "bend": "bend {}", "report": "report"}
 
 
-def cells(row, record):
+def cells(row, record, failed):
     budget = BUDGETS[row.judge].format(row.budget, unit=row.unit).strip()
-    verdict = "OVER" if over(row, record) else "ok" if row.budget is not None else ""
+    verdict = "ok" if row.budget is not None else ""
+    if over(row, record):
+        verdict = "OVER" if row.name in failed else "over by its duties"
     if not record["stable"]:
         verdict += " (unstable)"
     ratio = "-" if record["ratio"] is None else f"{record['ratio']:.2f}"
@@ -42,7 +52,8 @@ def cells(row, record):
 
 
 def print_table(measured):
-    table = [HEADINGS, *(cells(row, record) for row, record in measured)]
+    failed = failing(measured)
+    table = [HEADINGS, *(cells(row, record, failed) for row, record in measured)]
     widths = [max(map(len, column)) for column in zip(*table)]
     for line in table:
         aligned = [cell.rjust(width) if 0 < at < 5 and at != 3 else cell.ljust(width)
@@ -80,8 +91,9 @@ def markdown(measured):
     yield ""
     yield "| what | ours | bare | unit | ratio | budget | |"
     yield "|---|---|---|---|---|---|---|"
+    failed = failing(measured)
     for row, record in measured:
-        yield "| " + " | ".join(cells(row, record)) + " |"
+        yield "| " + " | ".join(cells(row, record, failed)) + " |"
     yield ""
     for row, record in measured:
         for note in notes(record):

@@ -59,6 +59,16 @@ class Judging(unittest.TestCase):
             self.assertFalse(report.over(row(judge, kept), record), judge)
             self.assertTrue(report.over(row(judge, broken), record), judge)
 
+    def test_a_row_that_is_over_by_its_duties_only_does_not_fail(self):
+        def named(name, ratio):
+            return (Row(name, "group", "what", "us", "ratio", 1.5, "pair", ()),
+                    {"ours": ratio, "bare": 1, "ratio": ratio, "stable": True})
+        over, kept = named("a", 1.6), named("a-duties", 1.4)
+        self.assertEqual(report.failing([over, kept]), [])
+        self.assertEqual(report.failing([over, named("a-duties", 1.7)]), ["a", "a-duties"])
+        self.assertEqual(report.failing([over]), ["a"])
+        self.assertEqual(report.failing([named("a", 1.4), kept]), [])
+
     def test_rounds_end_when_the_time_is_over(self):
         _, how = figures.repeat(lambda: time.sleep(0.02) or [[1]],
                                       {"least": 900, "most": 999, "patience": 0.1})
