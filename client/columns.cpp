@@ -1,8 +1,19 @@
 #include "columns.h"
 
 #include <libsmartcols.h>
+#include <locale.h>
 
 #include <cstdlib>
+
+#include "text.h"
+
+// Without a locale for UTF-8 only ASCII can be measured: all else as \xNN.
+static std::string ascii_of(const std::string& text) {
+  std::string out;
+  for (const char byte : text)
+    out += (byte & 0x80) == 0 ? std::string(1, byte) : "\\x" + text_hex({&byte, 1});
+  return out;
+}
 
 static std::string printed(libscols_table* table) {
   char* text = nullptr;
@@ -14,15 +25,23 @@ static std::string printed(libscols_table* table) {
 }
 
 static void fill(libscols_table* table, std::span<const text_column> columns,
-                 const std::vector<std::vector<std::string>>& lines) {
+                 const std::vector<std::vector<std::string>>& lines, bool utf8) {
   for (const text_column& column : columns)
     scols_table_new_column(table, column.heading, 0,
                            column.right ? SCOLS_FL_RIGHT : SCOLS_FL_TRUNC);
   for (const std::vector<std::string>& texts : lines) {
     libscols_line* line = scols_table_new_line(table, nullptr);
     for (size_t i = 0; i < texts.size(); i++)
-      scols_line_set_data(line, i, texts[i].c_str());
+      scols_line_set_data(line, i, utf8 ? texts[i].c_str() : ascii_of(texts[i]).c_str());
   }
+}
+
+static std::string table_text(libscols_table* table, bool headings, size_t width) {
+  scols_table_enable_noencoding(table, 1);
+  scols_table_enable_noheadings(table, headings ? 0 : 1);
+  scols_table_set_termforce(table, width != 0 ? SCOLS_TERMFORCE_ALWAYS : SCOLS_TERMFORCE_NEVER);
+  if (width != 0) scols_table_set_termwidth(table, width);
+  return printed(table);
 }
 
 std::string columns_text(std::span<const text_column> columns,
@@ -30,12 +49,14 @@ std::string columns_text(std::span<const text_column> columns,
                          size_t width) {
   libscols_table* table = scols_new_table();
   if (table == nullptr) return "";
-  scols_table_enable_noencoding(table, 1);
-  scols_table_enable_noheadings(table, headings ? 0 : 1);
-  scols_table_set_termforce(table, width != 0 ? SCOLS_TERMFORCE_ALWAYS : SCOLS_TERMFORCE_NEVER);
-  if (width != 0) scols_table_set_termwidth(table, width);
-  fill(table, columns, lines);
-  std::string out = printed(table);
+  // The library measures characters as the thread's locale has them, and in one
+  // that is not for UTF-8 it never comes to the end of a text that is.
+  const locale_t utf8 = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+  const locale_t before = uselocale(utf8);
+  fill(table, columns, lines, utf8 != nullptr);
+  std::string out = table_text(table, headings, width);
+  uselocale(before);
+  if (utf8 != nullptr) freelocale(utf8);
   scols_unref_table(table);
   return out;
 }

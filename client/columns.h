@@ -11,7 +11,8 @@ struct text_column {
 };
 
 // Lines of one text per column, each already safe on a terminal. `width`:
-// columns of the terminal, 0 for none.
+// columns of the terminal, 0 for none. Characters beyond ASCII are \xNN where the
+// machine has no locale C.UTF-8.
 std::string columns_text(std::span<const text_column> columns,
                          const std::vector<std::vector<std::string>>& lines, bool headings,
                          size_t width);

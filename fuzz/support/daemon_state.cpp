@@ -37,3 +37,17 @@ void restore_daemon_state() {
     from += object->size;
   }
 }
+
+extern "C" __attribute__((weak)) void __lsan_ignore_object(const void*);
+
+// What is no pointer to allocated memory is none for the sanitizer either.
+void end_daemon_state() {
+  if (__lsan_ignore_object == nullptr) return;
+  for (const state_object* object = kStateObjects; object->start != nullptr; ++object) {
+    for (size_t at = 0; at + sizeof(void*) <= object->size; at += sizeof(void*)) {
+      void* pointer = nullptr;
+      copy_object(reinterpret_cast<char*>(&pointer), object->start + at, sizeof pointer);
+      __lsan_ignore_object(pointer);
+    }
+  }
+}

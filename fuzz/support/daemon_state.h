@@ -18,6 +18,10 @@ extern const struct state_object kStateObjects[];
  * restoring notes it where nothing was. */
 void note_daemon_state(void);
 void restore_daemon_state(void);
+
+/* Before a restoring that stands for the daemon's end: what its memory leads to is
+ * given back by the system, so it is no leak. */
+void end_daemon_state(void);
 #ifdef __cplusplus
 }
 #endif

@@ -278,6 +278,7 @@ static bool pass_to_service() {
 static void replace_service() {
   simulated->descriptors.clear();
   simulated->worker_there = false;
+  end_daemon_state();
   restore_daemon_state();
 }
 
