@@ -77,7 +77,7 @@ std::string help_text() {
   for (const help_entry& entry : kOptions)
     out += meaning_lines(entry);
   return out +
-         "\nA call is sent once and never repeated.\n\n"
+         "\nA call is sent once and never repeated; only ping --wait asks again.\n\n"
          "Exit status: 0 done, 1 the daemon answered a failure code, 2 wrong usage,\n"
          "3 no answer, an RPC error, or output that cannot be written, 4 not ready: try\n"
          "again.\n";
