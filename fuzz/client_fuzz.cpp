@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <bit>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -39,13 +40,39 @@ static bool acts(uint32_t character) {
   });
 }
 
+static std::string encoded(uint32_t character) {
+  if (character < 0x80) return {static_cast<char>(character)};
+  std::string behind;
+  uint32_t first = 0x3F;  // what the first byte has room for
+  uint32_t lead = 0x80;
+  while (character > first) {
+    behind.insert(behind.begin(), static_cast<char>(0x80 | (character & 0x3F)));
+    character >>= 6;
+    lead |= first + 1;
+    first >>= 1;
+  }
+  return static_cast<char>(lead | character) + behind;
+}
+
+// The character of UTF-8 that the text begins with; ~0 where there is none. A form that
+// encoding it does not give is none.
+static uint32_t first_character(std::string_view text) {
+  const auto lead = static_cast<uint8_t>(text[0]);
+  const auto ones = static_cast<size_t>(std::countl_one(lead));
+  uint32_t character = lead & 0xFFu >> (ones + 1);
+  for (size_t i = 1; i < ones && i < text.size(); ++i)
+    character = character << 6 | (static_cast<uint8_t>(text[i]) & 0x3F);
+  const bool surrogate = character >= 0xD800 && character < 0xE000;
+  if (ones > 4 || character > 0x10FFFF || surrogate) return ~0u;
+  return text.starts_with(encoded(character)) ? character : ~0u;
+}
+
 // Text of some lines for a terminal.
 static void check_text(std::string_view text) {
-  for (size_t at = 0; at < text.size();) {
-    uint32_t character = 0;
-    const size_t length = text_decode(text, at, &character);
-    CHECK(length > 0 && (character == '\n' || !acts(character)));
-    at += length;
+  while (!text.empty()) {
+    const uint32_t character = first_character(text);
+    CHECK(character != ~0u && (character == '\n' || !acts(character)));
+    text.remove_prefix(encoded(character).size());
   }
 }
 

@@ -1,26 +1,17 @@
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
 #include "arguments.h"
 #include "lookup.h"
 #include "meanings.h"
-#include "support/input.h"
+#include "support/seeds.h"
 #include "table.h"
 
 // make_seeds DIRECTORY: writes inputs from which new corpora are grown, those of a
 // target in a directory of its name. The dispatcher's are one at least for each
 // procedure, its example with everything in place, and what the examples do not do.
-
-static std::string byte(unsigned value) {
-  return std::string(1, static_cast<char>(value));
-}
-
-static std::string u16(unsigned value) {
-  return byte(value & 0xFF) + byte(value >> 8 & 0xFF);
-}
 
 static std::string call(const std::string& name, const std::vector<std::string>& words) {
   const procedure_row* procedure = lookup_name(name);
@@ -39,14 +30,6 @@ static std::string example(const procedure_row& procedure) {
   for (const argument_spec& argument : table_arguments(procedure))
     words.push_back(meanings_find(procedure, argument.name)->example);
   return call(procedure.name, words);
-}
-
-static std::string world(unsigned there, unsigned board, unsigned progress) {
-  return make_record(record_type::world, u16(there) + byte(board) + byte(progress));
-}
-
-static std::string answer(record_type type, unsigned outcome, const std::string& bytes) {
-  return make_record(type, byte(outcome) + bytes);
 }
 
 // Tables of two rows whose first columns are those of BSS 1's stations.
@@ -77,15 +60,6 @@ static std::string plenty() {
 }
 
 static const std::string kWorker = make_record(record_type::worker, "");
-
-static void write_seed(const std::filesystem::path& directory, const std::string& name,
-                       const std::string& bytes) {
-  std::ofstream file(directory / name, std::ios::binary);
-  file << bytes;
-  if (file.flush()) return;
-  fprintf(stderr, "%s cannot be written\n", name.c_str());
-  exit(1);
-}
 
 static void write_examples(const std::filesystem::path& directory) {
   for (const procedure_row& procedure : table_procedures()) {
@@ -172,17 +146,6 @@ static void write_datagrams(const std::filesystem::path& directory) {
 
 // ---- The other targets.
 
-static std::string pattern(size_t size) {
-  std::string bytes;
-  for (size_t i = 0; i < size; ++i)
-    bytes += static_cast<char>(i % 40 < 4 ? 0 : i * 7);
-  return bytes;
-}
-
-static std::string operation(unsigned number, unsigned index) {
-  return make_record(record_type::call, byte(number) + byte(index));
-}
-
 static void write_answers(const std::filesystem::path& directory) {
   for (unsigned number = 0; number < 12; ++number) {
     std::string scene = world(0xFFFF, 2, 3);
@@ -208,10 +171,6 @@ static void write_driver(const std::filesystem::path& directory) {
     write_seed(directory, std::to_string(number),
                scene + operation(number, 1) + operation(number, 9));
   }
-}
-
-static std::string text_item(const std::string& text) {
-  return u16(static_cast<unsigned>(text.size())) + text;
 }
 
 static void write_profile_seeds(const std::filesystem::path& directory) {
@@ -281,5 +240,6 @@ int main(int count, char** words) {
   write_texts(directory);
   write_profiles(directory);
   write_datagrams(directory);
+  write_edges(root);
   return 0;
 }

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -32,7 +33,10 @@ static bool run_input(const fs::path& path) {
   if (!file) return false;
   printf("%s\n", path.c_str());
   fflush(stdout);
-  LLVMFuzzerTestOneInput(reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size());
+  // In a block of its own, so that a sanitizer sees what is read behind it.
+  const std::unique_ptr<uint8_t[]> exact(new uint8_t[bytes.size()]);
+  std::copy(bytes.begin(), bytes.end(), exact.get());
+  LLVMFuzzerTestOneInput(exact.get(), bytes.size());
   return true;
 }
 
