@@ -20,11 +20,19 @@ no_text_to_write() { not seen "$1" -l 'LOAD.* RWE' && not seen "$1" -d TEXTREL; 
 canaries() { seen "$1" --dyn-syms '__stack_chk_fail'; }
 checked_calls() { seen "$1" --dyn-syms "$checked"; }
 no_path_of_its_own() { not seen "$1" -d 'RPATH|RUNPATH'; }
+# code FILE: its instructions, in $dir/code.
+code() { objdump -d --no-show-raw-insn "$1" >"$dir/code"; }
+probed_frames() { code "$1" && grep -E -m 1 'or[bwlq]? +\$0x0,(0x[0-9a-f]+)?\(%rsp' "$dir/code"; }
+checked_jumps() { code "$1" && grep -A 1 '<main>:' "$dir/code" | grep endbr64; }
+
+properties='at_any_address read_only_relocations bound_at_the_start no_stack_to_run canaries
+  checked_calls no_path_of_its_own'
+# As its instructions have them; other processors have others, or none.
+[ "$(uname -m)" != x86_64 ] || properties="$properties probed_frames checked_jumps"
 
 for program in wificonfd wificonf gwbox gwbox-companion; do
   checked='__(sn|vsn|f|vf)printf_chk|__memcpy_chk|__strcpy_chk|__read_chk'
-  for property in at_any_address read_only_relocations bound_at_the_start no_stack_to_run \
-    no_text_to_write canaries checked_calls no_path_of_its_own; do
+  for property in $properties no_text_to_write; do
     check "$program: $property" $property "$build/$program"
   done
 done
@@ -48,7 +56,7 @@ cat >"$dir/plain.c" <<'SOURCE'
 #include <stdio.h>
 #include <string.h>
 int main(int argc, char** argv) {
-  char text[16];
+  char text[20000];
   memcpy(text, argv[0], (size_t)argc);
   return printf("%s\n", text) < 0;
 }
@@ -57,8 +65,7 @@ plain="-O2 -U_FORTIFY_SOURCE -fno-stack-protector -fno-pie -no-pie -Wl,-z,norelr
   -Wl,-z,execstack -Wl,-rpath,/tmp"
 # shellcheck disable=SC2086 # a list of words
 check "a program without protection is built" cc $plain -o "$dir/plain" "$dir/plain.c"
-for property in at_any_address read_only_relocations bound_at_the_start no_stack_to_run canaries \
-  checked_calls no_path_of_its_own; do
+for property in $properties; do
   check "$property is missed there" not $property "$dir/plain"
 done
 all_passed
