@@ -1,6 +1,7 @@
 #include "support/outside.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <cstring>
 
@@ -122,7 +123,18 @@ void must_be_there(const void* start, size_t size) {
   if (size > 0) memcpy(outside_scratch, start, size);
 }
 
-static ssize_t swallow(void*, const char*, size_t size) {
+// What the daemon prints: between its line ends and tabs no control byte but those of
+// its own colours, whatever texts it was given.
+static ssize_t read_console(void*, const char* bytes, size_t size) {
+  static bool in_colour;
+  for (const char c : std::string_view(bytes, size)) {
+    if (in_colour && (isdigit(c) != 0 || c == '[' || c == ';')) continue;
+    if (in_colour && c != 'm') broken("an escape sequence is printed that is no colour");
+    const auto byte = static_cast<uint8_t>(c);
+    in_colour = c == '\033';
+    const bool control = (byte < ' ' && c != '\n' && c != '\t' && !in_colour) || byte == 0x7F;
+    if (control) broken("the control byte %02x is printed", byte);
+  }
   return static_cast<ssize_t>(size);
 }
 
@@ -131,7 +143,7 @@ void outside_begin(outside* world) {
   restore_daemon_state();
   make_file("/tmp/mt76xx_24.dat")->content = kUsualProfile;
   make_file("/tmp/mt76xx_5.dat")->content = kUsualProfile;
-  static FILE* quiet = fopencookie(nullptr, "w", {nullptr, swallow, nullptr, nullptr});
+  static FILE* quiet = fopencookie(nullptr, "w", {nullptr, read_console, nullptr, nullptr});
   stdout = stderr = quiet;
 }
 
@@ -139,6 +151,7 @@ static FILE* const kOutput = stdout;
 static FILE* const kErrorOutput = stderr;
 
 void outside_end() {
+  fflush(stdout);
   stdout = kOutput;
   stderr = kErrorOutput;
   simulated = nullptr;

@@ -162,3 +162,10 @@ void write_message(FILE* stream, const char* format, va_list values) {
   va_end(walk);
   flush(&out);
 }
+
+void print_message(FILE* stream, const char* format, ...) {
+  va_list values;
+  va_start(values, format);
+  write_message(stream, format, values);
+  va_end(values);
+}

@@ -17,6 +17,9 @@
 constexpr size_t kMessagePiece = 1024;
 void write_message(FILE* stream, const char* format, va_list values);
 
+// The same with the values themselves, for what is printed without a trace's prefix.
+void print_message(FILE* stream, const char* format, ...) __attribute__((format(printf, 2, 3)));
+
 // Bytes at `text`, which has `left`, that may be shown as they are: 1 for a
 // printable character of ASCII and a tab, 2 to 4 for a whole character of UTF-8, 0
 // for a control character and for a byte that is no UTF-8. `left` is not 0.

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "diag/message.h"
 #include "diag/trace.h"
 #include "lifecycle/power_tables.h"
 #include "lifecycle/state.h"
@@ -58,7 +59,8 @@ static void choose_mount_point(char (&directory)[kDirectorySize]) {
     char candidate[kDirectorySize];
     const int needed = snprintf(candidate, sizeof candidate, "%s%s", output, kDefaultDirectory);
     if (needed < static_cast<int>(sizeof candidate) && holds_module(candidate)) {
-      printf("\033[1;32mLoading wlan drivers from mount point %s\033[0m\n", candidate);
+      print_message(stdout, "\033[1;32mLoading wlan drivers from mount point %s\033[0m\n",
+                    candidate);
       strcpy(directory, candidate);
     }
   }

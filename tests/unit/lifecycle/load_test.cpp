@@ -87,3 +87,14 @@ TEST(Load, MountPointThatIsTooLongIsNotCut) {
   write_file("/tmp/answer", longer + "\n");
   EXPECT_FALSE(contains(output_of([] { errors_of(wifi_load); }), "mount point"));
 }
+
+TEST(Load, MountPointIsShownWithoutItsControlCharacters) {
+  run("mkdir -p '/tmp/a\033[2Jb/lib/modules/wifi'; touch "
+      "'/tmp/a\033[2Jb/lib/modules/wifi/mt7603e_ap.ko'");
+  write_file("/tmp/factoryModeEnabled", "");
+  write_file("/dev/sda1", "");
+  note_commands("/tmp/a\033[2Jb\n");
+  EXPECT_TRUE(contains(output_of([] { errors_of(wifi_load); }),
+                       "\033[1;32mLoading wlan drivers from mount point "
+                       "/tmp/a\\x1b[2Jb/lib/modules/wifi/\033[0m\n"));
+}
