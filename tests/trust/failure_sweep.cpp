@@ -93,6 +93,13 @@ static std::string title_of(const options& given, const std::string& part) {
          kExtents[static_cast<int>(given.how_much)];
 }
 
+static std::string joined(const std::vector<std::string>& parts) {
+  std::string all;
+  for (const std::string& part : parts)
+    all += (all.empty() ? "" : ", ") + part;
+  return all;
+}
+
 static void save(const options& given, const std::vector<tally>& rows, const std::string& part) {
   if (given.matrix_file.empty()) return;
   FILE* file = fopen(given.matrix_file.c_str(), "a");
@@ -121,7 +128,8 @@ int main(int argc, char** argv) {
     printf("broken: %s\n", line.c_str());
   const std::string unlisted = calls_without_row();
   if (!unlisted.empty()) printf("broken: system calls without a row: %s\n", unlisted.c_str());
-  printf("failure sweep, %s: %d failures in %zu operations, %zu promises broken\n", board().c_str(),
-         total_injected(sum), all.size(), sum.broken.size());
+  printf("failure sweep, %s: %d failures in %zu operations, %zu promises broken\n",
+         title_of(given, joined(given.parts)).c_str(), total_injected(sum), all.size(),
+         sum.broken.size());
   return sum.broken.empty() && unlisted.empty() && !all.empty() ? 0 : 1;
 }
