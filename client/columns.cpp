@@ -3,6 +3,7 @@
 #include <libsmartcols.h>
 #include <locale.h>
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "text.h"
@@ -24,11 +25,29 @@ static std::string printed(libscols_table* table) {
   return out;
 }
 
+static bool has_units(std::span<const text_column> columns) {
+  return std::any_of(columns.begin(), columns.end(),
+                     [](const text_column& column) { return *column.unit != '\0'; });
+}
+
+// A heading with its unit behind it, but for `below`.
+static std::string heading_of(const text_column& column, bool below) {
+  const bool alone = below || *column.unit == '\0';
+  return alone ? column.heading : std::string(column.heading) + " " + column.unit;
+}
+
+static void add_units(libscols_table* table, std::span<const text_column> columns) {
+  libscols_line* line = scols_table_new_line(table, nullptr);
+  for (size_t i = 0; i < columns.size(); i++)
+    scols_line_set_data(line, i, columns[i].unit);
+}
+
 static void fill(libscols_table* table, std::span<const text_column> columns,
-                 const std::vector<std::vector<std::string>>& lines, bool utf8) {
+                 const std::vector<std::vector<std::string>>& lines, bool below, bool utf8) {
   for (const text_column& column : columns)
-    scols_table_new_column(table, column.heading, 0,
+    scols_table_new_column(table, heading_of(column, below).c_str(), 0,
                            column.right ? SCOLS_FL_RIGHT : SCOLS_FL_TRUNC);
+  if (below) add_units(table, columns);
   for (const std::vector<std::string>& texts : lines) {
     libscols_line* line = scols_table_new_line(table, nullptr);
     for (size_t i = 0; i < texts.size(); i++)
@@ -53,7 +72,7 @@ std::string columns_text(std::span<const text_column> columns,
   // that is not for UTF-8 it never comes to the end of a text that is.
   const locale_t utf8 = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
   const locale_t before = uselocale(utf8);
-  fill(table, columns, lines, utf8 != nullptr);
+  fill(table, columns, lines, headings && width != 0 && has_units(columns), utf8 != nullptr);
   std::string out = table_text(table, headings, width);
   uselocale(before);
   if (utf8 != nullptr) freelocale(utf8);

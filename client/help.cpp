@@ -37,7 +37,8 @@ constexpr help_entry kEntries[] = {
      "calls again and again, every second if not told otherwise; counters have their rates. TIME "
      "is 10ms to 24h, N how many calls. What is no getter takes --force"},
     {"top", "[OPTION...] top [--every TIME] [--count N]", "top",
-     "stations of all BSSs, the busiest first; q quits"},
+     "stations of all BSSs, the busiest first; q quits. UP and BTM are known on an MT7615 only: "
+     "elsewhere UP is DOWN, and BTM '-'"},
     {"completion", "completion bash|zsh", "completion",
      "for the shell: source <(wificonf completion bash)"},
 };

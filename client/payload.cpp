@@ -21,6 +21,7 @@ uint32_t payload_width(const payload_field& field) {
       return 2;
     case field_type::kU32:
     case field_type::kI32:
+    case field_type::kRate1024:
     case field_type::kCounter32:
     case field_type::kFlag:
     case field_type::kTime:
@@ -41,7 +42,7 @@ uint32_t payload_width(const payload_field& field) {
 
 bool payload_is_signed(field_type type) {
   return type == field_type::kI8 || type == field_type::kI32 || type == field_type::kI64 ||
-         type == field_type::kCounterI64;
+         type == field_type::kCounterI64 || type == field_type::kRate1024;
 }
 
 bool payload_is_counter(field_type type) {

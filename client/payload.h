@@ -26,6 +26,7 @@ enum class field_type {
   kText,        // `width` bytes, up to the first NUL
   kMac,         // six bytes
   kRate,        // 16-bit transmit-rate word of the driver, see rate_word.h
+  kRate1024,    // 32 bits, signed, kbit/s of which the daemon takes 1024 for a Mbit/s
   kTime,        // 32 bits, seconds since the epoch, UTC
   kBytes,       // `width` bytes without a known meaning
 };

@@ -70,6 +70,7 @@ const char* type_name(field_type type) {
     case field_type::kCounter32:
       return "u32";
     case field_type::kI32:
+    case field_type::kRate1024:
       return "i32";
     case field_type::kU64:
     case field_type::kCounter64:

@@ -43,6 +43,7 @@ ordered_json field_schema(field_type type) {
     case field_type::kTime:
       return integer(0, UINT32_MAX);
     case field_type::kI32:
+    case field_type::kRate1024:
       return integer(INT32_MIN, INT32_MAX);
     case field_type::kU64:
     case field_type::kCounter64:

@@ -69,6 +69,11 @@ bool has_rate(const payload_field& field, const earlier_record* earlier) {
   return earlier != nullptr && payload_is_counter(field.type);
 }
 
+// As tables have it: all rates in the one unit.
+const char* unit_in_table(const payload_field& field) {
+  return field.type == field_type::kRate1024 ? "Mbit/s" : field.unit;
+}
+
 std::vector<std::string> row_texts(const payload_rows& rows, std::string_view row,
                                    const earlier_record* earlier) {
   earlier_record then = {};
@@ -76,7 +81,7 @@ std::vector<std::string> row_texts(const payload_rows& rows, std::string_view ro
   std::vector<std::string> texts;
   for (const payload_field& field : rows.fields) {
     if (*field.heading == '\0') continue;
-    texts.push_back(show_value(field, row));
+    texts.push_back(show_cell(field, row));
     if (has_rate(field, earlier)) texts.push_back(show_rate(field, row, &then));
   }
   return texts;
@@ -89,8 +94,8 @@ std::string show_rows(const payload_rows& rows, std::string_view record, size_t 
   std::vector<text_column> columns;
   for (const payload_field& field : rows.fields) {
     if (*field.heading == '\0') continue;
-    columns.push_back({field.heading, !is_text(field.type)});
-    if (has_rate(field, earlier)) columns.push_back({"/S", true});
+    columns.push_back({field.heading, !is_text(field.type), unit_in_table(field)});
+    if (has_rate(field, earlier)) columns.push_back({*field.unit == 'B' ? "B/s" : "/s", true});
   }
   std::vector<std::vector<std::string>> lines;
   for (uint32_t i = 0; i < count; i++)
@@ -140,6 +145,11 @@ std::string show_value(const payload_field& field, std::string_view record) {
                  ? text_format("%" PRId64, payload_signed(field, record))
                  : text_format("%" PRIu64, payload_unsigned(field, record));
   }
+}
+
+std::string show_cell(const payload_field& field, std::string_view record) {
+  if (field.type != field_type::kRate1024) return show_value(field, record);
+  return text_format("%.0f", static_cast<double>(payload_signed(field, record)) / 1024);
 }
 
 std::string show_record(const payload_layout& layout, std::string_view record, size_t width,

@@ -10,6 +10,9 @@
 // is none.
 std::string show_value(const payload_field& field, std::string_view record);
 
+// The same in a table, where rates are in Mbit/s.
+std::string show_cell(const payload_field& field, std::string_view record);
+
 // The same record some time before.
 struct earlier_record {
   std::string_view record;

@@ -41,22 +41,22 @@ const payload_field& field_of(const payload_rows& rows, std::string_view name) {
                        [&](const payload_field& field) { return field.name == name; });
 }
 
-std::string megabits(const payload_rows& rows, const char* name, std::string_view row) {
-  // The daemon's kbit/s are 1024 to a Mbit/s.
-  return text_format("%lld",
-                     static_cast<long long>(payload_signed(field_of(rows, name), row) / 1024));
+// Bytes would be up to ten digits, for which a terminal of 80 columns has no room.
+std::string kilobytes(const payload_rows& rows, const char* name, std::string_view row) {
+  return text_format("%.0f",
+                     static_cast<double>(payload_unsigned(field_of(rows, name), row)) / 1000);
 }
 
 station station_of(const payload_rows& rows, int bss, std::string_view row) {
-  const auto shown = [&](const char* name) { return show_value(field_of(rows, name), row); };
+  const auto shown = [&](const char* name) { return show_cell(field_of(rows, name), row); };
   return {bss,
           shown("mac_address"),
           shown("rssi"),
-          megabits(rows, "downlink_rate", row),
-          megabits(rows, "uplink_rate", row),
-          payload_unsigned(field_of(rows, "btm"), row) != 0 ? "yes" : "no",
-          shown("bytes_sent"),
-          shown("bytes_received"),
+          shown("downlink_rate"),
+          shown("uplink_rate"),
+          payload_unsigned(field_of(rows, "btm"), row) != 0 ? "yes" : "-",
+          kilobytes(rows, "bytes_sent", row),
+          kilobytes(rows, "bytes_received", row),
           std::string(row),
           -1,
           -1};
@@ -133,9 +133,16 @@ std::string rate_text(double rate) {
 }
 
 std::string table_of(const stations_sample& sample, size_t width) {
-  static constexpr text_column kColumns[] = {
-      {"BSS", true},     {"STATION", false}, {"RSSI", true}, {"DOWN", true},     {"UP", true},
-      {"OUT B/S", true}, {"IN B/S", true},   {"SENT", true}, {"RECEIVED", true}, {"BTM", true}};
+  static constexpr text_column kColumns[] = {{"BSS", true},
+                                             {"STATION", false},
+                                             {"RSSI", true, "dBm"},
+                                             {"DOWN", true, "Mbit/s"},
+                                             {"UP", true, "Mbit/s"},
+                                             {"OUT", true, "B/s"},
+                                             {"IN", true, "B/s"},
+                                             {"SENT", true, "kB"},
+                                             {"RECEIVED", true, "kB"},
+                                             {"BTM", true}};
   if (!sample.problem.empty()) return text_wrap(sample.problem, width, 0, 0) + "\n";
   if (sample.stations.empty()) return "no stations\n";
   std::vector<std::vector<std::string>> lines;
@@ -169,12 +176,12 @@ bool wait_for_quit(double moment) {
 std::string title_of(const stations_sample& sample, size_t shown) {
   std::string title = text_format("%zu stations", sample.stations.size());
   if (shown < sample.stations.size()) title += text_format(", %zu shown", shown);
-  return title + ", DOWN and UP in Mbit/s, " + moment_stamp() + "\n\n";
+  return title + ", " + moment_stamp() + "\n\n";
 }
 
 std::string screen_of(const output_streams& streams, const stations_sample& sample) {
   const size_t height = screen_height(streams.out) - 1, width = terminal_width(streams.out);
-  const size_t room = height > 3 ? height - 3 : 0;  // without title, blank line, headings
+  const size_t room = height > 4 ? height - 4 : 0;  // without title, blank line, headings, units
   return screen_lines(title_of(sample, room) + table_of(sample, width), height, width);
 }
 

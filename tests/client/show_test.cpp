@@ -37,10 +37,46 @@ std::string stations_record() {
 
 TEST(Show, StationsAsATable) {
   EXPECT_EQ(shown("wlan_get_assoc_devices_table", stations_record()),
-            "BSS STATION           AID PS RSSI FOR S    TX    RX SENT FAILED\n"
-            "  1 02:00:5e:00:00:01   3  1  -48   260 866.7 866.7 1000      2\n"
-            "  0 ff:fe:fd:fc:fb:fa   0  0    0     0   1.0   1.0    0      0\n");
+            "BSS STATION           AID PS RSSI dBm ASSOC s TX Mbit/s RX Mbit/s PACKETS FAILED\n"
+            "  1 02:00:5e:00:00:01   3  1      -48     260     866.7     866.7    1000      2\n"
+            "  0 ff:fe:fd:fc:fb:fa   0  0        0       0       1.0       1.0       0      0\n");
+  EXPECT_EQ(shown("wlan_get_assoc_devices_table", stations_record(), 80),
+            "BSS STATION           AID PS RSSI ASSOC     TX     RX PACKETS FAILED\n"
+            "                              dBm     s Mbit/s Mbit/s         \n"
+            "  1 02:00:5e:00:00:01   3  1  -48   260  866.7  866.7    1000      2\n"
+            "  0 ff:fe:fd:fc:fb:fa   0  0    0     0    1.0    1.0       0      0\n")
+      << "on a terminal";
   EXPECT_EQ(shown("wlan_get_assoc_devices_table", std::string(5124, '\0')), "no stations\n");
+}
+
+std::string btm_record() {
+  std::string record(2436, '\0');
+  record[0] = 1;
+  // 5 GHz VHT at 866 * 1024 kbit/s down and the lowest that the daemon says up.
+  put(record, 4, std::string("\xc3\xff\xff\xff\x00\x88\x0d\x00\xe8\3", 10));
+  put(record, 4 + 20, "\xff\xff\xff\xff");
+  put(record, 4 + 28, std::string("\0\1", 2));
+  put(record, 4 + 40, "02:00:5e:00:00:01");
+  return record;
+}
+
+TEST(Show, RatesOfAllTablesAreInOneUnit) {
+  EXPECT_EQ(shown("wlan_get_btm_associated_device", btm_record()),
+            "STATION           RSSI dBm DOWN Mbit/s UP Mbit/s MCS     SENT B RECEIVED B BTM\n"
+            "02:00:5e:00:00:01      -61         866         1   0 4294967295        256   0\n");
+  EXPECT_NE(json_of("wlan_get_btm_associated_device", btm_record())
+                .find(R"("downlink_rate":886784,"uplink_rate":1000,)"),
+            std::string::npos);
+}
+
+TEST(Show, RatesOfBytesSaySo) {
+  const payload_layout& layout = *payload_find(*lookup_name("wlan_get_btm_associated_device"));
+  const std::string then = btm_record();
+  const earlier_record earlier = {then, 2};
+  EXPECT_EQ(show_record(layout, btm_record(), 80, &earlier),
+            "STATION           RSSI   DOWN     UP MCS       SENT B/s RECEIVED B/s BTM\n"
+            "                   dBm Mbit/s Mbit/s              B            B     \n"
+            "02:00:5e:00:00:01  -61    866      1   0 4294967295 0.0      256 0.0   0\n");
 }
 
 TEST(Show, StationAsJson) {
@@ -65,7 +101,7 @@ TEST(Show, LongTextsAreCutAtTheTerminalOnly) {
   put(record, 45, "WPA1PSKWPA2PSK/TKIPAES");
   put(record, 68, "11b/g/n");
   const std::string whole = shown("wlan_get_ap_scan_result", record);
-  EXPECT_NE(whole.find("02:00:5e:00:00:01 11  -80 A network with a rather long name "
+  EXPECT_NE(whole.find("02:00:5e:00:00:01 11      -80 A network with a rather long name "
                        "WPA1PSKWPA2PSK/TKIPAES 11b/g/n\n"),
             std::string::npos)
       << whole;
@@ -137,8 +173,8 @@ TEST(Show, RowsHaveTheirOwnRates) {
   EXPECT_NE(lines.find("packets_sent=18 packets_sent/s=0.5"), std::string::npos) << lines;
   EXPECT_NE(lines.find("packets_sent=33 failures=0\n"), std::string::npos) << lines;
   const std::string table = show_record(layout, stations("\x12", "\x21"), 0, &earlier);
-  EXPECT_NE(table.find("SENT  /S FAILED  /S\n"), std::string::npos) << table;
-  EXPECT_NE(table.find("  18 0.5      0 0.0\n"), std::string::npos) << table;
+  EXPECT_NE(table.find("PACKETS  /s FAILED  /s\n"), std::string::npos) << table;
+  EXPECT_NE(table.find("     18 0.5      0 0.0\n"), std::string::npos) << table;
 }
 
 TEST(Show, LinesKeepTheirFieldsApart) {

@@ -173,14 +173,50 @@ TEST(Terminal, TopCountsWhatTheScreenHasNoLinesFor) {
   station_daemon stations;
   start_stations(stations);
   terminal one;
-  start(one, stations.daemon.port, {"top", "--count", "1"}, 5, 30);
+  start(one, stations.daemon.port, {"top", "--count", "1"}, 6, 30);
   EXPECT_EQ(finish(one), 0);
   fake_daemon_stop(stations.daemon);
   const auto rows = split(split(one.shown, kLeave).back(), "\r\n");
-  ASSERT_EQ(rows.size(), 5u) << one.shown;
+  ASSERT_EQ(rows.size(), 6u) << one.shown;
   EXPECT_TRUE(rows[0].starts_with("2 stations, 1 shown")) << rows[0];
   for (const std::string& row : rows)
     EXPECT_LE(row.size(), 30u) << row;
+}
+
+// A station on BSS 16 with counters as large as they get, and some 15 MB/s.
+byte_string busy_station(const byte_string& call, uint32_t samples) {
+  std::string record(2436, '\0');
+  record[0] = call[43] == 16 ? 1 : 0;
+  const uint32_t bytes = 4294000000u + samples * 300000;
+  for (size_t k = 0; k < 4; k++)
+    record[24 + k] = record[32 + k] = static_cast<char>(bytes >> (8 * k));
+  record.replace(4, 4, "\xc3\xff\xff\xff");
+  record.replace(8, 8, std::string("\0\0\x36\0\0\0\x36\0", 8));  // 3456 * 1024 kbit/s
+  record.replace(44, 17, "02:00:00:00:00:01");
+  record[4 + 59] = 8;
+  byte_string reply = fake_reply(call, 0, {0, 0});
+  wire_put_opaque(reply, record);
+  return reply;
+}
+
+TEST(Terminal, TopFitsInto80Columns) {
+  station_daemon stations;
+  fake_daemon_start(stations.daemon, [&](const byte_string& call) {
+    if (call[43] == 1) stations.samples++;
+    return std::vector<Datagram>{{busy_station(call, stations.samples)}};
+  });
+  terminal one;
+  start(one, stations.daemon.port, {"top", "--count", "2", "--every", "20ms"}, 24, 80);
+  EXPECT_EQ(finish(one), 0);
+  fake_daemon_stop(stations.daemon);
+  const auto rows = split(split(one.shown, kLeave).back(), "\r\n");
+  ASSERT_EQ(rows.size(), 6u) << one.shown;
+  for (const std::string& row : rows)
+    EXPECT_LE(row.size(), 80u) << row;
+  EXPECT_TRUE(rows[2].starts_with("BSS STATION           RSSI   DOWN     UP ")) << rows[2];
+  EXPECT_TRUE(rows[3].starts_with("                       dBm Mbit/s Mbit/s ")) << rows[3];
+  EXPECT_TRUE(rows[4].starts_with(" 16 02:00:00:00:00:01  -61   3456   3456 ")) << rows[4];
+  EXPECT_TRUE(rows[4].ends_with(" 4294600  4294600 yes")) << rows[4];
 }
 
 TEST(Terminal, DumbOneIsTakenForAPipe) {
