@@ -39,7 +39,7 @@ std::string values_of(const procedure_row& procedure, const argument_spec& argum
   return argument.type == argument_type::kBool ? "on off" : "";
 }
 
-// "NAME|NAME...) words='...';;" for each list of words that arguments in that
+// "NAME|NAME...) offers='...';;" for each list of words that arguments in that
 // place have.
 std::string cases_of(size_t place) {
   std::map<std::string, std::string> procedures_by_values;
@@ -55,7 +55,7 @@ std::string cases_of(size_t place) {
   for (const auto& [values, procedures] : procedures_by_values)
     out.append("        ")
         .append(procedures)
-        .append(")\n          words='")
+        .append(")\n          offers='")
         .append(values)
         .append("' ;;\n");
   return out;
@@ -72,18 +72,19 @@ std::string argument_cases() {
   return out;
 }
 
-// What both shells run: from the words before the one to complete to `words`.
-// Options and what they take are passed over; where bash takes "=" for a word
-// of its own, so is that.
+// What both shells run: from the words before the one to complete to `offers`, and
+// `kind`: names, where the client takes dashes and capitals, too, or values, which
+// have an order of their own. Options and what they take are passed over; where bash
+// takes "=" for a word of its own, so is that.
 std::string chooser() {
   return "_wificonf_words() {\n"
          "  local word procedure='' watch='' last='' place=0 skip=0\n"
-         "  words=''\n"
+         "  offers='' kind=values\n"
          "  for word in \"$@\"; do\n"
          "    last=$word\n"
          "    if [ $skip = 1 ]; then [ \"$word\" = '=' ] || skip=0; continue; fi\n"
          "    case $procedure/$word in\n"
-         "      /--host|/--port|/--timeout) skip=1 ;;\n"
+         "      /--host|/--port|/--timeout|*/--every|*/--count|ping/--wait) skip=1 ;;\n"
          "      /-*) ;;\n"
          "      /watch) watch=yes ;;\n"
          "      /*) procedure=$word ;;\n"
@@ -95,48 +96,64 @@ std::string chooser() {
          names() +
          "'\n"
          "  case $procedure/$last in\n"
-         "    list/--topic) words='" +
+         "    list/--topic) offers='" +
          topic_words() +
          "'; return ;;\n"
-         "    */--every|*/--count) return ;;\n"
          "  esac\n"
          "  case $procedure/$place in\n"
-         "    /*) words=$names\n"
-         "      [ -n \"$watch\" ] || words=\"$names " +
+         "    /*) kind=names\n"
+         "      offers=\"$names --every --count --force\"\n"
+         "      [ -n \"$watch\" ] || offers=\"$names " +
          commands() + " " + kOptions +
          "\"\n"
          "      return ;;\n"
-         "    describe/0|schema/0) words=$names; return ;;\n"
-         "    list/0) words='--topic --topics'; return ;;\n"
-         "    dump/0) words='--redact'; return ;;\n"
-         "    completion/0) words='bash zsh'; return ;;\n"
-         "    top/*) words='--every --count'; return ;;\n"
+         "    describe/0|schema/0) kind=names offers=$names; return ;;\n"
+         "    list/0) offers='--topic --topics'; return ;;\n"
+         "    dump/0) offers='--redact'; return ;;\n"
+         "    ping/0) offers='--wait'; return ;;\n"
+         "    completion/0) offers='bash zsh'; return ;;\n"
+         "    top/*) offers='--every --count'; return ;;\n"
          "  esac\n"
          "  case $place in\n" +
          argument_cases() +
          "  esac\n"
-         "  if [ -n \"$watch\" ] && { [ $place != 0 ] || [ -z \"$words\" ]; }; then\n"
-         "    words=\"$words --every --count\"\n"
+         "  if [ -n \"$watch\" ] && { [ $place != 0 ] || [ -z \"$offers\" ]; }; then\n"
+         "    offers=\"$offers --every --count\"\n"
          "  fi\n"
          "}\n";
 }
 
 constexpr char kBash[] =
     "_wificonf() {\n"
-    "  local words\n"
+    "  local offers kind current=${COMP_WORDS[COMP_CWORD]}\n"
     "  _wificonf_words \"${COMP_WORDS[@]:1:COMP_CWORD-1}\"\n"
-    "  COMPREPLY=($(compgen -W \"$words\" -- \"${COMP_WORDS[COMP_CWORD]}\"))\n"
+    "  if [ $kind = values ]; then\n"
+    "    compopt -o nosort 2>/dev/null\n"
+    "  elif [[ $current != -* ]]; then\n"
+    "    current=${current//-/_} current=${current,,}\n"
+    "  fi\n"
+    "  COMPREPLY=($(compgen -W \"$offers\" -- \"$current\"))\n"
     "}\n"
     "complete -F _wificonf wificonf\n";
 
+// What zsh has in `words` is the command line, which a local of that name would hide
+// from it. As a file that zsh loads with the first completion, it is the function.
 constexpr char kZsh[] =
     "_wificonf() {\n"
     "  local before=(\"${words[@]:1:$((CURRENT - 2))}\")\n"
-    "  local words\n"
+    "  local offers kind\n"
     "  _wificonf_words \"${before[@]}\"\n"
-    "  compadd -- ${=words}\n"
+    "  if [ $kind = values ]; then\n"
+    "    compadd -V values -- ${=offers}\n"
+    "  else\n"
+    "    compadd -M 'm:{A-Z}={a-z} m:-=_' -- ${=offers}\n"
+    "  fi\n"
     "}\n"
-    "compdef _wificonf wificonf\n";
+    "if [ \"${funcstack[1]}\" = _wificonf ]; then\n"
+    "  _wificonf \"$@\"\n"
+    "else\n"
+    "  compdef _wificonf wificonf\n"
+    "fi\n";
 
 }  // namespace
 

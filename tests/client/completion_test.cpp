@@ -38,7 +38,10 @@ std::string offered(const std::string& words) {
 
 // All that zsh is given; it picks those that fit itself.
 std::string offered_by_zsh(const std::string& words) {
-  return offered_by("zsh", "compadd() { shift; echo $@ }\n_wificonf\n", words);
+  return offered_by("zsh",
+                    "compadd() { while [ $1 != -- ]; do shift; done; shift; echo $@ }\n"
+                    "_wificonf\n",
+                    words);
 }
 
 TEST(Completion, ProceduresCommandsAndOptions) {
@@ -54,6 +57,19 @@ TEST(Completion, ProceduresCommandsAndOptions) {
   EXPECT_EQ(offered("wificonf --host \"\""), "\n");
   EXPECT_EQ(offered("wificonf dump --redact \"\""), "\n");
   EXPECT_EQ(offered("wificonf watch pin"), "\n") << "no command can be watched";
+  EXPECT_EQ(offered("wificonf ping \"\""), "--wait\n");
+  EXPECT_EQ(offered("wificonf ping --wait \"\""), "\n");
+}
+
+TEST(Completion, NamesAsTheClientTakesThem) {
+  EXPECT_EQ(offered("wificonf --host=1.2.3.4 wlan-get-ss"),
+            "wlan_get_ssid wlan_get_ssid_advertisement_enabled wlan_get_ssid_bytes_sent "
+            "wlan_get_ssid_bytes_received\n");
+  EXPECT_EQ(offered("wificonf --host = 1.2.3.4 WLAN_SET_SSID_"),
+            "wlan_set_ssid_advertisement_enabled\n");
+  EXPECT_EQ(offered("wificonf describe wlan-get-btm-a"), "wlan_get_btm_associated_device\n");
+  EXPECT_EQ(offered("wificonf --js"), "--json\n");
+  EXPECT_EQ(offered("wificonf wlan_set_wpa_encryption_modes 3 tkip"), "\n") << "values are exact";
 }
 
 TEST(Completion, EveryProcedureAndCommand) {
@@ -77,6 +93,12 @@ TEST(Completion, WhatWatchAndTopTake) {
   EXPECT_EQ(offered("wificonf watch hnc_get_rrm_enable \"\""), "--every --count\n");
   EXPECT_EQ(offered("wificonf watch wlan_get_channel 1 --every \"\""), "\n");
   EXPECT_EQ(offered("wificonf top --c"), "--count\n");
+  EXPECT_EQ(offered("wificonf top --every 5 --c"), "--count\n");
+  EXPECT_EQ(offered("wificonf watch --"), "--every --count --force\n");
+  EXPECT_EQ(offered("wificonf watch --every 5s --"), "--every --count --force\n");
+  EXPECT_EQ(offered("wificonf watch --force --every 5s wlan_set_ssi"),
+            "wlan_set_ssid wlan_set_ssid_advertisement_enabled\n");
+  EXPECT_EQ(offered("wificonf watch --count \"\""), "\n");
 }
 
 TEST(Completion, ArgumentsThatAreEnumerations) {
@@ -89,10 +111,27 @@ TEST(Completion, ArgumentsThatAreEnumerations) {
   EXPECT_EQ(offered("wificonf wlan_init \"\""), "\n");
 }
 
+// What bash is told about the order, in which it else would sort by the letters.
+std::string order_of(const std::string& words) {
+  return offered_by("bash",
+                    "compopt() { echo $@; }\n"
+                    "COMP_WORDS=(\"${words[@]}\"); COMP_CWORD=$((CURRENT - 1))\n_wificonf\n",
+                    words);
+}
+
+TEST(Completion, NumbersStayInTheirOrder) {
+  EXPECT_EQ(order_of("wificonf wlan_set_enable \"\""), "-o nosort\n");
+  EXPECT_EQ(order_of("wificonf wlan_set_en"), "") << "names by their letters";
+  const std::string zsh = offered_by("zsh", "compadd() { echo $@[1,3] }\n_wificonf\n",
+                                     "wificonf wlan_set_led_enable ''");
+  EXPECT_EQ(zsh, "-V values --\n");
+}
+
 TEST(Completion, ZshOffersTheSame) {
   EXPECT_EQ(offered_by_zsh("wificonf wlan_set_hnc_steer_sta_type 3 ''"), "0 1 3\n");
   EXPECT_EQ(offered_by_zsh("wificonf --host 1.2.3.4 wlan_set_enable 3 ''"), "on off\n");
   EXPECT_EQ(offered_by_zsh("wificonf list ''"), "--topic --topics\n");
+  EXPECT_EQ(offered_by_zsh("wificonf --host=1.2.3.4 ping ''"), "--wait\n");
 }
 
 TEST(Completion, OtherShellsHaveNone) {

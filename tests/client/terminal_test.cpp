@@ -219,6 +219,69 @@ TEST(Terminal, TopFitsInto80Columns) {
   EXPECT_TRUE(rows[4].ends_with(" 4294600  4294600 yes")) << rows[4];
 }
 
+// In the shell on the terminal: `line`, a tab where it has one, and Enter. True when
+// that calls the client with the words.
+bool calls(terminal& one, const std::string& line, const std::string& words) {
+  const std::string typed = line + "\r";
+  EXPECT_EQ(write(one.fd, typed.data(), typed.size()), static_cast<ssize_t>(typed.size()));
+  return read_until(one, [&] { return one.shown.find("<" + words + ">") != std::string::npos; });
+}
+
+// A shell without anybody's settings that has read `setup` and "wificonf", which tells its words.
+void start_shell(terminal& one, const std::vector<std::string>& shell, const std::string& setup) {
+  const std::string path = testing::TempDir() + "setup." + std::to_string(getpid());
+  FILE* file = fopen(path.c_str(), "w");
+  ASSERT_NE(file, nullptr);
+  fprintf(file, "PATH=" WIFICONF_DIR ":$PATH\n%s\nwificonf() { echo \"<$*>\"; }\necho re''ady\n",
+          setup.c_str());
+  fclose(file);
+  std::vector<char*> argv;
+  for (const std::string& word : shell)
+    argv.push_back(const_cast<char*>(word.data()));
+  argv.push_back(nullptr);
+  one.pid = forkpty(&one.fd, nullptr, nullptr, nullptr);
+  if (one.pid == 0) {
+    setenv("TERM", "vt100", 1);
+    execvp(argv[0], argv.data());
+    _exit(127);
+  }
+  const std::string typed = ". " + path + "\r";
+  EXPECT_EQ(write(one.fd, typed.data(), typed.size()), static_cast<ssize_t>(typed.size()));
+  EXPECT_TRUE(read_until(one, [&] { return one.shown.find("ready") != std::string::npos; }))
+      << one.shown;
+  unlink(path.c_str());
+}
+
+void expect_completed(const std::vector<std::string>& shell, const std::string& setup) {
+  terminal one;
+  start_shell(one, shell, setup);
+  EXPECT_TRUE(calls(one, "wificonf wlan_get_btm_a\t", "wlan_get_btm_associated_device"));
+  EXPECT_TRUE(calls(one, "wificonf --host=h wlan-set-btm\t1", "--host=h wlan_set_btm_enable 1"));
+  EXPECT_TRUE(calls(one, "wificonf watch --f\tHNC-GET-RRM\t", "watch --force hnc_get_rrm_enable"));
+  EXPECT_EQ(write(one.fd, "exit 0\r", 7), 7);
+  EXPECT_EQ(finish(one), 0) << one.shown;
+}
+
+TEST(Terminal, BashCompletes) {
+  expect_completed({"bash", "--norc", "--noprofile"}, ". <(wificonf completion bash)");
+}
+
+TEST(Terminal, ZshCompletes) {
+  const std::string start = "autoload -Uz compinit; compinit -u -D\n";
+  expect_completed({"zsh", "-f"}, start + ". <(wificonf completion zsh)");
+}
+
+// As it is installed: zsh loads it when it is needed for the first time.
+TEST(Terminal, ZshCompletesWithAFileOfItsPath) {
+  char directory[] = "/tmp/completions.XXXXXX";
+  ASSERT_NE(mkdtemp(directory), nullptr);
+  const std::string path = directory;
+  expect_completed({"zsh", "-f"}, "wificonf completion zsh >" + path + "/_wificonf; fpath=(" +
+                                      path + " $fpath)\nautoload -Uz compinit; compinit -u -D");
+  EXPECT_EQ(unlink((path + "/_wificonf").c_str()), 0);
+  EXPECT_EQ(rmdir(directory), 0);
+}
+
 TEST(Terminal, DumbOneIsTakenForAPipe) {
   station_daemon stations;
   start_stations(stations);
