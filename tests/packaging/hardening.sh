@@ -42,6 +42,16 @@ for call in snprintf memcpy; do
   checked=__${call}_chk
   check "the daemon's $call is checked" checked_calls "$build/wificonfd"
 done
+# The programs do not tell the level of their checks, so the compiler's commands do. Tests
+# have filters of their own, and what writes the reference pages is not installed.
+commands_of_programs() {
+  jq -r '.[].command | select(test("-o (src|client|box)/")) |
+    select(test("/(wire|wificonf-reference)[.]dir/") | not)' "$build/compile_commands.json"
+}
+below_level_3() { commands_of_programs | grep -v -e '-D_FORTIFY_SOURCE=3'; }
+check "there are commands of the compiler" test "$(commands_of_programs | wc -l)" -gt 100
+check "each asks for checks of level 3" not below_level_3
+
 check "the daemon needs no C++ library" not seen "$build/wificonfd" -d 'NEEDED.*libstdc'
 check "nor the compiler's" not seen "$build/wificonfd" -d 'NEEDED.*libgcc'
 check "but the C library, as the check can tell" seen "$build/wificonfd" -d 'NEEDED.*libc\.so'

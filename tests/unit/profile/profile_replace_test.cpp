@@ -276,6 +276,14 @@ TEST(ProfileLeftover, DanglingLinkInTheWayCreatesNothing) {
   EXPECT_FALSE(exists("/tmp/not there"));
 }
 
+TEST(ProfileLeftover, FifoInTheWayIsReplacedAndNobodyWaitedFor) {
+  write_file(kProfile24, kOld);
+  in_the_way([](const char* path) { EXPECT_EQ(mkfifo(path, 0666), 0); });
+  EXPECT_EQ(set_ssid(), 1u);
+  EXPECT_EQ(read_file(kProfile24), kNew);
+  EXPECT_TRUE(S_ISREG(status_of(kProfile24).st_mode));
+}
+
 TEST(ProfileLeftover, HardLinkInTheWayDoesNotReachItsOtherName) {
   write_file(kProfile24, kOld);
   write_file("/tmp/precious", "precious");
