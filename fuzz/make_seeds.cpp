@@ -90,9 +90,15 @@ static void write_lifecycles(const std::filesystem::path& directory) {
 }
 
 static void write_texts(const std::filesystem::path& directory) {
-  const std::string texts[] = {
-      "a\nSSID1=b",          "'; reboot #",          "%s%n%x", "a;b;c", "\xff\xfe",
-      std::string(300, 'x'), std::string(1600, '='), ""};
+  const std::string texts[] = {"a\nSSID1=b",
+                               "'; reboot #",
+                               "%s%n%x",
+                               "a;b;c",
+                               "\xff\xfe",
+                               "\x1b[2J\x01\x1f\x7f\xc2\x9b",
+                               std::string(300, 'x'),
+                               std::string(1600, '='),
+                               ""};
   int number = 0;
   for (const std::string& text : texts) {
     write_seed(directory, "text" + std::to_string(number++),
