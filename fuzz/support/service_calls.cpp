@@ -36,8 +36,14 @@ constexpr size_t kSizeOf<void> = 0;
 
 const std::vector<procedure_filters>& procedures() {
   static const std::vector<procedure_filters> kTable = {
-#define PROCEDURE(number, name, stub, argument, members, payload, ...) \
-  {number, #name, FILTER(xdr_##argument), kSizeOf<argument>, RESULT_##payload},
+#define PROCEDURE(number, name, stub, argument, members, payload, size, ...) \
+  {number,                                                                   \
+   #name,                                                                    \
+   FILTER(xdr_##argument),                                                   \
+   kSizeOf<argument>,                                                        \
+   RESULT_##payload,                                                         \
+   result_shape::payload,                                                    \
+   size},
 #include "rpc/procedures.def"
   };
   return kTable;
@@ -227,6 +233,32 @@ static reply_status deserved(const call_header& call) {
   return decodes(row->argument, row->argument_size, call.arguments, &left) ? kSuccess : kGarbage;
 }
 
+// Of a record: the status, words behind their number, data behind its length.
+static bool has_shape(const procedure_filters& row, std::string_view result) {
+  uint32_t code = 0;
+  uint32_t words = 0;
+  uint32_t data = 0;
+  take_word(&result, &code);
+  take_word(&result, &words);
+  result.remove_prefix(std::min<size_t>(result.size(), size_t{4} * words));
+  take_word(&result, &data);
+  switch (row.shape) {
+    case result_shape::CODE:
+      return true;
+    case result_shape::INT:
+      return words == 4 && data == 0;
+    case result_shape::WORDS:
+      return words == row.shape_size && data == 0;
+    case result_shape::IMAGE:
+      return words == 0 && data == row.shape_size;
+    case result_shape::TEXT:
+      return words == 0 && data > 0 && result.find('\0') == data - 1;
+    case result_shape::NONE:
+      return words == 0 && data == 0;
+  }
+  return false;
+}
+
 static void check_result(const call_header& call, std::string_view result) {
   const procedure_filters* row = find_filters(call.procedure);
   if (call.procedure == NULLPROC) {
@@ -237,6 +269,7 @@ static void check_result(const call_header& call, std::string_view result) {
   if (!decodes(row->result, row->result_size, result, &left) || left != 0) {
     broken("the reply of %s does not decode, %zu bytes are left", row->name, left);
   }
+  if (!has_shape(*row, result)) broken("the reply of %s has another shape", row->name);
 }
 
 static void check_reply(const call_header& call, std::string_view reply) {

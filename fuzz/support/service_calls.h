@@ -11,6 +11,9 @@
 // from a datagram to the dispatcher, and every check of a reply that does not
 // depend on what a procedure means.
 
+// As the table's column has them.
+enum class result_shape { CODE, INT, TEXT, WORDS, IMAGE, NONE };
+
 struct procedure_filters {
   uint32_t number;
   const char* name;
@@ -18,6 +21,8 @@ struct procedure_filters {
   size_t argument_size;
   xdrproc_t result;
   size_t result_size;
+  result_shape shape;
+  uint32_t shape_size;  // of words and images, in bytes
 };
 
 // In the order of their numbers.
