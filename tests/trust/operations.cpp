@@ -26,12 +26,14 @@ static bool is_sequence(uint32_t number) {
 namespace {
 
 // Words that make a procedure do more than its example does, and what is to be in place:
-// a call of the same procedure with other words, or a shell command.
+// a call with other words, of the same procedure where no other is named, or a shell
+// command.
 struct other_words {
   const char* procedure;
   std::vector<std::string> words;
   std::vector<std::string> before;
   const char* command;
+  const char* procedure_before = nullptr;
 };
 
 }  // namespace
@@ -55,6 +57,7 @@ static const other_words kOtherWords[] = {
     {"wlan_set_hnc_steer_sta_type", {"3", "2"}, {}, nullptr},
     {"wlan_set_hnc_steer_sta_type", {"3", "3"}, {}, nullptr},
     {"wlan_set_bs_enable", {"0"}, {"1"}, nullptr},
+    {"wlan_get_ap_scan_status", {"1"}, {"1"}, nullptr, "wlan_ap_scan"},
     {"hnc_set_enable", {"1", "0"}, {}, nullptr},
     {"hnc_set_enable", {"1", "1"}, {}, "rm -f /nvram/hnc_enable"},
     {"wlan_set_prek_operation",
@@ -105,7 +108,8 @@ static operation operation_of(const procedure_row& procedure, const std::string&
     text += " " + word;
   operation one = operation_of(procedure, text, other.words);
   const other_words* row = &other;
-  const procedure_row* before = &procedure;
+  const procedure_row* before =
+      other.procedure_before == nullptr ? &procedure : lookup_name(other.procedure_before);
   one.prepare = [row, before] {
     prepare_procedure();
     if (!row->before.empty()) serve_undisturbed(encode(*before, row->before));
@@ -115,12 +119,19 @@ static operation operation_of(const procedure_row& procedure, const std::string&
   return one;
 }
 
+// What its example does depends on what was called before.
+static bool needs_another(const std::string& name) {
+  return std::any_of(std::begin(kOtherWords), std::end(kOtherWords), [&](const other_words& other) {
+    return name == other.procedure && other.procedure_before;
+  });
+}
+
 std::vector<operation> procedure_operations() {
   std::vector<operation> all;
   for (const procedure_row& procedure : table_procedures()) {
     if (is_sequence(procedure.number)) continue;
     const std::string name = lookup_display_name(procedure);
-    all.push_back(operation_of(procedure, name, example_of(procedure)));
+    if (!needs_another(name)) all.push_back(operation_of(procedure, name, example_of(procedure)));
     for (const other_words& other : kOtherWords) {
       if (name == other.procedure) all.push_back(operation_of(procedure, name, other));
     }

@@ -26,6 +26,7 @@ struct course {
   answer usual;
   std::set<std::string> makes;  // files
   std::string interfaces;       // that its preparation leads to, or the next call
+  int calls;                    // that the service makes
 };
 
 // How one run with a failure went.
@@ -191,19 +192,35 @@ static bool try_failure(const course& run, const planned& plan, int* choices) {
   return true;
 }
 
+// A failure must not change what is failed next: up to the last call there is one to fail
+// each time, with each of its errors. How often a sequence looks for what it waits for
+// is chance.
+static void expect_hit(const course& run, const planned& plan, bool hit) {
+  if (hit || run.op->sequence || plan.call.nth > run.calls) return;
+  complain(run, plan, "nothing failed",
+           "of its " + std::to_string(run.calls) + " calls this one was not made again");
+}
+
 static void sweep_all_calls(const course& run, role where) {
-  for (int nth = 1;; ++nth) {
+  bool more = true;
+  for (int nth = 1; more; ++nth) {
     int choices = 1;
     for (int choice = 0; choice < choices; ++choice) {
-      const bool hit = try_failure(run, {{where, nth, choice}, 0}, &choices);
-      if (!hit && choice == 0) return;
+      const planned plan = {{where, nth, choice}, 0};
+      const bool hit = try_failure(run, plan, &choices);
+      expect_hit(run, plan, hit);
+      more = more && (hit || choice > 0);
     }
   }
 }
 
 // A different error each turn.
 static void sweep_each_call_once(const course& run, role where, int turn) {
-  for (int nth = 1; try_failure(run, {{where, nth, turn + nth}, 0}, nullptr); ++nth) {
+  bool hit = true;
+  for (int nth = 1; hit; ++nth) {
+    const planned plan = {{where, nth, turn + nth}, 0};
+    hit = try_failure(run, plan, nullptr);
+    expect_hit(run, plan, hit);
   }
 }
 
@@ -237,6 +254,7 @@ static void learn(course* run) {
     run->before = read_profiles();
     const footprint before = take_footprint();
     run->usual = serve_undisturbed(run->op->call);
+    run->calls = static_cast<int>(calls_made(role::kServer).size());
     if (!run->op->expensive) run->interfaces = interface_states();
     run->after = read_profiles();
     for (const std::string& file : take_footprint().files) {
@@ -263,7 +281,7 @@ tally sweep_operation(const operation& op, extent how_much, int turn) {
   tally counts = {};
   counts.name = op.name;
   is_prepared = false;
-  course run = {&op, &counts, {}, {}, {}, {}, ""};
+  course run = {&op, &counts, {}, {}, {}, {}, "", 0};
   learn(&run);
   counts.code = run.usual.code;
   for (const role where : {role::kServer, role::kWorker}) {
