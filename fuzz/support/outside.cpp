@@ -1,7 +1,6 @@
 #include "support/outside.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cerrno>
 #include <cstring>
 
@@ -128,7 +127,7 @@ void must_be_there(const void* start, size_t size) {
 static ssize_t read_console(void*, const char* bytes, size_t size) {
   static bool in_colour;
   for (const char c : std::string_view(bytes, size)) {
-    if (in_colour && (isdigit(c) != 0 || c == '[' || c == ';')) continue;
+    if (in_colour && strchr("0123456789[;", c) != nullptr && c != '\0') continue;
     if (in_colour && c != 'm') broken("an escape sequence is printed that is no colour");
     const auto byte = static_cast<uint8_t>(c);
     in_colour = c == '\033';
