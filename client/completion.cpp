@@ -84,7 +84,7 @@ std::string chooser() {
          "    last=$word\n"
          "    if [ $skip = 1 ]; then [ \"$word\" = '=' ] || skip=0; continue; fi\n"
          "    case $procedure/$word in\n"
-         "      /--host|/--port|/--timeout|*/--every|*/--count|ping/--wait) skip=1 ;;\n"
+         "      /--host|/--port|/--timeout|*/--every|*/--count) skip=1 ;;\n"
          "      /-*) ;;\n"
          "      /watch) watch=yes ;;\n"
          "      /*) procedure=$word ;;\n"
