@@ -68,11 +68,13 @@ std::string field_lines(std::span<const payload_field> fields, size_t margin) {
   std::string out;
   const size_t indent = margin + 6 + kTypeColumn + name_width(fields) + 2;
   for (const payload_field& field : fields) {
-    const std::string unit = *field.unit == '\0' ? "" : std::string(" [") + field.unit + "]";
     const std::string place =
         text_format("%4u  %-*s", field.offset, kTypeColumn, describe_field(field).c_str());
-    out += std::string(margin, ' ') + place + pad(field.name, indent - margin - place.size()) +
-           text_wrap(field.meaning + unit, kWidth, indent, indent) + "\n";
+    const std::string meaning = describe_meaning(field.meaning, field.unit);
+    const std::string head = std::string(margin, ' ') + place;
+    out += meaning.empty()
+               ? head + field.name + "\n"
+               : pad(head + field.name, indent) + text_wrap(meaning, kWidth, indent, indent) + "\n";
   }
   return out;
 }
@@ -172,11 +174,15 @@ std::string describe_field(const payload_field& field) {
   }
 }
 
+std::string describe_meaning(const char* meaning, const char* unit) {
+  if (*unit == '\0') return meaning;
+  return std::string(meaning) + (*meaning != '\0' ? " [" : "[") + unit + "]";
+}
+
 static std::string describe_value(const value_meaning& value) {
   std::string out = "a return code and an integer";
-  if (*value.meaning != '\0') out += std::string(": ") + value.meaning;
-  if (*value.unit != '\0') out += std::string(" [") + value.unit + "]";
-  return out;
+  const std::string meaning = describe_meaning(value.meaning, value.unit);
+  return meaning.empty() ? out : out + (*value.meaning != '\0' ? ": " : " ") + meaning;
 }
 
 std::string describe_result(const procedure_row& procedure) {

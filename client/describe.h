@@ -23,6 +23,9 @@ std::string describe_type(const argument_spec& argument);
 // "u32", "text[18]", "rate", ...: a field of a record.
 std::string describe_field(const payload_field& field);
 
+// What a value means and its unit: "MEANING [UNIT]", or the one that is there.
+std::string describe_meaning(const char* meaning, const char* unit);
+
 // What is printed when the call succeeds.
 std::string describe_result(const procedure_row& procedure);
 

@@ -127,8 +127,8 @@ ordered_json describe_fields(std::span<const payload_field> fields) {
     ordered_json object = {{"name", field.name},
                            {"offset", field.offset},
                            {"bytes", payload_width(field)},
-                           {"type", describe_field(field)},
-                           {"meaning", field.meaning}};
+                           {"type", describe_field(field)}};
+    if (*field.meaning != '\0') object["meaning"] = field.meaning;
     if (*field.unit != '\0') object["unit"] = field.unit;
     list.push_back(object);
   }

@@ -11,10 +11,10 @@ using enum field_type;
 // The driver keeps byte counters before packet counters and what it sent before
 // what it received.
 constexpr payload_field kBasicStats[] = {
-    {"bytes_sent", kCounter32, 0, 0, "B", "", "bytes sent"},
-    {"bytes_received", kCounter32, 4, 0, "B", "", "bytes received"},
-    {"packets_sent", kCounter32, 8, 0, "", "", "packets sent"},
-    {"packets_received", kCounter32, 12, 0, "", "", "packets received"},
+    {"bytes_sent", kCounter32, 0, 0, "B", "", ""},
+    {"bytes_received", kCounter32, 4, 0, "B", "", ""},
+    {"packets_sent", kCounter32, 8, 0, "", "", ""},
+    {"packets_received", kCounter32, 12, 0, "", "", ""},
     {"associations", kU32, 16, 0, "", "", "stations associated with the BSS"},
 };
 
@@ -34,6 +34,7 @@ constexpr payload_field kStats[] = {
     {"bytes_received", kCounter32, 48, 0, "B", "", "received by a radio; 0 of a BSS"},
     {"packets_sent", kCounter32, 52, 0, "", "", "sent by a radio; 0 of a BSS"},
     {"packets_received", kCounter32, 56, 0, "", "", "received by a radio; 0 of a BSS"},
+    {"reserved", kU32, 60, 0, "", "", "always 0"},
 };
 
 constexpr payload_field kBytesSent[] = {{"bytes_sent", kCounter64, 0, 0, "B", "", "sent so far"}};
@@ -46,7 +47,7 @@ constexpr payload_field kRxPackets[] = {
 constexpr payload_field kChannelStatistics[] = {
     {"channel_busy", kI32, 0, 0, "%", "", "share of time that the channel is busy; -1: unknown"},
     {"ap_activity", kI32, 4, 0, "%", "", "share of time that this AP is active; -1: unknown"},
-    {"busy_time", kI32, 8, 0, "%", "", "busy time; -1: unknown"},
+    {"busy_time", kI32, 8, 0, "%", "", "-1: unknown"},
 };
 
 constexpr payload_field kNoiseFloor[] = {
@@ -61,8 +62,8 @@ constexpr payload_field kRssiEntry[] = {
 constexpr payload_rows kRssiTable = {"entries", kAllRows, 0, 8, 37, kRssiEntry};
 
 constexpr payload_field kBssidPort[] = {
-    {"bssid", kMac, 0, 0, "", "", "BSSID"},
-    {"port", kU16, 6, 0, "", "", "port"},
+    {"bssid", kMac, 0, 0, "", "", ""},
+    {"port", kU16, 6, 0, "", "", ""},
 };
 
 constexpr payload_field kDot11u[] = {
@@ -74,32 +75,32 @@ constexpr payload_field kDot11u[] = {
 };
 
 constexpr payload_field kAssocDevice[] = {
-    {"mac_address", kText, 0, 18, "", "", "MAC address"},
-    {"host_name", kText, 18, 64, "", "", "host name"},
-    {"ip_address", kText, 82, 45, "", "", "IP address"},
+    {"mac_address", kText, 0, 18, "", "", ""},
+    {"host_name", kText, 18, 64, "", "", ""},
+    {"ip_address", kText, 82, 45, "", "", ""},
     {"standard", kText, 127, 17, "", "", "802.11 standard"},
-    {"authenticated", kFlag, 144, 0, "", "", "authenticated"},
+    {"authenticated", kFlag, 144, 0, "", "", ""},
     {"associated_seconds", kU32, 148, 0, "s", "", "time since the association"},
     {"tx_rate", kU32, 152, 0, "", "", "transmit rate"},
     {"rx_rate", kU32, 156, 0, "", "", "receive rate"},
     {"max_rate", kU32, 160, 0, "", "", "highest rate"},
     {"rssi", kI32, 164, 0, "dBm", "", "signal"},
-    {"packets_sent", kCounter32, 168, 0, "", "", "packets sent"},
-    {"packets_received", kCounter32, 172, 0, "", "", "packets received"},
-    {"association_id", kU16, 176, 0, "", "", "association id"},
-    {"bytes_sent", kCounter32, 180, 0, "B", "", "bytes sent"},
-    {"bytes_received", kCounter32, 184, 0, "B", "", "bytes received"},
+    {"packets_sent", kCounter32, 168, 0, "", "", ""},
+    {"packets_received", kCounter32, 172, 0, "", "", ""},
+    {"association_id", kU16, 176, 0, "", "", ""},
+    {"bytes_sent", kCounter32, 180, 0, "B", "", ""},
+    {"bytes_received", kCounter32, 184, 0, "B", "", ""},
     {"retries", kU32, 188, 0, "", "", "retransmissions"},
-    {"power_save", kU8, 192, 0, "", "", "power save"},
-    {"noise", kI32, 196, 0, "dBm", "", "noise"},
-    {"ssid", kText, 200, 32, "", "", "SSID"},
+    {"power_save", kU8, 192, 0, "", "", ""},
+    {"noise", kI32, 196, 0, "dBm", "", ""},
+    {"ssid", kText, 200, 32, "", "", ""},
 };
 
 // An entry of the driver's station table.
 constexpr payload_field kStation[] = {
     {"bss_position", kU8, 0, 0, "", "BSS", "position of its BSS within the radio, from 0"},
-    {"mac_address", kMac, 1, 0, "", "STATION", "MAC address"},
-    {"association_id", kU8, 7, 0, "", "AID", "association id"},
+    {"mac_address", kMac, 1, 0, "", "STATION", ""},
+    {"association_id", kU8, 7, 0, "", "AID", ""},
     {"power_save", kU8, 8, 0, "", "PS", "1: in power save"},
     {"mimo_power_save", kU8, 9, 0, "", "", "MIMO power save mode"},
     {"rssi_0", kI8, 10, 0, "dBm", "RSSI", "signal on the first chain"},
@@ -116,7 +117,7 @@ constexpr payload_rows kStations = {"stations", 0, 4, 40, 128, kStation};
 
 // As wlan_get_btm_associated_device packs it.
 constexpr payload_field kBtmStation[] = {
-    {"mac_address", kText, 40, 17, "", "STATION", "MAC address"},
+    {"mac_address", kText, 40, 17, "", "STATION", ""},
     {"rssi", kI32, 0, 0, "dBm", "RSSI", "strongest of its chains; -127: none is plausible"},
     {"downlink_rate", kRate1024, 4, 0, "kbit/s", "DOWN",
      "rate of the last packet to it; 1024 a Mbit"},
@@ -137,8 +138,8 @@ constexpr payload_rows kBtmStations = {"stations", 0, 4, 76, 32, kBtmStation};
 // The driver's own entries, passed on as they are. The layout is that of the
 // simulated driver: to be held against hardware here, and only here.
 constexpr payload_field kNeighbour[] = {
-    {"bssid", kMac, 0, 0, "", "BSSID", "BSSID"},
-    {"channel", kU8, 6, 0, "", "CH", "channel"},
+    {"bssid", kMac, 0, 0, "", "BSSID", ""},
+    {"channel", kU8, 6, 0, "", "CH", ""},
     {"rssi", kI8, 7, 0, "dBm", "RSSI", "signal"},
     {"ssid", kText, 8, 33, "", "SSID", "network name"},
     {"security", kText, 41, 23, "", "SECURITY", "authentication and encryption"},
@@ -148,7 +149,7 @@ constexpr payload_rows kNeighbours = {"networks", 0, 4, 100, 64, kNeighbour};
 constexpr payload_field kSurvey[] = {
     {"driver_data", kBytes, 6404, 360, "", "", "the driver's own, behind its entries"}};
 
-constexpr payload_field kMacText[] = {{"mac_address", kText, 0, 18, "", "", "MAC address"}};
+constexpr payload_field kMacText[] = {{"mac_address", kText, 0, 18, "", "", ""}};
 
 constexpr payload_field kNonAssoc[] = {
     {"valid", kFlag, 0, 0, "", "", "0: the station was not seen"},
@@ -170,34 +171,34 @@ constexpr payload_rows kSteerEvents = {"events", 1152, 0, 36, 32, kSteerEvent};
 // the real one here, and only here.
 constexpr payload_field kExtender[] = {
     {"index", kU32, 0, 0, "", "", "row of the table"},
-    {"mac_address", kText, 4, 24, "", "", "MAC address"},
-    {"device_name", kText, 28, 240, "", "", "device name"},
-    {"status", kU32, 268, 0, "", "", "status"},
-    {"active", kFlag, 272, 0, "", "", "active"},
-    {"manufacturer", kText, 276, 160, "", "", "manufacturer"},
-    {"model_name", kText, 436, 160, "", "", "model name"},
-    {"model_number", kText, 596, 160, "", "", "model number"},
-    {"serial_number", kText, 756, 160, "", "", "serial number"},
+    {"mac_address", kText, 4, 24, "", "", "of the extender"},
+    {"device_name", kText, 28, 240, "", "", "for people; hnc_set_hne_device_name sets it"},
+    {"status", kU32, 268, 0, "", "", "as the controller counts it"},
+    {"active", kFlag, 272, 0, "", "", ""},
+    {"manufacturer", kText, 276, 160, "", "", ""},
+    {"model_name", kText, 436, 160, "", "", ""},
+    {"model_number", kText, 596, 160, "", "", ""},
+    {"serial_number", kText, 756, 160, "", "", ""},
     {"last_sync_attempt", kTime, 916, 0, "", "", "last attempt to synchronise it"},
-    {"software_version", kText, 920, 128, "", "", "software version"},
-    {"uplink_type", kI32, 1048, 0, "", "", "type of its uplink"},
-    {"uplink_rate", kI32, 1052, 0, "Mbit/s", "", "rate of its uplink"},
+    {"software_version", kText, 920, 128, "", "", ""},
+    {"uplink_type", kI32, 1048, 0, "", "", "as the controller counts it"},
+    {"uplink_rate", kI32, 1052, 0, "Mbit/s", "", ""},
     {"upgrade_available", kFlag, 1056, 0, "", "", "newer firmware is there"},
-    {"ip_address", kText, 1060, 16, "", "", "IP address"},
-    {"uplink_mac_address", kText, 1076, 24, "", "", "MAC address of its uplink"},
+    {"ip_address", kText, 1060, 16, "", "", ""},
+    {"uplink_mac_address", kText, 1076, 24, "", "", "of what it is connected to"},
     {"rssi", kI32, 1100, 0, "dBm", "", "signal of its uplink"},
-    {"last_error", kText, 1104, 132, "", "", "last error"},
-    {"description", kText, 1236, 256, "", "", "description"},
+    {"last_error", kText, 1104, 132, "", "", ""},
+    {"description", kText, 1236, 256, "", "", ""},
 };
 
 constexpr payload_field kSupported[] = {
     {"index", kI32, 0, 0, "", "", "row of the table"},
-    {"row_status", kI32, 4, 0, "", "", "status of the row"},
-    {"manufacturer", kText, 8, 64, "", "", "manufacturer"},
-    {"model_name", kText, 72, 64, "", "", "model name"},
-    {"model_number", kText, 136, 64, "", "", "model number"},
+    {"row_status", kI32, 4, 0, "", "", "as the controller counts it"},
+    {"manufacturer", kText, 8, 64, "", "", ""},
+    {"model_name", kText, 72, 64, "", "", ""},
+    {"model_number", kText, 136, 64, "", "", ""},
     {"firmware_url", kText, 200, 256, "", "", "where its firmware is"},
-    {"firmware_file_name", kText, 456, 256, "", "", "file name of the firmware"},
+    {"firmware_file_name", kText, 456, 256, "", "", ""},
     {"firmware_user_name", kText, 712, 256, "", "", "user name for it"},
     {"firmware_password", kText, 968, 256, "", "", "password for it"},
     {"update_time", kTime, 1224, 0, "", "", "when to update"},

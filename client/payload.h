@@ -38,7 +38,7 @@ struct payload_field {
   uint16_t width;       // bytes, of kText and kBytes; else 0
   const char* unit;     // "dBm", "s", ...; "" where there is none
   const char* heading;  // of the column in text output; "": in JSON only
-  const char* meaning;
+  const char* meaning;  // "" where the name says all that is known
 };
 
 // Rows of one shape within a record.

@@ -98,9 +98,10 @@ std::string fields_table(std::span<const payload_field> fields) {
   if (fields.empty()) return "";
   std::string out = "\n| offset | bytes | field | type | meaning |\n|---|---|---|---|---|\n";
   for (const payload_field& field : fields) {
-    const std::string unit = *field.unit == '\0' ? "" : std::string(", ") + field.unit;
+    const bool both = *field.meaning != '\0' && *field.unit != '\0';
+    const std::string meaning = std::string(field.meaning) + (both ? ", " : "") + field.unit;
     out += text_format("| %u | %u | `%s` | %s | %s |\n", field.offset, payload_width(field),
-                       field.name, type_name(field.type), cell(field.meaning + unit).c_str());
+                       field.name, type_name(field.type), cell(meaning).c_str());
   }
   return out;
 }

@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "describe.h"
 #include "lookup.h"
 #include "payload.h"
 
@@ -66,10 +67,8 @@ ordered_json field_schema(field_type type) {
 }
 
 std::string description(const payload_field& field) {
-  std::string text = field.meaning;
-  if (*field.unit != '\0') text = text + " [" + field.unit + "]";
-  if (field.type == field_type::kTime) text += " [s since the epoch]";
-  return text;
+  const bool time = field.type == field_type::kTime;
+  return describe_meaning(field.meaning, time ? "s since the epoch" : field.unit);
 }
 
 ordered_json closed_object() {
@@ -91,7 +90,7 @@ ordered_json fields_schema(std::span<const payload_field> fields) {
     if (field.type == field_type::kText) add_text(object, field.name);
     ordered_json& property = object["properties"][field.name];
     property = field_schema(field.type);
-    property["description"] = description(field);
+    if (!description(field).empty()) property["description"] = description(field);
     object["required"].push_back(field.name);
   }
   return object;

@@ -90,6 +90,7 @@ local procedures = {
       {"bytes_received", "u", 48, 4},
       {"packets_sent", "u", 52, 4},
       {"packets_received", "u", 56, 4},
+      {"reserved", "u", 60, 4},
     }},
   [58] = {name = "wlan_get_assoc_devices_num", kind = "INT", size = 4, arguments = {{"bss", "i"}, }},
   [59] = {name = "wlan_get_assoc_device", kind = "IMAGE", size = 236, arguments = {{"bss", "i"}, {"device", "i"}, },

@@ -86,14 +86,59 @@ TEST(Describe, OneInWhole) {
             "\n"
             "Result\n"
             "  a return code and 2 words of 32 bits:\n"
-            "       0  MAC       bssid  BSSID\n"
-            "       6  u16       port   port\n"
+            "       0  MAC       bssid\n"
+            "       6  u16       port\n"
             "\n"
             "Example\n"
             "  wificonf wlan_get_bssid_port ra0\n");
   EXPECT_TRUE(contains(describe_procedure(*lookup_name("wlan_set_ssid")),
                        "\n  wificonf wlan_set_ssid 3 'Living room'\n"));
   EXPECT_TRUE(contains(describe_procedure(*lookup_name("wlan_init")), "\nArguments\n  none\n"));
+}
+
+// Letters and digits alone, in lower case.
+std::string bare(std::string_view text) {
+  std::string out;
+  for (const char c : text)
+    if (isalnum(static_cast<unsigned char>(c)) != 0)
+      out += static_cast<char>(tolower(static_cast<unsigned char>(c)));
+  return out;
+}
+
+TEST(Describe, NoMeaningRepeatsTheName) {
+  EXPECT_EQ(bare("MAC address"), bare("mac_address"));
+  for (const procedure_row& procedure : table_procedures()) {
+    const payload_layout* layout = payload_find(procedure);
+    if (layout == nullptr) continue;
+    std::vector<payload_field> fields(layout->fields.begin(), layout->fields.end());
+    if (layout->rows != nullptr)
+      fields.insert(fields.end(), layout->rows->fields.begin(), layout->rows->fields.end());
+    for (const payload_field& field : fields)
+      EXPECT_NE(bare(field.meaning), bare(field.name)) << procedure.name;
+  }
+}
+
+TEST(Describe, AMeaningIsThereWhenSomethingIsKnown) {
+  const std::string extender = describe_procedure(*lookup_name("hnc_get_hne_table_entry"));
+  EXPECT_TRUE(contains(extender, "\n     272  flag      active\n")) << extender;
+  EXPECT_TRUE(contains(extender, "\n    1052  i32       uplink_rate         [Mbit/s]\n"))
+      << extender;
+  EXPECT_TRUE(contains(extender, " signal of its uplink [dBm]\n")) << extender;
+  const auto fields =
+      nlohmann::json::parse(json_describe(*lookup_name("hnc_get_hne_table_entry")))["fields"];
+  EXPECT_FALSE(fields[4].contains("meaning")) << fields[4];
+  EXPECT_EQ(fields[16]["meaning"], "signal of its uplink");
+}
+
+TEST(Describe, EveryWordOfARecordHasAName) {
+  for (const procedure_row& procedure : table_procedures()) {
+    const payload_layout* layout = payload_find(procedure);
+    if (procedure.payload != payload_kind::WORDS || layout == nullptr) continue;
+    uint32_t named = layout->rows == nullptr ? 0 : layout->rows->stride * layout->rows->capacity;
+    for (const payload_field& field : layout->fields)
+      named += payload_width(field);
+    EXPECT_EQ(named, procedure.size) << procedure.name;
+  }
 }
 
 TEST(Describe, AMeaningMayDependOnTheProcedure) {

@@ -56,7 +56,8 @@ TEST(Layouts, CountersOfABss) {
     "broadcast_packets_sent": 4026531849, "broadcast_packets_received": 4026531850,
     "unknown_protocol_packets_received": 4026531851,
     "bytes_sent": 4026531852, "bytes_received": 4026531853,
-    "packets_sent": 4026531854, "packets_received": 4026531855})"));
+    "packets_sent": 4026531854, "packets_received": 4026531855,
+    "reserved": 4026531856})"));
   record basic = blank("wlan_get_basic_stats");
   for (size_t i = 0; i < 5; i++)
     basic.word(4 * i, 0xF0000001 + i);
