@@ -20,6 +20,10 @@ constexpr char kHead[] =
 
 constexpr char kCode[] = R"lua(}
 
+local statuses = {
+  [0] = "success", [1] = "program unavailable", [2] = "version mismatch",
+  [3] = "procedure unavailable", [4] = "garbage arguments", [5] = "system error"}
+
 local wlan_config = Proto("wlan_config", "Wi-Fi configuration")
 local f = {
   xid = ProtoField.uint32("wlan_config.xid", "Transaction", base.HEX),
@@ -27,9 +31,7 @@ local f = {
   number = ProtoField.uint32("wlan_config.number", "Number", base.DEC_HEX),
   procedure = ProtoField.string("wlan_config.procedure", "Procedure"),
   argument = ProtoField.string("wlan_config.argument", "Argument"),
-  accepted = ProtoField.uint32("wlan_config.accepted", "Accepted", base.DEC, {
-    [0] = "success", [1] = "program unavailable", [2] = "version mismatch",
-    [3] = "procedure unavailable", [4] = "garbage arguments", [5] = "system error"}),
+  accepted = ProtoField.uint32("wlan_config.accepted", "Accepted", base.DEC, statuses),
   code = ProtoField.int32("wlan_config.code", "Return code"),
   value = ProtoField.string("wlan_config.value", "Value"),
   field = ProtoField.string("wlan_config.field", "Field"),
@@ -94,6 +96,41 @@ local function number_of(bytes, signed)
   return tostring(signed and bytes:le_int() or bytes:le_uint())
 end
 
+-- The driver's rate word: bits 0-5 MCS, 7-8 bandwidth, 9 short guard interval, 13-15 PHY
+-- mode; of VHT, the modes from 4 on, bits 0-3 MCS and 4-5 streams less one.
+local CCK = {1000, 2000, 5500, 11000}
+local OFDM = {6000, 9000, 12000, 18000, 24000, 36000, 48000, 54000}
+local OFDM_OF_SIGNAL = {6, 4, 2, 0, 7, 5, 3, 1}
+local SUBCARRIERS = {52, 108, 234, 468}
+-- By MCS: coded bits, and the coding rate as a fraction.
+local SCHEMES = {{1, 1, 2}, {2, 1, 2}, {2, 3, 4}, {4, 1, 2}, {4, 3, 4},
+                 {6, 2, 3}, {6, 3, 4}, {6, 5, 6}, {8, 3, 4}, {8, 5, 6}}
+
+local function bits_of(word, first, count) return math.floor(word / 2 ^ first) % 2 ^ count end
+
+-- nil: there is no such rate
+local function mimo_kilobits(word, streams, mcs)
+  local scheme = SCHEMES[mcs + 1]
+  if not scheme then return nil end
+  local carried = SUBCARRIERS[bits_of(word, 7, 2) + 1] * streams * scheme[1]
+  local symbol = math.floor(carried * scheme[2] / scheme[3])
+  return bits_of(word, 9, 1) == 1 and math.floor(symbol * 2500 / 9) or symbol * 250
+end
+
+local function kilobits_of(word)
+  local mode, code = bits_of(word, 13, 3), bits_of(word, 0, 6)
+  if mode == 0 then return CCK[code % 4 + 1] end
+  if mode == 1 then return OFDM[(code < 8 and code or OFDM_OF_SIGNAL[code % 8 + 1]) + 1] end
+  if mode < 4 then return mimo_kilobits(word, math.floor(code / 8) + 1, code % 8) end
+  return mimo_kilobits(word, math.floor(code / 16) + 1, code % 16)
+end
+
+local function rate_of(word)
+  local kilobits = kilobits_of(word)
+  if not kilobits then return string.format("0x%04x (no such rate)", word) end
+  return string.format("0x%04x (%.1f Mbit/s)", word, math.floor((kilobits + 50) / 100) / 10)
+end
+
 local values = {
   u = function(bytes) return number_of(bytes, false) end,
   i = function(bytes) return number_of(bytes, true) end,
@@ -101,7 +138,7 @@ local values = {
   t = function(bytes) return '"' .. until_nul(bytes) .. '"' end,
   -- Never with a maker's name in place of bytes, as ether() has it.
   m = function(bytes) return bytes:bytes():tohex(true, ":") end,
-  r = function(bytes) return string.format("0x%04x", bytes:le_uint()) end,
+  r = function(bytes) return rate_of(bytes:le_uint()) end,
   e = function(bytes)
     local seconds = bytes:le_uint()
     return seconds == 0 and "-" or os.date("!%Y-%m-%d %H:%M:%SZ", seconds)
@@ -161,14 +198,26 @@ local function add_payload(tree, procedure, buffer, at)
   end
 end
 
-local function add_result(tree, procedure, buffer, at)
+local function add_result(tree, procedure, buffer, pinfo, at)
   tree:add(f.code, buffer(at, 4))
+  pinfo.cols.info:append(" -> " .. buffer(at, 4):int())
   if procedure.kind ~= "CODE" then add_payload(tree, procedure, buffer, at + 4) end
 end
 
-local function add_arguments(tree, procedure, buffer, at)
-  for _, argument in ipairs(procedure.arguments) do
+-- The first arguments stand in the Info column, too, and of a long one its beginning.
+local INFO_ARGUMENTS, INFO_CHARACTERS = 3, 40
+
+local function info_of(index, text)
+  if index > INFO_ARGUMENTS + 1 then return "" end
+  if index > INFO_ARGUMENTS then return " ..." end
+  if #text > INFO_CHARACTERS then return " " .. text:sub(1, INFO_CHARACTERS) .. "..." end
+  return " " .. text
+end
+
+local function add_arguments(tree, procedure, buffer, pinfo, at)
+  for index, argument in ipairs(procedure.arguments) do
     local text, next_at = readers[argument[2]](buffer, at, argument[3])
+    pinfo.cols.info:append(info_of(index, text))
     text = argument[1] .. ": " .. text
     tree:add(f.argument, buffer(at, next_at - at), text):set_text(text)
     at = next_at
@@ -178,8 +227,9 @@ end
 -- Behind the two authenticators of a call, the one of a reply.
 local function skip_auth(buffer, at) return at + 8 + padded(buffer(at + 4, 4):uint()) end
 
+-- Procedure 0, which does nothing, has the name of wificonf's command that calls it.
 local function name_of(number)
-  if number == 0 then return "null" end
+  if number == 0 then return "ping" end
   return procedures[number] and procedures[number].name or string.format("procedure %u", number)
 end
 
@@ -190,7 +240,8 @@ local function dissect_call(tree, buffer, pinfo, key)
   tree:add(f.procedure, buffer(20, 4), name_of(number))
   pinfo.cols.info = "Call " .. name_of(number)
   local procedure = procedures[number]
-  if procedure then add_arguments(tree, procedure, buffer, skip_auth(buffer, skip_auth(buffer, 24))) end
+  if not procedure then return end
+  add_arguments(tree, procedure, buffer, pinfo, skip_auth(buffer, skip_auth(buffer, 24)))
 end
 
 local function dissect_reply(tree, buffer, pinfo, key)
@@ -198,11 +249,16 @@ local function dissect_reply(tree, buffer, pinfo, key)
   local name = number and name_of(number) or "unknown procedure"
   pinfo.cols.info = "Reply " .. name
   tree:add(f.procedure, name):set_generated()
-  if buffer(8, 4):uint() ~= ACCEPTED then return end
+  if buffer(8, 4):uint() ~= ACCEPTED then
+    pinfo.cols.info:append(": denied")
+    return
+  end
   local at = skip_auth(buffer, 12)
   tree:add(f.accepted, buffer(at, 4))
+  local status = buffer(at, 4):uint()
+  if status ~= 0 then pinfo.cols.info:append(": " .. (statuses[status] or "status " .. status)) end
   local procedure = number and procedures[number]
-  if buffer(at, 4):uint() == 0 and procedure then add_result(tree, procedure, buffer, at + 4) end
+  if status == 0 and procedure then add_result(tree, procedure, buffer, pinfo, at + 4) end
 end
 
 local function is_ours(buffer)

@@ -29,6 +29,8 @@ constexpr char kHead[] =
     "in the byte string ends with a NUL. Records are the daemon's memory:\n"
     "little-endian, whatever the byte order of XDR around them.\n"
     "\n"
+    "Procedure 0 takes and answers nothing: `wificonf ping`.\n"
+    "\n"
     "\"Does nothing\" marks a procedure that is accepted and answered, but deliberately\n"
     "reads and changes nothing.\n";
 

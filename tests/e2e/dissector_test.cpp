@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <ctime>
 #include <nlohmann/json.hpp>
 #include <regex>
@@ -23,6 +24,8 @@ static constexpr char kErrors[] = "/tmp/tshark.err";
 // Procedures that nobody has: their calls mark begin and end of a capture.
 static constexpr uint32_t kFirst = 0x0FFFFF01;
 static constexpr uint32_t kLast = 0x0FFFFF02;
+
+static constexpr char kProtocol[] = " WLAN_CONFIG ";
 
 static constexpr char kMalformed[] = "[Expert Info (Error/Malformed): cut off or malformed]";
 
@@ -57,11 +60,12 @@ static void end_capture() {
   EXPECT_TRUE(wait_until([pid] { return kill(pid, 0) != 0; }));
 }
 
-// What the dissector shows of each packet of the capture, without indentation.
+// What the dissector shows of each packet of the capture, without indentation: first
+// "Info: " and what is in that column, then the details.
 static std::vector<std::string> dissected() {
   int status = -1;
   const std::string said = run("tshark -r " + std::string(kCapture) +
-                                   " -X lua_script:" DISSECTOR " -O wlan_config 2>" + kErrors,
+                                   " -X lua_script:" DISSECTOR " -P -O wlan_config 2>" + kErrors,
                                &status);
   EXPECT_EQ(status, 0) << read_file(kErrors);
   EXPECT_EQ(read_file(kErrors).find("Lua"), std::string::npos) << read_file(kErrors);
@@ -70,8 +74,13 @@ static std::vector<std::string> dissected() {
     end = std::min(said.find('\n', at), said.size());
     const std::string line = said.substr(at, end - at);
     const size_t text = line.find_first_not_of(' ');
-    if (line.starts_with("Frame ")) packets.emplace_back();
-    if (text != line.npos && text > 0) packets.back() += line.substr(text) + "\n";
+    const size_t protocol = line.find(kProtocol);
+    if (protocol != line.npos) {
+      const size_t info = line.find(' ', protocol + strlen(kProtocol)) + 1;  // behind the length
+      packets.push_back("Info: " + line.substr(info) + "\n");
+    } else if (text != line.npos && text > 0) {
+      packets.back() += line.substr(text) + "\n";
+    }
   }
   return packets;
 }
@@ -94,6 +103,57 @@ static std::string reply_of(const std::vector<std::string>& packets, const std::
   return first(with(with(packets, "Message: Reply (1)\n"), "[Procedure: " + name + "]\n"));
 }
 
+// Rates of all kinds.
+static constexpr struct {
+  const char* rate;  // as the gateway is told it
+  const char* shown;
+} kRates[] = {
+    {"VHT80 MCS9 NSS2 SGI", "0x8319 (866.7 Mbit/s)"},
+    {"VHT20 MCS8 NSS1", "0x8008 (78.0 Mbit/s)"},
+    {"VHT160 MCS4 NSS4", "0x81b4 (1404.0 Mbit/s)"},
+    {"HT40 MCS15 SGI", "0x428f (300.0 Mbit/s)"},
+    {"OFDM 54", "0x2007 (54.0 Mbit/s)"},
+    {"CCK 5.5", "0x0002 (5.5 Mbit/s)"},
+};
+
+static void add_stations_of_rates() {
+  for (size_t i = 0; i < std::size(kRates); ++i)
+    run("gwbox set station 02:00:5e:00:01:0" + std::to_string(i) +
+        " bss=1 'tx_rate=" + kRates[i].rate + "'");
+}
+
+static void expect_rates(const std::vector<std::string>& packets) {
+  const std::string table = reply_of(packets, "wlan_get_assoc_devices_table");
+  for (size_t i = 0; i < std::size(kRates); ++i) {
+    const size_t row = table.find("mac_address: 02:00:5e:00:01:0" + std::to_string(i) + "\n");
+    const size_t rate = table.find("tx_rate: ", row);
+    ASSERT_NE(rate, table.npos) << table;
+    EXPECT_EQ(table.substr(rate, table.find('\n', rate) - rate),
+              std::string("tx_rate: ") + kRates[i].shown);
+  }
+}
+
+// The Info column of the first packet that has a text.
+static std::string info_of(const std::vector<std::string>& packets, const std::string& text) {
+  const std::string packet = first(with(packets, text));
+  return packet.substr(0, packet.find('\n'));
+}
+
+static void expect_known_infos(const std::vector<std::string>& packets) {
+  EXPECT_EQ(info_of(packets, "Procedure: wlan_set_ssid\n"),
+            "Info: Call wlan_set_ssid 1 \"caf\\xc3\\xa9 \"7\"\"");
+  EXPECT_EQ(info_of(packets, "[Procedure: wlan_set_ssid]\n"), "Info: Reply wlan_set_ssid -> 0");
+  EXPECT_EQ(info_of(packets, "Procedure: wlan_get_wps_result_status\n"),
+            "Info: Call wlan_get_wps_result_status 1");
+  // A text of 64 hexadecimal digits is cut behind 40 characters, its quote one of them.
+  EXPECT_EQ(info_of(packets, "Procedure: wlan_set_pre_shared_key\n"),
+            "Info: Call wlan_set_pre_shared_key 3 1 \"0123456789abcdef0123456789abcdef0123456...");
+  EXPECT_EQ(info_of(packets, "Procedure: hnc_set_hne_table_entry\n"),
+            "Info: Call hnc_set_hne_table_entry 1 1 1 ...");
+  EXPECT_EQ(info_of(packets, "Return code: -1\n").substr(0, 12), "Info: Reply ");
+  EXPECT_TRUE(info_of(packets, "Return code: -1\n").ends_with(" -> -1"));
+}
+
 // The lines from one on, without that of the time since the station came.
 static std::string lines_from(const std::string& packet, const std::string& line, int count) {
   size_t end = packet.find(line);
@@ -113,6 +173,7 @@ static void make_known_calls() {
   start_capture();
   run("gwbox set station 02:00:5e:00:00:77 bss=1 'rssi=[-61,-63]' 'tx_rate=HT20 MCS15 SGI' "
       "'rx_rate=HT20 MCS7' btm=true start.tx_packets=1000 start.tx_bytes=70000");
+  add_stations_of_rates();
   run("wificonf wlan_get_assoc_devices_table 1; wificonf wlan_get_btm_associated_device 1;"
       "wificonf wlan_set_ssid 1 \"$(printf 'caf\\303\\251 \"7\"')\"; wificonf "
       "wlan_get_bss_hnc_service 1");
@@ -138,8 +199,8 @@ static void expect_known_answers(const std::vector<std::string>& packets) {
             "rssi_1: -63\n"
             "rssi_2: 0\n"
             "rssi_3: 0\n"
-            "tx_rate: 0x420f\n"
-            "rx_rate: 0x4007\n"
+            "tx_rate: 0x420f (144.4 Mbit/s)\n"
+            "rx_rate: 0x4007 (65.0 Mbit/s)\n"
             "packets_sent: 1000\n"
             "failures: 0\n");
   EXPECT_EQ(lines_from(reply_of(packets, "wlan_get_btm_associated_device"),
@@ -204,9 +265,10 @@ static std::string expected_value(const std::string& name, const ordered_json& v
   static const char* const kTimes[] = {"time", "last_sync_attempt", "update_time"};
   if (value.is_boolean()) return value.get<bool>() ? "yes" : "no";
   if (value.is_object()) {  // a rate
-    char word[16];
-    snprintf(word, sizeof word, "0x%04x", value["word"].get<unsigned>());
-    return word;
+    char rate[64];
+    snprintf(rate, sizeof rate, "0x%04x (%.1f Mbit/s)", value["word"].get<unsigned>(),
+             value["mbit_s"].get<double>());
+    return rate;
   }
   if (value.is_number() &&
       std::find(std::begin(kTimes), std::end(kTimes), name) != std::end(kTimes))
@@ -289,6 +351,8 @@ TEST(Dissector, DecodesEveryCallAndReply) {
     expect_as_wificonf_says(packets, call);
   EXPECT_EQ(first(with(packets, "Malformed")), "");
   expect_known_answers(packets);
+  expect_known_infos(packets);
+  expect_rates(packets);
 }
 
 namespace {
@@ -325,6 +389,7 @@ TEST(Dissector, SaysOfWhatIsCutOffThatItIs) {
     send_datagram(xdr_word(0xABCD00 + i) + odd[i].bytes);
   send_datagram(call_message(22, "").substr(0, 8));
   send_datagram(call_message(22, "", 2, 100000));
+  run("wificonf ping");
   end_capture();
   const std::vector<std::string> packets = dissected();
   for (uint32_t i = 0; i < odd.size(); ++i) {
@@ -337,4 +402,11 @@ TEST(Dissector, SaysOfWhatIsCutOffThatItIs) {
   // The two that are nothing of ours, and five of those above.
   EXPECT_EQ(with(packets, kMalformed).size(), 7u);
   EXPECT_NE(first(with(packets, "Number: 268435202 (0x0fffff02)\n")), "");
+  EXPECT_EQ(info_of(packets, "Number: 268435202 (0x0fffff02)\n"), "Info: Call procedure 268435202");
+  EXPECT_EQ(info_of(packets, "[Procedure: procedure 268435202]\n"),
+            "Info: Reply procedure 268435202: procedure unavailable");
+  EXPECT_EQ(info_of(packets, "Number: 0 (0x00000000)\n"), "Info: Call ping");
+  EXPECT_EQ(info_of(packets, "[Procedure: ping]\n"), "Info: Reply ping");
+  EXPECT_EQ(info_of(packets, "[Procedure: wlan_set_ssid]\nAccepted: garbage arguments (4)\n"),
+            "Info: Reply wlan_set_ssid: garbage arguments");
 }
