@@ -118,14 +118,14 @@ static constexpr struct {
 
 static void add_stations_of_rates() {
   for (size_t i = 0; i < std::size(kRates); ++i)
-    run("gwbox set station 02:00:5e:00:01:0" + std::to_string(i) +
+    run("gwbox set station 02:00:5e:00:02:0" + std::to_string(i) +
         " bss=1 'tx_rate=" + kRates[i].rate + "'");
 }
 
 static void expect_rates(const std::vector<std::string>& packets) {
   const std::string table = reply_of(packets, "wlan_get_assoc_devices_table");
   for (size_t i = 0; i < std::size(kRates); ++i) {
-    const size_t row = table.find("mac_address: 02:00:5e:00:01:0" + std::to_string(i) + "\n");
+    const size_t row = table.find("mac_address: 02:00:5e:00:02:0" + std::to_string(i) + "\n");
     const size_t rate = table.find("tx_rate: ", row);
     ASSERT_NE(rate, table.npos) << table;
     EXPECT_EQ(table.substr(rate, table.find('\n', rate) - rate),
