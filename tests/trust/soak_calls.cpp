@@ -2,6 +2,8 @@
 
 #include <atomic>
 #include <cstring>
+#include <map>
+#include <mutex>
 
 #include "arguments.h"
 #include "meanings.h"
@@ -211,19 +213,17 @@ const soak_call& draw_call(int64_t n, std::mt19937& random, bool controller) {
 
 const soak_call& call_of(const std::string& procedure, const std::string& word) {
   static std::mutex mutex;
-  static std::vector<std::pair<std::string, soak_call*>> made;
+  static std::map<std::string, soak_call> made;
   const std::lock_guard<std::mutex> guard(mutex);
-  const std::string key = procedure + " " + word;
-  for (const auto& [name, call] : made) {
-    if (name == key) return *call;
-  }
+  soak_call& call = made[procedure + " " + word];
+  if (call.row != nullptr) return call;
   for (const procedure_row& row : table_procedures()) {
     if (procedure != row.name) continue;
     std::vector<std::string> words;
     if (!word.empty()) words.push_back(word);
-    made.emplace_back(key, new soak_call(call_with(row, words)));
+    call = call_with(row, words);
   }
-  return *made.back().second;
+  return call;
 }
 
 int64_t procedures_never_called() {
