@@ -16,6 +16,7 @@ set(optimised $<CONFIG:Release,RelWithDebInfo,MinSizeRel>)
 target_compile_options(hardening INTERFACE
   "$<${optimised}:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=3>" -fstack-protector-strong -fPIE)
 # Frames that skip the guard page; targets of jumps, on x86 and on 64-bit ARM.
+set(CMAKE_REQUIRED_FLAGS -Werror)  # clang only warns of what it does not use
 foreach(flag -fstack-clash-protection -fcf-protection -mbranch-protection=standard)
   string(MAKE_C_IDENTIFIER "WIFICONFD_HAS${flag}" known)
   check_compiler_flag(CXX ${flag} ${known})
@@ -23,6 +24,7 @@ foreach(flag -fstack-clash-protection -fcf-protection -mbranch-protection=standa
     target_compile_options(hardening INTERFACE ${flag})
   endif()
 endforeach()
+unset(CMAKE_REQUIRED_FLAGS)
 
 # At any address; what the linker fills in is bound at the start and then read-only;
 # nothing on the stack can be run.
