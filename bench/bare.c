@@ -156,9 +156,8 @@ int bare_command(int enable) {
 
 static void marker_tests(int count) {
   static const char* const kMarkers[] = {"/tmp/wlandbg", "/tmp/auto_debug/rpc_dbg_en"};
-  static volatile int found;
   for (int i = 0; i < count; ++i)
-    found += access(kMarkers[i % 2], F_OK) == 0;
+    (void)!access(kMarkers[i % 2], F_OK);
 }
 
 void bare_duties(unsigned procedure) {
