@@ -598,9 +598,33 @@ local called = {}  -- by ports and transaction: the number that was called
 
 local function padded(length) return length + (4 - length % 4) % 4 end
 
--- Printable, with every other byte as \xNN.
+-- Characters that are shown: printable ASCII and UTF-8, but for controls (C1) and marks
+-- that change the direction of writing.
+local CHARACTERS = {
+  "[\32-\126]", "\194[\160-\191]", "[\195-\215\217-\223][\128-\191]", "\216[\128-\155\157-\191]",
+  "\224[\160-\191][\128-\191]", "[\225\227-\236\238\239][\128-\191][\128-\191]",
+  "\226\128[\128-\141\144-\167\175-\191]", "\226\129[\128-\165\170-\191]",
+  "\226[\130-\191][\128-\191]", "\237[\128-\159][\128-\191]",
+  "\240[\144-\191][\128-\191][\128-\191]", "[\241-\243][\128-\191][\128-\191][\128-\191]",
+  "\244[\128-\143][\128-\191][\128-\191]"}
+
+local function character_at(text, at)
+  for _, pattern in ipairs(CHARACTERS) do
+    local character = text:match("^" .. pattern, at)
+    if character then return character end
+  end
+end
+
+-- Characters as they are, with every other byte as \xNN.
 local function safe(text)
-  return (text:gsub("[^\32-\126]", function(c) return string.format("\\x%02x", c:byte()) end))
+  if not text:find("[^\32-\126]") then return text end
+  local pieces, at = {}, 1
+  while at <= #text do
+    local character = character_at(text, at)
+    pieces[#pieces + 1] = character or string.format("\\x%02x", text:byte(at))
+    at = at + (character and #character or 1)
+  end
+  return table.concat(pieces)
 end
 
 local function until_nul(bytes)
@@ -732,16 +756,36 @@ local function words_to_bytes(buffer, at, size)
   return bytes:tvb("Record")
 end
 
-local function add_payload(tree, procedure, buffer, at)
+-- The first arguments, or the value, stand in the Info column, too, and of a long one its
+-- beginning.
+local INFO_ARGUMENTS, INFO_CHARACTERS = 3, 40
+
+local function beginning(text)
+  local characters = 0
+  for at in text:gmatch("()[^\128-\191]") do
+    characters = characters + 1
+    if characters > INFO_CHARACTERS then return text:sub(1, at - 1) .. "..." end
+  end
+  return text
+end
+
+-- A failure has no value that means something.
+local function add_value(tree, bytes, text, pinfo, code)
+  tree:add(f.value, bytes, text)
+  if code >= 0 then pinfo.cols.info:append(": " .. beginning(text)) end
+end
+
+local function add_payload(tree, procedure, buffer, pinfo, at)
+  local code = buffer(at - 4, 4):int()
   local words = buffer(at, 4):uint()
   local data_at = at + 4 + 4 * words
   local data, length = counted(buffer, data_at)
   if procedure.kind == "INT" and words > 0 then
-    tree:add(f.value, buffer(at + 4, 4), tostring(buffer(at + 4, 4):int()))
+    add_value(tree, buffer(at + 4, 4), tostring(buffer(at + 4, 4):int()), pinfo, code)
   elseif procedure.kind == "WORDS" and 4 * words >= procedure.size then
     add_record(tree, procedure, words_to_bytes(buffer, at + 4, procedure.size))
   elseif procedure.kind == "TEXT" and length > 0 then
-    tree:add(f.value, data, values.t(data))
+    add_value(tree, data, values.t(data), pinfo, code)
   elseif procedure.kind == "IMAGE" and length >= procedure.size then
     add_record(tree, procedure, data:tvb())
   end
@@ -750,17 +794,13 @@ end
 local function add_result(tree, procedure, buffer, pinfo, at)
   tree:add(f.code, buffer(at, 4))
   pinfo.cols.info:append(" -> " .. buffer(at, 4):int())
-  if procedure.kind ~= "CODE" then add_payload(tree, procedure, buffer, at + 4) end
+  if procedure.kind ~= "CODE" then add_payload(tree, procedure, buffer, pinfo, at + 4) end
 end
-
--- The first arguments stand in the Info column, too, and of a long one its beginning.
-local INFO_ARGUMENTS, INFO_CHARACTERS = 3, 40
 
 local function info_of(index, text)
   if index > INFO_ARGUMENTS + 1 then return "" end
   if index > INFO_ARGUMENTS then return " ..." end
-  if #text > INFO_CHARACTERS then return " " .. text:sub(1, INFO_CHARACTERS) .. "..." end
-  return " " .. text
+  return " " .. beginning(text)
 end
 
 local function add_arguments(tree, procedure, buffer, pinfo, at)
@@ -834,7 +874,10 @@ function wlan_config.dissector(buffer, pinfo, root)
   tree:add(f.type, buffer(4, 4))
   local dissect = is_call and dissect_call or dissect_reply
   local whole = pcall(dissect, tree, buffer, pinfo, key)
-  if not whole then tree:add_proto_expert_info(malformed) end
+  if not whole then
+    tree:add_proto_expert_info(malformed)
+    pinfo.cols.info:append(" [cut off]")
+  end
   return buffer:len()
 end
 

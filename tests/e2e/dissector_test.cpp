@@ -141,8 +141,15 @@ static std::string info_of(const std::vector<std::string>& packets, const std::s
 
 static void expect_known_infos(const std::vector<std::string>& packets) {
   EXPECT_EQ(info_of(packets, "Procedure: wlan_set_ssid\n"),
-            "Info: Call wlan_set_ssid 1 \"caf\\xc3\\xa9 \"7\"\"");
+            "Info: Call wlan_set_ssid 1 \"caf\xc3\xa9 \"7\"\"");
   EXPECT_EQ(info_of(packets, "[Procedure: wlan_set_ssid]\n"), "Info: Reply wlan_set_ssid -> 0");
+  EXPECT_EQ(info_of(packets, "[Procedure: wlan_get_hnc_action_frame_payload]\n"),
+            "Info: Reply wlan_get_hnc_action_frame_payload -> 1: \"caf\xc3\xa9 \"7\"\"");
+  // Seven of the scenario, and what was added.
+  EXPECT_EQ(info_of(packets, "[Procedure: wlan_get_assoc_devices_num]\n"),
+            "Info: Reply wlan_get_assoc_devices_num -> 0: 14");
+  EXPECT_EQ(info_of(packets, "[Procedure: wlan_get_assoc_devices_table]\n"),
+            "Info: Reply wlan_get_assoc_devices_table -> 0");
   EXPECT_EQ(info_of(packets, "Procedure: wlan_get_wps_result_status\n"),
             "Info: Call wlan_get_wps_result_status 1");
   // A text of 64 hexadecimal digits is cut behind 40 characters, its quote one of them.
@@ -174,9 +181,11 @@ static void make_known_calls() {
   run("gwbox set station 02:00:5e:00:00:77 bss=1 'rssi=[-61,-63]' 'tx_rate=HT20 MCS15 SGI' "
       "'rx_rate=HT20 MCS7' btm=true start.tx_packets=1000 start.tx_bytes=70000");
   add_stations_of_rates();
-  run("wificonf wlan_get_assoc_devices_table 1; wificonf wlan_get_btm_associated_device 1;"
-      "wificonf wlan_set_ssid 1 \"$(printf 'caf\\303\\251 \"7\"')\"; wificonf "
-      "wlan_get_bss_hnc_service 1");
+  run("name=\"$(printf 'caf\\303\\251 \"7\"')\";"
+      "wificonf wlan_get_assoc_devices_table 1; wificonf wlan_get_btm_associated_device 1;"
+      "wificonf wlan_set_ssid 1 \"$name\"; wificonf wlan_get_bss_hnc_service 1;"
+      "wificonf wlan_set_hnc_action_frame_payload 1 \"$name\";"
+      "wificonf wlan_get_hnc_action_frame_payload 1; wificonf wlan_get_assoc_devices_num 1");
 }
 
 static void expect_known_answers(const std::vector<std::string>& packets) {
@@ -184,7 +193,7 @@ static void expect_known_answers(const std::vector<std::string>& packets) {
             "Number: 22 (0x00000016)\n"
             "Procedure: wlan_set_ssid\n"
             "bss: 1\n"
-            "ssid: \"caf\\xc3\\xa9 \"7\"\"\n");
+            "ssid: \"caf\xc3\xa9 \"7\"\"\n");
   EXPECT_EQ(lines_from(reply_of(packets, "wlan_get_bss_hnc_service"), "Accepted", 3),
             "Accepted: success (0)\n"
             "Return code: 0\n"
@@ -359,32 +368,71 @@ namespace {
 
 struct odd_datagram {
   std::string bytes;  // behind the transaction
+  std::string info;
   std::string shown;
   bool malformed;
 };
 
 }  // namespace
 
+// Behind the transaction of a call that sets the name of BSS 3.
+static std::string set_ssid(const std::string& text) {
+  return call_message(22, xdr_word(3) + text).substr(sizeof(uint32_t));
+}
+
 static std::vector<odd_datagram> odd_datagrams() {
-  const std::string whole =
-      call_message(22, xdr_word(3) + xdr_text("Living room")).substr(sizeof(uint32_t));
-  const std::string lying =
-      call_message(22, xdr_word(3) + xdr_word(0xFFFFFFFF) + "Living room").substr(sizeof(uint32_t));
+  const std::string whole = set_ssid(xdr_text("Living room"));
+  const std::string lying = set_ssid(xdr_word(0xFFFFFFFF) + "Living room");
   const std::string reply = xdr_word(1) + xdr_word(0);
+  const std::string called = "Call wlan_set_ssid";
   return {
-      {whole, "bss: 3\nssid: \"Living room\"\n", false},
-      {whole.substr(0, whole.size() - 4), "bss: 3\n", true},
-      {whole.substr(0, whole.size() - 14), "bss: 3\n", true},
-      {whole.substr(0, 22), "Procedure: wlan_set_ssid\n", true},
-      {lying, "bss: 3\n", true},
-      {reply, "[Procedure: unknown procedure]\n", true},
+      {whole, called + " 3 \"Living room\"", "bss: 3\nssid: \"Living room\"\n", false},
+      {whole.substr(0, whole.size() - 4), called + " 3 [cut off]", "bss: 3\n", true},
+      {whole.substr(0, whole.size() - 14), called + " 3 [cut off]", "bss: 3\n", true},
+      {whole.substr(0, 22), called + " [cut off]", "Procedure: wlan_set_ssid\n", true},
+      {lying, called + " 3 [cut off]", "bss: 3\n", true},
+      {reply, "Reply unknown procedure [cut off]", "[Procedure: unknown procedure]\n", true},
   };
+}
+
+// Texts as bytes, and what is shown of them.
+static std::vector<odd_datagram> odd_texts() {
+  static const struct {
+    const char* bytes;
+    const char* shown;
+  } kTexts[] = {
+      {"\xe2\x82\xac \xf0\x9f\x93\xb6 \xd8\xb9", "\xe2\x82\xac \xf0\x9f\x93\xb6 \xd8\xb9"},
+      {"caf\xe9 \xe2\x82", "caf\\xe9 \\xe2\\x82"},            // no UTF-8, and cut off
+      {"\x1b[2J\x7f\xc2\x9b", "\\x1b[2J\\x7f\\xc2\\x9b"},     // controls
+      {"\xd8\x9c\xe2\x80\x8f", "\\xd8\\x9c\\xe2\\x80\\x8f"},  // direction of writing
+      {"\xe2\x80\xae\xe2\x81\xa6", "\\xe2\\x80\\xae\\xe2\\x81\\xa6"},
+      {"\xc0\xaf\xe0\x80\x80", "\\xc0\\xaf\\xe0\\x80\\x80"},  // overlong
+      {"\xed\xa0\x80", "\\xed\\xa0\\x80"},                    // surrogate
+      {"\xf4\x90\x80\x80", "\\xf4\\x90\\x80\\x80"},           // above U+10FFFF
+  };
+  std::vector<odd_datagram> odd;
+  for (const auto& text : kTexts) {
+    const std::string quoted = "\"" + std::string(text.shown) + "\"";
+    odd.push_back({set_ssid(xdr_text(text.bytes)), "Call wlan_set_ssid 3 " + quoted,
+                   "ssid: " + quoted + "\n", false});
+  }
+  // The quote and 39 characters of two bytes.
+  std::string many, most;
+  for (int i = 0; i < 50; ++i) {
+    many += "\xc3\xa9";
+    if (i < 39) most += "\xc3\xa9";
+  }
+  odd.push_back({set_ssid(xdr_text(many)), "Call wlan_set_ssid 3 \"" + most + "...",
+                 "ssid: \"" + many + "\"\n", false});
+  return odd;
 }
 
 TEST(Dissector, SaysOfWhatIsCutOffThatItIs) {
   start_daemon();
   start_capture();
-  const std::vector<odd_datagram> odd = odd_datagrams();
+  std::vector<odd_datagram> odd = odd_datagrams();
+  for (const odd_datagram& text : odd_texts())
+    odd.push_back(text);
   for (uint32_t i = 0; i < odd.size(); ++i)
     send_datagram(xdr_word(0xABCD00 + i) + odd[i].bytes);
   send_datagram(call_message(22, "").substr(0, 8));
@@ -396,6 +444,7 @@ TEST(Dissector, SaysOfWhatIsCutOffThatItIs) {
     char transaction[64];
     snprintf(transaction, sizeof transaction, "Transaction: 0x%08x\n", 0xABCD00 + i);
     const std::string packet = first(with(packets, transaction));
+    EXPECT_EQ(packet.substr(0, packet.find('\n')), "Info: " + odd[i].info) << transaction;
     EXPECT_NE(packet.find(odd[i].shown), std::string::npos) << transaction << packet;
     EXPECT_EQ(packet.find(kMalformed) != std::string::npos, odd[i].malformed) << packet;
   }
