@@ -65,8 +65,11 @@ TEST(Filters, EveryProceduresArgumentsAreWhatItsFilterReads) {
   for (const Row& row : kRows) {
     const procedure_row& procedure = *lookup_name(row.name);
     std::vector<std::string> given;
-    for (const argument_spec& argument : table_arguments(procedure))
-      given.push_back(meanings_find(procedure, argument.name)->example);
+    for (const argument_spec& argument : table_arguments(procedure)) {
+      const meaning_entry* meaning = meanings_find(procedure, argument.name);
+      ASSERT_NE(meaning, nullptr) << row.name << ": " << argument.name;
+      given.push_back(meaning->example);
+    }
     byte_string bytes, again;
     std::string error;
     ASSERT_TRUE(arguments_encode(procedure, given, bytes, error)) << error;
