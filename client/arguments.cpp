@@ -1,5 +1,6 @@
 #include "arguments.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
@@ -75,6 +76,14 @@ bool put(byte_string& bytes, const argument_spec& argument, std::string_view tex
   return false;
 }
 
+bool is_option(const std::string& word) {
+  return word.starts_with("--");
+}
+
+std::string option_hint(bool is_there) {
+  return is_there ? " (options go before the procedure)" : "";
+}
+
 std::string wrong_count(const procedure_row& procedure, const std::vector<argument_spec>& arguments,
                         const std::vector<std::string>& given) {
   std::string name = lookup_display_name(procedure);
@@ -83,14 +92,15 @@ std::string wrong_count(const procedure_row& procedure, const std::vector<argume
                           ? "takes no arguments"
                           : text_format("takes %zu argument%s", expected, expected == 1 ? "" : "s");
   std::string error = text_format("%s %s, %zu given", name.c_str(), takes.c_str(), given.size());
+  const auto option = std::find_if(given.begin(), given.end(), is_option);
+  const bool has_option = option != given.end();
   if (given.size() < expected) {
     const argument_spec& missing = arguments[given.size()];
-    return error + ": '" + missing.name + "' is missing, " + arguments_form(missing);
+    return error + ": '" + missing.name + "' is missing, " + arguments_form(missing) +
+           option_hint(has_option);
   }
-  const std::string& extra = given[expected];
-  error += ": " + text_quote(extra) + " is too many";
-  if (extra.starts_with("--")) error += " (options go before the procedure)";
-  return error;
+  const std::string& extra = has_option ? *option : given[expected];
+  return error + ": " + text_quote(extra) + " is too many" + option_hint(has_option);
 }
 
 }  // namespace
@@ -106,7 +116,8 @@ bool arguments_encode(const procedure_row& procedure, const std::vector<std::str
     const argument_spec& argument = arguments[i];
     if (put(bytes, argument, given[i])) continue;
     error = lookup_display_name(procedure) + ": argument '" + argument.name + "' takes " +
-            arguments_form(argument) + ", not " + text_quote(given[i]);
+            arguments_form(argument) + ", not " + text_quote(given[i]) +
+            option_hint(is_option(given[i]));
     return false;
   }
   return true;

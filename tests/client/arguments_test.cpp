@@ -100,9 +100,24 @@ TEST(Arguments, WrongCounts) {
   EXPECT_EQ(refused("wlan_get_ssid", {"3", "4"}),
             "wlan_get_ssid takes 1 argument, 2 given: '4' is too many");
   EXPECT_EQ(refused("wlan_init", {"3"}), "wlan_init takes no arguments, 1 given: '3' is too many");
-  EXPECT_NE(refused("wlan_get_ssid", {"3", "--json"}).find("before the procedure"),
-            std::string::npos);
   EXPECT_EQ(arguments_usage(*lookup_name("wlan_set_ssid")), "wificonf wlan_set_ssid BSS SSID");
+}
+
+TEST(Arguments, OptionsAmongThemAreToldWhereTheyGo) {
+  const std::string hint = " (options go before the procedure)";
+  EXPECT_EQ(refused("wlan_get_stats", {"1", "0", "--json"}),
+            "wlan_get_stats takes 2 arguments, 3 given: '--json' is too many" + hint);
+  EXPECT_EQ(refused("wlan_get_stats", {"--json", "1", "0"}),
+            "wlan_get_stats takes 2 arguments, 3 given: '--json' is too many" + hint);
+  EXPECT_EQ(refused("wlan_set_ssid", {"--json"}),
+            "wlan_set_ssid takes 2 arguments, 1 given: 'ssid' is missing, a text" + hint);
+  const std::string among = refused("wlan_get_stats", {"--json", "1"});
+  EXPECT_TRUE(among.ends_with("not '--json'" + hint)) << among;
+  // What begins like an option may be a text, and a negative number is none.
+  EXPECT_EQ(refused("wlan_get_stats", {"1", "-0x"}).find(hint), std::string::npos);
+  byte_string bytes;
+  std::string error;
+  EXPECT_TRUE(arguments_encode(*lookup_name("wlan_set_ssid"), {"3", "--json"}, bytes, error));
 }
 
 Words hne_record() {
