@@ -18,7 +18,7 @@ constexpr meaning_entry kMeanings[] = {
     {"WLAN_SET_CHANNEL_UTILIZATION_ENABLE", "enable", "measuring of the channel's utilization, 0: off, 1: on", "1", "0 1"},
     {"WLAN_SET_HNC_STEER_STA_MAC_ADDRESS", "mac_address", "MAC address of the station to steer, six hexadecimal pairs joined by colons", "00:11:22:33:44:55"},
     {"WLAN_SET_HNC_ACTION_FRAME_MAC_ADDRESS", "mac_address", "MAC address that the action frame goes to, six hexadecimal pairs joined by colons", "00:11:22:33:44:55"},
-    {"WLAN_SET_CUSTOM_SSID_STR", "ssid", "custom network name, up to 32 bytes", "Guest"},
+    {"WLAN_SET_CUSTOM_SSID_STR", "ssid", "custom network name", "Guest"},
     {"WLAN_GET_WPS_RESULT_STATUS", "bss", "radio, 1: 2.4 GHz, 9: 5 GHz; other indexes fail", "1", "1 9"},
     {"WLAN_SET_MAC_ADDRESS_CONTROL_ADD", "name", "accepted, shown in traces and not used", "phone"},
     {"WLAN_SET_WPS_MODE", "wps_mode", "accepted and not used", "on"},
@@ -64,8 +64,8 @@ constexpr meaning_entry kMeanings[] = {
     {nullptr, "wps_setup_lock", "on: WPS set-up is locked", "off"},
 
     // Names, keys and modes.
-    {nullptr, "ssid", "network name, up to 32 bytes", "Living room"},
-    {nullptr, "passphrase", "pass phrase, 8-63 characters, or 64 hexadecimal digits", "correct horse battery"},
+    {nullptr, "ssid", "network name, up to 32 bytes; the daemon stores longer ones as they are", "Living room"},
+    {nullptr, "passphrase", "pass phrase, 8-63 characters, or 64 hexadecimal digits; the daemon stores others as they are", "correct horse battery"},
     {nullptr, "pre_shared_key", "key, 64 hexadecimal digits", "0123456789abcdef0123456789abcdef0123456789abcdef0123456789abcdef"},
     {nullptr, "wep_key", "WEP key, 10 or 26 hexadecimal digits", "0123456789"},
     {nullptr, "wep_key_index", "number of the WEP key in use, 1-4", "1"},
@@ -94,7 +94,7 @@ constexpr meaning_entry kMeanings[] = {
     // WPS.
     {nullptr, "config_methods", "WPS methods, names joined by commas", "PushButton,PIN"},
     {nullptr, "device_password", "WPS device password (PIN), 4 or 8 digits", "12345670"},
-    {nullptr, "pin", "PIN of the station, 4 or 8 digits", "12345670"},
+    {nullptr, "pin", "PIN of the station, 4 or 8 digits; the daemon does not check it", "12345670"},
     {nullptr, "wps_config_timeout", "seconds that a WPS set-up may take", "120"},
     {nullptr, "wps_model_name", "model name that WPS announces", "Gateway"},
     {nullptr, "wps_uuid", "UUID of the WPS device", "12345678-1234-1234-1234-123456789abc"},
