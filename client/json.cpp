@@ -140,6 +140,7 @@ ordered_json describe_fields(std::span<const payload_field> fields) {
 nlohmann::ordered_json json_result(const procedure_row& procedure, const decoded_reply& reply) {
   ordered_json object = head(procedure);
   object["return_code"] = reply.code;
+  if (procedure.inert) object["inert"] = true;
   if (reply.code >= 0) put_payload(object, procedure, reply);
   return object;
 }

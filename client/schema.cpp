@@ -135,6 +135,13 @@ void add_value(ordered_json& object, const procedure_row& procedure) {
   object["then"] = {{"required", {"value"}}};
 }
 
+// Adds "inert" and requires it, of a procedure that does nothing alone.
+void add_inert(ordered_json& object, const procedure_row& procedure) {
+  if (!procedure.inert) return;
+  object["properties"]["inert"] = {{"const", true}, {"description", describe_note(procedure)}};
+  object["required"].push_back("inert");
+}
+
 }  // namespace
 
 std::string schema_of(const procedure_row& procedure) {
@@ -148,6 +155,7 @@ std::string schema_of(const procedure_row& procedure) {
   schema["properties"]["return_code"]["description"] = payload_codes(procedure);
   schema["properties"]["time"] = {{"type", "string"}, {"description", "of watch only"}};
   schema["required"] = {"procedure", "number", "return_code"};
+  add_inert(schema, procedure);
   add_value(schema, procedure);
   return schema.dump() + "\n";
 }

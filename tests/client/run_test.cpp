@@ -122,13 +122,13 @@ TEST(Run, ResultsAsJson) {
        R"({"procedure":"wlan_set_ssid","number":22,"return_code":0})"},
       {{"wlan_get_channel", "1"},
        words({0, 4, kMinusOne, 0, 0, 0, 0}),
-       R"({"procedure":"wlan_get_channel","number":16,"return_code":0,"value":-1})"},
+       R"({"procedure":"wlan_get_channel","number":16,"return_code":0,"inert":true,"value":-1})"},
       {{"wlan_get_ssid", "3"},
        data_record(1, std::string("a\"\\\x1b\xc3\xa9\0", 7)),
-       R"({"procedure":"wlan_get_ssid","number":21,"return_code":1,"value":"a\"\\\u001b\u00e9"})"},
+       R"({"procedure":"wlan_get_ssid","number":21,"return_code":1,"inert":true,"value":"a\"\\\u001b\u00e9"})"},
       {{"wlan_get_ssid", "3"},
        data_record(0, "\\\xff"),
-       R"({"procedure":"wlan_get_ssid","number":21,"return_code":0,"value":"\\\\\\xff","value_escaped":true})"},
+       R"({"procedure":"wlan_get_ssid","number":21,"return_code":0,"inert":true,"value":"\\\\\\xff","value_escaped":true})"},
       {{"wlan_get_channel_statistics", "1"},
        words({0, 4, 1, 2, kMinusOne, 9, 0}),
        R"({"procedure":"wlan_get_channel_statistics","number":238,"return_code":0,"value":{"channel_busy":1,"ap_activity":2,"busy_time":-1}})"},
@@ -164,7 +164,9 @@ TEST(Run, AFailureCodeIsStatus1AndNoValue) {
   Outcome json =
       run_against(0, words({0xfffffffb, 4, 6, 0, 0, 0, 0}), {"--json", "wlan_get_channel", "1"});
   EXPECT_EQ(json.status, kExitFailureCode);
-  EXPECT_EQ(json.out, "{\"procedure\":\"wlan_get_channel\",\"number\":16,\"return_code\":-5}\n");
+  EXPECT_EQ(
+      json.out,
+      "{\"procedure\":\"wlan_get_channel\",\"number\":16,\"return_code\":-5,\"inert\":true}\n");
 }
 
 TEST(Run, APositiveCodeOfAGetterLeavesTheValueAlone) {

@@ -26,12 +26,19 @@ TEST(Schema, EveryProcedureHasOne) {
         procedure.payload != payload_kind::CODE && procedure.payload != payload_kind::NONE;
     EXPECT_EQ(object["properties"].contains("value"), has_value) << procedure.name;
     EXPECT_EQ(object["additionalProperties"], false);
+    // "inert": true is in the answer of every procedure that does nothing, and of no other.
+    nlohmann::json required = {"procedure", "number", "return_code"};
+    if (procedure.inert) required.push_back("inert");
+    EXPECT_EQ(object["required"], required) << procedure.name;
+    EXPECT_EQ(object["properties"].contains("inert"), procedure.inert) << procedure.name;
+    if (procedure.inert) {
+      EXPECT_EQ(object["properties"]["inert"]["const"], true);
+    }
   }
 }
 
 TEST(Schema, ValueIsRequiredOfAnAnswerThatIsNoFailure) {
   const auto object = schema("wlan_get_channel");
-  EXPECT_EQ(object["required"], nlohmann::json({"procedure", "number", "return_code"}));
   EXPECT_EQ(object["if"]["properties"]["return_code"]["minimum"], 0);
   EXPECT_EQ(object["then"]["required"], nlohmann::json({"value"}));
   EXPECT_FALSE(schema("wlan_set_ssid").contains("then"));

@@ -43,14 +43,18 @@ TEST(Json, TheValidatorRefusesWhatTheSchemaDoesNotSay) {
     const char* answer;
     const char* complaint;
   } const cases[] = {
-      {R"({"procedure":"wlan_get_channel","number":16,"return_code":0,"value":"six"})",
+      {R"({"procedure":"wlan_get_channel","number":16,"return_code":0,"inert":true,"value":"six"})",
        "'six' is not of type 'integer'"},
-      {R"({"procedure":"wlan_get_channel","number":16,"return_code":0})",
+      {R"({"procedure":"wlan_get_channel","number":16,"return_code":0,"inert":true})",
        "'value' is a required property"},
-      {R"({"procedure":"wlan_get_channel","number":17,"return_code":0,"value":6})",
+      {R"({"procedure":"wlan_get_channel","number":17,"return_code":0,"inert":true,"value":6})",
        "16 was expected"},
-      {R"({"procedure":"wlan_get_channel","number":16,"return_code":0,"value":6,"more":1})",
+      {R"({"procedure":"wlan_get_channel","number":16,"return_code":0,"inert":true,"value":6,"more":1})",
        "'more' was unexpected"},
+      {R"({"procedure":"wlan_get_channel","number":16,"return_code":0,"value":6})",
+       "'inert' is a required property"},
+      {R"({"procedure":"wlan_get_bss_hnc_service","number":16777374,"return_code":0,"inert":true,"value":0})",
+       "'inert' was unexpected"},
       {"", "not JSON"},
   };
   for (const auto& one : cases) {
