@@ -1,7 +1,6 @@
 #include "run.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 
@@ -250,7 +249,8 @@ exit_status run_words(const output_streams& streams, const client_options& optio
 }  // namespace
 
 exit_status run(const std::vector<std::string>& arguments, FILE* out, FILE* err) {
-  output_streams streams{out, err};
+  output_notes notes{};
+  output_streams streams{out, err, &notes};
   client_options options;
   std::string error;
   exit_status status = kExitDone;
@@ -267,9 +267,9 @@ exit_status run(const std::vector<std::string>& arguments, FILE* out, FILE* err)
       status = run_words(streams, options);
       break;
   }
-  errno = 0;
-  if (fflush(out) == 0 && ferror(out) == 0) return status;
-  const std::string why = errno == 0 ? "" : std::string(": ") + strerror(errno);
+  print_flush(streams);
+  if (notes.error_number == 0) return status;
   return fail(streams, kExitNoAnswer,
-              "cannot write the output" + why + "; a call that was to be made is done");
+              std::string("cannot write the output: ") + strerror(notes.error_number) +
+                  (notes.called ? "; the call was made all the same" : ""));
 }

@@ -3,12 +3,24 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <cerrno>
+
 #include "arguments.h"
 #include "lookup.h"
 #include "text.h"
 
+// The stream keeps that a write failed, not why.
+static void note_error(const output_streams& streams, bool written) {
+  const int error_number = errno;
+  if (!written && streams.notes->error_number == 0) streams.notes->error_number = error_number;
+}
+
 void print(const output_streams& streams, const std::string& text) {
-  fwrite(text.data(), 1, text.size(), streams.out);
+  note_error(streams, fwrite(text.data(), 1, text.size(), streams.out) == text.size());
+}
+
+void print_flush(const output_streams& streams) {
+  note_error(streams, fflush(streams.out) == 0);
 }
 
 exit_status fail(const output_streams& streams, exit_status status, const std::string& line) {
@@ -31,6 +43,7 @@ bool session_call(const output_streams& streams, const client_options& options, 
   call_target target{options.host, options.port, options.timeout};
   answer = call_procedure(target, number, arguments);
   std::string line = call_explain(answer, target, name);
+  streams.notes->called = streams.notes->called || line.empty();
   if (line.empty()) return true;
   bool unsent = answer.status == call_status::kTooLong;
   *status = fail(streams, unsent ? kExitUsage : kExitNoAnswer, line);

@@ -11,12 +11,22 @@
 #include "run.h"
 #include "table.h"
 
+// What is told of at the end, when the output could not be written.
+struct output_notes {
+  int error_number;  // of the first write that failed, 0: none has
+  bool called;       // a call was made and answered
+};
+
 struct output_streams {
   FILE* out;
   FILE* err;
+  output_notes* notes;
 };
 
 void print(const output_streams& streams, const std::string& text);
+
+// What was printed goes out now.
+void print_flush(const output_streams& streams);
 
 // One line to standard error; returns `status`.
 exit_status fail(const output_streams& streams, exit_status status, const std::string& line);

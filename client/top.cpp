@@ -187,7 +187,7 @@ std::string screen_of(const output_streams& streams, const stations_sample& samp
 
 void draw(const output_streams& streams, const stations_sample& sample) {
   print(streams, "\033[H\033[J" + screen_of(streams, sample));
-  fflush(streams.out);
+  print_flush(streams);
 }
 
 stations_sample redraw_until_quit(const output_streams& streams, const client_options& options,
@@ -225,7 +225,7 @@ exit_status run_on_terminal(const output_streams& streams, const client_options&
   if (has_keys) tcsetattr(STDIN_FILENO, TCSANOW, &before);
   // What was seen last stays on the terminal.
   print(streams, "\033[?1049l" + screen_of(streams, last));
-  fflush(streams.out);
+  print_flush(streams);
   return status_of(last);
 }
 
@@ -241,7 +241,7 @@ exit_status run_in_pipe(const output_streams& streams, const client_options& opt
     sample = take_sample(options, sample);
     if (!sample.problem.empty()) return fail(streams, status_of(sample), sample.problem);
     print(streams, (i == 0 ? "" : "\n") + table_of(sample, 0));
-    fflush(streams.out);
+    print_flush(streams);
   }
   return kExitDone;
 }

@@ -77,7 +77,7 @@ exit_status take_sample(const output_streams& streams, const client_options& opt
   else
     text = text.empty() ? "" : text_wrap(text, width, 0, 0) + "\n";
   print(streams, width != 0 ? screen_of(streams, procedure, every, text) : text);
-  fflush(streams.out);
+  print_flush(streams);
   before = current;
   return answered && payload_failed(procedure, current.reply.code) ? kExitFailureCode : status;
 }

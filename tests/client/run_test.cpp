@@ -312,15 +312,36 @@ TEST(Run, EveryCommandIsOne) {
   EXPECT_EQ(lookup_commands().size(), 8u);
 }
 
-TEST(Run, OutputThatCannotBeWrittenIsAnError) {
+// What is said when there is no room for the output, with a buffer of this size.
+std::string said_when_full(const std::vector<std::string>& words, size_t buffer) {
   FILE* full = fopen("/dev/full", "we");
-  ASSERT_NE(full, nullptr);
+  EXPECT_NE(full, nullptr);
+  setvbuf(full, nullptr, _IOFBF, buffer);
   char text[200] = {};
   FILE* err = fmemopen(text, sizeof text, "w");
-  EXPECT_EQ(run({"describe", "wlan_set_ssid"}, full, err), kExitNoAnswer);
+  EXPECT_EQ(run(words, full, err), kExitNoAnswer);
   fclose(full);
   fclose(err);
-  EXPECT_NE(std::string(text).find("No space left on device"), std::string::npos) << text;
+  return text;
+}
+
+TEST(Run, OutputThatCannotBeWrittenIsAnError) {
+  const std::string said = "wificonf: cannot write the output: No space left on device";
+  // Written at the end, and before it: what the system said then is not asked for again.
+  for (const size_t buffer : {1 << 20, 64}) {
+    EXPECT_EQ(said_when_full({"list"}, buffer), said + "\n") << buffer;
+    EXPECT_EQ(said_when_full({"describe", "wlan_set_ssid"}, buffer), said + "\n") << buffer;
+    FakeDaemon daemon;
+    fake_daemon_start(daemon, [](const byte_string& call) {
+      return std::vector<Datagram>{{fake_reply(call, 0, {0})}};
+    });
+    const std::string port = std::to_string(daemon.port);
+    EXPECT_EQ(
+        said_when_full({"--host", "127.0.0.1", "--port", port, "wlan_set_ssid", "3", "x"}, buffer),
+        said + "; the call was made all the same\n");
+    fake_daemon_stop(daemon);
+    EXPECT_EQ(daemon.calls.size(), 1u);
+  }
 }
 
 TEST(Run, HelpBehindACommandOrAProcedureIsOfThat) {
