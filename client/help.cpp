@@ -48,7 +48,9 @@ constexpr help_entry kOptions[] = {
     {"", "", "--port PORT", "its UDP port (60001)"},
     {"", "", "--timeout SECONDS", "how long to wait for an answer (10); fractions allowed"},
     {"", "", "--json", "one JSON value on one line instead of text"},
-    {"", "", "--raw", "the bytes of the result, not decoded"},
+    {"", "", "--raw",
+     "the result as it came, as a hex dump: * stands for lines like the one before; with --json as "
+     "hexadecimal digits"},
     {"", "", "--version", "version of this program"},
     {"", "", "-h, --help", "this text; behind a command or PROCEDURE, of that"},
 };

@@ -31,6 +31,20 @@ char printable(unsigned char c) {
   return c >= 0x20 && c < 0x7f ? static_cast<char>(c) : '.';
 }
 
+constexpr size_t kDumpRow = 16;
+
+std::string dump_line(size_t at, std::string_view row) {
+  std::string out = text_format("%04zx ", at);
+  for (size_t i = 0; i < kDumpRow; i++) {
+    if (i == kDumpRow / 2) out += ' ';
+    out += i < row.size() ? text_format(" %02x", static_cast<unsigned char>(row[i])) : "   ";
+  }
+  out += "  ";
+  for (unsigned char c : row)
+    out += printable(c);
+  return out + '\n';
+}
+
 }  // namespace
 
 size_t text_decode(std::string_view bytes, size_t at, uint32_t* code_point) {
@@ -114,17 +128,14 @@ std::string text_hex(std::string_view bytes) {
 
 std::string text_dump_bytes(std::string_view bytes) {
   std::string out;
-  for (size_t line = 0; line < bytes.size(); line += 16) {
-    std::string_view row = bytes.substr(line, 16);
-    out += text_format("%04zx ", line);
-    for (size_t i = 0; i < 16; i++) {
-      if (i == 8) out += ' ';
-      out += i < row.size() ? text_format(" %02x", static_cast<unsigned char>(row[i])) : "   ";
-    }
-    out += "  ";
-    for (unsigned char c : row)
-      out += printable(c);
-    out += '\n';
+  bool folded = false;
+  for (size_t at = 0; at < bytes.size(); at += kDumpRow) {
+    const std::string_view row = bytes.substr(at, kDumpRow);
+    const bool is_last = bytes.size() - at <= kDumpRow;
+    const bool repeats = at != 0 && !is_last && row == bytes.substr(at - kDumpRow, kDumpRow);
+    if (!repeats) out += dump_line(at, row);
+    if (repeats && !folded) out += "*\n";
+    folded = repeats;
   }
   return out;
 }

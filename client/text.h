@@ -31,7 +31,9 @@ std::string text_for_json(std::string_view bytes, bool* escaped);
 // Lower-case hexadecimal digits, two per byte.
 std::string text_hex(std::string_view bytes);
 
-// Lines of an offset and up to 16 bytes, with their printable ASCII.
+// Lines of an offset and up to 16 bytes, with their printable ASCII. Of full lines with
+// the same bytes the first stands for all, and one "*" for the others; the last line is
+// always there, so that the length can be read off.
 std::string text_dump_bytes(std::string_view bytes);
 
 // Words of `text` in lines of at most `width` columns, all lines but the first

@@ -69,6 +69,19 @@ TEST(Text, Dumps) {
   EXPECT_EQ(text_hex("\x01\xfe"), "01fe");
 }
 
+TEST(Text, DumpsFoldLinesThatAreEqual) {
+  const std::string zeros = "00 00 00 00 00 00 00 00  00 00 00 00 00 00 00 00  ................\n";
+  const std::string ones = "31 31 31 31 31 31 31 31  31 31 31 31 31 31 31 31  1111111111111111\n";
+  const auto of = [](size_t count, char c) { return std::string(count, c); };
+  EXPECT_EQ(text_dump_bytes(of(32, '\0')), "0000  " + zeros + "0010  " + zeros)
+      << "nothing between";
+  EXPECT_EQ(text_dump_bytes(of(48, '\0')), "0000  " + zeros + "*\n0020  " + zeros);
+  EXPECT_EQ(text_dump_bytes(of(80, '\0')), "0000  " + zeros + "*\n0040  " + zeros);
+  EXPECT_EQ(text_dump_bytes(of(48, '\0') + of(64, '1') + of(17, '\0')),
+            "0000  " + zeros + "*\n0030  " + ones + "*\n0070  " + zeros +
+                "0080  00                                                .\n");
+}
+
 TEST(Text, Wrap) {
   EXPECT_EQ(text_wrap("aa bb cc", 0, 5, 2), "aa bb cc");
   EXPECT_EQ(text_wrap("aa bb cc", 7, 2, 2), "aa bb\n  cc");
