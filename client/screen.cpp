@@ -29,12 +29,16 @@ static size_t cut(std::string_view line, size_t width) {
 }
 
 std::string screen_lines(const std::string& text, size_t count, size_t width) {
+  if (count == 0) return "";
+  const auto lines = static_cast<size_t>(std::count(text.begin(), text.end(), '\n'));
+  const size_t shown = lines > count ? count - 1 : lines;
   std::string out;
-  for (size_t at = 0; count > 0 && at < text.size(); count--) {
-    const size_t end = std::min(text.find('\n', at), text.size());
+  for (size_t at = 0, i = 0; i < shown; i++) {
+    const size_t end = text.find('\n', at);
     const std::string_view line = std::string_view(text).substr(at, end - at);
     out.append(line.substr(0, cut(line, width))).append("\n");
     at = end + 1;
   }
+  if (shown < lines) out += text_format("... %zu more lines\n", lines - shown);
   return out;
 }

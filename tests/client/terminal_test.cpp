@@ -333,6 +333,7 @@ TEST(Terminal, WatchRedrawsWithinTheScreen) {
     EXPECT_EQ(lines.size(), 8u) << frame;
     EXPECT_TRUE(frame.starts_with("wlan_get_stats, every 0.02 s, ")) << frame;
     EXPECT_TRUE(lines.at(2).starts_with("errors_sent ")) << frame;
+    EXPECT_EQ(lines.at(6), "... 12 more lines") << frame;
     for (const std::string& line : lines)
       EXPECT_LE(line.size(), 70u) << line;
   }
