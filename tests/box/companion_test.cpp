@@ -152,8 +152,9 @@ static int start_radstat(int n) {
 
 TEST(Radstat, EachRadioHasAProcessOfItsOwnName) {
   close(start_radstat(0));
+  await_records("/run/gwbox/radstat.jsonl", 1);
   close(start_radstat(8));
-  auto lines = records("/run/gwbox/radstat.jsonl");
+  auto lines = await_records("/run/gwbox/radstat.jsonl", 2);
   ASSERT_EQ(lines.size(), 2u);
   EXPECT_EQ(lines[1]["name"], "radstat8");
   EXPECT_EQ(lines[1]["interface"], "ra8");
