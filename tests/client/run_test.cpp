@@ -4,73 +4,13 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <map>
 #include <nlohmann/json.hpp>
 
-#include "dump.h"
 #include "fake_daemon.h"
 #include "lookup.h"
-#include "moment.h"
+#include "run_support.h"
 
 namespace {
-
-struct Outcome {
-  exit_status status;
-  std::string out, err;
-  std::vector<byte_string> calls;
-};
-
-Outcome run_words(const std::vector<std::string>& words) {
-  char *out = nullptr, *err = nullptr;
-  size_t out_size = 0, err_size = 0;
-  FILE* out_stream = open_memstream(&out, &out_size);
-  FILE* err_stream = open_memstream(&err, &err_size);
-  exit_status status = run(words, out_stream, err_stream);
-  fclose(out_stream);
-  fclose(err_stream);
-  Outcome outcome{status, {out, out_size}, {err, err_size}, {}};
-  free(out);
-  free(err);
-  return outcome;
-}
-
-// Runs against a daemon that answers with this state and result.
-Outcome run_against(uint32_t state, const byte_string& result, std::vector<std::string> words,
-                    const char* timeout = "10") {
-  FakeDaemon daemon;
-  fake_daemon_start(daemon, [&](const byte_string& call) {
-    byte_string reply = fake_reply(call, state, {});
-    reply.insert(reply.end(), result.begin(), result.end());
-    return std::vector<Datagram>{{reply}};
-  });
-  std::vector<std::string> all = {"--host", "127.0.0.1", "--timeout",
-                                  timeout,  "--port",    std::to_string(daemon.port)};
-  all.insert(all.end(), words.begin(), words.end());
-  Outcome outcome = run_words(all);
-  fake_daemon_stop(daemon);
-  outcome.calls = daemon.calls;
-  return outcome;
-}
-
-byte_string words(std::initializer_list<uint32_t> list) {
-  byte_string bytes;
-  for (uint32_t word : list)
-    wire_put_word(bytes, word);
-  return bytes;
-}
-
-byte_string data_record(uint32_t code, const std::string& data) {
-  byte_string bytes = words({code, 0});
-  wire_put_opaque(bytes, data);
-  return bytes;
-}
-
-bool one_line(const std::string& text) {
-  return !text.empty() && text.find('\n') == text.size() - 1;
-}
-
-constexpr uint32_t kMinusOne = 0xffffffff;
 
 TEST(Run, ResultsAsText) {
   const struct {
@@ -377,30 +317,6 @@ TEST(Run, WhatIsNotReadyHasAStatusOfItsOwnAndNoValue) {
   EXPECT_NE(outcome.err.find("try again"), std::string::npos) << outcome.err;
 }
 
-TEST(Run, WatchRepeatsGettersOnly) {
-  for (const char* setter : {"wlan_reset", "wlan_init", "wlan_check_rpc_alive"}) {
-    Outcome refused = run_against(0, words({0}), {"watch", "--count", "1", setter});
-    EXPECT_EQ(refused.status, kExitUsage);
-    EXPECT_EQ(refused.calls.size(), 0u);
-  }
-  Outcome forced = run_against(
-      0, words({0}), {"watch", "--every", "10ms", "--count", "2", "--force", "wlan_reset"});
-  EXPECT_EQ(forced.status, kExitDone) << forced.err;
-  EXPECT_EQ(forced.calls.size(), 2u);
-  EXPECT_EQ(
-      run_against(0, words({0}), {"watch", "--force", "--count", "1", "wlan_reset"}).calls.size(),
-      1u);
-}
-
-TEST(Run, WatchedJsonHasItsTime) {
-  Outcome outcome = run_against(0, words({0, 4, 6, 0, 0, 0, 0}),
-                                {"--json", "watch", "wlan_get_channel", "1", "--count", "1"});
-  auto object = nlohmann::json::parse(outcome.out, nullptr, false);
-  ASSERT_TRUE(object.is_object()) << outcome.out;
-  EXPECT_EQ(object["time"].get<std::string>().size(), 24u);
-  EXPECT_EQ(object["value"], 6);
-}
-
 TEST(Run, CommandInTheWrongPlaceIsNamed) {
   EXPECT_NE(run_words({"describe", "ping"}).err.find("a command: 'wificonf ping --help'"),
             std::string::npos);
@@ -414,88 +330,6 @@ TEST(Run, ZeroIsAFailureOfSettersThatAnswerAsTheUpdateDoes) {
   EXPECT_EQ(written.status, kExitDone);
   EXPECT_EQ(written.out, "ok (code 1: written or found)\n");
   EXPECT_EQ(run_against(0, words({0}), {"wlan_set_ssid", "3", "x"}).status, kExitDone);
-}
-
-// Lines without their time stamps.
-std::string unstamped(const std::string& text) {
-  std::string out;
-  for (size_t at = 0; at < text.size();) {
-    const size_t end = text.find('\n', at) + 1;
-    EXPECT_EQ(text.substr(at + 10, 1), "T") << text;
-    EXPECT_EQ(text.substr(at + 19, 1), ".") << text;
-    out += text.substr(at + 25, end - at - 25);
-    at = end;
-  }
-  return out;
-}
-
-TEST(Run, WatchInAPipePrintsTimedLines) {
-  Outcome outcome =
-      run_against(0, words({0, 4, 6, 0, 0, 0, 0}),
-                  {"watch", "wlan_get_channel", "1", "--every", "10ms", "--count", "3"});
-  EXPECT_EQ(outcome.status, kExitDone);
-  EXPECT_EQ(unstamped(outcome.out), "6\n6\n6\n");
-  EXPECT_EQ(outcome.calls.size(), 3u);
-}
-
-// A daemon whose counter of bytes sent, 64 bits in the first words, takes these values
-// in turn.
-std::string watched(std::vector<uint32_t> sent, const char* every) {
-  FakeDaemon daemon;
-  size_t at = 0;
-  fake_daemon_start(daemon, [&](const byte_string& call) {
-    byte_string reply = fake_reply(call, 0, {});
-    const byte_string result = words({0, 8, sent[at], 7, 0, 0, 0, 0, 0, 0, 0});
-    reply.insert(reply.end(), result.begin(), result.end());
-    at++;
-    return std::vector<Datagram>{{reply}};
-  });
-  Outcome outcome = run_words({"--host", "127.0.0.1", "--port", std::to_string(daemon.port),
-                               "watch", "wlan_get_radio_bytes_sent", "1", "--every", every,
-                               "--count", std::to_string(sent.size())});
-  fake_daemon_stop(daemon);
-  return unstamped(outcome.out);
-}
-
-TEST(Run, WatchedCountersHaveTheirRates) {
-  const std::string lines = watched({0, 1000000, 500000}, "100ms");
-  double rate = 0;
-  int length = 0;
-  EXPECT_EQ(sscanf(lines.c_str(),
-                   "bytes_sent=30064771072\nbytes_sent=30065771072 bytes_sent/s=%lf\n"
-                   "bytes_sent=30065271072\n%n",
-                   &rate, &length),
-            1)
-      << lines;
-  EXPECT_EQ(static_cast<size_t>(length), lines.size()) << "none of the first, and none back";
-  // A busy machine makes it less.
-  EXPECT_GT(rate, 1e5);
-  EXPECT_LT(rate, 1.2e7);
-}
-
-TEST(Run, WatchDoesNotMakeUpForWhatWasLate) {
-  FakeDaemon daemon;
-  std::vector<double> called;
-  fake_daemon_start(daemon, [&](const byte_string& call) {
-    called.push_back(moment_now());
-    if (called.size() == 1) moment_sleep_until(moment_now() + 0.5);
-    byte_string reply = fake_reply(call, 0, {0, 4, 6, 0, 0, 0, 0});
-    return std::vector<Datagram>{{reply}};
-  });
-  run_words({"--host", "127.0.0.1", "--port", std::to_string(daemon.port), "watch",
-             "wlan_get_channel", "1", "--every", "100ms", "--count", "4"});
-  fake_daemon_stop(daemon);
-  ASSERT_EQ(called.size(), 4u);
-  // 0.2 in truth, next to nothing where it made up for the late one; a busy machine may
-  // hold a call back.
-  EXPECT_GE(called[3] - called[1], 0.1);
-}
-
-TEST(Run, WatchGoesOnAfterAFailure) {
-  Outcome outcome =
-      run_against(3, {}, {"watch", "wlan_get_channel", "1", "--every", "10ms", "--count", "2"});
-  EXPECT_EQ(outcome.calls.size(), 2u);
-  EXPECT_NE(outcome.err.find("procedure unavailable"), std::string::npos);
 }
 
 TEST(Run, CommandsExplainTheirUsage) {
@@ -528,71 +362,6 @@ TEST(Run, TopAndDumpSayWhyThereIsNoAnswer) {
     EXPECT_TRUE(one_line(outcome.err)) << outcome.err;
     EXPECT_EQ(outcome.calls.size(), 1u) << "one is enough";
   }
-}
-
-TEST(Run, DumpCallsNothingThatDoesMoreThanRead) {
-  const std::string kUnsafe[] = {"wlan_get_ssid_bytes_sent",
-                                 "wlan_get_radio_bytes_received",
-                                 "wlan_get_ap_scan_result",
-                                 "wlan_get_ap_scan_status",
-                                 "wlan_get_channel",
-                                 "wlan_set_ssid",
-                                 "wlan_reset",
-                                 "wlan_undo_prek_operation",
-                                 "wlan_ap_scan"};
-  for (const std::string& name : kUnsafe)
-    EXPECT_FALSE(dump_is_safe(*lookup_name(name))) << name;
-  EXPECT_TRUE(dump_is_safe(*lookup_name("wlan_get_btm_associated_device")));
-}
-
-// What a dump calls: per procedure the indexes, or other words, that it is given.
-std::map<std::string, std::string> dumped() {
-  // A row below 3 is there, everything else fails.
-  FakeDaemon daemon;
-  fake_daemon_start(daemon, [](const byte_string& call) {
-    const bool row = call[20] == 1 && (call[23] == 0x76 || call[23] == 0x78);
-    const bool there = row && call[43] < 3;
-    byte_string reply = fake_reply(call, 0, {there ? 0 : 0xffffffff, 0});
-    wire_put_opaque(reply, std::string(there ? 1492 : 0, '\0'));
-    return std::vector<Datagram>{{reply}};
-  });
-  Outcome outcome =
-      run_words({"--host", "127.0.0.1", "--port", std::to_string(daemon.port), "dump"});
-  fake_daemon_stop(daemon);
-  EXPECT_EQ(outcome.status, kExitDone) << outcome.err;
-  std::map<std::string, std::string> given;
-  for (const byte_string& call : daemon.calls) {
-    unread_bytes words = unread_bytes(call).subspan(20);
-    uint32_t number = 0, word = 0;
-    EXPECT_TRUE(wire_get_word(words, &number));
-    words = words.subspan(16);
-    std::string& list = given[lookup_display_name(*lookup_number(number))];
-    while (wire_get_word(words, &word))
-      list += std::to_string(word) + " ";
-    list += ",";
-  }
-  return given;
-}
-
-TEST(Run, DumpCallsEverySafeGetterOfEveryBss) {
-  const std::map<std::string, std::string> given = dumped();
-  const std::string kBsses = "1 ,2 ,3 ,4 ,5 ,6 ,7 ,8 ,9 ,10 ,11 ,12 ,13 ,14 ,15 ,16 ,";
-  const std::map<std::string, std::string> kIndexes = {
-      {"", ","}, {"bss", kBsses}, {"radio", "1 ,9 ,"}, {"instance", "1 ,"}, {"row", "1 ,2 ,3 ,"}};
-  size_t expected = 0;
-  for (const procedure_row& procedure : table_procedures()) {
-    if (!dump_is_safe(procedure)) continue;
-    expected++;
-    const std::string name = lookup_display_name(procedure);
-    ASSERT_TRUE(given.contains(name)) << name;
-    if (procedure.members.count > 1) continue;
-    const std::string index = procedure.members.count == 0 ? "" : procedure.members.at[0].name;
-    EXPECT_EQ(given.at(name), kIndexes.at(index)) << name;
-  }
-  EXPECT_EQ(given.size(), expected) << "and no other";
-  EXPECT_EQ(given.at("wlan_get_stats"),
-            "1 1 ,9 1 ,1 0 ,2 0 ,3 0 ,4 0 ,5 0 ,6 0 ,7 0 ,8 0 ,9 0 ,10 0 ,11 0 ,12 0 ,13 0 ,14 0 ,"
-            "15 0 ,16 0 ,");
 }
 
 }  // namespace

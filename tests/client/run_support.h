@@ -1,0 +1,30 @@
+#pragma once
+
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+#include "run.h"
+#include "wire.h"
+
+// The whole program, run within the test, and what it printed, sent and exited with.
+
+struct Outcome {
+  exit_status status;
+  std::string out, err;
+  std::vector<byte_string> calls;
+};
+
+constexpr uint32_t kMinusOne = 0xffffffff;
+
+Outcome run_words(const std::vector<std::string>& words);
+
+// Runs against a daemon that answers with this state and result.
+Outcome run_against(uint32_t state, const byte_string& result, std::vector<std::string> words,
+                    const char* timeout = "10");
+
+// Results as they come over the wire: words, and a status with data behind no words.
+byte_string words(std::initializer_list<uint32_t> list);
+byte_string data_record(uint32_t code, const std::string& data);
+
+bool one_line(const std::string& text);
