@@ -25,6 +25,10 @@ std::string rpc_error_prefix(const std::string& function) {
   return "\033[1;31;40m[RPC] **ERROR**\033[0m " + function + " ";
 }
 
+std::string rev_prefix(const std::string& function) {
+  return "[REV-RPC] \033[40m\033[31;40m" + function + "\033[0m ";
+}
+
 std::string rev_error_prefix(const std::string& function) {
   return "[REV-RPC] \033[40m\033[31;40m**ERROR**\033[0m " + function + " ";
 }

@@ -17,6 +17,7 @@ constexpr char kMirror5[] = "/tmp/mt76xx_5.dat.hnc";
 // Prefixes of the console messages of a function.
 std::string rpc_prefix(const std::string& function);
 std::string rpc_error_prefix(const std::string& function);
+std::string rev_prefix(const std::string& function);
 std::string rev_error_prefix(const std::string& function);
 
 // The switches of the debug log and of the console.

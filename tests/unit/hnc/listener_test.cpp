@@ -57,7 +57,7 @@ static double seconds_of(const std::function<void()>& function) {
 }
 
 static std::string trace(const std::string& text) {
-  return "[REV-RPC] \033[40m\033[31;40msendMessage\033[0m " + text + "\n";
+  return rev_prefix("sendMessage") + text + "\n";
 }
 
 static const std::string kEntered = trace("DEBUG >>>>>>>>>>>>>>>>>>>>>>>>> In func sendMessage. ");

@@ -73,26 +73,22 @@ static const std::vector<number_row>& numbers() {
   return rows;
 }
 
-#define TEXT_ROW(name, key, null_checked)                                                             \
-  {                                                                                                   \
-#name, key, null_checked,                                                                         \
-        [](char*                                                                                      \
-               text) { return hnc_get##name(7, text); },                                              \
-                                                      [](const char*                                  \
-                                                             text) { return hnc_set##name(7,          \
-                                                                                          text); } \
-  }
+#define TEXT_OF_INSTANCE(name)                       \
+  [](char* text) { return hnc_get##name(7, text); }, \
+      [](const char* text) { return hnc_set##name(7, text); }
 
 static const std::vector<text_row>& texts() {
   static const std::vector<text_row> rows = {
-      TEXT_ROW(UpdateFWURL, "UpdateFwUrl", true),
-      TEXT_ROW(UpdateFWFilename, "UpdateFwFilename", true),
-      TEXT_ROW(UpdateFWUsername, "UpdateFwUsername", true),
-      TEXT_ROW(UpdateFWPassword, "UpdateFwPassword", true),
-      TEXT_ROW(UpdateFWTime, "UpdateFwTime", true),
-      TEXT_ROW(SupportedHNEManufacturer, "HNEManufacturer", false),
-      TEXT_ROW(SupportedHNEModelname, "HNEModelname", false),
-      TEXT_ROW(SupportedHNEModelnumber, "HNEModelnumber", false),
+      {"UpdateFWURL", "UpdateFwUrl", true, TEXT_OF_INSTANCE(UpdateFWURL)},
+      {"UpdateFWFilename", "UpdateFwFilename", true, TEXT_OF_INSTANCE(UpdateFWFilename)},
+      {"UpdateFWUsername", "UpdateFwUsername", true, TEXT_OF_INSTANCE(UpdateFWUsername)},
+      {"UpdateFWPassword", "UpdateFwPassword", true, TEXT_OF_INSTANCE(UpdateFWPassword)},
+      {"UpdateFWTime", "UpdateFwTime", true, TEXT_OF_INSTANCE(UpdateFWTime)},
+      {"SupportedHNEManufacturer", "HNEManufacturer", false,
+       TEXT_OF_INSTANCE(SupportedHNEManufacturer)},
+      {"SupportedHNEModelname", "HNEModelname", false, TEXT_OF_INSTANCE(SupportedHNEModelname)},
+      {"SupportedHNEModelnumber", "HNEModelnumber", false,
+       TEXT_OF_INSTANCE(SupportedHNEModelnumber)},
   };
   return rows;
 }
@@ -117,10 +113,6 @@ static std::string not_running(const std::string& operation) {
 
 static std::string not_sent(const std::string& operation) {
   return rev_error_prefix(operation) + operation + " Failed to send messgae to HNC Listner\n";
-}
-
-static std::string rev_prefix(const std::string& operation) {
-  return "[REV-RPC] \033[40m\033[31;40m" + operation + "\033[0m ";
 }
 
 // The lines of the operation itself, without those of the exchange.
@@ -429,90 +421,4 @@ TEST(HncSettings, OperationsTraceTheirEntryAndAnswer) {
     const std::string set = "hnc_set" + row.name;
     EXPECT_EQ(own_lines(output_of([&] { EXPECT_EQ(row.set("%n"), 0); }), set), set + " entered\n");
   }
-}
-
-// The controller's own switch.
-
-static constexpr char kMarker[] = "/nvram/hnc_enable";
-static const std::string kSwitched = rev_error_prefix("hnc_setEnable") + "hnc_setEnable:";
-
-TEST(HncEnable, MakesAndRemovesTheMarkerAndSaysSo) {
-  start_listener();
-  EXPECT_EQ(errors_of([] { EXPECT_EQ(hnc_setEnable(1, 0), 0); }),
-            kSwitched + "HNC status is disabled and request is to disable. Nothing to do. \n");
-  EXPECT_FALSE(exists(kMarker));
-  EXPECT_EQ(errors_of([] { EXPECT_EQ(hnc_setEnable(1, 1), 0); }),
-            kSwitched + "Creating hnc_enable fle to START HNC process. \n");
-  EXPECT_TRUE(exists(kMarker));
-  EXPECT_EQ(errors_of([] { EXPECT_EQ(hnc_setEnable(99, 1), 0); }),
-            kSwitched + "HNC status is enabled and request is to enable. Nothing to do. \n");
-  EXPECT_TRUE(exists(kMarker));
-  EXPECT_EQ(errors_of([] { EXPECT_EQ(hnc_setEnable(INT_MIN, 0), 0); }),
-            kSwitched + "Stopping HNC by deleting hnc_enable fle. \n");
-  EXPECT_FALSE(exists(kMarker));
-  EXPECT_TRUE(listener_requests().empty());
-}
-
-TEST(HncEnable, RunsOneCommandThroughTheShellWhereThereIsSomethingToDo) {
-  const auto commands_of = [](int value) {
-    errors_of([&] { EXPECT_EQ(hnc_setEnable(1, value), 0); });
-    return commands();
-  };
-  note_commands();
-  EXPECT_EQ(commands_of(0), "");
-  EXPECT_EQ(commands_of(2), "");
-  EXPECT_EQ(commands_of(1), "touch /nvram/hnc_enable\n");
-  write_file(kMarker, "");
-  EXPECT_EQ(commands_of(1), "");
-  EXPECT_EQ(commands_of(2), "");
-  EXPECT_EQ(commands_of(0), "rm -rf /nvram/hnc_enable\n");
-}
-
-TEST(HncEnable, NeighboursOfTheMarkerSurvive) {
-  const std::string neighbours[] = {"/nvram/hnc_enable2", "/nvram/hnc_enabl", "/nvram/other"};
-  write_file(kMarker, "");
-  for (const std::string& neighbour : neighbours)
-    write_file(neighbour, "kept");
-  errors_of([] { EXPECT_EQ(hnc_setEnable(1, 0), 0); });
-  errors_of([] { EXPECT_EQ(hnc_setEnable(1, 1), 0); });
-  errors_of([] { EXPECT_EQ(hnc_setEnable(1, 0), 0); });
-  EXPECT_FALSE(exists(kMarker));
-  for (const std::string& neighbour : neighbours)
-    EXPECT_EQ(read_file(neighbour), "kept") << neighbour;
-}
-
-TEST(HncEnable, AnyOtherValueDoesNothing) {
-  for (const int value : {2, -1, INT_MIN, INT_MAX}) {
-    EXPECT_EQ(errors_of([&] { EXPECT_EQ(hnc_setEnable(1, value), 0); }), "") << value;
-    EXPECT_FALSE(exists(kMarker)) << value;
-  }
-  write_file(kMarker, "");
-  for (const int value : {2, -1, INT_MIN, INT_MAX}) {
-    EXPECT_EQ(errors_of([&] { EXPECT_EQ(hnc_setEnable(1, value), 0); }), "") << value;
-    EXPECT_TRUE(exists(kMarker)) << value;
-  }
-}
-
-TEST(HncEnable, TracesItsValue) {
-  switch_console_on();
-  std::string output;
-  errors_of([&] { output = output_of([] { EXPECT_EQ(hnc_setEnable(1, 2), 0); }); });
-  EXPECT_EQ(output, rev_prefix("hnc_setEnable") + "hnc_setEnable Entered. HNC set to : |2|\n");
-}
-
-TEST(HncEnable, FailedCommandIsNotNoticed) {
-  mount_tmpfs("/nvram", "ro");
-  errors_of([] { EXPECT_EQ(hnc_setEnable(1, 1), 0); });
-  EXPECT_FALSE(exists(kMarker));
-}
-
-TEST(HncEnable, MarkerOfAnyKindCountsAsRunning) {
-  start_listener();
-  run("mkdir -p /nvram/hnc_enable/something");
-  int enabled = 0;
-  listener_answers("1");
-  EXPECT_EQ(hnc_getEnable(1, &enabled), 0);
-  EXPECT_EQ(enabled, 1);
-  errors_of([] { EXPECT_EQ(hnc_setEnable(1, 0), 0); });
-  EXPECT_FALSE(exists(kMarker));
 }

@@ -17,10 +17,6 @@ static void start_controller() {
   tzset();
 }
 
-static std::string prefix(const std::string& operation) {
-  return "[REV-RPC] \033[40m\033[31;40m" + operation + "\033[0m ";
-}
-
 // A reply whose every byte but the table error's is different from its neighbours'.
 static std::string patterned_reply(int32_t table_error) {
   std::string bytes;
@@ -222,13 +218,13 @@ TEST(HneTables, GettersTraceTheTableErrorAndTheLastAttempt) {
   switch_console_on();
   std::string record(1492, '#');
   std::string output = output_of([&] { EXPECT_EQ(hnc_getHneTableEntry(1, record.data()), 0); });
-  const std::string first = prefix("hnc_getHneTableEntry") + "hnc_getHneTableEntry";
+  const std::string first = rev_prefix("hnc_getHneTableEntry") + "hnc_getHneTableEntry";
   EXPECT_TRUE(output.ends_with(first + ":response.hneTableEntryGetError = 0\n" + first +
                                " - hneLastSyncAttempt  = -4294967295-\n"))
       << output;
   output = output_of([&] { EXPECT_EQ(hnc_getSupportedHneTableEntry(1, record.data()), 0); });
   const std::string second =
-      prefix("hnc_getSupportedHneTableEntry") + "hnc_getSupportedHneTableEntry";
+      rev_prefix("hnc_getSupportedHneTableEntry") + "hnc_getSupportedHneTableEntry";
   EXPECT_TRUE(output.ends_with(second + " response.hneTableEntryGetError = 0\n")) << output;
   listener_answers(hnc_reply_bytes("", -1));
   output = output_of([&] { EXPECT_EQ(hnc_getHneTableEntry(1, record.data()), -1); });
@@ -238,11 +234,11 @@ TEST(HneTables, GettersTraceTheTableErrorAndTheLastAttempt) {
 TEST(HneTables, SettersTraceTheirInput) {
   start_controller();
   switch_console_on();
-  const std::string name = prefix("hnc_setHneDeviceName");
+  const std::string name = rev_prefix("hnc_setHneDeviceName");
   EXPECT_TRUE(output_of([] { EXPECT_EQ(hnc_setHneDeviceName(9, "At%nic"), 0); })
                   .starts_with(name + "hnc_setHneDeviceName entered index = 9, "
                                       "device name = At%nic \n"));
-  const std::string status = prefix("hnc_setSupportedHneRowStatus");
+  const std::string status = rev_prefix("hnc_setSupportedHneRowStatus");
   EXPECT_TRUE(output_of([] { EXPECT_EQ(hnc_setSupportedHneRowStatus(9, 6), 0); })
                   .starts_with(status +
                                "@@@@hnc_setSupportedHneRowStatus index = 9, Row Status = 6\n" +
@@ -254,7 +250,7 @@ TEST(HneTables, RecordIsTracedBeforeTheControllerIsLookedFor) {
   ASSERT_EQ(unlink("/nvram/hnc_enable"), 0);
   switch_console_on();
   hnc_supported_hne record = sample_record();
-  const std::string entry = prefix("hnc_setSupportedHneTableEntry");
+  const std::string entry = rev_prefix("hnc_setSupportedHneTableEntry");
   std::string output;
   errors_of([&] {
     output = output_of([&] { EXPECT_EQ(hnc_setSupportedHneTableEntry(9, &record), -1); });
@@ -296,10 +292,10 @@ TEST(HneTables, EntryOfTheOtherSettersIsTracedBeforeTheControllerIsLookedFor) {
   switch_console_on();
   std::string output;
   errors_of([&] { output = output_of([] { EXPECT_EQ(hnc_setHneDeviceName(9, "Attic"), -1); }); });
-  EXPECT_EQ(output, prefix("hnc_setHneDeviceName") +
+  EXPECT_EQ(output, rev_prefix("hnc_setHneDeviceName") +
                         "hnc_setHneDeviceName entered index = 9, device name = Attic \n");
   errors_of([&] { output = output_of([] { EXPECT_EQ(hnc_setSupportedHneRowStatus(9, 6), -1); }); });
-  const std::string status = prefix("hnc_setSupportedHneRowStatus");
+  const std::string status = rev_prefix("hnc_setSupportedHneRowStatus");
   EXPECT_EQ(output, status + "@@@@hnc_setSupportedHneRowStatus index = 9, Row Status = 6\n" +
                         status + "@@@ hnc_setSupportedHneRowStatus request.data:-6-\n");
 }

@@ -158,6 +158,5 @@ TEST(BandSteeringSettings, ReadingIsTraced) {
               int value = 0;
               EXPECT_EQ(wlan_getBandSteerEnable(&value), 0);
             }),
-            "[REV-RPC] \033[40m\033[31;40mwlan_getBandSteerEnable\033[0m "
-            "band steer enabled: 1\n ");
+            rev_prefix("wlan_getBandSteerEnable") + "band steer enabled: 1\n ");
 }

@@ -88,10 +88,8 @@ TEST(BssServiceSettings, GettersAreTraced) {
     EXPECT_EQ(row.set(3, 5), 0);
     int value = 99;
     const std::string output = output_of([&] { EXPECT_EQ(row.get(3, &value), 0); });
-    const std::string expected = row.trace == nullptr
-                                     ? ""
-                                     : "[REV-RPC] \033[40m\033[31;40m" + std::string(row.get_name) +
-                                           "\033[0m " + row.trace + "5\n ";
+    const std::string expected =
+        row.trace == nullptr ? "" : rev_prefix(row.get_name) + row.trace + "5\n ";
     EXPECT_EQ(output, expected);
   }
 }

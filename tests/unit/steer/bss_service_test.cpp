@@ -40,8 +40,7 @@ TEST(BssService, ReadingIsTracedOnTheConsoleOnly) {
   switch_log_on();
   switch_console_on();
   EXPECT_EQ(output_of([] { EXPECT_EQ(service_of(1, "7"), 7); }),
-            "[REV-RPC] \033[40m\033[31;40mwlan_getBSSHNCService\033[0m "
-            "get BssHNCService:7 sucess \n");
+            rev_prefix("wlan_getBSSHNCService") + "get BssHNCService:7 sucess \n");
   EXPECT_EQ(logged(), "");
 }
 

@@ -89,8 +89,7 @@ TEST(BtmEnable, SwitchIsTracedAndTheMissingKeyAdded) {
   switch_console_on();
   const std::string output = output_of([] { EXPECT_EQ(wlan_setBtmEnable(1, 258), 0); });
   EXPECT_TRUE(
-      output.ends_with("[REV-RPC] \033[40m\033[31;40mwlan_setBtmEnable\033[0m "
-                       "set BTM enable = 258 success. \n "))
+      output.ends_with(rev_prefix("wlan_setBtmEnable") + "set BTM enable = 258 success. \n "))
       << output;
   EXPECT_EQ(read_file(kProfile24), "Other=1\nWNMEnable=258\n");
 }

@@ -14,10 +14,6 @@ static void set_bytes(int bss, const std::string& received, const std::string& s
   gwbox("set bss " + std::to_string(bss) + " ssid_rx_bytes=" + received + " ssid_tx_bytes=" + sent);
 }
 
-static std::string rev_prefix(const std::string& function) {
-  return "[REV-RPC] \033[40m\033[31;40m" + function + "\033[0m ";
-}
-
 TEST(ByteCounters, AreAddedUpPerBss) {
   start_radios("ra0 ra1 ra7 ra8");
   set_bytes(1, "100", "7000");

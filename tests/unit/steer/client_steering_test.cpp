@@ -138,14 +138,12 @@ TEST(TransitionRequest, IsTracedOnTheConsole) {
   set_frame(kStation, "0a1b");
   switch_console_on();
   const std::string output = output_of([] { EXPECT_EQ(wlan_setHncSteerStaType(1, 1), 0); });
-  const std::string begin = "[REV-RPC] \033[40m\033[31;40m";
-  EXPECT_TRUE(contains(output, begin + "wlan_setHncSteerStaType\033[0m  STEER STA: mac address "
-                                       "02:00:5e:00:00:01 \n "))
-      << output;
-  EXPECT_TRUE(contains(output, "wlan_setHncSteerStaType\033[0m  STEER STA: length = 2\n "));
-  EXPECT_TRUE(contains(output, begin + "send_btm_action_frame_request\033[0m sent btm action, "
-                                       "length = 1034, MacAddr = 02:00:5e:00:00:01, flags = "
-                                       "34480 \n"))
+  const std::string steer = rev_prefix("wlan_setHncSteerStaType");
+  EXPECT_TRUE(contains(output, steer + " STEER STA: mac address 02:00:5e:00:00:01 \n ")) << output;
+  EXPECT_TRUE(contains(output, steer + " STEER STA: length = 2\n ")) << output;
+  EXPECT_TRUE(contains(output, rev_prefix("send_btm_action_frame_request") +
+                                   "sent btm action, length = 1034, MacAddr = 02:00:5e:00:00:01, "
+                                   "flags = 34480 \n"))
       << output;
 }
 
@@ -300,9 +298,7 @@ TEST(Blacklist, ActionIsTraced) {
   set_profile_value(kProfile24, "HNCSteerBlackListAction", "2");
   switch_console_on();
   const std::string output = output_of([] { errors_of_steer(1, 0, 0); });
-  EXPECT_TRUE(
-      output.ends_with("[REV-RPC] \033[40m\033[31;40mwlan_setHncSteerStaType\033[0m "
-                       "Steer STA type: 2\n "))
+  EXPECT_TRUE(output.ends_with(rev_prefix("wlan_setHncSteerStaType") + "Steer STA type: 2\n "))
       << output;
 }
 

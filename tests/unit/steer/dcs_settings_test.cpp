@@ -135,10 +135,6 @@ TEST(DcsSettings, WithoutADaemonAllIsWellAndNothingSaid) {
   EXPECT_EQ(open_descriptors(), before);
 }
 
-static std::string rev_prefix(const std::string& function) {
-  return "[REV-RPC] \033[40m\033[31;40m" + function + "\033[0m ";
-}
-
 TEST(DcsSettings, ProfileThatCannotBeWrittenIsTracedAndTheDaemonTold) {
   write_file(kProfile24, "Other=1\n");
   switch_console_on();

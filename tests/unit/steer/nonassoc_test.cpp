@@ -37,8 +37,7 @@ TEST(NonAssocCapable, IsTraced) {
   switch_console_on();
   int capable = 99;
   EXPECT_EQ(output_of([&] { EXPECT_EQ(wlan_getNonAssocRptCapable(1, &capable), 0); }),
-            "[REV-RPC] \033[40m\033[31;40mwlan_getNonAssocRptCapable\033[0m "
-            "non associated STA report is capable. \n ");
+            rev_prefix("wlan_getNonAssocRptCapable") + "non associated STA report is capable. \n ");
 }
 
 TEST(NonAssocCapable, AnyOtherFailureIsOne) {

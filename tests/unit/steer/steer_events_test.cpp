@@ -200,7 +200,7 @@ TEST(SteerEvents, EntriesAreTracedWithTheirTimeInUtc) {
                                    event(4, 5, "aaaaaa", 0x80000000)},
                                   2)},
                         &daemon);
-  const std::string begin = "[REV-RPC] \033[40m\033[31;40mwlan_getSteerEventReport\033[0m ";
+  const std::string begin = rev_prefix("wlan_getSteerEventReport");
   EXPECT_EQ(output_of([] { EXPECT_EQ(ask(1).status, 0); }),
             begin + "event report entry 0, STA 02:0c:43:aa:bb:cc, event_type = 3, code = -1\n" +
                 begin +

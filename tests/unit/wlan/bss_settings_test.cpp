@@ -113,8 +113,7 @@ TEST(BssSettings, HostOfABackhaulBssIsTold) {
 TEST(BssSettings, NameAndPassPhraseHaveNoStatusLine) {
   set_up();
   switch_console_on();
-  const std::string service =
-      "[REV-RPC] \033[40m\033[31;40mwlan_getBSSHNCService\033[0m get BssHNCService:0 sucess \n";
+  const std::string service = rev_prefix("wlan_getBSSHNCService") + "get BssHNCService:0 sucess \n";
   const std::string update =
       rpc_prefix("_wifiprofile_updateParam") + "_wifiprofile_updateParam: param:";
   EXPECT_EQ(output_of([] { wlan_setSSID(1, "New"); }), service + update + "SSID1[0]=New\n");
@@ -178,9 +177,7 @@ TEST(BssEnable, FieldOfTheBssIsWrittenAndTraced) {
   const std::string output = output_of([] { EXPECT_EQ(wlan_setEnable(11, 0), 0); });
   EXPECT_EQ(value_of(kProfile5, "BssEnabled"), "1;1;0;1;1;1;1;1");
   EXPECT_EQ(value_of(kProfile24, "BssEnabled"), "1;1;1;1;1;1;1;1");
-  const std::string trace =
-      "[REV-RPC] \033[40m\033[31;40mwlan_setEnable\033[0m "
-      "RPC wlan_setEnable status=";
+  const std::string trace = rev_prefix("wlan_setEnable") + "RPC wlan_setEnable status=";
   EXPECT_TRUE(contains(output, trace + "1, BssEnabled=0, index=11\n")) << output;
   errors_of([&] {
     EXPECT_TRUE(contains(output_of([] { EXPECT_EQ(wlan_setEnable(8, 1), 0); }),

@@ -138,10 +138,6 @@ TEST(RadioStatistics, CountsAreSignExtended) {
   end_datagram_daemon(&daemon);
 }
 
-static std::string rev_prefix(const std::string& function) {
-  return "[REV-RPC] \033[40m\033[31;40m" + function + "\033[0m ";
-}
-
 TEST(RadioStatistics, ValuesAreTracedWhenTheyCame) {
   switch_console_on();
   datagram_daemon daemon;

@@ -135,10 +135,6 @@ TEST(Stations, AppearMoveAndLeaveBetweenCalls) {
   EXPECT_EQ(stations_of(9), 0);
 }
 
-static std::string rev_prefix(const std::string& function) {
-  return "[REV-RPC] \033[40m\033[31;40m" + function + "\033[0m ";
-}
-
 // What a function says of the table with one station that it reads.
 static std::string traced_table(const std::string& function, const char* connected) {
   const std::string prefix = rev_prefix(function);

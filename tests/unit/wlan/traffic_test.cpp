@@ -172,11 +172,8 @@ TEST(Traffic, StatsAreTracedOnTheConsole) {
   set_profile_value(kProfile5, "BssEnabled", "1;0;3");
   switch_log_on();
   switch_console_on();
-  const auto prefix = [](const std::string& function) {
-    return "[REV-RPC] \033[40m\033[31;40m" + function + "\033[0m ";
-  };
-  EXPECT_EQ(output_of([] { stats(1); }), prefix("wlan_getStats") + "wlan_getStats: index=1\n");
-  const std::string radio = prefix("wlan_getRadioStats");
+  EXPECT_EQ(output_of([] { stats(1); }), rev_prefix("wlan_getStats") + "wlan_getStats: index=1\n");
+  const std::string radio = rev_prefix("wlan_getRadioStats");
   EXPECT_EQ(output_of([] { radio_stats(12); }),
             radio + "wlan_getRadioStats: index=12\n" + radio + "SSID index=10, bss_enable = 0\n" +
                 radio + "SSID index=11, bss_enable = 3\n" + radio +

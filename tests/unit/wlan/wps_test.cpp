@@ -270,7 +270,7 @@ TEST(Wps, StartsAreTracedOnTheConsole) {
   set_up();
   switch_console_on();
   const auto traced = [](const std::string& function, const std::string& text) {
-    return "[REV-RPC] \033[40m\033[31;40m" + function + "\033[0m " + text + "\n";
+    return rev_prefix(function) + text + "\n";
   };
   EXPECT_TRUE(contains(output_of([] { wlan_setWpsPushButton(9); }),
                        traced("wlan_setWpsPbcTrigger", "Starting WPS PBC mode on ra8")));
