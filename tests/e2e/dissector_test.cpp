@@ -140,23 +140,25 @@ static std::string info_of(const std::vector<std::string>& packets, const std::s
 }
 
 static void expect_known_infos(const std::vector<std::string>& packets) {
-  EXPECT_EQ(info_of(packets, "Procedure: wlan_set_ssid\n"),
-            "Info: Call wlan_set_ssid 1 \"caf\xc3\xa9 \"7\"\"");
-  EXPECT_EQ(info_of(packets, "[Procedure: wlan_set_ssid]\n"), "Info: Reply wlan_set_ssid -> 0");
-  EXPECT_EQ(info_of(packets, "[Procedure: wlan_get_hnc_action_frame_payload]\n"),
-            "Info: Reply wlan_get_hnc_action_frame_payload -> 1: \"caf\xc3\xa9 \"7\"\"");
-  // Seven of the scenario, and what was added.
-  EXPECT_EQ(info_of(packets, "[Procedure: wlan_get_assoc_devices_num]\n"),
-            "Info: Reply wlan_get_assoc_devices_num -> 0: 14");
-  EXPECT_EQ(info_of(packets, "[Procedure: wlan_get_assoc_devices_table]\n"),
-            "Info: Reply wlan_get_assoc_devices_table -> 0");
-  EXPECT_EQ(info_of(packets, "Procedure: wlan_get_wps_result_status\n"),
-            "Info: Call wlan_get_wps_result_status 1");
-  // A text of 64 hexadecimal digits is cut behind 40 characters, its quote one of them.
-  EXPECT_EQ(info_of(packets, "Procedure: wlan_set_pre_shared_key\n"),
-            "Info: Call wlan_set_pre_shared_key 3 1 \"0123456789abcdef0123456789abcdef0123456...");
-  EXPECT_EQ(info_of(packets, "Procedure: hnc_set_hne_table_entry\n"),
-            "Info: Call hnc_set_hne_table_entry 1 1 1 ...");
+  static const struct {
+    bool call;
+    std::string procedure, info;
+  } kKnown[] = {
+      {true, "wlan_set_ssid", " 1 \"caf\xc3\xa9 \"7\"\""},
+      {false, "wlan_set_ssid", " -> 0"},
+      {false, "wlan_get_hnc_action_frame_payload", " -> 1: \"caf\xc3\xa9 \"7\"\""},
+      {false, "wlan_get_assoc_devices_num", " -> 0: 14"},  // seven of the scenario's
+      {false, "wlan_get_assoc_devices_table", " -> 0"},
+      {true, "wlan_get_wps_result_status", " 1"},
+      // Cut behind 40 characters, the quote one of them.
+      {true, "wlan_set_pre_shared_key", " 3 1 \"0123456789abcdef0123456789abcdef0123456..."},
+      {true, "hnc_set_hne_table_entry", " 1 1 1 ..."},
+  };
+  for (const auto& known : kKnown) {
+    const std::string named = "Procedure: " + known.procedure;
+    EXPECT_EQ(info_of(packets, known.call ? named + "\n" : "[" + named + "]\n"),
+              (known.call ? "Info: Call " : "Info: Reply ") + known.procedure + known.info);
+  }
   EXPECT_EQ(info_of(packets, "Return code: -1\n").substr(0, 12), "Info: Reply ");
   EXPECT_TRUE(info_of(packets, "Return code: -1\n").ends_with(" -> -1"));
 }
