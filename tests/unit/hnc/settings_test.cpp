@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "hnc/listener.h"
-#include "lifecycle/lifecycle_support.h"
 #include "support/hnc_listener.h"
 #include "unit_support.h"
 
