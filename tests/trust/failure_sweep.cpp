@@ -2,11 +2,13 @@
 // driver, with its companions:
 //
 //   failure_sweep [--once|--sample] [--traces] [--only NAME] [--matrix FILE] PART...
+//   failure_sweep --list PART...
 //
 // PART is procedures, sequences, in-place or start-up. Without an option every call is
 // failed with each of its errors; --once does with one of them each, --sample one call
 // of each class. --traces switches the daemon's traces and log on, --matrix appends a
-// table to FILE. Exits with 1 when a promise was broken; the last line sums up.
+// table to FILE. Exits with 1 when a promise was broken; the last line sums up. --list
+// only tells the operations that have a row of their own; there are none of start-up.
 
 #include <cstdio>
 #include <cstdlib>
@@ -21,6 +23,7 @@ namespace {
 struct options {
   extent how_much = extent::kAll;
   bool traces = false;
+  bool list = false;
   std::string only;
   std::string matrix_file;
   std::vector<std::string> parts;
@@ -39,6 +42,8 @@ static options parse(int argc, char** argv) {
       given.how_much = extent::kSample;
     else if (word == "--traces")
       given.traces = true;
+    else if (word == "--list")
+      given.list = true;
     else if (word == "--only" && with_value)
       given.only = argv[++i];
     else if (word == "--matrix" && with_value)
@@ -111,8 +116,20 @@ static void save(const options& given, const std::vector<tally>& rows, const std
   fclose(file);
 }
 
+static void list_operations(const std::vector<std::string>& parts) {
+  for (const std::string& part : parts) {
+    for (const operation& op : operations_of(part)) {
+      if (!op.inert) puts(op.name.c_str());
+    }
+  }
+}
+
 int main(int argc, char** argv) {
   const options given = parse(argc, argv);
+  if (given.list) {
+    list_operations(given.parts);
+    return 0;
+  }
   furnish_profiles();
   keep_gateway();
   set_traces(given.traces);

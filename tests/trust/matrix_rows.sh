@@ -1,0 +1,18 @@
+#!/bin/sh
+# matrix_rows.sh FAILURE_SWEEP PAGE: each part of the page has a row for every operation
+# that the sweep has, and for no other.
+set -eu
+sweep=$1
+page=$2
+rows=$(mktemp)
+trap 'rm -f "$rows"' EXIT
+for part in procedures in-place sequences; do
+  awk -v title="### mt7603+mt7612: $part" -F ' *[|] *' '
+    /^###/ { inside = $0 == title }
+    inside && /^[|] / && $2 != "operation" && $2 != "all" && $2 !~ /that only answer$/ { print $2 }
+  ' "$page" >"$rows"
+  "$sweep" --list "$part" | diff "$rows" - || {
+    echo "$page: part $part is stale; scripts/trust-sweep --write renews it" >&2
+    exit 1
+  }
+done
