@@ -50,14 +50,25 @@ def per_listed(limits, servers, *sides):
     return {**whole, "ours": whole["ours"] / LISTED, "bare": whole["bare"] / LISTED}
 
 
-def tail(limits, servers, *sides):
-    """p99 over p50 of each round; medians of that. The bare server's is in the note."""
+def measure_tails(limits, sides):
+    """p99 and p50 of each side, medians of the rounds', and how they were measured."""
     def step():
         samples = box.client("alternate", 5 * limits["calls"], *sides)["us"]
         return [[percentile(side, part)] for side in samples for part in (0.99, 0.5)]
-    (ours99, ours50, bare99, bare50), how = repeat(step, limits)
+    return repeat(step, limits)
+
+
+def tail(limits, servers, *sides):
+    """p99 over p50 of ours. The bare server's is in the note."""
+    (ours99, ours50, bare99, bare50), how = measure_tails(limits, sides)
     note = f"bare: p50; the bare server itself {bare99 / bare50:.2f}"
     return record((ours99, ours50), how, note=note)
+
+
+def tails(limits, servers, *sides):
+    """p99 over p50 of both sides."""
+    (ours99, ours50, bare99, bare50), how = measure_tails(limits, sides)
+    return record((ours99 / ours50, bare99 / bare50), how)
 
 
 def load(limits, servers, *sides):

@@ -81,6 +81,8 @@ ROWS = [
         "ratio", 1.5, "pair", (ours(22, SAME), bare(DUTIES + TEXT_SAME, SAME))),
     Row("p99", "calls", "p99 over p50, one client, inert getter", "us", "ratio", 1.5, "tail",
         INERT_GETTER),
+    Row("p99-tests", "calls", "p99 over p50, beside that of the bare with the marker tests", "",
+        "report", None, "tails", (ours(16, ONE), bare(DUTIES + GETTER, ONE))),
     Row("clients", "calls", "8 clients at once, null procedure", "calls/s", "least", 0.95, "load",
         NULL),
     Row("clients-get", "calls", "8 clients at once, inert getter", "calls/s", "report", None,
