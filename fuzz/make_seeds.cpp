@@ -148,6 +148,14 @@ static void write_datagrams(const std::filesystem::path& directory) {
     other[at] = 3;
     write_seed(directory, "header" + std::to_string(at), make_record(record_type::datagram, other));
   }
+  // Each flavor of a credential, with what begins a context of GSS.
+  for (unsigned flavor = 0; flavor <= 10; ++flavor) {
+    std::string other = header;
+    other.replace(24, 8, std::string("\0\0\0", 3) + byte(flavor) + std::string("\0\0\0\x14", 4));
+    other.insert(32, std::string("\0\0\0\1\0\0\0\1\0\0\0\1\0\0\0\1\0\0\0\0", 20));
+    write_seed(directory, "flavor" + std::to_string(flavor),
+               make_record(record_type::datagram, other + one));
+  }
 }
 
 // ---- The other targets.

@@ -20,6 +20,11 @@ static XDR* stream_of(SVCXPRT* transport) {
   return &static_cast<svc_dg_data*>(transport->xp_p2)->su_xdrs;
 }
 
+// The library's other flavors keep memory for each caller, or ask key servers.
+static bool serves_flavor(enum_t flavor) {
+  return flavor == AUTH_NONE || flavor == AUTH_SYS;
+}
+
 static bool_t receive(SVCXPRT* transport, rpc_msg* message) {
   // The length of the first datagram in the queue, which is the one that the
   // original operation will take: this process is the only reader.
@@ -32,7 +37,10 @@ static bool_t receive(SVCXPRT* transport, rpc_msg* message) {
     return FALSE;
   }
   if (!original->xp_recv(transport, message)) return FALSE;
-  return xdr_getpos(stream_of(transport)) <= datagram_length;
+  if (xdr_getpos(stream_of(transport)) > datagram_length) return FALSE;
+  if (serves_flavor(message->rm_call.cb_cred.oa_flavor)) return TRUE;
+  svcerr_auth(transport, AUTH_REJECTEDCRED);
+  return FALSE;
 }
 
 static bool_t get_arguments(SVCXPRT* transport, xdrproc_t decoder, void* arguments) {

@@ -8,5 +8,8 @@
 // this in place such arguments do not decode, and a request that ends within
 // its RPC header is dropped.
 //
+// A credential other than AUTH_NONE and AUTH_SYS is answered "rejected credential"
+// before the library's authentication sees it.
+//
 // One transport per process.
 void bound_transport(SVCXPRT* transport);

@@ -141,6 +141,42 @@ TEST(Transport, HeaderThatAnnouncesMoreCredentialsThanItHasIsDropped) {
   cut_connection(ends);
 }
 
+// A null call with such a credential and such a verifier, both with this body.
+static std::string null_call(uint32_t credential, uint32_t verifier, const std::string& body) {
+  return header(NULLPROC).substr(0, 24) + word(credential) + text_item(body) + word(verifier) +
+         text_item(body);
+}
+
+static std::string reply_at(const connection& ends) {
+  std::string reply(1000, '\0');
+  const ssize_t got = recv(ends.client, reply.data(), reply.size(), MSG_DONTWAIT);
+  reply.resize(got > 0 ? static_cast<size_t>(got) : 0);
+  return reply;
+}
+
+TEST(Transport, CredentialsOfOtherFlavorsAreRejected) {
+  const connection ends = make_connection();
+  // What the library's GSS takes for the beginning of a context.
+  const std::string begin = word(1) + word(1) + word(1) + word(1) + word(0);
+  for (const uint32_t flavor : {2u, 3u, 4u, 5u, 6u, 7u, 8u, 9u, 10u, 390003u, 0xFFFFFFFFu}) {
+    EXPECT_FALSE(take(ends, null_call(flavor, AUTH_NONE, begin)).served) << flavor;
+    // Denied, for its authentication, rejected credential.
+    EXPECT_EQ(reply_at(ends), word(7) + word(1) + word(1) + word(1) + word(2)) << flavor;
+  }
+  cut_connection(ends);
+}
+
+TEST(Transport, NoneAndSysAreServedWithAnyVerifier) {
+  const connection ends = make_connection();
+  // Stamp, an empty name, user, group, no groups.
+  const std::string nobody = zeros(5);
+  for (uint32_t verifier = 0; verifier <= 10; ++verifier) {
+    EXPECT_TRUE(take(ends, null_call(AUTH_NONE, verifier, nobody)).served) << verifier;
+    EXPECT_TRUE(take(ends, null_call(AUTH_SYS, verifier, nobody)).served) << verifier;
+  }
+  cut_connection(ends);
+}
+
 TEST(Transport, ReplyAfterACutCallIsWhole) {
   const connection ends = make_connection();
   const outcome seen = take(ends, header(kAnswerBig, 99) + word(3));

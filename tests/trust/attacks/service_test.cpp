@@ -1,0 +1,77 @@
+// Attacks on the service's own sockets: its memory, its port, its registration.
+
+#include <arpa/inet.h>
+#include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <signal.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <random>
+
+#include "support/daemon.h"
+#include "support/files.h"
+#include "support/wire.h"
+#include "trust/attacks/attacker.h"
+
+static sockaddr_in service_address() {
+  sockaddr_in service = {};
+  service.sin_family = AF_INET;
+  service.sin_port = htons(60001);
+  inet_aton("192.168.254.254", &service.sin_addr);
+  return service;
+}
+
+static int client_socket() {
+  const int sock = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+  const sockaddr_in service = service_address();
+  EXPECT_EQ(connect(sock, reinterpret_cast<const sockaddr*>(&service), sizeof service), 0);
+  return sock;
+}
+
+// Kilobytes of memory that the process has resident.
+static long resident(pid_t process) {
+  const std::string status = read_file("/proc/" + std::to_string(process) + "/status");
+  const size_t at = status.find("VmRSS:");
+  return at == status.npos ? 0 : atol(status.c_str() + at + 6);
+}
+
+// A null call with a body that the RPC library's GSS takes for a new context.
+static std::string context_call(uint32_t flavor, uint32_t xid) {
+  const std::string body = xdr_word(1) + xdr_word(1) + xdr_word(1) + xdr_word(1) + xdr_word(0);
+  return call_message(0, "", xid).substr(0, 24) + xdr_word(flavor) + xdr_text(body) +
+         xdr_word(flavor) + xdr_text(body) + xdr_text(std::string(36, 't'));
+}
+
+// Sends so many calls, of one flavor after the other, and takes each reply.
+static int send_flavors(int sock, int calls) {
+  static constexpr int kAtOnce = 32;
+  static std::mt19937 random(1);
+  int replies = 0;
+  for (int sent = 0; sent < calls;) {
+    for (int i = 0; i < kAtOnce; ++i, ++sent) {
+      const uint32_t kind = static_cast<uint32_t>(sent) % 12;
+      const std::string datagram = context_call(kind < 11 ? kind : random(), kind);
+      EXPECT_EQ(send(sock, datagram.data(), datagram.size(), 0),
+                static_cast<ssize_t>(datagram.size()));
+    }
+    char reply[1024];
+    pollfd answer = {sock, POLLIN, 0};
+    for (int i = 0; i < kAtOnce && poll(&answer, 1, 2000) == 1; ++i)
+      replies += recv(sock, reply, sizeof reply, 0) > 0;
+  }
+  return replies;
+}
+
+TEST(Service, NoFlavorOfACredentialCostsMemory) {
+  static constexpr int kCalls = 100000;
+  const pid_t child = service_child(start_daemon());
+  const int sock = client_socket();
+  EXPECT_EQ(send_flavors(sock, 3200), 3200);
+  const long before = resident(child);
+  EXPECT_GT(before, 0);
+  EXPECT_EQ(send_flavors(sock, kCalls), kCalls);
+  EXPECT_LE(resident(child), before + 64);
+  close(sock);
+}
