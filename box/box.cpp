@@ -26,6 +26,7 @@
 #include "net.h"
 #include "portmap.h"
 #include "profiles.h"
+#include "reach.h"
 #include "report.h"
 #include "trap.h"
 
@@ -37,6 +38,7 @@ struct box {
   int link;
   int signals;  // signalfd
   int control;  // listening
+  int name;     // listening, or -1
   std::vector<int> clients;
   pid_t portmap;  // 0: none
   companions_starting starting;
@@ -101,6 +103,7 @@ static bool build(box& b, const box_plan& plan) {
   if (!around_publish(plan.around)) return false;
   b.control = control_listen();
   if (b.control < 0 || !start_services(b, plan)) return false;
+  if (b.name >= 0 && !reach_listen(b.name)) return false;
   b.payload = payload_start(plan.payload);
   return b.payload > 0;
 }
@@ -191,7 +194,8 @@ static int next_timeout(box& b) {
 static void serve_once(box& b) {
   std::vector<pollfd> watched = {{b.trap.listener, POLLIN, 0}, {b.signals, POLLIN, 0},
                                  {b.control, POLLIN, 0},       {b.link, POLLIN, 0},
-                                 {b.trap.links, POLLIN, 0},    {b.trap.sysfs.notify, POLLIN, 0}};
+                                 {b.trap.links, POLLIN, 0},    {b.trap.sysfs.notify, POLLIN, 0},
+                                 {b.name, POLLIN, 0}};
   size_t fixed = watched.size();
   for (int client : b.clients)
     watched.push_back({client, POLLIN, 0});
@@ -201,6 +205,7 @@ static void serve_once(box& b) {
   if (watched[4].revents || watched[5].revents) trap_catch_up(b.trap);
   if (watched[1].revents) take_signals(b);
   if (watched[3].revents) take_link(b);
+  if (watched[6].revents) reach_serve(b.name);
   for (size_t i = clients; i-- > 0;) {
     if (!watched[fixed + i].revents) continue;
     control_serve(b.clients[i], b.trap);
@@ -219,6 +224,7 @@ static bool ended(box& b) {
 int box_main(const box_plan& plan) {
   box b = {};
   b.link = plan.link;
+  b.name = plan.name;
   b.own_job = plan.payload.terminal == kPayloadForeground;
   umask(022);
   if (!build(b, plan)) return kExitBoxFailed;

@@ -99,24 +99,48 @@ void control_serve(int client, trap_state& trap) {
   close(client);
 }
 
-static bool exchange(const std::string& root, const std::string& message, std::string& answer) {
-  sockaddr_un address;
+int control_socket() {
+  timeval patience = {kControlPatience, 0};
   int fd = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
-  bool connected = fd >= 0 && control_address(root, address) &&
-                   connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
-  if (!connected) {
-    report_errno("inside a box, or with --box from outside", "reach the box at %s%s", root.c_str(),
-                 kControlPath);
+  if (fd < 0) return -1;
+  (void)setsockopt(fd, SOL_SOCKET, SO_SNDTIMEO, &patience, sizeof patience);
+  (void)setsockopt(fd, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
+  return fd;
+}
+
+bool control_report_silence() {
+  report("the box did not answer within %d seconds", kControlPatience);
+  return false;
+}
+
+static bool connect_to(int fd, const std::string& root) {
+  sockaddr_un address;
+  if (fd >= 0 && control_address(root, address) &&
+      connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0) {
+    return true;
   }
-  ssize_t got = -1;
-  if (connected && send(fd, message.data(), message.size(), MSG_NOSIGNAL) > 0) {
-    answer.resize(kMessageMax);
-    got = recv(fd, answer.data(), answer.size(), 0);
-    answer.resize(got > 0 ? static_cast<size_t>(got) : 0);
-  }
-  if (connected && got <= 0) report("the box did not answer");
+  if (errno == EAGAIN) return control_report_silence();
+  return report_errno("inside a box, or with --box from outside", "reach the box at %s%s",
+                      root.c_str(), kControlPath);
+}
+
+static bool exchange_on(int fd, const std::string& message, std::string& answer) {
+  answer.resize(kMessageMax);
+  ssize_t got = send(fd, message.data(), message.size(), MSG_NOSIGNAL) < 0
+                    ? -1
+                    : recv(fd, answer.data(), answer.size(), 0);
+  answer.resize(got > 0 ? static_cast<size_t>(got) : 0);
+  if (got > 0) return true;
+  if (got < 0 && errno == EAGAIN) return control_report_silence();
+  report("the box ended without an answer");
+  return false;
+}
+
+static bool exchange(const std::string& root, const std::string& message, std::string& answer) {
+  int fd = control_socket();
+  bool done = connect_to(fd, root) && exchange_on(fd, message, answer);
   if (fd >= 0) close(fd);
-  return got > 0;
+  return done;
 }
 
 int control_ask(const std::string& box, const std::vector<std::string>& words,

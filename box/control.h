@@ -12,6 +12,7 @@
 
 constexpr const char* kControlPath = "/run/gwbox/control";  // inside the box
 constexpr char kControlBreak = '\x1f';
+constexpr int kControlPatience = 5;  // seconds that a command waits for the box
 
 // Server side. Returns the listening descriptor, or -1 after a report.
 [[nodiscard]] int control_listen();
@@ -21,6 +22,12 @@ int control_accept(int listener);
 
 // Reads the client's message, does what it asks, answers and closes CLIENT.
 void control_serve(int client, trap_state& trap);
+
+// Client side. A socket whose calls give up after kControlPatience with EAGAIN; -1 on failure.
+[[nodiscard]] int control_socket();
+
+// Says that the box kept somebody waiting for so long; always false.
+bool control_report_silence();
 
 // Client side. BOX as for reach_root. Sends the words and gets what follows the "ok"; reports
 // anything else. Returns the exit status: 0, kExitFailed without a box, kExitUsage when the box

@@ -14,6 +14,7 @@
 #include "report.h"
 
 static constexpr size_t kNameMaxSize = 64;
+static constexpr int kBacklog = 64;
 
 // An abstract address: a zero byte first, and no file.
 static socklen_t name_address(const std::string& name, sockaddr_un& address) {
@@ -44,11 +45,8 @@ bool reach_take_name(const std::string& name, int& fd) {
   sockaddr_un address;
   if (!is_good_name(name)) return false;
   socklen_t size = name_address(name, address);
-  fd = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
-  if (fd >= 0 && bind(fd, reinterpret_cast<sockaddr*>(&address), size) == 0 &&
-      listen(fd, 16) == 0) {
-    return true;
-  }
+  fd = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+  if (fd >= 0 && bind(fd, reinterpret_cast<sockaddr*>(&address), size) == 0) return true;
   if (errno == EADDRINUSE) {
     report("there is a box \"%s\" already", name.c_str());
   } else {
@@ -58,16 +56,26 @@ bool reach_take_name(const std::string& name, int& fd) {
   return false;
 }
 
-// The process that listens on the name, 0 when none does.
+bool reach_listen(int fd) {
+  return listen(fd, kBacklog) == 0 || report_errno(nullptr, "listen on the name of the box");
+}
+
+void reach_serve(int fd) {
+  for (int caller; (caller = accept4(fd, nullptr, nullptr, SOCK_CLOEXEC)) >= 0;)
+    close(caller);
+}
+
+// The process that listens on the name, 0 when none does, -1 when it has too many callers.
 static pid_t process_named(const std::string& name) {
   sockaddr_un address;
   socklen_t size = name_address(name, address), credentials_size = sizeof(ucred);
   ucred credentials = {};
-  int fd = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
+  int fd = control_socket();
   bool known = fd >= 0 && connect(fd, reinterpret_cast<sockaddr*>(&address), size) == 0 &&
                getsockopt(fd, SOL_SOCKET, SO_PEERCRED, &credentials, &credentials_size) == 0;
+  pid_t pid = known ? credentials.pid : errno == EAGAIN ? -1 : 0;
   if (fd >= 0) close(fd);
-  return known ? credentials.pid : 0;
+  return pid;
 }
 
 static std::string root_of(pid_t pid) {
@@ -88,6 +96,7 @@ bool reach_root(const std::string& box, std::string& root) {
   root.clear();
   if (box.empty()) return true;
   pid_t pid = is_number(box) ? atoi(box.c_str()) : process_named(box);
+  if (pid < 0) return control_report_silence();
   if (!is_in_box(pid)) pid = pid > 0 ? child_of(pid) : 0;
   root = root_of(pid);
   if (is_in_box(pid)) return true;

@@ -1,7 +1,8 @@
 // How commands reach a box: from inside it, or from outside by name or process id.
 //
 // Outside, a box is seen through /proc/<pid>/root of its first process. A name is an abstract
-// socket that the process outside listens on: it is gone with that process, however that ends.
+// socket that this process listens on: it is gone with the process, however that ends. Whoever
+// connects learns the process from the kernel, and nothing is said.
 #pragma once
 
 #include <string>
@@ -12,4 +13,11 @@
 [[nodiscard]] bool reach_root(const std::string& box, std::string& root);
 
 // Takes a name for the box about to be started. FD stays open as long as the name is taken.
+// Reports what is wrong and returns false.
 [[nodiscard]] bool reach_take_name(const std::string& name, int& fd);
+
+// For the box's first process: from now on it is found by the name of FD. Reports a failure.
+[[nodiscard]] bool reach_listen(int fd);
+
+// Lets go whoever connected to the name; they know all there is to know.
+void reach_serve(int fd);

@@ -156,6 +156,7 @@ static int start_and_await(box_plan& plan, int own_link) {
     _exit(live_in_box(plan));
   }
   close(plan.link);
+  if (plan.name >= 0) close(plan.name);
   int status = await_end(box, own_link, signals);
   if (plan.payload.terminal == kPayloadForeground) payload_to_foreground(getpgrp());
   return status;
@@ -170,11 +171,11 @@ static const board* choose_board(const args& a, const scenario& around) {
 
 int run_box(const args& a) {
   box_plan plan = {};
-  int name = -1;
+  plan.name = -1;
   if (!scenario_load(a.scenario, plan.around)) return kExitUsage;
   if (a.speed >= 0) scenario_set_speed(plan.around, a.speed);
   const board* hardware = choose_board(a, plan.around);
-  if (!hardware || (!a.name.empty() && !reach_take_name(a.name, name))) return kExitUsage;
+  if (!hardware || (!a.name.empty() && !reach_take_name(a.name, plan.name))) return kExitUsage;
   int links[2];
   if (inside_a_box() || !make_plan(a, *hardware, plan)) return kExitBoxFailed;
   if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, links) < 0) {

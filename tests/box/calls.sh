@@ -1,0 +1,53 @@
+#!/bin/sh
+# Commands that call a box from outside: as many as one likes, and none waits for ever.
+# usage: calls.sh PATH_OF_GWBOX
+. "$(dirname "$0")/../packaging/checks.sh"
+gwbox=$(readlink -f "$1")
+scratch "$(dirname "$gwbox")"
+called=calls-$$
+
+"$gwbox" run --no-portmap --name $called -- \
+  sh -c "touch $dir/up; while [ ! -e $dir/enough ]; do sleep 0.01; done" </dev/null &
+box=$!
+check "a named box starts" within 5 test -e "$dir/up"
+
+status() { timeout 20 "$gwbox" --box $called status --json >/dev/null; }
+# in_turn COUNT COMMAND...
+in_turn() {
+  count=$1
+  shift
+  for _ in $(seq "$count"); do "$@" || return; done
+}
+# at_once COUNT COMMAND...: in as many processes.
+at_once() {
+  count=$1
+  shift
+  ids=
+  for _ in $(seq "$count"); do
+    "$@" &
+    ids="$ids $!"
+  done
+  for id in $ids; do wait "$id" || return; done
+}
+check "a hundred calls" in_turn 100 status
+check "four callers at once" at_once 4 in_turn 25 status
+check "a hundred callers at once" at_once 100 status
+first=$(tr -d " " <"/proc/$box/task/$box/children")
+descriptors=$(ls /proc/"$first"/fd)
+check "more of them" at_once 50 status
+check "leave no descriptor behind" same "$descriptors" "$(ls /proc/"$first"/fd)"
+
+# More callers than the queues of a box that stands still hold.
+unanswered() {
+  said=$(status 2>&1)
+  same "1 gwbox: the box did not answer within 5 seconds" "$? $said"
+}
+kill -STOP "$first"
+check "a box that stands still" at_once 100 unanswered
+kill -CONT "$first"
+check "goes on" status
+
+touch "$dir/enough"
+check "the box ends" wait $box
+check "and has no name then" not status
+all_passed
