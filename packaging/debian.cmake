@@ -53,12 +53,13 @@ set(CPACK_COMPONENT_GWBOX_DESCRIPTION "simulated gateway for the Wi-Fi configura
 Runs a command, such as wificonfd, in a gateway with radios, stations and
 companions that are a model, for everybody without radios on the desk.")
 
-# The programs that the daemon starts: pgrep and kill, killall and fuser, iwpriv, rmmod.
-set(CPACK_DEBIAN_WIFICONFD_PACKAGE_DEPENDS "rpcbind, procps, psmisc, wireless-tools, kmod")
+# The programs that the daemon starts: pgrep and kill, killall and fuser, iwpriv, rmmod. A
+# portmapper finds no port without /etc/services, which is netbase's.
+set(CPACK_DEBIAN_WIFICONFD_PACKAGE_DEPENDS "rpcbind, netbase, procps, psmisc, wireless-tools, kmod")
 set(CPACK_DEBIAN_WIFICONFD_PACKAGE_CONTROL_EXTRA
   "${CMAKE_CURRENT_SOURCE_DIR}/debian/postinst;${CMAKE_CURRENT_SOURCE_DIR}/debian/prerm"
   "${CMAKE_CURRENT_SOURCE_DIR}/debian/postrm")
 set(CPACK_DEBIAN_WIFICONF_PACKAGE_SUGGESTS "rpcsvc-proto, libtirpc-dev, pkg-config")
-set(CPACK_DEBIAN_GWBOX_PACKAGE_DEPENDS "rpcbind")
+set(CPACK_DEBIAN_GWBOX_PACKAGE_DEPENDS "rpcbind, netbase")
 set(CPACK_DEBIAN_GWBOX_PACKAGE_RECOMMENDS "wificonf, wificonfd, iproute2")
 include(CPack)

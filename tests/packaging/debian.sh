@@ -31,10 +31,10 @@ for package in wificonfd wificonf gwbox; do
   check "$package has plain modes and owners" same "" "$odd"
 done
 check "the daemon links libtirpc" holds "$(field wificonfd Depends)" "libtirpc3"
-for program in rpcbind procps psmisc wireless-tools kmod; do
+for program in rpcbind netbase procps psmisc wireless-tools kmod; do
   check "the daemon needs $program" holds "$(field wificonfd Depends)" "$program"
 done
-check "the simulated gateway needs a portmapper" holds "$(field gwbox Depends)" rpcbind
+check "the simulated gateway needs a portmapper" holds "$(field gwbox Depends)" "rpcbind, netbase"
 check "the client needs no daemon" not holds "$(field wificonf Depends)" wificonfd
 
 for page in wificonfd/usr/share/man/man8/wificonfd.8.gz wificonf/usr/share/man/man1/wificonf.1.gz \
