@@ -23,6 +23,7 @@
 #include "firmware.h"
 #include "kernel_files.h"
 #include "link.h"
+#include "namespaces.h"
 #include "net.h"
 #include "portmap.h"
 #include "profiles.h"
@@ -40,7 +41,7 @@ struct box {
   int control;  // listening
   int name;     // listening, or -1
   std::vector<int> clients;
-  pid_t portmap;  // 0: none
+  portmap portmapper;
   companions_starting starting;
   pid_t payload;
   bool own_job;  // the payload is a process group that takes turns with gwbox at the terminal
@@ -48,13 +49,6 @@ struct box {
   bool ending;
   int64_t give_up_us;  // when ending: monotonic time after which nobody is waited for
 };
-
-static bool map_ids(const box_plan& plan) {
-  std::string uid = "0 " + std::to_string(plan.uid) + " 1\n";
-  std::string gid = "0 " + std::to_string(plan.gid) + " 1\n";
-  return file_write("/proc/self/setgroups", "deny") && file_write("/proc/self/uid_map", uid) &&
-         file_write("/proc/self/gid_map", gid);
-}
 
 static int status_of(int wait_status) {
   return WIFSIGNALED(wait_status) ? 128 + WTERMSIG(wait_status) : WEXITSTATUS(wait_status);
@@ -79,22 +73,23 @@ static bool open_trap(box& b, const box_plan& plan) {
   if (b.trap.socket < 0) return report_errno(nullptr, "open a socket");
   b.trap.links = links_open();
   if (b.trap.links < 0 || !journal_open(b.trap.log, plan.log_fd, plan.start_us)) return false;
-  b.trap.listener = filter_install({plan.sandbox.user_namespace});
+  b.trap.listener = filter_install({namespaces_have_root_alone()});
   return b.trap.listener >= 0;
 }
 
 // The portmapper and the companions start up while the radios are made.
 static bool start_services(box& b, const box_plan& plan) {
   if (!net_start() || !profiles_install(*plan.hardware)) return false;
-  b.portmap = plan.portmap ? portmap_start() : 0;
-  if (b.portmap < 0 || (plan.companions && !companions_start(b.starting))) return false;
+  if ((plan.portmap && !portmap_start(b.portmapper)) ||
+      (plan.companions && !companions_start(b.starting)))
+    return false;
   if (!plan.cold && !trap_load_modules(b.trap)) return false;
-  if (b.portmap != 0 && !portmap_await(b.portmap)) return false;
+  if (plan.portmap && !portmap_await(b.portmapper)) return false;
   return !plan.companions || companions_await(b.starting);
 }
 
 static bool build(box& b, const box_plan& plan) {
-  if (plan.sandbox.user_namespace && !map_ids(plan)) return false;
+  if (plan.user_namespace && !namespaces_map_root(plan.uid, plan.gid)) return false;
   if (!sandbox_enter(plan.sandbox) || !firmware_install() || !kernel_files_install(b.trap.sysfs)) {
     return false;
   }
@@ -116,7 +111,7 @@ static int for_each_process(const box& b, Act act) {
   if (!processes) return 0;
   while (struct dirent* entry = readdir(processes)) {
     pid_t pid = isdigit(entry->d_name[0]) ? atoi(entry->d_name) : 0;
-    if (pid <= 1 || pid == b.portmap) continue;
+    if (pid <= 1 || pid == b.portmapper.pid) continue;
     act(pid);
     count++;
   }
@@ -143,11 +138,20 @@ static void payload_changed(box& b, int wait_status) {
   if (b.own_job) (void)send(b.link, &kLinkStopped, 1, MSG_NOSIGNAL);
 }
 
+// Whoever ended it on purpose need not be told.
+static void portmap_changed(box& b, int wait_status) {
+  if (WIFSTOPPED(wait_status)) return;
+  b.portmapper.pid = 0;
+  bool on_purpose =
+      WIFSIGNALED(wait_status) ? WTERMSIG(wait_status) == SIGKILL : WEXITSTATUS(wait_status) == 0;
+  if (!on_purpose && !b.ending) portmap_report_end(wait_status);
+}
+
 static void reap(box& b) {
   int status = 0;
   for (pid_t pid; (pid = waitpid(-1, &status, WNOHANG | WUNTRACED)) > 0;) {
     if (pid == b.payload) payload_changed(b, status);
-    if (pid == b.portmap && !WIFSTOPPED(status)) b.portmap = 0;
+    if (pid == b.portmapper.pid) portmap_changed(b, status);
   }
 }
 

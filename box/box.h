@@ -15,7 +15,8 @@ struct box_plan {
   scenario around;
   sandbox_plan sandbox;
   payload_plan payload;
-  uid_t uid;  // of whoever started the box
+  bool user_namespace;  // the box is in a new one
+  uid_t uid;            // of whoever started the box
   gid_t gid;
   bool portmap;
   bool companions;  // HncInit and the HNC listener run from the start

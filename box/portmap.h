@@ -1,12 +1,23 @@
 // The portmapper of a box: the host's rpcbind under the name that a gateway gives it, so that
-// `pgrep portmap` finds it.
+// `pgrep portmap` finds it. What it says on its outputs is in kPortmapLog, as is what it sends to
+// the system's log while it starts.
 #pragma once
 
 #include <sys/types.h>
 
-// Starts it inside the box; returns its pid, or -1 after a report. It is not yet answering.
-[[nodiscard]] pid_t portmap_start();
+constexpr const char* kPortmapLog = "/run/gwbox/portmap.log";  // inside the box
 
-// Waits until it answers a call on UDP port 111. Reports and returns false when it ends or does
-// not answer within five seconds.
-[[nodiscard]] bool portmap_await(pid_t pid);
+struct portmap {
+  pid_t pid;       // 0: none
+  int system_log;  // takes the system's log until it answers
+};
+
+// Starts it inside the box. It is not yet answering. Reports what failed and returns false.
+[[nodiscard]] bool portmap_start(portmap& p);
+
+// Waits until it answers a call on UDP port 111. When it ends or does not answer within five
+// seconds, reports that with its last lines and returns false.
+[[nodiscard]] bool portmap_await(portmap& p);
+
+// Reports how it ended, with its last lines. STATUS: as waitpid gives it.
+void portmap_report_end(int status);

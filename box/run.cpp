@@ -4,14 +4,12 @@
 #include <fcntl.h>
 #include <limits.h>
 #include <poll.h>
-#include <sched.h>
 #include <signal.h>
 #include <stdlib.h>
 #include <sys/prctl.h>
 #include <sys/signalfd.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -22,6 +20,7 @@
 #include "files.h"
 #include "journal.h"
 #include "link.h"
+#include "namespaces.h"
 #include "reach.h"
 #include "report.h"
 
@@ -56,7 +55,7 @@ static bool make_plan(const args& a, const board& hardware, box_plan& plan) {
   plan.companions = a.companions;
   plan.cold = a.cold;
   plan.start_us = journal_now_us();
-  plan.sandbox.user_namespace = plan.uid != 0;
+  plan.user_namespace = namespaces_need_user();
   plan.sandbox.pci_devices = board_pci_devices(hardware);
   plan.payload.command = a.payload;
   plan.payload.board = hardware.name;
@@ -68,23 +67,6 @@ static bool make_plan(const args& a, const board& hardware, box_plan& plan) {
   }
   plan.payload.program_dir = plan.sandbox.program_dir;
   return open_log(a.log_file, plan.log_fd);
-}
-
-static const char* clone_hint(bool user_namespace) {
-  if (!user_namespace) return "root needs CAP_SYS_ADMIN; containers usually withhold it";
-  return "ordinary users need user namespaces: sysctl user.max_user_namespaces=10000 "
-         "kernel.unprivileged_userns_clone=1, or start gwbox as root";
-}
-
-// clone(2) rather than unshare(2): this process stays outside, and a program that already has
-// threads, as one built with a thread checker does, may still enter a new user namespace.
-static pid_t clone_into_box(bool user_namespace) {
-  unsigned long flags =
-      CLONE_NEWNS | CLONE_NEWNET | CLONE_NEWPID | CLONE_NEWUTS | CLONE_NEWIPC | SIGCHLD;
-  if (user_namespace) flags |= CLONE_NEWUSER;
-  pid_t pid = static_cast<pid_t>(syscall(SYS_clone, flags, nullptr, nullptr, nullptr, nullptr));
-  if (pid < 0) report_errno(clone_hint(user_namespace), "make the namespaces of a box");
-  return pid;
 }
 
 // The box must end with the process outside, however that one ends. The other end of the link
@@ -148,7 +130,7 @@ static bool inside_a_box() {
 
 static int start_and_await(box_plan& plan, int own_link) {
   int signals = block_signals();
-  pid_t box = clone_into_box(plan.sandbox.user_namespace);
+  pid_t box = namespaces_clone(plan.user_namespace);
   if (box < 0) return kExitBoxFailed;
   if (box == 0) {
     close(own_link);

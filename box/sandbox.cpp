@@ -19,6 +19,7 @@
 
 #include "files.h"
 #include "firmware.h"
+#include "namespaces.h"
 #include "report.h"
 
 // The new root is put together here. Every system has /tmp, and what the host keeps in it is
@@ -34,9 +35,16 @@ struct held_tree {
   int fd;  // O_PATH, opened before anything covers it; -1: nothing to hold
 };
 
-static const char* mount_hint() {
+// In a user namespace nobody may uncover what a container covers of /proc and /sys.
+static const char* mount_hint(std::string_view type = "") {
   if (errno == EPERM || errno == EACCES) {
-    return "the kernel or a security policy forbids mounts here: start gwbox as root";
+    if (namespaces_are_confined()) {
+      return "the kernel setting kernel.apparmor_restrict_unprivileged_userns is not 0";
+    }
+    if (type == "proc" || type == "sysfs") {
+      return "where a container covers parts of it this takes root with CAP_SYS_ADMIN";
+    }
+    return "a security policy forbids mounts here, or they take root with CAP_SYS_ADMIN";
   }
   if (errno == ENODEV) return "this kernel lacks that file system";
   return nullptr;
@@ -47,7 +55,7 @@ static bool mount_at(const char* type, const std::string& target, unsigned long 
   if (!directory_make(target)) return false;
   if (mount(type, target.c_str(), type, flags, options.c_str()) == 0) return true;
   std::string shown = target == ROOT ? "/" : target.substr(ROOT.size());
-  return report_errno(mount_hint(), "mount %s on %s of the box", type, shown.c_str());
+  return report_errno(mount_hint(type), "mount %s on %s of the box", type, shown.c_str());
 }
 
 // Always with what is mounted below: in a user namespace those mounts cannot be left out.
@@ -114,8 +122,8 @@ static bool show_held(const held_tree& tree) {
   return directory_make(target) && bind_at("/proc/self/fd/" + std::to_string(tree.fd), target);
 }
 
-// The portmapper gives up its privileges for this account, which an ordinary user's namespace,
-// with its single id, does not have: there the account is another name of that id.
+// The portmapper gives up its privileges for this account. Where root is the only user, the
+// account is another name of root.
 static std::string passwd_with_rpc_as_root(const std::string& passwd) {
   std::string text;
   for (size_t at = 0, end; at < passwd.size(); at = end + 1) {
@@ -128,13 +136,13 @@ static std::string passwd_with_rpc_as_root(const std::string& passwd) {
   return text;
 }
 
-static bool fill_etc(const sandbox_plan& plan, const std::string& upper) {
+static bool fill_etc(const std::string& upper) {
   std::string name = kSandboxHostName;
   if (!directory_make(upper + "/Wireless") || !file_write(upper + "/hostname", name + "\n") ||
       !file_write(upper + "/hosts", file_read("/etc/hosts") + "192.168.254.254\t" + name + "\n")) {
     return false;
   }
-  if (!plan.user_namespace) return true;
+  if (!namespaces_have_root_alone()) return true;
   return file_write(upper + "/passwd", passwd_with_rpc_as_root(file_read("/etc/passwd")));
 }
 
@@ -175,7 +183,7 @@ static bool overlay_system(const sandbox_plan& plan) {
   for (const char* name : {"usr", "etc", "var"}) {
     if (!directory_make(LAYERS + "/" + name + "/upper")) return false;
   }
-  if (!fill_usr(plan, LAYERS + "/usr/upper") || !fill_etc(plan, LAYERS + "/etc/upper") ||
+  if (!fill_usr(plan, LAYERS + "/usr/upper") || !fill_etc(LAYERS + "/etc/upper") ||
       !fill_var(LAYERS + "/var/upper")) {
     return false;
   }
@@ -286,12 +294,10 @@ static bool protect_proc() {
          report_errno(nullptr, "make /proc/sys/net writable");
 }
 
-// In a user namespace the kernel itself keeps its files from being changed.
-static bool mount_kernel_views(const sandbox_plan& plan) {
+static bool mount_kernel_views() {
   constexpr unsigned long kFlags = MS_NOSUID | MS_NODEV | MS_NOEXEC;
   if (!mount_devices() || !mount_at("proc", ROOT + "/proc", kFlags)) return false;
-  if (!plan.user_namespace && !protect_proc()) return false;
-  return mount_at("sysfs", ROOT + "/sys", kFlags | MS_RDONLY);
+  return protect_proc() && mount_at("sysfs", ROOT + "/sys", kFlags | MS_RDONLY);
 }
 
 static bool mount_empty_dirs() {
@@ -332,13 +338,28 @@ static bool drop_capabilities() {
   return true;
 }
 
+static bool make_private(const char* mount_point) {
+  return mount(nullptr, mount_point, nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+}
+
+// The root of a chroot is mostly no mount point, of which the box needs one. /proc is one, and
+// nobody outside sees what is mounted over it once it is private.
+static bool make_root_mount_point() {
+  return make_private("/proc") && mount("/", "/proc", nullptr, MS_BIND | MS_REC, nullptr) == 0 &&
+         chroot("/proc") == 0;
+}
+
+static bool separate_mounts() {
+  if (make_private("/")) return true;
+  if (errno == EINVAL && make_root_mount_point() && make_private("/")) return true;
+  return report_errno(mount_hint(), "separate the mounts of the box from the host's");
+}
+
 bool sandbox_enter(const sandbox_plan& plan) {
-  if (mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) < 0) {
-    return report_errno(mount_hint(), "separate the mounts of the box from the host's");
-  }
+  if (!separate_mounts()) return false;
   held_tree trees[] = {hold(source_tree(plan.work_dir)), hold(plan.program_dir)};
   if (!mount_at("tmpfs", ROOT, kPlain, "mode=0755") || !overlay_system(plan) || !show_host() ||
-      !mount_kernel_views(plan) || !mount_empty_dirs() || !show_pci_devices(plan.pci_devices)) {
+      !mount_kernel_views() || !mount_empty_dirs() || !show_pci_devices(plan.pci_devices)) {
     return false;
   }
   for (const held_tree& tree : trees) {

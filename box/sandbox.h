@@ -18,7 +18,6 @@
 #include <string>
 
 struct sandbox_plan {
-  bool user_namespace;      // the box was started by an ordinary user
   std::string program_dir;  // directory of gwbox
   std::string work_dir;     // current directory of whoever started the box
   std::string pci_devices;  // text of /proc/bus/pci/devices

@@ -1,0 +1,111 @@
+#!/bin/sh
+# As whom and in what surroundings a box starts, and what is said when it cannot.
+# usage: starts.sh PATH_OF_GWBOX
+. "$(dirname "$0")/../packaging/checks.sh"
+gwbox=$(readlink -f "$1")
+scratch "$(dirname "$gwbox")"
+[ "$(id -u)" -eq 0 ] || {
+  echo "skipped: all of this takes root"
+  exit 0
+}
+
+# The real portmapper, a trapped request and a name of the box's own.
+work='rpcinfo -p >/dev/null && iwpriv ra0 set LEDEnable=1 >/dev/null && hostname | grep -qx gateway'
+# works COMMAND...: a box starts where that command puts it.
+works() { "$@" "$gwbox" run -- sh -c "$work" </dev/null; }
+# refused TEXT COMMAND...: no box there, with a message that holds that.
+refused() {
+  text=$1
+  shift
+  ends_with 125 "$@" "$gwbox" run -- true </dev/null 2>"$dir/err" || return
+  holds "$(cat "$dir/err")" "$text"
+}
+# without CAPABILITIES COMMAND...
+without() {
+  lost=$1
+  shift
+  setpriv --bounding-set="$(echo "$lost" | sed 's/[^,]*/-&/g')" "$@"
+}
+nobody="setpriv --reuid=65534 --regid=65534 --clear-groups"
+limited="echo 0 >/proc/sys/user/max_user_namespaces; exec \"\$@\""
+
+for lost in sys_admin net_admin dac_override setpcap setgid setuid net_bind_service \
+  sys_admin,net_admin; do
+  check "root without $lost" works without $lost
+done
+container=chown,dac_override,fowner,fsetid,kill,setgid,setuid,setpcap,net_bind_service,net_raw
+check "root as containers have it" works setpriv \
+  --bounding-set="-all,$(echo $container,sys_chroot,mknod,audit_write,setfcap | sed 's/[^,]*/+&/g')"
+check "root of a namespace with one id" works unshare -Ur
+check "nobody as root of a namespace with one id" works $nobody unshare -Ur
+check "what root could write stays as it is" ends_with 1 without sys_admin "$gwbox" run --no-portmap -- \
+  sh -c 'value=$(cat /proc/sys/vm/swappiness); echo "$value" >/proc/sys/vm/swappiness || exit 1'
+
+# What is missing is named.
+check "no user namespaces" refused "user.max_user_namespaces is 0" \
+  unshare -Ur sh -c "$limited" sh setpriv --bounding-set=-net_admin
+check "nor the capability" holds "$(cat "$dir/err")" "root lacks CAP_NET_ADMIN here"
+check "no network namespaces" refused "user.max_net_namespaces is 0" \
+  unshare -Ur sh -c "$(echo "$limited" | sed s/max_user/max_net/)" sh
+check "a user without an id" refused "this user has no id in the user namespace around it" unshare -U
+check "no capability to be root inside" refused "root lacks CAP_SETFCAP here" \
+  without sys_admin,setfcap
+
+covering='mount --bind /dev/null /proc/keys; exec "$@"'
+check "a /proc that is covered in part" refused \
+  "Operation not permitted (where a container covers parts of it this takes root with CAP_SYS_ADMIN)" \
+  unshare --mount sh -c "$covering" sh setpriv --bounding-set=-sys_admin
+check "which is no matter with it" works unshare --mount sh -c "$covering" sh
+
+# A chroot is no mount point, and what is mounted in it is seen outside unless gwbox sees to that.
+mkdir -p "$dir/root/tmp" "$dir/root/run"
+for link in /bin /sbin /lib*; do
+  [ ! -L "$link" ] || ln -s "$(readlink "$link")" "$dir/root$link"
+done
+cat >"$dir/in_chroot" <<'SCRIPT'
+#!/bin/sh
+# usage: in_chroot ROOT BUILD COMMAND...
+root=$1
+build=$2
+shift 2
+mount --make-rshared /
+for name in /usr /etc /var /dev /proc "$build"; do
+  mkdir -p "$root$name"
+  mount --rbind "$name" "$root$name"
+done
+cat /proc/self/mountinfo >"$root.before"
+chroot "$root" "$@"
+status=$?
+cat /proc/self/mountinfo >"$root.after"
+exit $status
+SCRIPT
+chmod +x "$dir/in_chroot"
+in_chroot="unshare --mount --propagation private $dir/in_chroot $dir/root $(dirname "$gwbox")"
+check "a box in a chroot" works $in_chroot
+check "which leaves its mounts as they were" cmp "$dir/root.before" "$dir/root.after"
+check "an ordinary user's in a chroot" refused "the kernel gives none to a process in a chroot" \
+  $in_chroot $nobody
+
+# A portmapper that does not come up. /etc is that of the box, so a copy is changed.
+cat >"$dir/with_etc" <<'SCRIPT'
+#!/bin/sh
+# usage: with_etc COPY CHANGE COMMAND...
+copy=$1
+change=$2
+shift 2
+rm -rf "$copy"
+cp -a /etc "$copy"
+(cd "$copy" && eval "$change")
+mount --bind "$copy" /etc
+exec "$@"
+SCRIPT
+chmod +x "$dir/with_etc"
+with_etc="unshare --mount $dir/with_etc $dir/etc"
+check "a portmapper that ends" refused "the portmapper ended with status 1" \
+  $with_etc "sed -i /^_rpc:/d passwd"
+check "says why" holds "$(cat "$dir/err")" "gwbox: it said: cannot get uid of '_rpc': Success"
+check "one that serves no UDP" refused "the portmapper did not answer within 5 seconds" \
+  $with_etc "rm services"
+check "says why, too" holds "$(cat "$dir/err")" \
+  "gwbox: it said: cannot get local address for udp: Servname not supported for ai_socktype"
+all_passed
