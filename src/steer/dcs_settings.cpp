@@ -11,13 +11,11 @@
 #include "sys/unix_datagram.h"
 
 static constexpr char kDaemonPath[] = "/var/run/dcsD";
-// For a daemon that does not take its datagrams.
-static constexpr int kSendTimeoutMs = 2000;
 
 static int send_to_daemon(int sock, const void* datagram) {
   // A daemon that is not running is no error.
   if (unix_datagram_connect(sock, kDaemonPath) != 0) return 0;
-  if (unix_datagram_send(sock, datagram, sizeof(dcs_message), kSendTimeoutMs) == 0) return 0;
+  if (unix_datagram_send(sock, datagram, sizeof(dcs_message), kRoomTimeoutMs) == 0) return 0;
   static constexpr const char* kCaller = "notifyDCSSettingChanges";
   const char* text = static_cast<const char*>(datagram) + offsetof(dcs_message, payload);
   trace_rev_error(kCaller, "%s: failed to send message %.*s\n", kCaller,

@@ -19,6 +19,7 @@
 
 // Sends one datagram. When the peer's queue is full it waits up to
 // `timeout_ms` for room and then fails with EAGAIN. 0, or -1.
+constexpr int kRoomTimeoutMs = 2000;  // for a companion that does not take its datagrams
 [[nodiscard]] int unix_datagram_send(int sock, const void* datagram, size_t size, int timeout_ms);
 
 // Waits up to `timeout_ms` for a datagram and copies as much of it as `size`

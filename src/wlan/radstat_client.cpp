@@ -48,7 +48,7 @@ int rad_ctrl_request(rad_ctrl* client, const void* request, size_t request_len, 
                      size_t* reply_len) {
   // The answer to an earlier client's request, bound to the same path.
   unix_datagram_discard(client->sock);
-  if (unix_datagram_send(client->sock, request, request_len, 0) != 0) return -1;
+  if (unix_datagram_send(client->sock, request, request_len, kRoomTimeoutMs) != 0) return -1;
   const ssize_t received = unix_datagram_receive(client->sock, reply, *reply_len, kReplyTimeoutMs);
   if (received < 0) return static_cast<int>(received);
   *reply_len = static_cast<size_t>(received);

@@ -17,10 +17,11 @@ constexpr int kReplyTimeoutMs = 2000;
 // Null when that fails; only a failed bind is reported. rad_ctrl_close ends it.
 [[nodiscard]] rad_ctrl* rad_ctrl_open(const char* daemon_path);
 
-// Sends a request and waits for one reply, of which at most `*reply_len` bytes
-// are taken; `*reply_len` receives how many. What arrived before the request
-// is not taken for its reply. Returns 0, -1 when the request could not be sent
-// or the reply not received, or -2 when none came in time.
+// Sends a request, waiting 2 s at most for room in the daemon's queue, and waits
+// for one reply, of which at most `*reply_len` bytes are taken; `*reply_len`
+// receives how many. What arrived before the request is not taken for its reply.
+// Returns 0, -1 when the request could not be sent or the reply not received, or
+// -2 when none came in time.
 [[nodiscard]] int rad_ctrl_request(rad_ctrl* client, const void* request, size_t request_len,
                                    void* reply, size_t* reply_len);
 

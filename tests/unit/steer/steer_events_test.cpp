@@ -171,11 +171,13 @@ TEST(SteerEvents, WithoutADaemonOrItsReplyItFails) {
   EXPECT_EQ(open_descriptors(), before);
 }
 
-TEST(SteerEvents, RequestThatCannotBeSentFailsAtOnce) {
+TEST(SteerEvents, RequestThatCannotBeSentFailsWithoutWaitingForAnAnswer) {
   const int before = open_descriptors();
   const int stuck = start_stuck_daemon(kDaemon);
   outcome result = {};
-  EXPECT_LT(seconds_of([&] { result = ask(1); }), 1.0) << "an answer was waited for";
+  const double waited = seconds_of([&] { result = ask(1); });
+  EXPECT_GE(waited, 1.99) << "room was not waited for";
+  EXPECT_LT(waited, 3.0) << "an answer was waited for";
   EXPECT_EQ(result.status, -1);
   EXPECT_EQ(result.report, std::string(1156, '\0'));
   EXPECT_EQ(result.errors, kReported + "request message failed.\n");
