@@ -47,7 +47,9 @@ static int issue(const char* caller, unsigned request, unsigned subcmd, iwreq* f
 int rtpriv_get_ioctl(int bss, unsigned request, unsigned subcmd, void* buffer, unsigned size) {
   iwreq frame =
       make_frame(bss, buffer, static_cast<uint16_t>(size - 1), static_cast<uint16_t>(subcmd));
-  return issue(__func__, request, subcmd, &frame);
+  if (issue(__func__, request, subcmd, &frame) == 1) return 1;
+  memset(buffer, 0, size - 1);
+  return 0;
 }
 
 int rtpriv_get_ioctl_2(int bss, unsigned request, unsigned subcmd, void* buffer, unsigned size) {
@@ -55,7 +57,9 @@ int rtpriv_get_ioctl_2(int bss, unsigned request, unsigned subcmd, void* buffer,
       make_frame(bss, buffer, static_cast<uint16_t>(size - 1), static_cast<uint16_t>(subcmd));
   errno = 0;
   if (issue(__func__, request, subcmd, &frame, " ") == 1) return 1;
-  return errno == EAGAIN ? kRtprivTryAgain : 0;
+  if (errno == EAGAIN) return kRtprivTryAgain;
+  memset(buffer, 0, size - 1);
+  return 0;
 }
 
 int rtpriv_get_int_struct_ioctl(int bss, unsigned request, unsigned subcmd, void* buffer,

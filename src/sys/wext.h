@@ -15,12 +15,14 @@ constexpr unsigned kRtprivText = 0x8BE2;          // "Key=Value", as "iwpriv raN
 constexpr unsigned kRtprivStationTable = 0x8BEF;  // the associated-station table
 
 // Reads an object into `buffer` of `size` bytes. The driver is told one byte
-// less than the buffer holds, on purpose, and writes at most that many.
+// less than the buffer holds, on purpose, and writes at most that many: these
+// bytes are zeros after a failure, whatever the driver wrote before it failed.
 [[nodiscard]] int rtpriv_get_ioctl(int bss, unsigned request, unsigned subcmd, void* buffer,
                                    unsigned size);
 
 // The same; returns 3 when the driver answers EAGAIN (try again: a site survey
-// is still running), after reporting it like any failure.
+// is still running), after reporting it like any failure. The buffer then keeps
+// what the driver has so far.
 constexpr int kRtprivTryAgain = 3;
 [[nodiscard]] int rtpriv_get_ioctl_2(int bss, unsigned request, unsigned subcmd, void* buffer,
                                      unsigned size);

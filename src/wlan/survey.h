@@ -20,8 +20,8 @@ int wlan_ApSiteSurveyStatus(int bss, int* state);
 
 // Asks the driver for the results whatever the state, and follows its answer.
 // Returns 0 when they are there, 3 while the survey runs, -1 for a failure. The
-// record is written in every case, zeros where the driver told nothing, and
-// `*length` becomes its size.
+// record is written in every case: the networks found so far while the survey
+// runs, zeros after a failure. `*length` becomes its size.
 constexpr int kSurveyStillRunning = 3;
 int wlan_getApScanResult(int bss, survey_record* record, unsigned* length);
 

@@ -30,8 +30,8 @@ void answer_object_with(uint16_t sub, const std::string& bytes, int error) {
   answers()[sub] = {bytes, error};
 }
 
-void answer_stations_with(const std::string& bytes) {
-  answers()[0] = {bytes, 0};
+void answer_stations_with(const std::string& bytes, int error) {
+  answers()[0] = {bytes, error};
 }
 
 void answer_frequency_with(int32_t mantissa, int16_t exponent) {

@@ -9,7 +9,7 @@
 void answer_object_with(uint16_t sub, const std::string& bytes, int error = 0);
 
 // The same for the station table.
-void answer_stations_with(const std::string& bytes);
+void answer_stations_with(const std::string& bytes, int error = 0);
 
 // The same for the question for the frequency, mantissa times ten to the
 // exponent.

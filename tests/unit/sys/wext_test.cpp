@@ -8,6 +8,7 @@
 #include <cstring>
 #include <string>
 
+#include "lying_driver.h"
 #include "unit_support.h"
 
 // The line of the last request that reached the driver, and whether it says so.
@@ -79,14 +80,42 @@ TEST(Wext, FailingQueryIsReported) {
 }
 
 TEST(Wext, MissingInterfaceFails) {
-  uint32_t value = 7;
+  char value[] = "#######";
   for (const int bss : {0, 17, -5, INT_MIN, INT_MAX}) {
-    const std::string errors = errors_of([&] {
-      EXPECT_EQ(rtpriv_get_ioctl(bss, kRtprivObject, kOperatingClass, &value, sizeof value), 0);
-    });
+    const std::string errors = errors_of(
+        [&] { EXPECT_EQ(rtpriv_get_ioctl(bss, kRtprivObject, kOperatingClass, value, 4), 0); });
     EXPECT_TRUE(contains(errors, "ioctl failed (cmd=0x8BE1, sub_cmd=0x6B2)\n")) << bss;
-    EXPECT_EQ(value, 7u);
+    EXPECT_EQ(std::string(value, 7), std::string(3, '\0') + "####") << "what was announced";
   }
+}
+
+TEST(Wext, WhatAFailedQueryWroteIsNoAnswer) {
+  char buffer[64];
+  for (const int error : {EIO, EAGAIN}) {
+    answer_object_with(kOperatingClass, std::string(60, 'x'), error);
+    memset(buffer, '#', sizeof buffer);
+    errors_of([&] {
+      EXPECT_EQ(rtpriv_get_ioctl(1, kRtprivObject, kOperatingClass, buffer, sizeof buffer), 0);
+      EXPECT_EQ(errno, error);
+    });
+    EXPECT_EQ(std::string(buffer, sizeof buffer), std::string(63, '\0') + "#");
+  }
+}
+
+TEST(Wext, SecondQueryFormKeepsWhatTheDriverHasSoFarAndNothingElse) {
+  char buffer[64];
+  answer_object_with(kOperatingClass, "so far", EAGAIN);
+  memset(buffer, 0, sizeof buffer);
+  errors_of([&] {
+    EXPECT_EQ(rtpriv_get_ioctl_2(1, kRtprivObject, kOperatingClass, buffer, sizeof buffer), 3);
+  });
+  EXPECT_STREQ(buffer, "so far");
+  answer_object_with(kOperatingClass, "failed", EIO);
+  errors_of([&] {
+    EXPECT_EQ(rtpriv_get_ioctl_2(1, kRtprivObject, kOperatingClass, buffer, sizeof buffer), 0);
+    EXPECT_EQ(errno, EIO);
+  });
+  EXPECT_EQ(std::string(buffer, sizeof buffer), std::string(64, '\0'));
 }
 
 TEST(Wext, SecondQueryFormAnnouncesTheSameAndSucceedsTheSame) {

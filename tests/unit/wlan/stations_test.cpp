@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <climits>
 #include <cstring>
 #include <string>
 
+#include "lying_driver.h"
 #include "support/stations.h"
 #include "unit_support.h"
 
@@ -88,6 +90,14 @@ TEST(Stations, FailureOfTheDriverAnswersNone) {
     const std::string failed = rpc_error_prefix("rtpriv_get_ioctl") + kFailed;
     EXPECT_EQ(errors, failed + failed) << bss;
   }
+}
+
+TEST(Stations, TableOfAFailedQueryIsNotAnswered) {
+  answer_stations_with(std::string(sizeof(driver_station_table), 'x'), EIO);
+  driver_station_table table = {};
+  errors_of([&] { EXPECT_EQ(wlan_getAssocDevicesTable_2(1, &table), -1); });
+  const driver_station_table zero = {};
+  EXPECT_EQ(memcmp(&table, &zero, sizeof table), 0);
 }
 
 TEST(Stations, CountsThatLieAreBounded) {

@@ -178,6 +178,9 @@ TEST(SurveyResult, PartialAndShortAnswersAreShownAsFarAsTheyGo) {
   EXPECT_EQ(record.count, 7u);
   EXPECT_EQ(record.entries[6][99], 7);
   EXPECT_EQ(record.entries[7][0], 0);
+  answer_object_with(0x069B, answer_of(7), EIO);
+  errors_of([&] { EXPECT_EQ(fetch(1, &record), -1); });
+  EXPECT_TRUE(is_zero(record)) << "what a failed query wrote";
   answer_object_with(0x069B, std::string("\x05\x00", 2));
   EXPECT_EQ(fetch(1, &record), 0);
   EXPECT_EQ(record.count, 5u);

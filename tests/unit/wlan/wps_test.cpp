@@ -435,6 +435,13 @@ TEST(WpsUuid, FailureAnswersAnEmptyText) {
   }
 }
 
+TEST(WpsUuid, TextOfAFailedQueryIsNotAnswered) {
+  char uuid[kWpsUuidSize] = "old";
+  answer_object_with(0x0753, "28802880-2880", EIO);
+  errors_of([&] { EXPECT_EQ(wlan_getWpsUuid(1, uuid), 0); });
+  EXPECT_EQ(std::string(uuid, sizeof uuid), std::string(kWpsUuidSize, '\0'));
+}
+
 TEST(WpsUuid, TextWithoutAnEndIsClosed) {
   char uuid[kWpsUuidSize + 1];
   memset(uuid, '#', sizeof uuid);
