@@ -14,12 +14,13 @@
 
 static constexpr char kMarker[] = "/tmp/mtk_bnd_file";
 
-// Guards whether band steering was started. Held from the look at it to the end
+// Guards what is known of band steering. Held from the look at it to the end
 // of the commands: two threads start it once, and no stop overtakes a start. Not
 // held while the marker is waited for, so that a setting on the RPC thread does
 // not wait those seconds with the worker.
 static pthread_mutex_t band_steering_mutex = PTHREAD_MUTEX_INITIALIZER;
 static bool band_steering_running;
+static bool asked_for_left;  // a bndstrg_1 that was left running
 
 namespace {
 
@@ -114,15 +115,17 @@ static bool start_locked(const steering_settings& settings) {
     trace_rpc("bndstrgStart", "can't enable band steering as radio/home user ssid isn't enabled\n");
     return false;
   }
+  band_steering_running = true;
+  const bool mt7615 = hasMTK7615() != 0;
+  if (!mt7615 && left_running("bndstrgStart", "bndstrg_1", &asked_for_left)) return false;
   trace_rpc("bndstrgStart", "Sart band steering\n");
-  if (hasMTK7615() != 0) {
+  if (mt7615) {
     run_command("/sbin/EasyMesh_openwrt.sh");
     run_command("iwpriv ra8 set ApEnableRadioChStats=1");
     run_command("iwpriv ra0 set ApEnableRadioChStats=1");
   } else {
     cfg_executecmd("bndstrgStart", "bndstrg_1&");
   }
-  band_steering_running = true;
   return true;
 }
 

@@ -26,6 +26,7 @@ struct companion {
   bool quiet;  // its output is thrown away, and its commands are logged
   pthread_mutex_t lock;
   bool running;
+  bool asked;  // for one that was left running
 };
 
 }  // namespace
@@ -38,6 +39,7 @@ static companion dcs = {
     .quiet = true,
     .lock = PTHREAD_MUTEX_INITIALIZER,
     .running = false,
+    .asked = false,
 };
 static companion mtk_ctrl = {
     .control = "MtkCtrlStart",
@@ -47,6 +49,7 @@ static companion mtk_ctrl = {
     .quiet = true,
     .lock = PTHREAD_MUTEX_INITIALIZER,
     .running = false,
+    .asked = false,
 };
 static companion wapp = {
     .control = "wappStart",
@@ -56,7 +59,15 @@ static companion wapp = {
     .quiet = false,
     .lock = PTHREAD_MUTEX_INITIALIZER,
     .running = false,
+    .asked = false,
 };
+
+bool left_running(const char* control, const char* name, bool* asked) {
+  const bool left = !*asked && process_runs(name);
+  *asked = true;
+  if (left) trace_rpc(control, "%s runs already\n", name);
+  return left;
+}
 
 static void run_for(const companion& process, const char* command) {
   if (process.quiet) {
@@ -68,9 +79,10 @@ static void run_for(const companion& process, const char* command) {
 
 static void switch_locked(companion* process, int mode, bool wanted) {
   if (mode != 0 && !process->running && wanted) {
+    process->running = true;
+    if (left_running(process->control, process->name, &process->asked)) return;
     trace_rpc(process->control, "Sart %s\n", process->name);
     run_for(*process, process->start);
-    process->running = true;
   } else if (mode == 0 && process->running) {
     trace_rpc(process->control, "Stop %s\n", process->name);
     run_for(*process, process->stop);
@@ -133,12 +145,15 @@ static bool has_radius_server(int radio) {
 }
 
 void rtdot1x_start(int radio, int mode) {
+  static bool asked[2];
   const bool first = radio == kRadio24;
   if (mode == 1 && has_radius_server(radio)) {
+    if (left_running(__func__, first ? "rtdot1xd" : "rtinicapd", &asked[first])) return;
     cfg_executecmd(__func__, first ? "/sbin/rtdot1xd &" : "/sbin/rtinicapd &");
     return;
   }
   if (mode != 0 && mode != 1) return;
+  asked[first] = true;
   static constexpr size_t kCountSize = 16;
   int running = 0;
   const char* probe =

@@ -3,9 +3,15 @@
 // The processes that run beside the driver. Each control takes a mode, nonzero
 // to start and 0 to stop, decides from the profiles whether its process should
 // run, and remembers that it started it, so that starting or stopping twice
-// does nothing. The worker and the RPC thread may call them at the same time:
+// does nothing. A process that outlived the service child that started it counts
+// as started. The worker and the RPC thread may call them at the same time:
 // a process is started once, and a stop follows the start that it meets. A call
 // waits for the other one's commands at most, not for its marker.
+
+// Whether a process of that name goes on from an earlier service child, which is
+// traced as the control's. Only the first start of this child's own asks, as
+// `*asked` notes: after a stop the process may only be about to end.
+[[nodiscard]] bool left_running(const char* control, const char* name, bool* asked);
 
 // Band steering: bndstrg_1, or on MT7615 boards the EasyMesh script.
 void bndstrgStart(int mode);
@@ -24,6 +30,6 @@ void MtkCtrlStart(int mode);
 void wappStart(int mode);
 
 // 802.1X authenticator of a radio, rtdot1xd (1) or rtinicapd (9). Modes 1 and
-// 0; it keeps no memory, the process list tells what runs. Mode 1 without a
+// 0; it remembers no start, the process list tells what runs. Mode 1 without a
 // RADIUS server in the profile stops it. In a turn only.
 void rtdot1x_start(int radio, int mode);

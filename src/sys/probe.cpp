@@ -1,11 +1,15 @@
 #include "sys/probe.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cctype>
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 bool probe_number(const char* command, size_t size, int* number) {
   FILE* stream = popen(command, "re");
@@ -16,6 +20,43 @@ bool probe_number(const char* command, size_t size, int* number) {
   pclose(stream);
   *number = atoi(text);
   return length > 0;
+}
+
+// Whether /proc/PID/status tells of such a process. The user is the real one: a
+// program that runs with its owner's rights is still of who started it.
+static bool tells_of(FILE* status, const char* name) {
+  char line[128];
+  char process[32] = "";
+  char state = 'Z';
+  unsigned user = ~0U;
+  while (fgets(line, sizeof line, status) != nullptr && sscanf(line, "Uid: %u", &user) != 1) {
+    static_cast<void>(sscanf(line, "Name:\t%31[^\n]", process));
+    static_cast<void>(sscanf(line, "State: %c", &state));
+  }
+  return strcmp(process, name) == 0 && state != 'Z' && state != 'X' && user == getuid();
+}
+
+static bool is_named(const char* number, const char* name) {
+  char path[sizeof "/proc//status" + NAME_MAX];
+  snprintf(path, sizeof path, "/proc/%s/status", number);
+  FILE* status = fopen(path, "re");
+  if (status == nullptr) return false;
+  const bool named = tells_of(status, name);
+  fclose(status);
+  return named;
+}
+
+bool process_runs(const char* name) {
+  DIR* processes = opendir("/proc");
+  if (processes == nullptr) return false;
+  bool runs = false;
+  for (const dirent* entry = readdir(processes); entry != nullptr && !runs;
+       entry = readdir(processes)) {
+    runs =
+        isdigit(static_cast<unsigned char>(entry->d_name[0])) != 0 && is_named(entry->d_name, name);
+  }
+  closedir(processes);
+  return runs;
 }
 
 bool try_record_lock(const char* path) {

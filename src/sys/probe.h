@@ -9,6 +9,10 @@
 // read.
 [[nodiscard]] bool probe_number(const char* command, size_t size, int* number);
 
+// Whether a process of the user that this one runs as has the name. One of another
+// user's that calls itself so does not count, nor one that has ended.
+[[nodiscard]] bool process_runs(const char* name);
+
 // Opens and truncates a file, tries a write lock over all of it and closes it
 // again, which releases the lock. Returns whether the lock was granted; a symbolic
 // link is not followed.

@@ -32,6 +32,7 @@ static constexpr outside_call kCalls[] = {
      0,
      {refused(ENOENT), refused(EACCES), refused(EMFILE)}},
     {SYS_read, "read", call_class::kRead, 0, 0, {refused(EIO), refused(EINTR), kHalf}},
+    {SYS_getdents64, "getdents64", call_class::kRead, 0, 0, {refused(EIO)}},
     {SYS_pread64, "pread64", call_class::kRead, 0, 0, {refused(EIO)}},
     {SYS_write,
      "write",

@@ -5,11 +5,13 @@
 #include <linux/filter.h>
 #include <linux/net.h>
 #include <linux/seccomp.h>
+#include <signal.h>
 #include <sys/file.h>
 #include <sys/mount.h>
 #include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -163,4 +165,21 @@ int count_of(const std::string& text, const std::string& part) {
     ++count;
   }
   return count;
+}
+
+pid_t start_process_named(const std::string& name) {
+  const pid_t child = fork();
+  if (child == 0) {
+    prctl(PR_SET_NAME, name.c_str());
+    for (;;)
+      pause();
+  }
+  const std::string path = "/proc/" + std::to_string(child) + "/comm";
+  EXPECT_TRUE(wait_until([&] { return read_file(path) == name + "\n"; }));
+  return child;
+}
+
+void end_process(pid_t child) {
+  kill(child, SIGKILL);
+  EXPECT_EQ(waitpid(child, nullptr, 0), child);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <string>
 #include <vector>
 
@@ -71,3 +73,7 @@ bool contains(const std::string& text, const std::string& part);
 
 // How often the text contains the part.
 int count_of(const std::string& text, const std::string& part);
+
+// A child of this process that sleeps under the name until it is ended.
+pid_t start_process_named(const std::string& name);
+void end_process(pid_t child);

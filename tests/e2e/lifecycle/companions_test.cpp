@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <signal.h>
 
 #include "support/daemon.h"
 #include "support/files.h"
@@ -22,8 +23,40 @@ TEST(Companions, MtkCtrlRunsOnceWhileARadioIsOn) {
   EXPECT_TRUE(wait_until([] { return run("pgrep -xc mtk_ctrl") == "1\n"; }));
   queue_and_wait(kInit, kInitialized);
   EXPECT_EQ(run("pgrep -xc mtk_ctrl"), "1\n");
+  // What has its name among its arguments ends with it.
+  run("sh -c 'sleep 1000; exit' mtk_ctrl </dev/null >/dev/null 2>&1 &");
+  ASSERT_TRUE(wait_until([] { return run("pgrep -fc 'sleep 1000; exi[t]'") == "1\n"; }));
   EXPECT_EQ(call_for_code(kReset, ""), 0);
   EXPECT_TRUE(wait_until([] { return run("pgrep -xc mtk_ctrl") == "0\n"; }));
+  EXPECT_TRUE(wait_until([] { return run("pgrep -fc 'sleep 1000; exi[t]'") == "0\n"; }));
+}
+
+TEST(Companions, OfAChildThatDiedAreNotStartedASecondTime) {
+  // Load and init twice, a second's window each.
+  set_profile_value("/tmp/mt76xx_24.dat", "RADIUS_Server",
+                    "10.0.0.1;0.0.0.0;0.0.0.0;0.0.0.0;0.0.0.0;0.0.0.0;0.0.0.0;0.0.0.0");
+  set_profile_value("/tmp/mt76xx_24.dat", "MSODCSOn", "1");
+  set_profile_value("/tmp/mt76xx_24.dat", "USERDCSOn", "1");
+  set_profile_value("/tmp/mt76xx_24.dat", "Channel", "0");
+  if (board() != "mt7603") make_bands_alike();
+  const std::string steering = board() == "mt7603"   ? ""
+                               : board() == "mt7615" ? "bs20\n"
+                                                     : "bndstrg_1\n";
+  const std::string once = steering + "dcs\nmtk_ctrl\nrtdot1xd\n";
+  const auto companions = [] {
+    return run("ps -e -o comm= | grep -xE 'bs20|bndstrg_1|dcs|mtk_ctrl|rtdot1xd' | sort");
+  };
+  const pid_t child = start_lifecycle_daemon();
+  queue_and_wait(kLoad, kLoaded);
+  queue_and_wait(kInit, kInitialized);
+  ASSERT_TRUE(wait_until([&] { return companions() == once; })) << companions();
+  kill(child, SIGKILL);
+  ASSERT_TRUE(wait_until([&] { return kill(child, 0) != 0 && daemon_answers(); }));
+  queue_and_wait(kLoad, kLoaded);
+  queue_and_wait(kInit, kInitialized);
+  EXPECT_EQ(companions(), once);
+  EXPECT_EQ(call_for_code(kReset, ""), 0);
+  EXPECT_TRUE(wait_until([&] { return companions().empty(); })) << companions();
 }
 
 TEST(Companions, DcsNeedsItsSwitchesAndAnAutomaticChannel) {

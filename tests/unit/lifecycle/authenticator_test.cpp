@@ -98,3 +98,29 @@ TEST(Authenticator, OtherModesDoNothing) {
     rtdot1x_start(1, mode);
   EXPECT_EQ(commands(), "");
 }
+
+// What a service child that died has left.
+TEST(Authenticator, OneThatWasLeftRunningIsNotStartedBesideItself) {
+  set_servers(kEighth, kEighth);
+  note_commands("1\n");
+  const pid_t left = start_process_named("rtdot1xd");
+  rtdot1x_start(1, 1);
+  EXPECT_EQ(commands(), "");
+  rtdot1x_start(9, 1);
+  EXPECT_EQ(commands(), "/sbin/rtinicapd &\n");
+  rtdot1x_start(1, 0);
+  EXPECT_TRUE(contains(commands(), "/usr/bin/killall -9 rtdot1xd\n"));
+  rtdot1x_start(1, 1);
+  EXPECT_EQ(commands(), "/sbin/rtdot1xd &\n") << "the one that was killed may still be ending";
+  end_process(left);
+}
+
+TEST(Authenticator, OneThatIsKilledFirstIsStartedAgain) {
+  set_servers(kEighth, kEighth);
+  note_commands("1\n");
+  const pid_t left = start_process_named("rtinicapd");
+  rtdot1x_start(9, 0);
+  rtdot1x_start(9, 1);
+  EXPECT_TRUE(commands().ends_with("/sbin/rtinicapd &\n"));
+  end_process(left);
+}

@@ -157,6 +157,53 @@ TEST(Companions, KeysAreAllReadInTheirOrderWhateverTheMode) {
   EXPECT_EQ(commands(), "");
 }
 
+// What a service child that died has left.
+
+TEST(LeftCompanion, IsNotStartedBesideItself) {
+  switch_dcs_on();
+  pretend_mt7615();
+  note_commands();
+  switch_console_on();
+  const pid_t processes[] = {start_process_named("dcs"), start_process_named("mtk_ctrl"),
+                             start_process_named("wapp")};
+  const std::string output = output_of([] {
+    for (void (*control)(int) : {dcsStart, MtkCtrlStart, wappStart})
+      control(1);
+  });
+  EXPECT_EQ(commands(), "");
+  EXPECT_TRUE(contains(output, rpc_prefix("dcsStart") + "dcs runs already\n")) << output;
+  EXPECT_TRUE(contains(output, rpc_prefix("MtkCtrlStart") + "mtk_ctrl runs already\n")) << output;
+  EXPECT_TRUE(contains(output, rpc_prefix("wappStart") + "wapp runs already\n")) << output;
+  EXPECT_FALSE(contains(output, "Sart")) << output;
+  dcsStart(0);
+  EXPECT_EQ(commands(), "/bin/kill $(pgrep -f dcs | awk '{print $1}')\n") << "counts as started";
+  for (const pid_t process : processes)
+    end_process(process);
+}
+
+TEST(LeftCompanion, IsAskedForOnceOnly) {
+  switch_dcs_on();
+  note_commands();
+  dcsStart(1);
+  dcsStart(0);
+  const pid_t ending = start_process_named("dcs");
+  commands();
+  dcsStart(1);
+  EXPECT_EQ(commands(), "dcs&\n") << "the one that was stopped may still be ending";
+  end_process(ending);
+}
+
+TEST(LeftCompanion, BandSteeringIsNotStartedBesideItselfNorItsMarkerWaitedFor) {
+  make_bands_alike();
+  note_commands();
+  const pid_t left = start_process_named("bndstrg_1");
+  EXPECT_EQ(output_of([] { bndstrgStart(1); }), "");
+  EXPECT_EQ(commands(), "");
+  bndstrgStart(0);
+  EXPECT_TRUE(contains(commands(), "/bin/kill $(pgrep -f bndstrg_1"));
+  end_process(left);
+}
+
 TEST(Companions, TwoThreadsStartOneProcess) {
   switch_dcs_on();
   note_commands();

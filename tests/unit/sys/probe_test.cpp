@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
@@ -158,4 +159,28 @@ TEST(Probe, OpenStandardStreamsAreLeftAlone) {
             }),
             "still here");
   EXPECT_EQ(open_descriptors(), before);
+}
+
+TEST(ProcessRuns, IsWhatHasTheWholeNameAndGoesOn) {
+  EXPECT_FALSE(process_runs("companion"));
+  const pid_t longer = start_process_named("companion2");
+  EXPECT_FALSE(process_runs("companion"));
+  const pid_t process = start_process_named("companion");
+  EXPECT_TRUE(process_runs("companion"));
+  kill(process, SIGKILL);
+  siginfo_t end = {};
+  ASSERT_EQ(waitid(P_PID, static_cast<id_t>(process), &end, WEXITED | WNOWAIT), 0);
+  EXPECT_FALSE(process_runs("companion")) << "has ended, though nobody has collected it";
+  end_process(process);
+  end_process(longer);
+}
+
+TEST(ProcessRuns, NothingIsFoundWithoutTheProcessList) {
+  const pid_t process = start_process_named("companion");
+  const int before = open_descriptors();
+  EXPECT_TRUE(process_runs("companion"));
+  EXPECT_EQ(open_descriptors(), before);
+  fail_system_call(SYS_getdents64, EIO);
+  EXPECT_FALSE(process_runs("companion"));
+  end_process(process);
 }
