@@ -129,6 +129,35 @@ TEST(Queue, TwoHundredRandomRequestsOfTwoClientsLeaveEverythingInAgreement) {
   EXPECT_EQ(kill(child, 0), 0);
 }
 
+TEST(Queue, LoadWaitsForAResetThatRuns) {
+  // Two loads, a second's window each, and the reset's unloading.
+  start_lifecycle_daemon();
+  queue_and_wait(kLoad, kLoaded);
+  run("gwbox fail delete_module delay=2000 1");
+  // Its window ends while the reset still unloads.
+  EXPECT_EQ(call_for_code(kLoad, xdr_word(1)), 0);
+  reply_message reply = {};
+  ASSERT_TRUE(call(kReset, "", &reply, 20));
+  EXPECT_EQ(word_at(reply.payload, 0), 0U);
+  EXPECT_TRUE(wait_until([] { return count_traces(kLoaded) == 2; }, 15)) << daemon_output();
+  EXPECT_LT(daemon_output().find("reset wifi done !!!\n"), daemon_output().rfind(kLoaded));
+  EXPECT_EQ(interfaces(), all_interfaces());
+}
+
+TEST(Reset, WaitsForALoadThatRuns) {
+  start_lifecycle_daemon();
+  run("gwbox fail init_module delay=1000 1");
+  EXPECT_EQ(call_for_code(kLoad, xdr_word(1)), 0);
+  // The images come first.
+  ASSERT_TRUE(wait_until([] { return !run("ls /nvram").empty(); }));
+  reply_message reply = {};
+  ASSERT_TRUE(call(kReset, "", &reply, 20));
+  EXPECT_EQ(word_at(reply.payload, 0), 0U);
+  EXPECT_LT(daemon_output().find(kLoaded), daemon_output().find("resetting wifi!!!\n"))
+      << daemon_output();
+  EXPECT_EQ(interfaces(), "");
+}
+
 TEST(Reset, IsRefusedWhileAnInitRuns) {
   // Steering's marker never comes: the init waits for it for ten seconds.
   make_bands_alike();

@@ -1,6 +1,8 @@
 #include "lifecycle/queue.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <malloc.h>
 #include <semaphore.h>
 #include <sys/syscall.h>
 #include <time.h>
@@ -204,4 +206,98 @@ TEST(Queue, ResetWaitsForALoadThatRuns) {
                                 "wlan_reset\033[0m reset wifi done !!!\n"}))
       << traces;
   EXPECT_FALSE(modules_loaded);
+}
+
+// Lets the worker's next second pass and waits for the end of the request.
+static bool run_request(int number) {
+  const bool waits = wait_for_second(number);
+  let_a_second_pass();
+  return waits && wait_for_traces("de-queue'd", number);
+}
+
+TEST(Queue, RadiosOfADisplacedRestartAreRestartedWithTheNextOneAlsoAfterAReset) {
+  begin();
+  wlan_load();
+  wlan_restart(1);
+  wlan_init();
+  bool done = run_request(1) && run_request(2);
+  const int reset = wlan_reset();
+  wlan_load();
+  done = done && run_request(3);
+  wlan_init();
+  done = done && run_request(4);
+  wlan_restart(9);
+  done = done && run_request(5);
+  const std::string traces = caught_stream(1);
+  EXPECT_TRUE(done);
+  EXPECT_EQ(reset, 0);
+  EXPECT_EQ(count_of(traces, "Restarting radio with mask: "), 1) << traces;
+  EXPECT_TRUE(in_order(traces, {"reset wifi done !!!\n", "Restarting radio with mask: 11\n"}))
+      << traces;
+}
+
+TEST(Queue, DisplacedRequestsTakeNoMemory) {
+  static constexpr int kRequests = 1000;
+  begin();
+  wlan_load();
+  bool done = wait_for_second(1);
+  wlan_init();
+  // What stays allocated; a sanitizer says so itself at the end.
+  const size_t before = mallinfo2().uordblks;
+  for (int i = 0; i < kRequests; ++i)
+    wlan_init();
+  const size_t after = mallinfo2().uordblks;
+  done = done && run_request(1) && run_request(2);
+  caught_stream(1);
+  EXPECT_TRUE(done);
+  EXPECT_LT(after, before + kRequests);
+}
+
+static std::atomic<int> routines_run;
+static std::atomic<pid_t> worker;
+
+static void* count_routine(const uint8_t*) {
+  ++routines_run;
+  return nullptr;
+}
+
+static void* leave_no_room_for_the_trace(const uint8_t*) {
+  worker = gettid();
+  fcntl(1, F_SETFL, O_NONBLOCK);
+  while (write(1, "full", 4) > 0 || write(1, "f", 1) > 0) {
+  }
+  fcntl(1, F_SETFL, 0);
+  switch_console_on();
+  return count_routine(nullptr);
+}
+
+static bool blocked_in_write(pid_t thread) {
+  const std::string path = "/proc/self/task/" + std::to_string(thread) + "/syscall";
+  return read_file(path).starts_with(std::to_string(SYS_write) + " ");
+}
+
+TEST(Queue, HeadHasMovedWhenTheEndOfARequestIsTraced) {
+  begin();
+  unlink("/tmp/wlandbg");
+  setvbuf(stdout, nullptr, _IONBF, 0);
+  int ends[2];
+  ASSERT_EQ(pipe(ends), 0);
+  const int kept = dup(1);
+  dup2(ends[1], 1);
+  wlan_queueLifecycleRequest(leave_no_room_for_the_trace, nullptr, nullptr, nullptr);
+  let_a_second_pass();
+  const bool tracing = wait_until([] { return worker != 0 && blocked_in_write(worker); });
+  unlink("/tmp/wlandbg");
+  // Both find room: what has ended takes none.
+  wlan_queueLifecycleRequest(count_routine, nullptr, nullptr, nullptr);
+  wlan_queueLifecycleRequest(count_routine, nullptr, nullptr, nullptr);
+  char bytes[65536];
+  EXPECT_GT(read(ends[0], bytes, sizeof bytes), 0);
+  let_a_second_pass();
+  let_a_second_pass();
+  const bool all_ran = wait_until([] { return routines_run == 3; });
+  dup2(kept, 1);
+  caught_stream(1);
+  EXPECT_TRUE(tracing);
+  EXPECT_TRUE(all_ran) << routines_run;
 }

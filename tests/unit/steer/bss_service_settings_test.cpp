@@ -189,3 +189,12 @@ TEST(SetBssHncService, VlanThatCannotBeWrittenIsReportedAndNoMore) {
   write_file(kProfile24, "BSSHNCService=0;0\n");
   EXPECT_EQ(errors_of([] { EXPECT_EQ(wlan_setBSSHNCService(1, 7), 1); }), "");
 }
+
+// A kill between the two leaves a VLAN without its service, not the other way round.
+TEST(SetBssHncService, VlanIsWrittenFirst) {
+  give_vlans();
+  write_file(kProfile5, "BSSHNCService=0;7\n");
+  EXPECT_EQ(errors_of([] { EXPECT_EQ(wlan_setBSSHNCService(10, 7), 2); }),
+            rev_error_prefix("wlan_setBSSHNCService") +
+                "wlan_setBSSHNCService:set VLANID failed for index:10\nno change\n");
+}

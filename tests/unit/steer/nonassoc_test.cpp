@@ -6,6 +6,7 @@
 #include <climits>
 #include <cstring>
 #include <ctime>
+#include <thread>
 
 #include "lying_driver.h"
 #include "steer/steer_support.h"
@@ -68,6 +69,25 @@ TEST(NonAssocEnable, DriverIsSwitchedThenTheProfile) {
   EXPECT_EQ(wlan_setNonAssocRptEnable(1, 258), 0);
   EXPECT_EQ(member(last_of("nonassoc_enable"), "bytes"), "02");
   EXPECT_EQ(profile_value(kProfile24, "NonAssocRptEnable"), "258");
+}
+
+TEST(NonAssocEnable, SuccessIsTracedBeforeTheProfileIsWritten) {
+  switch_console_on();
+  write_file(kLock5, "");
+  const int lock = try_exclusive(kLock5);
+  ASSERT_GE(lock, 0);
+  catch_stream(1);
+  int status = 99;
+  std::thread setting([&] { status = wlan_setNonAssocRptEnable(9, 1); });
+  const bool writing = wait_until([] { return lock_awaited(kLock5); });
+  fflush(stdout);
+  const std::string traced = read_file("/proc/self/fd/1");
+  close(lock);
+  setting.join();
+  caught_stream(1);
+  EXPECT_TRUE(writing);
+  EXPECT_TRUE(contains(traced, "set non associated report enable = 1 success. \n ")) << traced;
+  EXPECT_EQ(status, 0);
 }
 
 TEST(NonAssocEnable, MissingKeyIsAdded) {
@@ -297,6 +317,20 @@ TEST(NonAssocReport, CountThatLiesReadsNothingBeyondTheReport) {
   answer_object_with(kReport, report(255, others + station(kProberMac, 255, 4, -50)));
   EXPECT_EQ(wlan_getNonAssocRptTable(1, &answer), 0);
   EXPECT_EQ(answer.probes[0].rssi, -47);
+}
+
+TEST(NonAssocReport, DumpShowsAsManyProbesAsTheRecordHolds) {
+  use_utc();
+  switch_console_on();
+  const std::pair<int, int> cases[] = {{0, 0}, {1, 1}, {3, 3}, {4, 4}, {5, 4}, {255, 4}};
+  for (const auto& [count, shown] : cases) {
+    answer_object_with(kReport, report(1, station(kProberMac, count, 4, -70)));
+    nonassoc_answer answer = {};
+    const std::string output =
+        output_of([&] { EXPECT_EQ(wlan_getNonAssocRptTable(1, &answer), 0); });
+    EXPECT_EQ(count_of(output, "dump probeDate: index = "), shown) << output;
+    EXPECT_EQ(answer.probes[0].rssi, -67) << "the newest, whatever the count";
+  }
 }
 
 struct date_case {

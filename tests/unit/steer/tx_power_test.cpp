@@ -72,6 +72,15 @@ TEST(TxPower, EntriesOfTenBytes) {
   EXPECT_EQ(highest(1), 17);
 }
 
+TEST(TxPower, LimitAbove127IsNotNegative) {
+  bring_radios_up();
+  for (const int dbm : {127, 128, 255}) {
+    answer_object_with(kPower, small_answer(2, {{1, 15}, {6, dbm}}));
+    EXPECT_EQ(of_channel(1), dbm);
+    EXPECT_EQ(highest(1), dbm);
+  }
+}
+
 TEST(TxPower, EntriesOfSixteenBytesOnTheDualBandChip) {
   pretend_mt7615();
   bring_radios_up();
