@@ -15,6 +15,7 @@
 
 #include "support/daemon.h"
 #include "support/files.h"
+#include "support/lifecycle.h"
 #include "support/wire.h"
 
 static constexpr uint32_t kPortmapper = 100000;
@@ -150,25 +151,29 @@ TEST(Exposure, UserOfTheBoxDoesNotRemoveTheRegistration) {
   EXPECT_TRUE(registered());
 }
 
-// The lines of the document from "table" to the brace that closes it.
-static std::string documented_rules() {
+// The lines of the document from the table's name to the brace that closes it.
+static std::string documented_rules(const std::string& table) {
   std::ifstream document(SECURITY_DOCUMENT);
   std::string rules;
   for (std::string line; std::getline(document, line);) {
-    if (rules.empty() && line != "    table inet wificonfd {") continue;
+    if (rules.empty() && line != "    table inet " + table + " {") continue;
     rules += line + "\n";
     if (line == "    }") break;
   }
   return rules;
 }
 
-TEST(Exposure, DocumentedRulesKeepAnotherMachineOut) {
-  add_machine();
-  start_daemon();
-  write_file("/tmp/rules", documented_rules());
+static void apply_documented_rules(const std::string& table) {
+  write_file("/tmp/rules", documented_rules(table));
   int status = -1;
   const std::string said = run("nft -f /tmp/rules 2>&1", &status);
   ASSERT_EQ(status, 0) << said;
+}
+
+TEST(Exposure, DocumentedRulesKeepAnotherMachineOut) {
+  add_machine();
+  start_daemon();
+  apply_documented_rules("wificonfd");
   there([] {
     EXPECT_FALSE(daemon_answers());
     EXPECT_EQ(ask_portmapper("192.168.1.1", kPmapDump, ""), "");
@@ -178,4 +183,38 @@ TEST(Exposure, DocumentedRulesKeepAnotherMachineOut) {
   });
   EXPECT_TRUE(daemon_answers());
   EXPECT_TRUE(registered());
+}
+
+// A burst of one call, as fast as it goes, with all else left to the daemon's queue.
+static void send_burst(uint32_t procedure, const std::string& arguments, int calls) {
+  const int sock = connected_to("192.168.254.254", kPort);
+  for (int i = 0; i < calls; ++i) {
+    const std::string datagram = call_message(procedure, arguments, static_cast<uint32_t>(i));
+    EXPECT_EQ(send(sock, datagram.data(), datagram.size(), 0),
+              static_cast<ssize_t>(datagram.size()));
+  }
+  close(sock);
+}
+
+static int count_lines(const std::string& command) {
+  return atoi(run(command + " | wc -l").c_str());
+}
+
+TEST(Exposure, DocumentedLimitsLetNoBurstHoldUpTheOthers) {
+  static constexpr uint32_t kRadioTxPackets = 240;
+  add_machine();
+  start_lifecycle_daemon();
+  apply_documented_rules("wificonfd_bursts");
+  there([] {
+    send_burst(kSetPrek, xdr_word(1) + xdr_word(1), 400);
+    send_burst(kRadioTxPackets, xdr_word(1), 200);
+  });
+  EXPECT_TRUE(wait_until(daemon_answers)) << "after the few that were let through";
+  EXPECT_EQ(count_lines("grep RX2GSELFTEST /run/gwbox/journal.jsonl"), 2);
+  const int statistics = count_errors("rad_ctrl_request_buffered Could not connect\n");
+  EXPECT_GE(statistics, 20);
+  EXPECT_LE(statistics, 30) << "some more as time passes";
+  // Others are not limited.
+  for (int i = 0; i < 200; ++i)
+    ASSERT_TRUE(daemon_answers()) << i;
 }
