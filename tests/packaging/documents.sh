@@ -21,16 +21,29 @@ status=$(cat "$dir/out")
 check "with two requests done at once and two in turn" same 4 "$(grep -cx ok "$dir/out")"
 check "and the new name on air" holds "$status" "ra0  on    On air  "
 
+# paste_example DOCUMENT: types the session of its worked example.
+paste_example() {
+  awk '/^## A worked example/ { on = 1; next } /^## / { on = 0 } on' "$source/docs/$1" >"$dir/session"
+  {
+    sed -n 's/^    \$ //p' "$dir/session" | here
+    sed -n 's/^    (gateway) # //p' "$dir/session"
+  } >"$dir/commands"
+  check "the worked example of $1 has commands" test "$(wc -l <"$dir/commands")" -ge 8
+  paste <"$dir/commands"
+  check "they end in success: $(tail -n 1 "$dir/err")" test $? -eq 0
+}
+
+# docs/steering.md: where the stations are before and after, but for how long.
+paste_example steering.md
+station_lines() { sed -n 's/^ *\(02:00:5e:.*\)/\1/p' "$1" | sed 's/ [0-9]* s / . s /'; }
+check "the example shows four lines of stations" same 4 "$(station_lines "$dir/session" | wc -l)"
+check "the stations are where it shows them" same "$(station_lines "$dir/session")" \
+  "$(station_lines "$dir/out")"
+check "each of its calls is answered ok" same 10 "$(grep -cx ok "$dir/out")"
+
 # docs/gwbox.md: the session, and its lines of ra0 as it shows them, but for the stations,
 # which may be elsewhere for the moment.
-awk '/^## A worked example/ { on = 1; next } /^## / { on = 0 } on' "$source/docs/gwbox.md" >"$dir/session"
-{
-  sed -n 's/^    \$ //p' "$dir/session" | here
-  sed -n 's/^    (gateway) # //p' "$dir/session"
-} >"$dir/commands"
-check "the worked example has commands" test "$(wc -l <"$dir/commands")" -ge 8
-paste <"$dir/commands"
-check "they end in success: $(tail -n 1 "$dir/err")" test $? -eq 0
+paste_example gwbox.md
 radio_lines() { sed -n 's/^ *\(ra0  on .*AES\) .*/\1/p' "$1"; }
 check "with what it shows of ra0" same "$(radio_lines "$dir/session")" "$(radio_lines "$dir/out")"
 
