@@ -46,6 +46,15 @@ std::string one_line(std::string text) {
   return text;
 }
 
+// PROCEDURE and what follows; what is wrong with them, or "".
+std::string take_words(std::vector<std::string> words, client_options& options) {
+  if (!words.empty() && words[0] == "--") words.erase(words.begin());
+  options.words = std::move(words);
+  if (options.words.empty()) return "no procedure given";
+  const bool is_option = options.words[0].starts_with('-');
+  return is_option ? "unknown option " + text_quote(options.words[0]) : "";
+}
+
 }  // namespace
 
 args_outcome args_parse(const std::vector<std::string>& arguments, client_options& options,
@@ -60,14 +69,10 @@ args_outcome args_parse(const std::vector<std::string>& arguments, client_option
     return args_outcome::kVersion;
   } catch (const std::exception& e) {
     error = one_line(e.what());
-    return args_outcome::kError;
   }
-  options.words = app.remaining();
-  if (!options.words.empty() && options.words[0] == "--")
-    options.words.erase(options.words.begin());
-  if (options.words.empty())
-    error = "no procedure given";
-  else if (options.words[0].starts_with('-'))
-    error = "unknown option " + text_quote(options.words[0]);
+  if (error.empty()) error = take_words(app.remaining(), options);
+  // Where an option is wrong, those that follow it may not have been taken.
+  const bool said_json = std::find(arguments.begin(), arguments.end(), "--json") != arguments.end();
+  options.json = options.json || (!error.empty() && said_json);
   return error.empty() ? args_outcome::kRun : args_outcome::kError;
 }

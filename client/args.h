@@ -17,6 +17,7 @@ struct client_options {
 enum class args_outcome { kRun, kHelp, kVersion, kError };
 
 // `arguments` are those of the program, without its name. kError: `error` is
-// one line. From PROCEDURE on nothing is an option, so -5 is an argument.
+// one line, and `json` is true when --json is anywhere. From PROCEDURE on nothing is an option, so
+// -5 is an argument.
 args_outcome args_parse(const std::vector<std::string>& arguments, client_options& options,
                         std::string& error);

@@ -6,6 +6,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <cstring>
@@ -57,16 +58,22 @@ uint32_t new_xid() {
   return xid;
 }
 
-// Waits for the socket to have something until `deadline`: 1 it has, 0 the
-// time is over, -1 see errno.
-int wait_readable(int fd, double deadline) {
+// Seconds between two looks at what else goes on.
+constexpr double kIdlePeriod = 0.2;
+
+enum class wait_result { kReadable, kTimeOver, kGivenUp, kFailed };
+
+// Waits for the socket to have something until `deadline`; kFailed: see errno.
+wait_result wait_readable(int fd, double deadline, const call_idle* idle) {
   while (true) {
-    double left = deadline - moment_now();
-    if (left <= 0) return 0;
-    pollfd poll_fd{fd, POLLIN, 0};
-    int milliseconds = static_cast<int>(std::ceil(left * 1000));
-    int ready = poll(&poll_fd, 1, milliseconds);
-    if (ready > 0 || (ready < 0 && errno != EINTR)) return ready;
+    const double left = deadline - moment_now();
+    if (left <= 0) return wait_result::kTimeOver;
+    pollfd inputs[] = {{fd, POLLIN, 0}, {idle == nullptr ? -1 : idle->fd, POLLIN, 0}};
+    const double period = idle == nullptr ? left : std::min(left, kIdlePeriod);
+    const int ready = poll(inputs, 2, static_cast<int>(std::ceil(period * 1000)));
+    if (ready < 0 && errno != EINTR) return wait_result::kFailed;
+    if (ready > 0 && inputs[0].revents != 0) return wait_result::kReadable;
+    if (idle != nullptr && !idle->go_on(idle->context)) return wait_result::kGivenUp;
   }
 }
 
@@ -80,12 +87,13 @@ call_answer answered(const rpc_reply& reply, double seconds) {
   return answer;
 }
 
-call_answer await_reply(int fd, uint32_t xid, double started, double timeout) {
+call_answer await_reply(int fd, uint32_t xid, double started, const call_target& target) {
   byte_string buffer(65536);  // no datagram is longer
   while (true) {
-    int ready = wait_readable(fd, started + timeout);
-    if (ready < 0) return failed_system(errno);
-    if (ready == 0) return failed(call_status::kTimeout);
+    const wait_result waited = wait_readable(fd, started + target.timeout, target.idle);
+    if (waited == wait_result::kFailed) return failed_system(errno);
+    if (waited == wait_result::kTimeOver) return failed(call_status::kTimeout);
+    if (waited == wait_result::kGivenUp) return failed(call_status::kGivenUp);
     ssize_t length = recv(fd, buffer.data(), buffer.size(), MSG_DONTWAIT);
     if (length < 0 && (errno == EAGAIN || errno == EINTR)) continue;  // a bad checksum
     if (length < 0) return failed_system(errno);
@@ -148,7 +156,7 @@ call_answer call_procedure(const call_target& target, uint32_t number,
   if (send(fd, message.data(), message.size(), 0) < 0)
     answer = failed_system(errno);
   else
-    answer = await_reply(fd, xid, started, target.timeout);
+    answer = await_reply(fd, xid, started, target);
   close(fd);
   return answer;
 }
@@ -178,6 +186,51 @@ std::string call_explain(const call_answer& answer, const call_target& target,
           "%s: no answer from %s port %u in %g s; is the daemon up, is the address "
           "reachable, is it registered (rpcinfo -p %s)? The call may have been carried out",
           name, host.c_str(), target.port, target.timeout, host.c_str());
+    case call_status::kGivenUp:
+      return text_format("%s: given up", name);
+  }
+  return "";
+}
+
+static const char* rpc_kind(rpc_status status) {
+  switch (status) {
+    case rpc_status::kSuccess:
+      return "";
+    case rpc_status::kOther:
+    case rpc_status::kMalformed:
+      return "malformed_reply";
+    case rpc_status::kDenied:
+      return "denied";
+    case rpc_status::kProgramUnavailable:
+      return "program_unavailable";
+    case rpc_status::kVersionMismatch:
+      return "version_mismatch";
+    case rpc_status::kProcedureUnavailable:
+      return "procedure_unavailable";
+    case rpc_status::kGarbageArguments:
+      return "garbage_arguments";
+    case rpc_status::kSystemError:
+      return "system_error";
+  }
+  return "";
+}
+
+const char* call_kind(const call_answer& answer) {
+  switch (answer.status) {
+    case call_status::kAnswered:
+      return rpc_kind(answer.rpc);
+    case call_status::kUnknownHost:
+      return "unknown_host";
+    case call_status::kTooLong:
+      return "usage";
+    case call_status::kRefused:
+      return "refused";
+    case call_status::kNetwork:
+      return "network";
+    case call_status::kTimeout:
+      return "timeout";
+    case call_status::kGivenUp:
+      return "given_up";
   }
   return "";
 }

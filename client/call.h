@@ -6,10 +6,19 @@
 
 #include "rpc.h"
 
+// What else goes on while a call has no answer: `go_on` is called whenever `fd` (-1: none)
+// is readable, and a few times a second; when it returns false the call is given up.
+struct call_idle {
+  int fd;
+  bool (*go_on)(void* context);
+  void* context;
+};
+
 struct call_target {
   std::string host;  // name or IPv4 address
   uint16_t port;
   double timeout;  // seconds, for the whole call
+  const call_idle* idle = nullptr;
 };
 
 enum class call_status {
@@ -19,6 +28,7 @@ enum class call_status {
   kRefused,      // nothing listens on the port
   kNetwork,      // `error_number`: the system could not send or receive
   kTimeout,      // nothing came
+  kGivenUp,      // its call_idle gave it up
 };
 
 struct call_answer {
@@ -40,3 +50,6 @@ call_answer call_procedure(const call_target& target, uint32_t number,
 // names the procedure. Empty when the call was accepted and answered.
 std::string call_explain(const call_answer& answer, const call_target& target,
                          const std::string& what);
+
+// What went wrong as one word, for programs; "" when nothing did.
+const char* call_kind(const call_answer& answer);

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 
 #include "text.h"
 
@@ -63,16 +64,55 @@ static std::string table_text(libscols_table* table, bool headings, size_t width
   return printed(table);
 }
 
-std::string columns_text(std::span<const text_column> columns,
-                         const std::vector<std::vector<std::string>>& lines, bool headings,
+static size_t characters_in(std::string_view text) {
+  size_t count = 0;
+  uint32_t code_point = 0;
+  for (size_t at = 0; at < text.size(); count++)
+    at += std::max<size_t>(text_decode(text, at, &code_point), 1);
+  return count;
+}
+
+using text_lines = std::vector<std::vector<std::string>>;
+
+// Columns of the terminal that the table takes, its units below the headings.
+static size_t width_of(const std::vector<text_column>& columns, const text_lines& lines) {
+  size_t all = 0;
+  for (size_t i = 0; i < columns.size(); i++) {
+    size_t width = std::max(strlen(columns[i].heading), strlen(columns[i].unit));
+    for (const auto& texts : lines)
+      width = std::max(width, i < texts.size() ? characters_in(texts[i]) : 0);
+    all += width + (i == 0 ? 0 : 1);
+  }
+  return all;
+}
+
+// Takes columns away until the others have room, or have to stay.
+static void leave_out(std::vector<text_column>& columns, text_lines& lines, size_t width) {
+  while (width_of(columns, lines) > width) {
+    const auto last = std::max_element(
+        columns.begin(), columns.end(),
+        [](const text_column& a, const text_column& b) { return a.rank < b.rank; });
+    if (last->rank == 0) return;
+    const auto at = last - columns.begin();
+    columns.erase(last);
+    for (auto& texts : lines)
+      texts.erase(texts.begin() + at);
+  }
+}
+
+std::string columns_text(std::span<const text_column> all_columns,
+                         const std::vector<std::vector<std::string>>& all_lines, bool headings,
                          size_t width) {
+  std::vector<text_column> columns(all_columns.begin(), all_columns.end());
+  text_lines lines = all_lines;
+  if (width != 0) leave_out(columns, lines, width);
   libscols_table* table = scols_new_table();
   if (table == nullptr) return "";
   // The library measures characters as the thread's locale has them, and in one
   // that is not for UTF-8 it never comes to the end of a text that is.
   const locale_t utf8 = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
   const locale_t before = uselocale(utf8);
-  fill(table, columns, lines, headings && width != 0 && has_units(columns), utf8 != nullptr);
+  fill(table, columns, lines, headings && width != 0 && has_units(all_columns), utf8 != nullptr);
   std::string out = table_text(table, headings, width);
   uselocale(before);
   if (utf8 != nullptr) freelocale(utf8);

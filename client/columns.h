@@ -9,6 +9,7 @@ struct text_column {
   const char* heading;
   bool right;             // numbers; else left, and cut where the terminal ends
   const char* unit = "";  // of its numbers
+  int rank = 0;           // where columns have no room, the highest goes first; 0: never
 };
 
 // Lines of one text per column, each already safe on a terminal. `width`:

@@ -5,6 +5,7 @@
 #include "lookup.h"
 #include "meanings.h"
 #include "table.h"
+#include "top_sample.h"
 #include "topic.h"
 
 namespace {
@@ -29,6 +30,13 @@ std::string topic_words() {
   std::string out;
   for (const char* topic : topics())
     out += (out.empty() ? "" : " ") + topic_word(topic);
+  return out;
+}
+
+std::string orders() {
+  std::string out;
+  for (const top_order& order : top_orders())
+    out += (out.empty() ? "" : " ") + std::string(order.name);
   return out;
 }
 
@@ -84,7 +92,7 @@ std::string chooser() {
          "    last=$word\n"
          "    if [ $skip = 1 ]; then [ \"$word\" = '=' ] || skip=0; continue; fi\n"
          "    case $procedure/$word in\n"
-         "      /--host|/--port|/--timeout|*/--every|*/--count) skip=1 ;;\n"
+         "      /--host|/--port|/--timeout|*/--every|*/--count|top/--bss) skip=1 ;;\n"
          "      /-*) ;;\n"
          "      /watch) watch=yes ;;\n"
          "      /*) procedure=$word ;;\n"
@@ -96,6 +104,9 @@ std::string chooser() {
          names() +
          "'\n"
          "  case $procedure/$last in\n"
+         "    top/--sort) offers='" +
+         orders() +
+         "'; return ;;\n"
          "    list/--topic) offers='" +
          topic_words() +
          "'; return ;;\n"
@@ -107,12 +118,13 @@ std::string chooser() {
          commands() + " " + kOptions +
          "\"\n"
          "      return ;;\n"
-         "    describe/0|schema/0) kind=names offers=$names; return ;;\n"
+         "    describe/0) kind=names offers=$names; return ;;\n"
+         "    schema/0) kind=names offers=\"$names error top\"; return ;;\n"
          "    list/0) offers='--topic --topics'; return ;;\n"
          "    dump/0) offers='--redact'; return ;;\n"
          "    ping/0) offers='--wait'; return ;;\n"
          "    completion/0) offers='bash zsh'; return ;;\n"
-         "    top/*) offers='--every --count'; return ;;\n"
+         "    top/*) offers='--every --count --sort --bss'; return ;;\n"
          "  esac\n"
          "  case $place in\n" +
          argument_cases() +

@@ -70,7 +70,8 @@ std::string field_lines(std::span<const payload_field> fields, size_t margin) {
   for (const payload_field& field : fields) {
     const std::string place =
         text_format("%4u  %-*s", field.offset, kTypeColumn, describe_field(field).c_str());
-    const std::string meaning = describe_meaning(field.meaning, field.unit);
+    const std::string meaning =
+        describe_meaning(payload_meaning(field.meaning, field.unknown), field.unit);
     const std::string head = std::string(margin, ' ') + place;
     out += meaning.empty()
                ? head + field.name + "\n"
@@ -174,15 +175,16 @@ std::string describe_field(const payload_field& field) {
   }
 }
 
-std::string describe_meaning(const char* meaning, const char* unit) {
+std::string describe_meaning(const std::string& meaning, const char* unit) {
   if (*unit == '\0') return meaning;
-  return std::string(meaning) + (*meaning != '\0' ? " [" : "[") + unit + "]";
+  return meaning + (meaning.empty() ? "[" : " [") + unit + "]";
 }
 
 static std::string describe_value(const value_meaning& value) {
   std::string out = "a return code and an integer";
-  const std::string meaning = describe_meaning(value.meaning, value.unit);
-  return meaning.empty() ? out : out + (*value.meaning != '\0' ? ": " : " ") + meaning;
+  const std::string said = payload_meaning(value.meaning, value.unknown);
+  const std::string meaning = describe_meaning(said, value.unit);
+  return meaning.empty() ? out : out + (said.empty() ? " " : ": ") + meaning;
 }
 
 std::string describe_result(const procedure_row& procedure) {

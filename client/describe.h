@@ -24,7 +24,7 @@ std::string describe_type(const argument_spec& argument);
 std::string describe_field(const payload_field& field);
 
 // What a value means and its unit: "MEANING [UNIT]", or the one that is there.
-std::string describe_meaning(const char* meaning, const char* unit);
+std::string describe_meaning(const std::string& meaning, const char* unit);
 
 // What is printed when the call succeeds.
 std::string describe_result(const procedure_row& procedure);

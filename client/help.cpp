@@ -18,7 +18,9 @@ struct help_entry {
 constexpr help_entry kEntries[] = {
     {"", "[OPTION...] PROCEDURE [ARGUMENT...]", "PROCEDURE",
      "name, for example wlan_set_ssid or wlan-set-ssid; or a number, then without arguments and "
-     "shown as bytes. Types and number of the arguments are checked here, ranges by the daemon"},
+     "shown as bytes. Types and number of the arguments are checked here, ranges by the daemon. "
+     "For an argument that is a text, @FILE is what the file holds, @- standard input, @@... a "
+     "text that begins with @"},
     {"ping", "[OPTION...] ping [--wait SECONDS]", "ping",
      "is the daemon there, and how long does an answer take; --wait asks until it is, that long at "
      "most"},
@@ -28,17 +30,19 @@ constexpr help_entry kEntries[] = {
     {"list", "[--json] list --topics", "", ""},
     {"describe", "[--json] describe PROCEDURE", "describe",
      "its arguments, its result, what it does, an example"},
-    {"schema", "schema PROCEDURE", "schema", "JSON Schema of what --json prints of its result"},
+    {"schema", "schema PROCEDURE|error|top", "schema",
+     "JSON Schema of what --json prints of its result, of a failure, or of top"},
     {"dump", "[OPTION...] dump [--redact]", "dump",
-     "all that the gateway tells of itself, as JSON; --redact leaves out secrets and renames MAC "
-     "addresses"},
+     "all that the gateway tells of itself, as JSON; --redact leaves out secrets and gives "
+     "addresses and names others"},
     {"watch", "[OPTION...] watch [--every TIME] [--count N] [--force] PROCEDURE [ARGUMENT...]",
      "watch",
      "calls again and again, every second if not told otherwise; counters have their rates. TIME "
-     "is 10ms to 24h, N how many calls. What is no getter takes --force"},
-    {"top", "[OPTION...] top [--every TIME] [--count N]", "top",
-     "stations of all BSSs, the busiest first; q quits. UP and BTM are known on an MT7615 only: "
-     "elsewhere UP is DOWN, and BTM '-'"},
+     "is 10ms to 24h, N how many calls; q quits. What is no getter takes --force"},
+    {"top", "[OPTION...] top [--every TIME] [--count N] [--sort KEY] [--bss LIST]", "top",
+     "stations of all BSSs, or of those of LIST, such as 1,9; the busiest first, or by KEY: bss, "
+     "station, rssi, down, up, out, in, sent, received. Arrows and page keys scroll, q quits. UP "
+     "and BTM are known on an MT7615 only: elsewhere UP is DOWN, and BTM '-'"},
     {"completion", "completion bash|zsh", "completion",
      "for the shell: source <(wificonf completion bash)"},
 };
@@ -47,7 +51,7 @@ constexpr help_entry kOptions[] = {
     {"", "", "--host HOST", "name or IPv4 address of the daemon (192.168.254.254)"},
     {"", "", "--port PORT", "its UDP port (60001)"},
     {"", "", "--timeout SECONDS", "how long to wait for an answer (10); fractions allowed"},
-    {"", "", "--json", "one JSON value on one line instead of text"},
+    {"", "", "--json", "one JSON value on one line instead of text, of failures, too"},
     {"", "", "--raw",
      "the result as it came, as a hex dump: * stands for lines like the one before; with --json as "
      "hexadecimal digits"},

@@ -9,6 +9,7 @@
 #include "meanings.h"
 #include "payload.h"
 #include "rate_word.h"
+#include "session.h"
 #include "show.h"
 #include "text.h"
 #include "topic.h"
@@ -16,11 +17,6 @@
 namespace {
 
 using ordered_json = nlohmann::ordered_json;
-
-// ASCII alone, so that no character of a text reaches the terminal as it is.
-std::string line(const ordered_json& value) {
-  return value.dump(-1, ' ', true, ordered_json::error_handler_t::replace) + "\n";
-}
 
 ordered_json head(const procedure_row& procedure) {
   ordered_json object = ordered_json::object();
@@ -40,7 +36,7 @@ ordered_json rate_value(uint16_t word) {
   const rate_word rate = rate_word_decode(word);
   ordered_json object = ordered_json::object();
   const unsigned tenths = (rate.kilobits + 50) / 100;
-  object["mbit_s"] = tenths / 10.0;
+  object["mbit_s"] = rate.kilobits == 0 ? ordered_json() : ordered_json(tenths / 10.0);
   object["phy"] = rate.phy;
   object["mhz"] = rate.mhz;
   object["streams"] = rate.streams;
@@ -52,6 +48,10 @@ ordered_json rate_value(uint16_t word) {
 
 void put_field(ordered_json& object, const payload_field& field, std::string_view record) {
   const uint64_t number = payload_unsigned(field, record);
+  if (!payload_is_known(field, record)) {
+    object[field.name] = nullptr;
+    return;
+  }
   switch (field.type) {
     case field_type::kText:
       put_text(object, field.name, payload_bytes(field, record));
@@ -76,20 +76,13 @@ void put_field(ordered_json& object, const payload_field& field, std::string_vie
   }
 }
 
-ordered_json fields_value(std::span<const payload_field> fields, std::string_view record) {
-  ordered_json object = ordered_json::object();
-  for (const payload_field& field : fields)
-    put_field(object, field, record);
-  return object;
-}
-
 ordered_json record_value(const payload_layout& layout, std::string_view record) {
-  ordered_json object = fields_value(layout.fields, record);
+  ordered_json object = json_fields(layout.fields, record);
   if (layout.rows == nullptr) return object;
   const payload_rows& rows = *layout.rows;
   ordered_json& list = object[rows.name] = ordered_json::array();
   for (uint32_t i = 0; i < payload_row_count(rows, record); i++)
-    list.push_back(fields_value(rows.fields, payload_row(rows, record, i)));
+    list.push_back(json_fields(rows.fields, payload_row(rows, record, i)));
   return object;
 }
 
@@ -97,7 +90,10 @@ void put_payload(ordered_json& object, const procedure_row& procedure, const dec
   const payload_layout* layout = payload_find(procedure);
   switch (procedure.payload) {
     case payload_kind::INT:
-      object["value"] = reply.value;
+      if (payload_is_known(payload_value(procedure).unknown, reply.value))
+        object["value"] = reply.value;
+      else
+        object["value"] = nullptr;
       break;
     case payload_kind::TEXT:
       put_text(object, "value", reply.text);
@@ -130,12 +126,33 @@ ordered_json describe_fields(std::span<const payload_field> fields) {
                            {"type", describe_field(field)}};
     if (*field.meaning != '\0') object["meaning"] = field.meaning;
     if (*field.unit != '\0') object["unit"] = field.unit;
+    for (const int value : payload_unknown(field.unknown))
+      object["not_known"].push_back(value);
     list.push_back(object);
   }
   return list;
 }
 
 }  // namespace
+
+std::string json_line(const ordered_json& value) {
+  return value.dump(-1, ' ', true, ordered_json::error_handler_t::replace) + "\n";
+}
+
+ordered_json json_fields(std::span<const payload_field> fields, std::string_view record) {
+  ordered_json object = ordered_json::object();
+  for (const payload_field& field : fields)
+    put_field(object, field, record);
+  return object;
+}
+
+std::string json_error(const session_failure& failure, const std::string& time) {
+  ordered_json object = {
+      {"error",
+       {{"kind", failure.kind}, {"message", failure.line}, {"exit_status", failure.status}}}};
+  if (!time.empty()) object["time"] = time;
+  return json_line(object);
+}
 
 nlohmann::ordered_json json_result(const procedure_row& procedure, const decoded_reply& reply) {
   ordered_json object = head(procedure);
@@ -146,14 +163,14 @@ nlohmann::ordered_json json_result(const procedure_row& procedure, const decoded
 }
 
 std::string json_reply(const procedure_row& procedure, const decoded_reply& reply) {
-  return line(json_result(procedure, reply));
+  return json_line(json_result(procedure, reply));
 }
 
 std::string json_sample(const procedure_row& procedure, const decoded_reply& reply,
                         const std::string& time) {
   ordered_json object = json_result(procedure, reply);
   object["time"] = time;
-  return line(object);
+  return json_line(object);
 }
 
 std::string json_raw(uint32_t number, std::string_view result) {
@@ -163,7 +180,7 @@ std::string json_raw(uint32_t number, std::string_view result) {
       procedure == nullptr ? ordered_json() : ordered_json(lookup_display_name(*procedure));
   object["number"] = number;
   object["result"] = text_hex(result);
-  return line(object);
+  return json_line(object);
 }
 
 std::string json_ping(double seconds) {
@@ -171,7 +188,7 @@ std::string json_ping(double seconds) {
   object["procedure"] = "ping";
   object["number"] = 0;
   object["round_trip_ms"] = std::round(seconds * 1e6) / 1e3;
-  return line(object);
+  return json_line(object);
 }
 
 std::string json_list(const std::vector<const procedure_row*>& procedures) {
@@ -183,7 +200,7 @@ std::string json_list(const std::vector<const procedure_row*>& procedures) {
     object["inert"] = procedure->inert;
     list.push_back(object);
   }
-  return line(list);
+  return json_line(list);
 }
 
 std::string json_topics() {
@@ -192,7 +209,7 @@ std::string json_topics() {
     list.push_back({{"topic", topic_word(topic)},
                     {"title", topic},
                     {"procedures", list_find({"", topic}).size()}});
-  return line(list);
+  return json_line(list);
 }
 
 std::string json_describe(const procedure_row& procedure) {
@@ -213,5 +230,5 @@ std::string json_describe(const procedure_row& procedure) {
                       {"bytes", layout->rows->stride},
                       {"fields", describe_fields(layout->rows->fields)}};
   object["example"] = describe_example(procedure);
-  return line(object);
+  return json_line(object);
 }

@@ -11,13 +11,26 @@
 #include <string_view>
 #include <vector>
 
+#include "payload.h"
 #include "reply.h"
 #include "table.h"
+
+struct session_failure;
 
 // "procedure", "number", "return_code" and "value": a number, a text or, for a
 // record, an object of its fields. A negative return code stands alone: what
 // comes with it is no value.
 nlohmann::ordered_json json_result(const procedure_row& procedure, const decoded_reply& reply);
+// An object of a record's, or a row's, fields.
+nlohmann::ordered_json json_fields(std::span<const payload_field> fields, std::string_view record);
+
+// On one line, in ASCII, so that no character of a text reaches the terminal as it is.
+std::string json_line(const nlohmann::ordered_json& value);
+
+// "error": "kind", "message" and "exit_status" of a command without a result; the time in
+// what is repeated.
+std::string json_error(const session_failure& failure, const std::string& time = "");
+
 // With the time at which the answer came.
 std::string json_sample(const procedure_row& procedure, const decoded_reply& reply,
                         const std::string& time);

@@ -7,162 +7,170 @@
 namespace {
 
 using enum field_type;
+using enum content;
+using enum not_known;
 
 // The driver keeps byte counters before packet counters and what it sent before
 // what it received.
 constexpr payload_field kBasicStats[] = {
-    {"bytes_sent", kCounter32, 0, 0, "B", "", ""},
-    {"bytes_received", kCounter32, 4, 0, "B", "", ""},
-    {"packets_sent", kCounter32, 8, 0, "", "", ""},
-    {"packets_received", kCounter32, 12, 0, "", "", ""},
-    {"associations", kU32, 16, 0, "", "", "stations associated with the BSS"},
+    {"bytes_sent", kCounter32, 0, 0, "B", "", "", kFree},
+    {"bytes_received", kCounter32, 4, 0, "B", "", "", kFree},
+    {"packets_sent", kCounter32, 8, 0, "", "", "", kFree},
+    {"packets_received", kCounter32, 12, 0, "", "", "", kFree},
+    {"associations", kU32, 16, 0, "", "", "stations associated with the BSS", kFree},
 };
 
 constexpr payload_field kStats[] = {
-    {"errors_sent", kCounter32, 0, 0, "", "", "packets that could not be sent"},
-    {"errors_received", kCounter32, 4, 0, "", "", "packets received with errors"},
-    {"unicast_packets_sent", kCounter32, 8, 0, "", "", "to one station; 0 of a radio"},
-    {"unicast_packets_received", kCounter32, 12, 0, "", "", "for one station; 0 of a radio"},
-    {"discard_packets_sent", kCounter32, 16, 0, "", "", "packets to send that were dropped"},
-    {"discard_packets_received", kCounter32, 20, 0, "", "", "received packets that were dropped"},
-    {"multicast_packets_sent", kCounter32, 24, 0, "", "", "to a group; 0 of a radio"},
-    {"multicast_packets_received", kCounter32, 28, 0, "", "", "for a group; 0 of a radio"},
-    {"broadcast_packets_sent", kCounter32, 32, 0, "", "", "to all; 0 of a radio"},
-    {"broadcast_packets_received", kCounter32, 36, 0, "", "", "for all; 0 of a radio"},
-    {"unknown_protocol_packets_received", kCounter32, 40, 0, "", "", "always 0"},
-    {"bytes_sent", kCounter32, 44, 0, "B", "", "sent by a radio; 0 of a BSS"},
-    {"bytes_received", kCounter32, 48, 0, "B", "", "received by a radio; 0 of a BSS"},
-    {"packets_sent", kCounter32, 52, 0, "", "", "sent by a radio; 0 of a BSS"},
-    {"packets_received", kCounter32, 56, 0, "", "", "received by a radio; 0 of a BSS"},
-    {"reserved", kU32, 60, 0, "", "", "always 0"},
+    {"errors_sent", kCounter32, 0, 0, "", "", "packets that could not be sent", kFree},
+    {"errors_received", kCounter32, 4, 0, "", "", "packets received with errors", kFree},
+    {"unicast_packets_sent", kCounter32, 8, 0, "", "", "to one station; 0 of a radio", kFree},
+    {"unicast_packets_received", kCounter32, 12, 0, "", "", "for one station; 0 of a radio", kFree},
+    {"discard_packets_sent", kCounter32, 16, 0, "", "", "packets to send that were dropped", kFree},
+    {"discard_packets_received", kCounter32, 20, 0, "", "", "received packets that were dropped",
+     kFree},
+    {"multicast_packets_sent", kCounter32, 24, 0, "", "", "to a group; 0 of a radio", kFree},
+    {"multicast_packets_received", kCounter32, 28, 0, "", "", "for a group; 0 of a radio", kFree},
+    {"broadcast_packets_sent", kCounter32, 32, 0, "", "", "to all; 0 of a radio", kFree},
+    {"broadcast_packets_received", kCounter32, 36, 0, "", "", "for all; 0 of a radio", kFree},
+    {"unknown_protocol_packets_received", kCounter32, 40, 0, "", "", "always 0", kFree},
+    {"bytes_sent", kCounter32, 44, 0, "B", "", "sent by a radio; 0 of a BSS", kFree},
+    {"bytes_received", kCounter32, 48, 0, "B", "", "received by a radio; 0 of a BSS", kFree},
+    {"packets_sent", kCounter32, 52, 0, "", "", "sent by a radio; 0 of a BSS", kFree},
+    {"packets_received", kCounter32, 56, 0, "", "", "received by a radio; 0 of a BSS", kFree},
+    {"reserved", kU32, 60, 0, "", "", "always 0", kFree},
 };
 
-constexpr payload_field kBytesSent[] = {{"bytes_sent", kCounter64, 0, 0, "B", "", "sent so far"}};
+constexpr payload_field kBytesSent[] = {
+    {"bytes_sent", kCounter64, 0, 0, "B", "", "sent so far", kFree}};
 constexpr payload_field kBytesReceived[] = {
-    {"bytes_received", kCounter64, 0, 0, "B", "", "received so far"}};
-constexpr payload_field kTxPackets[] = {{"packets_sent", kCounterI64, 0, 0, "", "", "sent so far"}};
+    {"bytes_received", kCounter64, 0, 0, "B", "", "received so far", kFree}};
+constexpr payload_field kTxPackets[] = {
+    {"packets_sent", kCounterI64, 0, 0, "", "", "sent so far", kFree, kMinusOne}};
 constexpr payload_field kRxPackets[] = {
-    {"packets_received", kCounterI64, 0, 0, "", "", "received so far"}};
+    {"packets_received", kCounterI64, 0, 0, "", "", "received so far", kFree, kMinusOne}};
 
 constexpr payload_field kChannelStatistics[] = {
-    {"channel_busy", kI32, 0, 0, "%", "", "share of time that the channel is busy; -1: unknown"},
-    {"ap_activity", kI32, 4, 0, "%", "", "share of time that this AP is active; -1: unknown"},
-    {"busy_time", kI32, 8, 0, "%", "", "-1: unknown"},
+    {"channel_busy", kI32, 0, 0, "%", "", "share of time that the channel is busy", kFree,
+     kMinusOne},
+    {"ap_activity", kI32, 4, 0, "%", "", "share of time that this AP is active", kFree, kMinusOne},
+    {"busy_time", kI32, 8, 0, "%", "", "", kFree, kMinusOne},
 };
 
 constexpr payload_field kNoiseFloor[] = {
-    {"minimum", kI32, 0, 0, "dBm", "", "-1: unknown"},
-    {"maximum", kI32, 4, 0, "dBm", "", "-1: unknown"},
-    {"median", kI32, 8, 0, "dBm", "", "-1: unknown"},
-    {"average", kI32, 12, 0, "dBm", "", "-1: unknown"},
+    {"minimum", kI32, 0, 0, "dBm", "", "", kFree, kMinusOne},
+    {"maximum", kI32, 4, 0, "dBm", "", "", kFree, kMinusOne},
+    {"median", kI32, 8, 0, "dBm", "", "", kFree, kMinusOne},
+    {"average", kI32, 12, 0, "dBm", "", "", kFree, kMinusOne},
 };
 
 constexpr payload_field kRssiEntry[] = {
-    {"rssi", kI64, 0, 0, "", "RSSI", "as the statistics daemon counts it; -1: unknown"}};
+    {"rssi", kI64, 0, 0, "", "RSSI", "as the statistics daemon counts it", kFree, kMinusOne}};
 constexpr payload_rows kRssiTable = {"entries", kAllRows, 0, 8, 37, kRssiEntry};
 
 constexpr payload_field kBssidPort[] = {
-    {"bssid", kMac, 0, 0, "", "", ""},
-    {"port", kU16, 6, 0, "", "", ""},
+    {"bssid", kMac, 0, 0, "", "", "", kAddress},
+    {"port", kU16, 6, 0, "", "", "", kFree},
 };
 
 constexpr payload_field kDot11u[] = {
-    {"access_network_type", kI32, 0, 0, "", "", "hotspot: type of the access network"},
-    {"internet", kFlag, 4, 0, "", "", "hotspot: leads to the internet"},
-    {"asra", kFlag, 8, 0, "", "", "hotspot: additional step required for access"},
-    {"esr", kFlag, 12, 0, "", "", "hotspot: emergency services reachable"},
-    {"uesa", kFlag, 16, 0, "", "", "hotspot: unauthenticated emergency service accessible"},
+    {"access_network_type", kI32, 0, 0, "", "", "hotspot: type of the access network", kFree},
+    {"internet", kFlag, 4, 0, "", "", "hotspot: leads to the internet", kFree},
+    {"asra", kFlag, 8, 0, "", "", "hotspot: additional step required for access", kFree},
+    {"esr", kFlag, 12, 0, "", "", "hotspot: emergency services reachable", kFree},
+    {"uesa", kFlag, 16, 0, "", "", "hotspot: unauthenticated emergency service accessible", kFree},
 };
 
 constexpr payload_field kAssocDevice[] = {
-    {"mac_address", kText, 0, 18, "", "", ""},
-    {"host_name", kText, 18, 64, "", "", ""},
-    {"ip_address", kText, 82, 45, "", "", ""},
-    {"standard", kText, 127, 17, "", "", "802.11 standard"},
-    {"authenticated", kFlag, 144, 0, "", "", ""},
-    {"associated_seconds", kU32, 148, 0, "s", "", "time since the association"},
-    {"tx_rate", kU32, 152, 0, "", "", "transmit rate"},
-    {"rx_rate", kU32, 156, 0, "", "", "receive rate"},
-    {"max_rate", kU32, 160, 0, "", "", "highest rate"},
-    {"rssi", kI32, 164, 0, "dBm", "", "signal"},
-    {"packets_sent", kCounter32, 168, 0, "", "", ""},
-    {"packets_received", kCounter32, 172, 0, "", "", ""},
-    {"association_id", kU16, 176, 0, "", "", ""},
-    {"bytes_sent", kCounter32, 180, 0, "B", "", ""},
-    {"bytes_received", kCounter32, 184, 0, "B", "", ""},
-    {"retries", kU32, 188, 0, "", "", "retransmissions"},
-    {"power_save", kU8, 192, 0, "", "", ""},
-    {"noise", kI32, 196, 0, "dBm", "", ""},
-    {"ssid", kText, 200, 32, "", "", ""},
+    {"mac_address", kText, 0, 18, "", "", "", kAddress},
+    {"host_name", kText, 18, 64, "", "", "", kName},
+    {"ip_address", kText, 82, 45, "", "", "", kAddress},
+    {"standard", kText, 127, 17, "", "", "802.11 standard", kName},
+    {"authenticated", kFlag, 144, 0, "", "", "", kFree},
+    {"associated_seconds", kU32, 148, 0, "s", "", "time since the association", kFree},
+    {"tx_rate", kU32, 152, 0, "", "", "transmit rate", kFree},
+    {"rx_rate", kU32, 156, 0, "", "", "receive rate", kFree},
+    {"max_rate", kU32, 160, 0, "", "", "highest rate", kFree},
+    {"rssi", kI32, 164, 0, "dBm", "", "signal", kFree},
+    {"packets_sent", kCounter32, 168, 0, "", "", "", kFree},
+    {"packets_received", kCounter32, 172, 0, "", "", "", kFree},
+    {"association_id", kU16, 176, 0, "", "", "", kFree},
+    {"bytes_sent", kCounter32, 180, 0, "B", "", "", kFree},
+    {"bytes_received", kCounter32, 184, 0, "B", "", "", kFree},
+    {"retries", kU32, 188, 0, "", "", "retransmissions", kFree},
+    {"power_save", kU8, 192, 0, "", "", "", kFree},
+    {"noise", kI32, 196, 0, "dBm", "", "", kFree},
+    {"ssid", kText, 200, 32, "", "", "", kName},
 };
 
 // An entry of the driver's station table.
 constexpr payload_field kStation[] = {
-    {"bss_position", kU8, 0, 0, "", "BSS", "position of its BSS within the radio, from 0"},
-    {"mac_address", kMac, 1, 0, "", "STATION", ""},
-    {"association_id", kU8, 7, 0, "", "AID", ""},
-    {"power_save", kU8, 8, 0, "", "PS", "1: in power save"},
-    {"mimo_power_save", kU8, 9, 0, "", "", "MIMO power save mode"},
-    {"rssi_0", kI8, 10, 0, "dBm", "RSSI", "signal on the first chain"},
-    {"rssi_1", kI8, 11, 0, "dBm", "", "signal on the second chain"},
-    {"rssi_2", kI8, 12, 0, "dBm", "", "signal on the third chain"},
-    {"rssi_3", kI8, 13, 0, "dBm", "", "signal on the fourth chain"},
-    {"connected_seconds", kU32, 16, 0, "s", "ASSOC", "time since the association"},
-    {"tx_rate", kRate, 20, 0, "Mbit/s", "TX", "rate of the last packet to it"},
-    {"rx_rate", kRate, 24, 0, "Mbit/s", "RX", "rate of the last packet from it"},
-    {"packets_sent", kCounter32, 32, 0, "", "PACKETS", "packets sent to it"},
-    {"failures", kCounter32, 36, 0, "", "FAILED", "packets to it that failed"},
+    {"bss_position", kBssPosition, 0, 0, "", "BSS", "position of its BSS within the radio, from 0",
+     kFree},
+    {"mac_address", kMac, 1, 0, "", "STATION", "", kAddress},
+    {"association_id", kU8, 7, 0, "", "AID", "", kFree},
+    {"power_save", kU8, 8, 0, "", "PS", "1: in power save", kFree},
+    {"mimo_power_save", kU8, 9, 0, "", "", "MIMO power save mode", kFree},
+    {"rssi_0", kI8, 10, 0, "dBm", "RSSI", "signal on the first chain", kFree, kNoSignal},
+    {"rssi_1", kI8, 11, 0, "dBm", "", "signal on the second chain", kFree, kNoSignal},
+    {"rssi_2", kI8, 12, 0, "dBm", "", "signal on the third chain", kFree, kNoSignal},
+    {"rssi_3", kI8, 13, 0, "dBm", "", "signal on the fourth chain", kFree, kNoSignal},
+    {"connected_seconds", kU32, 16, 0, "s", "ASSOC", "time since the association", kFree},
+    {"tx_rate", kRate, 20, 0, "Mbit/s", "TX", "rate of the last packet to it", kFree},
+    {"rx_rate", kRate, 24, 0, "Mbit/s", "RX", "rate of the last packet from it", kFree},
+    {"packets_sent", kCounter32, 32, 0, "", "PACKETS", "packets sent to it", kFree},
+    {"failures", kCounter32, 36, 0, "", "FAILED", "packets to it that failed", kFree},
 };
 constexpr payload_rows kStations = {"stations", 0, 4, 40, 128, kStation};
 
 // As wlan_get_btm_associated_device packs it.
 constexpr payload_field kBtmStation[] = {
-    {"mac_address", kText, 40, 17, "", "STATION", ""},
-    {"rssi", kI32, 0, 0, "dBm", "RSSI", "strongest of its chains; -127: none is plausible"},
+    {"mac_address", kText, 40, 17, "", "STATION", "", kAddress},
+    {"rssi", kI32, 0, 0, "dBm", "RSSI", "strongest of its chains", kFree, kNoSignal},
     {"downlink_rate", kRate1024, 4, 0, "kbit/s", "DOWN",
-     "rate of the last packet to it; 1024 a Mbit"},
+     "rate of the last packet to it; 1024 a Mbit", kFree},
     {"uplink_rate", kRate1024, 8, 0, "kbit/s", "UP",
-     "rate of the last packet from it; 1024 a Mbit; without an MT7615 the downlink's"},
-    {"tx_mcs", kI32, 12, 0, "", "MCS", "MCS or rate index of the last packet to it"},
-    {"rx_mcs", kI32, 16, 0, "", "", "that of the last packet from it; without an MT7615 tx_mcs"},
-    {"bytes_sent", kCounter64, 20, 0, "B", "SENT", "bytes sent to it"},
-    {"bytes_received", kCounter64, 28, 0, "B", "RECEIVED", "bytes received from it"},
-    {"backhaul", kFlag, 36, 0, "", "", "its BSS is a backhaul BSS"},
+     "rate of the last packet from it; 1024 a Mbit; without an MT7615 the downlink's", kFree},
+    {"tx_mcs", kI32, 12, 0, "", "MCS", "MCS or rate index of the last packet to it", kFree},
+    {"rx_mcs", kI32, 16, 0, "", "", "that of the last packet from it; without an MT7615 tx_mcs",
+     kFree},
+    {"bytes_sent", kCounter64, 20, 0, "B", "SENT", "bytes sent to it", kFree},
+    {"bytes_received", kCounter64, 28, 0, "B", "RECEIVED", "bytes received from it", kFree},
+    {"backhaul", kFlag, 36, 0, "", "", "its BSS is a backhaul BSS", kFree},
     {"btm", kU8, 59, 0, "", "BTM",
-     "802.11v BSS transition capability times 8; without an MT7615 0, for unknown"},
-    {"is_ht", kFlag, 68, 0, "", "", "802.11n or later"},
-    {"is_vht", kFlag, 72, 0, "", "", "802.11ac"},
+     "802.11v BSS transition capability times 8; without an MT7615 0, for unknown", kFree},
+    {"is_ht", kFlag, 68, 0, "", "", "802.11n or later", kFree},
+    {"is_vht", kFlag, 72, 0, "", "", "802.11ac", kFree},
 };
 constexpr payload_rows kBtmStations = {"stations", 0, 4, 76, 32, kBtmStation};
 
 // The driver's own entries, passed on as they are. The layout is that of the
 // simulated driver: to be held against hardware here, and only here.
 constexpr payload_field kNeighbour[] = {
-    {"bssid", kMac, 0, 0, "", "BSSID", ""},
-    {"channel", kU8, 6, 0, "", "CH", ""},
-    {"rssi", kI8, 7, 0, "dBm", "RSSI", "signal"},
-    {"ssid", kText, 8, 33, "", "SSID", "network name"},
-    {"security", kText, 41, 23, "", "SECURITY", "authentication and encryption"},
-    {"mode", kText, 64, 15, "", "MODE", "802.11 mode"},
+    {"bssid", kMac, 0, 0, "", "BSSID", "", kAddress},
+    {"channel", kU8, 6, 0, "", "CH", "", kFree},
+    {"rssi", kI8, 7, 0, "dBm", "RSSI", "signal", kFree},
+    {"ssid", kText, 8, 33, "", "SSID", "network name", kName},
+    {"security", kText, 41, 23, "", "SECURITY", "authentication and encryption", kName},
+    {"mode", kText, 64, 15, "", "MODE", "802.11 mode", kName},
 };
 constexpr payload_rows kNeighbours = {"networks", 0, 4, 100, 64, kNeighbour};
 constexpr payload_field kSurvey[] = {
     {"driver_data", kBytes, 6404, 360, "", "", "the driver's own, behind its entries"}};
 
-constexpr payload_field kMacText[] = {{"mac_address", kText, 0, 18, "", "", ""}};
+constexpr payload_field kMacText[] = {{"mac_address", kText, 0, 18, "", "", "", kAddress}};
 
 constexpr payload_field kNonAssoc[] = {
-    {"valid", kFlag, 0, 0, "", "", "0: the station was not seen"},
-    {"rssi", kI32, 4, 0, "dBm", "", "signal of its last probe request"},
-    {"time", kTime, 8, 0, "", "", "of that probe request"},
-    {"mac_address", kText, 12, 17, "", "", "the station"},
+    {"valid", kFlag, 0, 0, "", "", "0: the station was not seen", kFree},
+    {"rssi", kI32, 4, 0, "dBm", "", "signal of its last probe request", kFree, kZero},
+    {"time", kTime, 8, 0, "", "", "of that probe request", kFree},
+    {"mac_address", kText, 12, 17, "", "", "the station", kAddress},
 };
 
 constexpr payload_field kSteerEvent[] = {
-    {"time", kTime, 24, 0, "", "TIME", "when it happened"},
-    {"type", kU32, 0, 0, "", "TYPE", "event type of the control daemon"},
-    {"mac_address", kText, 4, 17, "", "STATION", "the station"},
-    {"code", kText, 28, 8, "", "CODE", "code of the event"},
+    {"time", kTime, 24, 0, "", "TIME", "when it happened", kFree},
+    {"type", kU32, 0, 0, "", "TYPE", "event type of the control daemon", kFree},
+    {"mac_address", kText, 4, 17, "", "STATION", "the station", kAddress},
+    {"code", kText, 28, 8, "", "CODE", "code of the event", kFree},
 };
 constexpr payload_rows kSteerEvents = {"events", 1152, 0, 36, 32, kSteerEvent};
 
@@ -170,39 +178,39 @@ constexpr payload_rows kSteerEvents = {"events", 1152, 0, 36, 32, kSteerEvent};
 // widths of the texts are those of the simulated controller: to be held against
 // the real one here, and only here.
 constexpr payload_field kExtender[] = {
-    {"index", kU32, 0, 0, "", "", "row of the table"},
-    {"mac_address", kText, 4, 24, "", "", "of the extender"},
-    {"device_name", kText, 28, 240, "", "", "for people; hnc_set_hne_device_name sets it"},
-    {"status", kU32, 268, 0, "", "", "as the controller counts it"},
-    {"active", kFlag, 272, 0, "", "", ""},
-    {"manufacturer", kText, 276, 160, "", "", ""},
-    {"model_name", kText, 436, 160, "", "", ""},
-    {"model_number", kText, 596, 160, "", "", ""},
-    {"serial_number", kText, 756, 160, "", "", ""},
-    {"last_sync_attempt", kTime, 916, 0, "", "", "last attempt to synchronise it"},
-    {"software_version", kText, 920, 128, "", "", ""},
-    {"uplink_type", kI32, 1048, 0, "", "", "as the controller counts it"},
-    {"uplink_rate", kI32, 1052, 0, "Mbit/s", "", ""},
-    {"upgrade_available", kFlag, 1056, 0, "", "", "newer firmware is there"},
-    {"ip_address", kText, 1060, 16, "", "", ""},
-    {"uplink_mac_address", kText, 1076, 24, "", "", "of what it is connected to"},
-    {"rssi", kI32, 1100, 0, "dBm", "", "signal of its uplink"},
-    {"last_error", kText, 1104, 132, "", "", ""},
-    {"description", kText, 1236, 256, "", "", ""},
+    {"index", kU32, 0, 0, "", "", "row of the table", kFree},
+    {"mac_address", kText, 4, 24, "", "", "of the extender", kAddress},
+    {"device_name", kText, 28, 240, "", "", "for people; hnc_set_hne_device_name sets it", kName},
+    {"status", kU32, 268, 0, "", "", "as the controller counts it", kFree},
+    {"active", kFlag, 272, 0, "", "", "", kFree},
+    {"manufacturer", kText, 276, 160, "", "", "", kName},
+    {"model_name", kText, 436, 160, "", "", "", kName},
+    {"model_number", kText, 596, 160, "", "", "", kName},
+    {"serial_number", kText, 756, 160, "", "", "", kSecret},
+    {"last_sync_attempt", kTime, 916, 0, "", "", "last attempt to synchronise it", kFree},
+    {"software_version", kText, 920, 128, "", "", "", kName},
+    {"uplink_type", kI32, 1048, 0, "", "", "as the controller counts it", kFree},
+    {"uplink_rate", kI32, 1052, 0, "Mbit/s", "", "", kFree},
+    {"upgrade_available", kFlag, 1056, 0, "", "", "newer firmware is there", kFree},
+    {"ip_address", kText, 1060, 16, "", "", "", kAddress},
+    {"uplink_mac_address", kText, 1076, 24, "", "", "of what it is connected to", kAddress},
+    {"rssi", kI32, 1100, 0, "dBm", "", "signal of its uplink", kFree},
+    {"last_error", kText, 1104, 132, "", "", "", kName},
+    {"description", kText, 1236, 256, "", "", "", kName},
 };
 
 constexpr payload_field kSupported[] = {
-    {"index", kI32, 0, 0, "", "", "row of the table"},
-    {"row_status", kI32, 4, 0, "", "", "as the controller counts it"},
-    {"manufacturer", kText, 8, 64, "", "", ""},
-    {"model_name", kText, 72, 64, "", "", ""},
-    {"model_number", kText, 136, 64, "", "", ""},
-    {"firmware_url", kText, 200, 256, "", "", "where its firmware is"},
-    {"firmware_file_name", kText, 456, 256, "", "", ""},
-    {"firmware_user_name", kText, 712, 256, "", "", "user name for it"},
-    {"firmware_password", kText, 968, 256, "", "", "password for it"},
-    {"update_time", kTime, 1224, 0, "", "", "when to update"},
-    {"config_on_demand", kFlag, 1228, 0, "", "", "configure it on demand"},
+    {"index", kI32, 0, 0, "", "", "row of the table", kFree},
+    {"row_status", kI32, 4, 0, "", "", "as the controller counts it", kFree},
+    {"manufacturer", kText, 8, 64, "", "", "", kName},
+    {"model_name", kText, 72, 64, "", "", "", kName},
+    {"model_number", kText, 136, 64, "", "", "", kName},
+    {"firmware_url", kText, 200, 256, "", "", "where its firmware is", kSecret},
+    {"firmware_file_name", kText, 456, 256, "", "", "", kName},
+    {"firmware_user_name", kText, 712, 256, "", "", "user name for it", kSecret},
+    {"firmware_password", kText, 968, 256, "", "", "password for it", kSecret},
+    {"update_time", kTime, 1224, 0, "", "", "when to update", kFree},
+    {"config_on_demand", kFlag, 1228, 0, "", "", "configure it on demand", kFree},
 };
 
 constexpr payload_layout kLayouts[] = {
@@ -232,47 +240,6 @@ constexpr payload_layout kLayouts[] = {
     {"HNC_GET_SUPPORTED_HNE_TABLE_ENTRY", kSupported, nullptr},
 };
 
-constexpr value_meaning kValues[] = {
-    {"WLAN_GET_ASSOC_DEVICES_NUM", "", "stations associated with the BSS"},
-    {"WLAN_GET_CURRENT_CHANNEL", "", "channel number"},
-    {"WLAN_GET_AP_SCAN_STATUS", "", "0: none asked for, 1: running, 2: failed, 3: finished"},
-    {"WLAN_GET_RETRANSMISSION_METRIC", "%", "share of packets sent again; -1: unknown"},
-    {"WLAN_GET_BTM_CAPABLE", "", "1: 802.11v BSS transition management can be used"},
-    {"WLAN_GET_BTM_ENABLE", "", "1: 802.11v BSS transition management is on"},
-    {"WLAN_GET_CHANNEL_UTILIZATION_ENABLE", "", "1: the channel's utilization is measured"},
-    {"WLAN_GET_CHANNEL_UTILIZATION", "%", "share of time that the channel is busy"},
-    {"WLAN_GET_OPERATING_CLASS", "", "operating class of the channel, IEEE 802.11 annex E"},
-    {"WLAN_GET_HT_SUPPORT", "", "1: the wireless mode has 802.11n"},
-    {"WLAN_GET_VHT_SUPPORT", "", "1: the wireless mode has 802.11ac"},
-    {"WLAN_GET_HNC_STEER_STA_TYPE", "", "0: blacklist, 1: BSS transition request, 3: disconnect"},
-    {"WLAN_GET_HNC_STEER_BLACKLIST_ACTION", "", "0, 1, or 2: for the blacklist timer"},
-    {"WLAN_GET_HNC_STEER_BLACKLIST_TIMER", "s", "time of blacklist action 2"},
-    {"WLAN_GET_RADIO_MAX_BIT_RATE", "Mbit/s", "bit rate of the radio"},
-    {"WLAN_GET_ON_CHANNEL_MAX_TX_POWER_DBM", "dBm", "limit of the current channel"},
-    {"WLAN_GET_RADIO_MAX_TX_POWER_DBM", "dBm", "highest limit of all channels"},
-    {"WLAN_GET_BSS_HNC_SERVICE", "", "service of the BSS for the home network; 7: backhaul"},
-    {"WLAN_GET_PREK_STATUS", "",
-     "0: calibrated, 2: calibrated, with a backup, 3: not calibrated, -1: incomplete"},
-    {"HNC_GET_HNE_CONFIG_ATTEMPTS", "", "attempts to configure an extender"},
-    {"HNC_GET_HNE_CONFIG_DURATION", "", "duration of the attempts, as the controller counts it"},
-};
-
-// Setters that answer what became of the profile's update.
-constexpr const char* kUpdates[] = {
-    "WLAN_SET_BASIC_ENCRYPTION_MODES", "WLAN_SET_BASIC_AUTHENTICATION_MODES",
-    "WLAN_SET_WPA_ENCRYPTION_MODES",   "WLAN_SET_WPA_AUTHENTICATION_MODES",
-    "WLAN_SET_RADIUS_SERVER_ADDRESS",  "WLAN_SET_BSS_HNC_SERVICE",
-};
-
-bool answers_update(const procedure_row& procedure) {
-  for (const char* name : kUpdates) {
-    if (std::string_view(name) == procedure.name) return true;
-  }
-  return false;
-}
-
-constexpr value_meaning kNoMeaning = {"", "", ""};
-
 }  // namespace
 
 const payload_layout* payload_find(const procedure_row& procedure) {
@@ -280,20 +247,4 @@ const payload_layout* payload_find(const procedure_row& procedure) {
     if (std::string_view(layout.procedure) == procedure.name) return &layout;
   }
   return nullptr;
-}
-
-const value_meaning& payload_value(const procedure_row& procedure) {
-  for (const value_meaning& value : kValues) {
-    if (std::string_view(value.procedure) == procedure.name) return value;
-  }
-  return kNoMeaning;
-}
-
-const char* payload_codes(const procedure_row& procedure) {
-  return answers_update(procedure) ? "1: written, 2: no change, 0: the call failed"
-                                   : "negative: the call failed";
-}
-
-bool payload_failed(const procedure_row& procedure, int32_t code) {
-  return code < 0 || (code == 0 && answers_update(procedure));
 }

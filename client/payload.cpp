@@ -15,6 +15,7 @@ uint32_t payload_width(const payload_field& field) {
   switch (field.type) {
     case field_type::kU8:
     case field_type::kI8:
+    case field_type::kBssPosition:
       return 1;
     case field_type::kU16:
     case field_type::kRate:
@@ -52,6 +53,7 @@ bool payload_is_counter(field_type type) {
 
 bool payload_growth(const payload_field& field, std::string_view earlier, std::string_view record,
                     uint64_t* growth) {
+  if (!payload_is_known(field, earlier) || !payload_is_known(field, record)) return false;
   const uint64_t then = payload_unsigned(field, earlier);
   const uint64_t now = payload_unsigned(field, record);
   const bool narrow = then <= UINT32_MAX && now <= UINT32_MAX;
@@ -78,6 +80,41 @@ int64_t payload_signed(const payload_field& field, std::string_view record) {
   if (width == 0 || width > 8) return 0;
   const unsigned unused = 64 - 8 * width;
   return static_cast<int64_t>(payload_unsigned(field, record) << unused) >> unused;
+}
+
+std::span<const int> payload_unknown(not_known unknown) {
+  static constexpr int kMinusOne[] = {-1}, kZero[] = {0}, kNoSignal[] = {0, -127};
+  switch (unknown) {
+    case not_known::kNever:
+      return {};
+    case not_known::kMinusOne:
+      return kMinusOne;
+    case not_known::kZero:
+      return kZero;
+    case not_known::kNoSignal:
+      return kNoSignal;
+  }
+  return {};
+}
+
+bool payload_is_known(not_known unknown, int64_t value) {
+  const std::span<const int> values = payload_unknown(unknown);
+  return std::find(values.begin(), values.end(), value) == values.end();
+}
+
+bool payload_is_known(const payload_field& field, std::string_view record) {
+  if (field.type == field_type::kTime) return payload_unsigned(field, record) != 0;
+  return payload_is_known(field.unknown, payload_signed(field, record));
+}
+
+std::string payload_meaning(const char* meaning, not_known unknown) {
+  std::string out = meaning;
+  const char* joint = out.empty() ? "" : "; ";
+  for (const int value : payload_unknown(unknown)) {
+    out += joint + std::to_string(value);
+    joint = " or ";
+  }
+  return unknown == not_known::kNever ? out : out + ": not known";
 }
 
 std::string_view payload_bytes(const payload_field& field, std::string_view record) {

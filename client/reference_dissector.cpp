@@ -15,7 +15,9 @@ constexpr char kHead[] =
     "--   Wireshark: copy it into the personal plugins directory\n"
     "--\n"
     "-- Each procedure: name, arguments, kind of its result, layout of a record.\n"
-    "-- Arguments and fields: name, type, and for fields offset and width.\n"
+    "-- Arguments and fields: name, type, and for fields offset, width and what stands for a "
+    "value\n"
+    "-- that is not known.\n"
     "local procedures = {\n";
 
 constexpr char kCode[] = R"lua(}
@@ -174,11 +176,15 @@ local values = {
   end,
 }
 
+local function marked(text, unknown)
+  return unknown and unknown[text] and text .. " (not known)" or text
+end
+
 local function add_fields(tree, fields, buffer)
   for _, field in ipairs(fields) do
     local name, type, offset, width = field[1], field[2], field[3], field[4]
     local bytes = buffer(offset, width)
-    local text = name .. ": " .. values[type](bytes)
+    local text = name .. ": " .. marked(values[type](bytes), field[5])
     tree:add(f.field, bytes, text):set_text(text)
   end
 end
@@ -232,7 +238,8 @@ local function add_payload(tree, procedure, buffer, pinfo, at)
   local data_at = at + 4 + 4 * words
   local data, length = counted(buffer, data_at)
   if procedure.kind == "INT" and words > 0 then
-    add_value(tree, buffer(at + 4, 4), tostring(buffer(at + 4, 4):int()), pinfo, code)
+    local text = marked(tostring(buffer(at + 4, 4):int()), procedure.unknown)
+    add_value(tree, buffer(at + 4, 4), text, pinfo, code)
   elseif procedure.kind == "WORDS" and 4 * words >= procedure.size then
     add_record(tree, procedure, words_to_bytes(buffer, at + 4, procedure.size))
   elseif procedure.kind == "TEXT" and length > 0 then
@@ -381,11 +388,20 @@ std::string arguments_lua(const procedure_row& procedure) {
   return "{" + out + "}";
 }
 
+// The values that are none, as the keys of a table; "" where there is no such value.
+std::string unknown_lua(not_known unknown, const char* start) {
+  std::string out;
+  for (const int value : payload_unknown(unknown))
+    out += text_format("%s[\"%d\"] = true", out.empty() ? "{" : ", ", value);
+  return out.empty() ? "" : start + out + "}";
+}
+
 std::string fields_lua(std::span<const payload_field> fields, const char* indent) {
   std::string out = "{\n";
   for (const payload_field& field : fields)
-    out += text_format("%s  {\"%s\", \"%c\", %u, %u},\n", indent, field.name,
-                       field_letter(field.type), field.offset, payload_width(field));
+    out += text_format("%s  {\"%s\", \"%c\", %u, %u%s},\n", indent, field.name,
+                       field_letter(field.type), field.offset, payload_width(field),
+                       unknown_lua(field.unknown, ", ").c_str());
   return out + indent + "}";
 }
 
@@ -423,6 +439,7 @@ std::string procedure_lua(const procedure_row& procedure) {
       text_format("  [%u] = {name = \"%s\", kind = \"%s\", size = %u, arguments = %s",
                   procedure.number, lookup_display_name(procedure).c_str(),
                   kind_name(procedure.payload), procedure.size, arguments_lua(procedure).c_str());
+  out += unknown_lua(payload_value(procedure).unknown, ", unknown = ");
   const payload_layout* layout = payload_find(procedure);
   if (layout != nullptr) out += layout_lua(*layout);
   return out + "},\n";

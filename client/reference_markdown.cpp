@@ -63,6 +63,7 @@ std::string arguments_table(const procedure_row& procedure) {
 const char* type_name(field_type type) {
   switch (type) {
     case field_type::kU8:
+    case field_type::kBssPosition:
       return "u8";
     case field_type::kI8:
       return "i8";
@@ -100,8 +101,9 @@ std::string fields_table(std::span<const payload_field> fields) {
   if (fields.empty()) return "";
   std::string out = "\n| offset | bytes | field | type | meaning |\n|---|---|---|---|---|\n";
   for (const payload_field& field : fields) {
-    const bool both = *field.meaning != '\0' && *field.unit != '\0';
-    const std::string meaning = std::string(field.meaning) + (both ? ", " : "") + field.unit;
+    const std::string said = payload_meaning(field.meaning, field.unknown);
+    const bool both = !said.empty() && *field.unit != '\0';
+    const std::string meaning = said + (both ? ", " : "") + field.unit;
     out += text_format("| %u | %u | `%s` | %s | %s |\n", field.offset, payload_width(field),
                        field.name, type_name(field.type), cell(meaning).c_str());
   }

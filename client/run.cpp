@@ -40,15 +40,16 @@ const char* code_meaning(int32_t code) {
   }
 }
 
-std::string payload_text(const procedure_row& procedure, const decoded_reply& reply, size_t width) {
+std::string payload_text(const procedure_row& procedure, const decoded_reply& reply,
+                         const show_settings& settings) {
   switch (procedure.payload) {
     case payload_kind::INT:
-      return std::to_string(reply.value) + "\n";
+      return show_number(procedure, reply.value) + "\n";
     case payload_kind::TEXT:
       return text_escape(reply.text) + "\n";
     case payload_kind::WORDS:
     case payload_kind::IMAGE:
-      return show_record(*payload_find(procedure), reply.data, width);
+      return show_record(*payload_find(procedure), reply.data, settings);
     case payload_kind::CODE:
     case payload_kind::NONE:
       break;
@@ -58,25 +59,27 @@ std::string payload_text(const procedure_row& procedure, const decoded_reply& re
 }
 
 exit_status show_reply(const output_streams& streams, const client_options& options,
-                       const procedure_row& procedure, const decoded_reply& reply) {
+                       const prepared_call& prepared, const decoded_reply& reply) {
+  const procedure_row& procedure = *prepared.procedure;
   std::string name = lookup_display_name(procedure);
   if (options.json) print(streams, json_reply(procedure, reply));
   if (payload_failed(procedure, reply.code))
-    return fail(streams, kExitFailureCode,
+    return note(streams, kExitFailureCode,
                 text_format("%s: the daemon answered failure, code %d; its standard error, on the "
                             "gateway, says why, and 'wificonf describe %s' what it takes",
                             name.c_str(), reply.code, name.c_str()));
   bool has_value =
       procedure.payload != payload_kind::CODE && procedure.payload != payload_kind::NONE;
   if (reply.code == kTryAgain && payload_find(procedure) != nullptr)
-    return fail(streams, kExitNotReady,
+    return note(streams, kExitNotReady,
                 text_format("%s: there is no result yet, code %d: try again in a second",
                             name.c_str(), reply.code));
   if (options.json) return kExitDone;
-  print(streams, payload_text(procedure, reply, terminal_width(streams.out)));
+  print(streams,
+        payload_text(procedure, reply, {terminal_width(streams.out), session_first_bss(prepared)}));
   // Standard output has the value alone, for scripts.
   if (procedure.inert)
-    fail(streams, kExitDone,
+    note(streams, kExitDone,
          name + ": the daemon accepts this and deliberately does nothing; see 'wificonf describe " +
              name + "'");
   if (has_value && reply.code > 0)
@@ -110,7 +113,7 @@ exit_status run_procedure(const output_streams& streams, const client_options& o
   }
   decoded_reply reply;
   if (!session_ask(streams, options, prepared, reply, &status)) return status;
-  return show_reply(streams, options, procedure, reply);
+  return show_reply(streams, options, prepared, reply);
 }
 
 exit_status run_number(const output_streams& streams, const client_options& options) {
@@ -190,10 +193,15 @@ exit_status run_describe(const output_streams& streams, const client_options& op
 
 exit_status run_schema(const output_streams& streams, const client_options& options) {
   if (options.words.size() != 2)
-    return fail(streams, kExitUsage, "schema takes one PROCEDURE; 'wificonf list' has all");
-  const procedure_row* procedure = lookup_procedure(options.words[1]);
-  if (procedure == nullptr) return unknown_procedure(streams, options.words[1]);
-  print(streams, schema_of(*procedure));
+    return fail(streams, kExitUsage,
+                "schema takes one PROCEDURE, error or top; 'wificonf list' has all procedures");
+  const std::string& word = options.words[1];
+  const procedure_row* procedure = lookup_procedure(word);
+  if (procedure == nullptr && word != "error" && word != "top")
+    return unknown_procedure(streams, word);
+  print(streams, procedure != nullptr ? schema_of(*procedure)
+                 : word == "error"    ? schema_of_error()
+                                      : schema_of_top());
   return kExitDone;
 }
 
@@ -214,7 +222,7 @@ constexpr struct command {
     {"ping", run_ping, true},         {"list", run_list, true},
     {"describe", run_describe, true}, {"schema", run_schema, true},
     {"dump", run_dump, true},         {"watch", run_watch, true},
-    {"top", run_top, false},          {"completion", run_completion, false},
+    {"top", run_top, true},           {"completion", run_completion, false},
 };
 
 exit_status run_command(const output_streams& streams, const client_options& options,
@@ -250,11 +258,12 @@ exit_status run_words(const output_streams& streams, const client_options& optio
 
 exit_status run(const std::vector<std::string>& arguments, FILE* out, FILE* err) {
   output_notes notes{};
-  output_streams streams{out, err, &notes};
   client_options options;
   std::string error;
   exit_status status = kExitDone;
-  switch (args_parse(arguments, options, error)) {
+  const args_outcome outcome = args_parse(arguments, options, error);
+  output_streams streams{out, err, &notes, options.json};
+  switch (outcome) {
     case args_outcome::kHelp:
       print(streams, help_text());
       break;
@@ -262,14 +271,15 @@ exit_status run(const std::vector<std::string>& arguments, FILE* out, FILE* err)
       print(streams, "wificonf " WIFICONF_VERSION "\n");
       break;
     case args_outcome::kError:
-      return fail(streams, kExitUsage, error + "; 'wificonf --help' tells how");
+      status = fail(streams, kExitUsage, error + "; 'wificonf --help' tells how");
+      break;
     case args_outcome::kRun:
       status = run_words(streams, options);
       break;
   }
   print_flush(streams);
   if (notes.error_number == 0) return status;
-  return fail(streams, kExitNoAnswer,
+  return note(streams, kExitNoAnswer,
               std::string("cannot write the output: ") + strerror(notes.error_number) +
                   (notes.called ? "; the call was made all the same" : ""));
 }

@@ -5,6 +5,7 @@
 #include "describe.h"
 #include "lookup.h"
 #include "payload.h"
+#include "top_sample.h"
 
 namespace {
 
@@ -18,9 +19,15 @@ ordered_json integer(int64_t minimum, uint64_t maximum) {
   return {{"type", "integer"}, {"minimum", minimum}, {"maximum", maximum}};
 }
 
+// A value that may be not known.
+ordered_json or_null(ordered_json schema) {
+  schema["type"] = {schema["type"], "null"};
+  return schema;
+}
+
 ordered_json rate_schema() {
   ordered_json object = {{"type", "object"}, {"additionalProperties", false}};
-  object["properties"] = {{"mbit_s", type_of("number")},
+  object["properties"] = {{"mbit_s", or_null(type_of("number"))},
                           {"phy", {{"enum", {"CCK", "OFDM", "HT", "VHT"}}}},
                           {"mhz", {{"enum", {20, 40, 80, 160}}}},
                           {"streams", integer(0, 8)},
@@ -34,6 +41,7 @@ ordered_json rate_schema() {
 ordered_json field_schema(field_type type) {
   switch (type) {
     case field_type::kU8:
+    case field_type::kBssPosition:
       return integer(0, UINT8_MAX);
     case field_type::kI8:
       return integer(INT8_MIN, INT8_MAX);
@@ -68,7 +76,8 @@ ordered_json field_schema(field_type type) {
 
 std::string description(const payload_field& field) {
   const bool time = field.type == field_type::kTime;
-  return describe_meaning(field.meaning, time ? "s since the epoch" : field.unit);
+  return describe_meaning(payload_meaning(field.meaning, field.unknown),
+                          time ? "s since the epoch" : field.unit);
 }
 
 ordered_json closed_object() {
@@ -76,6 +85,14 @@ ordered_json closed_object() {
           {"properties", ordered_json::object()},
           {"required", ordered_json::array()},
           {"additionalProperties", false}};
+}
+
+ordered_json head(const std::string& title, const char* description) {
+  ordered_json schema = {{"$schema", "https://json-schema.org/draft/2020-12/schema"},
+                         {"title", title},
+                         {"description", description}};
+  schema.update(closed_object());
+  return schema;
 }
 
 void add_text(ordered_json& object, const std::string& name) {
@@ -89,7 +106,8 @@ ordered_json fields_schema(std::span<const payload_field> fields) {
   for (const payload_field& field : fields) {
     if (field.type == field_type::kText) add_text(object, field.name);
     ordered_json& property = object["properties"][field.name];
-    property = field_schema(field.type);
+    const bool always = field.unknown == not_known::kNever && field.type != field_type::kTime;
+    property = always ? field_schema(field.type) : or_null(field_schema(field.type));
     if (!description(field).empty()) property["description"] = description(field);
     object["required"].push_back(field.name);
   }
@@ -109,7 +127,9 @@ ordered_json record_schema(const payload_layout& layout) {
 ordered_json value_schema(const procedure_row& procedure) {
   const value_meaning& value = payload_value(procedure);
   ordered_json schema = integer(INT32_MIN, INT32_MAX);
-  if (*value.meaning != '\0') schema["description"] = value.meaning;
+  if (value.unknown != not_known::kNever) schema = or_null(schema);
+  const std::string meaning = payload_meaning(value.meaning, value.unknown);
+  if (!meaning.empty()) schema["description"] = meaning;
   if (*value.unit != '\0') schema["x-unit"] = value.unit;
   return schema;
 }
@@ -145,10 +165,7 @@ void add_inert(ordered_json& object, const procedure_row& procedure) {
 }  // namespace
 
 std::string schema_of(const procedure_row& procedure) {
-  ordered_json schema = {{"$schema", "https://json-schema.org/draft/2020-12/schema"},
-                         {"title", lookup_display_name(procedure)},
-                         {"description", procedure.summary}};
-  schema.update(closed_object());
+  ordered_json schema = head(lookup_display_name(procedure), procedure.summary);
   schema["properties"]["procedure"] = {{"const", lookup_display_name(procedure)}};
   schema["properties"]["number"] = {{"const", procedure.number}};
   schema["properties"]["return_code"] = integer(INT32_MIN, INT32_MAX);
@@ -157,5 +174,34 @@ std::string schema_of(const procedure_row& procedure) {
   schema["required"] = {"procedure", "number", "return_code"};
   add_inert(schema, procedure);
   add_value(schema, procedure);
+  return schema.dump() + "\n";
+}
+
+std::string schema_of_error() {
+  ordered_json error = closed_object();
+  error["properties"]["kind"] = {{"type", "string"}, {"pattern", "^[a-z_]+$"}};
+  error["properties"]["message"] = type_of("string");
+  error["properties"]["exit_status"] = integer(1, 4);
+  error["required"] = {"kind", "message", "exit_status"};
+  ordered_json schema = head("error", "What --json prints when a command has no result");
+  schema["properties"]["error"] = error;
+  schema["properties"]["time"] = {{"type", "string"}, {"description", "of watch only"}};
+  schema["required"] = {"error"};
+  return schema.dump() + "\n";
+}
+
+std::string schema_of_top() {
+  ordered_json station = fields_schema(top_fields());
+  station["properties"]["bss"] = integer(1, kTopBssMax);
+  for (const char* name : {"bytes_sent_per_second", "bytes_received_per_second"}) {
+    station["properties"][name] = or_null(type_of("number"));
+    station["properties"][name]["description"] = "null in the first sample";
+  }
+  for (const char* name : {"bss", "bytes_sent_per_second", "bytes_received_per_second"})
+    station["required"].push_back(name);
+  ordered_json schema = head("top", "What top prints with --json");
+  schema["properties"]["time"] = type_of("string");
+  schema["properties"]["stations"] = {{"type", "array"}, {"items", station}};
+  schema["required"] = {"time", "stations"};
   return schema.dump() + "\n";
 }

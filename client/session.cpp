@@ -6,6 +6,7 @@
 #include <cerrno>
 
 #include "arguments.h"
+#include "json.h"
 #include "lookup.h"
 #include "text.h"
 
@@ -23,10 +24,24 @@ void print_flush(const output_streams& streams) {
   note_error(streams, fflush(streams.out) == 0);
 }
 
-exit_status fail(const output_streams& streams, exit_status status, const std::string& line) {
+exit_status note(const output_streams& streams, exit_status status, const std::string& line) {
   const std::string text = text_wrap("wificonf: " + line, terminal_width(streams.err), 0, 10);
   fprintf(streams.err, "%s\n", text.c_str());
   return status;
+}
+
+exit_status fail(const output_streams& streams, const session_failure& failure) {
+  if (streams.json) print(streams, json_error(failure));
+  return note(streams, failure.status, failure.line);
+}
+
+static const char* kind_of(exit_status status) {
+  if (status == kExitUsage) return "usage";
+  return status == kExitFailureCode ? "failure_code" : "malformed_reply";
+}
+
+exit_status fail(const output_streams& streams, exit_status status, const std::string& line) {
+  return fail(streams, {status, kind_of(status), line});
 }
 
 size_t terminal_width(FILE* out) {
@@ -37,17 +52,28 @@ size_t terminal_width(FILE* out) {
   return known ? size.ws_col : 80;
 }
 
+static session_failure call(const client_options& options, uint32_t number, const std::string& name,
+                            const byte_string& arguments, const call_idle* idle,
+                            call_answer& answer) {
+  const call_target target{options.host, options.port, options.timeout, idle};
+  answer = call_procedure(target, number, arguments);
+  const std::string line = call_explain(answer, target, name);
+  if (line.empty()) return {};
+  const bool unsent = answer.status == call_status::kTooLong;
+  return {unsent ? kExitUsage : kExitNoAnswer, call_kind(answer), line,
+          answer.status == call_status::kGivenUp};
+}
+
 bool session_call(const output_streams& streams, const client_options& options, uint32_t number,
                   const std::string& name, const byte_string& arguments, call_answer& answer,
                   exit_status* status) {
-  call_target target{options.host, options.port, options.timeout};
-  answer = call_procedure(target, number, arguments);
-  std::string line = call_explain(answer, target, name);
-  streams.notes->called = streams.notes->called || line.empty();
-  if (line.empty()) return true;
-  bool unsent = answer.status == call_status::kTooLong;
-  *status = fail(streams, unsent ? kExitUsage : kExitNoAnswer, line);
-  return false;
+  const session_failure failure = call(options, number, name, arguments, nullptr, answer);
+  if (!failure.line.empty()) {
+    *status = fail(streams, failure);
+    return false;
+  }
+  streams.notes->called = true;
+  return true;
 }
 
 bool session_prepare(const output_streams& streams, const std::vector<std::string>& words,
@@ -64,33 +90,36 @@ bool session_prepare(const output_streams& streams, const std::vector<std::strin
   return false;
 }
 
-// Why the answer's result cannot be decoded; "" when it can.
-static std::string decode(const prepared_call& prepared, const call_answer& answer,
-                          decoded_reply& reply) {
+session_failure session_try(const client_options& options, const prepared_call& prepared,
+                            decoded_reply& reply, const call_idle* idle) {
+  const std::string name = lookup_display_name(*prepared.procedure);
+  call_answer answer;
+  session_failure failure =
+      call(options, prepared.procedure->number, name, prepared.arguments, idle, answer);
   std::string error;
-  if (reply_decode(*prepared.procedure, answer.result, reply, error)) return "";
-  return lookup_display_name(*prepared.procedure) + ": the reply is malformed, " + error +
-         "; compare the releases of daemon and client";
+  if (!failure.line.empty() || reply_decode(*prepared.procedure, answer.result, reply, error))
+    return failure;
+  return {
+      kExitNoAnswer, "malformed_reply",
+      name + ": the reply is malformed, " + error + "; compare the releases of daemon and client"};
 }
 
 bool session_ask(const output_streams& streams, const client_options& options,
                  const prepared_call& prepared, decoded_reply& reply, exit_status* status) {
-  call_answer answer;
-  if (!session_call(streams, options, prepared.procedure->number,
-                    lookup_display_name(*prepared.procedure), prepared.arguments, answer, status))
+  const session_failure failure = session_try(options, prepared, reply);
+  if (!failure.line.empty()) {
+    *status = fail(streams, failure);
     return false;
-  const std::string line = decode(prepared, answer, reply);
-  if (line.empty()) return true;
-  *status = fail(streams, kExitNoAnswer, line);
-  return false;
+  }
+  streams.notes->called = true;
+  return true;
 }
 
-std::string session_try(const client_options& options, const prepared_call& prepared,
-                        decoded_reply& reply) {
-  const call_target target{options.host, options.port, options.timeout};
-  const call_answer answer = call_procedure(target, prepared.procedure->number, prepared.arguments);
-  const std::string line = call_explain(answer, target, lookup_display_name(*prepared.procedure));
-  return line.empty() ? decode(prepared, answer, reply) : line;
+int session_first_bss(const prepared_call& prepared) {
+  constexpr uint32_t kFirstOf5GHz = 9;
+  unread_bytes unread = prepared.arguments;
+  uint32_t index = 0;
+  return wire_get_word(unread, &index) && index >= kFirstOf5GHz ? kFirstOf5GHz : 1;
 }
 
 exit_status unknown_procedure(const output_streams& streams, const std::string& word, bool first) {

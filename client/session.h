@@ -21,6 +21,15 @@ struct output_streams {
   FILE* out;
   FILE* err;
   output_notes* notes;
+  bool json;  // failures are told on `out` too
+};
+
+// Why there is no result.
+struct session_failure {
+  exit_status status = kExitDone;
+  const char* kind = "";  // one word, for programs
+  std::string line;       // for people; "": there is a result
+  bool given_up = false;  // by the user
 };
 
 void print(const output_streams& streams, const std::string& text);
@@ -29,6 +38,10 @@ void print(const output_streams& streams, const std::string& text);
 void print_flush(const output_streams& streams);
 
 // One line to standard error; returns `status`.
+exit_status note(const output_streams& streams, exit_status status, const std::string& line);
+
+// The same for what ends a command without a result, which --json tells, too.
+exit_status fail(const output_streams& streams, const session_failure& failure);
 exit_status fail(const output_streams& streams, exit_status status, const std::string& line);
 
 // Columns of the terminal that `out` is, or 0.
@@ -55,9 +68,12 @@ bool session_prepare(const output_streams& streams, const std::vector<std::strin
 bool session_ask(const output_streams& streams, const client_options& options,
                  const prepared_call& prepared, decoded_reply& reply, exit_status* status);
 
-// The same without a word: the explanation, or "" when there is a result.
-std::string session_try(const client_options& options, const prepared_call& prepared,
-                        decoded_reply& reply);
+// The same without a word.
+session_failure session_try(const client_options& options, const prepared_call& prepared,
+                            decoded_reply& reply, const call_idle* idle = nullptr);
+
+// The number of the first BSS, 1 or 9, of the radio that a call is about.
+int session_first_bss(const prepared_call& prepared);
 
 // "no procedure 'x'; did you mean ...?" `first`: a command may stand there too.
 exit_status unknown_procedure(const output_streams& streams, const std::string& word,

@@ -9,6 +9,8 @@
 
 namespace {
 
+constexpr char kNotKnown[] = "-";
+
 std::string show_mac(std::string_view mac) {
   std::string text;
   for (const char byte : mac)
@@ -58,7 +60,8 @@ std::string show_fields(std::span<const payload_field> fields, std::string_view 
   for (const payload_field& field : fields) {
     const std::string unit = *field.unit == '\0' ? "" : std::string(" ") + field.unit;
     const std::string rate = show_rate(field, record, earlier);
-    lines.push_back({field.name, show_value(field, record) + unit});
+    const std::string value = show_value(field, record);
+    lines.push_back({field.name, value == kNotKnown ? value : value + unit});
     if (!rate.empty()) lines.back().push_back(rate + unit + "/s");
   }
   return columns_text(std::span(kColumns).first(earlier == nullptr ? 2 : 3), lines, false, width);
@@ -75,32 +78,34 @@ const char* unit_in_table(const payload_field& field) {
 }
 
 std::vector<std::string> row_texts(const payload_rows& rows, std::string_view row,
-                                   const earlier_record* earlier) {
+                                   const show_settings& settings) {
+  const earlier_record* earlier = settings.earlier;
   earlier_record then = {};
   if (earlier != nullptr) then = earlier_row(rows, row, *earlier);
   std::vector<std::string> texts;
   for (const payload_field& field : rows.fields) {
     if (*field.heading == '\0') continue;
-    texts.push_back(show_cell(field, row));
+    texts.push_back(show_cell(field, row, settings.first_bss));
     if (has_rate(field, earlier)) texts.push_back(show_rate(field, row, &then));
   }
   return texts;
 }
 
-std::string show_rows(const payload_rows& rows, std::string_view record, size_t width,
-                      const earlier_record* earlier) {
+std::string show_rows(const payload_rows& rows, std::string_view record,
+                      const show_settings& settings) {
   const uint32_t count = payload_row_count(rows, record);
   if (count == 0) return text_format("no %s\n", rows.name);
   std::vector<text_column> columns;
   for (const payload_field& field : rows.fields) {
     if (*field.heading == '\0') continue;
     columns.push_back({field.heading, !is_text(field.type), unit_in_table(field)});
-    if (has_rate(field, earlier)) columns.push_back({*field.unit == 'B' ? "B/s" : "/s", true});
+    if (has_rate(field, settings.earlier))
+      columns.push_back({*field.unit == 'B' ? "B/s" : "/s", true});
   }
   std::vector<std::vector<std::string>> lines;
   for (uint32_t i = 0; i < count; i++)
-    lines.push_back(row_texts(rows, payload_row(rows, record, i), earlier));
-  return columns_text(columns, lines, true, width);
+    lines.push_back(row_texts(rows, payload_row(rows, record, i), settings));
+  return columns_text(columns, lines, true, settings.width);
 }
 
 // A value as one word: in quotes where it has blanks, and never ending them.
@@ -112,10 +117,14 @@ std::string quoted(const std::string& value) {
   return out + "\"";
 }
 
-std::string show_line(std::span<const payload_field> fields, std::string_view record,
+std::string show_line(std::span<const payload_field> fields, std::string_view record, int first_bss,
                       const earlier_record* earlier) {
   std::string line;
   for (const payload_field& field : fields) {
+    if (field.type == field_type::kBssPosition) {
+      line += " bss=" + show_cell(field, record, first_bss);
+      continue;
+    }
     line.append(" ").append(field.name).append("=").append(quoted(show_value(field, record)));
     const std::string rate = show_rate(field, record, earlier);
     if (!rate.empty()) line.append(" ").append(field.name).append("/s=").append(rate);
@@ -125,7 +134,13 @@ std::string show_line(std::span<const payload_field> fields, std::string_view re
 
 }  // namespace
 
+std::string show_number(const procedure_row& procedure, int32_t value) {
+  const bool known = payload_is_known(payload_value(procedure).unknown, value);
+  return known ? std::to_string(value) : kNotKnown;
+}
+
 std::string show_value(const payload_field& field, std::string_view record) {
+  if (!payload_is_known(field, record)) return kNotKnown;
   switch (field.type) {
     case field_type::kText:
       return text_escape(payload_bytes(field, record));
@@ -147,23 +162,27 @@ std::string show_value(const payload_field& field, std::string_view record) {
   }
 }
 
-std::string show_cell(const payload_field& field, std::string_view record) {
+std::string show_cell(const payload_field& field, std::string_view record, int first_bss) {
+  if (field.type == field_type::kBssPosition)
+    return std::to_string(payload_unsigned(field, record) + static_cast<unsigned>(first_bss));
   if (field.type != field_type::kRate1024) return show_value(field, record);
   return text_format("%.0f", static_cast<double>(payload_signed(field, record)) / 1024);
 }
 
-std::string show_record(const payload_layout& layout, std::string_view record, size_t width,
-                        const earlier_record* earlier) {
+std::string show_record(const payload_layout& layout, std::string_view record,
+                        const show_settings& settings) {
   std::string rows, fields;
-  if (layout.rows != nullptr) rows = show_rows(*layout.rows, record, width, earlier);
-  if (!layout.fields.empty()) fields = show_fields(layout.fields, record, width, earlier);
+  if (layout.rows != nullptr) rows = show_rows(*layout.rows, record, settings);
+  if (!layout.fields.empty())
+    fields = show_fields(layout.fields, record, settings.width, settings.earlier);
   return rows + fields;
 }
 
 std::string show_lines(const payload_layout& layout, std::string_view record,
-                       const std::string& start, const earlier_record* earlier) {
+                       const std::string& start, const show_settings& settings) {
+  const earlier_record* earlier = settings.earlier;
   std::string out;
-  if (!layout.fields.empty()) out = start + show_line(layout.fields, record, earlier);
+  if (!layout.fields.empty()) out = start + show_line(layout.fields, record, 1, earlier);
   if (layout.rows == nullptr) return out;
   if (payload_row_count(*layout.rows, record) == 0)
     return out + start + " no " + layout.rows->name + "\n";
@@ -171,7 +190,7 @@ std::string show_lines(const payload_layout& layout, std::string_view record,
     const std::string_view row = payload_row(*layout.rows, record, i);
     const earlier_record then =
         earlier == nullptr ? earlier_record{{}, 1} : earlier_row(*layout.rows, row, *earlier);
-    out += start + show_line(layout.rows->fields, row, &then);
+    out += start + show_line(layout.rows->fields, row, settings.first_bss, &then);
   }
   return out;
 }

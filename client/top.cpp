@@ -1,13 +1,11 @@
 #include "top.h"
 
-#include <poll.h>
-#include <termios.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <csignal>
+#include <cmath>
 
 #include "columns.h"
+#include "json.h"
+#include "live.h"
 #include "lookup.h"
 #include "moment.h"
 #include "payload.h"
@@ -15,245 +13,298 @@
 #include "settings.h"
 #include "show.h"
 #include "text.h"
+#include "top_sample.h"
 
 namespace {
 
-constexpr int kBssMax = 16;
-constexpr char kCtrlC = 3;
-
-struct station {
-  int bss;
-  std::string mac, rssi, down, up, btm, sent, received;
-  std::string row;                  // the record
-  double sent_rate, received_rate;  // per second; negative: not known
+struct top_settings {
+  repeat_settings repeat;
+  top_choice choice;
 };
 
-struct stations_sample {
-  double taken = 0;
-  std::vector<station> stations;
-  std::string problem;  // why there are none
-  int answering = 0;    // BSSs that the driver has up
-  bool no_radio = false;
+// What is on the screen, and what goes on beside it.
+struct top_view {
+  const output_streams& streams;
+  const client_options& options;
+  const top_settings& settings;
+  top_sample shown;         // the last that was complete
+  session_failure failure;  // of the last try
+  size_t first;             // of the stations, in the first row
+  int asking;               // BSS that is to answer; 0: none
+  double asking_since;      // for the whole sample
+  double drawn;
 };
 
-const payload_field& field_of(const payload_rows& rows, std::string_view name) {
-  return *std::find_if(rows.fields.begin(), rows.fields.end(),
-                       [&](const payload_field& field) { return field.name == name; });
-}
+// A call that is late is said to be, once it is this late, and from then on as often.
+constexpr double kLate = 1;
+constexpr size_t kTableHead = 2;  // lines: headings and their units
 
 // Bytes would be up to ten digits, for which a terminal of 80 columns has no room.
-std::string kilobytes(const payload_rows& rows, const char* name, std::string_view row) {
-  return text_format("%.0f",
-                     static_cast<double>(payload_unsigned(field_of(rows, name), row)) / 1000);
-}
-
-station station_of(const payload_rows& rows, int bss, std::string_view row) {
-  const auto shown = [&](const char* name) { return show_cell(field_of(rows, name), row); };
-  return {bss,
-          shown("mac_address"),
-          shown("rssi"),
-          shown("downlink_rate"),
-          shown("uplink_rate"),
-          payload_unsigned(field_of(rows, "btm"), row) != 0 ? "yes" : "-",
-          kilobytes(rows, "bytes_sent", row),
-          kilobytes(rows, "bytes_received", row),
-          std::string(row),
-          -1,
-          -1};
-}
-
-// Bytes per second since a row some time before; negative when the counter has gone
-// back.
-double rate_since(const payload_rows& rows, const char* name, const station& then,
-                  const station& current, double seconds) {
-  uint64_t growth = 0;
-  if (!payload_growth(field_of(rows, name), then.row, current.row, &growth)) return -1;
-  return static_cast<double>(growth) / seconds;
-}
-
-// Fills in the rates of a station that was there before.
-void add_rates(const payload_rows& rows, station& current, const stations_sample& before,
-               double taken) {
-  for (const station& then : before.stations) {
-    if (then.mac != current.mac || then.bss != current.bss) continue;
-    const double seconds = taken - before.taken;
-    current.sent_rate = rate_since(rows, "bytes_sent", then, current, seconds);
-    current.received_rate = rate_since(rows, "bytes_received", then, current, seconds);
-  }
-}
-
-const procedure_row& station_list() {
-  return *lookup_name("wlan_get_btm_associated_device");
-}
-
-// Appends the stations of a BSS. False when the daemon does not answer; a BSS
-// that the driver does not have has none.
-bool take_bss(const client_options& options, int bss, stations_sample& sample) {
-  const procedure_row& procedure = station_list();
-  prepared_call prepared = {&procedure, {}};
-  wire_put_word(prepared.arguments, static_cast<uint32_t>(bss));
-  decoded_reply reply;
-  sample.problem = session_try(options, prepared, reply);
-  if (!sample.problem.empty()) return false;
-  if (reply.code < 0) return true;
-  sample.answering++;
-  const payload_rows& rows = *payload_find(procedure)->rows;
-  for (uint32_t i = 0; i < payload_row_count(rows, reply.data); i++)
-    sample.stations.push_back(station_of(rows, bss, payload_row(rows, reply.data, i)));
-  return true;
-}
-
-bool busier(const station& a, const station& b) {
-  const double busy_a = std::max(a.sent_rate, 0.0) + std::max(a.received_rate, 0.0);
-  const double busy_b = std::max(b.sent_rate, 0.0) + std::max(b.received_rate, 0.0);
-  if (busy_a != busy_b) return busy_a > busy_b;
-  return a.bss != b.bss ? a.bss < b.bss : a.mac < b.mac;
-}
-
-stations_sample take_sample(const client_options& options, const stations_sample& before) {
-  stations_sample sample;
-  sample.taken = moment_now();
-  for (int bss = 1; bss <= kBssMax; bss++) {
-    if (!take_bss(options, bss, sample)) return sample;
-  }
-  if (sample.answering == 0) {
-    sample.problem =
-        "no radio is up: all 16 BSSs answered a failure code; 'wificonf wlan_load 1' and then "
-        "'wificonf wlan_init' bring them up";
-    sample.no_radio = true;
-  }
-  for (station& current : sample.stations)
-    add_rates(*payload_find(station_list())->rows, current, before, sample.taken);
-  std::sort(sample.stations.begin(), sample.stations.end(), busier);
-  return sample;
+std::string kilobytes(const char* name, const top_station& station) {
+  const uint64_t bytes = payload_unsigned(top_field(name), station.record);
+  return text_format("%.0f", static_cast<double>(bytes) / 1000);
 }
 
 std::string rate_text(double rate) {
   return rate < 0 ? "-" : text_format("%.0f", rate);
 }
 
-std::string table_of(const stations_sample& sample, size_t width) {
-  static constexpr text_column kColumns[] = {{"BSS", true},
-                                             {"STATION", false},
-                                             {"RSSI", true, "dBm"},
-                                             {"DOWN", true, "Mbit/s"},
-                                             {"UP", true, "Mbit/s"},
-                                             {"OUT", true, "B/s"},
-                                             {"IN", true, "B/s"},
-                                             {"SENT", true, "kB"},
-                                             {"RECEIVED", true, "kB"},
-                                             {"BTM", true}};
-  if (!sample.problem.empty()) return text_wrap(sample.problem, width, 0, 0) + "\n";
+std::vector<std::string> cells_of(const top_station& station) {
+  const auto cell = [&](const char* name) { return show_cell(top_field(name), station.record); };
+  const bool btm = payload_unsigned(top_field("btm"), station.record) != 0;
+  return {std::to_string(station.bss),
+          cell("mac_address"),
+          cell("rssi"),
+          cell("downlink_rate"),
+          cell("uplink_rate"),
+          rate_text(station.sent_rate),
+          rate_text(station.received_rate),
+          kilobytes("bytes_sent", station),
+          kilobytes("bytes_received", station),
+          btm ? "yes" : "-"};
+}
+
+std::string table_of(const top_sample& sample, size_t width) {
+  // Where the terminal is narrow, the highest rank goes first.
+  static constexpr text_column kColumns[] = {
+      {"BSS", true, "", 1},        {"STATION", false},        {"RSSI", true, "dBm", 2},
+      {"DOWN", true, "Mbit/s", 5}, {"UP", true, "Mbit/s", 6}, {"OUT", true, "B/s", 3},
+      {"IN", true, "B/s", 4},      {"SENT", true, "kB", 8},   {"RECEIVED", true, "kB", 9},
+      {"BTM", true, "", 7}};
+  if (sample.taken == 0) return "";
   if (sample.stations.empty()) return "no stations\n";
   std::vector<std::vector<std::string>> lines;
-  for (const station& one : sample.stations)
-    lines.push_back({std::to_string(one.bss), one.mac, one.rssi, one.down, one.up,
-                     rate_text(one.sent_rate), rate_text(one.received_rate), one.sent, one.received,
-                     one.btm});
+  for (const top_station& one : sample.stations)
+    lines.push_back(cells_of(one));
   return columns_text(kColumns, lines, true, width);
 }
 
-volatile sig_atomic_t ended;
-
-void note_end(int) {
-  ended = 1;
+std::string title_of(const top_sample& sample, size_t first, size_t room) {
+  const size_t all = sample.stations.size();
+  if (sample.taken == 0) return "no answer yet, " + moment_stamp() + "\n";
+  const size_t last = std::min(first + room, all);
+  const std::string stations = room == 0 || last - first == all
+                                   ? text_format("%zu station%s", all, all == 1 ? "" : "s")
+                                   : text_format("stations %zu-%zu of %zu", first + 1, last, all);
+  return stations + ", " + sample.stamp + "\n";
 }
 
-// Waits until `moment`; true when the user asked to quit.
-bool wait_for_quit(double moment) {
-  while (ended == 0) {
-    const double left = moment - moment_now();
-    if (left <= 0) return false;
-    pollfd input = {STDIN_FILENO, POLLIN, 0};
-    if (poll(&input, 1, static_cast<int>(left * 1000) + 1) <= 0) continue;
-    char key = 'q';
-    if (read(STDIN_FILENO, &key, 1) <= 0 || key == 'q' || key == 'Q' || key == kCtrlC) return true;
+// What is below the title: empty, or why what is shown is old.
+std::string note_of(const top_view& view, size_t width) {
+  const double now = moment_now();
+  const std::string age = view.shown.taken == 0 ? ""
+                                                : text_format("; what is shown is %.0f s old",
+                                                              std::floor(now - view.shown.taken));
+  if (view.asking != 0 && now - view.asking_since >= kLate)
+    return text_wrap(text_format("waiting for BSS %d, %.0f s so far", view.asking,
+                                 std::floor(now - view.asking_since)) +
+                         age,
+                     width, 0, 0) +
+           "\n";
+  if (view.failure.line.empty()) return "\n";
+  // Without an answer the table is that of an earlier sample.
+  const bool is_old = view.failure.status == kExitNoAnswer;
+  return text_wrap(view.failure.line + (is_old ? age : ""), width, 0, 0) + "\n";
+}
+
+size_t lines_in(const std::string& text) {
+  return static_cast<size_t>(std::count(text.begin(), text.end(), '\n'));
+}
+
+// Rows of the screen for stations; below them the cursor stands.
+size_t room_of(const top_view& view, size_t note_lines) {
+  constexpr size_t kOthers = 1 + kTableHead + 1;  // title, headings, cursor
+  const size_t height = screen_height(view.streams.out);
+  return height > kOthers + note_lines ? height - kOthers - note_lines : 0;
+}
+
+// Moves the first station so that the screen is full as far as there are stations.
+void keep_in_bounds(top_view& view, size_t room) {
+  const size_t all = view.shown.stations.size();
+  view.first = std::min(view.first, all > room ? all - room : 0);
+}
+
+// The headings of a table, and `count` of its rows from `first` on.
+std::string window_of(const std::string& table, size_t first, size_t count) {
+  std::string out;
+  size_t number = 0;
+  for (size_t at = 0; at < table.size(); number++) {
+    const size_t end = table.find('\n', at) + 1;
+    const bool in = number < kTableHead ||
+                    (number - kTableHead >= first && number - kTableHead < first + count);
+    if (in) out += table.substr(at, end - at);
+    at = end;
   }
+  return out;
+}
+
+std::string screen_of(top_view& view) {
+  const size_t width = terminal_width(view.streams.out);
+  const std::string note = note_of(view, width);
+  const size_t room = room_of(view, lines_in(note));
+  keep_in_bounds(view, room);
+  return screen_lines(title_of(view.shown, view.first, room) + note +
+                          window_of(table_of(view.shown, width), view.first, room),
+                      screen_height(view.streams.out) - 1, width);
+}
+
+void draw(top_view& view) {
+  print(view.streams, "\033[H\033[J" + screen_of(view));
+  print_flush(view.streams);
+  view.drawn = moment_now();
+}
+
+void scroll(top_view& view, live_key key) {
+  const size_t page = std::max<size_t>(room_of(view, 1), 1);
+  const auto back = [&](size_t lines) { view.first -= std::min(view.first, lines); };
+  if (key == live_key::kUp) back(1);
+  if (key == live_key::kDown) view.first++;
+  if (key == live_key::kPageUp) back(page);
+  if (key == live_key::kPageDown) view.first += page;
+  if (key == live_key::kFirst) view.first = 0;
+  if (key == live_key::kLast) view.first = view.shown.stations.size();
+  draw(view);
+}
+
+// While a call has no answer; false when it is to be given up.
+bool go_on(void* context) {
+  top_view& view = *static_cast<top_view*>(context);
+  const live_key key = live_read();
+  if (key == live_key::kQuit) return false;
+  if (key != live_key::kNone) scroll(view, key);
+  const double now = moment_now();
+  if (now - view.asking_since >= kLate && now - view.drawn >= kLate) draw(view);
   return true;
 }
 
-// "24 stations, 20 shown, ..." where the screen has no more lines.
-std::string title_of(const stations_sample& sample, size_t shown) {
-  std::string title = text_format("%zu stations", sample.stations.size());
-  if (shown < sample.stations.size()) title += text_format(", %zu shown", shown);
-  return title + ", " + moment_stamp() + "\n\n";
-}
-
-std::string screen_of(const output_streams& streams, const stations_sample& sample) {
-  const size_t height = screen_height(streams.out) - 1, width = terminal_width(streams.out);
-  const size_t room = height > 4 ? height - 4 : 0;  // without title, blank line, headings, units
-  return screen_lines(title_of(sample, room) + table_of(sample, width), height, width);
-}
-
-void draw(const output_streams& streams, const stations_sample& sample) {
-  print(streams, "\033[H\033[J" + screen_of(streams, sample));
-  print_flush(streams);
-}
-
-stations_sample redraw_until_quit(const output_streams& streams, const client_options& options,
-                                  const repeat_settings& settings) {
-  stations_sample sample;
-  double next = moment_now();
-  for (unsigned long i = 0; settings.count == 0 || i < settings.count; i++) {
-    if (i != 0) {
-      next = moment_next(next, settings.every);
-      if (wait_for_quit(next)) break;
-    }
-    sample = take_sample(options, sample);
-    draw(streams, sample);
+// False when the user has had enough.
+bool wait(top_view& view, double moment) {
+  while (true) {
+    const live_key key = live_wait(moment);
+    if (key == live_key::kNone) return true;
+    if (key == live_key::kQuit) return false;
+    scroll(view, key);
   }
-  return sample;
 }
 
-exit_status status_of(const stations_sample& sample) {
-  if (sample.problem.empty()) return kExitDone;
-  return sample.no_radio ? kExitFailureCode : kExitNoAnswer;
+// False when the user has had enough.
+bool take(top_view& view) {
+  const call_idle idle = {live_fd(), go_on, &view};
+  view.asking_since = moment_now();
+  top_sample sample = top_take(view.options, view.settings.choice, view.shown, &idle, &view.asking);
+  view.asking = 0;
+  if (sample.failure.given_up) return false;
+  view.failure = sample.failure;
+  if (sample.taken != 0) view.shown = std::move(sample);
+  draw(view);
+  return true;
 }
 
-// The terminal gives single keys, on a screen of its own, while it redraws.
+void redraw_until_quit(top_view& view) {
+  const repeat_settings& repeat = view.settings.repeat;
+  double next = moment_now();
+  for (unsigned long i = 0; repeat.count == 0 || i < repeat.count; i++) {
+    if (i != 0) {
+      next = moment_next(next, repeat.every);
+      if (!wait(view, next)) return;
+    }
+    if (!take(view)) return;
+  }
+}
+
 exit_status run_on_terminal(const output_streams& streams, const client_options& options,
-                            const repeat_settings& settings) {
-  termios before{};
-  const bool has_keys = tcgetattr(STDIN_FILENO, &before) == 0;
-  termios raw = before;
-  raw.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO | ISIG);
-  for (const int number : {SIGINT, SIGTERM, SIGHUP})
-    signal(number, note_end);
-  if (has_keys) tcsetattr(STDIN_FILENO, TCSANOW, &raw);
-  print(streams, "\033[?1049h");
-  const stations_sample last = redraw_until_quit(streams, options, settings);
-  if (has_keys) tcsetattr(STDIN_FILENO, TCSANOW, &before);
+                            const top_settings& settings) {
+  top_view view = {streams, options, settings, {}, {}, 0, 0, 0, 0};
+  live_begin(streams, true);
+  redraw_until_quit(view);
+  live_end();
   // What was seen last stays on the terminal.
-  print(streams, "\033[?1049l" + screen_of(streams, last));
+  print(streams, screen_of(view));
   print_flush(streams);
-  return status_of(last);
+  return view.failure.status;
 }
 
 exit_status run_in_pipe(const output_streams& streams, const client_options& options,
-                        const repeat_settings& settings) {
-  stations_sample sample;
+                        const top_settings& settings) {
+  top_sample sample;
   double next = moment_now();
-  for (unsigned long i = 0; i < std::max(settings.count, 1ul); i++) {
+  for (unsigned long i = 0; i < std::max(settings.repeat.count, 1ul); i++) {
     if (i != 0) {
-      next = moment_next(next, settings.every);
+      next = moment_next(next, settings.repeat.every);
       moment_sleep_until(next);
     }
-    sample = take_sample(options, sample);
-    if (!sample.problem.empty()) return fail(streams, status_of(sample), sample.problem);
-    print(streams, (i == 0 ? "" : "\n") + table_of(sample, 0));
+    int asking = 0;
+    sample = top_take(options, settings.choice, sample, nullptr, &asking);
+    if (!sample.failure.line.empty()) return fail(streams, sample.failure);
+    const std::string table = (i == 0 ? "" : "\n") + table_of(sample, 0);
+    print(streams, options.json ? top_json(sample) : table);
     print_flush(streams);
   }
   return kExitDone;
 }
 
+// "1,3,9"; false when it is no such list.
+bool read_bsses(const std::string& text, std::vector<int>& bsses) {
+  bsses.clear();
+  for (size_t at = 0; at <= text.size();) {
+    const size_t end = std::min(text.find(',', at), text.size());
+    uint32_t bss = 0;
+    if (!lookup_parse_number(text.substr(at, end - at), &bss)) return false;
+    if (bss < 1 || bss > kTopBssMax) return false;
+    bsses.push_back(static_cast<int>(bss));
+    at = end + 1;
+  }
+  return true;
+}
+
+std::string order_names() {
+  std::string names;
+  for (const top_order& order : top_orders())
+    names.append(names.empty() ? "" : ", ").append(order.name);
+  return names;
+}
+
+// Takes "--sort KEY" or "--bss LIST" off the front. False, with an error or without one,
+// when it is not there.
+bool take_choice(std::vector<std::string>& words, top_choice& choice, std::string& error) {
+  if (words.size() < 2 || (words[0] != "--sort" && words[0] != "--bss")) return false;
+  if (words[0] == "--bss") {
+    if (!read_bsses(words[1], choice.bsses))
+      error =
+          "--bss takes numbers of BSSs from 1 to 16, such as 1 or 1,9, not " + text_quote(words[1]);
+  } else {
+    const auto orders = top_orders();
+    const auto named = [&](const top_order& order) { return words[1] == order.name; };
+    const auto found = std::find_if(orders.begin(), orders.end(), named);
+    if (found != orders.end())
+      choice.order = &*found;
+    else
+      error = "--sort takes " + order_names() + ", not " + text_quote(words[1]);
+  }
+  words.erase(words.begin(), words.begin() + 2);
+  return error.empty();
+}
+
+// The settings of the words; false with one line of `error`.
+bool read_settings(std::vector<std::string> words, top_settings& settings, std::string& error) {
+  settings.choice.order = &top_orders().front();
+  for (int bss = 1; bss <= kTopBssMax; bss++)
+    settings.choice.bsses.push_back(bss);
+  do {
+    if (!settings_take(words, settings.repeat, error)) return false;
+  } while (take_choice(words, settings.choice, error));
+  if (error.empty() && !words.empty())
+    error = "top takes [--every TIME] [--count N] [--sort KEY] [--bss LIST] only";
+  return error.empty();
+}
+
 }  // namespace
 
 exit_status run_top(const output_streams& streams, const client_options& options) {
-  std::vector<std::string> words(options.words.begin() + 1, options.words.end());
-  repeat_settings settings;
+  top_settings settings;
   std::string error;
-  if (!settings_take(words, settings, error)) return fail(streams, kExitUsage, error);
-  if (!words.empty()) return fail(streams, kExitUsage, "top takes [--every TIME] [--count N] only");
-  if (!screen_is(streams.out)) return run_in_pipe(streams, options, settings);
+  if (!read_settings({options.words.begin() + 1, options.words.end()}, settings, error))
+    return fail(streams, kExitUsage, error);
+  if (options.json || !screen_is(streams.out)) return run_in_pipe(streams, options, settings);
   return run_on_terminal(streams, options, settings);
 }

@@ -1,6 +1,7 @@
 #include "watch.h"
 
 #include "json.h"
+#include "live.h"
 #include "lookup.h"
 #include "moment.h"
 #include "payload.h"
@@ -20,7 +21,7 @@ struct sample {
 
 std::string plain_value(const procedure_row& procedure, const decoded_reply& reply) {
   if (reply.code < 0) return text_format("failed, code %d", reply.code);
-  if (procedure.payload == payload_kind::INT) return std::to_string(reply.value);
+  if (procedure.payload == payload_kind::INT) return show_number(procedure, reply.value);
   if (procedure.payload == payload_kind::TEXT) return text_escape(reply.text);
   return text_format("code %d", reply.code);
 }
@@ -36,8 +37,9 @@ std::string screen_of(const output_streams& streams, const procedure_row& proced
 }
 
 // The answer, for the width of a terminal or, with 0, in lines.
-std::string shown(const procedure_row& procedure, size_t width, const sample& before,
+std::string shown(const prepared_call& prepared, size_t width, const sample& before,
                   const sample& current) {
+  const procedure_row& procedure = *prepared.procedure;
   const payload_layout* layout = payload_find(procedure);
   const earlier_record earlier = {before.reply.data, current.taken - before.taken};
   const earlier_record* then = before.valid ? &earlier : nullptr;
@@ -45,41 +47,98 @@ std::string shown(const procedure_row& procedure, size_t width, const sample& be
     const std::string value = plain_value(procedure, current.reply) + "\n";
     return width != 0 ? value : moment_stamp() + " " + value;
   }
-  return width != 0 ? show_record(*layout, current.reply.data, width, then)
-                    : show_lines(*layout, current.reply.data, moment_stamp(), then);
+  const show_settings settings = {width, session_first_bss(prepared), then};
+  return width != 0 ? show_record(*layout, current.reply.data, settings)
+                    : show_lines(*layout, current.reply.data, moment_stamp(), settings);
 }
 
-// False when there is no answer: why not is in `problem` if it is for the screen, and
-// told already if it is not.
-bool ask(const output_streams& streams, const client_options& options,
-         const prepared_call& prepared, bool on_screen, decoded_reply& reply, std::string& problem,
-         exit_status* status) {
-  if (!on_screen) return session_ask(streams, options, prepared, reply, status);
-  problem = session_try(options, prepared, reply);
-  if (!problem.empty()) *status = kExitNoAnswer;
-  return problem.empty();
+// What goes on from call to call.
+struct watching {
+  const output_streams& streams;
+  const client_options& options;
+  const prepared_call& prepared;
+  double every;
+  bool redrawn;  // on a terminal
+  sample before;
+};
+
+// Nothing else goes on while a call has no answer.
+bool until_quit(void*) {
+  return live_read() != live_key::kQuit;
 }
 
-// Returns the exit status that the one call alone would have had.
-exit_status take_sample(const output_streams& streams, const client_options& options,
-                        const prepared_call& prepared, double every, sample& before) {
-  const procedure_row& procedure = *prepared.procedure;
-  const bool redrawn = !options.json && screen_is(streams.out);
-  const size_t width = redrawn ? terminal_width(streams.out) : 0;
-  sample current = {{}, moment_now(), false};
-  exit_status status = kExitDone;
-  std::string text;
-  const bool answered = ask(streams, options, prepared, width != 0, current.reply, text, &status);
+std::string answer_text(const watching& state, size_t width, const sample& current) {
+  const procedure_row& procedure = *state.prepared.procedure;
+  if (state.options.json) return json_sample(procedure, current.reply, moment_stamp());
+  return shown(state.prepared, width, state.before, current);
+}
+
+// What failed, where the answer would be.
+void show_failure(const watching& state, size_t width, const session_failure& failure) {
+  const procedure_row& procedure = *state.prepared.procedure;
+  if (state.redrawn) {
+    const std::string text = text_wrap(failure.line, width, 0, 0) + "\n";
+    print(state.streams, screen_of(state.streams, procedure, state.every, text));
+    return;
+  }
+  if (state.options.json) print(state.streams, json_error(failure, moment_stamp()));
+  note(state.streams, failure.status, failure.line);
+}
+
+void show_answer(const watching& state, size_t width, const sample& current) {
+  const std::string text = answer_text(state, width, current);
+  const procedure_row& procedure = *state.prepared.procedure;
+  print(state.streams,
+        state.redrawn ? screen_of(state.streams, procedure, state.every, text) : text);
+}
+
+// False when the user has had enough; else *status is that of the one call alone.
+bool take_sample(watching& state, exit_status* status) {
+  const size_t width = state.redrawn ? terminal_width(state.streams.out) : 0;
+  const call_idle idle = {state.redrawn ? live_fd() : -1, until_quit, nullptr};
+  sample current = {};
+  const session_failure failure =
+      session_try(state.options, state.prepared, current.reply, state.redrawn ? &idle : nullptr);
+  if (failure.given_up) return false;
+  const bool answered = failure.line.empty();
+  current.taken = moment_now();
   current.valid = answered && current.reply.code >= 0;
+  state.streams.notes->called = state.streams.notes->called || answered;
   if (answered)
-    text = options.json ? json_sample(procedure, current.reply, moment_stamp())
-                        : shown(procedure, width, before, current);
+    show_answer(state, width, current);
   else
-    text = text.empty() ? "" : text_wrap(text, width, 0, 0) + "\n";
-  print(streams, width != 0 ? screen_of(streams, procedure, every, text) : text);
-  print_flush(streams);
-  before = current;
-  return answered && payload_failed(procedure, current.reply.code) ? kExitFailureCode : status;
+    show_failure(state, width, failure);
+  print_flush(state.streams);
+  const bool failed = answered && payload_failed(*state.prepared.procedure, current.reply.code);
+  *status = failed ? kExitFailureCode : failure.status;
+  state.before = current;
+  return true;
+}
+
+// Waits for the next call; false when the user has had enough.
+bool wait_for_next(const watching& state, double moment) {
+  if (!state.redrawn) {
+    moment_sleep_until(moment);
+    return true;
+  }
+  while (true) {
+    const live_key key = live_wait(moment);
+    if (key == live_key::kNone) return true;
+    if (key == live_key::kQuit) return false;
+  }
+}
+
+exit_status watch_until_quit(watching& state, unsigned long count) {
+  exit_status status = kExitDone;
+  double next = moment_now();
+  for (unsigned long i = 0; count == 0 || i < count; i++) {
+    if (i != 0) {
+      next = moment_next(next, state.every);
+      if (!wait_for_next(state, next)) break;
+    }
+    if (!take_sample(state, &status)) break;
+  }
+  return status;
 }
 
 bool take_force(std::vector<std::string>& words) {
@@ -107,14 +166,10 @@ exit_status run_watch(const output_streams& streams, const client_options& optio
     return fail(streams, kExitUsage,
                 lookup_display_name(*prepared.procedure) +
                     " is no getter: each call would act again; 'watch --force' does it");
-  sample before = {{}, 0, false};
-  double next = moment_now();
-  for (unsigned long i = 0; settings.count == 0 || i < settings.count; i++) {
-    if (i != 0) {
-      next = moment_next(next, settings.every);
-      moment_sleep_until(next);
-    }
-    status = take_sample(streams, options, prepared, settings.every, before);
-  }
+  watching state = {
+      streams, options, prepared, settings.every, !options.json && screen_is(streams.out), {}};
+  if (state.redrawn) live_begin(streams, false);
+  status = watch_until_quit(state, settings.count);
+  if (state.redrawn) live_end();
   return status;
 }

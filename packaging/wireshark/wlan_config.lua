@@ -5,7 +5,8 @@
 --   Wireshark: copy it into the personal plugins directory
 --
 -- Each procedure: name, arguments, kind of its result, layout of a record.
--- Arguments and fields: name, type, and for fields offset and width.
+-- Arguments and fields: name, type, and for fields offset, width and what stands for a value
+-- that is not known.
 local procedures = {
   [1] = {name = "wlan_load", kind = "CODE", size = 0, arguments = {{"mode", "i"}, }},
   [2] = {name = "wlan_init", kind = "CODE", size = 0, arguments = {}},
@@ -271,7 +272,7 @@ local procedures = {
   [213] = {name = "wlan_set_max_station_num", kind = "CODE", size = 0, arguments = {{"bss", "i"}, {"max_stations", "i"}, }},
   [214] = {name = "wlan_get_implicit_beamforming_enable", kind = "INT", size = 4, arguments = {{"radio", "i"}, }},
   [215] = {name = "wlan_set_implicit_beamforming_enable", kind = "CODE", size = 0, arguments = {{"radio", "i"}, {"enable", "b"}, }},
-  [216] = {name = "wlan_get_current_channel", kind = "INT", size = 4, arguments = {{"radio", "i"}, }},
+  [216] = {name = "wlan_get_current_channel", kind = "INT", size = 4, arguments = {{"radio", "i"}, }, unknown = {["0"] = true}},
   [217] = {name = "wlan_get_ap_scan_num_of_entries", kind = "INT", size = 4, arguments = {{"radio", "i"}, }},
   [218] = {name = "wlan_get_ap_scan_result", kind = "IMAGE", size = 6764, arguments = {{"radio", "i"}, },
     fields = {
@@ -298,10 +299,10 @@ local procedures = {
         {"association_id", "u", 7, 1},
         {"power_save", "u", 8, 1},
         {"mimo_power_save", "u", 9, 1},
-        {"rssi_0", "i", 10, 1},
-        {"rssi_1", "i", 11, 1},
-        {"rssi_2", "i", 12, 1},
-        {"rssi_3", "i", 13, 1},
+        {"rssi_0", "i", 10, 1, {["0"] = true, ["-127"] = true}},
+        {"rssi_1", "i", 11, 1, {["0"] = true, ["-127"] = true}},
+        {"rssi_2", "i", 12, 1, {["0"] = true, ["-127"] = true}},
+        {"rssi_3", "i", 13, 1, {["0"] = true, ["-127"] = true}},
         {"connected_seconds", "u", 16, 4},
         {"tx_rate", "r", 20, 2},
         {"rx_rate", "r", 24, 2},
@@ -314,33 +315,33 @@ local procedures = {
   [228] = {name = "wlan_get_bss_weight", kind = "INT", size = 4, arguments = {{"bss", "i"}, }},
   [238] = {name = "wlan_get_channel_statistics", kind = "WORDS", size = 12, arguments = {{"radio", "i"}, },
     fields = {
-      {"channel_busy", "i", 0, 4},
-      {"ap_activity", "i", 4, 4},
-      {"busy_time", "i", 8, 4},
+      {"channel_busy", "i", 0, 4, {["-1"] = true}},
+      {"ap_activity", "i", 4, 4, {["-1"] = true}},
+      {"busy_time", "i", 8, 4, {["-1"] = true}},
     }},
   [239] = {name = "wlan_get_channel_noise_floor", kind = "WORDS", size = 16, arguments = {{"radio", "i"}, },
     fields = {
-      {"minimum", "i", 0, 4},
-      {"maximum", "i", 4, 4},
-      {"median", "i", 8, 4},
-      {"average", "i", 12, 4},
+      {"minimum", "i", 0, 4, {["-1"] = true}},
+      {"maximum", "i", 4, 4, {["-1"] = true}},
+      {"median", "i", 8, 4, {["-1"] = true}},
+      {"average", "i", 12, 4, {["-1"] = true}},
     }},
   [240] = {name = "wlan_get_radio_tx_packets", kind = "WORDS", size = 8, arguments = {{"radio", "i"}, },
     fields = {
-      {"packets_sent", "i", 0, 8},
+      {"packets_sent", "i", 0, 8, {["-1"] = true}},
     }},
   [241] = {name = "wlan_get_radio_rx_packets", kind = "WORDS", size = 8, arguments = {{"radio", "i"}, },
     fields = {
-      {"packets_received", "i", 0, 8},
+      {"packets_received", "i", 0, 8, {["-1"] = true}},
     }},
-  [242] = {name = "wlan_get_retransmission_metric", kind = "INT", size = 4, arguments = {{"radio", "i"}, }},
+  [242] = {name = "wlan_get_retransmission_metric", kind = "INT", size = 4, arguments = {{"radio", "i"}, }, unknown = {["-1"] = true}},
   [243] = {name = "wlan_set_rad_stat_enable", kind = "CODE", size = 0, arguments = {{"radio", "i"}, {"enable", "i"}, {"report_period", "i"}, {"measure_period", "i"}, }},
   [244] = {name = "wlan_get_rssi_table", kind = "WORDS", size = 296, arguments = {{"radio", "i"}, },
     fields = {
     },
     rows = {name = "entries", first = 0, stride = 8, capacity = 37,
       fields = {
-        {"rssi", "i", 0, 8},
+        {"rssi", "i", 0, 8, {["-1"] = true}},
       }}},
   [246] = {name = "wlan_get_acct_server_address", kind = "TEXT", size = 256, arguments = {{"bss", "i"}, }},
   [247] = {name = "wlan_set_acct_server_address", kind = "CODE", size = 0, arguments = {{"bss", "i"}, {"acct_server_address", "s"}, }},
@@ -353,7 +354,7 @@ local procedures = {
   [258] = {name = "wlan_get_btm_enable", kind = "INT", size = 4, arguments = {{"bss", "i"}, }},
   [259] = {name = "wlan_set_channel_utilization_enable", kind = "CODE", size = 0, arguments = {{"radio", "i"}, {"enable", "i"}, }},
   [260] = {name = "wlan_get_channel_utilization_enable", kind = "INT", size = 4, arguments = {{"radio", "i"}, }},
-  [261] = {name = "wlan_get_operating_class", kind = "INT", size = 4, arguments = {{"radio", "i"}, }},
+  [261] = {name = "wlan_get_operating_class", kind = "INT", size = 4, arguments = {{"radio", "i"}, }, unknown = {["0"] = true}},
   [262] = {name = "wlan_get_ht_support", kind = "INT", size = 4, arguments = {{"radio", "i"}, }},
   [263] = {name = "wlan_get_vht_support", kind = "INT", size = 4, arguments = {{"radio", "i"}, }},
   [264] = {name = "wlan_set_hnc_steer_sta_mac_address", kind = "CODE", size = 0, arguments = {{"bss", "i"}, {"mac_address", "s"}, }},
@@ -387,7 +388,7 @@ local procedures = {
   [292] = {name = "wlan_get_na_sta_report", kind = "IMAGE", size = 900, arguments = {{"bss", "i"}, },
     fields = {
       {"valid", "f", 0, 4},
-      {"rssi", "i", 4, 4},
+      {"rssi", "i", 4, 4, {["0"] = true}},
       {"time", "e", 8, 4},
       {"mac_address", "t", 12, 17},
     }},
@@ -397,7 +398,7 @@ local procedures = {
     rows = {name = "stations", count_at = 0, first = 4, stride = 76, capacity = 32,
       fields = {
         {"mac_address", "t", 40, 17},
-        {"rssi", "i", 0, 4},
+        {"rssi", "i", 0, 4, {["0"] = true, ["-127"] = true}},
         {"downlink_rate", "i", 4, 4},
         {"uplink_rate", "i", 8, 4},
         {"tx_mcs", "i", 12, 4},
@@ -426,7 +427,7 @@ local procedures = {
     fields = {
       {"bytes_received", "u", 0, 8},
     }},
-  [299] = {name = "wlan_get_radio_max_bit_rate", kind = "INT", size = 4, arguments = {{"radio", "i"}, }},
+  [299] = {name = "wlan_get_radio_max_bit_rate", kind = "INT", size = 4, arguments = {{"radio", "i"}, }, unknown = {["0"] = true}},
   [300] = {name = "wlan_get_radio_upstream", kind = "NONE", size = 0, arguments = {{"radio", "i"}, }},
   [301] = {name = "wlan_get_steer_event_report", kind = "IMAGE", size = 1156, arguments = {{"bss", "i"}, },
     fields = {
@@ -537,7 +538,7 @@ local procedures = {
   [16777337] = {name = "hnc_set_supported_hne_row_status", kind = "CODE", size = 0, arguments = {{"row", "u"}, {"row_status", "u"}, }},
   [16777338] = {name = "hnc_set_hne_table_entry", kind = "CODE", size = 0, arguments = {{"row", "u"}, {"entry.index", "u"}, {"entry.row_status", "u"}, {"entry.manufacturer", "c", 64}, {"entry.model_name", "c", 64}, {"entry.model_number", "c", 64}, {"entry.firmware_url", "c", 256}, {"entry.firmware_file_name", "c", 256}, {"entry.firmware_user_name", "c", 256}, {"entry.firmware_password", "c", 256}, {"entry.update_time", "u"}, {"entry.config_on_demand", "i"}, }},
   [16777339] = {name = "wlan_get_on_channel_max_tx_power_dbm", kind = "INT", size = 4, arguments = {{"radio", "i"}, }},
-  [16777340] = {name = "wlan_get_radio_max_tx_power_dbm", kind = "INT", size = 4, arguments = {{"radio", "i"}, }},
+  [16777340] = {name = "wlan_get_radio_max_tx_power_dbm", kind = "INT", size = 4, arguments = {{"radio", "i"}, }, unknown = {["0"] = true}},
   [16777346] = {name = "wlan_set_led_enable", kind = "CODE", size = 0, arguments = {{"enable", "i"}, }},
   [16777348] = {name = "wlan_set_mso_dcs_on", kind = "CODE", size = 0, arguments = {{"radio", "i"}, {"on", "i"}, }},
   [16777350] = {name = "wlan_set_user_dcs_on", kind = "CODE", size = 0, arguments = {{"radio", "i"}, {"on", "i"}, }},
@@ -723,11 +724,15 @@ local values = {
   end,
 }
 
+local function marked(text, unknown)
+  return unknown and unknown[text] and text .. " (not known)" or text
+end
+
 local function add_fields(tree, fields, buffer)
   for _, field in ipairs(fields) do
     local name, type, offset, width = field[1], field[2], field[3], field[4]
     local bytes = buffer(offset, width)
-    local text = name .. ": " .. values[type](bytes)
+    local text = name .. ": " .. marked(values[type](bytes), field[5])
     tree:add(f.field, bytes, text):set_text(text)
   end
 end
@@ -781,7 +786,8 @@ local function add_payload(tree, procedure, buffer, pinfo, at)
   local data_at = at + 4 + 4 * words
   local data, length = counted(buffer, data_at)
   if procedure.kind == "INT" and words > 0 then
-    add_value(tree, buffer(at + 4, 4), tostring(buffer(at + 4, 4):int()), pinfo, code)
+    local text = marked(tostring(buffer(at + 4, 4):int()), procedure.unknown)
+    add_value(tree, buffer(at + 4, 4), text, pinfo, code)
   elseif procedure.kind == "WORDS" and 4 * words >= procedure.size then
     add_record(tree, procedure, words_to_bytes(buffer, at + 4, procedure.size))
   elseif procedure.kind == "TEXT" and length > 0 then

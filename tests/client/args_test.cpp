@@ -48,6 +48,16 @@ TEST(Args, OptionsComeFirstAndTheRestIsVerbatim) {
   }
 }
 
+TEST(Args, WrongOptionsLeaveThatJsonIsWanted) {
+  for (const Words& words : {Words{"--bogus", "--json", "ping"}, Words{"--port", "x", "--json"},
+                             Words{"--json", "--bogus"}, Words{"--json"}}) {
+    client_options options;
+    std::string error;
+    EXPECT_EQ(args_parse(words, options, error), args_outcome::kError);
+    EXPECT_TRUE(options.json) << error;
+  }
+}
+
 TEST(Args, DefaultsAreTheDaemonsAddress) {
   client_options options;
   std::string error;

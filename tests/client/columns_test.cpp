@@ -32,6 +32,21 @@ TEST(Columns, AlignsWhatIsNotAscii) {
             "home n\n");
 }
 
+// On a terminal, that is; elsewhere there is room for all.
+TEST(Columns, TheLeastImportantGoFirst) {
+  constexpr text_column kRanked[] = {
+      {"A", true, "", 1}, {"NAME", false}, {"LONGEST", true, "B", 3}, {"C", true, "", 2}};
+  const auto ranked = [&](size_t width) {
+    return columns_text(kRanked, {{"1", "name", "2", "3"}}, true, width);
+  };
+  EXPECT_EQ(ranked(0), "A NAME LONGEST B C\n1 name         2 3\n");
+  EXPECT_EQ(ranked(16).find("A NAME LONGEST C\n"), 0u) << ranked(16);
+  EXPECT_EQ(ranked(15).find("A NAME C\n"), 0u) << ranked(15);
+  EXPECT_EQ(ranked(8).find("A NAME C\n"), 0u) << ranked(8);
+  EXPECT_EQ(ranked(7).find("A NAME\n"), 0u) << ranked(7);
+  EXPECT_EQ(ranked(5).find("NAME\n"), 0u) << ranked(5);
+}
+
 TEST(Columns, CutsBetweenCharacters) {
   EXPECT_EQ(table("Café Größenwahn", 12),
             "SSID    MODE\n"

@@ -74,15 +74,15 @@ TEST(Layouts, CountersOfSixtyFourBits) {
     EXPECT_EQ(value_of(getter, blank(getter).word(0, 0xFEDCBA9876543210, 8)),
               parsed(R"({"bytes_received": 18364758544493064720})"));
   EXPECT_EQ(value_of("wlan_get_radio_tx_packets", record{std::string(8, '\xff')}),
-            parsed(R"({"packets_sent": -1})"));
+            parsed(R"({"packets_sent": null})"));
   EXPECT_EQ(value_of("wlan_get_radio_rx_packets", record{std::string(8, '\xff')}),
-            parsed(R"({"packets_received": -1})"));
+            parsed(R"({"packets_received": null})"));
 }
 
 TEST(Layouts, MeasurementsAreSigned) {
   EXPECT_EQ(value_of("wlan_get_channel_statistics",
                      blank("wlan_get_channel_statistics").word(0, 40).word(4, 2).word(8, word(-1))),
-            parsed(R"({"channel_busy": 40, "ap_activity": 2, "busy_time": -1})"));
+            parsed(R"({"channel_busy": 40, "ap_activity": 2, "busy_time": null})"));
   EXPECT_EQ(value_of("wlan_get_channel_noise_floor", blank("wlan_get_channel_noise_floor")
                                                          .word(0, word(-97))
                                                          .word(4, word(-90))
@@ -94,7 +94,7 @@ TEST(Layouts, MeasurementsAreSigned) {
     table.word(8 * i, word(-1 - static_cast<int64_t>(i)), 8);
   const auto entries = value_of("wlan_get_rssi_table", table)["entries"];
   ASSERT_EQ(entries.size(), 37u);
-  EXPECT_EQ(entries[0], parsed(R"({"rssi": -1})"));
+  EXPECT_EQ(entries[0], parsed(R"({"rssi": null})")) << "what stands for one that is not known";
   EXPECT_EQ(entries[36], parsed(R"({"rssi": -37})"));
 }
 

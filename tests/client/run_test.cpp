@@ -28,7 +28,9 @@ TEST(Run, ResultsAsText) {
       {{"WLAN_GET_SSID", "3"}, data_record(0, "\x1b[2J\xff"), "\\x1b[2J\\xff\n"},
       {{"wlan_get_channel_statistics", "1"},
        words({0, 3, 40, 2, kMinusOne, 0}),
-       "channel_busy 40 %\nap_activity  2 %\nbusy_time    -1 %\n"},
+       "channel_busy 40 %\nap_activity  2 %\nbusy_time    -\n"},
+      {{"wlan_get_retransmission_metric", "1"}, words({0, 4, kMinusOne, 0, 0, 0, 0}), "-\n"},
+      {{"wlan_get_current_channel", "1"}, words({0, 4, 0, 0, 0, 0, 0}), "-\n"},
       {{"wlan_get_hnc_steer_sta_mac_address", "3"},
        data_record(0, std::string("00:11:22:33:44:55", 18)),
        "mac_address 00:11:22:33:44:55\n"},
@@ -71,7 +73,7 @@ TEST(Run, ResultsAsJson) {
        R"({"procedure":"wlan_get_ssid","number":21,"return_code":0,"inert":true,"value":"\\\\\\xff","value_escaped":true})"},
       {{"wlan_get_channel_statistics", "1"},
        words({0, 4, 1, 2, kMinusOne, 9, 0}),
-       R"({"procedure":"wlan_get_channel_statistics","number":238,"return_code":0,"value":{"channel_busy":1,"ap_activity":2,"busy_time":-1}})"},
+       R"({"procedure":"wlan_get_channel_statistics","number":238,"return_code":0,"value":{"channel_busy":1,"ap_activity":2,"busy_time":null}})"},
       {{"wlan_get_hnc_steer_sta_mac_address", "3"},
        data_record(1, "\xff" + std::string(17, '\0')),
        R"({"procedure":"wlan_get_hnc_steer_sta_mac_address","number":265,"return_code":1,)"
@@ -197,6 +199,111 @@ TEST(Run, WrongUsageSendsNothing) {
   }
 }
 
+// The error that is all of the output; null where it is none.
+nlohmann::json error_of(const Outcome& outcome) {
+  const auto object = nlohmann::json::parse(outcome.out, nullptr, false);
+  EXPECT_TRUE(object.is_object() && object.size() == 1) << outcome.out;
+  EXPECT_TRUE(one_line(outcome.out) && one_line(outcome.err)) << outcome.out << outcome.err;
+  const auto error = object.value("error", nlohmann::json());
+  EXPECT_EQ(error.value("exit_status", 0), outcome.status) << outcome.out;
+  EXPECT_EQ("wificonf: " + error.value("message", "") + "\n", outcome.err);
+  return error;
+}
+
+TEST(Run, EveryFailureIsJsonWithTheOption) {
+  const struct {
+    uint32_t state;
+    byte_string result;
+    std::vector<std::string> words;
+    exit_status status;
+    const char* kind;
+  } cases[] = {
+      {0, {}, {"--json", "wlan_get_sid", "3"}, kExitUsage, "usage"},
+      {0, {}, {"--json", "wlan_get_ssid"}, kExitUsage, "usage"},
+      {0, {}, {"--json", "wlan_set_ssid", "3", std::string(9000, 'x')}, kExitUsage, "usage"},
+      {0, {}, {"--json", "--bogus", "ping"}, kExitUsage, "usage"},
+      {0, {}, {"--bogus", "--json", "ping"}, kExitUsage, "usage"},
+      {0, {}, {"--port", "none", "--json", "ping"}, kExitUsage, "usage"},
+      {0, {}, {"--json"}, kExitUsage, "usage"},
+      {0, {}, {"--json", "12ab"}, kExitUsage, "usage"},
+      {0, {}, {"--json", "list", "no such thing"}, kExitUsage, "usage"},
+      {0, {}, {"--json", "completion", "zsh"}, kExitUsage, "usage"},
+      {0, {}, {"--json", "top", "now"}, kExitUsage, "usage"},
+      {0, {}, {"--json", "watch", "wlan_reset"}, kExitUsage, "usage"},
+      {1, {}, {"--json", "ping"}, kExitNoAnswer, "program_unavailable"},
+      {2, words({3, 4}), {"--json", "ping"}, kExitNoAnswer, "version_mismatch"},
+      {3, {}, {"--json", "20"}, kExitNoAnswer, "procedure_unavailable"},
+      {4, {}, {"--json", "wlan_get_channel", "1"}, kExitNoAnswer, "garbage_arguments"},
+      {5, {}, {"--json", "--raw", "wlan_get_channel", "1"}, kExitNoAnswer, "system_error"},
+      {6, {}, {"--json", "wlan_get_channel", "1"}, kExitNoAnswer, "malformed_reply"},
+      {0, {}, {"--json", "wlan_get_channel", "1"}, kExitNoAnswer, "malformed_reply"},
+      {0, words({0}), {"--json", "ping"}, kExitNoAnswer, "malformed_reply"},
+      {1, {}, {"--json", "dump"}, kExitNoAnswer, "program_unavailable"},
+      {1, {}, {"--json", "top"}, kExitNoAnswer, "program_unavailable"},
+  };
+  for (const auto& c : cases) {
+    const Outcome outcome = run_against(c.state, c.result, c.words);
+    EXPECT_EQ(outcome.status, c.status) << outcome.err;
+    EXPECT_EQ(error_of(outcome).value("kind", ""), c.kind) << outcome.out;
+  }
+}
+
+TEST(Run, AnErrorOfTheNetworkIsJsonToo) {
+  const std::string closed = std::to_string(fake_closed_port());
+  EXPECT_EQ(
+      error_of(run_words({"--json", "--host", "127.0.0.1", "--port", closed, "ping"}))["kind"],
+      "refused");
+  EXPECT_EQ(error_of(run_words({"--json", "--host", "host.invalid", "ping"}))["kind"],
+            "unknown_host");
+  FakeDaemon silent;
+  fake_daemon_start(silent, [](const byte_string&) { return std::vector<Datagram>{}; });
+  const Outcome timeout = run_words({"--json", "--host", "127.0.0.1", "--port",
+                                     std::to_string(silent.port), "--timeout", "0.05", "ping"});
+  fake_daemon_stop(silent);
+  EXPECT_EQ(error_of(timeout)["kind"], "timeout");
+}
+
+// The record of what top asks, with stations of these last bytes of their addresses.
+byte_string station_list(std::initializer_list<char> addresses) {
+  std::string record(2436, '\0');
+  record[0] = static_cast<char>(addresses.size());
+  size_t at = 4;
+  for (const char last : addresses) {
+    record[at] = static_cast<char>(-last);
+    record.replace(at + 1, 3, "\xff\xff\xff");
+    record.replace(at + 40, 17, std::string("02:00:00:00:00:0") + last);
+    at += 76;
+  }
+  return data_record(0, record);
+}
+
+TEST(Run, TopAsksAndSortsAsTold) {
+  const Outcome two = run_against(0, station_list({'2', '1'}), {"top", "--bss", "3,16"});
+  EXPECT_EQ(two.status, kExitDone) << two.err;
+  ASSERT_EQ(two.calls.size(), 2u);
+  EXPECT_EQ(two.calls[0][43], 3);
+  EXPECT_EQ(two.calls[1][43], 16);
+  const auto order = [](const char* key) {
+    const Outcome outcome = run_against(0, station_list({'3', '1', '2'}),
+                                        {"--json", "top", "--bss", "1", "--sort", key});
+    const auto object = nlohmann::json::parse(outcome.out, nullptr, false);
+    EXPECT_TRUE(object.is_object()) << outcome.out << outcome.err;
+    std::string addresses;
+    for (const auto& station : object["stations"])
+      addresses += station["mac_address"].get<std::string>().back();
+    EXPECT_EQ(object["stations"][0]["bytes_sent_per_second"], nullptr);
+    EXPECT_EQ(object["stations"][0]["bss"], 1);
+    return addresses;
+  };
+  EXPECT_EQ(order("station"), "123");
+  EXPECT_EQ(order("rssi"), "123") << "-49, -50 and -51 dBm";
+  EXPECT_EQ(order("busy"), "123") << "where nothing goes, by address";
+  for (const char* wrong : {"0", "17", "1,", "x", ""})
+    EXPECT_EQ(run_words({"top", "--bss", wrong}).status, kExitUsage) << wrong;
+  EXPECT_NE(run_words({"top", "--sort", "size"}).err.find("--sort takes busy, bss, "),
+            std::string::npos);
+}
+
 TEST(Run, Ping) {
   Outcome text = run_against(0, {}, {"ping"});
   EXPECT_EQ(text.status, kExitDone) << text.err;
@@ -298,7 +405,6 @@ TEST(Run, OptionsThatACommandDoesNotHaveAreRefused) {
   } cases[] = {
       {{"--raw", "dump"}, "dump has no --raw"},
       {{"--raw", "watch", "0"}, "watch has no --raw"},
-      {{"--json", "top"}, "top has no --json"},
       {{"--raw", "top"}, "top has no --raw"},
       {{"--raw", "ping"}, "ping has no --raw"},
       {{"--json", "completion", "zsh"}, "completion has no --json"},
@@ -341,7 +447,7 @@ TEST(Run, CommandsExplainTheirUsage) {
       {{"watch", "wlan_get_channel"}, "usage: wificonf wlan_get_channel RADIO"},
       {{"watch", "nothing_like_it"}, "no procedure 'nothing_like_it'"},
       {{"watch", "wlan_get_channel", "1", "--every", "x"}, "--every takes a time"},
-      {{"top", "x"}, "top takes [--every TIME] [--count N] only"},
+      {{"top", "x"}, "top takes [--every TIME] [--count N] [--sort KEY] [--bss LIST] only"},
       {{"dump", "x"}, "dump takes --redact only"},
       {{"completion"}, "completion takes bash or zsh"},
       {{"schema"}, "schema takes one PROCEDURE"},

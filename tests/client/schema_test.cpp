@@ -49,8 +49,9 @@ void expect_all_required(const nlohmann::json& object, const std::string& where)
   nlohmann::json named = nlohmann::json::array();
   for (const auto& [name, property] : object["properties"].items()) {
     if (!name.ends_with("_escaped")) named.push_back(name);
-    if (property.value("type", "") == "object") expect_all_required(property, where + "." + name);
-    if (property.value("type", "") == "array") expect_all_required(property["items"], where + "[]");
+    const nlohmann::json type = property.value("type", nlohmann::json());
+    if (type == "object") expect_all_required(property, where + "." + name);
+    if (type == "array") expect_all_required(property["items"], where + "[]");
   }
   nlohmann::json required = object["required"];
   std::sort(required.begin(), required.end());
@@ -107,14 +108,27 @@ TEST(Schema, WhateverIsDecodedIsAsItSays) {
   EXPECT_EQ(std::string(said, length), "78 answers are valid\n");
 }
 
+TEST(Schema, OfAFailureAndOfTop) {
+  const auto error = nlohmann::json::parse(schema_of_error());
+  EXPECT_EQ(error["required"], nlohmann::json({"error"}));
+  expect_all_required(error["properties"]["error"], "error");
+  const auto top = nlohmann::json::parse(schema_of_top());
+  EXPECT_EQ(top["required"], nlohmann::json({"time", "stations"}));
+  const auto station = top["properties"]["stations"]["items"];
+  expect_all_required(station, "stations[]");
+  EXPECT_EQ(station["properties"]["bytes_sent_per_second"]["type"],
+            nlohmann::json({"number", "null"}));
+}
+
 TEST(Schema, FieldsTellTheirRangeUnitAndMeaning) {
   const auto station = schema("wlan_get_assoc_devices_table")["properties"]["value"]["properties"]
                                                              ["stations"]["items"]["properties"];
-  EXPECT_EQ(station["rssi_0"],
-            (nlohmann::json{{"type", "integer"},
-                            {"minimum", -128},
-                            {"maximum", 127},
-                            {"description", "signal on the first chain [dBm]"}}));
+  EXPECT_EQ(
+      station["rssi_0"],
+      (nlohmann::json{{"type", {"integer", "null"}},
+                      {"minimum", -128},
+                      {"maximum", 127},
+                      {"description", "signal on the first chain; 0 or -127: not known [dBm]"}}));
   EXPECT_EQ(station["tx_rate"]["properties"]["phy"]["enum"],
             nlohmann::json({"CCK", "OFDM", "HT", "VHT"}));
 }

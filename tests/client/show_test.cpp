@@ -14,7 +14,7 @@ void put(std::string& record, size_t at, std::string_view bytes) {
 }
 
 std::string shown(const char* procedure, const std::string& record, size_t width = 0) {
-  return show_record(*payload_find(*lookup_name(procedure)), record, width);
+  return show_record(*payload_find(*lookup_name(procedure)), record, {width});
 }
 
 std::string json_of(const char* procedure, const std::string& record) {
@@ -38,13 +38,13 @@ std::string stations_record() {
 TEST(Show, StationsAsATable) {
   EXPECT_EQ(shown("wlan_get_assoc_devices_table", stations_record()),
             "BSS STATION           AID PS RSSI dBm ASSOC s TX Mbit/s RX Mbit/s PACKETS FAILED\n"
-            "  1 02:00:5e:00:00:01   3  1      -48     260     866.7     866.7    1000      2\n"
-            "  0 ff:fe:fd:fc:fb:fa   0  0        0       0       1.0       1.0       0      0\n");
+            "  2 02:00:5e:00:00:01   3  1      -48     260     866.7     866.7    1000      2\n"
+            "  1 ff:fe:fd:fc:fb:fa   0  0        -       0       1.0       1.0       0      0\n");
   EXPECT_EQ(shown("wlan_get_assoc_devices_table", stations_record(), 80),
             "BSS STATION           AID PS RSSI ASSOC     TX     RX PACKETS FAILED\n"
             "                              dBm     s Mbit/s Mbit/s         \n"
-            "  1 02:00:5e:00:00:01   3  1  -48   260  866.7  866.7    1000      2\n"
-            "  0 ff:fe:fd:fc:fb:fa   0  0    0     0    1.0    1.0       0      0\n")
+            "  2 02:00:5e:00:00:01   3  1  -48   260  866.7  866.7    1000      2\n"
+            "  1 ff:fe:fd:fc:fb:fa   0  0    -     0    1.0    1.0       0      0\n")
       << "on a terminal";
   EXPECT_EQ(shown("wlan_get_assoc_devices_table", std::string(5124, '\0')), "no stations\n");
 }
@@ -73,7 +73,7 @@ TEST(Show, RatesOfBytesSaySo) {
   const payload_layout& layout = *payload_find(*lookup_name("wlan_get_btm_associated_device"));
   const std::string then = btm_record();
   const earlier_record earlier = {then, 2};
-  EXPECT_EQ(show_record(layout, btm_record(), 80, &earlier),
+  EXPECT_EQ(show_record(layout, btm_record(), {80, 1, &earlier}),
             "STATION           RSSI   DOWN     UP MCS       SENT B/s RECEIVED B/s BTM\n"
             "                   dBm Mbit/s Mbit/s              B            B     \n"
             "02:00:5e:00:00:01  -61    866      1   0 4294967295 0.0      256 0.0   0\n");
@@ -86,12 +86,22 @@ TEST(Show, StationAsJson) {
       json_of("wlan_get_assoc_devices_table", record),
       R"({"procedure":"wlan_get_assoc_devices_table","number":221,"return_code":0,"value":{"stations":[)"
       R"({"bss_position":1,"mac_address":"02:00:5e:00:00:01","association_id":3,"power_save":1,)"
-      R"("mimo_power_save":0,"rssi_0":-48,"rssi_1":-51,"rssi_2":-127,"rssi_3":-127,)"
+      R"("mimo_power_save":0,"rssi_0":-48,"rssi_1":-51,"rssi_2":null,"rssi_3":null,)"
       R"("connected_seconds":260,)"
       R"("tx_rate":{"mbit_s":866.7,"phy":"VHT","mhz":80,"streams":2,"mcs":9,"short_guard":true,"word":33561},)"
       R"("rx_rate":{"mbit_s":866.7,"phy":"VHT","mhz":80,"streams":2,"mcs":9,"short_guard":true,"word":33561},)"
       R"("packets_sent":1000,"failures":2}]}})"
       "\n");
+}
+
+// The driver counts from 0 within the radio, people from 1 to 16, as the setters do.
+TEST(Show, BssesHaveTheNumbersThatProceduresTake) {
+  const payload_layout& layout = *payload_find(*lookup_name("wlan_get_assoc_devices_table"));
+  const std::string table = show_record(layout, stations_record(), {0, 9});
+  EXPECT_NE(table.find("\n 10 02:00:5e:00:00:01 "), std::string::npos) << table;
+  EXPECT_NE(table.find("\n  9 ff:fe:fd:fc:fb:fa "), std::string::npos) << table;
+  const std::string lines = show_lines(layout, stations_record(), "NOW", {0, 9});
+  EXPECT_TRUE(lines.starts_with("NOW bss=10 mac_address=02:00:5e:00:00:01 ")) << lines;
 }
 
 TEST(Show, LongTextsAreCutAtTheTerminalOnly) {
@@ -136,18 +146,18 @@ TEST(Show, CountersHaveTheirGrowthPerSecond) {
   const payload_layout& layout = *payload_find(*lookup_name("wlan_get_basic_stats"));
   const std::string then = counters(1000, 4000000000u);
   const earlier_record earlier = {then, 2};
-  EXPECT_EQ(show_record(layout, counters(1051, 4000001000u), 0, &earlier),
+  EXPECT_EQ(show_record(layout, counters(1051, 4000001000u), {0, 1, &earlier}),
             "bytes_sent       1051 B       25.5 B/s\n"
             "bytes_received   4000001000 B  500 B/s\n"
             "packets_sent     0               0.0/s\n"
             "packets_received 0               0.0/s\n"
             "associations     0            \n");
-  EXPECT_EQ(show_lines(layout, counters(1051, 32704), "NOW", &earlier),
+  EXPECT_EQ(show_lines(layout, counters(1051, 32704), "NOW", {0, 1, &earlier}),
             "NOW bytes_sent=1051 bytes_sent/s=25.5 bytes_received=32704 "
             "bytes_received/s=147500000 packets_sent=0 packets_sent/s=0.0 packets_received=0 "
             "packets_received/s=0.0 associations=0\n")
       << "on from 0 behind 32 bits";
-  EXPECT_EQ(show_lines(layout, counters(999, 4000000000u), "NOW", &earlier),
+  EXPECT_EQ(show_lines(layout, counters(999, 4000000000u), "NOW", {0, 1, &earlier}),
             "NOW bytes_sent=999 bytes_received=4000000000 bytes_received/s=0.0 packets_sent=0 "
             "packets_sent/s=0.0 packets_received=0 packets_received/s=0.0 associations=0\n")
       << "none where the counter has gone back";
@@ -168,11 +178,11 @@ TEST(Show, RowsHaveTheirOwnRates) {
   then.replace(45, 6, "\2\2\2\2\2\3");  // the second came later
   std::swap_ranges(then.begin() + 4, then.begin() + 44, then.begin() + 44);
   const earlier_record earlier = {then, 4};
-  const std::string lines = show_lines(layout, stations("\x12", "\x21"), "NOW", &earlier);
+  const std::string lines = show_lines(layout, stations("\x12", "\x21"), "NOW", {0, 1, &earlier});
   EXPECT_NE(lines.find(":01 association_id=0"), std::string::npos) << lines;
   EXPECT_NE(lines.find("packets_sent=18 packets_sent/s=0.5"), std::string::npos) << lines;
   EXPECT_NE(lines.find("packets_sent=33 failures=0\n"), std::string::npos) << lines;
-  const std::string table = show_record(layout, stations("\x12", "\x21"), 0, &earlier);
+  const std::string table = show_record(layout, stations("\x12", "\x21"), {0, 1, &earlier});
   EXPECT_NE(table.find("PACKETS  /s FAILED  /s\n"), std::string::npos) << table;
   EXPECT_NE(table.find("     18 0.5      0 0.0\n"), std::string::npos) << table;
 }
@@ -182,17 +192,17 @@ TEST(Show, LinesKeepTheirFieldsApart) {
   record[0] = 1;
   put(record, 12, "a\" rssi=\"0\\\n");
   const std::string lines =
-      show_lines(*payload_find(*lookup_name("wlan_get_ap_scan_result")), record, "NOW", nullptr);
+      show_lines(*payload_find(*lookup_name("wlan_get_ap_scan_result")), record, "NOW", {});
   EXPECT_NE(lines.find(" ssid=\"a\\x22 rssi=\\x220\\\\\\x0a\" security="), std::string::npos)
       << lines;
   EXPECT_EQ(show_lines(*payload_find(*lookup_name("wlan_get_assoc_devices_table")),
-                       std::string(5124, '\0'), "NOW", nullptr),
+                       std::string(5124, '\0'), "NOW", {}),
             "NOW no stations\n");
 }
 
 TEST(Show, FlagsAndMissingTimes) {
   const std::string out = shown("wlan_get_na_sta_report", std::string(900, '\0'));
-  EXPECT_EQ(out, "valid       no\nrssi        0 dBm\ntime        -\nmac_address \n");
+  EXPECT_EQ(out, "valid       no\nrssi        -\ntime        -\nmac_address \n");
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <poll.h>
 #include <pty.h>
 #include <signal.h>
+#include <sys/ioctl.h>
 #include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
@@ -169,16 +170,45 @@ TEST(Terminal, TopGoesOnWithoutADaemon) {
   EXPECT_EQ(finish(one), 3);
 }
 
-TEST(Terminal, TopCountsWhatTheScreenHasNoLinesFor) {
+// The rows of the last whole frame, which the screen shows.
+std::vector<std::string> last_frame(const terminal& one) {
+  return split(split(one.shown, kRedraw).back(), "\r\n");
+}
+
+bool soon_shows(terminal& one, const std::string& text) {
+  return read_until(one, [&] { return last_frame(one)[0].find(text) != std::string::npos; });
+}
+
+void press(const terminal& one, const std::string& keys) {
+  EXPECT_EQ(write(one.fd, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
+}
+
+TEST(Terminal, TopFillsTheScreenAndScrolls) {
   station_daemon stations;
   start_stations(stations);
   terminal one;
-  start(one, stations.daemon.port, {"top", "--count", "1"}, 6, 30);
+  start(one, stations.daemon.port, {"top", "--every", "20ms", "--sort", "station"}, 6, 30);
+  EXPECT_TRUE(soon_shows(one, "stations 1-1 of 2, ")) << one.shown;
+  const char* const kLater[] = {"\033[B", "\033[6~", "\033[F", "\033OF"};
+  const char* const kEarlier[] = {"\033[A", "\033[5~", "\033[H", "\033OA"};
+  for (size_t i = 0; i < 4; i++) {
+    press(one, kLater[i]);
+    EXPECT_TRUE(soon_shows(one, "stations 2-2 of 2, ")) << i;
+    press(one, std::string("x\033[Z") + kEarlier[i]);
+    EXPECT_TRUE(soon_shows(one, "stations 1-1 of 2, ")) << i;
+  }
+  press(one, "\033[B\033[B\033[B");
+  EXPECT_TRUE(soon_shows(one, "stations 2-2 of 2, ")) << "not beyond the last";
+  winsize size = {7, 30, 0, 0};
+  EXPECT_EQ(ioctl(one.fd, TIOCSWINSZ, &size), 0);
+  EXPECT_TRUE(soon_shows(one, "2 stations, ")) << "in one row more there is room for both";
+  press(one, "q");
   EXPECT_EQ(finish(one), 0);
   fake_daemon_stop(stations.daemon);
   const auto rows = split(split(one.shown, kLeave).back(), "\r\n");
-  ASSERT_EQ(rows.size(), 6u) << one.shown;
-  EXPECT_TRUE(rows[0].starts_with("2 stations, 1 shown")) << rows[0];
+  ASSERT_EQ(rows.size(), 7u) << one.shown;
+  EXPECT_NE(rows[4].find("02:00:00:00:00:01"), std::string::npos) << rows[4];
+  EXPECT_NE(rows[5].find("02:00:00:00:00:02"), std::string::npos) << rows[5];
   for (const std::string& row : rows)
     EXPECT_LE(row.size(), 30u) << row;
 }
@@ -217,6 +247,76 @@ TEST(Terminal, TopFitsInto80Columns) {
   EXPECT_TRUE(rows[3].starts_with("                       dBm Mbit/s Mbit/s ")) << rows[3];
   EXPECT_TRUE(rows[4].starts_with(" 16 02:00:00:00:00:01  -61   3456   3456 ")) << rows[4];
   EXPECT_TRUE(rows[4].ends_with(" 4294600  4294600 yes")) << rows[4];
+}
+
+TEST(Terminal, TopLeavesOutCountersBeforeTheAddress) {
+  for (const unsigned short width : {60, 45, 21}) {
+    station_daemon stations;
+    fake_daemon_start(stations.daemon, [&](const byte_string& call) {
+      return std::vector<Datagram>{{busy_station(call, stations.samples)}};
+    });
+    terminal one;
+    start(one, stations.daemon.port, {"top", "--count", "1"}, 24, width);
+    EXPECT_EQ(finish(one), 0);
+    fake_daemon_stop(stations.daemon);
+    const auto rows = split(split(one.shown, kLeave).back(), "\r\n");
+    ASSERT_EQ(rows.size(), 6u) << one.shown;
+    for (const std::string& row : rows)
+      EXPECT_LE(row.size(), width) << row;
+    EXPECT_TRUE(rows[4].starts_with(" 16 02:00:00:00:00:01")) << rows[4];
+    EXPECT_EQ(rows[2].find("RECEIVED"), std::string::npos) << rows[2];
+    EXPECT_EQ(rows[2].find("OUT") != std::string::npos, width > 40) << rows[2];
+  }
+}
+
+// A station on BSS 16 that is sent a million bytes a second. In the second sample BSS 1
+// takes its time to answer, and in the third it never does.
+struct slow_daemon {
+  FakeDaemon daemon;
+  double started = moment_now();
+  int samples = 0;
+};
+
+std::vector<Datagram> answer_slowly(slow_daemon& one, const byte_string& call) {
+  if (call[43] == 1) one.samples++;
+  if (call[43] == 1 && one.samples == 2) moment_sleep_until(moment_now() + 1.5);
+  if (one.samples >= 3) return {};
+  std::string record(2436, '\0');
+  record[0] = call[43] == 16 ? 1 : 0;
+  const auto sent = static_cast<uint32_t>(1e6 * (moment_now() - one.started));
+  for (size_t k = 0; k < 4; k++)
+    record[24 + k] = static_cast<char>(sent >> (8 * k));
+  record.replace(44, 17, "02:00:00:00:00:01");
+  byte_string reply = fake_reply(call, 0, {0, 0});
+  wire_put_opaque(reply, record);
+  return {{reply}};
+}
+
+TEST(Terminal, TopSaysWhatItWaitsForAndCountsTheTime) {
+  slow_daemon slow;
+  fake_daemon_start(slow.daemon,
+                    [&](const byte_string& call) { return answer_slowly(slow, call); });
+  terminal one;
+  start(one, slow.daemon.port, {"top", "--every", "50ms"}, 24, 80);
+  const auto shows = [&](const std::string& text) {
+    return read_until(one, [&] { return one.shown.find(text) != std::string::npos; });
+  };
+  EXPECT_TRUE(shows("waiting for BSS 1, 1 s so far; what is shown is 1 s old")) << one.shown;
+  const size_t waiting = one.shown.size();
+  EXPECT_TRUE(
+      read_until(one, [&] { return split(one.shown.substr(waiting), kRedraw).size() > 1; }));
+  EXPECT_TRUE(shows("waiting for BSS 1, 2 s so far")) << "the third sample";
+  double rate = 0;
+  const auto rows = last_frame(one);
+  EXPECT_EQ(sscanf(rows.at(4).c_str(), " 16 02:00:00:00:00:01 %*s %*f %*f %lf", &rate), 1);
+  EXPECT_GT(rate, 0.8e6) << rows.at(4);
+  EXPECT_LT(rate, 1.2e6) << rows.at(4);
+  // Not after the ten seconds that a call may take.
+  const double pressed = moment_now();
+  press(one, "q");
+  EXPECT_EQ(finish(one), 0);
+  EXPECT_LT(moment_now() - pressed, 5);
+  fake_daemon_stop(slow.daemon);
 }
 
 // In the shell on the terminal: `line`, a tab where it has one, and Enter. True when
@@ -339,6 +439,46 @@ TEST(Terminal, WatchRedrawsWithinTheScreen) {
   }
   EXPECT_EQ(frames[1].find("/s"), std::string::npos) << frames[1];
   EXPECT_NE(frames[2].find(" 0.0/s"), std::string::npos) << frames[2];
+}
+
+TEST(Terminal, WatchEndsWithQ) {
+  FakeDaemon daemon;
+  fake_daemon_start(daemon, [](const byte_string& call) {
+    return std::vector<Datagram>{{fake_reply(call, 0, {0, 4, 6, 0, 0, 0, 0})}};
+  });
+  for (const char* every : {"24h", "20ms"}) {
+    terminal one;
+    start(one, daemon.port, {"watch", "wlan_get_current_channel", "1", "--every", every}, 24, 80);
+    EXPECT_TRUE(read_until(one, [&] { return one.shown.find("\n6\r\n") != std::string::npos; }));
+    EXPECT_FALSE(has_keys_by_line(one.fd));
+    press(one, "xq");
+    EXPECT_EQ(finish(one), 0);
+  }
+  fake_daemon_stop(daemon);
+}
+
+// Stopped from the keyboard it gives the terminal back, and takes it again to go on.
+TEST(Terminal, TopCanBeStoppedAndGoesOn) {
+  station_daemon stations;
+  start_stations(stations);
+  terminal one;
+  start_shell(one, {"bash", "--norc", "--noprofile"}, "");
+  press(one, "command wificonf --host 127.0.0.1 --port " + std::to_string(stations.daemon.port) +
+                 " top --every 20ms\r");
+  EXPECT_TRUE(read_until(one, [&] { return split(one.shown, kRedraw).size() > 2; })) << one.shown;
+  press(one, "\032");
+  EXPECT_TRUE(read_until(one, [&] { return one.shown.find("Stopped") != std::string::npos; }))
+      << one.shown;
+  EXPECT_NE(one.shown.find(kLeave), std::string::npos) << one.shown;
+  const size_t stopped = one.shown.size();
+  press(one, "fg\r");
+  EXPECT_TRUE(
+      read_until(one, [&] { return split(one.shown.substr(stopped), kRedraw).size() > 2; }));
+  press(one, "q");
+  EXPECT_TRUE(read_until(one, [&] { return one.shown.find(kLeave, stopped) != one.shown.npos; }));
+  press(one, "exit 0\r");
+  EXPECT_EQ(finish(one), 0);
+  fake_daemon_stop(stations.daemon);
 }
 
 TEST(Terminal, WatchSaysOnItsScreenWhyThereIsNoAnswer) {

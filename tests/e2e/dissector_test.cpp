@@ -208,8 +208,8 @@ static void expect_known_answers(const std::vector<std::string>& packets) {
             "mimo_power_save: 0\n"
             "rssi_0: -61\n"
             "rssi_1: -63\n"
-            "rssi_2: 0\n"
-            "rssi_3: 0\n"
+            "rssi_2: 0 (not known)\n"
+            "rssi_3: 0 (not known)\n"
             "tx_rate: 0x420f (144.4 Mbit/s)\n"
             "rx_rate: 0x4007 (65.0 Mbit/s)\n"
             "packets_sent: 1000\n"
@@ -274,16 +274,19 @@ static std::string date_of(uint32_t seconds) {
 
 static std::string expected_value(const std::string& name, const ordered_json& value) {
   static const char* const kTimes[] = {"time", "last_sync_attempt", "update_time"};
+  const bool time = std::find(std::begin(kTimes), std::end(kTimes), name) != std::end(kTimes);
+  if (value.is_null()) return time ? "-" : "(not known)";
   if (value.is_boolean()) return value.get<bool>() ? "yes" : "no";
   if (value.is_object()) {  // a rate
     char rate[64];
-    snprintf(rate, sizeof rate, "0x%04x (%.1f Mbit/s)", value["word"].get<unsigned>(),
-             value["mbit_s"].get<double>());
+    if (value["mbit_s"].is_null())
+      snprintf(rate, sizeof rate, "0x%04x (no such rate)", value["word"].get<unsigned>());
+    else
+      snprintf(rate, sizeof rate, "0x%04x (%.1f Mbit/s)", value["word"].get<unsigned>(),
+               value["mbit_s"].get<double>());
     return rate;
   }
-  if (value.is_number() &&
-      std::find(std::begin(kTimes), std::end(kTimes), name) != std::end(kTimes))
-    return date_of(value.get<uint32_t>());
+  if (value.is_number() && time) return date_of(value.get<uint32_t>());
   if (name == "driver_data") return value.get<std::string>().substr(0, 32) + "... (360 bytes)";
   return name == "bssid" ? value.get<std::string>() : value.dump();
 }
@@ -307,14 +310,15 @@ static std::string expected_result(const ordered_json& answer) {
   if (!answer.contains("value")) return lines;
   const ordered_json& value = answer["value"];
   if (value.is_object()) return lines + expected_fields(value);
-  return lines + "Value: " + value.dump() + "\n";
+  return lines + "Value: " + (value.is_null() ? "(not known)" : value.dump()) + "\n";
 }
 
 // Addresses that are six bytes have no quotes, those that are texts have: JSON does not
-// tell them apart.
+// tell them apart. Nor does it have the number that stands for one that is not known.
 static std::string unquoted_addresses(const std::string& lines) {
   static const std::regex address("\"(([0-9a-f]{2}:){5}[0-9a-f]{2})\"");
-  return std::regex_replace(lines, address, "$1");
+  static const std::regex not_known("-?[0-9]+ (\\(not known\\))");
+  return std::regex_replace(std::regex_replace(lines, address, "$1"), not_known, "$1");
 }
 
 // What follows a line.
