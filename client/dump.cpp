@@ -27,6 +27,8 @@ struct dump_state {
   const output_streams& streams;
   const client_options& options;
   exit_status status;
+  bool redacted;
+  redaction so_far;
 };
 
 // One call and where its answer goes.
@@ -47,6 +49,7 @@ bool ask(dump_state& state, ordered_json& place, const dump_call& call, int32_t*
   ordered_json answer = json_result(*call.procedure, reply);
   answer.erase("procedure");
   answer.erase("number");
+  if (state.redacted) redact(*call.procedure, answer, state.so_far);
   place[lookup_display_name(*call.procedure)] = answer;
   return true;
 }
@@ -120,10 +123,10 @@ exit_status run_dump(const output_streams& streams, const client_options& option
   const bool redacted = options.words.size() == 2 && options.words[1] == "--redact";
   if (options.words.size() > 1 && !redacted)
     return fail(streams, kExitUsage, "dump takes --redact only");
-  dump_state state = {streams, options, kExitDone};
+  dump_state state = {streams, options, kExitDone, redacted, {}};
   ordered_json dump = {{"wificonf", WIFICONF_VERSION}, {"time", moment_stamp()}};
   if (!ask_everything(state, dump)) return state.status;
-  if (redacted) redact(dump);
+  if (redacted) dump["left_out"] = state.so_far.left_out;
   print(streams, dump.dump(2, ' ', true, ordered_json::error_handler_t::replace) + "\n");
   return kExitDone;
 }

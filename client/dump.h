@@ -4,8 +4,9 @@
 #include "session.h"
 
 // Words: dump [--redact]. Calls every getter that reads without side effects,
-// for each radio, BSS and row. --redact leaves secrets out and gives every MAC
-// address another name, the same wherever it stands.
+// for each radio, BSS and row. --redact keeps what the layouts say to be free,
+// gives addresses and names others, the same wherever they are, and counts in "left_out"
+// the values of which nothing says what they hold.
 exit_status run_dump(const output_streams& streams, const client_options& options);
 
 // Whether a dump calls the procedure.

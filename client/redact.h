@@ -1,9 +1,19 @@
-// Makes a dump fit to be handed on.
+// Makes a dump fit to be handed on: of what the gateway tells only that is kept as it is
+// which the layouts say to be free.
 #pragma once
 
+#include <map>
 #include <nlohmann/json.hpp>
 
-// Replaces the values of secrets (pass words and phrases, keys, PINs, UUIDs,
-// which hold an address, and frame bodies), credentials in URLs, and every MAC
-// address by one of its own, 02:00:00:00:00:01 and on, the same everywhere.
-void redact(nlohmann::ordered_json& value);
+#include "table.h"
+
+// What goes on from answer to answer.
+struct redaction {
+  // What stands for each address and name, the same wherever it occurs.
+  std::map<std::string, std::string> macs, ips, names;
+  size_t left_out = 0;  // values of which nothing says what they hold
+};
+
+// Of an answer as json_result() has it: secrets become "(redacted)", addresses and names
+// others, and what nothing is known of goes. Empty texts and null stay.
+void redact(const procedure_row& procedure, nlohmann::ordered_json& answer, redaction& state);
