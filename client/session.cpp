@@ -5,6 +5,7 @@
 
 #include <cerrno>
 
+#include "argument_text.h"
 #include "arguments.h"
 #include "json.h"
 #include "lookup.h"
@@ -85,6 +86,10 @@ bool session_prepare(const output_streams& streams, const std::vector<std::strin
   }
   std::string error;
   std::vector<std::string> given(words.begin() + 1, words.end());
+  if (!argument_texts(*prepared.procedure, given, error)) {
+    *status = fail(streams, kExitUsage, error);
+    return false;
+  }
   if (arguments_encode(*prepared.procedure, given, prepared.arguments, error)) return true;
   *status = fail(streams, kExitUsage, error + "; usage: " + arguments_usage(*prepared.procedure));
   return false;
