@@ -111,17 +111,16 @@ static std::string user_namespace_hint(int error) {
   if (setting_is_zero("kernel/unprivileged_userns_clone")) {
     return "the kernel setting kernel.unprivileged_userns_clone is 0";
   }
-  if (!has_id(geteuid())) return "this user has no id in the user namespace around it";
-  if (is_in_chroot()) return "the kernel gives none to a process in a chroot";
-  return "a seccomp filter or security policy, such as a container's, forbids it";
+  if (!has_id(geteuid())) return "this user has no id in the one around it";
+  if (is_in_chroot()) return "in a chroot the kernel gives none";
+  return "a seccomp filter or security policy, such as a container's, forbids one";
 }
 
-// Who needs a user namespace, and why there is none.
+// Why it takes a user namespace, and why there is none.
 static std::string clone_hint(bool user, int error) {
   if (!user) return error == ENOSPC ? limit_hint() : "";
-  std::string missing = missing_capabilities();
-  std::string who = geteuid() == 0 ? "root lacks " + missing + " here and so" : "an ordinary user";
-  return who + " needs a user namespace: " + user_namespace_hint(error);
+  std::string lacking = geteuid() == 0 ? missing_capabilities() : "root";
+  return "without " + lacking + " this takes a user namespace: " + user_namespace_hint(error);
 }
 
 // clone(2) rather than unshare(2): this process stays outside, and a program that already has
@@ -155,6 +154,6 @@ bool namespaces_map_root(uid_t uid, gid_t gid) {
       write_map("gid_map", "0 " + std::to_string(gid) + " 1\n")) {
     return true;
   }
-  const char* hint = uid == 0 && errno == EPERM ? "root lacks CAP_SETFCAP here" : nullptr;
+  const char* hint = uid == 0 && errno == EPERM ? "for root this takes CAP_SETFCAP" : nullptr;
   return report_errno(hint, "become root in the user namespace of a box");
 }

@@ -275,7 +275,7 @@ fi
 # An ordinary user, where the kernel lets one: not when this test is one already.
 ordinary="setpriv --reuid=65534 --regid=65534 --clear-groups env HOME=/"
 if [ "$(id -u)" -eq 0 ] && $ordinary test -x "$gwbox" 2>/dev/null; then
-  if ends_with 125 $ordinary $plain true >/dev/null && said "user namespaces"; then
+  if ends_with 125 $ordinary $plain true >/dev/null && said "takes a user namespace"; then
     echo "skipped: ordinary user ($(cat "$dir/err"))"
   else
     check "an ordinary user's box" ends_with 0 $ordinary "$gwbox" run -- \

@@ -44,11 +44,11 @@ check "what root could write stays as it is" ends_with 1 without sys_admin "$gwb
 # What is missing is named.
 check "no user namespaces" refused "user.max_user_namespaces is 0" \
   unshare -Ur sh -c "$limited" sh setpriv --bounding-set=-net_admin
-check "nor the capability" holds "$(cat "$dir/err")" "root lacks CAP_NET_ADMIN here"
+check "nor the capability" holds "$(cat "$dir/err")" "without CAP_NET_ADMIN this takes a user namespace"
 check "no network namespaces" refused "user.max_net_namespaces is 0" \
   unshare -Ur sh -c "$(echo "$limited" | sed s/max_user/max_net/)" sh
-check "a user without an id" refused "this user has no id in the user namespace around it" unshare -U
-check "no capability to be root inside" refused "root lacks CAP_SETFCAP here" \
+check "a user without an id" refused "this user has no id in the one around it" unshare -U
+check "no capability to be root inside" refused "for root this takes CAP_SETFCAP" \
   without sys_admin,setfcap
 
 covering='mount --bind /dev/null /proc/keys; exec "$@"'
@@ -83,7 +83,7 @@ chmod +x "$dir/in_chroot"
 in_chroot="unshare --mount --propagation private $dir/in_chroot $dir/root $(dirname "$gwbox")"
 check "a box in a chroot" works $in_chroot
 check "which leaves its mounts as they were" cmp "$dir/root.before" "$dir/root.after"
-check "an ordinary user's in a chroot" refused "the kernel gives none to a process in a chroot" \
+check "an ordinary user's in a chroot" refused "without root this takes a user namespace: in a chroot the kernel gives none" \
   $in_chroot $nobody
 
 # A portmapper that does not come up. /etc is that of the box, so a copy is changed.
