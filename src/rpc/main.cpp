@@ -4,10 +4,12 @@
 #include "diag/trace.h"
 #include "rpc/instance.h"
 #include "rpc/supervisor.h"
+#include "sys/limits.h"
 #include "sys/probe.h"
 
 int main(int, char** argv) {
   reserve_standard_streams();
+  survive_failed_writes();
   // A trace is seen when it is written, also through a pipe.
   setvbuf(stdout, nullptr, _IOLBF, 0);
   if (!portmapper_running()) {

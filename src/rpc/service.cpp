@@ -56,7 +56,7 @@ void run_service() {
   }
   // The controller's exchanges keep their sockets. Only now, since the library
   // has sized its tables by the limit that it found.
-  raise_descriptor_limit();
+  set_descriptor_limit();
   svc_run();
   fputs("svc_run returned\n", stderr);
   exit(0);

@@ -1,11 +1,26 @@
 #include "sys/limits.h"
 
+#include <signal.h>
 #include <sys/resource.h>
 
-void raise_descriptor_limit() {
+#include <algorithm>
+
+void set_descriptor_limit() {
+  static constexpr rlim_t kMost = 16384;
   rlimit limit;
   if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return;
-  limit.rlim_cur = limit.rlim_max;
-  // The soft limit may always become the hard one; if not, it stays as it is.
+  limit.rlim_cur = std::min(limit.rlim_max, kMost);
+  // A soft limit up to the hard one is always granted; if not, it stays as it is.
   static_cast<void>(setrlimit(RLIMIT_NOFILE, &limit));
+}
+
+static void do_nothing(int) {}
+
+void survive_failed_writes() {
+  struct sigaction action = {};
+  // Not ignored: programs that are started would inherit that.
+  action.sa_handler = do_nothing;
+  action.sa_flags = SA_RESTART;
+  sigaction(SIGPIPE, &action, nullptr);
+  sigaction(SIGXFSZ, &action, nullptr);
 }

@@ -25,7 +25,7 @@ check "which is measured" not systemd-analyze security --offline=yes --threshold
 
 # Whatever happens, the daemon is started again, and companions live on.
 for setting in Restart=always RestartSec=1 StartLimitIntervalSec=0 KillMode=process \
-  OOMPolicy=continue LimitNOFILE=16384 PrivateTmp=no WantedBy=multi-user.target; do
+  OOMPolicy=continue PrivateTmp=no WantedBy=multi-user.target; do
   check "$setting" grep -qx "$setting" "$unit"
 done
 # What the daemon and its companions do needs these: modules are loaded, interrupts and
