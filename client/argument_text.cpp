@@ -35,7 +35,7 @@ std::string read_all(int fd, std::string& text) {
 std::string read_file(const std::string& path, std::string& text) {
   const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
   if (fd < 0) return strerror(errno);
-  const std::string error = read_all(fd, text);
+  std::string error = read_all(fd, text);
   close(fd);
   return error;
 }

@@ -46,7 +46,7 @@ std::string other_name(std::map<std::string, std::string>& names, const std::str
 
 // Addresses that nobody has: locally administered, and those kept for documentation.
 std::string other_address(const std::string& text, redaction& state) {
-  const std::string mac = mac_of(text);
+  std::string mac = mac_of(text);
   if (mac == "00:00:00:00:00:00" || mac == "ff:ff:ff:ff:ff:ff") return mac;
   if (!mac.empty())
     return other_name(state.macs, mac, [](size_t number) {

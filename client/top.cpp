@@ -4,23 +4,15 @@
 #include <cmath>
 
 #include "columns.h"
-#include "json.h"
 #include "live.h"
-#include "lookup.h"
 #include "moment.h"
 #include "payload.h"
 #include "screen.h"
-#include "settings.h"
 #include "show.h"
 #include "text.h"
-#include "top_sample.h"
+#include "top_settings.h"
 
 namespace {
-
-struct top_settings {
-  repeat_settings repeat;
-  top_choice choice;
-};
 
 // What is on the screen, and what goes on beside it.
 struct top_view {
@@ -169,9 +161,10 @@ void scroll(top_view& view, live_key key) {
 // While a call has no answer; false when it is to be given up.
 bool go_on(void* context) {
   top_view& view = *static_cast<top_view*>(context);
-  const live_key key = live_read();
-  if (key == live_key::kQuit) return false;
-  if (key != live_key::kNone) scroll(view, key);
+  for (live_key key = live_read(); key != live_key::kNone; key = live_read()) {
+    if (key == live_key::kQuit) return false;
+    scroll(view, key);
+  }
   const double now = moment_now();
   if (now - view.asking_since >= kLate && now - view.drawn >= kLate) draw(view);
   return true;
@@ -243,67 +236,12 @@ exit_status run_in_pipe(const output_streams& streams, const client_options& opt
   return kExitDone;
 }
 
-// "1,3,9"; false when it is no such list.
-bool read_bsses(const std::string& text, std::vector<int>& bsses) {
-  bsses.clear();
-  for (size_t at = 0; at <= text.size();) {
-    const size_t end = std::min(text.find(',', at), text.size());
-    uint32_t bss = 0;
-    if (!lookup_parse_number(text.substr(at, end - at), &bss)) return false;
-    if (bss < 1 || bss > kTopBssMax) return false;
-    bsses.push_back(static_cast<int>(bss));
-    at = end + 1;
-  }
-  return true;
-}
-
-std::string order_names() {
-  std::string names;
-  for (const top_order& order : top_orders())
-    names.append(names.empty() ? "" : ", ").append(order.name);
-  return names;
-}
-
-// Takes "--sort KEY" or "--bss LIST" off the front. False, with an error or without one,
-// when it is not there.
-bool take_choice(std::vector<std::string>& words, top_choice& choice, std::string& error) {
-  if (words.size() < 2 || (words[0] != "--sort" && words[0] != "--bss")) return false;
-  if (words[0] == "--bss") {
-    if (!read_bsses(words[1], choice.bsses))
-      error =
-          "--bss takes numbers of BSSs from 1 to 16, such as 1 or 1,9, not " + text_quote(words[1]);
-  } else {
-    const auto orders = top_orders();
-    const auto named = [&](const top_order& order) { return words[1] == order.name; };
-    const auto found = std::find_if(orders.begin(), orders.end(), named);
-    if (found != orders.end())
-      choice.order = &*found;
-    else
-      error = "--sort takes " + order_names() + ", not " + text_quote(words[1]);
-  }
-  words.erase(words.begin(), words.begin() + 2);
-  return error.empty();
-}
-
-// The settings of the words; false with one line of `error`.
-bool read_settings(std::vector<std::string> words, top_settings& settings, std::string& error) {
-  settings.choice.order = &top_orders().front();
-  for (int bss = 1; bss <= kTopBssMax; bss++)
-    settings.choice.bsses.push_back(bss);
-  do {
-    if (!settings_take(words, settings.repeat, error)) return false;
-  } while (take_choice(words, settings.choice, error));
-  if (error.empty() && !words.empty())
-    error = "top takes [--every TIME] [--count N] [--sort KEY] [--bss LIST] only";
-  return error.empty();
-}
-
 }  // namespace
 
 exit_status run_top(const output_streams& streams, const client_options& options) {
   top_settings settings;
   std::string error;
-  if (!read_settings({options.words.begin() + 1, options.words.end()}, settings, error))
+  if (!top_settings_read({options.words.begin() + 1, options.words.end()}, settings, error))
     return fail(streams, kExitUsage, error);
   if (options.json || !screen_is(streams.out)) return run_in_pipe(streams, options, settings);
   return run_on_terminal(streams, options, settings);

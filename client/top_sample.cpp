@@ -135,9 +135,13 @@ top_sample top_take(const client_options& options, const top_choice& choice,
     decoded_reply reply;
     sample.failure = session_try(options, prepared, reply, idle);
     if (!sample.failure.line.empty()) return sample;
-    if (reply.code < 0) continue;  // a BSS that the driver does not have up
-    answering++;
-    take_stations(sample, bss, reply.data, before);
+    if (reply.code >= 0) {  // else the driver does not have the BSS up
+      answering++;
+      take_stations(sample, bss, reply.data, before);
+    }
+    // Many calls that each are quick enough take their time together.
+    sample.failure.given_up = idle != nullptr && !idle->go_on(idle->context);
+    if (sample.failure.given_up) return sample;
   }
   if (answering == 0) sample.failure = no_radio(choice.bsses.size());
   std::sort(sample.stations.begin(), sample.stations.end(),

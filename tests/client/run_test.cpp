@@ -278,7 +278,7 @@ byte_string station_list(std::initializer_list<char> addresses) {
 }
 
 TEST(Run, TopAsksAndSortsAsTold) {
-  const Outcome two = run_against(0, station_list({'2', '1'}), {"top", "--bss", "3,16"});
+  const Outcome two = run_against(0, station_list({'2', '1'}), {"top", "--bss", "3,16,3"});
   EXPECT_EQ(two.status, kExitDone) << two.err;
   ASSERT_EQ(two.calls.size(), 2u);
   EXPECT_EQ(two.calls[0][43], 3);

@@ -319,6 +319,22 @@ TEST(Terminal, TopSaysWhatItWaitsForAndCountsTheTime) {
   fake_daemon_stop(slow.daemon);
 }
 
+// None of the sixteen calls of a sample is slow, all of them are.
+TEST(Terminal, TopSaysWhatItWaitsForWhereManyCallsTakeTheirTime) {
+  FakeDaemon daemon;
+  fake_daemon_start(daemon, [](const byte_string& call) {
+    moment_sleep_until(moment_now() + 0.12);
+    return std::vector<Datagram>{{stations(call, 1)}};
+  });
+  terminal one;
+  start(one, daemon.port, {"top"}, 24, 80);
+  EXPECT_TRUE(
+      read_until(one, [&] { return one.shown.find("waiting for BSS ") != std::string::npos; }));
+  press(one, "q");
+  EXPECT_EQ(finish(one), 0);
+  fake_daemon_stop(daemon);
+}
+
 // In the shell on the terminal: `line`, a tab where it has one, and Enter. True when
 // that calls the client with the words.
 bool calls(terminal& one, const std::string& line, const std::string& words) {
