@@ -8,6 +8,7 @@
 #include <cstdlib>
 
 #include "diag/trace.h"
+#include "rpc/registration.h"
 #include "rpc/service.h"
 
 // Written by the supervisor with the stop signals blocked, read by their
@@ -83,7 +84,11 @@ void supervise() {
   set_disposition(stop);
   // Ignored by whoever started this process, it would hide the child's end.
   signal(SIGCHLD, SIG_DFL);
+  // Every child inherits it and the first one binds it. So the port is never free
+  // while a child is replaced, and calls wait in the socket.
+  int kept = -1;
   for (;;) {
+    if (kept < 0) kept = make_service_socket();
     const pid_t child = fork_child();
     if (child == 0) break;
     int status = 0;
@@ -95,5 +100,5 @@ void supervise() {
     if (WEXITSTATUS(status) == 0) exit(0);
   }
   trace_rpc("main", "MTK WLAN RPC Server pid=%d forked child pid=%d\n", getppid(), getpid());
-  run_service();
+  run_service(kept);
 }

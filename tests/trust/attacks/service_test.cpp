@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <netinet/in.h>
 #include <poll.h>
+#include <rpc/rpc.h>
 #include <signal.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -74,4 +75,55 @@ TEST(Service, NoFlavorOfACredentialCostsMemory) {
   EXPECT_EQ(send_flavors(sock, kCalls), kCalls);
   EXPECT_LE(resident(child), before + 64);
   close(sock);
+}
+
+// Tries to get the service's port until it has it: 0 then.
+static int take_port() {
+  const sockaddr_in service = service_address();
+  const int sock = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+  while (bind(sock, reinterpret_cast<const sockaddr*>(&service), sizeof service) != 0) {
+  }
+  return 0;
+}
+
+TEST(Service, NobodyElseGetsThePortWhileAChildIsReplaced) {
+  if (!has_other_users()) GTEST_SKIP() << "this box has one user id only";
+  const pid_t supervisor = start_daemon();
+  const pid_t attack = start_as_nobody(take_port);
+  for (int i = 0; i < 20; ++i) {
+    const pid_t child = service_child(supervisor);
+    kill(child, SIGKILL);
+    ASSERT_TRUE(wait_until([&] {
+      const pid_t next = service_child(supervisor);
+      return next != 0 && next != child && daemon_answers();
+    })) << i;
+  }
+  EXPECT_EQ(end_process(attack, SIGKILL), 128 + SIGKILL) << "it has got the port";
+}
+
+// Registers the service's program as its own, again and again.
+static int register_program() {
+  const netconfig* udp = getnetconfigent("udp");
+  sockaddr_in service = service_address();
+  const netbuf address = {sizeof service, sizeof service, &service};
+  for (;;)
+    rpcb_set(kProgramNumber, kVersionNumber, udp, &address);
+}
+
+TEST(Service, RegistersWhileOthersTryTo) {
+  if (!has_other_users()) GTEST_SKIP() << "this box has one user id only";
+  const pid_t attacks[] = {start_as_nobody(register_program), start_as_nobody(register_program),
+                           start_as_nobody(register_program), start_as_nobody(register_program)};
+  for (int i = 0; i < 10; ++i) {
+    ASSERT_TRUE(wait_until([] { return run("rpcinfo").find(" 65534") != std::string::npos; }));
+    const pid_t supervisor = start_supervisor();
+    ASSERT_TRUE(wait_until([] {
+      return run("rpcinfo | grep -w 538121015").find("superuser") != std::string::npos;
+    })) << daemon_errors();
+    EXPECT_TRUE(daemon_answers());
+    EXPECT_EQ(end_process(supervisor, SIGTERM), 0);
+  }
+  EXPECT_EQ(daemon_errors(), "");
+  for (const pid_t attack : attacks)
+    EXPECT_EQ(end_process(attack, SIGKILL), 128 + SIGKILL);
 }

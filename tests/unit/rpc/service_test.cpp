@@ -17,7 +17,7 @@ static constexpr char kAddress[] = "192.168.254.254";
 
 TEST(Service, SocketIsBoundToTheAddressAndPort) {
   switch_log_on();
-  const int sock = build_rpc_sockt(kAddress);
+  const int sock = build_rpc_sockt(-1, kAddress);
   ASSERT_GT(sock, 2);
   sockaddr_in local = {};
   socklen_t length = sizeof local;
@@ -33,21 +33,33 @@ TEST(Service, SocketIsBoundToTheAddressAndPort) {
   close(sock);
 }
 
+TEST(Service, KeptSocketIsBoundOnceAndTracedEachTime) {
+  switch_log_on();
+  const int kept = make_service_socket();
+  ASSERT_GT(kept, 2);
+  EXPECT_EQ(fcntl(kept, F_GETFD), FD_CLOEXEC);
+  EXPECT_EQ(build_rpc_sockt(kept, kAddress), kept);
+  EXPECT_EQ(build_rpc_sockt(kept, kAddress), kept);
+  const std::string bound = "MTK WLAN RPC server bind successfully to 192.168.254.254:60001\n";
+  EXPECT_EQ(logged(), bound + bound);
+  close(kept);
+}
+
 TEST(Service, SecondSocketEndsTheProcess) {
-  const int sock = build_rpc_sockt(kAddress);
-  EXPECT_EXIT((void)build_rpc_sockt(kAddress), testing::ExitedWithCode(1),
+  const int sock = build_rpc_sockt(-1, kAddress);
+  EXPECT_EXIT((void)build_rpc_sockt(-1, kAddress), testing::ExitedWithCode(1),
               "^bind: Address already in use\n$");
   close(sock);
 }
 
 TEST(Service, ForeignAddressEndsTheProcess) {
-  EXPECT_EXIT((void)build_rpc_sockt("192.168.254.1"), testing::ExitedWithCode(1),
+  EXPECT_EXIT((void)build_rpc_sockt(-1, "192.168.254.1"), testing::ExitedWithCode(1),
               "^bind: Cannot assign requested address\n$");
 }
 
 TEST(Service, BadAddressEndsTheProcessWithATraceOnly) {
   switch_log_on();
-  EXPECT_EXIT((void)build_rpc_sockt("not an address"), testing::ExitedWithCode(1), "^$");
+  EXPECT_EXIT((void)build_rpc_sockt(-1, "not an address"), testing::ExitedWithCode(1), "^$");
   EXPECT_EQ(logged(), "inet_aton failed with IPv4 not an address\n");
 }
 
@@ -55,7 +67,17 @@ TEST(Service, NoSocketEndsTheProcess) {
   EXPECT_EXIT(
       {
         fail_system_call(SYS_socket, EMFILE);
-        (void)build_rpc_sockt(kAddress);
+        (void)build_rpc_sockt(-1, kAddress);
       },
       testing::ExitedWithCode(1), "^socket: Too many open files\n$");
+}
+
+TEST(Service, NoTransportEndsTheProcessWithOne) {
+  EXPECT_EXIT(
+      {
+        // The library asks what kind of socket it is given.
+        fail_system_call(SYS_getsockopt, ENOBUFS);
+        run_service(-1);
+      },
+      testing::ExitedWithCode(1), "cannot create udp service\\.\n$");
 }
