@@ -1,15 +1,19 @@
 #include "rpc/supervisor.h"
 
 #include <gtest/gtest.h>
+#include <pthread.h>
 #include <sched.h>
 #include <signal.h>
+#include <sys/mman.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <string_view>
 
 #include "unit_support.h"
 
@@ -70,4 +74,63 @@ TEST(Supervisor, ForksAgainWithoutEndUntilItIsTerminated) {
   int status = -1;
   EXPECT_EQ(waitpid(supervisor, &status, 0), supervisor);
   EXPECT_EQ(status, 0);
+}
+
+// Waits for a supervisor to end by itself. Returns its status, -1 when it does not.
+static int status_of(pid_t supervisor) {
+  int status = -1;
+  if (wait_until([&] { return waitpid(supervisor, &status, WNOHANG) == supervisor; }))
+    return status;
+  kill(supervisor, SIGKILL);
+  waitpid(supervisor, nullptr, 0);
+  return -1;
+}
+
+static void stop_myself() {
+  raise(SIGSTOP);
+}
+
+// In the supervisor, inside of fork(): its child is there and stands still.
+static void terminate_before_fork_returns() {
+  siginfo_t info;
+  waitid(P_ALL, 0, &info, WSTOPPED | WNOWAIT);
+  raise(SIGTERM);
+}
+
+TEST(Supervisor, SignalBeforeTheChildIsNotedEndsTheChildToo) {
+  const pid_t supervisor = fork();
+  if (supervisor == 0) {
+    pthread_atfork(nullptr, terminate_before_fork_returns, stop_myself);
+    supervise();
+  }
+  EXPECT_EQ(status_of(supervisor), 0);
+}
+
+// Shared by this process and those that it forks.
+static int* forks;
+
+static void count_fork() {
+  ++*forks;
+}
+
+static ssize_t terminate_at_trace(void*, const char* text, size_t size) {
+  if (std::string_view(text, size).find("Child exited") != std::string_view::npos) raise(SIGTERM);
+  return static_cast<ssize_t>(size);
+}
+
+TEST(Supervisor, SignalAfterTheChildsEndStartsNoOther) {
+  switch_console_on();
+  ASSERT_EQ(system("ip address flush to 192.168.254.254"), 0);
+  forks = static_cast<int*>(
+      mmap(nullptr, sizeof *forks, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
+  ASSERT_NE(forks, MAP_FAILED);
+  const pid_t supervisor = fork();
+  if (supervisor == 0) {
+    pthread_atfork(nullptr, count_fork, nullptr);
+    stdout = fopencookie(nullptr, "w", {nullptr, terminate_at_trace, nullptr, nullptr});
+    setvbuf(stdout, nullptr, _IOLBF, 0);
+    supervise();
+  }
+  EXPECT_EQ(status_of(supervisor), 0);
+  EXPECT_EQ(*forks, 1);
 }
