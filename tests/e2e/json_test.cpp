@@ -2,6 +2,7 @@
 
 #include "support/every_procedure.h"
 #include "support/files.h"
+#include "support/lifecycle.h"
 
 // What "wificonf --json" prints of a call of every procedure, against the JSON
 // Schema that "wificonf schema" prints for it.
@@ -38,6 +39,21 @@ TEST(Json, EveryAnswerIsAsItsSchemaSays) {
             "hnc_get_enable\n");
 }
 
+TEST(Json, FailuresAndTopAreAsTheirSchemasSay) {
+  start_lifecycle_daemon();
+  queue_and_wait(kLoad, kLoaded);
+  queue_and_wait(kInit, kInitialized);
+  const std::string top = run("wificonf --json top --count 2 --every 50ms");
+  EXPECT_NE(top.find("\"bytes_sent_per_second\":null"), top.npos) << top;
+  const std::string failures =
+      run("wificonf --json nonsense 2>/dev/null; wificonf --json --port 9 ping 2>/dev/null;"
+          "wificonf --json --port 9 watch wlan_get_current_channel 1 --count 2 --every 10ms "
+          "2>/dev/null");
+  write_file("/tmp/answers", top + failures);
+  const std::string said = run(VALIDATOR " </tmp/answers 2>&1");
+  EXPECT_EQ(said, "6 answers are valid\n") << top << failures;
+}
+
 TEST(Json, TheValidatorRefusesWhatTheSchemaDoesNotSay) {
   struct {
     const char* answer;
@@ -55,6 +71,9 @@ TEST(Json, TheValidatorRefusesWhatTheSchemaDoesNotSay) {
        "'inert' is a required property"},
       {R"({"procedure":"wlan_get_bss_hnc_service","number":16777374,"return_code":0,"inert":true,"value":0})",
        "'inert' was unexpected"},
+      {R"({"error":{"kind":"usage","message":"no","exit_status":0}})", "less than the minimum"},
+      {R"({"error":{"kind":"usage","message":"no"}})", "'exit_status' is a required property"},
+      {R"({"time":"now","stations":[{}]})", "'mac_address' is a required property"},
       {"", "not JSON"},
   };
   for (const auto& one : cases) {
