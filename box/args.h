@@ -9,10 +9,15 @@ enum args_command {
   kArgsStatus,
   kArgsSet,
   kArgsFail,
+  kArgsAdvance,
+  kArgsPause,
+  kArgsResume,
   kArgsLog,
   kArgsScenarioList,
   kArgsScenarioShow,
   kArgsScenarioCheck,
+  kArgsCompletion,
+  kArgsComplete,
   kArgsDone
 };
 
@@ -20,7 +25,7 @@ struct args {
   args_command command;
   int status;  // with kArgsDone: the exit status (help printed: 0, usage error reported: 2)
 
-  // all but run and scenario
+  // all but run, scenario and completion
   std::string box;  // name or process id; empty: the one around
 
   // run
@@ -32,21 +37,27 @@ struct args {
   bool portmap;
   bool companions;
   bool cold;
-  std::vector<std::string> payload;  // empty: an interactive shell
+  std::vector<std::string> payload;  // empty: an interactive shell; complete: the line's words
 
   // set: the words as they are; scenario show and check: which one
   std::vector<std::string> words;
   std::string which;
 
-  // fail
+  // fail: empty where they are not given
   std::string what;
-  std::string how;  // empty with "fail clear"
-  int count;
+  std::string how;
+  std::string count;
 
-  // log, status
+  std::string seconds;  // advance
+  std::string shell;    // completion
+
+  // log, status, fail list
   bool follow;
   bool json;
 };
+
+// What the command line offers for the last of the words, which follow "gwbox"; see complete.h.
+std::vector<std::string> args_offers(const std::vector<std::string>& words);
 
 // Reads the command line. Help and usage errors are printed here and leave kArgsDone.
 args args_read(int argc, char** argv);

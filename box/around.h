@@ -2,13 +2,29 @@
 // companions what is in force and leaves the files that the hardware leaves.
 #pragma once
 
-#include "driver.h"
+#include <string>
+#include <vector>
 
-// Writes the scenario in force to kScenarioPath, atomically. Reports what failed.
-[[nodiscard]] bool around_publish(const scenario& s);
+#include "trap.h"
 
-// Brings the model up to now, and publishes when an event changed the scenario.
-void around_go_on(driver_state& state);
+// Writes the scenario and the clock in force to kScenarioPath and kClockPath, each atomically.
+// Reports what failed.
+[[nodiscard]] bool around_publish(const driver_state& state);
+
+// Brings the model up to now, does what its events ask for, and publishes when one of them changed
+// the scenario.
+void around_go_on(trap_state& trap);
+
+// Moves the box's time on by that much; what is due by then happens.
+void around_advance(trap_state& trap, int64_t us);
+
+// Stops the box's time or lets it go on.
+void around_pause(trap_state& trap, bool paused);
+
+// The words after `gwbox fail`, but for "list": a failure to be set, or "clear", which also ends
+// the delays under way. False with what is WRONG.
+[[nodiscard]] bool around_fail(trap_state& trap, const std::vector<std::string>& words,
+                               std::string& wrong);
 
 // Writes the files that the hardware left.
 void around_write_files(driver_state& state);

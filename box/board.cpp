@@ -22,6 +22,10 @@ const board* board_find(std::string_view name) {
   return nullptr;
 }
 
+std::span<const board> board_all() {
+  return kBoards;
+}
+
 std::string board_names() {
   std::string names;
   for (const board& b : kBoards)

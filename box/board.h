@@ -2,6 +2,7 @@
 // driver would bring for them.
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -28,6 +29,8 @@ constexpr int kBoardFirst5ghz = 8;  // number of the first 5 GHz interface
 
 // The board of that name, or null.
 const board* board_find(std::string_view name);
+
+std::span<const board> board_all();
 
 // All board names, separated by ", ".
 std::string board_names();

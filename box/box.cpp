@@ -95,7 +95,7 @@ static bool build(box& b, const box_plan& plan) {
   }
   if (!companions_tell_start(plan.start_us) || !open_signals(b) || !open_trap(b, plan))
     return false;
-  if (!around_publish(plan.around)) return false;
+  if (!around_publish(b.trap.driver)) return false;
   b.control = control_listen();
   if (b.control < 0 || !start_services(b, plan)) return false;
   if (b.name >= 0 && !reach_listen(b.name)) return false;
@@ -187,7 +187,7 @@ static int sooner(int a, int b) {
 
 // Milliseconds that the loop may sleep, -1: for ever.
 static int next_timeout(box& b) {
-  around_go_on(b.trap.driver);
+  around_go_on(b.trap);
   int timeout = sooner(trap_run_delayed(b.trap), around_timeout_ms(b.trap.driver));
   if (!b.ending) return timeout;
   int64_t left = (b.give_up_us - journal_now_us() + 999) / 1000;

@@ -8,13 +8,17 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <cmath>
+
 #include "around.h"
+#include "fail.h"
 #include "reach.h"
 #include "report.h"
 #include "status.h"
 
 static constexpr size_t kMessageMax = 200000;  // what a socket of this kind takes at once
 static constexpr int kBacklog = 16;
+static constexpr double kTimeMax = 1e12;  // seconds, far below what 64 bits hold in microseconds
 
 static bool control_address(const std::string& root, sockaddr_un& address) {
   std::string path = root + kControlPath;
@@ -55,35 +59,39 @@ static std::vector<std::string> split(const std::string& message) {
   return words;
 }
 
-static std::string do_fail(const std::vector<std::string>& words, std::vector<fault_rule>& faults) {
-  if (words.size() == 2 && words[1] == "clear") {
-    faults.clear();
-    return "ok";
-  }
-  int count = words.size() == 4 ? atoi(words[3].c_str()) : 0;
-  if (count < 1) return "unknown message";
-  fault_rule rule;
+static std::string do_set(const std::vector<std::string>& words, driver_state& driver) {
+  scenario changed = driver.around;
   std::string wrong;
-  if (!fault_parse(words[1], words[2], count, rule, wrong)) return wrong;
-  faults.push_back(rule);
+  if (!scenario_edit(changed, {words.begin() + 1, words.end()}, wrong)) return wrong;
+  driver_take_scenario(driver, changed, driver_now_us(driver));
+  return around_publish(driver) ? "ok" : "the scenario could not be written";
+}
+
+static std::string do_advance(const std::vector<std::string>& words, trap_state& trap) {
+  double seconds = words.size() == 2 ? atof(words[1].c_str()) : -1;
+  double now = static_cast<double>(driver_now_us(trap.driver)) / 1e6;
+  if (!(seconds >= 0) || seconds > kControlAdvanceMax) return "unknown message";
+  if (now + seconds > kTimeMax) return "the box's time has reached its end";
+  around_advance(trap, std::llround(seconds * 1e6));
   return "ok";
 }
 
-static std::string do_set(std::vector<std::string> words, driver_state& driver) {
-  words.erase(words.begin());
-  scenario changed = driver.around;
-  std::string wrong;
-  if (!scenario_edit(changed, words, wrong)) return wrong;
-  driver_take_scenario(driver, changed, driver_now_us(driver));
-  return around_publish(changed) ? "ok" : "the scenario could not be written";
+static std::string do_resume(trap_state& trap) {
+  if (trap.driver.clock.speed <= 0) return "the speed is 0: \"gwbox set speed 1\" lets time run";
+  around_pause(trap, false);
+  return "ok";
 }
 
 static std::string act(const std::string& message, trap_state& trap) {
   std::vector<std::string> words = split(message);
-  if (words[0] == "fail") return do_fail(words, trap.faults);
+  if (words[0] == "fail") return fail_act(trap, words);
   if (words[0] == "set") return do_set(words, trap.driver);
+  if (words[0] == "advance") return do_advance(words, trap);
+  if (words[0] == "resume") return do_resume(trap);
   if (words[0] == "status") return std::string("ok") + kControlBreak + status_json(trap);
-  return "unknown message";
+  if (words[0] != "pause") return "unknown message";
+  around_pause(trap, true);
+  return "ok";
 }
 
 void control_serve(int client, trap_state& trap) {
@@ -91,9 +99,10 @@ void control_serve(int client, trap_state& trap) {
   ssize_t got = recv(client, message.data(), message.size(), 0);
   if (got > 0) {
     trap_catch_up(trap);
-    around_go_on(trap.driver);
+    around_go_on(trap);
     message.resize(static_cast<size_t>(got));
     std::string answer = act(message, trap);
+    if (answer.size() > kMessageMax) answer = "the answer is too long for one message";
     (void)send(client, answer.data(), answer.size(), MSG_NOSIGNAL);
   }
   close(client);
@@ -162,28 +171,7 @@ int control_ask(const std::string& box, const std::vector<std::string>& words,
   return kExitUsage;
 }
 
-int control_fail(const std::string& box, const std::string& what, const std::string& how,
-                 int count) {
-  std::vector<std::string> words = {"fail", "clear"};
-  std::string wrong, answer;
-  fault_rule rule;
-  if (what == "clear" && !how.empty()) {
-    report("clear takes nothing more");
-    return kExitUsage;
-  }
-  if (what != "clear") {
-    if (!fault_parse(what, how, count, rule, wrong)) {
-      report("%s", wrong.c_str());
-      return kExitUsage;
-    }
-    words = {"fail", what, how, std::to_string(count)};
-  }
-  return control_ask(box, words, answer);
-}
-
-int control_set(const std::string& box, const std::vector<std::string>& words) {
-  std::vector<std::string> message = {"set"};
-  message.insert(message.end(), words.begin(), words.end());
+int control_tell(const std::string& box, const std::vector<std::string>& words) {
   std::string answer;
-  return control_ask(box, message, answer);
+  return control_ask(box, words, answer);
 }

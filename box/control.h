@@ -1,8 +1,8 @@
 // The control socket of a box, through which commands speak to its first process.
 //
 // One message each way. A message is words with kControlBreak between them: "fail WHAT HOW COUNT",
-// "fail clear", "set WORD...", "status". The answer is "ok", with a break and more behind it where
-// there is more, or what was wrong.
+// "fail clear", "fail list", "set WORD...", "advance SECONDS", "pause", "resume", "status". The
+// answer is "ok", with a break and more after it where there is more, or what was wrong.
 #pragma once
 
 #include <string>
@@ -12,7 +12,8 @@
 
 constexpr const char* kControlPath = "/run/gwbox/control";  // inside the box
 constexpr char kControlBreak = '\x1f';
-constexpr int kControlPatience = 5;  // seconds that a command waits for the box
+constexpr int kControlPatience = 5;         // seconds that a command waits for the box
+constexpr double kControlAdvanceMax = 1e9;  // seconds, at once
 
 // Server side. Returns the listening descriptor, or -1 after a report.
 [[nodiscard]] int control_listen();
@@ -35,9 +36,5 @@ bool control_report_silence();
 [[nodiscard]] int control_ask(const std::string& box, const std::vector<std::string>& words,
                               std::string& answer);
 
-// `gwbox fail`. HOW empty: WHAT must be "clear". Returns the exit status.
-int control_fail(const std::string& box, const std::string& what, const std::string& how,
-                 int count);
-
-// `gwbox set`.
-int control_set(const std::string& box, const std::vector<std::string>& words);
+// The same for commands without an answer that anybody reads.
+int control_tell(const std::string& box, const std::vector<std::string>& words);

@@ -120,6 +120,8 @@ struct driver_state {
   std::vector<driver_action_frame> action_frames;  // the last ones
   // Files that the hardware's self-test leaves, for whoever may write them: path and text.
   std::vector<std::pair<std::string, std::string>> files;
+  // Words after `gwbox fail` of the events that happened, for whoever keeps the failures.
+  std::vector<std::string> fails;
 };
 
 struct driver_request {
@@ -160,13 +162,14 @@ void driver_interface_up(driver_state& state, int n, const std::string& profile,
 // raN went down or away: its stations leave.
 void driver_interface_down(driver_state& state, int n, int64_t now_us);
 
-// Lets everything happen that is due by then: stations come and go, counters grow, events.
+// Lets everything happen that is due by then: stations come and go, counters grow, events. It stops
+// early when an event changes the speed, for the clock then says another time.
 void driver_advance(driver_state& state, int64_t now_us);
 
 // When something will next happen by itself, kDriverNever when nothing will.
 int64_t driver_next_us(const driver_state& state);
 
-// Puts a changed scenario in force; stations that stay keep their association.
+// Puts a changed scenario in force, its speed included; stations that stay keep their association.
 void driver_take_scenario(driver_state& state, const scenario& around, int64_t now_us);
 
 // True when raN really beacons: it and its radio are up and on.

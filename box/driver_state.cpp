@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "driver_parts.h"
+#include "journal.h"
 
 static driver_radio fresh_radio(const driver_radio& before) {
   driver_radio radio = {};
@@ -75,6 +76,9 @@ void driver_take_scenario(driver_state& state, const scenario& around, int64_t n
   for (const scenario_station& given : around.stations)
     stations.push_back(take_station(state, given));
   state.around = around;
+  if (state.clock.speed != around.speed) {
+    clock_set_speed(state.clock, around.speed, state.now_us, journal_now_us());
+  }
   state.stations = stations;
   take_bss(state, before);
   for (int radio = 0; radio < kScenarioRadios; radio++) {

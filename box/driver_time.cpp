@@ -145,6 +145,8 @@ static void run_events(driver_state& state) {
   bool any = false;
   for (const scenario_event& event : state.around.events) {
     if (microseconds(event.at) != state.now_us) continue;
+    if (!event.fail.empty()) state.fails.push_back(event.fail);
+    if (event.set.empty()) continue;
     std::string wrong;
     if (scenario_edit_line(changed, event.set, wrong)) any = true;
     if (!wrong.empty()) report("event at %g s: %s", event.at, wrong.c_str());
@@ -155,6 +157,7 @@ static void run_events(driver_state& state) {
 }
 
 void driver_advance(driver_state& state, int64_t now_us) {
+  double speed = state.clock.speed;
   for (int64_t next; (next = driver_next_us(state)) <= now_us;) {
     let_grow(state, next);
     std::erase_if(state.blacklist, [&](const auto& entry) { return entry.until_us <= next; });
@@ -162,6 +165,7 @@ void driver_advance(driver_state& state, int64_t now_us) {
       driver_wps_advance(state, radio);
     run_events(state);
     driver_settle(state);
+    if (state.clock.speed != speed) return;
   }
   if (now_us > state.now_us) let_grow(state, now_us);
 }

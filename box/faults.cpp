@@ -5,10 +5,17 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include <algorithm>
+
+#include "client/text.h"
 #include "driver.h"
 
+static constexpr const char* kHowForms =
+    "an errno name such as EAGAIN, delay=MS, short=BYTES or count=NUMBER";
 static constexpr int kHighestErrno = 4095;
 static constexpr int kLongestDelayMs = 600000;
+static constexpr int kHighestCount = 1000000000;
+static constexpr size_t kUsedUpKept = 100;
 
 // Decimal or 0x hexadecimal, whole text.
 static bool parse_number(const std::string& text, unsigned long highest, unsigned long& number) {
@@ -86,41 +93,72 @@ static bool parse_what(const std::string& what, fault_rule& rule) {
   return true;
 }
 
+// What HOW begins with when it has a number, and the highest one.
+struct how_row {
+  const char* head;
+  unsigned long highest;
+  void (*apply)(fault_rule& rule, unsigned long number);
+};
+
+static constexpr how_row kHows[] = {
+    {"delay=", kLongestDelayMs,
+     [](fault_rule& r, unsigned long n) { r.delay_ms = static_cast<int>(n); }},
+    {"short=", UINT16_MAX,
+     [](fault_rule& r, unsigned long n) {
+       r.is_short = true;
+       r.short_bytes = static_cast<int>(n);
+     }},
+    {"count=", UINT32_MAX,
+     [](fault_rule& r, unsigned long n) {
+       r.has_count = true;
+       r.count = static_cast<uint32_t>(n);
+     }},
+};
+
 static bool parse_how(const std::string& how, fault_rule& rule) {
-  unsigned long number = 0;
-  if (how.starts_with("delay=")) {
-    if (!parse_number(how.substr(strlen("delay=")), kLongestDelayMs, number)) return false;
-    rule.delay_ms = static_cast<int>(number);
-    return true;
-  }
-  if (how.starts_with("short=")) {
-    if (!parse_number(how.substr(strlen("short=")), UINT16_MAX, number)) return false;
-    rule.is_short = true;
-    rule.short_bytes = static_cast<int>(number);
-    return true;
-  }
-  if (how.starts_with("count=")) {
-    if (!parse_number(how.substr(strlen("count=")), UINT32_MAX, number)) return false;
-    rule.has_count = true;
-    rule.count = static_cast<uint32_t>(number);
+  for (const how_row& row : kHows) {
+    if (!how.starts_with(row.head)) continue;
+    unsigned long number = 0;
+    if (!parse_number(how.substr(strlen(row.head)), row.highest, number)) return false;
+    row.apply(rule, number);
     return true;
   }
   rule.error = errno_of(how);
   return rule.error != 0;
 }
 
+std::vector<std::string> fault_names() {
+  std::vector<std::string> names;
+  for (const fault_name& call : kCalls)
+    names.push_back(call.name);
+  for (const std::string& name : driver_names())
+    names.push_back(name);
+  return names;
+}
+
+std::vector<std::string> fault_hows() {
+  std::vector<std::string> hows;
+  for (const how_row& row : kHows)
+    hows.push_back(row.head);
+  for (int number = 1; number < kHighestErrno; number++) {
+    if (const char* name = strerrorname_np(number)) hows.push_back(name);
+  }
+  std::sort(hows.begin() + std::size(kHows), hows.end());
+  return hows;
+}
+
 static std::string known_names() {
   std::string names;
-  for (const fault_name& call : kCalls)
-    names += std::string(names.empty() ? "" : ", ") + call.name;
-  for (const std::string& name : driver_names())
-    names += ", " + name;
+  for (const std::string& name : fault_names())
+    names += (names.empty() ? "" : ", ") + name;
   return names;
 }
 
 bool fault_parse(const std::string& what, const std::string& how, int count, fault_rule& rule,
                  std::string& wrong) {
   rule = {};
+  rule.what = what;
+  rule.how = how;
   rule.left = count;
   wrong.clear();
   if (!parse_what(what, rule)) {
@@ -130,22 +168,54 @@ bool fault_parse(const std::string& what, const std::string& how, int count, fau
   }
   if (!check_interface(rule, wrong)) return false;
   if (!parse_how(how, rule)) {
-    wrong = "\"" + how + "\" is no failure: expected an errno name such as EAGAIN, delay=MS, " +
-            "short=BYTES or count=NUMBER";
+    wrong = "\"" + how + "\" is no failure: expected " + kHowForms;
     return false;
   }
   return true;
 }
 
+bool fault_parse_count(const std::string& text, int& count) {
+  unsigned long number = 0;
+  if (!parse_number(text, kHighestCount, number) || number == 0) return false;
+  count = static_cast<int>(number);
+  return true;
+}
+
+bool fault_parse_words(const std::vector<std::string>& words, fault_rule& rule,
+                       std::string& wrong) {
+  int count = 1;
+  wrong = "expected WHAT HOW [COUNT]";
+  if (words.size() == 1) wrong = text_quote(words[0]) + " needs HOW: " + kHowForms;
+  if (words.size() < 2 || words.size() > 3) return false;
+  if (words.size() == 3 && !fault_parse_count(words[2], count)) {
+    wrong = text_quote(words[2]) + " is no count: expected a whole number from 1 to " +
+            std::to_string(kHighestCount);
+    return false;
+  }
+  return fault_parse(words[0], words[1], count, rule, wrong);
+}
+
+void fault_add(std::vector<fault_rule>& rules, const fault_rule& rule) {
+  auto is_used_up = [](const fault_rule& r) { return r.left == 0; };
+  std::erase_if(rules, [&](const fault_rule& r) {
+    return is_used_up(r) && r.what == rule.what && r.how == rule.how;
+  });
+  if (std::count_if(rules.begin(), rules.end(), is_used_up) >=
+      static_cast<ptrdiff_t>(kUsedUpKept)) {
+    rules.erase(std::find_if(rules.begin(), rules.end(), is_used_up));
+  }
+  rules.push_back(rule);
+}
+
 bool fault_take(std::vector<fault_rule>& rules, uint32_t request, bool has_sub, uint16_t sub,
                 const std::string& interface, fault_rule& taken) {
-  for (size_t i = 0; i < rules.size(); i++) {
-    fault_rule& rule = rules[i];
-    if (rule.request != request) continue;
+  for (fault_rule& rule : rules) {
+    if (rule.left == 0 || rule.request != request) continue;
     if (rule.has_sub && (!has_sub || rule.sub != sub)) continue;
     if (!rule.interface.empty() && rule.interface != interface) continue;
     taken = rule;
-    if (--rule.left == 0) rules.erase(rules.begin() + static_cast<ptrdiff_t>(i));
+    rule.hits++;
+    rule.left--;
     return true;
   }
   return false;

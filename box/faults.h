@@ -18,7 +18,11 @@ constexpr uint32_t kFaultFinitModule = 0x10000002;
 constexpr uint32_t kFaultDeleteModule = 0x10000003;
 constexpr uint32_t kFaultVlan = 0x8983;  // the VLAN request
 
+constexpr const char* kFaultClear = "clear";  // instead of WHAT: ends all of them
+constexpr const char* kFaultList = "list";    // instead of WHAT: says which there are
+
 struct fault_rule {
+  std::string what, how;  // as they were given
   uint32_t request;
   bool has_sub;
   uint16_t sub;
@@ -29,12 +33,27 @@ struct fault_rule {
   int short_bytes;
   bool has_count;  // the answer's first 32 bits, the count of a table, become count
   uint32_t count;
-  int left;  // how many requests it still applies to
+  int hits;  // how many requests it has applied to
+  int left;  // how many it still applies to; 0: used up, kept to be listed
 };
 
 // Fills RULE. On a text that it does not know it returns false and says why in WRONG.
 [[nodiscard]] bool fault_parse(const std::string& what, const std::string& how, int count,
                                fault_rule& rule, std::string& wrong);
+
+// The same from the words after `gwbox fail`: WHAT HOW [COUNT].
+[[nodiscard]] bool fault_parse_words(const std::vector<std::string>& words, fault_rule& rule,
+                                     std::string& wrong);
+
+// COUNT as it is given; false when it is none.
+[[nodiscard]] bool fault_parse_count(const std::string& text, int& count);
+
+// All names that WHAT may be or begin with, and that HOW may be or, ending in "=", begin with.
+std::vector<std::string> fault_names();
+std::vector<std::string> fault_hows();
+
+// Puts the rule in force. Of those that are used up only the last ones stay.
+void fault_add(std::vector<fault_rule>& rules, const fault_rule& rule);
 
 // Takes one use of the first rule that matches and copies that rule to TAKEN; false when none
 // matches. SUB counts only with HAS_SUB.

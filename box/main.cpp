@@ -1,21 +1,42 @@
 #include <stdio.h>
 
 #include "args.h"
+#include "complete.h"
 #include "control.h"
+#include "fail.h"
 #include "log.h"
 #include "report.h"
 #include "run.h"
 #include "scenario.h"
 #include "status.h"
 
+static std::vector<std::string> with(const char* first, std::vector<std::string> words) {
+  words.insert(words.begin(), first);
+  return words;
+}
+
+static std::vector<std::string> fail_words(const args& a) {
+  std::vector<std::string> words = {a.what};
+  for (const std::string& word : {a.how, a.count}) {
+    if (!word.empty()) words.push_back(word);
+  }
+  return words;
+}
+
 static int act(const args& a) {
   switch (a.command) {
     case kArgsRun:
       return run_box(a);
     case kArgsFail:
-      return control_fail(a.box, a.what, a.how, a.count);
+      return fail_run(a.box, fail_words(a), a.json);
     case kArgsSet:
-      return control_set(a.box, a.words);
+      return control_tell(a.box, with("set", a.words));
+    case kArgsAdvance:
+      return control_tell(a.box, {"advance", a.seconds});
+    case kArgsPause:
+      return control_tell(a.box, {"pause"});
+    case kArgsResume:
+      return control_tell(a.box, {"resume"});
     case kArgsStatus:
       return status_print(a.box, a.json);
     case kArgsLog:
@@ -26,6 +47,10 @@ static int act(const args& a) {
       return scenario_print(a.which);
     case kArgsScenarioCheck:
       return scenario_print_check(a.which);
+    case kArgsCompletion:
+      return complete_print_script(a.shell);
+    case kArgsComplete:
+      return complete_print(args_offers(a.payload));
     case kArgsDone:
       return a.status;
   }

@@ -55,11 +55,16 @@ static std::string shell_start_file() {
   return std::string(kSandboxRunDir) + "/bashrc";
 }
 
-// The user's own settings stay; the prompt is set last, so that it is seen.
+// The user's own settings stay; the prompt is set last, so that it is seen. Completions come from
+// the programs themselves, whatever is installed.
 static bool write_shell_start_file() {
   return file_write(shell_start_file(),
                     "[ -r /etc/bash.bashrc ] && . /etc/bash.bashrc\n"
                     "[ -r ~/.bashrc ] && . ~/.bashrc\n"
+                    "for program in gwbox wificonf; do\n"
+                    "  eval \"$($program completion bash 2>/dev/null)\"\n"
+                    "done\n"
+                    "unset program\n"
                     "PROMPT_COMMAND=\n"
                     "PS1='(gateway) \\$ '\n");
 }

@@ -8,6 +8,9 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <set>
+#include <sstream>
+
 #include "client/text.h"
 #include "control.h"
 #include "files.h"
@@ -15,10 +18,11 @@
 
 static constexpr size_t kNameMaxSize = 64;
 static constexpr int kBacklog = 64;
+static constexpr const char* kAddressHead = "gwbox/";
 
 // An abstract address: a zero byte first, and no file.
 static socklen_t name_address(const std::string& name, sockaddr_un& address) {
-  std::string text = "gwbox/" + name;
+  std::string text = kAddressHead + name;
   address = {};
   address.sun_family = AF_UNIX;
   text.copy(address.sun_path + 1, sizeof address.sun_path - 1);
@@ -63,6 +67,18 @@ bool reach_listen(int fd) {
 void reach_serve(int fd) {
   for (int caller; (caller = accept4(fd, nullptr, nullptr, SOCK_CLOEXEC)) >= 0;)
     close(caller);
+}
+
+// The kernel lists an address with "@" for its zero byte, and once for each connection, too.
+std::vector<std::string> reach_names() {
+  std::set<std::string> names;
+  std::istringstream lines(file_read("/proc/net/unix"));
+  std::string head = std::string(" @") + kAddressHead;
+  for (std::string line; std::getline(lines, line);) {
+    size_t at = line.find(head);
+    if (at != std::string::npos) names.insert(line.substr(at + head.size()));
+  }
+  return {names.begin(), names.end()};
 }
 
 // The process that listens on the name, 0 when none does, -1 when it has too many callers.

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 // ROOT: what stands before a path of the box: "" with an empty BOX, which is the box around the
 // caller; else "/proc/<pid>/root". BOX: a name, or the id of `gwbox run` or of a process in a box.
@@ -21,3 +22,6 @@
 
 // Lets go whoever connected to the name; they know all there is to know.
 void reach_serve(int fd);
+
+// The names of the boxes that run, in the order of their letters.
+std::vector<std::string> reach_names();

@@ -7,8 +7,11 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <numeric>
 #include <set>
+#include <sstream>
 
+#include "faults.h"
 #include "files.h"
 #include "report.h"
 #include "scenario_parts.h"
@@ -40,6 +43,10 @@ std::string_view scenario_shipped(std::string_view name) {
 
 std::string_view scenario_schema() {
   return between(scenario_schema_text_begin, scenario_schema_text_end);
+}
+
+std::span<const char* const> scenario_all() {
+  return kNames;
 }
 
 std::string scenario_names() {
@@ -92,43 +99,102 @@ static bool read_document(const std::string& text, const std::string& name, scen
   return false;
 }
 
-// What the schema cannot say: ids are unique, and events are words that can be set.
-static bool check_meaning(const scenario_json& document, scenario_finding& finding) {
-  for (auto [list, id] : {std::pair{"stations", "mac"}, {"neighbours", "bssid"}}) {
-    std::set<std::string> seen;
-    for (size_t i = 0; document.contains(list) && i < document[list].size(); i++) {
-      std::string key = document[list][i][id].get<std::string>();
-      std::transform(key.begin(), key.end(), key.begin(), ::tolower);
-      if (seen.insert(key).second) continue;
-      finding = {{list, "[" + std::to_string(i) + "]", id}, key + " is there twice"};
-      return false;
-    }
+static std::string lower(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(), ::tolower);
+  return text;
+}
+
+static scenario_json member(const scenario_json& object, const char* name) {
+  return object.is_object() ? object.value(name, scenario_json()) : scenario_json();
+}
+
+static void check_ids(const scenario_json& document, const char* name, const char* id_name,
+                      std::vector<scenario_finding>& findings) {
+  scenario_json list = member(document, name);
+  std::set<std::string> seen;
+  for (size_t i = 0; list.is_array() && i < list.size(); i++) {
+    scenario_json id = member(list[i], id_name);
+    if (!id.is_string()) continue;
+    std::string text = lower(id.get<std::string>());
+    if (seen.insert(text).second) continue;
+    findings.push_back({{name, "[" + std::to_string(i) + "]", id_name}, text + " is there twice"});
   }
-  for (size_t i = 0; document.contains("events") && i < document["events"].size(); i++) {
-    scenario_json changed = document;
-    scenario_finding below;
-    std::string words = document["events"][i]["set"].get<std::string>(), wrong;
-    if (scenario_change(changed, scenario_words(words), wrong)) {
-      if (scenario_check(changed, below)) continue;
-      wrong = scenario_finding_text(below);
-    }
-    finding = {{"events", "[" + std::to_string(i) + "]", "set"}, wrong};
-    return false;
+}
+
+// What an event does to the document that those before it have left.
+static std::string wrong_with_set(scenario_json& document, const std::string& line) {
+  scenario_json changed = document;
+  std::string wrong;
+  if (!scenario_change(changed, scenario_words(line), wrong)) return wrong;
+  if (auto findings = scenario_check(changed); !findings.empty()) {
+    return scenario_finding_text(findings[0]);
   }
-  return true;
+  document = changed;
+  return "";
+}
+
+static std::string wrong_with_fail(const std::string& line) {
+  std::vector<std::string> words = scenario_words(line);
+  fault_rule rule;
+  std::string wrong;
+  if (words.size() == 1 && words[0] == kFaultClear) return "";
+  return fault_parse_words(words, rule, wrong) ? "" : wrong;
+}
+
+// The events' places in their list, as they follow each other.
+static std::vector<size_t> in_order(const scenario_json& events) {
+  std::vector<size_t> order(events.size());
+  std::iota(order.begin(), order.end(), 0);
+  std::stable_sort(order.begin(), order.end(), [&](size_t a, size_t b) {
+    return events[a].value("at", 0.0) < events[b].value("at", 0.0);
+  });
+  return order;
+}
+
+// Only of a document that keeps to the schema.
+static void check_events(scenario_json document, std::vector<scenario_finding>& findings) {
+  const scenario_json events = document.value("events", scenario_json::array());
+  for (size_t i : in_order(events)) {
+    bool sets = events[i].contains("set");
+    const char* name = sets ? "set" : "fail";
+    std::string line = events[i][name].get<std::string>();
+    std::string wrong = sets ? wrong_with_set(document, line) : wrong_with_fail(line);
+    if (!wrong.empty())
+      findings.push_back({{"events", "[" + std::to_string(i) + "]", name}, wrong});
+  }
+}
+
+// The schema, and what it cannot say: ids are unique, and events are words that can be set or fail.
+static std::vector<scenario_finding> check_all(const scenario_json& document) {
+  std::vector<scenario_finding> findings = scenario_check(document);
+  bool keeps_to_schema = findings.empty();
+  check_ids(document, "stations", "mac", findings);
+  check_ids(document, "neighbours", "bssid", findings);
+  if (keeps_to_schema) check_events(document, findings);
+  return findings;
+}
+
+// Line by line, as an editor goes through them.
+static std::string told(const std::string& text, const std::string& name,
+                        const std::vector<scenario_finding>& findings) {
+  std::vector<std::pair<int, std::string>> lines;
+  for (const scenario_finding& finding : findings)
+    lines.emplace_back(scenario_line(text, finding.path), scenario_finding_text(finding));
+  std::stable_sort(lines.begin(), lines.end(),
+                   [](const auto& a, const auto& b) { return a.first < b.first; });
+  std::string all;
+  for (const auto& [line, message] : lines)
+    all += (all.empty() ? "" : "\n") + at_line(name, line, message);
+  return all;
 }
 
 bool scenario_parse(const std::string& text, const std::string& name, scenario& s,
                     std::string& wrong) {
   scenario_json document;
-  scenario_finding finding;
   if (!read_document(text, name, document, wrong)) return false;
-  if (!scenario_check(document, finding) || !check_meaning(document, finding)) {
-    wrong = at_line(name, scenario_line(text, finding.path), scenario_finding_text(finding));
-    return false;
-  }
+  wrong = told(text, name, check_all(document));
+  if (!wrong.empty()) return false;
   scenario_fill(document, s);
-  wrong.clear();
   return true;
 }
 
@@ -148,7 +214,9 @@ bool scenario_load(const std::string& name_or_file, scenario& s) {
     text = file_read(name_or_file);
   }
   if (scenario_parse(text, name_or_file, s, wrong)) return true;
-  report("%s", wrong.c_str());
+  std::istringstream lines(wrong);
+  for (std::string line; std::getline(lines, line);)
+    report("%s", line.c_str());
   return false;
 }
 

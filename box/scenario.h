@@ -4,6 +4,7 @@
 
 #include <stdint.h>
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -87,8 +88,9 @@ struct scenario_bss {
 };
 
 struct scenario_event {
-  double at;        // seconds
-  std::string set;  // as the words after `gwbox set`
+  double at;         // seconds
+  std::string set;   // as the words after `gwbox set`, or empty
+  std::string fail;  // as the words after `gwbox fail`, or empty
 };
 
 struct scenario {
@@ -104,8 +106,8 @@ struct scenario {
   std::string text;  // the document
 };
 
-// Reads a document. NAME stands before the line number in what is WRONG with it:
-// "apartment.json:17: stations[3].rssi: expected 1 to 4 numbers".
+// Reads a document. What is WRONG with it has a line for each mistake, with NAME and the line
+// number in front: "apartment.json:17: stations[3].rssi: expected 1 to 4 numbers".
 [[nodiscard]] bool scenario_parse(const std::string& text, const std::string& name, scenario& s,
                                   std::string& wrong);
 
@@ -116,13 +118,17 @@ struct scenario {
 // The same from one line, its words separated by blanks; quotes keep a word together.
 [[nodiscard]] bool scenario_edit_line(scenario& s, const std::string& line, std::string& wrong);
 
+// What `gwbox set` can change, "station, ... or speed".
+std::string scenario_kind_names();
+
 // Makes time run that fast, whatever the document said.
 void scenario_set_speed(scenario& s, double speed);
 
 // The text of a shipped scenario, or an empty one.
 std::string_view scenario_shipped(std::string_view name);
 
-// All of them, separated by ", ".
+// All of them, and the same separated by ", ".
+std::span<const char* const> scenario_all();
 std::string scenario_names();
 
 std::string_view scenario_schema();

@@ -1,6 +1,7 @@
 // Scenarios against their schema: as much of JSON Schema as that schema uses.
 #include <regex.h>
 
+#include <algorithm>
 #include <map>
 
 #include "scenario_parts.h"
@@ -10,7 +11,7 @@ const scenario_json& scenario_schema_document() {
   return schema;
 }
 
-static const scenario_json& resolve(const scenario_json& schema) {
+const scenario_json& scenario_schema_resolve(const scenario_json& schema) {
   auto reference = schema.find("$ref");
   if (reference == schema.end()) return schema;
   const std::string prefix = "#/$defs/";
@@ -24,7 +25,7 @@ const scenario_json* scenario_schema_at(const std::vector<std::string>& path) {
     if (!schema->contains(key)) return nullptr;
     const scenario_json& below = (*schema)[key];
     if (step[0] != '[' && !below.contains(step)) return nullptr;
-    schema = &resolve(step[0] == '[' ? below : below[step]);
+    schema = &scenario_schema_resolve(step[0] == '[' ? below : below[step]);
   }
   return schema;
 }
@@ -62,7 +63,8 @@ static std::string expected(const scenario_json& schema) {
   std::string type = text_of(schema, "type"), limits = range(schema, "minimum", "maximum");
   if (type == "array") {
     std::string count = range(schema, "minItems", "maxItems");
-    return (count.empty() ? "" : count + " ") + plural(text_of(resolve(schema["items"]), "type"));
+    return (count.empty() ? "" : count + " ") +
+           plural(text_of(scenario_schema_resolve(schema["items"]), "type"));
   }
   if (type == "boolean") return "true or false";
   if (type == "object") return "an object";
@@ -118,63 +120,88 @@ static bool fits(const scenario_json& value, const scenario_json& schema) {
          value.size() <= schema.value("maxItems", value.size());
 }
 
-static bool check(const scenario_json& value, const scenario_json& given, scenario_finding& f);
+// Where the check is, and what it has found so far.
+struct checking {
+  std::vector<std::string> path;
+  std::vector<scenario_finding> findings;
+};
 
-static bool check_members(const scenario_json& value, const scenario_json& schema,
-                          scenario_finding& f) {
-  for (const scenario_json& name : schema.value("required", scenario_json::array())) {
-    if (value.contains(name.get<std::string>())) continue;
-    f.message = name.dump() + " is missing";
-    return false;
-  }
-  auto properties = schema.find("properties");
-  if (properties == schema.end()) return true;
-  for (const auto& [name, member] : value.items()) {
-    f.path.push_back(name);
-    if (!properties->contains(name)) {
-      std::string known;
-      for (const auto& property : properties->items())
-        known += (known.empty() ? "" : ", ") + property.key();
-      f.message = "unknown, there are " + known;
-      return false;
-    }
-    if (!check(member, (*properties)[name], f)) return false;
-    f.path.pop_back();
-  }
-  return true;
+static void find(checking& c, const std::string& message) {
+  c.findings.push_back({c.path, message});
 }
 
-static bool check_items(const scenario_json& value, const scenario_json& schema,
-                        scenario_finding& f) {
-  for (size_t i = 0; i < value.size(); i++) {
-    f.path.push_back("[" + std::to_string(i) + "]");
-    if (!check(value[i], schema["items"], f)) return false;
-    f.path.pop_back();
+static void check(const scenario_json& value, const scenario_json& given, checking& c);
+
+static void check_below(const std::string& step, const scenario_json& value,
+                        const scenario_json& schema, checking& c) {
+  c.path.push_back(step);
+  check(value, schema, c);
+  c.path.pop_back();
+}
+
+static bool has_all(const scenario_json& value, const scenario_json& names) {
+  return std::all_of(names.begin(), names.end(), [&](const scenario_json& name) {
+    return value.contains(name.get<std::string>());
+  });
+}
+
+// Of the alternatives exactly one must be there; each is a list of members.
+static void check_alternatives(const scenario_json& value, const scenario_json& alternatives,
+                               checking& c) {
+  std::string names;
+  int there = 0;
+  for (const scenario_json& alternative : alternatives) {
+    there += has_all(value, alternative["required"]);
+    names += (names.empty() ? "" : " or ") + alternative["required"][0].dump();
   }
-  return true;
+  if (there != 1) find(c, "expected either " + names);
+}
+
+static void check_members(const scenario_json& value, const scenario_json& schema, checking& c) {
+  for (const scenario_json& name : schema.value("required", scenario_json::array())) {
+    if (!value.contains(name.get<std::string>())) find(c, name.dump() + " is missing");
+  }
+  if (schema.contains("oneOf")) check_alternatives(value, schema["oneOf"], c);
+  auto properties = schema.find("properties");
+  if (properties == schema.end()) return;
+  for (const auto& [name, member] : value.items()) {
+    if (properties->contains(name)) {
+      check_below(name, member, (*properties)[name], c);
+      continue;
+    }
+    std::string known;
+    for (const auto& property : properties->items())
+      known += (known.empty() ? "" : ", ") + property.key();
+    c.path.push_back(name);
+    find(c, "unknown, there are " + known);
+    c.path.pop_back();
+  }
 }
 
 // A list of plain values is one thing to its reader: what is wrong is said of the list.
-static bool check(const scenario_json& value, const scenario_json& given, scenario_finding& f) {
-  const scenario_json& schema = resolve(given);
-  bool good = fits(value, schema);
-  if (good && value.is_array() && schema.contains("items")) {
-    const scenario_json& item = resolve(schema["items"]);
-    if (text_of(item, "type") == "object") return check_items(value, schema, f);
-    for (const scenario_json& element : value) {
-      if (fits(element, item)) continue;
-      f.message = "expected " + expected(schema);
-      if (has_type(element, text_of(item, "type"))) f.message += ", each " + expected(item);
-      return false;
-    }
-    return true;
+static void check_items(const scenario_json& value, const scenario_json& schema, checking& c) {
+  const scenario_json& item = scenario_schema_resolve(schema["items"]);
+  if (text_of(item, "type") == "object") {
+    for (size_t i = 0; i < value.size(); i++)
+      check_below("[" + std::to_string(i) + "]", value[i], item, c);
+    return;
   }
-  if (good) return !value.is_object() || check_members(value, schema, f);
-  f.message = "expected " + expected(schema);
-  return false;
+  for (const scenario_json& element : value) {
+    if (fits(element, item)) continue;
+    bool same_type = has_type(element, text_of(item, "type"));
+    return find(c, "expected " + expected(schema) + (same_type ? ", each " + expected(item) : ""));
+  }
 }
 
-bool scenario_check(const scenario_json& document, scenario_finding& finding) {
-  finding = {};
-  return check(document, scenario_schema_document(), finding);
+static void check(const scenario_json& value, const scenario_json& given, checking& c) {
+  const scenario_json& schema = scenario_schema_resolve(given);
+  if (!fits(value, schema)) return find(c, "expected " + expected(schema));
+  if (value.is_object()) check_members(value, schema, c);
+  if (value.is_array() && schema.contains("items")) check_items(value, schema, c);
+}
+
+std::vector<scenario_finding> scenario_check(const scenario_json& document) {
+  checking c;
+  check(document, scenario_schema_document(), c);
+  return c.findings;
 }

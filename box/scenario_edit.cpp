@@ -1,19 +1,6 @@
 // `gwbox set`: changes to a scenario in force, word by word.
+#include "client/text.h"
 #include "scenario_parts.h"
-
-// A kind of thing that has an id; it stands in a list of the document, or is a member of RADIOS.
-struct kind_row {
-  const char* name;
-  const char* list;
-  const char* id;
-};
-
-static constexpr kind_row kKinds[] = {
-    {"station", "stations", "mac"},
-    {"neighbour", "neighbours", "bssid"},
-    {"nonassoc", "nonassoc", "mac"},
-    {"bss", "bss", "bss"},
-};
 
 static std::vector<std::string> split(const std::string& text, char at) {
   std::vector<std::string> parts;
@@ -116,7 +103,7 @@ static bool is_id(const scenario_json& value, const std::string& id) {
   return value.is_string() && mac_parse(value.get<std::string>(), a) && mac_parse(id, b) && a == b;
 }
 
-static bool change_listed(scenario_json& document, const kind_row& kind,
+static bool change_listed(scenario_json& document, const scenario_kind& kind,
                           const std::vector<std::string>& words, std::string& wrong) {
   scenario_json& list = document[kind.list];
   if (list.is_null()) list = scenario_json::array();
@@ -136,29 +123,68 @@ static bool change_listed(scenario_json& document, const kind_row& kind,
   return put_words(list[at], {kind.list, "[]"}, words, wrong);
 }
 
+static bool change_radio(scenario_json& document, const scenario_kind& kind,
+                         const std::vector<std::string>& words, std::string& wrong) {
+  return put_words(document[kind.list][words[1]], {kind.list, words[1]}, words, wrong);
+}
+
+static bool change_companion(scenario_json& document, const scenario_kind& kind,
+                             const std::vector<std::string>& words, std::string& wrong) {
+  wrong = "expected \"companion PATH VALUE\"";
+  if (words.size() != 3) return false;
+  return put(document[kind.list], split(words[1], '.'), words[2], nullptr, wrong);
+}
+
+static bool change_speed(scenario_json& document, const scenario_kind& kind,
+                         const std::vector<std::string>& words, std::string& wrong) {
+  wrong = "expected \"speed FACTOR\"";
+  if (words.size() != 2) return false;
+  document[kind.list] = read_value(words[1], nullptr);
+  return true;
+}
+
+static constexpr scenario_kind kKinds[] = {
+    {"station", "stations", "mac", change_listed},
+    {"neighbour", "neighbours", "bssid", change_listed},
+    {"nonassoc", "nonassoc", "mac", change_listed},
+    {"bss", "bss", "bss", change_listed},
+    {"radio", "radios", nullptr, change_radio},
+    {"companion", "companions", nullptr, change_companion},
+    {"speed", "speed", nullptr, change_speed},
+};
+
+std::span<const scenario_kind> scenario_kinds() {
+  return kKinds;
+}
+
+std::string scenario_kind_names() {
+  std::string names;
+  for (const scenario_kind& kind : kKinds) {
+    bool first = &kind == kKinds, last = &kind + 1 == std::end(kKinds);
+    names += (first ? "" : last ? " or " : ", ") + std::string(kind.name);
+  }
+  return names;
+}
+
 bool scenario_change(scenario_json& document, const std::vector<std::string>& words,
                      std::string& wrong) {
-  wrong = "expected station, neighbour, nonassoc, bss, radio or companion, and which one";
-  if (words.size() < 2) return false;
-  for (const kind_row& kind : kKinds) {
-    if (words[0] == kind.name) return change_listed(document, kind, words, wrong);
-  }
-  if (words[0] == "radio") {
-    return put_words(document["radios"][words[1]], {"radios", words[1]}, words, wrong);
-  }
-  if (words[0] != "companion") return false;
-  if (words.size() != 3) {
-    wrong = "expected \"companion PATH VALUE\"";
+  std::string word = words.empty() ? "" : words[0];
+  for (const scenario_kind& kind : kKinds) {
+    if (word != kind.name) continue;
+    if (words.size() > 1) return kind.change(document, kind, words, wrong);
+    wrong = "expected more after \"" + word + "\"";
     return false;
   }
-  return put(document["companions"], split(words[1], '.'), words[2], nullptr, wrong);
+  wrong = (word.empty() ? "" : text_quote(word) + " cannot be set: ") + "expected " +
+          scenario_kind_names();
+  return false;
 }
 
 // What is wrong, by the thing's own address: its place in the list says nothing to who sets it.
 static std::string finding_text(const scenario_json& document, scenario_finding finding) {
   if (finding.path.size() < 2 || finding.path[1][0] != '[') return scenario_finding_text(finding);
-  for (const kind_row& kind : kKinds) {
-    if (finding.path[0] != kind.list) continue;
+  for (const scenario_kind& kind : kKinds) {
+    if (!kind.id || finding.path[0] != kind.list) continue;
     size_t at = std::stoul(finding.path[1].substr(1));
     const scenario_json& id = document[kind.list][at][kind.id];
     std::string said = kind.name;
@@ -173,9 +199,8 @@ bool scenario_edit(scenario& s, const std::vector<std::string>& words, std::stri
   scenario_json document = scenario_json::parse(s.text, nullptr, false);
   wrong.clear();
   if (!scenario_change(document, words, wrong)) return false;
-  scenario_finding finding;
-  if (!scenario_check(document, finding)) {
-    wrong = finding_text(document, finding);
+  if (auto findings = scenario_check(document); !findings.empty()) {
+    wrong = finding_text(document, findings[0]);
     return false;
   }
   scenario_fill(document, s);

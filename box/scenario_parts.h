@@ -2,6 +2,7 @@
 #pragma once
 
 #include <nlohmann/json.hpp>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -23,14 +24,29 @@ int scenario_line(const std::string& text, const std::vector<std::string>& path)
 
 const scenario_json& scenario_schema_document();
 
+// What the schema refers to, or itself.
+const scenario_json& scenario_schema_resolve(const scenario_json& schema);
+
 // The schema of what stands at that path of a document; null where there is none.
 const scenario_json* scenario_schema_at(const std::vector<std::string>& path);
 
-// Holds the document against the schema, which is the only place that says what is allowed.
-[[nodiscard]] bool scenario_check(const scenario_json& document, scenario_finding& finding);
+// What a document has that the schema, which is the only place that says what is allowed, has not.
+std::vector<scenario_finding> scenario_check(const scenario_json& document);
 
 // Fills the records from a checked document.
 void scenario_fill(const scenario_json& document, scenario& s);
+
+// A kind of thing that `gwbox set` changes: an element of LIST with an id, or, where ID is null,
+// what stands in the document under LIST.
+struct scenario_kind {
+  const char* name;
+  const char* list;
+  const char* id;
+  bool (*change)(scenario_json& document, const scenario_kind& kind,
+                 const std::vector<std::string>& words, std::string& wrong);
+};
+
+std::span<const scenario_kind> scenario_kinds();
 
 // Changes the document by the words of `gwbox set`; the result is yet to be checked.
 [[nodiscard]] bool scenario_change(scenario_json& document, const std::vector<std::string>& words,

@@ -128,6 +128,7 @@ void scenario_fill(const scenario_json& document, scenario& s) {
   for (const scenario_json& given : member(document, "bss"))
     s.bss.push_back(read_bss(given));
   for (const scenario_json& given : member(document, "events"))
-    s.events.push_back({given.value("at", 0.0), given.value("set", std::string())});
+    s.events.push_back({given.value("at", 0.0), given.value("set", std::string()),
+                        given.value("fail", std::string())});
   s.text = document.dump(2) + "\n";
 }

@@ -142,6 +142,7 @@ std::string status_json(const trap_state& trap) {
   json object = {{"board", state.hardware->name}, {"scenario", state.around.name}};
   object["time"] = static_cast<double>(state.now_us) / 1e6;
   object["speed"] = state.clock.speed;
+  object["paused"] = state.clock.paused;
   object["interfaces"] = json::array();
   for (int n = 0; n < kBoardMaxInterfaces; n++) {
     std::string name = "ra" + std::to_string(n);

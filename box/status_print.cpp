@@ -143,10 +143,10 @@ static std::string listed(const std::string& head, const std::vector<std::string
 
 static std::string heading(const json& status) {
   char text[128];
-  snprintf(text, sizeof text, "%s, scenario %s, %.0f s at speed %g\n",
+  snprintf(text, sizeof text, "%s, scenario %s, %.0f s at speed %g%s\n",
            status.value("board", std::string()).c_str(),
            fitted(status.value("scenario", std::string()), 30).c_str(), status.value("time", 0.0),
-           status.value("speed", 1.0));
+           status.value("speed", 1.0), status.value("paused", false) ? ", paused" : "");
   return text;
 }
 

@@ -9,6 +9,7 @@
 
 #include <string>
 
+#include "around.h"
 #include "trap_call.h"
 
 // Trapped calls other than ioctl, by their numbers for programs of either width.
@@ -62,7 +63,8 @@ static void respond(const trap_state& trap, const trap_call& c, int status) {
 static void delay(trap_state& trap, const trap_call& c, const fault_rule& rule) {
   trap_delayed held = {};
   held.id = c.id;
-  held.due_us = journal_now_us() + rule.delay_ms * 1000LL;
+  held.since_us = journal_now_us();
+  held.due_us = held.since_us + rule.delay_ms * 1000LL;
   held.tid = c.tid;
   held.arch = c.arch;
   held.number = c.number;
@@ -74,6 +76,7 @@ static void delay(trap_state& trap, const trap_call& c, const fault_rule& rule) 
 // RULE: the one whose delay is over, or null when the call has only just come in.
 static void serve(trap_state& trap, trap_call& c, const fault_rule* rule) {
   trap_catch_up(trap);
+  around_go_on(trap);
   journal_entry entry = {};
   int status = read_call(trap, c, entry);
   if (!trap_still_waiting(trap, c)) return;  // what was read may be another process's
@@ -131,6 +134,15 @@ void trap_take(trap_state& trap) {
   trap_call c = call_of(n.id, static_cast<int32_t>(n.pid), n.data.arch, n.data.nr,
                         reinterpret_cast<const uint64_t*>(n.data.args));
   serve(trap, c, nullptr);
+}
+
+void trap_end_delays(trap_state& trap) {
+  int64_t now = journal_now_us();
+  for (trap_delayed& held : trap.delayed) {
+    held.due_us = now;
+    held.rule.delay_ms = static_cast<int>((now - held.since_us) / 1000);
+  }
+  (void)trap_run_delayed(trap);
 }
 
 int trap_run_delayed(trap_state& trap) {

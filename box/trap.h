@@ -21,7 +21,7 @@ constexpr int kTrapArguments = 3;  // of a call, as far as any needs them
 // A call that a delay rule holds back; the caller sleeps in it meanwhile.
 struct trap_delayed {
   uint64_t id;
-  int64_t due_us;  // monotonic
+  int64_t since_us, due_us;  // monotonic
   int32_t tid;
   uint32_t arch;
   int number;  // of the system call
@@ -53,6 +53,9 @@ void trap_catch_up(trap_state& trap);
 
 // Takes one trapped call. To be called when the listener is readable.
 void trap_take(trap_state& trap);
+
+// Lets the calls that are delayed go on at once.
+void trap_end_delays(trap_state& trap);
 
 // Does the delayed calls that are due; returns milliseconds until the next one, -1: none waits.
 int trap_run_delayed(trap_state& trap);

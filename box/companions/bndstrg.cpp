@@ -12,7 +12,7 @@ static constexpr double kUsualSeconds = 0.2;
 int bndstrg_main() {
   companion self = companion_begin({});
   double after = companion_number(companion_data("bndstrg_1"), "marker_after", kUsualSeconds);
-  if (companion_pause(self, after / companion_speed()) && after >= 0) {
+  if (companion_wait(self, after) && after >= 0) {
     int fd = open(kMarker, O_WRONLY | O_CREAT | O_CLOEXEC, 0644);
     if (fd < 0) perror(kMarker);
     if (fd >= 0) close(fd);

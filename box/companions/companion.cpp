@@ -13,6 +13,7 @@
 #include <time.h>
 #include <unistd.h>
 
+#include "clock.h"
 #include "companions_start.h"
 #include "files.h"
 
@@ -52,6 +53,33 @@ static void take_signal(companion& self) {
 bool companion_pause(companion& self, double seconds) {
   pollfd watched = {self.signals, POLLIN, 0};
   if (poll(&watched, 1, seconds < 0 ? -1 : static_cast<int>(seconds * 1000)) > 0) take_signal(self);
+  return !self.ended;
+}
+
+static int64_t monotonic_us() {
+  timespec now = {};
+  clock_gettime(CLOCK_MONOTONIC, &now);
+  return now.tv_sec * 1000000LL + now.tv_nsec / 1000;
+}
+
+static box_clock clock_now() {
+  box_clock clock = {};
+  if (!clock_parse(file_read(kClockPath), clock)) {
+    clock = {atoll(file_read(kCompanionsStartFile).c_str()), 0, 1, false};
+  }
+  return clock;
+}
+
+// It looks again often: nobody tells it that the clock was changed.
+bool companion_wait(companion& self, double seconds) {
+  constexpr double kLookAgain = 0.02, kTick = 0.001;
+  if (seconds < 0) return companion_pause(self, -1);
+  double end = companion_box_time() + seconds;
+  for (double left; !self.ended && (left = end - companion_box_time()) > 0;) {
+    box_clock clock = clock_now();
+    double most = clock_runs(clock) ? left / clock.speed + kTick : kLookAgain;
+    companion_pause(self, most < kLookAgain ? most : kLookAgain);
+  }
   return !self.ended;
 }
 
@@ -107,10 +135,12 @@ void companion_answer(int fd, const companion_datagram& to, const std::string& b
 }
 
 double companion_time() {
-  timespec now = {};
-  clock_gettime(CLOCK_MONOTONIC, &now);
-  double start = atof(file_read(kCompanionsStartFile).c_str()) / 1e6;
-  return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9 - start;
+  int64_t start = atoll(file_read(kCompanionsStartFile).c_str());
+  return static_cast<double>(monotonic_us() - start) / 1e6;
+}
+
+double companion_box_time() {
+  return static_cast<double>(clock_box_us(clock_now(), monotonic_us())) / 1e6;
 }
 
 // One write for the whole line: several companions may have the file open.

@@ -38,6 +38,9 @@ void companion_ready();
 // Waits for a signal or the time; SECONDS below 0: for ever. False when it ended.
 bool companion_pause(companion& self, double seconds);
 
+// The same for seconds of the box's time, which may be paused, moved on or change its speed.
+bool companion_wait(companion& self, double seconds);
+
 // A UNIX datagram socket at that path; a socket left there by an earlier process is replaced.
 // -1 after a message on standard error.
 int companion_listen(const char* path);
@@ -50,8 +53,9 @@ bool companion_receive(companion& self, int fd, companion_datagram& datagram);
 
 void companion_answer(int fd, const companion_datagram& to, const std::string& bytes);
 
-// Seconds since the box's start.
+// Seconds since the box's start, and what the box's time is by now.
 double companion_time();
+double companion_box_time();
 
 // Appends one line to the file, LINE with "time" in front of its members.
 void companion_record(const char* path, const nlohmann::ordered_json& line);

@@ -3,7 +3,7 @@
 // missing, and so may the file.
 //
 //   {
-//     "speed": 1,                       box seconds per second: durations below and counters
+//     "speed": 1,                       box seconds per second
 //     "companions": {
 //       "bndstrg_1": {
 //         "marker_after": 0.2           seconds until its marker file is there; below 0: never

@@ -67,7 +67,7 @@ static void fill_rssi(const nlohmann::json& data, double seconds, radstat_reply&
 }
 
 static radstat_reply make_reply(const nlohmann::json& data) {
-  double seconds = companion_time() * companion_speed();
+  double seconds = companion_box_time();
   auto number = [&](const char* name, double usual) {
     return static_cast<int32_t>(companion_number(data, name, usual));
   };

@@ -68,5 +68,8 @@ TEST(Model, FirstMatchingFaultIsUsedUpFirst) {
   EXPECT_FALSE(fault_take(rules, 0x8BE1, true, 0x069B, "ra0", taken));
   EXPECT_TRUE(fault_take(rules, 0x8BE1, true, 0x069B, "ra8", taken));
   EXPECT_EQ(taken.error, EAGAIN);
-  EXPECT_TRUE(rules.empty());
+  for (const fault_rule& rule : rules) {
+    EXPECT_EQ(rule.hits, 1);
+    EXPECT_EQ(rule.left, 0);
+  }
 }

@@ -75,6 +75,7 @@ while IFS='|' read -r words message; do
   check "says: $message" said "^gwbox: $message"
 done <<'WRONG'
 nosuch|there is no command 'nosuch'; "gwbox --help" tells how
+nosuch --help|there is no command 'nosuch';
 --nosuch|unknown option '--nosuch';
 run true|put -- before the command: -- true;
 status x|unexpected 'x';
@@ -93,7 +94,7 @@ fail set@ra99 delay=200|"ra99" is no interface: expected ra0 to ra15
 WRONG
 
 # Help fits in 79 columns and says of each command what it takes.
-for command in "" run status set fail log scenario; do
+for command in "" run status set fail advance pause resume log scenario completion; do
   check "gwbox $command --help: 0" ends_with 0 "$gwbox" $command --help
   check "it is not wider than 79 columns" sh -c "! grep -E '.{80}' '$dir/out'"
   check "it begins with the usage" grep -q "^usage: gwbox .*$command" "$dir/out"
@@ -237,10 +238,25 @@ EOF
 sed 's/"bss": 1/"bss": 99/' "$dir/event.json" >"$dir/wrong.json"
 check "a wrong scenario: 2" ends_with 2 "$gwbox" run --scenario "$dir/wrong.json" -- true
 check "with its line" said 'wrong.json:2: stations\[0\].bss: expected a whole number from 1 to 16'
+sed -i 's/"at": 20/"at": -1/' "$dir/wrong.json"
+check "all that is wrong is said" ends_with 2 "$gwbox" scenario check "$dir/wrong.json"
+check "a line each" test "$(wc -l <"$dir/err")" -eq 2
 check "a scenario that is not there: 2" ends_with 2 "$gwbox" run --scenario nowhere -- true
 check "events take place" ends_with 0 "$gwbox" run --no-portmap --scenario "$dir/event.json" -- \
   sh -c 'for i in $(seq 500); do grep -q 00:00:02 /run/gwbox/scenario.json && gwbox status |
     grep -q 00:00:02 && exit 0; sleep 0.01; done; exit 1'
+# Events that fail, in a box whose time goes on only when it is told to.
+cat >"$dir/fails.json" <<EOF
+{ "speed": 0, "events": [{ "at": 10, "fail": "set@ra0 EIO" }, { "at": 20, "fail": "set delay=600000" },
+  { "at": 30, "fail": "clear" }] }
+EOF
+check "requests fail as events tell" ends_with 0 "$gwbox" run --no-portmap --scenario "$dir/fails.json" -- \
+  sh -c 'iwpriv ra0 set A=1 && gwbox advance 10 && gwbox fail list | grep -q "set@ra0 *EIO *0 *1" &&
+    ! iwpriv ra0 set A=1 2>/dev/null && iwpriv ra0 set A=1'
+check "and no more, delays under way included" ends_with 0 "$gwbox" run --no-portmap \
+  --scenario "$dir/fails.json" -- sh -c 'gwbox advance 25; iwpriv ra1 set A=1 &
+    until gwbox fail list | grep -q "delay=.* 1$"; do sleep 0.01; done; gwbox advance 5 && wait $! &&
+    gwbox fail list | grep -q "no failures"'
 check "a command outside a box needs --box" ends_with 1 "$gwbox" status
 check "a box that is not there" ends_with 1 "$gwbox" --box nobody status
 "$gwbox" run --no-portmap --name "named-$$" -- \
@@ -251,6 +267,8 @@ check "status by name" sh -c "$gwbox --box named-$$ status | grep -q 'ra0 *on *H
 check "status by process id" sh -c "$gwbox --box $named status --json | grep -q '\"beacons\": true'"
 check "set from outside" ends_with 0 "$gwbox" --box "named-$$" set station 02:00:5e:00:00:33 bss=1
 check "what was set is there" sh -c "$gwbox --box named-$$ status | grep -q '00:00:33 ra0'"
+check "its name is known to who types" test "$("$gwbox" complete -- --box "named-$$")" = "named-$$"
+check "and its stations" sh -c "$gwbox complete -- --box=named-$$ set station '' | grep -qx 02:00:5e:00:00:33"
 check "fail from outside" ends_with 0 "$gwbox" --box "named-$$" fail set EIO
 check "log from outside" ends_with 0 "$gwbox" --box "named-$$" log
 check "a name is taken once" ends_with 2 "$gwbox" run --name "named-$$" -- true

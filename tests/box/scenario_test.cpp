@@ -77,8 +77,62 @@ TEST(Scenario, EventsMustBeWordsThatCanBeSet) {
   EXPECT_EQ(
       wrong_with("{\"events\": [\n{\"at\": 1, \"set\": \"station 02:00:5e:00:00:01 bss=40\"}]}"),
       "x.json:2: events[0].set: stations[0].bss: expected a whole number from 1 to 16");
-  EXPECT_TRUE(wrong_with("{\"events\": [\n{\"at\": 1, \"set\": \"dance\"}]}")
-                  .starts_with("x.json:2: events[0].set: expected station,"));
+  EXPECT_TRUE(
+      wrong_with("{\"events\": [\n{\"at\": 1, \"set\": \"dance\"}]}")
+          .starts_with("x.json:2: events[0].set: 'dance' cannot be set: expected station,"));
+}
+
+// As they take place, whatever their order in the document.
+TEST(Scenario, EventsFindWhatEarlierOnesHaveMade) {
+  scenario s;
+  std::string wrong;
+  const std::string made = R"({"at": 5, "set": "station 02:00:5e:00:00:07 bss=1"})";
+  const std::string gone = R"({"at": 9, "set": "station 02:00:5e:00:00:07 gone"})";
+  EXPECT_TRUE(scenario_parse("{\"events\": [" + gone + "," + made + "]}", "x", s, wrong)) << wrong;
+  EXPECT_EQ(wrong_with("{\"events\": [\n" + gone + "]}"),
+            "x.json:2: events[0].set: there is no station 02:00:5e:00:00:07");
+}
+
+TEST(Scenario, EventsThatFail) {
+  scenario s;
+  std::string wrong;
+  ASSERT_TRUE(scenario_parse(R"({"events": [{"at": 1, "fail": "survey@ra0 EAGAIN 5"},
+                                            {"at": 2, "fail": "clear"}]})",
+                             "x", s, wrong))
+      << wrong;
+  EXPECT_EQ(s.events[0].fail, "survey@ra0 EAGAIN 5");
+  EXPECT_EQ(s.events[1].set, "");
+  auto fail = [](const std::string& words) {
+    return wrong_with("{\"events\": [{\"at\": 1, \"fail\": \"" + words + "\"}]}");
+  };
+  EXPECT_EQ(
+      fail("survey EIO 0"),
+      "x.json:1: events[0].fail: '0' is no count: expected a whole number from 1 to 1000000000");
+  EXPECT_TRUE(
+      fail("weather EIO").starts_with("x.json:1: events[0].fail: \"weather\" is no request"));
+  EXPECT_EQ(fail("survey"),
+            "x.json:1: events[0].fail: 'survey' needs HOW: an errno name such as EAGAIN, delay=MS, "
+            "short=BYTES or count=NUMBER");
+  EXPECT_EQ(wrong_with(R"({"events": [{"at": 1}]})"),
+            "x.json:1: events[0]: expected either \"set\" or \"fail\"");
+  EXPECT_EQ(wrong_with(R"({"events": [{"at": 1, "set": "speed 1", "fail": "clear"}]})"),
+            "x.json:1: events[0]: expected either \"set\" or \"fail\"");
+}
+
+TEST(Scenario, EveryMistakeIsToldInTheOrderOfTheLines) {
+  EXPECT_EQ(wrong_with("{\n\"stations\": [\n{\"mac\": \"02:00:5e:00:00:01\", \"bss\": 99},\n"
+                       "{\"bss\": 1, \"btm\": 1},\n{\"mac\": \"02:00:5e:00:00:01\", \"bss\": 1}],\n"
+                       "\"speed\": -1}"),
+            "x.json:3: stations[0].bss: expected a whole number from 1 to 16\n"
+            "x.json:4: stations[1]: \"mac\" is missing\n"
+            "x.json:4: stations[1].btm: expected true or false\n"
+            "x.json:5: stations[2].mac: 02:00:5e:00:00:01 is there twice\n"
+            "x.json:6: speed: expected a number from 0 to 100000");
+  EXPECT_EQ(wrong_with(
+                "{\"events\": [\n{\"at\": 1, \"fail\": \"x\"},\n{\"at\": 1, \"set\": \"speed\"}]}"),
+            "x.json:2: events[0].fail: 'x' needs HOW: an errno name such as EAGAIN, delay=MS, "
+            "short=BYTES or count=NUMBER\n"
+            "x.json:3: events[1].set: expected more after \"speed\"");
 }
 
 TEST(Scenario, Edits) {
@@ -105,6 +159,8 @@ TEST(Scenario, Edits) {
   EXPECT_NE(s.text.find("\"hnc\""), std::string::npos);
   EXPECT_TRUE(edit("station 02:00:5e:00:00:01 gone"));
   EXPECT_TRUE(s.stations.empty());
+  EXPECT_TRUE(edit("speed 2.5"));
+  EXPECT_EQ(s.speed, 2.5);
 }
 
 TEST(Scenario, EditsThatAreWrongChangeNothing) {
@@ -117,7 +173,8 @@ TEST(Scenario, EditsThatAreWrongChangeNothing) {
         "station 02:00:5e:00:00:01 bss=17", "station 02:00:5e:00:00:01 colour=red",
         "station zz bss=1", "station 02:00:5e:00:00:99 gone", "radio ra1 channel=3",
         "radio ra0 channel=x", "companion a", "neighbour 02:00:5e:10:00:09 channel=3",
-        "station 02:00:5e:00:00:01 rssi.7=1", "station 02:00:5e:00:00:01 bss.deeper=1"}) {
+        "station 02:00:5e:00:00:01 rssi.7=1", "station 02:00:5e:00:00:01 bss.deeper=1", "speed",
+        "speed fast", "speed 1 2", "weather fine"}) {
     EXPECT_FALSE(scenario_edit_line(s, line, wrong)) << line;
     EXPECT_NE(wrong, "") << line;
     EXPECT_EQ(s.text, before) << line;

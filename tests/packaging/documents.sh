@@ -50,4 +50,9 @@ check "with what it shows of ra0" same "$(radio_lines "$dir/session")" "$(radio_
 # The counts that it has of a scenario.
 shown=$(sed -n 's/.*--scenario apartment  *# //p' "$source/docs/gwbox.md")
 check "the apartment has what it says" holds "$("$build/gwbox" scenario check apartment)" "good: $shown,"
+
+# Its scenario with events.
+sed -n '/^    { "stations"/,/^      \] }/p' "$source/docs/gwbox.md" >"$dir/events.json"
+check "the scenario with events is good" holds \
+  "$("$build/gwbox" scenario check "$dir/events.json")" "good: 1 stations, 0 neighbours, 4 events"
 all_passed

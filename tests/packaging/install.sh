@@ -18,7 +18,8 @@ for file in share/wificonfd/wlan_config.x share/pkgconfig/wificonfd.pc \
   share/doc/wificonfd/security.md \
   share/doc/wificonfd/DESIGN.md share/doc/wificonf/c-client.md share/doc/wificonf/procedures.md \
   share/doc/gwbox/gwbox.md share/wificonfd/wlan_config.lua share/man/man1/gwbox-companion.1 \
-  share/bash-completion/completions/wificonf share/zsh/vendor-completions/_wificonf; do
+  share/bash-completion/completions/wificonf share/zsh/vendor-completions/_wificonf \
+  share/bash-completion/completions/gwbox share/zsh/vendor-completions/_gwbox; do
   check "$file is there" test -s "$dir/here/$file"
 done
 # broken_links: the links of the installed documents that lead nowhere.
@@ -46,17 +47,13 @@ check "the client runs from there" "$dir/here/bin/wificonf" --version
 check "gwbox runs from there, with its companions" env -C "$dir" "$dir/here/bin/gwbox" run \
   --companions --no-portmap -- true
 
-# completed WORD...: what bash offers for the last word.
+# completed LINE: what bash offers at its end.
 completed() {
-  PATH=$dir/here/bin:$PATH bash -c '. "$0"; COMP_WORDS=(gwbox "$@"); COMP_CWORD=$#; _gwbox
-    echo "${COMPREPLY[@]}"' "$dir/here/share/bash-completion/completions/gwbox" "$@"
+  PATH=$dir/here/bin:$PATH bash -c '. "$0"; COMP_LINE=$1 COMP_POINT=${#1}; _gwbox gwbox
+    echo "${COMPREPLY[@]}"' "$dir/here/share/bash-completion/completions/gwbox" "$1"
 }
-check "gwbox's commands are completed" same "run status set fail log scenario" "$(completed "")"
-check "after an option, too" same "status set scenario" "$(completed --box 12 s)"
-check "and its options" same "--scenario --speed" "$(completed run --s)"
-check "and scenarios" same "minimal mesh" "$(completed run --scenario m)"
-check "of each command" same "minimal apartment mesh schema" "$(completed scenario show "")"
-check "but nothing of the command that is run" same "" "$(completed run -- s)"
+check "gwbox's words are completed" same "status set scenario" "$(completed "gwbox s")"
+check "and those that it takes" same "minimal mesh" "$(completed "gwbox scenario show m")"
 
 unit=$dir/here/lib/systemd/system/wificonfd.service
 check "the unit starts this daemon" same "$dir/here/sbin/wificonfd" "$(unit_value "$unit" ExecStart)"
