@@ -104,9 +104,9 @@ static void show(const procedure_row& procedure, const decoded_reply& reply, boo
   if (layout == nullptr || reply.data.empty()) return;
   const earlier_record earlier = {reply.data, 1.5};
   if (as_lines) {
-    check_text(show_lines(*layout, reply.data, "1 ", &earlier));
+    check_text(show_lines(*layout, reply.data, "1 ", {0, 9, &earlier}));
   } else {
-    check_text(show_record(*layout, reply.data, reply.data[0] & 0x7F, &earlier));
+    check_text(show_record(*layout, reply.data, {reply.data[0] & 0x7Fu, 1, &earlier}));
   }
 }
 
@@ -117,9 +117,18 @@ static void check_json(const procedure_row& procedure, const decoded_reply& repl
 }
 
 static void check_redacted(const procedure_row& procedure, const decoded_reply& reply) {
-  nlohmann::ordered_json redacted = json_result(procedure, reply);
-  redact(redacted);
+  const nlohmann::ordered_json answer = json_result(procedure, reply);
+  nlohmann::ordered_json redacted = answer;
+  redaction state;
+  redact(procedure, redacted, state);
   CHECK(redacted["return_code"] == reply.code);
+  if (procedure.payload != payload_kind::TEXT || reply.code < 0) return;
+  // A text stays only where there is none, or where it is said to be free.
+  const content holds = payload_value(procedure).holds;
+  CHECK(redacted.contains("value") == (holds != content::kUnsaid));
+  const bool same = redacted.value("value", "") == answer["value"];
+  CHECK(same == (holds == content::kFree || answer["value"] == "") || holds == content::kAddress ||
+        answer["value"] == "(redacted)" || answer["value"] == "name-1");
 }
 
 // Large records take their time: one way to look at them in a run.

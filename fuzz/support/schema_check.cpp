@@ -5,7 +5,11 @@
 
 using nlohmann::json;
 
-static bool has_type(const json& value, const std::string& type) {
+static bool has_type(const json& value, const json& type) {
+  if (type.is_array())
+    return std::any_of(type.begin(), type.end(),
+                       [&](const json& one) { return has_type(value, one); });
+  if (type == "null") return value.is_null();
   if (type == "integer") return value.is_number_integer();
   if (type == "number") return value.is_number();
   if (type == "string") return value.is_string();
@@ -76,8 +80,10 @@ static bool is_known(const std::string& word) {
 
 static std::string value_objection(const json& schema, const json& value) {
   if (schema.contains("type") && !has_type(value, schema["type"])) return "another type";
-  if (schema.contains("minimum") && value < schema["minimum"]) return "too small";
-  if (schema.contains("maximum") && value > schema["maximum"]) return "too large";
+  // Limits are of numbers, whatever else a value may be.
+  const bool number = value.is_number();
+  if (number && schema.contains("minimum") && value < schema["minimum"]) return "too small";
+  if (number && schema.contains("maximum") && value > schema["maximum"]) return "too large";
   if (schema.contains("const") && value != schema["const"]) return "another value";
   if (schema.contains("pattern") && !has_pattern(value, schema["pattern"])) return "another form";
   if (!schema.contains("enum")) return "";
