@@ -111,6 +111,15 @@ TEST(Reset, DoesNotWaitOutAnInitOrARestartThatBegins) {
   EXPECT_FALSE(modules_loaded);
 }
 
+TEST(Handlers, RestartOfNoRadioIsReportedAndQueuesNothing) {
+  switch_console_on();
+  EXPECT_EQ(output_of([] {
+              EXPECT_EQ(errors_of([] { EXPECT_EQ(wlan_restart(17), 0); }),
+                        rev_error_prefix("wlan_restart") + "Invalid radio index\n");
+            }),
+            "");
+}
+
 TEST(Handlers, InitIsAcceptedRightAfterTheStart) {
   switch_console_on();
   note_commands();
