@@ -38,6 +38,8 @@ void define(CLI::App& app, client_options& options) {
   app.add_option("--timeout", options.timeout)->check(CLI::Validator(check_timeout, ""));
   app.add_flag("--json", options.json);
   app.add_flag("--raw", options.raw);
+  app.add_flag("--force", options.force);
+  app.add_flag("--inert-ok", options.inert_ok);
   app.prefix_command();
 }
 

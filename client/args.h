@@ -11,6 +11,8 @@ struct client_options {
   double timeout = 10;  // seconds
   bool json = false;
   bool raw = false;                // the result's bytes, undecoded
+  bool force = false;              // arguments that make no sense are sent all the same
+  bool inert_ok = false;           // a procedure that does nothing is a success
   std::vector<std::string> words;  // PROCEDURE and what follows, verbatim
 };
 

@@ -1,47 +1,26 @@
 #include "arguments.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <climits>
-#include <cstdlib>
 
+#include "constraint.h"
 #include "lookup.h"
+#include "meanings.h"
 #include "text.h"
 
 namespace {
 
-// Decimal or, after 0x, hexadecimal; digits alone, no blanks. An octal form
-// does not exist: 010 is ten.
-bool parse_integer(std::string_view text, long long low, long long high, long long* value) {
-  bool negative = text.starts_with('-');
-  std::string_view digits = text.substr(negative ? 1 : 0);
-  uint32_t magnitude = 0;
-  if (!lookup_parse_number(digits, &magnitude)) return false;
-  *value = negative ? -static_cast<long long>(magnitude) : magnitude;
-  return *value >= low && *value <= high;
-}
-
-bool parse_bool(std::string_view text, uint32_t* value) {
-  std::string word = text_lower(text);
-  if (word == "1" || word == "true" || word == "on" || word == "yes") {
-    *value = 1;
-    return true;
-  }
-  *value = 0;
-  return word == "0" || word == "false" || word == "off" || word == "no";
-}
-
-bool put_integer(byte_string& bytes, std::string_view text, long long low, long long high) {
-  long long value = 0;
-  if (!parse_integer(text, low, high, &value)) return false;
+bool put_integer(byte_string& bytes, std::string_view text, int64_t low, int64_t high) {
+  int64_t value = 0;
+  if (!constraint_parse_integer(text, &value) || value < low || value > high) return false;
   wire_put_word(bytes, static_cast<uint32_t>(value));
   return true;
 }
 
-bool put_bool(byte_string& bytes, std::string_view text) {
-  uint32_t value = 0;
-  if (!parse_bool(text, &value)) return false;
-  wire_put_word(bytes, value);
+bool put_switch(byte_string& bytes, std::string_view text) {
+  bool on = false;
+  if (!constraint_parse_switch(text, &on)) return false;
+  wire_put_word(bytes, on ? 1 : 0);
   return true;
 }
 
@@ -55,7 +34,10 @@ bool put_text(byte_string& bytes, std::string_view text, uint32_t characters) {
   return true;
 }
 
-bool put(byte_string& bytes, const argument_spec& argument, std::string_view text) {
+bool put(byte_string& bytes, const argument_spec& argument, const constraint& limits,
+         std::string_view text) {
+  // An integer that is a switch takes a switch's words, too.
+  if (limits.kind == constraint_kind::kSwitch && put_switch(bytes, text)) return true;
   switch (argument.type) {
     case argument_type::kInt:
       return put_integer(bytes, text, INT_MIN, INT_MAX);
@@ -64,7 +46,7 @@ bool put(byte_string& bytes, const argument_spec& argument, std::string_view tex
     case argument_type::kShort:
       return put_integer(bytes, text, 0, USHRT_MAX);
     case argument_type::kBool:
-      return put_bool(bytes, text);
+      return put_switch(bytes, text);
     case argument_type::kText:
       return put_text(bytes, text, argument.characters);
     case argument_type::kString:
@@ -74,6 +56,31 @@ bool put(byte_string& bytes, const argument_spec& argument, std::string_view tex
       break;  // comes as its fields
   }
   return false;
+}
+
+std::string form_of(const procedure_row& procedure, const argument_spec& argument) {
+  return constraint_form(meanings_limits(procedure, argument));
+}
+
+// What was given, as a message shows it. Of what may be a secret only its length.
+std::string shown(const constraint& limits, const std::string& given) {
+  switch (limits.kind) {
+    case constraint_kind::kText:
+    case constraint_kind::kHex:
+    case constraint_kind::kDigits:
+    case constraint_kind::kPassphrase:
+      return text_format("%zu byte%s", given.size(), given.size() == 1 ? "" : "s");
+    default:
+      return text_quote(given);
+  }
+}
+
+// "NAME: argument 'bss' takes an integer, 1 to 16, not '17'"
+std::string refusal(const procedure_row& procedure, const argument_spec& argument,
+                    const std::string& given) {
+  return lookup_display_name(procedure) + ": argument '" + argument.name + "' takes " +
+         form_of(procedure, argument) + ", not " +
+         shown(meanings_limits(procedure, argument), given);
 }
 
 bool is_option(const std::string& word) {
@@ -96,7 +103,7 @@ std::string wrong_count(const procedure_row& procedure, const std::vector<argume
   const bool has_option = option != given.end();
   if (given.size() < expected) {
     const argument_spec& missing = arguments[given.size()];
-    return error + ": '" + missing.name + "' is missing, " + arguments_form(missing) +
+    return error + ": '" + missing.name + "' is missing, " + form_of(procedure, missing) +
            option_hint(has_option);
   }
   const std::string& extra = has_option ? *option : given[expected];
@@ -114,33 +121,25 @@ bool arguments_encode(const procedure_row& procedure, const std::vector<std::str
   }
   for (size_t i = 0; i < given.size(); i++) {
     const argument_spec& argument = arguments[i];
-    if (put(bytes, argument, given[i])) continue;
-    error = lookup_display_name(procedure) + ": argument '" + argument.name + "' takes " +
-            arguments_form(argument) + ", not " + text_quote(given[i]) +
-            option_hint(is_option(given[i]));
+    if (put(bytes, argument, meanings_limits(procedure, argument), given[i])) continue;
+    error = refusal(procedure, argument, given[i]) + option_hint(is_option(given[i]));
     return false;
   }
   return true;
 }
 
-std::string arguments_form(const argument_spec& argument) {
-  switch (argument.type) {
-    case argument_type::kInt:
-      return "an integer, decimal or 0x..., -2147483648 to 2147483647";
-    case argument_type::kUnsigned:
-      return "an integer, decimal or 0x..., 0 to 4294967295";
-    case argument_type::kShort:
-      return "an integer, decimal or 0x..., 0 to 65535";
-    case argument_type::kBool:
-      return "a switch: 0, 1, off, on, no, yes, false or true";
-    case argument_type::kString:
-      return "a text";
-    case argument_type::kText:
-      return text_format("a text of at most %u bytes", argument.characters - 1);
-    case argument_type::kSupportedHne:
-      break;
+bool arguments_check(const procedure_row& procedure, const std::vector<std::string>& given,
+                     std::string& error) {
+  const std::vector<argument_spec> arguments = table_arguments(procedure);
+  for (size_t i = 0; i < given.size(); i++) {
+    const constraint limits = meanings_limits(procedure, arguments[i]);
+    if (constraint_holds(limits, given[i])) continue;
+    const std::string nearest = constraint_nearest(limits, given[i]);
+    error = refusal(procedure, arguments[i], given[i]) +
+            (nearest.empty() ? "" : "; did you mean " + nearest + "?");
+    return false;
   }
-  return "a record";
+  return true;
 }
 
 std::string arguments_usage(const procedure_row& procedure) {

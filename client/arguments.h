@@ -13,8 +13,11 @@
 bool arguments_encode(const procedure_row& procedure, const std::vector<std::string>& given,
                       byte_string& bytes, std::string& error);
 
-// What a caller may write, for example "integer (decimal or 0x...)".
-std::string arguments_form(const argument_spec& argument);
+// Checks every word by the constraint of its argument, which is narrower than its type:
+// what the daemon takes and does not make sense of. False: `error` as above. The count
+// of the words is that of the arguments.
+bool arguments_check(const procedure_row& procedure, const std::vector<std::string>& given,
+                     std::string& error);
 
 // "wificonf wlan_set_ssid BSS SSID"
 std::string arguments_usage(const procedure_row& procedure);

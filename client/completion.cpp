@@ -10,7 +10,8 @@
 
 namespace {
 
-constexpr char kOptions[] = "--host --port --timeout --json --raw --version --help";
+constexpr char kOptions[] =
+    "--host --port --timeout --json --raw --force --inert-ok --version --help";
 
 std::string names() {
   std::string out;
@@ -42,9 +43,10 @@ std::string orders() {
 
 // Words that make sense for an argument; "" where they are not few.
 std::string values_of(const procedure_row& procedure, const argument_spec& argument) {
-  const meaning_entry* meaning = meanings_find(procedure, argument.name);
-  if (meaning != nullptr && meaning->values != nullptr) return meaning->values;
-  return argument.type == argument_type::kBool ? "on off" : "";
+  std::string out;
+  for (const std::string& value : constraint_values(meanings_limits(procedure, argument)))
+    out += (out.empty() ? "" : " ") + value;
+  return out;
 }
 
 // "NAME|NAME...) offers='...';;" for each list of words that arguments in that
@@ -110,6 +112,7 @@ std::string chooser() {
          "    list/--topic) offers='" +
          topic_words() +
          "'; return ;;\n"
+         "    list/--active) offers='--topic'; return ;;\n"
          "  esac\n"
          "  case $procedure/$place in\n"
          "    /*) kind=names\n"
@@ -118,9 +121,9 @@ std::string chooser() {
          commands() + " " + kOptions +
          "\"\n"
          "      return ;;\n"
-         "    describe/0) kind=names offers=$names; return ;;\n"
-         "    schema/0) kind=names offers=\"$names error top\"; return ;;\n"
-         "    list/0) offers='--topic --topics'; return ;;\n"
+         "    describe/0|schema/1) kind=names offers=$names; return ;;\n"
+         "    schema/0) kind=names offers=\"$names error top --arguments\"; return ;;\n"
+         "    list/0) offers='--active --topic --topics'; return ;;\n"
          "    dump/0) offers='--redact'; return ;;\n"
          "    ping/0) offers='--wait'; return ;;\n"
          "    completion/0) offers='bash zsh'; return ;;\n"

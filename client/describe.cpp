@@ -6,6 +6,7 @@
 #include "list.h"
 #include "lookup.h"
 #include "meanings.h"
+#include "notes.h"
 #include "payload.h"
 #include "text.h"
 #include "topic.h"
@@ -49,10 +50,9 @@ std::string argument_lines(const procedure_row& procedure) {
   std::string out = "\nArguments\n";
   size_t indent = name_width + type_width + 6;
   for (const argument_spec& argument : arguments) {
-    const meaning_entry* meaning = meanings_find(procedure, argument.name);
     out += "  " + pad(argument.name, name_width) + "  " + pad(describe_type(argument), type_width) +
            "  ";
-    out += text_wrap(meaning == nullptr ? "" : meaning->text, kWidth, indent, indent) + "\n";
+    out += text_wrap(meanings_text(procedure, argument), kWidth, indent, indent) + "\n";
   }
   return arguments.empty() ? "\nArguments\n  none\n" : out;
 }
@@ -127,7 +127,9 @@ std::string describe_procedure(const procedure_row& procedure) {
   std::string out =
       lookup_display_number(procedure.number) + "  " + lookup_display_name(procedure) + "\n\n  ";
   out += text_wrap(procedure.summary, kWidth, 2, 2) + "\n";
-  std::string note = describe_note(procedure);
+  const std::string needs = describe_needs(procedure);
+  if (!needs.empty()) out += section("First", needs);
+  const std::string note = describe_note(procedure);
   if (!note.empty()) out += section("Note", note);
   out += argument_lines(procedure);
   out += section("Result", describe_result(procedure));
@@ -214,8 +216,16 @@ std::string describe_example(const procedure_row& procedure) {
   return line;
 }
 
+std::string describe_needs(const procedure_row& procedure) {
+  std::string out;
+  for (const std::string& name : notes_needs(procedure))
+    out += (out.empty() ? "" : ", ") + name;
+  return out;
+}
+
 std::string describe_note(const procedure_row& procedure) {
-  if (!procedure.inert) return "";
+  const procedure_note* note = notes_find(procedure);
+  if (!procedure.inert) return note == nullptr ? "" : note->text;
   return procedure.payload == payload_kind::CODE
              ? "Accepted, but deliberately does nothing: nothing is changed, the answer is "
                "always the same."

@@ -32,5 +32,8 @@ std::string describe_result(const procedure_row& procedure);
 // A command line that is accepted, quoted for a shell.
 std::string describe_example(const procedure_row& procedure);
 
-// What a caller should know about an inert procedure; empty for others.
+// The procedures to call first, with commas between; empty where there are none.
+std::string describe_needs(const procedure_row& procedure);
+
+// What a caller should know besides, such as that nothing is done; empty as a rule.
 std::string describe_note(const procedure_row& procedure);

@@ -18,20 +18,22 @@ struct help_entry {
 constexpr help_entry kEntries[] = {
     {"", "[OPTION...] PROCEDURE [ARGUMENT...]", "PROCEDURE",
      "name, for example wlan_set_ssid or wlan-set-ssid; or a number, then without arguments and "
-     "shown as bytes. Types and number of the arguments are checked here, ranges by the daemon. "
-     "For an argument that is a text, @FILE is what the file holds, @- standard input, @@... a "
-     "text that begins with @"},
+     "shown as bytes. Its arguments are checked before anything is sent. For an argument that is a "
+     "text, @FILE is what the file holds, @- standard input, @@... a text that begins with @"},
     {"ping", "[OPTION...] ping [--wait SECONDS]", "ping",
      "is the daemon there, and how long does an answer take; --wait asks until it is, that long at "
      "most"},
-    {"list", "[--json] list [--topic TOPIC] [PATTERN]", "list",
-     "procedures whose name or summary has PATTERN, in which * and ? are wildcards; with --topic "
-     "those of one topic, and --topics tells which topics there are"},
+    {"list", "[--json] list [--active] [--topic TOPIC] [PATTERN]", "list",
+     "procedures whose name or summary has PATTERN, in which * and ? are wildcards; with --active "
+     "without those that do nothing, with --topic those of one topic, and --topics tells which "
+     "topics there are"},
     {"list", "[--json] list --topics", "", ""},
     {"describe", "[--json] describe PROCEDURE", "describe",
-     "its arguments, its result, what it does, an example"},
+     "its arguments, its result, what it does, what to call first, an example"},
     {"schema", "schema PROCEDURE|error|top", "schema",
-     "JSON Schema of what --json prints of its result, of a failure, or of top"},
+     "JSON Schema of what --json prints of its result, of a failure, or of top; with --arguments "
+     "of the procedure's arguments"},
+    {"schema", "schema --arguments PROCEDURE", "", ""},
     {"dump", "[OPTION...] dump [--redact]", "dump",
      "all that the gateway tells of itself, as JSON; --redact leaves out secrets and gives "
      "addresses and names others"},
@@ -55,6 +57,8 @@ constexpr help_entry kOptions[] = {
     {"", "", "--raw",
      "the result as it came, as a hex dump: * stands for lines like the one before; with --json as "
      "hexadecimal digits"},
+    {"", "", "--force", "send arguments that are refused, such as BSS 17, all the same"},
+    {"", "", "--inert-ok", "a procedure that does nothing is a success: status 0, not 5"},
     {"", "", "--version", "version of this program"},
     {"", "", "-h, --help", "this text; behind a command or PROCEDURE, of that"},
 };
@@ -87,7 +91,7 @@ std::string help_text() {
          "\nA call is sent once and never repeated; only ping --wait asks again.\n\n"
          "Exit status: 0 done, 1 the daemon answered a failure code, 2 wrong usage,\n"
          "3 no answer, an RPC error, or output that cannot be written, 4 not ready: try\n"
-         "again.\n";
+         "again, 5 the procedure is accepted and does nothing.\n";
 }
 
 std::string help_of(std::string_view command) {

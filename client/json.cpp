@@ -7,8 +7,10 @@
 #include "list.h"
 #include "lookup.h"
 #include "meanings.h"
+#include "notes.h"
 #include "payload.h"
 #include "rate_word.h"
+#include "schema.h"
 #include "session.h"
 #include "show.h"
 #include "text.h"
@@ -112,8 +114,8 @@ ordered_json describe_argument(const procedure_row& procedure, const argument_sp
   ordered_json object = ordered_json::object();
   object["name"] = argument.name;
   object["type"] = describe_type(argument);
-  const meaning_entry* meaning = meanings_find(procedure, argument.name);
-  if (meaning != nullptr) object["meaning"] = meaning->text;
+  object["meaning"] = meanings_text(procedure, argument);
+  object["schema"] = schema_of_argument(procedure, argument);
   return object;
 }
 
@@ -217,6 +219,9 @@ std::string json_describe(const procedure_row& procedure) {
   object["summary"] = procedure.summary;
   object["topic"] = topic_word(topic_of(procedure));
   object["inert"] = procedure.inert;
+  object["needs"] = notes_needs(procedure);
+  const std::string note = describe_note(procedure);
+  if (!note.empty()) object["note"] = note;
   object["arguments"] = ordered_json::array();
   for (const argument_spec& argument : table_arguments(procedure))
     object["arguments"].push_back(describe_argument(procedure, argument));

@@ -11,7 +11,8 @@ namespace {
 using procedures = std::vector<const procedure_row*>;
 
 constexpr char kUsage[] =
-    "list takes [--topic TOPIC] and one PATTERN at most, which the shell must leave alone; "
+    "list takes [--active] [--topic TOPIC] and one PATTERN at most, which the shell must leave "
+    "alone; "
     "or --topics";
 
 exit_status list_topics(const output_streams& streams, const client_options& options) {
@@ -29,6 +30,26 @@ exit_status wrong_topic(const output_streams& streams, const std::string& word) 
     line += ";";
   }
   return fail(streams, kExitUsage, line + " 'wificonf list --topics' has all");
+}
+
+// Takes "--active" and "--topic TOPIC" off the front of the words; `wrong` is a topic
+// that is none.
+void take_options(std::vector<std::string>& words, list_choice& choice, std::string& wrong) {
+  while (!words.empty()) {
+    if (words[0] == "--active") {
+      choice.active = true;
+      words.erase(words.begin());
+      continue;
+    }
+    if (words[0] != "--topic" || words.size() < 2) return;
+    const std::vector<const char*> meant = topics_near(words[1]);
+    if (meant.size() != 1) {
+      wrong = words[1];
+      return;
+    }
+    choice.topic = meant[0];
+    words.erase(words.begin(), words.begin() + 2);
+  }
 }
 
 exit_status list_procedures(const output_streams& streams, const client_options& options,
@@ -50,7 +71,8 @@ exit_status list_procedures(const output_streams& streams, const client_options&
 std::vector<const procedure_row*> list_find(const list_choice& choice) {
   procedures found;
   for (const procedure_row& procedure : table_procedures()) {
-    const bool about = choice.topic == nullptr || topic_of(procedure) == choice.topic;
+    const bool about = (choice.topic == nullptr || topic_of(procedure) == choice.topic) &&
+                       !(choice.active && procedure.inert);
     if (about && lookup_matches(procedure, choice.pattern)) found.push_back(&procedure);
   }
   return found;
@@ -60,12 +82,9 @@ exit_status run_list(const output_streams& streams, const client_options& option
   std::vector<std::string> words(options.words.begin() + 1, options.words.end());
   if (words == std::vector<std::string>{"--topics"}) return list_topics(streams, options);
   list_choice choice;
-  if (words.size() >= 2 && words[0] == "--topic") {
-    const std::vector<const char*> meant = topics_near(words[1]);
-    if (meant.size() != 1) return wrong_topic(streams, words[1]);
-    choice.topic = meant[0];
-    words.erase(words.begin(), words.begin() + 2);
-  }
+  std::string wrong;
+  take_options(words, choice, wrong);
+  if (!wrong.empty()) return wrong_topic(streams, wrong);
   const bool is_option = !words.empty() && words[0].starts_with("--");
   if (words.size() > 1 || is_option) return fail(streams, kExitUsage, kUsage);
   if (!words.empty()) choice.pattern = words[0];

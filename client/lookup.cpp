@@ -17,30 +17,13 @@ std::string fold(std::string_view name) {
   return out;
 }
 
-// Edits (insert, delete, replace one character) from one text to the other.
-size_t distance(std::string_view a, std::string_view b) {
-  std::vector<size_t> row(b.size() + 1);
-  for (size_t j = 0; j <= b.size(); j++)
-    row[j] = j;
-  for (size_t i = 1; i <= a.size(); i++) {
-    size_t diagonal = row[0];
-    row[0] = i;
-    for (size_t j = 1; j <= b.size(); j++) {
-      size_t replaced = diagonal + (a[i - 1] == b[j - 1] ? 0 : 1);
-      diagonal = row[j];
-      row[j] = std::min({row[j] + 1, row[j - 1] + 1, replaced});
-    }
-  }
-  return row[b.size()];
-}
-
 // Smaller is nearer; SIZE_MAX is not near. What lacks its prefix or its end is
 // near, whatever the number of edits.
 size_t nearness(std::string_view wanted, std::string_view candidate) {
-  size_t edits = distance(wanted, candidate);
+  size_t edits = lookup_distance(wanted, candidate);
   size_t prefix = candidate.find('_') + 1;  // 0 for a command, which has none
   std::string_view bare = candidate.substr(prefix);
-  if (prefix > 0) edits = std::min(edits, distance(wanted, bare) + 1);
+  if (prefix > 0) edits = std::min(edits, lookup_distance(wanted, bare) + 1);
   size_t allowed = wanted.size() < 6 ? 2 : 3;
   if (edits <= allowed) return edits;
   bool begins = candidate.starts_with(wanted) || bare.starts_with(wanted);
@@ -70,6 +53,22 @@ bool glob(std::string_view pattern, std::string_view text) {
 }
 
 }  // namespace
+
+size_t lookup_distance(std::string_view a, std::string_view b) {
+  std::vector<size_t> row(b.size() + 1);
+  for (size_t j = 0; j <= b.size(); j++)
+    row[j] = j;
+  for (size_t i = 1; i <= a.size(); i++) {
+    size_t diagonal = row[0];
+    row[0] = i;
+    for (size_t j = 1; j <= b.size(); j++) {
+      size_t replaced = diagonal + (a[i - 1] == b[j - 1] ? 0 : 1);
+      diagonal = row[j];
+      row[j] = std::min({row[j] + 1, row[j - 1] + 1, replaced});
+    }
+  }
+  return row[b.size()];
+}
 
 const procedure_row* lookup_name(std::string_view name) {
   std::string folded = fold(name);
@@ -109,21 +108,26 @@ bool lookup_parse_number(std::string_view text, uint32_t* number) {
 std::vector<std::string> lookup_near(std::string_view name, bool with_commands) {
   struct Candidate {
     size_t nearness;
+    bool inert;
     std::string name;
   };
   std::string wanted = fold(name);
   std::vector<Candidate> found;
   for (const char* command : kCommands) {
-    if (with_commands) found.push_back({nearness(wanted, text_upper(command)), command});
+    if (with_commands) found.push_back({nearness(wanted, text_upper(command)), false, command});
   }
   for (const procedure_row& procedure : table_procedures())
-    found.push_back({nearness(wanted, procedure.name), text_lower(procedure.name)});
+    found.push_back(
+        {nearness(wanted, procedure.name), procedure.inert, text_lower(procedure.name)});
   std::erase_if(found, [](const Candidate& c) { return c.nearness == SIZE_MAX; });
-  std::stable_sort(found.begin(), found.end(),
-                   [](const Candidate& a, const Candidate& b) { return a.nearness < b.nearness; });
-  std::vector<std::string> names;
-  for (size_t i = 0; i < found.size() && i < 3; i++)
-    names.push_back(found[i].name);
+  std::stable_sort(found.begin(), found.end(), [](const Candidate& a, const Candidate& b) {
+    return std::pair(a.nearness, a.inert) < std::pair(b.nearness, b.inert);
+  });
+  found.resize(std::min(found.size(), size_t{3}));
+  // What does something is the better advice, though it is farther away.
+  std::stable_partition(found.begin(), found.end(), [](const Candidate& c) { return !c.inert; });
+  std::vector<std::string> names(found.size());
+  std::ranges::transform(found, names.begin(), &Candidate::name);
   return names;
 }
 

@@ -25,7 +25,8 @@ bool lookup_is_number(std::string_view text);
 bool lookup_parse_number(std::string_view text, uint32_t* number);
 
 // Up to three names, of commands too where `with_commands`, that `name` may have
-// been meant as, the nearest first; empty when nothing is near.
+// been meant as: those that do something, then those that do nothing, each the nearest
+// first; empty when nothing is near.
 std::vector<std::string> lookup_near(std::string_view name, bool with_commands);
 
 // True when name or summary has the pattern somewhere in it; * and ? are wildcards.
@@ -34,6 +35,9 @@ bool lookup_matches(const procedure_row& procedure, std::string_view pattern);
 // What may stand in the place of a procedure: "ping", "list", ...
 std::span<const char* const> lookup_commands();
 bool lookup_is_command(std::string_view word);
+
+// Edits (insert, delete, replace one character) from one text to the other.
+size_t lookup_distance(std::string_view a, std::string_view b);
 
 // As people write it: lower case.
 std::string lookup_display_name(const procedure_row& procedure);

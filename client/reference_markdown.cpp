@@ -53,9 +53,8 @@ std::vector<const procedure_row*> procedures_of(const char* topic, bool inert) {
 std::string arguments_table(const procedure_row& procedure) {
   std::string out;
   for (const argument_spec& argument : table_arguments(procedure)) {
-    const meaning_entry* meaning = meanings_find(procedure, argument.name);
     out += "| `" + argument.name + "` | " + describe_type(argument) + " | " +
-           cell(meaning == nullptr ? "" : meaning->text) + " |\n";
+           cell(meanings_text(procedure, argument)) + " |\n";
   }
   return out.empty() ? "" : "\n| argument | type | meaning |\n|---|---|---|\n" + out;
 }
@@ -126,6 +125,10 @@ std::string entry(const procedure_row& procedure) {
   const std::string name = lookup_display_name(procedure);
   std::string out = text_format("\n### %s\n\nNumber %s. %s.\n", name.c_str(),
                                 lookup_display_number(procedure.number).c_str(), procedure.summary);
+  const std::string needs = describe_needs(procedure);
+  if (!needs.empty()) out += text_format("\nFirst: %s.\n", needs.c_str());
+  const std::string note = describe_note(procedure);
+  if (!note.empty()) out += "\n" + note + "\n";
   out += arguments_table(procedure);
   std::string result = describe_result(procedure);
   if (result.back() != ':') result += '.';

@@ -58,6 +58,18 @@ std::string payload_text(const procedure_row& procedure, const decoded_reply& re
   return text_format("ok (code %d%s)\n", reply.code, code_meaning(reply.code));
 }
 
+// Told on standard error: standard output has the value alone, for scripts.
+exit_status inert_status(const output_streams& streams, const client_options& options,
+                         const procedure_row& procedure) {
+  if (!procedure.inert || options.inert_ok) return kExitDone;
+  const std::string name = lookup_display_name(procedure);
+  return note(streams, kExitInert,
+              name +
+                  ": the daemon accepts this and deliberately does nothing; see 'wificonf "
+                  "describe " +
+                  name + "'");
+}
+
 exit_status show_reply(const output_streams& streams, const client_options& options,
                        const prepared_call& prepared, const decoded_reply& reply) {
   const procedure_row& procedure = *prepared.procedure;
@@ -74,18 +86,13 @@ exit_status show_reply(const output_streams& streams, const client_options& opti
     return note(streams, kExitNotReady,
                 text_format("%s: there is no result yet, code %d: try again in a second",
                             name.c_str(), reply.code));
-  if (options.json) return kExitDone;
+  if (options.json) return inert_status(streams, options, procedure);
   print(streams,
         payload_text(procedure, reply, {terminal_width(streams.out), session_first_bss(prepared)}));
-  // Standard output has the value alone, for scripts.
-  if (procedure.inert)
-    note(streams, kExitDone,
-         name + ": the daemon accepts this and deliberately does nothing; see 'wificonf describe " +
-             name + "'");
   if (has_value && reply.code > 0)
     fprintf(streams.err, "wificonf: %s: ok (code %d%s)\n", name.c_str(), reply.code,
             code_meaning(reply.code));
-  return kExitDone;
+  return inert_status(streams, options, procedure);
 }
 
 // A result as the bytes that came.
@@ -101,7 +108,7 @@ void show_bytes(const output_streams& streams, const client_options& options, ui
 exit_status run_procedure(const output_streams& streams, const client_options& options) {
   prepared_call prepared;
   exit_status status = kExitDone;
-  if (!session_prepare(streams, options.words, prepared, &status, true)) return status;
+  if (!session_prepare(streams, options, options.words, prepared, &status, true)) return status;
   const procedure_row& procedure = *prepared.procedure;
   if (options.raw) {
     call_answer answer;
@@ -109,7 +116,7 @@ exit_status run_procedure(const output_streams& streams, const client_options& o
                       prepared.arguments, answer, &status))
       return status;
     show_bytes(streams, options, procedure.number, answer.result);
-    return kExitDone;
+    return inert_status(streams, options, procedure);
   }
   decoded_reply reply;
   if (!session_ask(streams, options, prepared, reply, &status)) return status;
@@ -135,7 +142,8 @@ exit_status run_number(const output_streams& streams, const client_options& opti
   std::string name = "procedure " + lookup_display_number(number);
   if (!session_call(streams, options, number, name, {}, answer, &status)) return status;
   show_bytes(streams, options, number, answer.result);
-  return kExitDone;
+  const procedure_row* known = lookup_number(number);
+  return known == nullptr ? kExitDone : inert_status(streams, options, *known);
 }
 
 // The seconds of "ping --wait SECONDS", 0 without; false on other words.
@@ -192,16 +200,20 @@ exit_status run_describe(const output_streams& streams, const client_options& op
 }
 
 exit_status run_schema(const output_streams& streams, const client_options& options) {
-  if (options.words.size() != 2)
+  const std::vector<std::string>& words = options.words;
+  const bool arguments = words.size() == 3 && words[1] == "--arguments";
+  if (!arguments && words.size() != 2)
     return fail(streams, kExitUsage,
-                "schema takes one PROCEDURE, error or top; 'wificonf list' has all procedures");
-  const std::string& word = options.words[1];
+                "schema takes [--arguments] PROCEDURE, error or top; 'wificonf list' has all "
+                "procedures");
+  const std::string& word = words.back();
   const procedure_row* procedure = lookup_procedure(word);
-  if (procedure == nullptr && word != "error" && word != "top")
+  if (procedure != nullptr)
+    print(streams, arguments ? schema_of_arguments(*procedure) : schema_of(*procedure));
+  else if (arguments || (word != "error" && word != "top"))
     return unknown_procedure(streams, word);
-  print(streams, procedure != nullptr ? schema_of(*procedure)
-                 : word == "error"    ? schema_of_error()
-                                      : schema_of_top());
+  else
+    print(streams, word == "error" ? schema_of_error() : schema_of_top());
   return kExitDone;
 }
 

@@ -11,6 +11,7 @@ enum exit_status {
   kExitUsage = 2,
   kExitNoAnswer = 3,  // no answer, an RPC error, or output that cannot be written
   kExitNotReady = 4,  // there is no result yet: try again
+  kExitInert = 5,     // accepted, does nothing
 };
 
 // `arguments` without the program's name. Results go to `out`, each failure as

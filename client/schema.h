@@ -1,6 +1,7 @@
-// JSON Schemas of what --json prints.
+// JSON Schemas of what --json prints, and of arguments.
 #pragma once
 
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 
 #include "table.h"
@@ -9,3 +10,8 @@
 std::string schema_of(const procedure_row& procedure);
 std::string schema_of_error();
 std::string schema_of_top();
+
+// Of an object with the arguments by name, in their order: one line of JSON.
+std::string schema_of_arguments(const procedure_row& procedure);
+nlohmann::ordered_json schema_of_argument(const procedure_row& procedure,
+                                          const argument_spec& argument);

@@ -77,8 +77,9 @@ bool session_call(const output_streams& streams, const client_options& options, 
   return true;
 }
 
-bool session_prepare(const output_streams& streams, const std::vector<std::string>& words,
-                     prepared_call& prepared, exit_status* status, bool first) {
+bool session_prepare(const output_streams& streams, const client_options& options,
+                     const std::vector<std::string>& words, prepared_call& prepared,
+                     exit_status* status, bool first) {
   prepared.procedure = lookup_name(words[0]);
   if (prepared.procedure == nullptr) {
     *status = unknown_procedure(streams, words[0], first);
@@ -87,11 +88,15 @@ bool session_prepare(const output_streams& streams, const std::vector<std::strin
   std::string error;
   std::vector<std::string> given(words.begin() + 1, words.end());
   if (!argument_texts(*prepared.procedure, given, error)) {
-    *status = fail(streams, kExitUsage, error);
-    return false;
+    // It says all.
+  } else if (!arguments_encode(*prepared.procedure, given, prepared.arguments, error)) {
+    error += "; usage: " + arguments_usage(*prepared.procedure);
+  } else if (!options.force && !arguments_check(*prepared.procedure, given, error)) {
+    error += error.ends_with('?') ? " " : "; ";
+    error += "'wificonf --force " + words[0] + " ...' sends it all the same";
   }
-  if (arguments_encode(*prepared.procedure, given, prepared.arguments, error)) return true;
-  *status = fail(streams, kExitUsage, error + "; usage: " + arguments_usage(*prepared.procedure));
+  if (error.empty()) return true;
+  *status = fail(streams, kExitUsage, error);
   return false;
 }
 
@@ -133,8 +138,11 @@ exit_status unknown_procedure(const output_streams& streams, const std::string& 
   if (!first && lookup_is_command(word))
     line += " (a command: 'wificonf " + word + " --help' tells of it)";
   if (near.empty()) return fail(streams, kExitUsage, line + "; 'wificonf list' has all");
-  line += "; did you mean " + near[0];
-  for (size_t i = 1; i < near.size(); i++)
-    line += (i + 1 == near.size() ? " or " : ", ") + near[i];
+  line += "; did you mean ";
+  for (size_t i = 0; i < near.size(); i++) {
+    const procedure_row* procedure = lookup_name(near[i]);
+    line += i == 0 ? "" : i + 1 == near.size() ? " or " : ", ";
+    line += near[i] + (procedure != nullptr && procedure->inert ? " (does nothing)" : "");
+  }
   return fail(streams, kExitUsage, line + "?");
 }

@@ -59,10 +59,11 @@ struct prepared_call {
   byte_string arguments;
 };
 
-// From the words PROCEDURE ARGUMENT...; false, explained, when they are none.
-// `first`: a command may stand there too.
-bool session_prepare(const output_streams& streams, const std::vector<std::string>& words,
-                     prepared_call& prepared, exit_status* status, bool first = false);
+// From the words PROCEDURE ARGUMENT...; false, explained, when they are none, or
+// arguments that make no sense and are not forced. `first`: a command may stand there too.
+bool session_prepare(const output_streams& streams, const client_options& options,
+                     const std::vector<std::string>& words, prepared_call& prepared,
+                     exit_status* status, bool first = false);
 
 // Calls and decodes; false, explained, when there is no result.
 bool session_ask(const output_streams& streams, const client_options& options,

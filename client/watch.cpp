@@ -161,7 +161,7 @@ exit_status run_watch(const output_streams& streams, const client_options& optio
                 "watch takes [--every TIME] [--count N] [--force] PROCEDURE ARGUMENT...");
   prepared_call prepared;
   exit_status status = kExitDone;
-  if (!session_prepare(streams, words, prepared, &status)) return status;
+  if (!session_prepare(streams, options, words, prepared, &status)) return status;
   if (!forced && !table_reads(*prepared.procedure))
     return fail(streams, kExitUsage,
                 lookup_display_name(*prepared.procedure) +

@@ -82,10 +82,12 @@ TEST(Completion, EveryProcedureAndCommand) {
 }
 
 TEST(Completion, TopicsOfAList) {
-  EXPECT_EQ(offered("wificonf list \"\""), "--topic --topics\n");
+  EXPECT_EQ(offered("wificonf list \"\""), "--active --topic --topics\n");
   EXPECT_EQ(offered("wificonf list --topic home"),
             "home-network-controller home-network-extenders\n");
   EXPECT_EQ(offered("wificonf list --topic wps \"\""), "\n");
+  EXPECT_EQ(offered("wificonf list --active \"\""), "--topic\n");
+  EXPECT_EQ(offered("wificonf list --active --topic site"), "site-survey\n");
 }
 
 TEST(Completion, WhatWatchAndTopTake) {
@@ -130,7 +132,7 @@ TEST(Completion, NumbersStayInTheirOrder) {
 TEST(Completion, ZshOffersTheSame) {
   EXPECT_EQ(offered_by_zsh("wificonf wlan_set_hnc_steer_sta_type 3 ''"), "0 1 3\n");
   EXPECT_EQ(offered_by_zsh("wificonf --host 1.2.3.4 wlan_set_enable 3 ''"), "on off\n");
-  EXPECT_EQ(offered_by_zsh("wificonf list ''"), "--topic --topics\n");
+  EXPECT_EQ(offered_by_zsh("wificonf list ''"), "--active --topic --topics\n");
   EXPECT_EQ(offered_by_zsh("wificonf --host=1.2.3.4 ping ''"), "--wait\n");
 }
 

@@ -32,13 +32,14 @@ TEST(Describe, EveryArgumentHasAMeaningAndAnAcceptedExample) {
     for (const argument_spec& argument : table_arguments(procedure)) {
       const meaning_entry* meaning = meanings_find(procedure, argument.name);
       ASSERT_NE(meaning, nullptr) << procedure.name << " " << argument.name;
-      EXPECT_GT(std::string(meaning->text).size(), 5u) << argument.name;
+      EXPECT_GT(meanings_text(procedure, argument).size(), 5u) << argument.name;
       EXPECT_FALSE(contains(meaning->example, "'")) << argument.name;
       examples.push_back(meaning->example);
     }
     byte_string bytes;
     std::string error;
     EXPECT_TRUE(arguments_encode(procedure, examples, bytes, error)) << error;
+    EXPECT_TRUE(arguments_check(procedure, examples, error)) << error;
   }
 }
 

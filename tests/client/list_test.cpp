@@ -7,6 +7,7 @@
 #include "describe.h"
 #include "json.h"
 #include "lookup.h"
+#include "run_support.h"
 #include "topic.h"
 
 namespace {
@@ -41,6 +42,23 @@ TEST(List, ByTopicAndPattern) {
             "wlan_ap_auto_channel_select wlan_get_ap_scan_status ");
   EXPECT_EQ(names({"*status", survey}), "wlan_get_ap_scan_status ");
   EXPECT_EQ(names({"country", survey}), "");
+}
+
+TEST(List, ActiveLeavesOutWhatDoesNothing) {
+  list_choice choice;
+  choice.active = true;
+  const auto active = list_find(choice);
+  EXPECT_GT(active.size(), 100u);
+  for (const procedure_row* procedure : active)
+    EXPECT_FALSE(procedure->inert) << procedure->name;
+  for (const auto& words : {std::vector<std::string>{"list", "--active", "--topic", "survey"},
+                            {"list", "--topic", "survey", "--active"}}) {
+    const Outcome listed = run_words(words);
+    EXPECT_EQ(listed.status, kExitDone) << listed.err;
+    EXPECT_EQ(listed.out.find("does nothing"), std::string::npos) << listed.out;
+    EXPECT_NE(listed.out.find("wlan_ap_scan"), std::string::npos) << listed.out;
+  }
+  EXPECT_NE(run_words({"list", "--topic", "survey"}).out.find("does nothing"), std::string::npos);
 }
 
 TEST(List, ATopicIsItsWordOrAPartOfItThatNoOtherHas) {

@@ -28,7 +28,7 @@ TEST(Wificonf, SetsAnSsidWithDashesInTheName) {
 TEST(Wificonf, FailureCodeIsStatusOne) {
   start_daemon();
   int status = -1;
-  const std::string said = wificonf("wlan_set_ssid 17 x", &status);
+  const std::string said = wificonf("--force wlan_set_ssid 17 x", &status);
   EXPECT_EQ(status, 1);
   EXPECT_NE(said.find("-1"), said.npos) << said;
 }
@@ -37,9 +37,23 @@ TEST(Wificonf, BadArgumentIsStatusTwoAndSendsNothing) {
   start_daemon();
   write_file("/tmp/wlandbg", "");
   int status = -1;
-  wificonf("wlan_set_ssid three x", &status);
-  EXPECT_EQ(status, 2);
+  for (const char* call :
+       {"wlan_set_ssid three x", "wlan_set_ssid 17 x", "wlan_set_wpa_encryption_modes 1 AES",
+        "wlan_set_key_passphrase 1 1 12345", "wlan_set_hnc_steer_sta_mac_address 1 junk"}) {
+    wificonf(call, &status);
+    EXPECT_EQ(status, 2) << call;
+  }
   EXPECT_EQ(daemon_output(), "");
+}
+
+TEST(Wificonf, WhatDoesNothingIsStatusFive) {
+  start_daemon();
+  int status = -1;
+  const std::string said = wificonf("wlan_set_channel 9 36", &status);
+  EXPECT_EQ(status, 5);
+  EXPECT_NE(said.find("deliberately does nothing"), said.npos) << said;
+  EXPECT_EQ(wificonf("--inert-ok wlan_set_channel 9 36", &status), "ok\n");
+  EXPECT_EQ(status, 0);
 }
 
 TEST(Wificonf, UnknownNumberIsRefusedByTheDaemon) {

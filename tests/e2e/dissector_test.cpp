@@ -186,7 +186,7 @@ static void make_known_calls() {
   run("name=\"$(printf 'caf\\303\\251 \"7\"')\";"
       "wificonf wlan_get_assoc_devices_table 1; wificonf wlan_get_btm_associated_device 1;"
       "wificonf wlan_set_ssid 1 \"$name\"; wificonf wlan_get_bss_hnc_service 1;"
-      "wificonf wlan_set_hnc_action_frame_payload 1 \"$name\";"
+      "wificonf --force wlan_set_hnc_action_frame_payload 1 \"$name\";"
       "wificonf wlan_get_hnc_action_frame_payload 1; wificonf wlan_get_assoc_devices_num 1");
 }
 
