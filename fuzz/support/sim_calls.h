@@ -1,5 +1,6 @@
 #pragma once
 
+#include <dirent.h>
 #include <dlfcn.h>
 #include <poll.h>
 #include <pthread.h>
@@ -70,6 +71,7 @@ int sim_gettimeofday(timeval* now, void* zone);
 int sim_nanosleep(const timespec* duration, timespec* left);
 unsigned sim_sleep(unsigned seconds);
 pid_t sim_getpid();
+DIR* sim_opendir(const char* path);
 int sim_pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*start)(void*),
                        void* argument);
 int sim_pthread_cond_wait(pthread_cond_t* condition, pthread_mutex_t* mutex);
