@@ -3,10 +3,10 @@
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
 #include <netinet/in.h>
-#include <poll.h>
 #include <rpc/rpc.h>
 #include <signal.h>
 #include <sys/socket.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 #include <random>
@@ -27,6 +27,8 @@ static sockaddr_in service_address() {
 static int client_socket() {
   const int sock = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
   const sockaddr_in service = service_address();
+  const timeval patience = {4, 0};
+  EXPECT_EQ(setsockopt(sock, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience), 0);
   EXPECT_EQ(connect(sock, reinterpret_cast<const sockaddr*>(&service), sizeof service), 0);
   return sock;
 }
@@ -58,9 +60,8 @@ static int send_flavors(int sock, int calls) {
                 static_cast<ssize_t>(datagram.size()));
     }
     char reply[1024];
-    pollfd answer = {sock, POLLIN, 0};
-    for (int i = 0; i < kAtOnce && poll(&answer, 1, 2000) == 1; ++i)
-      replies += recv(sock, reply, sizeof reply, 0) > 0;
+    for (int i = 0; i < kAtOnce && recv(sock, reply, sizeof reply, 0) > 0; ++i)
+      ++replies;
   }
   return replies;
 }
