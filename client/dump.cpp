@@ -16,13 +16,6 @@ constexpr uint32_t kBssMax = 16;
 constexpr uint32_t kRowMax = 32;
 constexpr uint32_t kRadios[] = {1, 9};
 
-// Getters that do more than read: each call of the first four adds to what the
-// next one answers. The others take the state of a survey on, which both radios
-// share: asked of the one, they end the waiting for the other's.
-constexpr const char* kUnsafe[] = {"WLAN_GET_RADIO_BYTES_SENT", "WLAN_GET_RADIO_BYTES_RECEIVED",
-                                   "WLAN_GET_SSID_BYTES_SENT",  "WLAN_GET_SSID_BYTES_RECEIVED",
-                                   "WLAN_GET_AP_SCAN_RESULT",   "WLAN_GET_AP_SCAN_STATUS"};
-
 struct dump_state {
   const output_streams& streams;
   const client_options& options;
@@ -111,12 +104,7 @@ bool ask_everything(dump_state& state, ordered_json& dump) {
 }  // namespace
 
 bool dump_is_safe(const procedure_row& procedure) {
-  if (procedure.inert || std::string_view(procedure.name).find("_GET_") == std::string_view::npos)
-    return false;
-  for (const char* unsafe : kUnsafe) {
-    if (std::string_view(unsafe) == procedure.name) return false;
-  }
-  return true;
+  return !procedure.inert && procedure.effect == asking::kReads;
 }
 
 exit_status run_dump(const output_streams& streams, const client_options& options) {

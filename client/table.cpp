@@ -1,5 +1,8 @@
 #include "table.h"
 
+#include "rpc/back_ends.h"
+#include "rpc/operation_types.h"
+
 namespace {
 
 constexpr argument_type type_int = argument_type::kInt;
@@ -19,18 +22,69 @@ constexpr member_list operator+(member_list list, member_spec next) {
   return list;
 }
 
-// The kinds of rows that the table derives from PROCEDURE hand their columns
-// through a second macro, where a comma of an expanded member would count as
-// another column: hence a sum, not a list.
+constexpr asking effect_of(payload_kind answer, row_facts facts) {
+  if (facts.effect != asking::kByAnswer) return facts.effect;
+  const bool acts = answer == payload_kind::CODE || answer == payload_kind::NONE;
+  return acts ? asking::kActs : asking::kReads;
+}
+
+struct answer_spec {
+  payload_kind kind;
+  uint32_t size;
+  bool update = false;
+};
+
+constexpr answer_spec kCode = {payload_kind::CODE, 0};
+constexpr answer_spec kUpdate = {payload_kind::CODE, 0, true};
+
+constexpr procedure_row make_row(procedure_row row, answer_spec answer, uint32_t text_size,
+                                 row_facts facts = {}) {
+  row.payload = answer.kind;
+  row.size = answer.kind == payload_kind::TEXT ? text_size : answer.size;
+  row.update = answer.update;
+  row.effect = effect_of(answer.kind, facts);
+  return row;
+}
+
+// The columns that go over as they are.
+constexpr procedure_row row_of(uint32_t number, const char* name, topic about, member_list members,
+                               const char* summary, bool inert) {
+  return {number, name,  members, payload_kind::CODE, 0,
+          false,  inert, about,   asking::kActs,      summary};
+}
+
+#define NOTHING
+#define SHARED(stem)
 #define INDEX(name) +member(type_int, #name)
 #define ONLY_INDEX(name) +member(type_int, #name)
 #define FIELD(type, name) +member(type_##type, #name)
 #define ONLY(type, name) +member(type_##type, #name)
-#define PROCEDURE(number, name, stub, argument, members, payload, size, handler, back_end, \
-                  summary)                                                                 \
-  {number, #name, member_list{} members, payload_kind::payload, size, false, summary},
-#define INERT(number, name, stub, argument, members, payload, size, handler, back_end, summary) \
-  {number, #name, member_list{} members, payload_kind::payload, size, true, summary},
+#define CODE kCode
+#define UPDATE kUpdate
+#define INT(label) \
+  { payload_kind::INT, sizeof(int32_t) }
+#define TEXT(label) \
+  { payload_kind::TEXT, 0 }
+#define WORDS(type) \
+  { payload_kind::WORDS, sizeof(type) }
+#define IMAGE(type) \
+  { payload_kind::IMAGE, sizeof(type) }
+#define NONE \
+  { payload_kind::NONE, 0 }
+// A text has the room that its back end has for it; without one it is empty.
+#define PROCEDURE(number, name, stem, about, members, answer, back_end, summary, ...) \
+  make_row(row_of(                                                                    \
+               number, #name, about, member_list {} members, summary, false),         \
+           answer, kTextSize<decltype(back_end)>, {__VA_ARGS__}),
+#define INERT(number, name, stem, about, members, answer, back_end, summary, ...) \
+  make_row(row_of(                                                                \
+               number, #name, about, member_list {} members, summary, true),      \
+           answer, kTextSize<void>, {__VA_ARGS__}),
+// Written out, so that no back end need be declared.
+#define OWN(number, name, stem, about, members, answer, back_end, summary, ...) \
+  make_row(row_of(                                                              \
+               number, #name, about, member_list {} members, summary, false),   \
+           answer, kTextSize<void>, {__VA_ARGS__}),
 
 constexpr procedure_row kProcedures[] = {
 #include "rpc/procedures.def"
@@ -64,9 +118,7 @@ std::span<const procedure_row> table_procedures() {
 }
 
 bool table_reads(const procedure_row& procedure) {
-  const bool answers =
-      procedure.payload != payload_kind::CODE && procedure.payload != payload_kind::NONE;
-  return answers || std::string_view(procedure.name).find("_GET_") != std::string_view::npos;
+  return procedure.effect != asking::kActs;
 }
 
 std::vector<argument_spec> table_arguments(const procedure_row& procedure) {

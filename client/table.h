@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "rpc/row_facts.h"
+
 // How an argument is written on the command line and on the wire.
 enum class argument_type {
   kInt,           // signed, 32 bits
@@ -39,8 +41,11 @@ struct procedure_row {
   const char* name;  // as in the table, upper case
   member_list members;
   payload_kind payload;
-  uint32_t size;  // bytes of the back end's buffer, 0 for CODE and NONE
+  uint32_t size;  // bytes of what the back end fills, 0 where that is a code alone
+  bool update;    // the code is a profile update's: 1 written, 2 no change, 0 failed
   bool inert;     // accepted, deliberately does nothing
+  topic about;
+  asking effect;  // never kByAnswer
   const char* summary;
 };
 
@@ -54,7 +59,7 @@ struct argument_spec {
 
 std::span<const procedure_row> table_procedures();
 
-// Whether the procedure only reads, by its name and by what it answers.
+// Whether the procedure does not act.
 bool table_reads(const procedure_row& procedure);
 
 // The arguments that a caller gives, in order.

@@ -64,20 +64,6 @@ constexpr value_meaning kValues[] = {
     {"WLAN_GET_HNC_REPLICATE_RADIO", "", "", kName},
 };
 
-// Setters that answer what became of the profile's update.
-constexpr const char* kUpdates[] = {
-    "WLAN_SET_BASIC_ENCRYPTION_MODES", "WLAN_SET_BASIC_AUTHENTICATION_MODES",
-    "WLAN_SET_WPA_ENCRYPTION_MODES",   "WLAN_SET_WPA_AUTHENTICATION_MODES",
-    "WLAN_SET_RADIUS_SERVER_ADDRESS",  "WLAN_SET_BSS_HNC_SERVICE",
-};
-
-bool answers_update(const procedure_row& procedure) {
-  for (const char* name : kUpdates) {
-    if (std::string_view(name) == procedure.name) return true;
-  }
-  return false;
-}
-
 constexpr value_meaning kNoMeaning = {"", "", ""};
 
 }  // namespace
@@ -90,10 +76,10 @@ const value_meaning& payload_value(const procedure_row& procedure) {
 }
 
 const char* payload_codes(const procedure_row& procedure) {
-  return answers_update(procedure) ? "1: written, 2: no change, 0: the call failed"
+  return procedure.update ? "1: written, 2: no change, 0: the call failed"
                                    : "negative: the call failed";
 }
 
 bool payload_failed(const procedure_row& procedure, int32_t code) {
-  return code < 0 || (code == 0 && answers_update(procedure));
+  return code < 0 || (code == 0 && procedure.update);
 }

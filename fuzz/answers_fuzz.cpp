@@ -99,11 +99,16 @@ template <typename Getter>
 static void ask_text(Getter get) {
   std::array<char, kReplySize> reply;
   const bool answered = listener_reply(&reply);
-  const std::unique_ptr<char[]> text(new char[132]());
-  const int status = get(text.get());
+  // On the heap, where the sanitizer sees its end.
+  struct buffer {
+    char text[kHncTextSize];
+  };
+  const std::unique_ptr<buffer> room(new buffer());
+  const int status = get(room->text);
+  const std::string_view text = room->text;
   if (!exact()) return;
   CHECK(status == (answered ? 0 : -1));
-  CHECK(text.get() == (answered ? value_of(reply) : std::string()));
+  CHECK(text == (answered ? value_of(reply) : std::string()));
 }
 
 static void ask_settings(int radio) {
@@ -112,18 +117,19 @@ static void ask_settings(int radio) {
   ask_flag([](int* out) { return hnc_getRRMEnable(out); });
   ask_number([=](int* out) { return hnc_getSupportedHNENumberOfEntries(radio, out); });
   ask_number([](int* out) { return hnc_getHneConfigDuration(out); });
-  ask_text([=](char* out) { return hnc_getUpdateFWURL(radio, out); });
-  ask_text([=](char* out) { return hnc_getSupportedHNEModelname(radio, out); });
+  ask_text([=](auto& out) { return hnc_getUpdateFWURL(radio, out); });
+  ask_text([=](auto& out) { return hnc_getSupportedHNEModelname(radio, out); });
 }
 
-// A row of `size` bytes that stands at `offset` of the reply.
-template <typename Getter>
-static void ask_row(Getter get, size_t offset, size_t size) {
+// A row that is at `offset` of the reply.
+template <typename Record, typename Getter>
+static void ask_row(Getter get, size_t offset) {
+  constexpr size_t size = sizeof(Record);
   std::array<char, kReplySize> reply;
   const bool answered = listener_reply(&reply);
   int32_t error = 0;
   memcpy(&error, reply.data() + 2856, sizeof error);
-  const std::unique_ptr<char[]> row(new char[size]);
+  const std::unique_ptr<Record> row(new Record);
   memset(row.get(), 0x5A, size);
   const int status = get(row.get());
   if (!exact()) return;
@@ -135,8 +141,9 @@ static void ask_row(Getter get, size_t offset, size_t size) {
 
 static void ask_tables(int radio) {
   const auto number = static_cast<unsigned>(radio);
-  ask_row([=](char* row) { return hnc_getHneTableEntry(number, row); }, 132, 1492);
-  ask_row([=](char* row) { return hnc_getSupportedHneTableEntry(number, row); }, 1624, 1232);
+  ask_row<hnc_hne>([=](hnc_hne* row) { return hnc_getHneTableEntry(number, row); }, 132);
+  ask_row<hnc_supported_hne>(
+      [=](hnc_supported_hne* row) { return hnc_getSupportedHneTableEntry(number, row); }, 1624);
 }
 
 static void set_rows(int radio) {
@@ -242,15 +249,15 @@ static void check_event(const char* report, size_t place, std::string_view event
 
 static void ask_events(int radio) {
   const outside_answer answer = coming();
-  static constexpr size_t kReportSize = 1156;
-  const std::unique_ptr<char[]> report(new char[kReportSize]());
-  if (wlan_getSteerEventReport(radio, report.get()) != 0) return;
+  const std::unique_ptr<steer_event_report> record(new steer_event_report());
+  if (wlan_getSteerEventReport(radio, record.get()) != 0) return;
+  const char* report = reinterpret_cast<const char*>(record.get());
   std::string reply(answer.bytes.substr(0, 404));
   reply.resize(404);
   CHECK(static_cast<uint8_t>(report[1152]) == static_cast<uint8_t>(reply[396]));
   const size_t count = std::min<size_t>(static_cast<uint8_t>(reply[396]), 32);
   for (size_t i = 0; i < count; ++i)
-    check_event(report.get(), i, std::string_view(reply).substr(12 + 12 * i, 12));
+    check_event(report, i, std::string_view(reply).substr(12 + 12 * i, 12));
 }
 
 static void tell_dcs(int radio) {

@@ -163,8 +163,11 @@ static void read_basic(int bss) {
   std::string counters, table;
   const bool answered = answer_to_come(55, 56, &counters);
   const bool listed = answer_to_come(kTable - 1, kTable, &table, 1);
+  basic_stats stats;
+  CHECK(wlan_getBasicStats(bss, &stats) == 0);
   uint32_t words[5];
-  CHECK(wlan_getBasicStats(bss, words) == 0);
+  static_assert(sizeof words == sizeof stats);
+  memcpy(words, &stats, sizeof words);
   for (size_t i = 0; i < 4; ++i) {
     static constexpr size_t kFrom[] = {3, 2, 0, 1};
     CHECK(words[i] == (answered ? word_at(counters, 4 * kFrom[i]) : 0));
@@ -279,13 +282,20 @@ static void steer(int bss) {
 // ---- WPS.
 
 static void read_wps(int bss) {
-  const std::unique_ptr<char[]> uuid(new char[kWpsUuidSize]);
-  CHECK(wlan_getWpsUuid(bss, uuid.get()) == 0);
-  CHECK(memchr(uuid.get(), 0, kWpsUuidSize) != nullptr);
-  const std::unique_ptr<char[]> text(new char[kWpsResultStatusSize]());
+  // On the heap, where the sanitizer sees their ends.
+  struct uuid_room {
+    char text[kWpsUuidSize];
+  };
+  const std::unique_ptr<uuid_room> uuid(new uuid_room);
+  CHECK(wlan_getWpsUuid(bss, uuid->text) == 0);
+  CHECK(memchr(uuid->text, 0, kWpsUuidSize) != nullptr);
+  struct status_room {
+    char text[kWpsResultStatusSize];
+  };
+  const std::unique_ptr<status_room> status(new status_room());
   const bool radio = bss == 1 || bss == 9;
-  CHECK(wlan_getWpsResultStatus(bss, text.get()) == (radio ? 0 : -1));
-  CHECK((text[0] != '\0') == radio);
+  CHECK(wlan_getWpsResultStatus(bss, status->text) == (radio ? 0 : -1));
+  CHECK((status->text[0] != '\0') == radio);
 }
 
 static void read_rates(int bss) {

@@ -11,7 +11,9 @@
 #include <cstring>
 #include <memory>
 
+#include "rpc/back_ends.h"
 #include "rpc/dispatch.h"
+#include "rpc/row_argument.h"
 #include "rpc/transport.h"
 #include "support/check.h"
 #include "support/daemon_state.h"
@@ -27,23 +29,25 @@ constexpr size_t kSizeOf = sizeof(T);
 template <>
 constexpr size_t kSizeOf<void> = 0;
 
-#define RESULT_CODE FILTER(xdr_wlan_config_return_code_e), sizeof(wlan_config_return_code_e)
-#define RESULT_INT FILTER(xdr_wlan_config_result_data_t), sizeof(wlan_config_result_data_t)
-#define RESULT_TEXT RESULT_INT
-#define RESULT_WORDS RESULT_INT
-#define RESULT_IMAGE RESULT_INT
-#define RESULT_NONE RESULT_INT
+#define ARGUMENT_FILTER(type) ARGUMENT_FILTER_(type)
+#define ARGUMENT_FILTER_(type) FILTER(xdr_##type)
 
+#define RESULT_CODE FILTER(xdr_wlan_config_return_code_e), sizeof(wlan_config_return_code_e)
+#define RESULT_RECORD FILTER(xdr_wlan_config_result_data_t), sizeof(wlan_config_result_data_t)
+
+// What a text may be at most is its back end's to say.
 const std::vector<procedure_filters>& procedures() {
   static const std::vector<procedure_filters> kTable = {
-#define PROCEDURE(number, name, stub, argument, members, payload, size, ...) \
-  {number,                                                                   \
-   #name,                                                                    \
-   FILTER(xdr_##argument),                                                   \
-   kSizeOf<argument>,                                                        \
-   RESULT_##payload,                                                         \
-   result_shape::payload,                                                    \
-   size},
+#define CODE RESULT_CODE, result_shape::CODE, 0
+#define UPDATE CODE
+#define INT(label) RESULT_RECORD, result_shape::INT, sizeof(int)
+#define TEXT(label) RESULT_RECORD, result_shape::TEXT, 0
+#define WORDS(type) RESULT_RECORD, result_shape::WORDS, sizeof(type)
+#define IMAGE(type) RESULT_RECORD, result_shape::IMAGE, sizeof(type)
+#define NONE RESULT_RECORD, result_shape::NONE, 0
+#define PROCEDURE(number, name, stem, topic, members, answer, ...)  \
+  {number, #name, ARGUMENT_FILTER(ARGUMENT(stem, FIRST_##members)), \
+   kSizeOf<ARGUMENT(stem, FIRST_##members)>, answer},
 #include "rpc/procedures.def"
   };
   return kTable;

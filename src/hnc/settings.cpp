@@ -63,7 +63,7 @@ static int get_INTEGER(const char* caller, const setting& row, int index, int* r
   return 0;
 }
 
-static int get_TEXT(const char* caller, const setting& row, int index, char* result) {
+static int get_TEXT(const char* caller, const setting& row, int index, HNC_RESULT_TEXT) {
   hnc_reply reply = {};
   if (!ask(caller, row, index, &reply)) return -1;
   memcpy(result, reply.value, strlen(reply.value));

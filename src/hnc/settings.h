@@ -1,5 +1,7 @@
 #pragma once
 
+#include "hnc/listener.h"
+
 // Settings of the home network controller. All but its own switch are kept by
 // the listener: each operation is one exchange with it, of at most one second.
 // Every operation answers 0, or -1 when the controller does not run, the request
@@ -9,7 +11,7 @@
 //   int hnc_setTopologyEnable(int instance, int value);
 //
 // A getter's result stays as it is when the getter fails; a text is stored
-// without its terminator, so the buffer, of 132 bytes at least, must be zeroed.
+// without its terminator, so the buffer must be zeroed.
 // A flag is 1 when the answer begins with '1', else 0; a number is what atoi
 // makes of it. An empty answer is a success: 0 or an empty text.
 //
@@ -17,12 +19,14 @@
 // noticed. Texts are cut to 127 bytes. A null text is answered -1 and nothing is
 // sent where the row is CHECKED; the others must not be given one.
 
+constexpr size_t kHncTextSize = sizeof(hnc_reply::value);
+
 #define HNC_ARGUMENT_SENT int instance,
 #define HNC_ARGUMENT_IGNORED [[maybe_unused]] int instance,
 #define HNC_ARGUMENT_NONE
 #define HNC_RESULT_FLAG int* result
 #define HNC_RESULT_INTEGER int* result
-#define HNC_RESULT_TEXT char* result
+#define HNC_RESULT_TEXT char(&result)[kHncTextSize]
 #define HNC_VALUE_FLAG int value
 #define HNC_VALUE_INTEGER int value
 #define HNC_VALUE_TEXT const char* value

@@ -19,19 +19,19 @@ static bool ask_for_row(const char* caller, const char* separator, const char* k
   return reply->table_error != kHncTableError;
 }
 
-int hnc_getHneTableEntry(unsigned row, void* record) {
+int hnc_getHneTableEntry(unsigned row, hnc_hne* record) {
   hnc_reply reply = {};
   if (!ask_for_row(__func__, ":", "HneEntry", row, &reply)) return -1;
-  memcpy(record, &reply.hne, sizeof reply.hne);
+  *record = reply.hne;
   REV_TRACE("%s - hneLastSyncAttempt  = -%lu-\n", __func__,
             static_cast<unsigned long>(reply.hne.last_sync_attempt));
   return 0;
 }
 
-int hnc_getSupportedHneTableEntry(unsigned row, void* record) {
+int hnc_getSupportedHneTableEntry(unsigned row, hnc_supported_hne* record) {
   hnc_reply reply = {};
   if (!ask_for_row(__func__, " ", "SuppHneEntry", row, &reply)) return -1;
-  memcpy(record, &reply.supported, sizeof reply.supported);
+  *record = reply.supported;
   return 0;
 }
 

@@ -10,13 +10,13 @@
 
 // Copies a row of 1492 bytes into the record. -1 also when there is no such
 // row; the record then stays as it is.
-int hnc_getHneTableEntry(unsigned row, void* record);
+int hnc_getHneTableEntry(unsigned row, hnc_hne* record);
 
 // Names an extender, with at most 127 bytes. -1 also when there is no such row.
 int hnc_setHneDeviceName(unsigned row, const char* name);
 
 // Copies a row of 1232 bytes into the record, as above.
-int hnc_getSupportedHneTableEntry(unsigned row, void* record);
+int hnc_getSupportedHneTableEntry(unsigned row, hnc_supported_hne* record);
 
 // Writes a row. `row` addresses it; the index inside the record goes with it and
 // need not agree. Whether the listener takes the row is not looked at.

@@ -3,11 +3,12 @@
 #include <rpc/rpc.h>
 
 #include "rpc/wlan_config.h"
-// After the types that it names.
-#include "rpc/column_aliases.h"
 
 // Types that the columns of procedures.def name, and the filters of the
 // arguments that are no structure.
+
+// A text argument.
+using string_t = char*;
 
 // Refuses a text with a NUL inside, which the back end would otherwise see cut
 // short.

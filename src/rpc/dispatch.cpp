@@ -9,8 +9,9 @@
 #include <iterator>
 
 #include "diag/trace.h"
+#include "rpc/entry_trace.h"
 #include "rpc/handlers.h"
-#include "rpc/stub_traces.h"
+#include "rpc/row_argument.h"
 
 namespace {
 
@@ -21,7 +22,7 @@ struct procedure {
   xdrproc_t argument_decoder;
   xdrproc_t result_encoder;
   int (*stub)(void* argument, void* result, svc_req* request);
-  const char* stub_name;
+  bool entry_traced;
 };
 
 // One result area for the two shapes of a result.
@@ -37,42 +38,57 @@ constexpr size_t kSizeOf<void> = 0;
 
 }  // namespace
 
-// The stubs: each hands the members of its argument, in order, to its handler.
-#define INDEX(name) in->name,
-#define FIELD(type, name) in->name,
-#define ONLY_INDEX(name) *in,
-#define ONLY(type, name) *in,
-#define PROCEDURE(number, name, stub, argument, members, payload, size, handler, back_end, \
-                  summary)                                                                 \
-  static int _##stub(void* argument_area, void* result, svc_req* request) {                \
-    [[maybe_unused]] argument* in = static_cast<argument*>(argument_area);                 \
-    return handler(members static_cast<result_##payload*>(result), request);               \
+// The stubs: each traces its entry, where its row says so, and hands the members of
+// its argument, in order, to its handler.
+template <typename Row, typename... Members>
+static int serve(typename Row::handler& handler, void* result, svc_req* request,
+                 Members... members) {
+  if constexpr (Row::kFacts.entry.form != entry_form::kNone) {
+    const int go_on = trace_entry(Row::kFacts.entry, Row::kStub, members...);
+    if (go_on <= 0) return go_on;
+  }
+  return handler(members..., static_cast<typename Row::result*>(result), request);
+}
+
+#define NOTHING
+#define SHARED(stem)
+#define INDEX(name) , in->name
+#define FIELD(type, name) , in->name
+#define ONLY_INDEX(name) , *in
+#define ONLY(type, name) , *in
+#define PROCEDURE(number, name, stem, topic, members, ...)                 \
+  static int _##stem##_1(void* argument, void* result, svc_req* request) { \
+    using type = ARGUMENT(stem, FIRST_##members);                          \
+    [[maybe_unused]] const type* in = static_cast<const type*>(argument);  \
+    return serve<row_##stem>(stem##_1_svc, result, request members);       \
   }
 #include "rpc/procedures.def"
 
 // By way of a type that any function pointer converts to: XDR filters have
 // signatures of their own.
 #define FILTER(filter) reinterpret_cast<xdrproc_t>(reinterpret_cast<void (*)()>(filter))
+#define ARGUMENT_FILTER(type) ARGUMENT_FILTER_(type)
+#define ARGUMENT_FILTER_(type) FILTER(xdr_##type)
 
-static const xdrproc_t kEncodeCode = FILTER(xdr_wlan_config_return_code_e);
-static const xdrproc_t kEncodeRecord = FILTER(xdr_wlan_config_result_data_t);
-#define ENCODER_CODE kEncodeCode
-#define ENCODER_INT kEncodeRecord
-#define ENCODER_TEXT kEncodeRecord
-#define ENCODER_WORDS kEncodeRecord
-#define ENCODER_IMAGE kEncodeRecord
-#define ENCODER_NONE kEncodeRecord
+template <typename Result>
+static const xdrproc_t kEncoder = FILTER(xdr_wlan_config_result_data_t);
+template <>
+const xdrproc_t kEncoder<wlan_config_return_code_e> = FILTER(xdr_wlan_config_return_code_e);
 
-#define ROW(number, name, argument, payload, stub, stub_name) \
-  {number, name, kSizeOf<argument>, FILTER(xdr_##argument), ENCODER_##payload, stub, stub_name},
 static const procedure kProcedures[] = {
-#define PROCEDURE(number, name, stub, argument, members, payload, ...) \
-  ROW(number, #name, argument, payload, _##stub, "_" #stub)
+#define PROCEDURE(number, name, stem, topic, members, ...) \
+  {number,                                                 \
+   #name,                                                  \
+   kSizeOf<ARGUMENT(stem, FIRST_##members)>,               \
+   ARGUMENT_FILTER(ARGUMENT(stem, FIRST_##members)),       \
+   kEncoder<row_##stem::result>,                           \
+   _##stem##_1,                                            \
+   row_##stem::kFacts.entry.form != entry_form::kNone},
 #include "rpc/procedures.def"
 };
 
 constexpr size_t kArgumentMax = std::max({
-#define PROCEDURE(number, name, stub, argument, ...) kSizeOf<argument>,
+#define PROCEDURE(number, name, stem, topic, members, ...) kSizeOf<ARGUMENT(stem, FIRST_##members)>,
 #include "rpc/procedures.def"
 });
 
@@ -89,12 +105,10 @@ int wlan_config_rpc_prog_1_freeresult(SVCXPRT*, xdrproc_t result_encoder, void* 
   return 1;
 }
 
-static void answer(const procedure& row, const stub_trace* trace, void* argument, svc_req* request,
-                   SVCXPRT* transport) {
+static void answer(const procedure& row, void* argument, svc_req* request, SVCXPRT* transport) {
   result_area result;
   memset(&result, 0, sizeof result);
-  int send_reply = trace != nullptr ? trace_stub(*trace, row.stub_name, argument) : 1;
-  if (send_reply > 0) send_reply = row.stub(argument, &result, request);
+  const int send_reply = row.stub(argument, &result, request);
   if (send_reply > 0 && !svc_sendreply(transport, row.result_encoder, &result)) {
     svcerr_systemerr(transport);
   }
@@ -117,10 +131,7 @@ void wlan_config_rpc_prog_1(svc_req* request, SVCXPRT* transport) {
     svcerr_noproc(transport);
     return;
   }
-  const stub_trace* trace = find_stub_trace(row->number);
-  if (trace != nullptr) {
-    RPC_TRACE("DEBUG >>>>>>>>>>>>>>>>>>>>>>>>> case %s \n", row->name);
-  }
+  if (row->entry_traced) RPC_TRACE("DEBUG >>>>>>>>>>>>>>>>>>>>>>>>> case %s \n", row->name);
   alignas(std::max_align_t) char argument[kArgumentMax];
   memset(argument, 0, row->argument_size);
   if (!svc_getargs(transport, row->argument_decoder, argument)) {
@@ -129,5 +140,5 @@ void wlan_config_rpc_prog_1(svc_req* request, SVCXPRT* transport) {
     xdr_free(row->argument_decoder, argument);
     return;
   }
-  answer(*row, trace, argument, request, transport);
+  answer(*row, argument, request, transport);
 }

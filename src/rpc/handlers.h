@@ -1,21 +1,64 @@
 #pragma once
 
-#include "rpc/column_types.h"
+#include "rpc/answers.h"
+#include "rpc/back_ends.h"
+#include "rpc/row_types.h"
 
-// The service handlers, one per procedure, declared from the table. Each takes
-// the members of its argument in order, the zeroed result and the request,
-// which none looks at. It traces, calls its back-end operation, copies the
-// status into the result and packs the value, if any, into heap memory that the
-// dispatcher frees after the reply. Returns 1: send the reply; 0 or less: none.
+// The service handlers, one per procedure, named STEM_1_svc. Each takes the members
+// of its argument in order, the zeroed result and the request, which none looks at.
+// It traces, calls its back-end operation, copies the status into the result and
+// packs the value, if any, into heap memory that the dispatcher frees after the
+// reply. Returns 1: send the reply; 0 or less: none.
 
-#define INDEX(name) int name,
-#define FIELD(type, name) type name,
-#define ONLY_INDEX(name) int name,
-#define ONLY(type, name) type name,
-#define PROCEDURE(number, name, stub, argument, members, payload, size, handler, back_end, \
-                  summary)                                                                 \
-  int handler(members result_##payload* result, svc_req* request);
+// The rows as types: row_STEM has the members, the answer and the facts.
+
+#define NOTHING
+#define SHARED(stem)
+#define INDEX(name) , member<int, #name, false>
+#define FIELD(type, name) , member<type, #name, true>
+#define ONLY_INDEX(name) , member<int, #name, true>
+#define ONLY(type, name) , member<type, #name, true>
+#define CODE code_answer
+#define UPDATE code_answer
+#define INT(label) int_answer<#label>
+#define TEXT(label) text_answer<#label>
+#define WORDS(type) words_answer<type>
+#define IMAGE(type) image_answer<type>
+#define NONE no_answer
+#define PROCEDURE(number, name, stem, topic, members, answer, back_end, summary, ...) \
+  struct row_##stem : row_types<member_list<void members>, answer> {                  \
+    static constexpr row_facts kFacts = {__VA_ARGS__};                                \
+    static constexpr const char* kHandler =                                           \
+        kFacts.handler != nullptr ? kFacts.handler : #stem "_1_svc";                  \
+    static constexpr const char* kStub = "_" #stem "_1";                              \
+  };
 #include "rpc/procedures.def"
+
+// What a row's handler packs: the type that its answer names.
+template <typename Row>
+using value_of = typename Row::answer::value;
+
+// Handlers that are written out are functions; all others follow from their rows.
+
+#define PROCEDURE(number, name, stem, topic, members, answer, back_end, ...) \
+  static_assert(kFits<row_##stem, decltype(back_end)>,                       \
+                #name ": " #back_end                                         \
+                      " does not take the members of the row and, "          \
+                      "after them, what its answer names");                  \
+  inline constexpr auto& stem##_1_svc = derived<row_##stem, back_end>::handler;
+#define INERT(number, name, stem, ...) \
+  inline constexpr auto& stem##_1_svc = derived<row_##stem, inert<0>>::handler;
+#define INERT_REFUSED(number, name, stem, ...) \
+  inline constexpr auto& stem##_1_svc = derived<row_##stem, inert<-1>>::handler;
+#define OWN(number, name, stem, ...) row_##stem::handler stem##_1_svc;
+#include "rpc/procedures.def"
+
+// Their names differ from their procedures': kept on purpose.
+inline constexpr auto& hnc_get_client_rrm_enable_1_svc = hnc_get_rrm_enable_1_svc;
+inline constexpr auto& wlan_get_radio_bytes_send_1_svc = wlan_get_radio_bytes_sent_1_svc;
+inline constexpr auto& wlan_get_radio_bytes_receive_1_svc = wlan_get_radio_bytes_received_1_svc;
+inline constexpr auto& wlan_get_ssid_bytes_send_1_svc = wlan_get_ssid_bytes_sent_1_svc;
+inline constexpr auto& wlan_get_ssid_bytes_receive_1_svc = wlan_get_ssid_bytes_received_1_svc;
 
 // Handlers without a procedure number: getters for the DCS settings that only
 // the setters ever got numbers for. They answer an empty record.

@@ -173,7 +173,7 @@ static int list_stations(int index, btm_list* list) {
 
 int wlan_get_btm_associated_device_1_svc(int index, wlan_config_result_data_t* result, svc_req*) {
   RPC_TRACE(" WLAN RPC server : [index %d]\n", index);
-  btm_list list = {};
+  value_of<row_wlan_get_btm_associated_device> list = {};
   result->return_code = list_stations(index, &list);
   pack_image(&list, sizeof list, result);
   RPC_TRACE(" WLAN RPC server : result->return_data.return_data_len = %u \n",

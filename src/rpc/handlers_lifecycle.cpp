@@ -52,6 +52,6 @@ int wlan_undo_prek_operation_1_svc(int radio, wlan_config_result_data_t* result,
 int wlan_get_prek_status_1_svc(int radio, wlan_config_result_data_t* result, svc_req*) {
   RPC_TRACE(" WLAN RPC server : index %d\n", radio);
   result->return_code = wlan_get_prek_status("iwpriv ra0 e2p 52");
-  pack_int(__func__, result->return_code, result);
+  pack_int(__func__, "prek_status", result->return_code, result);
   return 1;
 }

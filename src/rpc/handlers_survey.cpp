@@ -6,7 +6,7 @@
 // The handler whose back end tells the length of what it writes.
 
 int wlan_get_ap_scan_result_1_svc(int radio, wlan_config_result_data_t* result, svc_req*) {
-  survey_record record = {};
+  value_of<row_wlan_get_ap_scan_result> record = {};
   unsigned length = 0;
   RPC_TRACE(" WLAN RPC server : [index %d]\n", radio);
   result->return_code = wlan_getApScanResult(radio, &record, &length);

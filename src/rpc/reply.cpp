@@ -5,15 +5,6 @@
 
 #include "diag/trace.h"
 
-std::string_view value_label(std::string_view handler) {
-  constexpr std::string_view kGet = "_get_";
-  constexpr std::string_view kTail = "_1_svc";
-  const size_t get = handler.find(kGet);
-  if (get != handler.npos) handler.remove_prefix(get + kGet.size());
-  if (handler.ends_with(kTail)) handler.remove_suffix(kTail.size());
-  return handler;
-}
-
 void pack_words(const void* record, size_t size, wlan_config_result_data_t* result) {
   u_int* words = static_cast<u_int*>(calloc(size, sizeof(u_int)));
   if (words == nullptr) return;
@@ -30,14 +21,13 @@ void pack_image(const void* record, size_t size, wlan_config_result_data_t* resu
   result->return_data.return_data_len = static_cast<u_int>(size);
 }
 
-void pack_int(const char* handler, int value, wlan_config_result_data_t* result) {
+void pack_int(const char* handler, const char* label, int value,
+              wlan_config_result_data_t* result) {
   pack_words(&value, sizeof value, result);
-  const std::string_view label = value_label(handler);
-  trace_rpc(handler, " WLAN RPC server : [%.*s = %d ]\n", static_cast<int>(label.size()),
-            label.data(), value);
+  trace_rpc(handler, " WLAN RPC server : [%s = %d ]\n", label, value);
 }
 
-void pack_text(const char* handler, const char* text, size_t size,
+void pack_text(const char* handler, const char* label, const char* text, size_t size,
                wlan_config_result_data_t* result) {
   const size_t length = strnlen(text, size - 1);
   char* copy = static_cast<char*>(malloc(length + 1));
@@ -46,8 +36,13 @@ void pack_text(const char* handler, const char* text, size_t size,
   copy[length] = '\0';
   result->return_data.return_data_val = copy;
   result->return_data.return_data_len = static_cast<u_int>(length + 1);
-  const std::string_view label = value_label(handler);
   trace_rpc(handler, " WLAN RPC server : [len = %zu]\n", length + 1);
-  trace_rpc(handler, " WLAN RPC server : [%.*s %s]\n", static_cast<int>(label.size()), label.data(),
-            copy);
+  trace_rpc(handler, " WLAN RPC server : [%s %s]\n", label, copy);
+}
+
+void trace_text_again(const char* handler, const wlan_config_result_data_t& result) {
+  const char* text = result.return_data.return_data_val;
+  if (text == nullptr) return;
+  trace_rpc(handler, "DEBUG>>>>>>>>>>>>>>>>>In %s fun. result->return_data.return_data_val:-%s-\n",
+            handler, text);
 }

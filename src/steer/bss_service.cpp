@@ -104,7 +104,7 @@ int wlan_set_hnc_replicate_radio(int bss, const char* radio) {
   return write_field(__func__, bss, "BSSHNCReplicateRadio", radio);
 }
 
-int wlan_get_hnc_replicate_radio(int bss, char* radio) {
+int wlan_get_hnc_replicate_radio(int bss, char (&radio)[kProfileFieldBuffer]) {
   return read_field(__func__, bss, "BSSHNCReplicateRadio", radio, kRadioBound);
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "profile/profile.h"
+
 // The service that a BSS provides to the home network, and the host of a
 // backhaul BSS, which learns of its changes.
 
@@ -28,9 +30,9 @@ int wlan_get_hnc_wds_mode(int bss, int* mode);
 
 // The radio to replicate, written as given. It is read with a bound of one
 // character, which the store does not apply to the last field: both kept on
-// purpose. So `radio` holds kProfileFieldBuffer bytes.
+// purpose. So there is room for a whole field.
 int wlan_set_hnc_replicate_radio(int bss, const char* radio);
-int wlan_get_hnc_replicate_radio(int bss, char* radio);
+int wlan_get_hnc_replicate_radio(int bss, char (&radio)[kProfileFieldBuffer]);
 
 // Settings of which the host is told, by the numbers that its library knows.
 constexpr int kBackhaulPassphrase = 0;

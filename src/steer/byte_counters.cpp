@@ -39,6 +39,30 @@ uint64_t radio_bytes(int bss, uint64_t byte_counter::*direction) {
   return sum;
 }
 
+static int current_bytes(int bss, uint64_t (*sum)(int, uint64_t byte_counter::*),
+                         uint64_t byte_counter::*direction, uint64_t* bytes) {
+  const int radio = bss_to_radio_index(bss);
+  const int status = radio == -1 ? -1 : wlan_getSSIDTxRxBytes(radio);
+  *bytes = status == 0 ? sum(bss, direction) : 0;
+  return status;
+}
+
+int wlan_getSSIDBytesSent(int bss, uint64_t* bytes) {
+  return current_bytes(bss, bss_bytes, &byte_counter::sent, bytes);
+}
+
+int wlan_getSSIDBytesReceived(int bss, uint64_t* bytes) {
+  return current_bytes(bss, bss_bytes, &byte_counter::received, bytes);
+}
+
+int wlan_getRadioBytesSent(int bss, uint64_t* bytes) {
+  return current_bytes(bss, radio_bytes, &byte_counter::sent, bytes);
+}
+
+int wlan_getRadioBytesReceived(int bss, uint64_t* bytes) {
+  return current_bytes(bss, radio_bytes, &byte_counter::received, bytes);
+}
+
 static void trace_entry(const char* caller, unsigned number,
                         const driver_station_statistics& entry) {
   const uint8_t* mac = entry.mac;

@@ -25,6 +25,14 @@ int wlan_getSSIDTxRxBytes(int radio);
 [[nodiscard]] uint64_t bss_bytes(int bss, uint64_t byte_counter::*direction);
 [[nodiscard]] uint64_t radio_bytes(int bss, uint64_t byte_counter::*direction);
 
+// Bytes of a BSS, or of all BSSs of its radio, after the counters are brought up to
+// date. 0, or -1 for an index of no radio and when the driver does not answer; the
+// bytes are 0 then.
+int wlan_getSSIDBytesSent(int bss, uint64_t* bytes);
+int wlan_getSSIDBytesReceived(int bss, uint64_t* bytes);
+int wlan_getRadioBytesSent(int bss, uint64_t* bytes);
+int wlan_getRadioBytesReceived(int bss, uint64_t* bytes);
+
 // The driver's statistics of all stations of the radio of `bss`, as they are, into
 // a table that the caller zeroed. 0, or -1 when the driver does not answer.
 int wlan_getAssocDevicesStatistics(int bss, driver_statistics_table* table);

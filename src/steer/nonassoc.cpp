@@ -127,7 +127,7 @@ static void find_probe(const nonassoc_report& report, const char* mac, nonassoc_
   }
 }
 
-int wlan_getNonAssocRptTable(int radio, void* answer) {
+int wlan_getNonAssocRptTable(int radio, nonassoc_answer* answer) {
   if (answer == nullptr) {
     REV_ERROR("input null pointer\n ");
     return -1;
@@ -143,6 +143,6 @@ int wlan_getNonAssocRptTable(int radio, void* answer) {
     REV_ERROR("failed to get NonAssocReqMac from wifi profile. \n ");
     return -1;
   }
-  find_probe(report, mac, static_cast<nonassoc_answer*>(answer));
+  find_probe(report, mac, answer);
   return 0;
 }

@@ -39,4 +39,4 @@ static_assert(sizeof(nonassoc_answer) == 900 && offsetof(nonassoc_answer, probes
 
 // Fills a nonassoc_answer, which stays as it is when the driver has no probe of
 // the station: no failure.
-int wlan_getNonAssocRptTable(int radio, void* answer);
+int wlan_getNonAssocRptTable(int radio, nonassoc_answer* answer);

@@ -55,7 +55,7 @@ static steer_event convert(unsigned number, const control_event& event) {
   return out;
 }
 
-int wlan_getSteerEventReport(int radio, void* record) {
+int wlan_getSteerEventReport(int radio, steer_event_report* record) {
   rad_ctrl* client = rad_ctrl_open(kControlPath);
   if (client == nullptr) {
     REV_ERROR("Could not connect\n");
@@ -65,11 +65,10 @@ int wlan_getSteerEventReport(int radio, void* record) {
   const bool fetched = fetch_events(client, radio, &reply);
   rad_ctrl_close(client);
   if (!fetched) return -1;
-  steer_event_report report = {};
-  report.count = reply.count;
+  *record = {};
+  record->count = reply.count;
   for (unsigned i = 0; i < std::min<unsigned>(reply.count, kSteerEvents); ++i) {
-    report.events[i] = convert(i, reply.events[i]);
+    record->events[i] = convert(i, reply.events[i]);
   }
-  memcpy(record, &report, sizeof report);
   return 0;
 }

@@ -53,7 +53,7 @@ static int read_number_key(const char* caller, int index, const char* key, int* 
     return write_number_key(__func__, index, key, static_cast<int>(value)); \
   }
 #define TEXT_GETTER(operation, key, max_length, missing, attempt)              \
-  int operation(int index, char* text) {                                       \
+  int operation(int index, char(&text)[max_length + 1]) {                      \
     return read_key(__func__, index, key, text, max_length, missing, attempt); \
   }
 #define NUMBER_GETTER(operation, key, attempt)                    \

@@ -42,25 +42,20 @@ int wlan_getChannelNoiseFloor(int index, int32_t* min, int32_t* max, int32_t* me
   return 0;
 }
 
-static void put_count(int32_t value, void* count) {
-  const int64_t wide = value;
-  memcpy(count, &wide, sizeof wide);
-}
-
-int wlan_getRadioTxPackets(int index, void* count) {
-  put_count(0, count);
+int wlan_getRadioTxPackets(int index, int64_t* count) {
+  *count = 0;
   radstat_reply reply;
   if (!fetch(index, &reply)) return 0;
-  put_count(reply.tx_packets, count);
+  *count = reply.tx_packets;
   REV_TRACE("TxCount : %d\n", reply.tx_packets);
   return 0;
 }
 
-int wlan_getRadioRxPackets(int index, void* count) {
-  put_count(0, count);
+int wlan_getRadioRxPackets(int index, int64_t* count) {
+  *count = 0;
   radstat_reply reply;
   if (!fetch(index, &reply)) return 0;
-  put_count(reply.rx_packets, count);
+  *count = reply.rx_packets;
   REV_TRACE("Rx Count : %d\n", reply.rx_packets);
   return 0;
 }

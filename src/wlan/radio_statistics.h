@@ -9,15 +9,29 @@
 // could not be had is -1, a packet count 0. A daemon with nothing new is one
 // that answers zeros; its last good answer then counts.
 
+// What the callers receive of the values below.
+struct channel_statistics {
+  int32_t channel_busy;
+  int32_t ap_activity;
+  int32_t busy;
+};
+struct noise_floor {
+  int32_t minimum;
+  int32_t maximum;
+  int32_t median;
+  int32_t average;
+};
+using rssi_table = int64_t[kRssiEntries];
+
 // Shares of the channel's time in percent: seen busy, own AP's, busy.
 int wlan_getChannelStatistics(int index, int32_t* cst, int32_t* ap_act, int32_t* busy);
 
 int wlan_getChannelNoiseFloor(int index, int32_t* min, int32_t* max, int32_t* median,
                               int32_t* average);
 
-// Packets sent and received; `count` is an int64_t.
-int wlan_getRadioTxPackets(int index, void* count);
-int wlan_getRadioRxPackets(int index, void* count);
+// Packets sent and received.
+int wlan_getRadioTxPackets(int index, int64_t* count);
+int wlan_getRadioRxPackets(int index, int64_t* count);
 
 // Retransmissions in percent.
 int wlan_getRetransmissionMetric(int index, int* percent);

@@ -1,7 +1,5 @@
 #include "wlan/traffic.h"
 
-#include <cstring>
-
 #include "diag/trace.h"
 #include "profile/profile_values.h"
 #include "sys/board.h"
@@ -12,7 +10,7 @@
 static constexpr int kBsssPerRadio = 8;
 
 // The driver's counter that each word of the reply takes.
-static constexpr uint8_t kBasicCounters[] = {3, 2, 0, 1};
+enum { kPacketsSent, kPacketsReceived, kBytesReceived, kBytesSent };
 static constexpr uint8_t kStatsCounters[] = {6, 4, 8, 9, 7, 5, 10, 11, 12, 13};
 
 // A radio's sums; the words in between are not filled: kept on purpose.
@@ -31,17 +29,16 @@ static driver_counters read_counters(int bss) {
   return counters;
 }
 
-int wlan_getBasicStats(int bss, void* out) {
+int wlan_getBasicStats(int bss, basic_stats* out) {
   const driver_counters counters = read_counters(bss);
-  uint32_t words[kBasicStatsWords] = {};
-  int place = 0;
-  for (const uint8_t counter : kBasicCounters)
-    words[place++] = counters.words[counter];
   int stations = 0;
   // A failure leaves the count at 0.
   static_cast<void>(wlan_getAssocDevicesNum(bss, &stations));
-  words[place] = static_cast<uint32_t>(stations);
-  memcpy(out, words, sizeof words);
+  out->bytes_sent = counters.words[kBytesSent];
+  out->bytes_received = counters.words[kBytesReceived];
+  out->packets_sent = counters.words[kPacketsSent];
+  out->packets_received = counters.words[kPacketsReceived];
+  out->associations = static_cast<uint32_t>(stations);
   return 0;
 }
 

@@ -6,13 +6,22 @@
 // the reply. What each one counts is the driver's business. A counter that cannot
 // be read is 0, and the read's failure reported.
 
-constexpr int kBasicStatsWords = 5;
+// Counters of a BSS and the number of its stations, as the caller receives them.
+struct basic_stats {
+  uint32_t bytes_sent;
+  uint32_t bytes_received;
+  uint32_t packets_sent;
+  uint32_t packets_received;
+  uint32_t associations;
+};
+static_assert(sizeof(basic_stats) == 20);
+
 constexpr int kStatsWords = 11;
 constexpr int kRadioStatsWords = 16;
+using traffic_stats = uint32_t[kRadioStatsWords];
 
-// Four counters and the number of associated stations, kBasicStatsWords words of
-// 32 bits in `out`. 0 always.
-int wlan_getBasicStats(int bss, void* out);
+// 0 always.
+int wlan_getBasicStats(int bss, basic_stats* out);
 
 // Ten counters and a 0, kStatsWords words. 0 always.
 int wlan_getStats(int bss, uint32_t* out);

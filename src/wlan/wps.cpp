@@ -12,7 +12,6 @@
 #include "sys/board.h"
 #include "sys/command.h"
 #include "sys/wext.h"
-#include "wlan/inert.h"
 
 // Bits of "WscConfMethods", as the WPS standard numbers its configuration
 // methods.
@@ -122,15 +121,15 @@ int wlan_setWpsCancel(int bss) {
   return 0;
 }
 
-int wlan_setWpsMode(int bss, int mode) {
-  return wlan_setWpsEnable(bss, mode);
+int wlan_setWpsMode(int /*bss*/, int /*mode*/) {
+  return 0;
 }
 
 static constexpr unsigned kObjectWpsStatus = 0x0751;
 static constexpr unsigned kObjectWpsUuid = 0x0753;
 static constexpr unsigned kObjectWpsState = 0x0AA0;
 
-int wlan_getWpsUuid(int bss, char* uuid) {
+int wlan_getWpsUuid(int bss, char (&uuid)[kWpsUuidSize]) {
   memset(uuid, 0, kWpsUuidSize);
   // A failure is reported by the request and leaves the text empty.
   static_cast<void>(rtpriv_get_ioctl(bss, kRtprivObject, kObjectWpsUuid, uuid, kWpsUuidSize));
@@ -213,7 +212,7 @@ static const char* result_text(int32_t state, int32_t status) {
   }
 }
 
-int wlan_getWpsResultStatus(int radio, char* status) {
+int wlan_getWpsResultStatus(int radio, char (&status)[kWpsResultStatusSize]) {
   if (radio != kRadio24 && radio != kRadio5) {
     REV_TRACE("Bad index\n");
     return -1;

@@ -24,15 +24,15 @@ int wlan_setWpsOOB(int bss);
 // Ends the session; nothing where the BSS's WPS is off. Returns 0.
 int wlan_setWpsCancel(int bss);
 
-// Goes to the inert switch of WPS, whose 0 it returns; the mode is not used.
+// As inert as the switch of WPS: returns 0.
 int wlan_setWpsMode(int bss, int mode);
 
 // The driver's UUID text, at most kWpsUuidSize bytes with its NUL; empty when the
 // driver does not tell. Returns 0.
 constexpr size_t kWpsUuidSize = 121;
-int wlan_getWpsUuid(int bss, char* uuid);
+int wlan_getWpsUuid(int bss, char (&uuid)[kWpsUuidSize]);
 
 // How the session of a radio (1 or 9) stands, a text of at most
 // kWpsResultStatusSize bytes with its NUL. Returns 0, or -1 for any other index.
 constexpr size_t kWpsResultStatusSize = 17;
-int wlan_getWpsResultStatus(int radio, char* status);
+int wlan_getWpsResultStatus(int radio, char (&status)[kWpsResultStatusSize]);

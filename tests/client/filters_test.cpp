@@ -10,6 +10,7 @@
 #include "lookup.h"
 #include "meanings.h"
 #include "reply.h"
+#include "rpc/row_argument.h"
 #include "text.h"
 
 namespace {
@@ -52,9 +53,12 @@ struct Row {
   bool (*round_trip)(const byte_string& in, byte_string& out);
 };
 
-#define PROCEDURE(number, name, stub, argument, members, payload, size, handler, back_end, \
-                  summary)                                                                 \
-  {#name, [](const byte_string& in, byte_string& out) { return through(xdr_##argument, in, out); }},
+#define FILTER(argument) FILTER_(argument)
+#define FILTER_(argument) xdr_##argument
+#define PROCEDURE(number, name, stem, topic, members, ...)             \
+  {#name, [](const byte_string& in, byte_string& out) {                \
+     return through(FILTER(ARGUMENT(stem, FIRST_##members)), in, out); \
+   }},
 
 const Row kRows[] = {
 #include "rpc/procedures.def"

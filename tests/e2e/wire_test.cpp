@@ -7,6 +7,7 @@
 #include <map>
 #include <vector>
 
+#include "rpc/back_ends.h"
 #include "support/daemon.h"
 #include "support/files.h"
 #include "support/wire.h"
@@ -46,18 +47,25 @@ static std::string zero_hnc_supported_hne_table() {
 
 static std::map<uint32_t, row> table() {
   return {
+#define NOTHING
+#define SHARED(stem)
 #define INDEX(name) +zero_int()
 #define FIELD(type, name) +zero_##type()
 #define ONLY_INDEX(name) +zero_int()
 #define ONLY(type, name) +zero_##type()
-#define ENTRY(kind, number, members, payload, size) \
-  {number, {kind, std::string() members, #payload, size}},
-#define PROCEDURE(number, name, stub, argument, members, payload, size, ...) \
-  ENTRY("built", number, members, payload, size)
-#define INERT(number, name, stub, argument, members, payload, size, ...) \
-  ENTRY("inert", number, members, payload, size)
-#define OWN(number, name, stub, argument, members, payload, size, ...) \
-  ENTRY("own", number, members, payload, size)
+#define CODE "CODE", 0
+#define UPDATE "CODE", 0
+#define INT(label) "INT", 4
+#define TEXT(label) "TEXT", 0
+#define WORDS(type) "WORDS", sizeof(type)
+#define IMAGE(type) "IMAGE", sizeof(type)
+#define NONE "NONE", 0
+#define PROCEDURE(number, name, stem, topic, members, answer, ...) \
+  {number, {"built", std::string() members, answer}},
+#define INERT(number, name, stem, topic, members, answer, ...) \
+  {number, {"inert", std::string() members, answer}},
+#define OWN(number, name, stem, topic, members, answer, ...) \
+  {number, {"own", std::string() members, answer}},
 #include "rpc/procedures.def"
   };
 }

@@ -21,11 +21,13 @@ constexpr member_kind kKind<hnc_supported_hne_table> = member_kind::record;
 
 const std::vector<row>& all_rows() {
   static const std::vector<row> rows = {
+#define NOTHING
+#define SHARED(stem)
 #define INDEX(name) member_kind::number,
 #define FIELD(type, name) kKind<type>,
 #define ONLY_INDEX(name) member_kind::number,
 #define ONLY(type, name) kKind<type>,
-#define PROCEDURE(number, name, stub, argument, members, ...) {number, #name, {members}},
+#define PROCEDURE(number, name, stem, topic, members, ...) {number, #name, {members}},
 #include "rpc/procedures.def"
   };
   return rows;

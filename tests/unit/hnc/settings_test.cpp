@@ -72,8 +72,8 @@ static const std::vector<number_row>& numbers() {
   return rows;
 }
 
-#define TEXT_OF_INSTANCE(name)                       \
-  [](char* text) { return hnc_get##name(7, text); }, \
+#define TEXT_OF_INSTANCE(name)                                                                 \
+  [](char* text) { return hnc_get##name(7, *reinterpret_cast<char(*)[kHncTextSize]>(text)); }, \
       [](const char* text) { return hnc_set##name(7, text); }
 
 static const std::vector<text_row>& texts() {
@@ -276,7 +276,7 @@ TEST(HncSettings, TextAnswersStayInsideTheirField) {
 TEST(HncSettings, TextIsStoredWithoutATerminator) {
   start_controller();
   listener_answers("ab");
-  char text[] = "######";
+  char text[kHncTextSize] = "######";
   EXPECT_EQ(hnc_getUpdateFWURL(1, text), 0);
   EXPECT_STREQ(text, "ab####");
 }

@@ -25,6 +25,15 @@ static std::string patterned_reply(int32_t table_error) {
   return bytes.replace(2856, 4, little_endian(static_cast<uint32_t>(table_error)));
 }
 
+// The record at the start of a longer buffer.
+static hnc_hne* as_hne(std::string& buffer) {
+  return reinterpret_cast<hnc_hne*>(buffer.data());
+}
+
+static hnc_supported_hne* as_supported(std::string& buffer) {
+  return reinterpret_cast<hnc_supported_hne*>(buffer.data());
+}
+
 static hnc_supported_hne sample_record() {
   hnc_supported_hne record = {};
   record.index = 3;
@@ -46,11 +55,11 @@ TEST(HneTables, RowsAreCopiedByteForByte) {
   const std::string reply = patterned_reply(0);
   listener_answers(reply);
   std::string record(1492 + 8, '#');
-  EXPECT_EQ(hnc_getHneTableEntry(5, record.data()), 0);
+  EXPECT_EQ(hnc_getHneTableEntry(5, as_hne(record)), 0);
   EXPECT_EQ(record, reply.substr(132, 1492) + "########");
   EXPECT_EQ(last_listener_request(), hnc_request_bytes(0, "HneEntry", 5, ""));
   record.assign(1232 + 8, '#');
-  EXPECT_EQ(hnc_getSupportedHneTableEntry(6, record.data()), 0);
+  EXPECT_EQ(hnc_getSupportedHneTableEntry(6, as_supported(record)), 0);
   EXPECT_EQ(record, reply.substr(1624, 1232) + "########");
   EXPECT_EQ(last_listener_request(), hnc_request_bytes(0, "SuppHneEntry", 6, ""));
 }
@@ -60,7 +69,7 @@ TEST(HneTables, RowsAreAddressedAsTheyAre) {
   const hnc_supported_hne none = {};
   for (const unsigned row : {0u, 17u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu}) {
     std::string record(1492, '#');
-    EXPECT_EQ(hnc_getHneTableEntry(row, record.data()), 0);
+    EXPECT_EQ(hnc_getHneTableEntry(row, as_hne(record)), 0);
     EXPECT_EQ(last_listener_request(), hnc_request_bytes(0, "HneEntry", row, ""));
     EXPECT_EQ(hnc_setSupportedHneTableEntry(row, &none), 0);
     EXPECT_EQ(last_listener_request(), hnc_request_bytes(1, "SuppHneEntry", row, ""));
@@ -73,15 +82,15 @@ TEST(HneTables, OnlyMinusOneIsATableError) {
   for (const int32_t error : {0, 1, -2, INT_MIN, INT_MAX}) {
     listener_answers(hnc_reply_bytes("", error));
     record.assign(1492, '#');
-    EXPECT_EQ(hnc_getHneTableEntry(1, record.data()), 0) << error;
+    EXPECT_EQ(hnc_getHneTableEntry(1, as_hne(record)), 0) << error;
     EXPECT_EQ(record, std::string(1492, '\0')) << error;
-    EXPECT_EQ(hnc_getSupportedHneTableEntry(1, record.data()), 0) << error;
+    EXPECT_EQ(hnc_getSupportedHneTableEntry(1, as_supported(record)), 0) << error;
     EXPECT_EQ(hnc_setHneDeviceName(1, "Attic"), 0) << error;
   }
   listener_answers(patterned_reply(-1));
   record.assign(1492, '#');
-  EXPECT_EQ(hnc_getHneTableEntry(1, record.data()), -1);
-  EXPECT_EQ(hnc_getSupportedHneTableEntry(1, record.data()), -1);
+  EXPECT_EQ(hnc_getHneTableEntry(1, as_hne(record)), -1);
+  EXPECT_EQ(hnc_getSupportedHneTableEntry(1, as_supported(record)), -1);
   EXPECT_EQ(record, std::string(1492, '#'));
   EXPECT_EQ(hnc_setHneDeviceName(1, "Attic"), -1);
 }
@@ -99,7 +108,7 @@ TEST(HneTables, EmptyOrShortReplyIsARowOfZeros) {
   for (const size_t size : {0, 1, 20}) {
     listener_answers(std::string(size, 'x'));
     std::string record(1232, '#');
-    EXPECT_EQ(hnc_getSupportedHneTableEntry(1, record.data()), 0) << size;
+    EXPECT_EQ(hnc_getSupportedHneTableEntry(1, as_supported(record)), 0) << size;
     EXPECT_EQ(record, std::string(1232, '\0')) << size;
   }
 }
@@ -185,10 +194,11 @@ static void expect_failures(const std::string& message, const std::string& first
   };
   const hnc_supported_hne sample = sample_record();
   std::string record(1492, '#');
-  EXPECT_EQ(errors_of([&] { EXPECT_EQ(hnc_getHneTableEntry(1, record.data()), -1); }),
+  EXPECT_EQ(errors_of([&] { EXPECT_EQ(hnc_getHneTableEntry(1, as_hne(record)), -1); }),
             expected("hnc_getHneTableEntry", first_separator));
-  EXPECT_EQ(errors_of([&] { EXPECT_EQ(hnc_getSupportedHneTableEntry(1, record.data()), -1); }),
-            expected("hnc_getSupportedHneTableEntry", separator));
+  EXPECT_EQ(
+      errors_of([&] { EXPECT_EQ(hnc_getSupportedHneTableEntry(1, as_supported(record)), -1); }),
+      expected("hnc_getSupportedHneTableEntry", separator));
   EXPECT_EQ(record, std::string(1492, '#'));
   EXPECT_EQ(errors_of([&] { EXPECT_EQ(hnc_setHneDeviceName(1, "Attic"), -1); }),
             expected("hnc_setHneDeviceName", separator));
@@ -217,17 +227,17 @@ TEST(HneTables, GettersTraceTheTableErrorAndTheLastAttempt) {
   listener_answers(reply);
   switch_console_on();
   std::string record(1492, '#');
-  std::string output = output_of([&] { EXPECT_EQ(hnc_getHneTableEntry(1, record.data()), 0); });
+  std::string output = output_of([&] { EXPECT_EQ(hnc_getHneTableEntry(1, as_hne(record)), 0); });
   const std::string first = rev_prefix("hnc_getHneTableEntry") + "hnc_getHneTableEntry";
   EXPECT_TRUE(output.ends_with(first + ":response.hneTableEntryGetError = 0\n" + first +
                                " - hneLastSyncAttempt  = -4294967295-\n"))
       << output;
-  output = output_of([&] { EXPECT_EQ(hnc_getSupportedHneTableEntry(1, record.data()), 0); });
+  output = output_of([&] { EXPECT_EQ(hnc_getSupportedHneTableEntry(1, as_supported(record)), 0); });
   const std::string second =
       rev_prefix("hnc_getSupportedHneTableEntry") + "hnc_getSupportedHneTableEntry";
   EXPECT_TRUE(output.ends_with(second + " response.hneTableEntryGetError = 0\n")) << output;
   listener_answers(hnc_reply_bytes("", -1));
-  output = output_of([&] { EXPECT_EQ(hnc_getHneTableEntry(1, record.data()), -1); });
+  output = output_of([&] { EXPECT_EQ(hnc_getHneTableEntry(1, as_hne(record)), -1); });
   EXPECT_TRUE(output.ends_with(first + ":response.hneTableEntryGetError = -1\n")) << output;
 }
 

@@ -22,7 +22,7 @@ TEST(Reply, EmptyResultTakesTwelveBytes) {
 
 TEST(Reply, IntegerTakesFourWordsOfWhichTheFirstCounts) {
   wlan_config_result_data_t result = {};
-  pack_int("wlan_get_channel_1_svc", 11, &result);
+  pack_int("wlan_get_channel_1_svc", "channel", 11, &result);
   EXPECT_EQ(sent(&result), word(0) + word(4) + word(11) + zeros(3) + word(0));
 }
 
@@ -30,7 +30,7 @@ TEST(Reply, IntegerMayBeAnyValue) {
   for (const int value : {0, 1, -1, INT_MAX, INT_MIN}) {
     wlan_config_result_data_t result = {};
     result.return_code = 3;
-    pack_int("wlan_get_channel_1_svc", value, &result);
+    pack_int("wlan_get_channel_1_svc", "channel", value, &result);
     const std::string expected = word(3) + word(4) + word(static_cast<unsigned>(value));
     EXPECT_EQ(sent(&result), expected + zeros(4)) << value;
   }
@@ -39,21 +39,21 @@ TEST(Reply, IntegerMayBeAnyValue) {
 TEST(Reply, TextOfThreeCharactersTakesSixteenBytes) {
   wlan_config_result_data_t result = {};
   char text[32] = "abc";
-  pack_text("wlan_get_ssid_1_svc", text, sizeof text, &result);
+  pack_text("wlan_get_ssid_1_svc", "ssid", text, sizeof text, &result);
   EXPECT_EQ(sent(&result), word(0) + word(0) + word(4) + std::string("abc\0", 4));
 }
 
 TEST(Reply, EmptyTextIsASingleNul) {
   wlan_config_result_data_t result = {};
   char text[32] = {};
-  pack_text("wlan_get_ssid_1_svc", text, sizeof text, &result);
+  pack_text("wlan_get_ssid_1_svc", "ssid", text, sizeof text, &result);
   EXPECT_EQ(sent(&result), word(0) + word(0) + word(1) + zeros(1));
 }
 
 TEST(Reply, TextThatFillsItsBufferStillEndsInANul) {
   wlan_config_result_data_t result = {};
   const std::string full(32, 'x');
-  pack_text("wlan_get_ssid_1_svc", full.data(), full.size(), &result);
+  pack_text("wlan_get_ssid_1_svc", "ssid", full.data(), full.size(), &result);
   EXPECT_EQ(result.return_data.return_data_len, 32u);
   EXPECT_EQ(std::string(result.return_data.return_data_val), std::string(31, 'x'));
   released(xdr_wlan_config_result_data_t, &result);
@@ -92,20 +92,12 @@ TEST(Reply, ImageOf8257BytesCannotBeSent) {
   EXPECT_EQ(sent(&result).size(), 12u + 8256u);
 }
 
-TEST(Reply, LabelOfAValueComesFromTheNameOfItsHandler) {
-  EXPECT_EQ(value_label("wlan_get_channel_1_svc"), "channel");
-  EXPECT_EQ(value_label("wlan_get_wps_device_name_1_svc"), "wps_device_name");
-  EXPECT_EQ(value_label("hnc_get_updatefw_url_1_svc"), "updatefw_url");
-  EXPECT_EQ(value_label("wlan_add_entry_1_svc"), "wlan_add_entry");
-  EXPECT_EQ(value_label("plain"), "plain");
-  EXPECT_EQ(value_label(""), "");
-}
-
 TEST(Reply, IntegerIsTraced) {
   switch_log_on();
   switch_console_on();
   wlan_config_result_data_t result = {};
-  const std::string output = output_of([&] { pack_int("wlan_get_channel_1_svc", -6, &result); });
+  const std::string output =
+      output_of([&] { pack_int("wlan_get_channel_1_svc", "channel", -6, &result); });
   released(xdr_wlan_config_result_data_t, &result);
   EXPECT_EQ(logged(), " WLAN RPC server : [channel = -6 ]\n");
   EXPECT_EQ(output, rpc_prefix("wlan_get_channel_1_svc") + " WLAN RPC server : [channel = -6 ]\n");
@@ -115,7 +107,7 @@ TEST(Reply, TextIsTracedWithTheLengthThatIncludesTheNul) {
   switch_log_on();
   wlan_config_result_data_t result = {};
   char text[32] = "Living room";
-  pack_text("wlan_get_ssid_1_svc", text, sizeof text, &result);
+  pack_text("wlan_get_ssid_1_svc", "ssid", text, sizeof text, &result);
   released(xdr_wlan_config_result_data_t, &result);
   EXPECT_EQ(logged(),
             " WLAN RPC server : [len = 12]\n"

@@ -1,5 +1,7 @@
 #include "rpc/table_rows.h"
 
+#include "rpc/back_ends.h"
+#include "rpc/row_argument.h"
 #include "rpc/wire_support.h"
 
 template <typename T>
@@ -39,36 +41,51 @@ static std::string without_tail(std::string members) {
 
 static std::vector<std::string> member_lists() {
   return {
+#define NOTHING
+#define SHARED(stem)
 #define INDEX(name) "int " #name ", "
 #define FIELD(type, name) #type " " #name ", "
 #define ONLY_INDEX(name) "int " #name ", "
 #define ONLY(type, name) #type " " #name ", "
-#define PROCEDURE(number, name, stub, argument, members, ...) without_tail("" members),
+#define PROCEDURE(number, name, stem, topic, members, ...) without_tail("" members),
 #include "rpc/procedures.def"
   };
 }
 
 static std::vector<std::string> sample_arguments() {
   return {
+#define NOTHING
+#define SHARED(stem)
 #define INDEX(name) +sample<int>()
 #define FIELD(type, name) +sample<type>()
 #define ONLY_INDEX(name) +sample<int>()
 #define ONLY(type, name) +sample<type>()
-#define PROCEDURE(number, name, stub, argument, members, ...) std::string() members,
+#define PROCEDURE(number, name, stem, topic, members, ...) std::string() members,
 #include "rpc/procedures.def"
   };
 }
 
 static std::vector<table_row> build_rows() {
   std::vector<table_row> rows = {
-#define ROW(kind, number, name, argument, payload, size, back_end) \
-  {number, #name, row_kind::kind, #argument, "", #payload, size, #back_end, ""},
-#define PROCEDURE(number, name, stub, argument, members, payload, size, handler, back_end, ...) \
-  ROW(derived, number, name, argument, payload, size, back_end)
-#define INERT(number, name, stub, argument, members, payload, size, handler, back_end, ...) \
-  ROW(inert, number, name, argument, payload, size, back_end)
-#define OWN(number, name, stub, argument, members, payload, size, handler, back_end, ...) \
-  ROW(own, number, name, argument, payload, size, back_end)
+#define TYPE_NAME(type) TYPE_NAME_(type)
+#define TYPE_NAME_(type) #type
+#define CODE "CODE", 0
+#define UPDATE "CODE", 0
+#define INT(label) "INT", sizeof(int)
+#define TEXT(label) "TEXT", 0
+#define WORDS(type) "WORDS", sizeof(type)
+#define IMAGE(type) "IMAGE", sizeof(type)
+#define NONE "NONE", 0
+#define ROW(kind, number, name, argument, ...) \
+  {number, name, row_kind::kind, TYPE_NAME(argument), "", __VA_ARGS__, ""},
+#define PROCEDURE(number, name, stem, topic, members, answer, back_end, ...) \
+  ROW(derived, number, #name, ARGUMENT(stem, FIRST_##members), answer)
+#define INERT(number, name, stem, topic, members, answer, back_end, ...) \
+  ROW(inert, number, #name, ARGUMENT(stem, FIRST_##members), answer)
+#define INERT_REFUSED(number, name, stem, topic, members, answer, back_end, ...) \
+  ROW(refused, number, #name, ARGUMENT(stem, FIRST_##members), answer)
+#define OWN(number, name, stem, topic, members, answer, back_end, ...) \
+  ROW(own, number, #name, ARGUMENT(stem, FIRST_##members), answer)
 #include "rpc/procedures.def"
   };
   const auto members = member_lists();
@@ -93,5 +110,5 @@ static std::string number_text(uint32_t number) {
 
 std::string snapshot_line(const table_row& row) {
   return number_text(row.number) + " " + row.name + " " + row.argument + "(" + row.members + ") " +
-         row.payload + " " + std::to_string(row.size);
+         row.payload + (row.payload == "TEXT" ? "" : " " + std::to_string(row.size));
 }

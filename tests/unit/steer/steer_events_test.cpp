@@ -59,8 +59,10 @@ struct outcome {
 // Asks for the report of a radio. The buffer holds zeros before, dots behind.
 static outcome ask(int radio) {
   outcome result = {99, std::string(1156, '\0') + "....", ""};
-  result.errors =
-      errors_of([&] { result.status = wlan_getSteerEventReport(radio, result.report.data()); });
+  result.errors = errors_of([&] {
+    result.status = wlan_getSteerEventReport(
+        radio, reinterpret_cast<steer_event_report*>(result.report.data()));
+  });
   EXPECT_EQ(result.report.substr(1156), "....");
   result.report.resize(1156);
   return result;

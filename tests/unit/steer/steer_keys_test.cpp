@@ -38,7 +38,7 @@ static constexpr number_setter kNumberSetters[] = {
 struct text_getter {
   const char* name;
   const char* key;
-  int (*get)(int index, char* text);
+  int (*get)(int index, char* text);  // into room for any of them
   size_t longest;
   int missing;
   const char* message;
@@ -47,13 +47,23 @@ struct text_getter {
 static constexpr char kGet[] = "failed to get wifi profile, ret:0\n ";
 static constexpr char kUpdate[] = "failed to update wifi profile, ret:0\n ";
 
+// The getters take buffers of their own sizes.
+template <size_t Size, int (*get)(int, char (&)[Size])>
+static int read_text(int index, char* text) {
+  return get(index, *reinterpret_cast<char(*)[Size]>(text));
+}
+
 static constexpr text_getter kTextGetters[] = {
-    {"wlan_getHncSteerStaMac", "HNCSteerSTAMac", wlan_getHncSteerStaMac, 18, 0, kGet},
-    {"wlan_getHncActionFrameType", "HNCActionFrameType", wlan_getHncActionFrameType, 256, -1, kGet},
-    {"wlan_getHncActionFrameMac", "HNCActionFrameMac", wlan_getHncActionFrameMac, 18, -1, kUpdate},
-    {"wlan_getHncActionFramePayload", "HNCActionFramePayload", wlan_getHncActionFramePayload, 1025,
-     0, kGet},
-    {"wlan_getNonAssocRequestMac", "NonAssocReqMac", wlan_getNonAssocRequestMac, 18, -1, kUpdate},
+    {"wlan_getHncSteerStaMac", "HNCSteerSTAMac", read_text<19, wlan_getHncSteerStaMac>, 18, 0,
+     kGet},
+    {"wlan_getHncActionFrameType", "HNCActionFrameType", read_text<257, wlan_getHncActionFrameType>,
+     256, -1, kGet},
+    {"wlan_getHncActionFrameMac", "HNCActionFrameMac", read_text<19, wlan_getHncActionFrameMac>, 18,
+     -1, kUpdate},
+    {"wlan_getHncActionFramePayload", "HNCActionFramePayload",
+     read_text<1026, wlan_getHncActionFramePayload>, 1025, 0, kGet},
+    {"wlan_getNonAssocRequestMac", "NonAssocReqMac", read_text<19, wlan_getNonAssocRequestMac>, 18,
+     -1, kUpdate},
 };
 
 struct number_getter {

@@ -311,12 +311,15 @@ static std::string code_bytes(int32_t code) {
 static std::string result_of(int32_t state, int32_t status) {
   answer_object_with(0x0AA0, code_bytes(state));
   answer_object_with(0x0751, code_bytes(status));
-  // The longest text and a guard behind it.
-  char text[18];
-  memset(text, '#', sizeof text);
-  EXPECT_EQ(wlan_getWpsResultStatus(9, text), 0);
-  EXPECT_EQ(text[17], '#');
-  return text;
+  // The longest text and a guard after it.
+  struct {
+    char text[kWpsResultStatusSize];
+    char guard;
+  } room;
+  memset(&room, '#', sizeof room);
+  EXPECT_EQ(wlan_getWpsResultStatus(9, room.text), 0);
+  EXPECT_EQ(room.guard, '#');
+  return room.text;
 }
 
 TEST(WpsResult, StatesThatStandForThemselves) {
@@ -377,7 +380,7 @@ TEST(WpsResult, StatesThatTheStatusDecides) {
 }
 
 TEST(WpsResult, WhatTheDriverDoesNotTellCountsAsNoSession) {
-  char text[32] = "";
+  char text[kWpsResultStatusSize] = "";
   const auto read = [&] { EXPECT_EQ(wlan_getWpsResultStatus(1, text), 0); };
   ASSERT_EQ(system("gwbox fail wps_state EIO; gwbox fail wps_status EIO"), 0);
   EXPECT_EQ(errors_of(read), rpc_error_prefix("rtpriv_get_int_ioctl") +
@@ -396,7 +399,7 @@ TEST(WpsResult, WhatTheDriverDoesNotTellCountsAsNoSession) {
 }
 
 TEST(WpsResult, RadiosAreNamedByTheirFirstBss) {
-  char text[32] = "untouched";
+  char text[kWpsResultStatusSize] = "untouched";
   EXPECT_EQ(errors_of([&] {
               for (const int index : {0, 2, 8, 10, 16, 17, -1, INT_MIN, INT_MAX}) {
                 EXPECT_EQ(wlan_getWpsResultStatus(index, text), -1) << index;
@@ -443,10 +446,13 @@ TEST(WpsUuid, TextOfAFailedQueryIsNotAnswered) {
 }
 
 TEST(WpsUuid, TextWithoutAnEndIsClosed) {
-  char uuid[kWpsUuidSize + 1];
-  memset(uuid, '#', sizeof uuid);
+  struct {
+    char uuid[kWpsUuidSize];
+    char guard;
+  } room;
+  memset(&room, '#', sizeof room);
   answer_object_with(0x0753, std::string(500, 'u'));
-  EXPECT_EQ(wlan_getWpsUuid(1, uuid), 0);
-  EXPECT_EQ(uuid, std::string(120, 'u'));
-  EXPECT_EQ(uuid[kWpsUuidSize], '#');
+  EXPECT_EQ(wlan_getWpsUuid(1, room.uuid), 0);
+  EXPECT_EQ(room.uuid, std::string(120, 'u'));
+  EXPECT_EQ(room.guard, '#');
 }
