@@ -224,8 +224,7 @@ std::string describe_needs(const procedure_row& procedure) {
 }
 
 std::string describe_note(const procedure_row& procedure) {
-  const procedure_note* note = notes_find(procedure);
-  if (!procedure.inert) return note == nullptr ? "" : note->text;
+  if (!procedure.inert) return notes_text(procedure);
   return procedure.payload == payload_kind::CODE
              ? "Accepted, but deliberately does nothing: nothing is changed, the answer is "
                "always the same."

@@ -1,5 +1,5 @@
-// What a caller should know before a call: which procedures must have been called, and
-// what the answer does not tell. One entry per procedure that has any of it.
+// What a caller should know before a call: which procedures must have been called, as
+// the table says, and what the answer does not tell.
 #pragma once
 
 #include <span>
@@ -10,14 +10,13 @@
 
 struct procedure_note {
   const char* procedure;  // as in the table
-  const char* needs;      // procedures to call first, with blanks between; "": none
-  const char* text;       // "": nothing more to say
+  const char* text;
 };
 
 std::span<const procedure_note> notes_all();
 
-// nullptr when there is nothing to say.
-const procedure_note* notes_find(const procedure_row& procedure);
+// "" when there is nothing to say.
+const char* notes_text(const procedure_row& procedure);
 
 // The procedures to call first, as people write them.
 std::vector<std::string> notes_needs(const procedure_row& procedure);

@@ -34,8 +34,22 @@ struct answer_spec {
   bool update = false;
 };
 
+constexpr member_list kNoMembers = {};
 constexpr answer_spec kCode = {payload_kind::CODE, 0};
 constexpr answer_spec kUpdate = {payload_kind::CODE, 0, true};
+
+// The columns that go over as they are.
+constexpr procedure_row columns(uint32_t number, const char* name, topic about, member_list members,
+                                const char* summary, bool inert) {
+  procedure_row row = {};
+  row.number = number;
+  row.name = name;
+  row.about = about;
+  row.members = members;
+  row.summary = summary;
+  row.inert = inert;
+  return row;
+}
 
 constexpr procedure_row make_row(procedure_row row, answer_spec answer, uint32_t text_size,
                                  row_facts facts = {}) {
@@ -43,14 +57,8 @@ constexpr procedure_row make_row(procedure_row row, answer_spec answer, uint32_t
   row.size = answer.kind == payload_kind::TEXT ? text_size : answer.size;
   row.update = answer.update;
   row.effect = effect_of(answer.kind, facts);
+  row.needs = facts.needs;
   return row;
-}
-
-// The columns that go over as they are.
-constexpr procedure_row row_of(uint32_t number, const char* name, topic about, member_list members,
-                               const char* summary, bool inert) {
-  return {number, name,  members, payload_kind::CODE, 0,
-          false,  inert, about,   asking::kActs,      summary};
 }
 
 #define NOTHING
@@ -61,30 +69,37 @@ constexpr procedure_row row_of(uint32_t number, const char* name, topic about, m
 #define ONLY(type, name) +member(type_##type, #name)
 #define CODE kCode
 #define UPDATE kUpdate
-#define INT(label) \
-  { payload_kind::INT, sizeof(int32_t) }
-#define TEXT(label) \
-  { payload_kind::TEXT, 0 }
-#define WORDS(type) \
-  { payload_kind::WORDS, sizeof(type) }
-#define IMAGE(type) \
-  { payload_kind::IMAGE, sizeof(type) }
-#define NONE \
-  { payload_kind::NONE, 0 }
-// A text has the room that its back end has for it; without one it is empty.
+#define INT(label)                     \
+  answer_spec {                        \
+    payload_kind::INT, sizeof(int32_t) \
+  }
+#define TEXT(label)       \
+  answer_spec {           \
+    payload_kind::TEXT, 0 \
+  }
+#define WORDS(type)                   \
+  answer_spec {                       \
+    payload_kind::WORDS, sizeof(type) \
+  }
+#define IMAGE(type)                   \
+  answer_spec {                       \
+    payload_kind::IMAGE, sizeof(type) \
+  }
+#define NONE              \
+  answer_spec {           \
+    payload_kind::NONE, 0 \
+  }
+// A text has the room that its back end has for it. Without one it is empty, and that
+// of an OWN row need not be declared here.
 #define PROCEDURE(number, name, stem, about, members, answer, back_end, summary, ...) \
-  make_row(row_of(                                                                    \
-               number, #name, about, member_list {} members, summary, false),         \
-           answer, kTextSize<decltype(back_end)>, {__VA_ARGS__}),
-#define INERT(number, name, stem, about, members, answer, back_end, summary, ...) \
-  make_row(row_of(                                                                \
-               number, #name, about, member_list {} members, summary, true),      \
-           answer, kTextSize<void>, {__VA_ARGS__}),
-// Written out, so that no back end need be declared.
-#define OWN(number, name, stem, about, members, answer, back_end, summary, ...) \
-  make_row(row_of(                                                              \
-               number, #name, about, member_list {} members, summary, false),   \
-           answer, kTextSize<void>, {__VA_ARGS__}),
+  make_row(columns(number, #name, about, kNoMembers members, summary, false), answer, \
+           kTextSize<decltype(back_end)>, {__VA_ARGS__}),
+#define INERT(number, name, stem, about, members, answer, back_end, summary, ...)    \
+  make_row(columns(number, #name, about, kNoMembers members, summary, true), answer, \
+           kTextSize<void>, {__VA_ARGS__}),
+#define OWN(number, name, stem, about, members, answer, back_end, summary, ...)       \
+  make_row(columns(number, #name, about, kNoMembers members, summary, false), answer, \
+           kTextSize<void>, {__VA_ARGS__}),
 
 constexpr procedure_row kProcedures[] = {
 #include "rpc/procedures.def"

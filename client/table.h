@@ -45,7 +45,8 @@ struct procedure_row {
   bool update;    // the code is a profile update's: 1 written, 2 no change, 0 failed
   bool inert;     // accepted, deliberately does nothing
   topic about;
-  asking effect;  // never kByAnswer
+  asking effect;      // never kByAnswer
+  const char* needs;  // procedures to call first, with blanks between
   const char* summary;
 };
 

@@ -77,7 +77,7 @@ const value_meaning& payload_value(const procedure_row& procedure) {
 
 const char* payload_codes(const procedure_row& procedure) {
   return procedure.update ? "1: written, 2: no change, 0: the call failed"
-                                   : "negative: the call failed";
+                          : "negative: the call failed";
 }
 
 bool payload_failed(const procedure_row& procedure, int32_t code) {
