@@ -35,8 +35,14 @@ struct answer_spec {
 };
 
 constexpr member_list kNoMembers = {};
-constexpr answer_spec kCode = {payload_kind::CODE, 0};
-constexpr answer_spec kUpdate = {payload_kind::CODE, 0, true};
+
+constexpr answer_spec answering(payload_kind kind, uint32_t size, bool update = false) {
+  return {kind, size, update};
+}
+
+// By names of their own: CODE is a macro below.
+constexpr answer_spec kCode = answering(payload_kind::CODE, 0);
+constexpr answer_spec kUpdate = answering(payload_kind::CODE, 0, true);
 
 // The columns that go over as they are.
 constexpr procedure_row columns(uint32_t number, const char* name, topic about, member_list members,
@@ -69,26 +75,11 @@ constexpr procedure_row make_row(procedure_row row, answer_spec answer, uint32_t
 #define ONLY(type, name) +member(type_##type, #name)
 #define CODE kCode
 #define UPDATE kUpdate
-#define INT(label)                     \
-  answer_spec {                        \
-    payload_kind::INT, sizeof(int32_t) \
-  }
-#define TEXT(label)       \
-  answer_spec {           \
-    payload_kind::TEXT, 0 \
-  }
-#define WORDS(type)                   \
-  answer_spec {                       \
-    payload_kind::WORDS, sizeof(type) \
-  }
-#define IMAGE(type)                   \
-  answer_spec {                       \
-    payload_kind::IMAGE, sizeof(type) \
-  }
-#define NONE              \
-  answer_spec {           \
-    payload_kind::NONE, 0 \
-  }
+#define INT(label) answering(payload_kind::INT, sizeof(int32_t))
+#define TEXT(label) answering(payload_kind::TEXT, 0)
+#define WORDS(type) answering(payload_kind::WORDS, sizeof(type))
+#define IMAGE(type) answering(payload_kind::IMAGE, sizeof(type))
+#define NONE answering(payload_kind::NONE, 0)
 // A text has the room that its back end has for it. Without one it is empty, and that
 // of an OWN row need not be declared here.
 #define PROCEDURE(number, name, stem, about, members, answer, back_end, summary, ...) \

@@ -45,18 +45,18 @@ template <typename... Members>
 struct shown_input<member_list<void, Members...>> {
   // Room for the longest list of the table, cut to what is used below.
   static constexpr size_t kRoom = 256;
-  static consteval size_t fill(char* to) {
+  static constexpr size_t fill(char* to) {
     size_t at = 0;
     append(to, &at, " WLAN RPC server : ");
     (append_member<Members>(to, &at), ...);
     append(to, &at, "\n");
     return at;
   }
-  static consteval size_t length() {
+  static constexpr size_t length() {
     char room[kRoom] = {};
     return fill(room);
   }
-  static consteval auto make() {
+  static constexpr auto make() {
     char room[kRoom] = {};
     fill(room);
     std::array<char, length() + 1> format = {};
