@@ -14,7 +14,14 @@
 #include "support/sim_calls.h"
 
 // Files and locks. Names that end in ".lock" are always regular files that can
-// be made; writing is for files of the store and the debug log only.
+// be made; writing is for files of the store, the debug log and what commands are to
+// find empty only. Links and directories are where the profiles are, and nowhere else.
+
+// What the daemon makes before a command writes to it, and removes when it is empty.
+static bool is_place(std::string_view path) {
+  const bool table = path.starts_with("/tmp/.mt76") && path.find("_SingleSKU") != path.npos;
+  return table || path == "/tmp/l1profile.dat" || path == "/tmp/wifi_restart";
+}
 
 static bool may_be_written(std::string_view path) {
   static constexpr std::string_view kWritten[] = {
@@ -27,7 +34,7 @@ static bool may_be_written(std::string_view path) {
   };
   const bool listed =
       std::find(std::begin(kWritten), std::end(kWritten), path) != std::end(kWritten);
-  return listed || profile_number_of(path) >= 0 || is_temporary(path);
+  return listed || profile_number_of(path) >= 0 || is_temporary(path) || is_place(path);
 }
 
 static int refuse(int error) {
@@ -198,6 +205,11 @@ int sim_stat(const char* path, struct stat* status) {
   return 0;
 }
 
+// Nothing that is looked at so is a link.
+int sim_lstat(const char* path, struct stat* status) {
+  return sim_stat(path, status);
+}
+
 int sim_access(const char* path, int mode) {
   CHECK(mode == F_OK);
   return outside_has(path) ? 0 : refuse(ENOENT);
@@ -212,6 +224,15 @@ int sim_chmod(const char* path, mode_t mode) {
   return 0;
 }
 
+int sim_fchmod(int fd, mode_t mode) {
+  outside_file* file = open_file(fd)->file;
+  CHECK(file->path.ends_with(".hnc"));
+  uint8_t how = 0;
+  if (strike(&how)) return -1;
+  file->mode = mode;
+  return 0;
+}
+
 int sim_chown(const char* path, uid_t, gid_t) {
   CHECK(find_file(path) != nullptr && is_temporary(path));
   uint8_t how = 0;
@@ -220,11 +241,30 @@ int sim_chown(const char* path, uid_t, gid_t) {
 
 int sim_unlink(const char* path) {
   outside_file* file = find_file(path);
-  const bool known = is_temporary(path) || std::string_view(path).starts_with("/tmp/rad_ctrl_");
+  const std::string_view name = path;
+  const bool image = name.starts_with("/nvram/") && name.find("EEPROM") != name.npos;
+  const bool known =
+      is_temporary(name) || name.starts_with("/tmp/rad_ctrl_") || is_place(name) || image;
   if (!known) broken("%s is removed", path);
   if (file == nullptr) return refuse(ENOENT);
   file->there = false;
   return 0;
+}
+
+int sim_rmdir(const char* path) {
+  broken("%s is removed as a directory", path);
+}
+
+char* sim_mkdtemp(char* pattern) {
+  broken("%s is made", pattern);
+}
+
+ssize_t sim_readlinkat(int, const char*, char*, size_t) {
+  broken("a link is read");
+}
+
+ssize_t sim_readlinkat_chk(int directory, const char* path, char* target, size_t size, size_t) {
+  return sim_readlinkat(directory, path, target, size);
 }
 
 int sim_rename(const char* from, const char* to) {

@@ -4,17 +4,22 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
+#include <cerrno>
 #include <cstdarg>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
 
 #include "diag/message.h"
+#include "diag/own_file.h"
 
 static constexpr char kConsoleSwitch[] = "/tmp/wlandbg";
 static constexpr char kLogSwitch[] = "/tmp/auto_debug/rpc_dbg_en";
 static constexpr char kLog[] = "/tmp/auto_debug/dbg_rpc.log";
-static constexpr char kLogBackup[] = "/tmp/auto_debug/dbg_rpc.log.bak";
+static constexpr char kBackupEnd[] = ".bak";
+// It holds pass phrases.
+static constexpr mode_t kLogMode = 0600;
 static constexpr int32_t kRotateAbove = 1024000;
 
 bool console_trace_on() {
@@ -33,30 +38,56 @@ void log_time_stamp(const struct tm* when, char (&stamp)[kTimeStampSize]) {
   stamp[length - 1] = '\0';
 }
 
-static void rotate_log() {
-  struct stat status;
-  if (stat(kLog, &status) != 0) return;
-  if (static_cast<int32_t>(status.st_size) > kRotateAbove) rename(kLog, kLogBackup);
+// The debug log is not there to fill the console: each complaint about it comes once.
+static void complain_once(std::atomic<bool>* said, const char* complaint) {
+  if (!said->exchange(true))
+    fprintf(stderr, "logToFile %s %s: %s\n", kLog, complaint, strerror(errno));
 }
 
-// Everybody may write to the directory: another file that a link names is not
-// written to, and a FIFO does not hold the daemon up.
-static FILE* open_log() {
-  constexpr int kFlags = O_RDWR | O_APPEND | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
-  const int file = open(kLog, kFlags, 0666);
-  if (file < 0) return nullptr;
+static int open_log(struct stat* status) {
+  return own_file_open(kLog, O_RDWR | O_APPEND | O_CREAT, kLogMode, status);
+}
+
+// The backup is beside the log: behind a link, on the drive that the link leads to.
+static bool move_to_backup() {
+  char log[PATH_MAX];
+  char backup[sizeof log + sizeof kBackupEnd];
+  if (!own_file_resolve(kLog, log)) return false;
+  snprintf(backup, sizeof backup, "%s%s", log, kBackupEnd);
+  return rename(log, backup) == 0;
+}
+
+// Makes room in the log that is open, and returns the one to write to.
+static int rotate_log(int file) {
+  static std::atomic<bool> said = false;
   struct stat status;
-  FILE* log = nullptr;
-  if (fstat(file, &status) == 0 && S_ISREG(status.st_mode)) log = fdopen(file, "a+");
-  if (log == nullptr) close(file);
-  return log;
+  if (move_to_backup()) {
+    close(file);
+    return open_log(&status);
+  }
+  complain_once(&said, "cannot be moved to its backup and is cut off");
+  if (ftruncate(file, 0) == 0) return file;
+  close(file);
+  return -1;
+}
+
+static FILE* open_log_stream() {
+  static std::atomic<bool> said = false;
+  struct stat status;
+  int file = open_log(&status);
+  // A size of 2 GiB and more is negative here and counts as small: kept on purpose.
+  if (file >= 0 && static_cast<int32_t>(status.st_size) > kRotateAbove) file = rotate_log(file);
+  FILE* log = file < 0 ? nullptr : fdopen(file, "a+");
+  if (log != nullptr) return log;
+  complain_once(&said, "is not written");
+  if (file >= 0) close(file);
+  return nullptr;
 }
 
 [[gnu::format(printf, 1, 0)]] static int append_to_log(const char* format, va_list values) {
   if (access(kLogSwitch, F_OK) != 0) return 0;
   if (format == nullptr) return -1;
-  rotate_log();
-  FILE* log = open_log();
+  FILE* log = open_log_stream();
   if (log == nullptr) return -1;
   const time_t now = time(nullptr);
   struct tm local;

@@ -36,10 +36,11 @@ void trace_rev_error(const char* function, const char* format, ...)
 [[nodiscard]] bool console_trace_on();
 
 // Appends "<time stamp> - <message>" to the debug log, rotating a log of more
-// than 1,024,000 bytes into its backup first. Returns 0 when logging is off or
-// the message was written, -1 when format is null or the log cannot be opened or
-// is no regular file: a symbolic link in its place is not followed. The directory
-// of the log is never created.
+// than 1,024,000 bytes into its backup first; where it cannot be renamed it is cut
+// off, and standard error told once. Returns 0 when logging is off or the message
+// was written, -1 when format is null or the log is none of our own, see own_file.h,
+// which standard error is told once too. A new log is for its owner alone: it holds
+// pass phrases. The directory of the log is never created.
 int logToFile(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
 // The log's time stamp: asctime's text without its line end, or "NULL" when

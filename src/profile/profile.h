@@ -27,7 +27,9 @@
 // several names, a mount point, another filesystem) is overwritten in place
 // with one write and cut to length; there, and only where the profile becomes
 // shorter, a kill between the two leaves the old one's last lines behind the
-// new one. The mirror is overwritten after the profile and never read here.
+// new one. The mirror is overwritten after the profile, while the lock is held, and
+// never read here. It gets the profile's mode, and is not written where it is none of
+// our own files, see diag/own_file.h.
 
 // Copies the value of `key` and a NUL into `buffer`, which holds max_len + 1
 // bytes. Of several lines with the key the first whose value fits counts.

@@ -202,7 +202,7 @@ static void replace_profile(const update& work, const char* path, const char* te
     file_remove(temporary);
   }
   const char* mirror = profile_files_of(path)->mirror;
-  if (!file_overwrite(mirror, content.data, content.length, nullptr))
+  if (!file_overwrite_own(mirror, content.data, content.length, old.mode))
     report(work, "mirror", mirror);
 }
 

@@ -1,6 +1,7 @@
 #include "rpc/instance.h"
 
 #include "sys/probe.h"
+#include "sys/record_lock.h"
 
 static constexpr char kProbe[] = "pgrep -l portmap | grep -c portmap";
 static constexpr size_t kProbeSize = 32;

@@ -2,10 +2,19 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
+#include <time.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
+
+#include "diag/own_file.h"
+#include "sys/planted.h"
+
+static constexpr mode_t kLockFileMode = 0666;
+static constexpr int kTriesMax = 16;
+static constexpr int kPausesMax = 100;  // a second in all
 
 static int flock_through_signals(int fd, int operation) {
   int result;
@@ -34,32 +43,85 @@ static void report(const char* what, const char* which, const char* reason) {
   perror(reason);
 }
 
-// Everybody may write to the directory: nothing is created where a link points to.
-static int open_lock_file(const char* path) {
-  return open(path, O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0666);
+// Waits a while for whoever holds what is to be removed, so that no two processes
+// hold the lock, one by the old file and one by the new. Not for ever: every user
+// can hold a file that he may open. Returns its descriptor, or -1.
+static int wait_for_holder(const char* path) {
+  const int file = open(path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+  if (file < 0) return -1;
+  const timespec pause = {0, 10'000'000};
+  for (int i = 0; i < kPausesMax && flock(file, LOCK_EX | LOCK_NB) != 0; ++i)
+    nanosleep(&pause, nullptr);
+  return file;
+}
+
+int open_lock_file(const char* path, mode_t mode, struct stat* status) {
+  int file = own_file_open(path, O_RDWR | O_CREAT, mode, status);
+  for (int tries = 0; file < 0 && tries < kTriesMax; ++tries) {
+    const int error = errno;
+    const int old = tries == 0 ? wait_for_holder(path) : -1;
+    const bool removed = planted_remove(path);
+    if (old >= 0) close(old);
+    errno = error;
+    // The first time somebody else may have removed it meanwhile.
+    if (!removed && tries > 0) return -1;
+    file = own_file_open(path, O_RDWR | O_CREAT, mode, status);
+  }
+  return file;
+}
+
+// Whether the locked file is the one that others find at the path: one that was
+// removed while it was waited for is no lock.
+static bool still_in_place(const char* path, const struct stat& file) {
+  struct stat now;
+  return stat(path, &now) == 0 && now.st_dev == file.st_dev && now.st_ino == file.st_ino &&
+         now.st_nlink == 1;
+}
+
+static int close_failing(int fd) {
+  const int error = errno;
+  close(fd);
+  errno = error;
+  return -1;
+}
+
+// Opens the file at `path` and locks it. Returns its descriptor, or -1 with errno
+// and `*opened` as far as it came.
+static int lock_file(const char* path, int operation, bool* opened) {
+  for (int tries = 0; tries < kTriesMax; ++tries) {
+    struct stat status;
+    const int fd = open_lock_file(path, kLockFileMode, &status);
+    *opened = fd >= 0;
+    if (fd < 0) return -1;
+    if (flock_through_signals(fd, operation) != 0) return close_failing(fd);
+    if (still_in_place(path, status)) return fd;
+    close(fd);
+  }
+  errno = EBUSY;
+  return -1;
 }
 
 int fwrite_lock(const char* path) {
-  const int fd = open_lock_file(path);
-  if (fd < 0) {
+  bool opened = false;
+  const int fd = lock_file(path, LOCK_EX, &opened);
+  if (fd >= 0) return fd;
+  if (opened) {
+    report("mtk_rpc", "fwrite_lock", "flock");
+  } else {
     report("open", path, "fwrite_lock");
-    return 0;
   }
-  if (write_lock(fd) == 0) return fd;
-  report("mtk_rpc", "fwrite_lock", "flock");
-  close(fd);
   return 0;
 }
 
 int fread_lock(const char* path) {
-  const int fd = open_lock_file(path);
-  if (fd < 0) {
+  bool opened = false;
+  const int fd = lock_file(path, LOCK_SH, &opened);
+  if (fd >= 0) return fd;
+  if (opened) {
+    report("mtk_rpc", "fread_lock", "flock");
+  } else {
     report("fopen", path, "fread_lock");
-    return 0;
   }
-  if (read_lock(fd) == 0) return fd;
-  report("mtk_rpc", "fread_lock", "flock");
-  close(fd);
   return 0;
 }
 

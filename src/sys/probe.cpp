@@ -59,18 +59,6 @@ bool process_runs(const char* name) {
   return runs;
 }
 
-bool try_record_lock(const char* path) {
-  // Everybody may write to the directory: no file that a link names is truncated.
-  const int file = open(path, O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0666);
-  if (file < 0) return false;
-  struct flock whole = {};
-  whole.l_type = F_WRLCK;
-  whole.l_whence = SEEK_SET;
-  const bool granted = fcntl(file, F_SETLK, &whole) == 0;
-  close(file);
-  return granted;
-}
-
 void reserve_standard_streams() {
   int file = open("/dev/null", O_RDWR);
   while (file >= 0 && file <= STDERR_FILENO)

@@ -13,11 +13,6 @@
 // user's that calls itself so does not count, nor one that has ended.
 [[nodiscard]] bool process_runs(const char* name);
 
-// Opens and truncates a file, tries a write lock over all of it and closes it
-// again, which releases the lock. Returns whether the lock was granted; a symbolic
-// link is not followed.
-[[nodiscard]] bool try_record_lock(const char* path);
-
 // Makes sure that descriptors 0 to 2 are open, on /dev/null where they are not,
 // so that no socket or file of the daemon ends up as standard output.
 void reserve_standard_streams();

@@ -8,6 +8,8 @@
 #include <cerrno>
 #include <cstring>
 
+#include "sys/planted.h"
+
 static sockaddr_un address_of(const char* path) {
   sockaddr_un address = {};
   address.sun_family = AF_UNIX;
@@ -24,7 +26,7 @@ int unix_datagram_bind(int sock, const char* path) {
   const auto* generic = reinterpret_cast<const sockaddr*>(&address);
   if (bind(sock, generic, sizeof address) == 0) return 0;
   if (errno != EADDRINUSE) return -1;
-  unlink(path);
+  if (unlink(path) != 0) planted_remove(path);
   return bind(sock, generic, sizeof address);
 }
 

@@ -11,7 +11,8 @@
 // A socket without address and peer.
 [[nodiscard]] int unix_datagram_socket();
 
-// Binds it to a path. What an earlier process left there is removed.
+// Binds it to a path. What an earlier process left there is removed, but for a
+// directory that is not another user's.
 [[nodiscard]] int unix_datagram_bind(int sock, const char* path);
 
 // Connects it; from here on only this peer reaches it. 0, or -1.

@@ -1,6 +1,7 @@
 #include "sys/whole_file.h"
 
 #include <fcntl.h>
+#include <sys/auxv.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -8,6 +9,9 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+
+#include "diag/own_file.h"
+#include "sys/planted.h"
 
 static constexpr mode_t kNewFileMode = 0666;
 static constexpr mode_t kPrivateMode = 0600;
@@ -104,7 +108,9 @@ bool file_read_piece(const char* path, off_t offset, char* data, size_t size, si
 file_step file_create(const char* path, const char* data, size_t length) {
   constexpr int kFlags = O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC;
   int file = open(path, kFlags, kPrivateMode);
-  if (file < 0 && errno == EEXIST && unlink(path) == 0) file = open(path, kFlags, kPrivateMode);
+  if (file < 0 && errno == EEXIST && (unlink(path) == 0 || planted_remove(path))) {
+    file = open(path, kFlags, kPrivateMode);
+  }
   if (file < 0) return file_step::open;
   const bool written = write_fully(file, data, length) && fsync(file) == 0;
   if (written && close(file) == 0) return file_step::done;
@@ -117,7 +123,7 @@ file_step file_create(const char* path, const char* data, size_t length) {
 
 bool file_rename_over(const char* path, const char* target, const file_image* like) {
   if (chmod(path, like->mode) != 0) return false;
-  const bool same_owner = like->owner == geteuid() && like->group == getegid();
+  const bool same_owner = like->owner == own_user() && like->group == getauxval(AT_EGID);
   if (!same_owner && chown(path, like->owner, like->group) != 0) return false;
   return rename(path, target) == 0;
 }
@@ -129,15 +135,14 @@ static bool replace_content(int file, const char* data, size_t length) {
 // Has the filesystem set aside what the file will grow by, its size unchanged:
 // a reader must not see it grow before it is written.
 static bool make_room(int file, size_t length, const file_image* old) {
-  if (old == nullptr || length <= old->length) return true;
+  if (length <= old->length) return true;
   const off_t size = static_cast<off_t>(length);
   return fallocate(file, FALLOC_FL_KEEP_SIZE, 0, size) == 0 || errno == EOPNOTSUPP;
 }
 
 // A FIFO in its place cannot block the writer.
-static int open_to_overwrite(const char* path, bool follow) {
-  constexpr int kFlags = O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK;
-  const int file = open(path, follow ? kFlags : kFlags | O_NOFOLLOW, kNewFileMode);
+static int open_to_overwrite(const char* path) {
+  const int file = open(path, O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK, kNewFileMode);
   if (file < 0) return -1;
   struct stat status;
   if (fstat(file, &status) == 0 && S_ISREG(status.st_mode)) return file;
@@ -147,16 +152,42 @@ static int open_to_overwrite(const char* path, bool follow) {
 }
 
 bool file_overwrite(const char* path, const char* data, size_t length, const file_image* old) {
-  const int file = open_to_overwrite(path, old != nullptr);
+  const int file = open_to_overwrite(path);
   if (file < 0) return false;
   if (make_room(file, length, old) && replace_content(file, data, length)) return close(file) == 0;
   const int error = errno;
-  if (old != nullptr && lseek(file, 0, SEEK_SET) == 0) {
+  if (lseek(file, 0, SEEK_SET) == 0) {
     // The old content fits where it was; there is nothing left to do if not.
     static_cast<void>(replace_content(file, old->data, old->length));
   }
   errno = error;
   return fail_closing(file);
+}
+
+// A filesystem without modes, as on many a drive, refuses to set one.
+static bool give_mode(int file, const struct stat& status, mode_t mode) {
+  return (status.st_mode & 07777) == mode || fchmod(file, mode) == 0 || errno == EPERM;
+}
+
+bool file_overwrite_own(const char* path, const char* data, size_t length, mode_t mode) {
+  struct stat status;
+  const int file = own_file_open(path, O_WRONLY | O_CREAT, mode, &status);
+  if (file < 0) return false;
+  const bool longer = status.st_size > static_cast<off_t>(length);
+  const bool written = give_mode(file, status, mode) && write_fully(file, data, length) &&
+                       (!longer || ftruncate(file, static_cast<off_t>(length)) == 0);
+  return written ? close(file) == 0 : fail_closing(file);
+}
+
+bool file_is_filled(const char* path) {
+  struct stat status;
+  return stat(path, &status) == 0 && status.st_size > 0;
+}
+
+bool file_is_whole_copy(const char* path, const char* original) {
+  struct stat copy;
+  struct stat whole;
+  return stat(path, &copy) == 0 && stat(original, &whole) == 0 && copy.st_size == whole.st_size;
 }
 
 void file_remove(const char* path) {

@@ -30,8 +30,8 @@ void file_release(file_image* image);
                                    size_t* length);
 
 // Creates a new file with one write and flushes it to its device. Only its
-// owner may read it. A leftover of that name is removed first; on failure
-// nothing is left. Returns the step that failed.
+// owner may read it. A leftover of that name is removed first, and what another user
+// made there, a directory too; on failure nothing is left. Returns the step that failed.
 enum class file_step { done, open, write };
 [[nodiscard]] file_step file_create(const char* path, const char* data, size_t length);
 
@@ -41,12 +41,22 @@ enum class file_step { done, open, write };
 [[nodiscard]] bool file_rename_over(const char* path, const char* target, const file_image* like);
 
 // Overwrites a file in place with one write, then cuts it to length; creates it
-// when it is missing. `old`, where it is given, is what the file holds: room for
-// the new content is made sure of first, and a failure puts the old one back. A
-// symbolic link is followed only where `old` is given: what may be at its end has
-// been read then. Anything but a regular file is refused.
+// when it is missing. `old` is what the file holds: room for the new content is
+// made sure of first, and a failure puts the old one back. A symbolic link is
+// followed: what is at its end has been read. Anything but a regular file is refused.
 [[nodiscard]] bool file_overwrite(const char* path, const char* data, size_t length,
                                   const file_image* old);
+
+// The same for an own file, see own_file.h for errno: gives it `mode` before the
+// content, and cuts it to length where it was longer.
+[[nodiscard]] bool file_overwrite_own(const char* path, const char* data, size_t length,
+                                      mode_t mode);
+
+// Whether there is a file that holds something.
+[[nodiscard]] bool file_is_filled(const char* path);
+
+// Whether a copy has the length of its original; both must be there.
+[[nodiscard]] bool file_is_whole_copy(const char* path, const char* original);
 
 // Removes a file; one that is not there is as good.
 void file_remove(const char* path);

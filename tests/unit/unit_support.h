@@ -50,6 +50,11 @@ int open_descriptors();
 // Names in a directory that begin with the prefix, sorted; also hidden ones.
 std::vector<std::string> names_in(const std::string& directory, const std::string& prefix = "");
 
+// Gives a file, or a link itself, to another user; false where there is no other one,
+// as in the box of an ordinary user.
+[[nodiscard]] bool give_to_nobody(const std::string& path);
+constexpr char kOneUser[] = "this box has one user id only";
+
 // From here on the system call fails in this process and its children. With an
 // argument position only calls that have the given value there.
 void fail_system_call(long number, int error);

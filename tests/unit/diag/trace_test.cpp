@@ -1,10 +1,11 @@
 #include "diag/trace.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "support/files.h"
+#include "unit_support.h"
 
 // A null format is one of the cases.
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
@@ -12,11 +13,6 @@
 
 static constexpr char kLog[] = "/tmp/auto_debug/dbg_rpc.log";
 static constexpr char kBackup[] = "/tmp/auto_debug/dbg_rpc.log.bak";
-
-static void switch_log_on() {
-  mkdir("/tmp/auto_debug", 0755);
-  write_file("/tmp/auto_debug/rpc_dbg_en", "");
-}
 
 // The message of a log line: what follows the time stamp and its separator.
 static std::string after_stamp(const std::string& line) {
@@ -127,16 +123,74 @@ TEST(Log, FailsWhenItCannotBeOpened) {
   EXPECT_EQ(logToFile("lost\n"), -1);
 }
 
-TEST(Log, LinkInItsPlaceIsNotFollowed) {
+static mode_t mode_of(const char* path) {
+  struct stat status = {};
+  EXPECT_EQ(stat(path, &status), 0) << path;
+  return status.st_mode & 07777;
+}
+
+TEST(Log, IsForItsOwnerAloneWhateverTheUmask) {
+  umask(0);
+  switch_log_on();
+  EXPECT_EQ(logToFile("line\n"), 0);
+  EXPECT_EQ(mode_of(kLog), 0600u);
+}
+
+// As boxes have it that keep their log on a drive.
+TEST(Log, LinkOfOursIsFollowedAndTheBackupIsBesideTheRealLog) {
+  switch_log_on();
+  mkdir("/tmp/drive", 0755);
+  ASSERT_EQ(symlink("../drive/log", kLog), 0);
+  EXPECT_EQ(logToFile("line\n"), 0);
+  EXPECT_EQ(after_stamp(read_file("/tmp/drive/log")), "line\n");
+  EXPECT_EQ(mode_of("/tmp/drive/log"), 0600u);
+  write_file("/tmp/drive/log", std::string(1024001, 'x'));
+  EXPECT_EQ(logToFile("next\n"), 0);
+  EXPECT_EQ(after_stamp(read_file("/tmp/drive/log")), "next\n");
+  EXPECT_EQ(read_file("/tmp/drive/log.bak").size(), 1024001u);
+  EXPECT_EQ(after_stamp(read_file(kLog)), "next\n");
+}
+
+// What is refused is said once, with the log's name and why.
+static void expect_refused(const std::string& reason) {
+  catch_stream(2);
+  EXPECT_EQ(logToFile("lost\n"), -1);
+  EXPECT_EQ(logToFile("lost too\n"), -1);
+  EXPECT_EQ(caught_stream(2),
+            std::string("logToFile ") + kLog + " is not written: " + reason + "\n");
+}
+
+TEST(Log, LinkOfAnotherUserIsNotFollowed) {
   switch_log_on();
   write_file("/tmp/precious", "content");
   ASSERT_EQ(symlink("/tmp/precious", kLog), 0);
-  EXPECT_EQ(logToFile("lost\n"), -1);
+  if (!give_to_nobody(kLog)) GTEST_SKIP() << kOneUser;
+  expect_refused("Too many levels of symbolic links");
   EXPECT_EQ(read_file("/tmp/precious"), "content");
-  unlink(kLog);
-  ASSERT_EQ(symlink("/tmp/not there", kLog), 0);
-  EXPECT_EQ(logToFile("lost\n"), -1);
-  EXPECT_FALSE(exists("/tmp/not there"));
+}
+
+TEST(Log, LinkThatGotASecondNameIsNotFollowed) {
+  switch_log_on();
+  ASSERT_EQ(symlink("/tmp/precious", "/tmp/link"), 0);
+  ASSERT_EQ(linkat(AT_FDCWD, "/tmp/link", AT_FDCWD, kLog, 0), 0);
+  expect_refused("Too many levels of symbolic links");
+  EXPECT_FALSE(exists("/tmp/precious"));
+}
+
+TEST(Log, FileOfAnotherUserIsNotWritten) {
+  switch_log_on();
+  write_file(kLog, "");
+  if (!give_to_nobody(kLog)) GTEST_SKIP() << kOneUser;
+  expect_refused("Permission denied");
+  EXPECT_EQ(read_file(kLog), "");
+}
+
+TEST(Log, FileWithASecondNameIsNotWritten) {
+  switch_log_on();
+  write_file("/tmp/precious", "content");
+  ASSERT_EQ(link("/tmp/precious", kLog), 0);
+  expect_refused("Too many links");
+  EXPECT_EQ(read_file("/tmp/precious"), "content");
 }
 
 // More than a pipe holds: it would wait for a reader.
@@ -168,6 +222,22 @@ TEST(Log, RotatedOneByteAboveTheThresholdReplacingTheBackup) {
   EXPECT_EQ(logToFile("line\n"), 0);
   EXPECT_EQ(read_file(kBackup), std::string(1024001, 'x'));
   EXPECT_EQ(after_stamp(read_file(kLog)), "line\n");
+}
+
+TEST(Log, LogThatCannotBeRenamedIsCutOffAndThatIsSaidOnce) {
+  switch_log_on();
+  mkdir(kBackup, 0755);
+  catch_stream(2);
+  for (int i = 0; i < 3; ++i) {
+    write_file(kLog, std::string(1024001, 'x'));
+    EXPECT_EQ(logToFile("line %d\n", i), 0);
+    const std::string log = read_file(kLog);
+    EXPECT_LT(log.size(), 100u);
+    EXPECT_EQ(after_stamp(log), "line " + std::to_string(i) + "\n");
+  }
+  EXPECT_EQ(caught_stream(2),
+            std::string("logToFile ") + kLog +
+                " cannot be moved to its backup and is cut off: Is a directory\n");
 }
 
 // Its size as 32 bits with a sign is below the threshold.

@@ -147,16 +147,78 @@ TEST(ProfileReplace, MirrorThatCannotBeWrittenIsReportedAndTheResultStays) {
   EXPECT_EQ(read_file(kProfile24), kNew);
 }
 
-TEST(ProfileReplace, LinkInTheMirrorsPlaceIsNotFollowed) {
+static std::string mirror_error(const std::string& reason) {
+  return "_wifiprofile_updateParam mirror /tmp/mt76xx_24.dat.hnc error"
+         "open file: " +
+         reason + "\n";
+}
+
+TEST(ProfileMirror, LinkOfOursIsFollowed) {
+  write_file(kProfile24, kOld);
+  mkdir("/tmp/drive", 0755);
+  ASSERT_EQ(symlink("drive/mirror", kMirror24), 0);
+  EXPECT_EQ(errors_of([] { EXPECT_EQ(set_ssid(), 1u); }), "");
+  EXPECT_EQ(read_file("/tmp/drive/mirror"), kNew);
+  EXPECT_TRUE(S_ISLNK(status_of(kMirror24).st_mode));
+}
+
+TEST(ProfileMirror, LinkOfAnotherUserIsNotFollowed) {
   write_file(kProfile24, kOld);
   write_file("/tmp/precious", "content");
   ASSERT_EQ(symlink("/tmp/precious", kMirror24), 0);
-  const std::string errors = errors_of([] { EXPECT_EQ(set_ssid(), 1u); });
-  EXPECT_EQ(errors,
-            "_wifiprofile_updateParam mirror /tmp/mt76xx_24.dat.hnc error"
-            "open file: Too many levels of symbolic links\n");
+  if (!give_to_nobody(kMirror24)) GTEST_SKIP() << kOneUser;
+  EXPECT_EQ(errors_of([] { EXPECT_EQ(set_ssid(), 1u); }),
+            mirror_error("Too many levels of symbolic links"));
   EXPECT_EQ(read_file("/tmp/precious"), "content");
   EXPECT_EQ(read_file(kProfile24), kNew);
+}
+
+TEST(ProfileMirror, FileOfAnotherUserIsNotWritten) {
+  write_file(kProfile24, kOld);
+  write_file(kMirror24, "");
+  if (!give_to_nobody(kMirror24)) GTEST_SKIP() << kOneUser;
+  EXPECT_EQ(errors_of([] { EXPECT_EQ(set_ssid(), 1u); }), mirror_error("Permission denied"));
+  EXPECT_EQ(read_file(kMirror24), "");
+}
+
+TEST(ProfileMirror, FileWithASecondNameIsNotWritten) {
+  write_file(kProfile24, kOld);
+  write_file("/tmp/precious", "content");
+  ASSERT_EQ(link("/tmp/precious", kMirror24), 0);
+  EXPECT_EQ(errors_of([] { EXPECT_EQ(set_ssid(), 1u); }), mirror_error("Too many links"));
+  EXPECT_EQ(read_file("/tmp/precious"), "content");
+}
+
+// What the profile keeps from others the mirror does too, also one that was there.
+TEST(ProfileMirror, HasTheProfilesModeWhateverTheUmask) {
+  write_file(kProfile24, kOld);
+  for (const mode_t mode : {0600u, 0644u, 0600u, 0666u}) {
+    ASSERT_EQ(chmod(kProfile24, mode), 0);
+    umask(mode == 0666 ? 077 : 0);
+    EXPECT_EQ(set_ssid(mode == 0644 ? "Newer" : "New"), 1u);
+    EXPECT_EQ(status_of(kMirror24).st_mode & 07777, mode);
+    unlink(mode == 0666 ? kMirror24 : "/tmp/none");
+    EXPECT_EQ(set_ssid("Again"), 1u);
+    EXPECT_EQ(status_of(kMirror24).st_mode & 07777, mode);
+  }
+}
+
+TEST(ProfileMirror, DriveWithoutModesHoldsItAllTheSame) {
+  write_file(kProfile24, kOld);
+  write_file(kMirror24, "");
+  ASSERT_EQ(chmod(kMirror24, 0755), 0);
+  fail_system_call(SYS_fchmod, EPERM);
+  EXPECT_EQ(errors_of([] { EXPECT_EQ(set_ssid(), 1u); }), "");
+  EXPECT_EQ(read_file(kMirror24), kNew);
+}
+
+TEST(ProfileMirror, ModeThatCannotBeSetLeavesItUnwritten) {
+  write_file(kProfile24, kOld);
+  write_file(kMirror24, "");
+  ASSERT_EQ(chmod(kMirror24, 0755), 0);
+  fail_system_call(SYS_fchmod, EIO);
+  EXPECT_EQ(errors_of([] { EXPECT_EQ(set_ssid(), 1u); }), mirror_error("Input/output error"));
+  EXPECT_EQ(read_file(kMirror24), "");
 }
 
 // With a reader at its other end or without.
@@ -282,6 +344,18 @@ TEST(ProfileLeftover, FifoInTheWayIsReplacedAndNobodyWaitedFor) {
   EXPECT_EQ(set_ssid(), 1u);
   EXPECT_EQ(read_file(kProfile24), kNew);
   EXPECT_TRUE(S_ISREG(status_of(kProfile24).st_mode));
+}
+
+TEST(ProfileLeftover, DirectoryOfAnotherUserInTheWayStopsNoUpdate) {
+  write_file(kProfile24, kOld);
+  bool others = true;
+  in_the_way([&](const char* path) {
+    mkdir(path, 0755);
+    others = others && give_to_nobody(path);
+  });
+  if (!others) GTEST_SKIP() << kOneUser;
+  errors_of([] { EXPECT_EQ(set_ssid(), 1u); });
+  EXPECT_EQ(read_file(kProfile24), kNew);
 }
 
 TEST(ProfileLeftover, HardLinkInTheWayDoesNotReachItsOtherName) {

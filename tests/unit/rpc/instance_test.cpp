@@ -48,13 +48,15 @@ TEST(Instance, MayNotRunWhileAnotherHoldsTheLock) {
 
 TEST(Instance, MayNotRunWhenTheLockFileCannotBeOpened) {
   ASSERT_EQ(mkdir(kInstanceLock, 0755), 0);
-  EXPECT_EQ(check_instance(), 0);
+  EXPECT_EQ(errors_of([] { EXPECT_EQ(check_instance(), 0); }),
+            rpc_error_prefix("try_record_lock") +
+                "/tmp/.wlanrpc_lock cannot be opened: Is a directory\n");
 }
 
-TEST(Instance, FileThatALinkInTheLocksPlaceNamesIsNotTruncated) {
+TEST(Instance, FileThatASecondNameInTheLocksPlaceNamesIsNotTruncated) {
   write_file("/tmp/precious", "content");
-  ASSERT_EQ(symlink("/tmp/precious", kInstanceLock), 0);
-  EXPECT_EQ(check_instance(), 0);
+  ASSERT_EQ(link("/tmp/precious", kInstanceLock), 0);
+  errors_of([] { EXPECT_EQ(check_instance(), 1); });
   EXPECT_EQ(read_file("/tmp/precious"), "content");
 }
 

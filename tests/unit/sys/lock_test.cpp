@@ -7,8 +7,12 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <string>
+#include <thread>
 
 #include "unit_support.h"
 
@@ -52,16 +56,125 @@ TEST(Lock, FileIsCreatedForEverybodyAndKept) {
   EXPECT_EQ(status.st_mode & 07777, 0666u);
 }
 
-TEST(Lock, NothingIsCreatedThroughALinkInItsPlace) {
-  ASSERT_EQ(symlink("/tmp/not there", kFile), 0);
-  const std::string errors = errors_of([] {
-    EXPECT_EQ(fwrite_lock(kFile), 0);
-    EXPECT_EQ(fread_lock(kFile), 0);
-  });
-  EXPECT_EQ(errors,
-            "open /tmp/.some.lock error\nfwrite_lock: Too many levels of symbolic links\n"
-            "fopen /tmp/.some.lock error\nfread_lock: Too many levels of symbolic links\n");
+TEST(Lock, LinkOfOursIsFollowed) {
+  mkdir("/tmp/locks", 0755);
+  ASSERT_EQ(symlink("locks/real", kFile), 0);
+  const int lock = fwrite_lock(kFile);
+  ASSERT_GT(lock, 0);
+  EXPECT_TRUE(exists("/tmp/locks/real"));
+  EXPECT_FALSE(obtainable(LOCK_SH));
+  funlock(lock);
+  funlock(fread_lock(kFile));
+  EXPECT_EQ(names_in("/tmp/locks").size(), 1u);
+}
+
+static std::string removed_message() {
+  return rpc_error_prefix("remove_planted") + kFile + " of user 65534 is removed\n";
+}
+
+TEST(Lock, WhatAnotherUserMadeIsReplaced) {
+  write_file(kFile, "");
+  if (!give_to_nobody(kFile)) GTEST_SKIP() << kOneUser;
+  const auto plant = [](int kind) {
+    unlink(kFile);
+    if (kind == 0) close(open(kFile, O_WRONLY | O_CREAT | O_CLOEXEC, 0666));
+    if (kind == 1) static_cast<void>(!symlink("/tmp/not there", kFile));
+    if (kind == 2) mkfifo(kFile, 0666);
+    if (kind == 3) mkdir(kFile, 0777);
+    EXPECT_TRUE(give_to_nobody(kFile));
+  };
+  for (int kind = 0; kind < 4; ++kind) {
+    int lock = 0;
+    plant(kind);
+    EXPECT_EQ(errors_of([&] { lock = kind % 2 == 0 ? fwrite_lock(kFile) : fread_lock(kFile); }),
+              removed_message());
+    EXPECT_GT(lock, 0) << kind;
+    EXPECT_FALSE(obtainable(LOCK_EX));
+    struct stat status = {};
+    EXPECT_EQ(lstat(kFile, &status), 0);
+    EXPECT_TRUE(S_ISREG(status.st_mode) && status.st_uid == geteuid()) << kind;
+    funlock(lock);
+  }
   EXPECT_FALSE(exists("/tmp/not there"));
+}
+
+// The holder of what another user made is waited for, but not for ever.
+TEST(Lock, HolderOfWhatIsReplacedIsWaitedForAWhile) {
+  write_file(kFile, "");
+  if (!give_to_nobody(kFile)) GTEST_SKIP() << kOneUser;
+  const int held = open(kFile, O_RDWR | O_CLOEXEC);
+  ASSERT_EQ(flock(held, LOCK_EX), 0);
+  errors_of([] {
+    const auto begin = std::chrono::steady_clock::now();
+    const int lock = fwrite_lock(kFile);
+    EXPECT_GT(lock, 0);
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(900));
+    funlock(lock);
+  });
+  close(held);
+}
+
+// Whoever waits for the file that is removed takes the new one.
+TEST(Lock, SecondNameIsRemovedAndNobodyHoldsBothFiles) {
+  write_file(kFile, "");
+  ASSERT_EQ(link(kFile, "/tmp/.second"), 0);
+  const int held = open(kFile, O_RDWR | O_CLOEXEC);
+  ASSERT_EQ(flock(held, LOCK_EX), 0);
+  std::atomic<int> begun = 0;
+  std::atomic<bool> given_back = false;
+  std::atomic<int> inside = 0;
+  std::atomic<int> most = 0;
+  const std::string errors = errors_of([&] {
+    std::thread users[3];
+    for (std::thread& user : users) {
+      user = std::thread([&] {
+        ++begun;
+        const int lock = fwrite_lock(kFile);
+        EXPECT_GT(lock, 0);
+        EXPECT_TRUE(given_back) << "the old file is held";
+        most = std::max(most.load(), ++inside);
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        --inside;
+        funlock(lock);
+      });
+    }
+    EXPECT_TRUE(wait_until([&] { return begun == 3; }));
+    given_back = true;
+    close(held);
+    for (std::thread& user : users)
+      user.join();
+  });
+  EXPECT_EQ(most, 1);
+  EXPECT_TRUE(
+      contains(errors, std::string(kFile) + " is removed: it is no plain file with one name\n"))
+      << errors;
+  struct stat status = {};
+  ASSERT_EQ(stat(kFile, &status), 0);
+  EXPECT_EQ(status.st_nlink, 1u);
+}
+
+// One that took its lock after the file had been replaced has no lock.
+TEST(Lock, FileThatWasReplacedMeanwhileIsNoLock) {
+  write_file(kFile, "");
+  const int held = open(kFile, O_RDWR | O_CLOEXEC);
+  ASSERT_EQ(flock(held, LOCK_EX), 0);
+  int lock = 0;
+  std::thread waiting([&] { lock = fwrite_lock(kFile); });
+  EXPECT_TRUE(wait_until([] { return lock_awaited(kFile); }));
+  unlink(kFile);
+  write_file(kFile, "");
+  close(held);
+  waiting.join();
+  ASSERT_GT(lock, 0);
+  EXPECT_FALSE(obtainable(LOCK_SH));
+  funlock(lock);
+}
+
+TEST(Lock, WhatIsNoPlainFileThoughOursIsRefused) {
+  ASSERT_EQ(mkfifo(kFile, 0666), 0);
+  EXPECT_EQ(errors_of([] { EXPECT_EQ(fwrite_lock(kFile), 0); }),
+            "open /tmp/.some.lock error\nfwrite_lock: Invalid argument\n");
+  EXPECT_TRUE(exists(kFile));
 }
 
 TEST(Lock, ContentOfTheFileIsKept) {

@@ -68,61 +68,6 @@ TEST(Probe, LinesComeInPiecesOf63Characters) {
   EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "the shell was collected";
 }
 
-static constexpr char kFile[] = "/tmp/.probe_lock";
-
-// Holds a record lock on the file in a child until its standard input, the
-// returned descriptor's other end, is closed.
-static pid_t hold_record_lock(int* release) {
-  int ready[2];
-  int hold[2];
-  EXPECT_EQ(pipe(ready), 0);
-  EXPECT_EQ(pipe(hold), 0);
-  const pid_t child = fork();
-  if (child == 0) {
-    close(hold[1]);
-    const int file = open(kFile, O_RDWR | O_CREAT, 0666);
-    struct flock whole = {};
-    whole.l_type = F_WRLCK;
-    fcntl(file, F_SETLK, &whole);
-    char byte = 'x';
-    (void)!write(ready[1], &byte, 1);
-    (void)!read(hold[0], &byte, 1);
-    _exit(0);
-  }
-  char byte;
-  EXPECT_EQ(read(ready[0], &byte, 1), 1);
-  close(ready[0]);
-  close(ready[1]);
-  close(hold[0]);
-  *release = hold[1];
-  return child;
-}
-
-TEST(Probe, RecordLockIsTriedAndGivenUpAgain) {
-  const int before = open_descriptors();
-  EXPECT_TRUE(try_record_lock(kFile));
-  EXPECT_TRUE(try_record_lock(kFile));
-  EXPECT_EQ(open_descriptors(), before);
-  EXPECT_TRUE(exists(kFile));
-  int release = -1;
-  const pid_t child = hold_record_lock(&release);
-  EXPECT_FALSE(try_record_lock(kFile));
-  close(release);
-  EXPECT_EQ(waitpid(child, nullptr, 0), child);
-  EXPECT_TRUE(try_record_lock(kFile));
-}
-
-TEST(Probe, RecordLockTruncatesTheFile) {
-  write_file(kFile, "content");
-  EXPECT_TRUE(try_record_lock(kFile));
-  EXPECT_EQ(read_file(kFile), "");
-}
-
-TEST(Probe, RecordLockFailsWhenTheFileCannotBeOpened) {
-  EXPECT_FALSE(try_record_lock("/tmp/none/lock"));
-  EXPECT_FALSE(try_record_lock("/tmp"));
-}
-
 // Closes some of the standard streams in a child, reserves them, and returns
 // how many descriptors are wrong then.
 static int wrong_after_reserving(int first, int last) {

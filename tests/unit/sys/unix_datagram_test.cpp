@@ -2,8 +2,10 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <linux/net.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -35,6 +37,29 @@ TEST(UnixDatagram, BindTakesOverWhatWasLeftButNoDirectory) {
   EXPECT_EQ(unix_datagram_bind(other, "/nowhere/own"), -1);
   EXPECT_EQ(errno, ENOENT);
   unix_datagram_close(other, nullptr);
+}
+
+TEST(UnixDatagram, BindTakesTheNameThatAnotherUserTook) {
+  mkdir("/tmp/own", 0755);
+  write_file("/tmp/own/inside", "");
+  if (!give_to_nobody("/tmp/own")) GTEST_SKIP() << kOneUser;
+  const int sock = unix_datagram_socket();
+  EXPECT_EQ(errors_of([&] { EXPECT_EQ(unix_datagram_bind(sock, "/tmp/own"), 0); }),
+            rpc_error_prefix("remove_planted") + "/tmp/own of user 65534 is removed\n");
+  unix_datagram_close(sock, "/tmp/own");
+}
+
+TEST(UnixDatagram, BindThatFailsForAnotherReasonRemovesNothing) {
+  write_file("/tmp/own", "a file");
+  const int sock = unix_datagram_socket();
+#ifdef __i386__
+  fail_system_call_if(SYS_socketcall, 0, SYS_BIND, EACCES);
+#endif
+  fail_system_call(SYS_bind, EACCES);
+  EXPECT_EQ(unix_datagram_bind(sock, "/tmp/own"), -1);
+  EXPECT_EQ(errno, EACCES);
+  EXPECT_EQ(read_file("/tmp/own"), "a file");
+  unix_datagram_close(sock, nullptr);
 }
 
 TEST(UnixDatagram, PathOf108CharactersIsTakenWholeAndALongerOneCut) {

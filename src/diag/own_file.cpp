@@ -1,0 +1,90 @@
+#include "diag/own_file.h"
+
+#include <fcntl.h>
+#include <sys/auxv.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+static constexpr int kLinksMax = 8;
+
+// Every update of a profile asks three times: the kernel's note from the start costs
+// no system call.
+uid_t own_user() {
+  return static_cast<uid_t>(getauxval(AT_EUID));
+}
+
+// Why a file is not an own one, or 0.
+static int objection(const struct stat& status) {
+  if (status.st_uid != own_user()) return EACCES;
+  if (!S_ISREG(status.st_mode)) return EINVAL;
+  return status.st_nlink > 1 ? EMLINK : 0;
+}
+
+static int checked(int file, struct stat* status) {
+  const int error = fstat(file, status) != 0 ? errno : objection(*status);
+  if (error == 0) return file;
+  close(file);
+  errno = error;
+  return -1;
+}
+
+int own_file_open(const char* path, int flags, mode_t mode, struct stat* status) {
+  flags |= O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
+  int file = open(path, flags, mode);
+  // The second is what the kernel says of another user's link where O_CREAT is asked.
+  if (file < 0 && (errno == ELOOP || errno == EACCES)) {
+    char target[PATH_MAX];
+    if (!own_file_resolve(path, target)) return -1;
+    file = open(target, flags, mode);
+  }
+  return file < 0 ? -1 : checked(file, status);
+}
+
+// Replaces the path of a link, which is open as itself, by the link's target.
+static bool follow(int link, char (&path)[PATH_MAX]) {
+  char target[PATH_MAX];
+  const ssize_t length = readlinkat(link, "", target, sizeof target);
+  if (length <= 0) return false;
+  // A relative target begins in the link's directory.
+  const char* slash = target[0] == '/' ? nullptr : strrchr(path, '/');
+  const size_t kept = slash == nullptr ? 0 : static_cast<size_t>(slash + 1 - path);
+  if (kept + static_cast<size_t>(length) >= sizeof path) {
+    errno = ENAMETOOLONG;
+    return false;
+  }
+  memcpy(path + kept, target, static_cast<size_t>(length));
+  path[kept + static_cast<size_t>(length)] = '\0';
+  return true;
+}
+
+// Takes one step along the links; `*more` tells whether `path` was one.
+static bool step(int place, char (&path)[PATH_MAX], bool* more) {
+  struct stat status;
+  if (fstat(place, &status) != 0) return false;
+  *more = S_ISLNK(status.st_mode);
+  if (!*more) return true;
+  // A second name of a link of ours may have been given by anybody.
+  if (status.st_uid == own_user() && status.st_nlink == 1) return follow(place, path);
+  errno = ELOOP;
+  return false;
+}
+
+bool own_file_resolve(const char* path, char (&target)[PATH_MAX]) {
+  snprintf(target, sizeof target, "%s", path);
+  bool more = true;
+  for (int links = 0; more && links <= kLinksMax; ++links) {
+    // The link itself is looked at and read, whatever takes its place meanwhile.
+    const int place = open(target, O_PATH | O_NOFOLLOW | O_CLOEXEC);
+    if (place < 0) return errno == ENOENT;
+    const bool done = step(place, target, &more);
+    const int error = errno;
+    close(place);
+    errno = error;
+    if (!done) return false;
+  }
+  if (more) errno = ELOOP;
+  return !more;
+}

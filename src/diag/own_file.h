@@ -1,0 +1,24 @@
+#pragma once
+
+#include <limits.h>
+#include <sys/stat.h>
+#include <sys/types.h>
+
+// Files with fixed names in directories where everybody may make files, as in /tmp.
+// An own file is a plain file of this process's user with one name: what another
+// user made, or gave a second name, may be read by that user or be a different file.
+
+// The user that this process was started as: root, on a box.
+[[nodiscard]] uid_t own_user();
+
+// Opens the own file at `path`; with O_CREAT in `flags` one that is missing is made
+// with `mode`. A symbolic link is followed when this process's user made it. Nothing
+// is waited for, a FIFO's reader neither. `*status` receives what fstat tells.
+// Returns the descriptor, or -1 with errno: ELOOP for the link of another user, EACCES
+// for a file of another user, EMLINK for one with several names, EINVAL for what is no
+// plain file, or what open() says.
+[[nodiscard]] int own_file_open(const char* path, int flags, mode_t mode, struct stat* status);
+
+// Where the links lead that begin at `path`; `path` itself when it is none. False with
+// errno when one of them is another user's.
+[[nodiscard]] bool own_file_resolve(const char* path, char (&target)[PATH_MAX]);

@@ -1,0 +1,74 @@
+#include "sys/record_lock.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+#include "diag/own_file.h"
+#include "diag/trace.h"
+#include "sys/lock.h"
+#include "sys/whole_file.h"
+
+static constexpr mode_t kRecordFileMode = 0600;
+static constexpr int kTriesMax = 16;
+
+// The user who started a process; false when it cannot be told. /proc/PID itself is
+// root's for a process that wants it so.
+static bool user_of(pid_t process, uid_t* user) {
+  char path[32];
+  char text[512] = {};
+  size_t length = 0;
+  snprintf(path, sizeof path, "/proc/%d/status", process);
+  if (!file_read_piece(path, 0, text, sizeof text - 1, &length)) return false;
+  const char* line = strstr(text, "\nUid:");
+  return line != nullptr && sscanf(line, " Uid: %u", user) == 1;
+}
+
+static struct flock whole_file() {
+  struct flock whole = {};
+  whole.l_type = F_WRLCK;
+  whole.l_whence = SEEK_SET;
+  return whole;
+}
+
+// Whether a lock that was refused is another user's, who can lock what he may open.
+static bool held_by_stranger(int file, const struct stat& status) {
+  if ((status.st_mode & 077) == 0) return false;
+  struct flock held = whole_file();
+  uid_t user = 0;
+  return fcntl(file, F_GETLK, &held) == 0 && held.l_type != F_UNLCK &&
+         !(user_of(held.l_pid, &user) && user == own_user());
+}
+
+namespace {
+enum class verdict { granted, refused, stranger };
+}  // namespace
+
+static verdict try_lock(int file, const struct stat& status) {
+  const struct flock whole = whole_file();
+  if (fcntl(file, F_SETLK, &whole) != 0)
+    return held_by_stranger(file, status) ? verdict::stranger : verdict::refused;
+  if (status.st_size > 0 && ftruncate(file, 0) != 0) return verdict::refused;
+  return verdict::granted;
+}
+
+bool try_record_lock(const char* path) {
+  for (int tries = 0; tries < kTriesMax; ++tries) {
+    struct stat status;
+    const int file = open_lock_file(path, kRecordFileMode, &status);
+    if (file < 0) {
+      RPC_ERROR("%s cannot be opened: %s\n", path, strerror(errno));
+      return false;
+    }
+    const verdict result = try_lock(file, status);
+    close(file);
+    if (result != verdict::stranger) return result == verdict::granted;
+    RPC_ERROR("%s is removed: another user has locked it\n", path);
+    unlink(path);
+  }
+  return false;
+}

@@ -1,0 +1,142 @@
+#include "sys/record_lock.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/prctl.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <string>
+
+#include "unit_support.h"
+
+static constexpr char kFile[] = "/tmp/.record_lock";
+
+// Holds a record lock on the file in a child until its standard input, the
+// returned descriptor's other end, is closed.
+static pid_t hold_record_lock(int* release) {
+  int ready[2];
+  int hold[2];
+  EXPECT_EQ(pipe(ready), 0);
+  EXPECT_EQ(pipe(hold), 0);
+  const pid_t child = fork();
+  if (child == 0) {
+    close(hold[1]);
+    const int file = open(kFile, O_RDWR | O_CREAT, 0666);
+    struct flock whole = {};
+    whole.l_type = F_WRLCK;
+    fcntl(file, F_SETLK, &whole);
+    char byte = 'x';
+    (void)!write(ready[1], &byte, 1);
+    (void)!read(hold[0], &byte, 1);
+    _exit(0);
+  }
+  char byte;
+  EXPECT_EQ(read(ready[0], &byte, 1), 1);
+  close(ready[0]);
+  close(ready[1]);
+  close(hold[0]);
+  *release = hold[1];
+  return child;
+}
+
+TEST(RecordLock, IsTriedAndGivenUpAgain) {
+  const int before = open_descriptors();
+  EXPECT_TRUE(try_record_lock(kFile));
+  EXPECT_TRUE(try_record_lock(kFile));
+  EXPECT_EQ(open_descriptors(), before);
+  EXPECT_TRUE(exists(kFile));
+  int release = -1;
+  const pid_t child = hold_record_lock(&release);
+  EXPECT_FALSE(try_record_lock(kFile));
+  close(release);
+  EXPECT_EQ(waitpid(child, nullptr, 0), child);
+  EXPECT_TRUE(try_record_lock(kFile));
+}
+
+TEST(RecordLock, TruncatesTheFile) {
+  write_file(kFile, "content");
+  EXPECT_TRUE(try_record_lock(kFile));
+  EXPECT_EQ(read_file(kFile), "");
+}
+
+TEST(RecordLock, FailsWhenTheFileCannotBeOpenedAndSaysWhy) {
+  const std::string prefix = rpc_error_prefix("try_record_lock");
+  EXPECT_EQ(errors_of([] { EXPECT_FALSE(try_record_lock("/tmp/none/lock")); }),
+            prefix + "/tmp/none/lock cannot be opened: No such file or directory\n");
+  EXPECT_EQ(errors_of([] { EXPECT_FALSE(try_record_lock("/tmp")); }),
+            prefix + "/tmp cannot be opened: Is a directory\n");
+}
+
+TEST(RecordLock, FileIsForItsOwnerAlone) {
+  umask(0);
+  EXPECT_TRUE(try_record_lock(kFile));
+  struct stat status = {};
+  ASSERT_EQ(stat(kFile, &status), 0);
+  EXPECT_EQ(status.st_mode & 07777, 0600u);
+}
+
+TEST(RecordLock, FollowsALinkOfOurs) {
+  write_file("/tmp/elsewhere", "content");
+  ASSERT_EQ(symlink("elsewhere", kFile), 0);
+  EXPECT_TRUE(try_record_lock(kFile));
+  EXPECT_EQ(read_file("/tmp/elsewhere"), "");
+}
+
+TEST(RecordLock, ReplacesWhatAnotherUserMade) {
+  write_file(kFile, "");
+  if (!give_to_nobody(kFile)) GTEST_SKIP() << kOneUser;
+  const std::string message =
+      rpc_error_prefix("remove_planted") + kFile + " of user 65534 is removed\n";
+  EXPECT_EQ(errors_of([] { EXPECT_TRUE(try_record_lock(kFile)); }), message);
+  unlink(kFile);
+  write_file("/tmp/precious", "content");
+  ASSERT_EQ(symlink("/tmp/precious", kFile), 0);
+  ASSERT_TRUE(give_to_nobody(kFile));
+  EXPECT_EQ(errors_of([] { EXPECT_TRUE(try_record_lock(kFile)); }), message);
+  EXPECT_EQ(read_file("/tmp/precious"), "content");
+  unlink(kFile);
+  ASSERT_EQ(mkdir(kFile, 0755), 0);
+  write_file(std::string(kFile) + "/inside", "");
+  ASSERT_TRUE(give_to_nobody(kFile));
+  EXPECT_EQ(errors_of([] { EXPECT_TRUE(try_record_lock(kFile)); }), message);
+}
+
+// Whether a lock of nobody's on a file of ours with that mode keeps us from ours.
+static bool locked_out_by_nobody(mode_t mode) {
+  unlink(kFile);
+  close(open(kFile, O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+  EXPECT_EQ(chmod(kFile, mode), 0);
+  int ready[2];
+  EXPECT_EQ(pipe(ready), 0);
+  const pid_t child = fork();
+  if (child == 0) {
+    if (setresuid(65534, 65534, 65534) != 0) _exit(1);
+    // What is asked of /proc about such a process is root's.
+    prctl(PR_SET_DUMPABLE, 0);
+    const int file = open(kFile, (mode & 2) != 0 ? O_RDWR : O_RDONLY);
+    struct flock whole = {};
+    whole.l_type = (mode & 2) != 0 ? F_WRLCK : F_RDLCK;
+    char byte = fcntl(file, F_SETLK, &whole) == 0 ? 'y' : 'n';
+    (void)!write(ready[1], &byte, 1);
+    pause();
+  }
+  char byte = 'n';
+  EXPECT_EQ(read(ready[0], &byte, 1), 1);
+  EXPECT_EQ(byte, 'y');
+  const bool granted = try_record_lock(kFile);
+  kill(child, SIGKILL);
+  waitpid(child, nullptr, 0);
+  return !granted;
+}
+
+TEST(RecordLock, LockOfAnotherUserIsNoReasonNotToRun) {
+  write_file("/tmp/probe", "");
+  if (!give_to_nobody("/tmp/probe")) GTEST_SKIP() << kOneUser;
+  const std::string message =
+      rpc_error_prefix("try_record_lock") + kFile + " is removed: another user has locked it\n";
+  EXPECT_EQ(errors_of([] { EXPECT_FALSE(locked_out_by_nobody(0666)); }), message);
+  EXPECT_EQ(errors_of([] { EXPECT_FALSE(locked_out_by_nobody(0644)); }), message);
+}
