@@ -3,8 +3,10 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "diag/trace.h"
 #include "sys/command.h"
 #include "sys/probe.h"
+#include "sys/whole_file.h"
 
 static constexpr char kResults1[] = "/nvram/MT7615_CALDATA1.bin";
 static constexpr char kResults2[] = "/nvram/MT7615_CALDATA2.bin";
@@ -17,14 +19,26 @@ static bool has_results() {
   return path_exists(kResults1) && path_exists(kResults2);
 }
 
+// Copies the images aside. A copy that is cut short is removed: an undo would put it
+// in the place of the image.
+static void back_up_images() {
+  static constexpr const char* kImages[][2] = {
+      {"/nvram/MT7615_EEPROM_2G.bin", "/nvram/backup_EEPROM_CALDATA/MT7615_EEPROM_2G.bin"},
+      {"/nvram/MT7615_EEPROM_5G.bin", "/nvram/backup_EEPROM_CALDATA/MT7615_EEPROM_5G.bin"},
+  };
+  if (command_succeeds("mkdir /nvram/backup_EEPROM_CALDATA; "
+                       "cp /nvram/MT7615_EEPROM_* /nvram/backup_EEPROM_CALDATA"))
+    return;
+  trace_rpc_error("wlan_set_prek_operation", "Failed to back up the EEPROM images\n");
+  for (const auto& [image, copy] : kImages) {
+    if (path_exists(copy) && !file_is_whole_copy(copy, image)) file_remove(copy);
+  }
+}
+
 int wlan_set_prek_operation() {
   const bool results = has_results();
   if (results && !path_exists(kBackup)) return -1;
-  if (!results) {
-    run_command(
-        "mkdir /nvram/backup_EEPROM_CALDATA; "
-        "cp /nvram/MT7615_EEPROM_* /nvram/backup_EEPROM_CALDATA");
-  }
+  if (!results) back_up_images();
   run_command(
       "iwpriv ra0 set ATE=ATESTART; iwpriv ra0 set ATE=RXFRAME; "
       "iwpriv ra0 set ATE=RX2GSELFTEST; sleep 2; iwpriv ra0 set ATE=ATESTOP");

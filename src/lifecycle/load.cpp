@@ -11,17 +11,36 @@
 #include "sys/board.h"
 #include "sys/command.h"
 #include "sys/module.h"
+#include "sys/planted.h"
 #include "sys/shell.h"
+#include "sys/whole_file.h"
 
 static constexpr size_t kDirectorySize = 128;
 static constexpr size_t kPathSize = kDirectorySize + 32;
 static constexpr char kDefaultDirectory[] = "/lib/modules/wifi/";
 
-// Runs the copy when the target is missing, with a notice without a line end.
-static void provide(const char* target, const char* notice, const char* command) {
-  if (path_exists(target)) return;
+// Runs the copy after a notice, which has no line end. What a copy that failed has
+// left is removed: it would be taken for the file ever after.
+static void copy_default(const char* target, const char* notice, const char* command) {
   fputs(notice, stdout);
-  run_command(command);
+  if (command_succeeds(command)) return;
+  file_remove(target);
+  trace_rpc_error("wifi_load", "Failed to copy the default to %s\n", target);
+}
+
+static void provide(const char* target, const char* notice, const char* command) {
+  if (!file_is_filled(target)) copy_default(target, notice, command);
+}
+
+// The profile of a board's power levels, which the driver takes from where everybody
+// may make files.
+static void provide_power_levels() {
+  static constexpr char kTarget[] = "/tmp/l1profile.dat";
+  planted_remove(kTarget);
+  if (path_exists(kTarget) || !planted_make_way(kTarget, false)) return;
+  // The notice of the EEPROM image for another file: kept on purpose.
+  copy_default(kTarget, "Loading default 5G 7615 EEPROM bin file to nvram",
+               "cp /etc/Wireless/7615AP/l1profile.dat /tmp/l1profile.dat");
 }
 
 static void provide_eeprom_images() {
@@ -109,9 +128,7 @@ static void enumerate_pci_slots() {
 
 static void load_mt7615(const char* directory) {
   enumerate_pci_slots();
-  // The notice of the EEPROM image for another file: kept on purpose.
-  provide("/tmp/l1profile.dat", "Loading default 5G 7615 EEPROM bin file to nvram",
-          "cp /etc/Wireless/7615AP/l1profile.dat /tmp/l1profile.dat");
+  provide_power_levels();
   insert(directory, "mt7615_ap.ko", "MT7615");
 }
 

@@ -8,6 +8,7 @@
 #include "profile/profile_values.h"
 #include "sys/board.h"
 #include "sys/command.h"
+#include "sys/planted.h"
 
 static constexpr int kCountryLimit = 6;
 static constexpr int kStreamsLimit = 4;
@@ -28,7 +29,9 @@ int isEtsiCountry(const char* code) {
 static void copy_table(const char* table, const char* country, const char* target) {
   char command[kCommandSize];
   snprintf(command, sizeof command, "cp /etc/Wireless/7615AP/%s_%s.dat %s", table, country, target);
+  if (!planted_make_way(target, false)) return;
   run_command(command);
+  planted_give_up(target);
 }
 
 static void setup_mt7615(const char* country) {
@@ -45,20 +48,33 @@ static void setup_mt7615(const char* country) {
   copy_table(etsi ? "SingleSKU_BF_ETSI" : "SingleSKU_BF_FCC", word.text, kBeamforming);
 }
 
-// Generates the table of one radio when there is none yet, and links it.
+static void link_table(const char* country, int radio, const char* chip) {
+  char link[40];
+  char command[kCommandSize];
+  snprintf(link, sizeof link, "/tmp/.mt%s_SingleSKU.dat", chip);
+  snprintf(command, sizeof command, "ln -sf /tmp/%s_%d.dat %s", country, radio, link);
+  // "ln" would make its link inside a directory.
+  if (!planted_make_way(link, true)) return;
+  run_captured("setup_single_sku", command);
+  planted_give_up(link);
+}
+
+// Generates the table of one radio when there is none yet, and links it. A table that
+// another user made is none.
 static void setup_radio(int radio, const char* country, const char* chip) {
   const auto word = shell_word_of<kWordSize>(country);
   char table[kCommandSize];
   char command[kCommandSize];
   snprintf(table, sizeof table, "/tmp/%s_%d.dat", country, radio);
+  planted_remove(table);
   if (!path_exists(table)) {
     snprintf(command, sizeof command, "/scripts/SKU_generator.sh %d %s %s", radio, word.text,
              isEtsiCountry(country) != 0 ? "ETSI" : "FCC");
     run_captured("setup_single_sku", command);
+    // Whoever was quicker than the generator has got its table.
+    planted_remove(table);
   }
-  snprintf(command, sizeof command, "ln -sf /tmp/%s_%d.dat /tmp/.mt%s_SingleSKU.dat", word.text,
-           radio, chip);
-  run_captured("setup_single_sku", command);
+  link_table(word.text, radio, chip);
 }
 
 void setup_single_sku() {

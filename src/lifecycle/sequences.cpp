@@ -11,6 +11,7 @@
 #include "steer/channel_utilization.h"
 #include "sys/board.h"
 #include "sys/command.h"
+#include "sys/planted.h"
 #include "sys/shell.h"
 
 static constexpr char kHncMarker[] = "/nvram/hnc_enable";
@@ -83,6 +84,13 @@ int wifi_init() {
   return 1;
 }
 
+// Any marker counts, whoever made it; a link that leads nowhere is none.
+static void mark_restart() {
+  static constexpr char kMarker[] = "/tmp/wifi_restart";
+  if (path_exists(kMarker) || !planted_make_way(kMarker, false)) return;
+  run_captured("wifi_restart", "touch /tmp/wifi_restart");
+}
+
 int wifi_restart(int radio) {
   if (!loaded(__func__)) return 1;
   notify_hnc(0);
@@ -98,7 +106,7 @@ int wifi_restart(int radio) {
   dcsStart(1);
   MtkCtrlStart(1);
   if (hnc_running(__func__)) static_cast<void>(wlan_setChannelUtilizationEnable(radio, 1));
-  if (!path_exists("/tmp/wifi_restart")) run_captured(__func__, "touch /tmp/wifi_restart");
+  mark_restart();
   notify_hnc(1);
   return 1;
 }

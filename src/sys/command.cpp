@@ -1,5 +1,7 @@
 #include "sys/command.h"
 
+#include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cctype>
@@ -12,6 +14,11 @@ bool run_command(const char* command) {
   return system(command) != -1;
 }
 
+bool command_succeeds(const char* command) {
+  const int status = system(command);
+  return status != -1 && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
 void run_captured(const char* caller, const char* command) {
   char* output = nullptr;
   // A command that cannot be run is reported by ex_cmd; nothing here depends on it.
@@ -21,6 +28,11 @@ void run_captured(const char* caller, const char* command) {
 
 bool path_exists(const char* path) {
   return access(path, F_OK) == 0;
+}
+
+bool name_exists(const char* path) {
+  struct stat status;
+  return lstat(path, &status) == 0;
 }
 
 static bool is_plain(const char* text) {

@@ -8,11 +8,17 @@
 // false only when no shell could be run.
 bool run_command(const char* command);
 
-// The same through ex_cmd, its output thrown away.
+// Runs a command line and waits for it. Returns whether it ended with status 0.
+[[nodiscard]] bool command_succeeds(const char* command);
+
+// The same as run_command through ex_cmd, its output thrown away.
 void run_captured(const char* caller, const char* command);
 
-// Whether a path exists.
+// Whether a path exists, and leads somewhere when it is a symbolic link.
 [[nodiscard]] bool path_exists(const char* path);
+
+// Whether there is something by that name, a link that leads nowhere too.
+[[nodiscard]] bool name_exists(const char* path);
 
 // Writes a text from outside into `out` as it may stand in a command line:
 // unchanged when it consists of letters, digits, ".", "_", "-" and ":"; else

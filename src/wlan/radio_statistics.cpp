@@ -87,7 +87,7 @@ static void execute(const char* command) {
 static void make_program(int number) {
   char path[64];
   snprintf(path, sizeof path, "/var/run/radstat%d", number);
-  if (path_exists(path)) return;
+  if (name_exists(path)) return;
   char command[128];
   snprintf(command, sizeof command, "ln -s -T /bin/radstat %s", path);
   execute(command);

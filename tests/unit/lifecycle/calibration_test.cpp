@@ -110,3 +110,27 @@ TEST(Calibration, OperationWithResultsNeedsTheBackupAndLeavesIt) {
   EXPECT_EQ(wlan_set_prek_operation(), 0);
   EXPECT_EQ(commands(), kSelfTests);
 }
+
+// An undo would put it in the place of the image.
+TEST(Calibration, CopyThatIsCutShortIsRemovedFromTheBackup) {
+  mount_tmpfs("/nvram", "size=20k");
+  const std::string image(5000, 'e');
+  write_file("/nvram/MT7615_EEPROM_2G.bin", image);
+  write_file("/nvram/MT7615_EEPROM_5G.bin", image);
+  const std::string errors = errors_of([] { EXPECT_EQ(wlan_set_prek_operation(), 0); });
+  EXPECT_TRUE(contains(errors, rpc_error_prefix("wlan_set_prek_operation") +
+                                   "Failed to back up the EEPROM images\n"))
+      << errors;
+  EXPECT_TRUE(names_in(kBackup).empty());
+  EXPECT_EQ(wlan_undo_prek_operation(), 0);
+  EXPECT_EQ(read_file("/nvram/MT7615_EEPROM_2G.bin"), image);
+  EXPECT_EQ(read_file("/nvram/MT7615_EEPROM_5G.bin"), image);
+}
+
+TEST(Calibration, WholeCopiesStayWhereAnotherFails) {
+  mount_tmpfs("/nvram", "size=20k");
+  write_file("/nvram/MT7615_EEPROM_2G.bin", "small");
+  write_file("/nvram/MT7615_EEPROM_5G.bin", std::string(9000, 'e'));
+  errors_of([] { EXPECT_EQ(wlan_set_prek_operation(), 0); });
+  EXPECT_EQ(names_in(kBackup), std::vector<std::string>{"MT7615_EEPROM_2G.bin"});
+}

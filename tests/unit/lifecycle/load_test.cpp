@@ -98,3 +98,68 @@ TEST(Load, MountPointIsShownWithoutItsControlCharacters) {
                        "\033[1;32mLoading wlan drivers from mount point "
                        "/tmp/a\\x1b[2Jb/lib/modules/wifi/\033[0m\n"));
 }
+
+static std::string not_copied(const std::string& path) {
+  return rpc_error_prefix("wifi_load") + "Failed to copy the default to " + path + "\n";
+}
+
+// What a load says beside what "cp" says.
+static std::string errors_of_load() {
+  std::string errors;
+  output_of([&] { errors = errors_of([] { EXPECT_EQ(wifi_load(), 1); }); });
+  return errors;
+}
+
+TEST(Load, ImageThatDidNotFitIsRemovedAndCopiedTheNextTime) {
+  mount_tmpfs("/nvram", "size=4k");
+  write_file("/nvram/fill", std::string(4096, 'x'));
+  const std::string errors = errors_of_load();
+  EXPECT_TRUE(contains(errors, not_copied("/nvram/MT7603_EEPROM.bin"))) << errors;
+  EXPECT_TRUE(contains(errors, not_copied("/nvram/MT7612_EEPROM.bin"))) << errors;
+  EXPECT_EQ(names_in("/nvram").size(), 1u);
+  ASSERT_EQ(run("mount -o remount,size=64k /nvram"), "");
+  EXPECT_FALSE(contains(errors_of_load(), "Failed to copy"));
+  EXPECT_EQ(read_file("/nvram/MT7603_EEPROM.bin"),
+            read_file("/etc/Wireless/7603AP/MT7603_EEPROM.bin"));
+}
+
+TEST(Load, EmptyImageCountsAsMissing) {
+  write_file("/nvram/MT7603_EEPROM.bin", "");
+  write_file("/nvram/MT7612_EEPROM.bin", "calibrated");
+  errors_of_load();
+  EXPECT_EQ(read_file("/nvram/MT7603_EEPROM.bin"),
+            read_file("/etc/Wireless/7603AP/MT7603_EEPROM.bin"));
+  EXPECT_EQ(read_file("/nvram/MT7612_EEPROM.bin"), "calibrated");
+}
+
+static constexpr char kPowerLevels[] = "/tmp/l1profile.dat";
+static constexpr char kDefaultLevels[] = "/etc/Wireless/7615AP/l1profile.dat";
+
+TEST(Load, PowerLevelsOfAnotherUserAreNotUsed) {
+  pretend_mt7615();
+  write_file(kPowerLevels, "planted");
+  if (!give_to_nobody(kPowerLevels)) GTEST_SKIP() << kOneUser;
+  const std::string errors = errors_of_load();
+  EXPECT_TRUE(contains(errors, "/tmp/l1profile.dat of user 65534 is removed\n")) << errors;
+  EXPECT_EQ(read_file(kPowerLevels), read_file(kDefaultLevels));
+}
+
+TEST(Load, PowerLevelsOfOursStayAlsoEmptyOrBehindALink) {
+  pretend_mt7615();
+  write_file(kPowerLevels, "");
+  EXPECT_EQ(count_of(errors_of_load(), kPowerLevels), 0);
+  EXPECT_EQ(read_file(kPowerLevels), "");
+  unlink(kPowerLevels);
+  write_file("/tmp/levels", "mine");
+  ASSERT_EQ(symlink("/tmp/levels", kPowerLevels), 0);
+  EXPECT_EQ(count_of(errors_of_load(), kPowerLevels), 0);
+  EXPECT_EQ(read_file(kPowerLevels), "mine");
+}
+
+TEST(Load, PowerLevelsThatCannotBeCopiedLeaveNoFile) {
+  pretend_mt7615();
+  run(std::string("rm ") + kDefaultLevels);
+  const std::string errors = errors_of_load();
+  EXPECT_TRUE(contains(errors, not_copied(kPowerLevels))) << errors;
+  EXPECT_FALSE(exists(kPowerLevels));
+}

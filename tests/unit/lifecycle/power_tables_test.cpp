@@ -1,6 +1,11 @@
 #include "lifecycle/power_tables.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <cerrno>
 
 #include "lifecycle/lifecycle_support.h"
 #include "support/gateway.h"
@@ -94,6 +99,81 @@ TEST(PowerTables, TableThatIsThereIsLinkedOnly) {
             "ln -sf /tmp/US_1.dat /tmp/.mt7603_SingleSKU.dat\n"
             "/scripts/SKU_generator.sh 9 US FCC\n"
             "ln -sf /tmp/US_9.dat /tmp/.mt7612_SingleSKU.dat\n");
+}
+
+static constexpr char kTable15[] = "/tmp/.mt7615_SingleSKU.dat";
+static constexpr char kTable03[] = "/tmp/.mt7603_SingleSKU.dat";
+
+static bool is_plain(const char* path) {
+  struct stat status = {};
+  return lstat(path, &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink == 1;
+}
+
+// What a command would follow, or wait for, is gone before it runs.
+TEST(PowerTables, NothingButAPlainFileIsCopiedTo) {
+  pretend_mt7615();
+  set_country("DE", "2");
+  const std::string table = read_file("/etc/Wireless/7615AP/SingleSKU_FCC_DE.dat");
+  ASSERT_NE(table, "");
+  ASSERT_EQ(mkfifo(kTable15, 0666), 0);
+  errors_of(setup_single_sku);
+  EXPECT_TRUE(is_plain(kTable15));
+  EXPECT_EQ(read_file(kTable15), table);
+  unlink(kTable15);
+  write_file("/tmp/precious", "content");
+  ASSERT_EQ(symlink("/tmp/precious", kTable15), 0);
+  errors_of(setup_single_sku);
+  EXPECT_EQ(read_file(kTable15), table);
+  EXPECT_EQ(read_file("/tmp/precious"), "content");
+  unlink(kTable15);
+  run(std::string("mkdir ") + kTable15 + "; mkfifo " + kTable15 + "/SingleSKU_FCC_DE.dat");
+  errors_of(setup_single_sku);
+  EXPECT_EQ(read_file(kTable15), table);
+}
+
+TEST(PowerTables, CountryWithoutATableLeavesNoneOrTheOldOne) {
+  pretend_mt7615();
+  set_country("XX", "2");
+  errors_of(setup_single_sku);
+  EXPECT_TRUE(names_in("/tmp", ".mt7615").empty());
+  write_file(kTable15, "old");
+  errors_of(setup_single_sku);
+  EXPECT_EQ(read_file(kTable15), "old");
+}
+
+static std::string target_of(const char* link) {
+  char target[64] = {};
+  EXPECT_GT(readlink(link, target, sizeof target - 1), 0) << link;
+  return target;
+}
+
+TEST(PowerTables, LinkIsMadeInThePlaceOfADirectory) {
+  pretend_single_band();
+  set_country("DE", "2");
+  run(std::string("mkdir ") + kTable03);
+  EXPECT_TRUE(contains(errors_of(setup_single_sku), "is removed"));
+  EXPECT_EQ(target_of(kTable03), "/tmp/DE_1.dat");
+  set_country("US", "2");
+  EXPECT_EQ(errors_of(setup_single_sku), "") << "a link of ours is replaced by ln";
+  EXPECT_EQ(target_of(kTable03), "/tmp/US_1.dat");
+  set_country("FR", "2");
+  unlink(kTable03);
+  fail_system_call(SYS_clone, EAGAIN);
+  fail_system_call(SYS_clone3, EAGAIN);
+  errors_of(setup_single_sku);
+  EXPECT_TRUE(names_in("/tmp", ".mt7603").empty()) << "no empty table";
+}
+
+TEST(PowerTables, TableOfAnotherUserIsNotUsed) {
+  pretend_single_band();
+  set_country("DE", "2");
+  write_file("/tmp/DE_1.dat", "planted");
+  if (!give_to_nobody("/tmp/DE_1.dat")) GTEST_SKIP() << kOneUser;
+  EXPECT_EQ(errors_of(setup_single_sku),
+            rpc_error_prefix("remove_planted") + "/tmp/DE_1.dat of user 65534 is removed\n");
+  EXPECT_TRUE(is_plain("/tmp/DE_1.dat"));
+  EXPECT_NE(read_file("/tmp/DE_1.dat"), "planted");
+  EXPECT_EQ(target_of(kTable03), "/tmp/DE_1.dat");
 }
 
 TEST(PowerTables, EtsiCountriesAreThreeAndPrinted) {

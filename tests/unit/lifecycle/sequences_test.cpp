@@ -44,7 +44,8 @@ TEST(Sequences, ChannelUtilizationFollowsTheControllersMarker) {
                        "mtk_ctrl&\niwpriv ra8 set ApEnableRadioChStats=1\n"
                        "touch /tmp/wifi_restart\nkillall -USR1 HncInit\n"));
   EXPECT_EQ(wifi_restart(1), 1);
-  EXPECT_TRUE(contains(commands(), "mtk_ctrl&\niwpriv ra0 set ApEnableRadioChStats=1\ntouch"));
+  EXPECT_TRUE(contains(commands(), "mtk_ctrl&\niwpriv ra0 set ApEnableRadioChStats=1\nkillall"))
+      << "the marker is there";
   EXPECT_EQ(profile_value(kProfile24, "ChannelUtilizationEnable"), "1");
   EXPECT_EQ(profile_value(kProfile5, "ChannelUtilizationEnable"), "1");
   EXPECT_EQ(wifi_reset(), 1);
@@ -52,6 +53,17 @@ TEST(Sequences, ChannelUtilizationFollowsTheControllersMarker) {
       commands().starts_with("iwpriv ra-1 set ApEnableRadioChStats=0\nkillall -USR2 HncInit\n"));
   EXPECT_EQ(profile_value(kProfile24, "ChannelUtilizationEnable"), "0");
   EXPECT_EQ(profile_value(kProfile5, "ChannelUtilizationEnable"), "1");
+}
+
+TEST(Sequences, RestartMakesItsMarkerWhereALinkLeadsElsewhere) {
+  static constexpr char kMarker[] = "/tmp/wifi_restart";
+  start_with_controller();
+  ASSERT_EQ(symlink("/tmp/not there", kMarker), 0);
+  EXPECT_EQ(errors_of([] { EXPECT_EQ(wifi_restart(1), 1); }),
+            rpc_error_prefix("remove_planted") +
+                "/tmp/wifi_restart is removed: it is no plain file with one name\n");
+  EXPECT_TRUE(exists(kMarker));
+  EXPECT_FALSE(exists("/tmp/not there"));
 }
 
 // The message on standard error and in the log.

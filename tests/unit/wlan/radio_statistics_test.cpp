@@ -217,6 +217,11 @@ TEST(RadStatEnable, OtherIndexesSwitchNoDriver) {
   EXPECT_TRUE(driver_requests().empty());
 }
 
+TEST(RadStatEnable, LinkThatLeadsNowhereIsThereAndNoneIsMade) {
+  ASSERT_EQ(symlink("/bin/none", "/var/run/radstat0"), 0);
+  EXPECT_EQ(commands_of(1, 0, 1, 1), "killall radstat0\niwpriv ra0 set ApEnableRadioChStats=0;\n");
+}
+
 TEST(RadStatEnable, IndexBelowOneIsRefusedThoughTheSettingAnswersZero) {
   EXPECT_EQ(last_radstat_index, -1);
   for (const int index : {0, -1, INT_MIN}) {
