@@ -54,7 +54,8 @@ constexpr unsigned kProfileFailed = 0;
 // Set whole values: pairs of key and value, closed by an empty key. A key that
 // is not in the file fails the call, and nothing is written.
 // Refused with a message, nothing touched: a line end in a key or value, a ";"
-// in a field, a value that fits neither the store nor one line.
+// in a field, a key of more than 31 characters, a value that kProfileValueBuffer
+// does not hold.
 unsigned wifiprofile_updateParam(const char* path, ...);
 
 // Set one field of each value: triples of key, int index and field, closed by

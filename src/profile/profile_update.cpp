@@ -36,6 +36,9 @@ struct update {
 
 }  // namespace
 
+// Every key and value that are taken fit one line, "Key=Value" and its end.
+static_assert(kProfileKeyMax + 1 + (kProfileValueBuffer - 1) + 1 <= kProfileLineMax);
+
 // Why a request cannot be stored, or null.
 static const char* objection(const request& wanted, bool with_index) {
   const size_t key_length = wanted.key.size();
@@ -45,7 +48,6 @@ static const char* objection(const request& wanted, bool with_index) {
   if (with_index && strchr(wanted.value, ';') != nullptr) return "';' in a field";
   if (key_length > kProfileKeyMax) return "key too long";
   if (value_length >= kProfileValueBuffer) return "value too long";
-  if (key_length + 1 + value_length + 1 > kProfileLineMax) return "line too long";
   return nullptr;
 }
 
@@ -106,8 +108,7 @@ static const request* match(const update& work, std::string_view line) {
   return nullptr;
 }
 
-// The value that the request gives a line, in `out`. False when it cannot stand
-// in the store or on the line.
+// The value that the request gives a line, in `out`. False when it does not fit.
 static bool new_value(const update& work, const request& wanted, std::string_view old,
                       char (&out)[kProfileValueBuffer], std::string_view* value) {
   if (!work.with_index) {
@@ -117,7 +118,7 @@ static bool new_value(const update& work, const request& wanted, std::string_vie
   const int length = replace_field(old, wanted.value, wanted.index, out, sizeof out);
   if (length < 0) return false;
   *value = {out, static_cast<size_t>(length)};
-  return wanted.key.size() + 1 + value->size() + 1 <= kProfileLineMax;
+  return true;
 }
 
 static void append_setting(update* work, std::string_view key, std::string_view value,

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -139,4 +140,37 @@ TEST(ProfileLock, BandsDoNotWaitForEachOther) {
   ASSERT_EQ(flock(held, LOCK_EX), 0);
   EXPECT_EQ(wifiprofile_updateParam(kProfile24, "A", "1", ""), 1u);
   close(held);
+}
+
+// Whether an update has begun to write, as its lock tells nobody.
+static bool update_under_way(ino_t old_profile) {
+  struct stat status = {};
+  return !names_in("/tmp", "wifitemp").empty() ||
+         (stat(kProfile24, &status) == 0 && status.st_ino != old_profile);
+}
+
+// Whoever waits for the lock looks as soon as it is free; the profile is so large that a
+// mirror that is written later would not be there yet.
+TEST(ProfileLock, HeldUntilTheMirrorIsWritten) {
+  const std::string content = "A=0\n" + std::string(8 << 20, '\n') + "SSID1=";
+  write_file(kProfile24, content + "0\n");
+  const int lock = open(kLock24, O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+  for (const char* value : {"1\n", "2\n", "3\n"}) {
+    struct stat old = {};
+    ASSERT_EQ(stat(kProfile24, &old), 0);
+    std::thread writer([&] {
+      const std::string text(value, 1);
+      EXPECT_EQ(wifiprofile_updateParam(kProfile24, "SSID1", text.c_str(), ""), 1u);
+    });
+    EXPECT_TRUE(wait_until([&] { return update_under_way(old.st_ino); }));
+    EXPECT_EQ(flock(lock, LOCK_EX), 0);
+    char last[3] = {};
+    const int mirror = open(kMirror24, O_RDONLY | O_CLOEXEC);
+    EXPECT_EQ(pread(mirror, last, 2, static_cast<off_t>(content.size())), 2);
+    EXPECT_STREQ(last, value);
+    close(mirror);
+    EXPECT_EQ(flock(lock, LOCK_UN), 0);
+    writer.join();
+  }
+  close(lock);
 }

@@ -43,6 +43,16 @@ TEST(ProfileRead, CarriageReturnBelongsToTheValue) {
   EXPECT_EQ(value_in("Key=dos\r\n", "Key"), "dos\r");
 }
 
+// A caller takes a C string and sees it up to the NUL; the lines after it are there.
+TEST(ProfileRead, NulEndsNeitherLineNorProfile) {
+  using std::string_literals::operator""s;
+  const std::string content = "Key=ab\0cd\nK\0y=no\nNext=line\n"s;
+  EXPECT_EQ(value_in(content, "Key"), "ab");
+  EXPECT_EQ(value_in(content, "Key", 4), "(none)") << "five characters";
+  EXPECT_EQ(value_in(content, "K"), "(none)");
+  EXPECT_EQ(value_in(content, "Next"), "line");
+}
+
 TEST(ProfileRead, LastLineWithoutLineEndLosesItsLastCharacter) {
   EXPECT_EQ(value_in("Other=1\nKey=value", "Key"), "valu");
   EXPECT_EQ(value_in("Key=x", "Key"), "");
@@ -191,6 +201,11 @@ static std::string field_in(const std::string& list, int index, int max_len = 25
     return "(none)";
   }
   return buffer;
+}
+
+TEST(ProfileField, CarriageReturnBelongsToTheLastField) {
+  EXPECT_EQ(field_in("a;b\r", 0), "a");
+  EXPECT_EQ(field_in("a;b\r", 1), "b\r");
 }
 
 TEST(ProfileField, FieldsAreCountedFromZero) {

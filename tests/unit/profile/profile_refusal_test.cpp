@@ -67,6 +67,22 @@ TEST(ProfileRefusal, LongestValueIsTaken) {
   EXPECT_EQ(std::string(buffer.c_str()), value);
 }
 
+// The longest key with the longest list: one character more does not fit.
+TEST(ProfileRefusal, LongestLineIsWrittenByTheIndexedFormToo) {
+  const std::string key(31, 'k');
+  const std::string field(kProfileValueBuffer - 3, 'v');
+  set_up(key + "=a;b\n");
+  EXPECT_EQ(wifiprofile_updateParam_with_index(kProfile24, key.c_str(), 1, field.c_str(), ""), 1u);
+  expect_written(key + "=a;" + field + "\n");
+  set_up(key + "=a;b\n");
+  errors_of([&] {
+    EXPECT_EQ(
+        wifiprofile_updateParam_with_index(kProfile24, key.c_str(), 1, (field + "v").c_str(), ""),
+        0u);
+  });
+  expect_untouched(key + "=a;b\n");
+}
+
 TEST(ProfileRefusal, SeparatorInAField) {
   set_up();
   const std::string errors = errors_of([] {

@@ -133,6 +133,28 @@ TEST(ProfileUpdate, NulBytesOfOtherLinesAreKept) {
   expect_written(std::string("Bin=a\0b\n", 8) + "SSID1=New\n");
 }
 
+// A file of another system: its carriage returns belong to the values.
+TEST(ProfileUpdate, CarriageReturnsOfOtherLinesAreKept) {
+  set_up("A=1\r\nSSID1=Home\r\nL=a;b\r\n");
+  EXPECT_EQ(wifiprofile_updateParam(kProfile24, "SSID1", "Home", ""), 1u) << "it was \"Home\\r\"";
+  expect_written("A=1\r\nSSID1=Home\nL=a;b\r\n");
+  EXPECT_EQ(wifiprofile_updateParam_with_index(kProfile24, "L", 0, "x", ""), 1u);
+  expect_written("A=1\r\nSSID1=Home\nL=x;b\r\n");
+  EXPECT_EQ(wifiprofile_updateParam_with_index(kProfile24, "L", 1, "y", ""), 1u);
+  expect_written("A=1\r\nSSID1=Home\nL=x;y\n");
+}
+
+TEST(ProfileUpdate, NulInItsOwnLineEndsNeitherLineNorProfile) {
+  using std::string_literals::operator""s;
+  set_up("A=1\0hidden\nL=a;b\0c;d\nSSID1=Home\n"s);
+  EXPECT_EQ(wifiprofile_updateParam(kProfile24, "A", "1", ""), 1u) << "it was longer";
+  expect_written("A=1\nL=a;b\0c;d\nSSID1=Home\n"s);
+  EXPECT_EQ(wifiprofile_updateParam_with_index(kProfile24, "L", 2, "x", ""), 1u);
+  expect_written("A=1\nL=a;b\0c;x\nSSID1=Home\n"s);
+  EXPECT_EQ(wifiprofile_updateParam(kProfile24, "SSID1", "New", ""), 1u);
+  expect_written("A=1\nL=a;b\0c;x\nSSID1=New\n"s);
+}
+
 TEST(ProfileUpdate, RequestsAreTracedInLogAndOnConsole) {
   set_up();
   switch_log_on();

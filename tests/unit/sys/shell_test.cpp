@@ -72,6 +72,35 @@ TEST(ExCmd, ManyLinesAreReadInOrder) {
   EXPECT_EQ(output_by_ex_cmd("seq 500"), expected);
 }
 
+TEST(ExCmd, OutputThatBeginsWithANulIsEmpty) {
+  EXPECT_EQ(output_by_ex_cmd("printf '\\0hidden\\nline\\n'"), "");
+  EXPECT_EQ(output_by_ex_cmd("printf 'first\\n\\0hidden\\nline\\n'"), "first\n");
+}
+
+TEST(ExCmd, OutputThatMemoryDoesNotHoldIsAFailureAndWhatThereIsGoesToTheCaller) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+  GTEST_SKIP() << "the sanitizer's allocator ends the program instead of failing";
+#endif
+  switch_log_on();
+  const int before = open_descriptors();
+  // Room for the shell, not for what it prints.
+  const long pages = atol(read_file("/proc/self/statm").c_str());
+  const rlim_t room = static_cast<rlim_t>(pages * sysconf(_SC_PAGESIZE)) + (4 << 20);
+  const rlimit limit = {room, RLIM_INFINITY};
+  ASSERT_EQ(setrlimit(RLIMIT_AS, &limit), 0);
+  char* output = nullptr;
+  const int status = ex_cmd("wifi_restart", "seq 3000000 2>/dev/null", &output);
+  const rlimit none = {RLIM_INFINITY, RLIM_INFINITY};
+  ASSERT_EQ(setrlimit(RLIMIT_AS, &none), 0);
+  EXPECT_EQ(status, -1);
+  ASSERT_NE(output, nullptr);
+  EXPECT_TRUE(std::string(output).starts_with("1\n2\n3\n"));
+  free(output);
+  EXPECT_EQ(logged(), "wifi_restart: realloc seq 3000000 2>/dev/null error\n");
+  EXPECT_EQ(open_descriptors(), before);
+  EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "the shell was collected";
+}
+
 TEST(ExCmd, StatusOfTheCommandIsNotLookedAt) {
   EXPECT_EQ(output_by_ex_cmd("echo before; exit 3"), "before\n");
 }
