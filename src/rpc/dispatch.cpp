@@ -17,12 +17,12 @@ namespace {
 
 struct procedure {
   uint32_t number;
+  bool entry_traced;
   const char* name;
   size_t argument_size;
   xdrproc_t argument_decoder;
   xdrproc_t result_encoder;
   int (*stub)(void* argument, void* result, svc_req* request);
-  bool entry_traced;
 };
 
 // One result area for the two shapes of a result.
@@ -78,12 +78,12 @@ const xdrproc_t kEncoder<wlan_config_return_code_e> = FILTER(xdr_wlan_config_ret
 static const procedure kProcedures[] = {
 #define PROCEDURE(number, name, stem, topic, members, ...) \
   {number,                                                 \
+   row_##stem::kFacts.entry.form != entry_form::kNone,     \
    #name,                                                  \
    kSizeOf<ARGUMENT(stem, FIRST_##members)>,               \
    ARGUMENT_FILTER(ARGUMENT(stem, FIRST_##members)),       \
    kEncoder<row_##stem::result>,                           \
-   _##stem##_1,                                            \
-   row_##stem::kFacts.entry.form != entry_form::kNone},
+   _##stem##_1},
 #include "rpc/procedures.def"
 };
 
