@@ -12,6 +12,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 #include "support/gateway.h"
 #include "trust/matrix.h"
@@ -62,6 +63,13 @@ static std::vector<operation> operations_of(const std::string& part) {
   exit(2);
 }
 
+// An operation is named after its procedure; a blank or a comma comes before what is
+// special about it.
+static bool is_of(const operation& op, const std::string& procedure) {
+  return op.name.starts_with(procedure) &&
+         (op.name.size() == procedure.size() || strchr(" ,", op.name[procedure.size()]) != nullptr);
+}
+
 // Procedures that only answer stand in one row together. A sample has one of them.
 static std::vector<tally> sweep_operations(const options& given,
                                            const std::vector<operation>& all) {
@@ -72,7 +80,7 @@ static std::vector<tally> sweep_operations(const options& given,
   int inert_count = 0;
   int turn = 0;
   for (const operation& op : all) {
-    if (!given.only.empty() && op.name.find(given.only) != 0) continue;
+    if (!given.only.empty() && !is_of(op, given.only)) continue;
     if (op.inert && given.how_much == extent::kSample && inert_count > 0) continue;
     const tally row = sweep_operation(op, given.how_much, turn++);
     if (op.inert)

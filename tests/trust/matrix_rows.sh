@@ -5,14 +5,17 @@ set -eu
 sweep=$1
 page=$2
 rows=$(mktemp)
-trap 'rm -f "$rows"' EXIT
+trap 'rm -f "$rows" "$rows.diff"' EXIT
 for part in procedures in-place sequences; do
   awk -v title="### mt7603+mt7612: $part" -F ' *[|] *' '
     /^###/ { inside = $0 == title }
     inside && /^[|] / && $2 != "operation" && $2 != "all" && $2 !~ /that only answer$/ { print $2 }
   ' "$page" >"$rows"
-  "$sweep" --list "$part" | diff "$rows" - || {
-    echo "$page: part $part is stale; scripts/trust-sweep --write renews it" >&2
+  "$sweep" --list "$part" | diff "$rows" - >"$rows.diff" || {
+    cat "$rows.diff"
+    echo "$page: part $part is stale; what renews it:" >&2
+    sed -n 's,^[<>] \([a-z0-9_]*\).*,  scripts/trust-sweep --only \1 --write,p' "$rows.diff" |
+      sort -u >&2
     exit 1
   }
 done
