@@ -1,9 +1,9 @@
 #!/bin/sh
 # The init script for OpenWrt: its syntax, and what it asks of procd.
-# usage: openwrt.sh SOURCE SHELLCHECK, the last empty where there is none
+# usage: openwrt.sh SOURCE [SHELLCHECK]
 . "$(dirname "$0")/checks.sh"
 script=$1/packaging/openwrt/wificonfd.init
-shellcheck=$2
+shellcheck=${2:-}
 dir=$(mktemp -d) || exit 1
 trap 'rm -rf "$dir"' EXIT
 
