@@ -20,6 +20,7 @@
 #include "files.h"
 #include "firmware.h"
 #include "namespaces.h"
+#include "overlay.h"
 #include "report.h"
 
 // The new root is put together here. Every system has /tmp, and what the host keeps in it is
@@ -159,35 +160,19 @@ static bool fill_var(const std::string& upper) {
   return report_errno(nullptr, "make the link /var/run");
 }
 
-// Outside the first user namespace the overlay must keep its marks in user attributes.
-static bool in_first_user_namespace() {
-  return file_read("/proc/self/uid_map").find("4294967295") != std::string::npos;
-}
-
-static bool overlay(const std::string& name) {
-  std::string layer = LAYERS + "/" + name;
-  std::string options =
-      "lowerdir=/" + name + ",upperdir=" + layer + "/upper,workdir=" + layer + "/work";
-  if (!in_first_user_namespace()) options += ",userxattr";
-  if (!directory_make(layer + "/work") || !directory_make(ROOT + "/" + name)) return false;
-  if (mount("overlay", (ROOT + "/" + name).c_str(), "overlay", 0, options.c_str()) == 0) {
-    return true;
-  }
-  return report_errno("an ordinary user needs Linux 5.11 or later for this; root needs overlayfs",
-                      "mount an overlay over /%s", name.c_str());
-}
-
 // The layers are filled before they are mounted, and out of sight once they are.
 static bool overlay_system(const sandbox_plan& plan) {
-  if (!mount_at("tmpfs", LAYERS, kPlain, "mode=0755")) return false;
-  for (const char* name : {"usr", "etc", "var"}) {
-    if (!directory_make(LAYERS + "/" + name + "/upper")) return false;
-  }
-  if (!fill_usr(plan, LAYERS + "/usr/upper") || !fill_etc(LAYERS + "/etc/upper") ||
-      !fill_var(LAYERS + "/var/upper")) {
+  overlay_layers place = {ROOT, LAYERS};
+  std::string usr = overlay_upper(place, "/usr"), etc = overlay_upper(place, "/etc"),
+              var = overlay_upper(place, "/var");
+  if (!mount_at("tmpfs", LAYERS, kPlain, "mode=0755") || !directory_make(usr) ||
+      !directory_make(etc) || !directory_make(var)) {
     return false;
   }
-  if (!overlay("usr") || !overlay("etc") || !overlay("var")) return false;
+  if (!fill_usr(plan, usr) || !fill_etc(etc) || !fill_var(var)) return false;
+  for (const char* path : {"/usr", "/etc", "/var"}) {
+    if (!overlay_directory(place, path)) return false;
+  }
   if (umount2(LAYERS.c_str(), MNT_DETACH) < 0) return report_errno(nullptr, "hide the layers");
   rmdir(LAYERS.c_str());
   return true;

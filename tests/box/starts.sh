@@ -51,6 +51,29 @@ check "a user without an id" refused "this user has no id in the one around it" 
 check "no capability to be root inside" refused "for root this takes CAP_SETFCAP" \
   without sys_admin,setfcap
 
+# A container's own files in /etc, and a file system below /var: both are seen, and written to in
+# the box alone.
+cat >"$dir/contained" <<'SCRIPT'
+#!/bin/sh
+# usage: contained FILE COMMAND...
+echo "10.1.1.1 contained" >"$1"
+mount --bind "$1" /etc/hosts
+mount -t tmpfs tmpfs /var/lib/misc
+echo mounted >/var/lib/misc/mark
+shift
+"$@" || exit
+test "$(ls /var/lib/misc)" = mark && test "$(cat /etc/hosts)" = "10.1.1.1 contained"
+SCRIPT
+chmod +x "$dir/contained"
+contained="unshare --mount $dir/contained $dir/hosts"
+change='grep -q contained /etc/hosts && grep -q gateway /etc/hosts && echo more >>/etc/hosts &&
+  test -s /var/lib/dpkg/status && test -L /var/run && grep -q mounted /var/lib/misc/mark &&
+  touch /var/lib/misc/new /var/lib/dpkg/new'
+check "what is mounted in a container is there" ends_with 0 $contained \
+  setpriv --bounding-set=-sys_admin "$gwbox" run -- sh -c "$change && $work"
+check "and for an ordinary user" ends_with 0 $contained \
+  $nobody "$gwbox" run -- sh -c "$change && $work"
+
 covering='mount --bind /dev/null /proc/keys; exec "$@"'
 check "a /proc that is covered in part" refused \
   "Operation not permitted (where a container covers parts of it this takes root with CAP_SYS_ADMIN)" \
