@@ -43,8 +43,9 @@ using value_of = typename Row::answer::value;
 #define PROCEDURE(number, name, stem, topic, members, answer, back_end, ...) \
   static_assert(kFits<row_##stem, decltype(back_end)>,                       \
                 #name ": " #back_end                                         \
-                      " does not take the members of the row and, "          \
-                      "after them, what its answer names");                  \
+                      " has to take the members of the row and, last, "      \
+                      "int* for INT, char (&)[N] for TEXT, type* for WORDS " \
+                      "and IMAGE, and to return an int");                    \
   inline constexpr auto& stem##_1_svc = derived<row_##stem, back_end>::handler;
 #define INERT(number, name, stem, ...) \
   inline constexpr auto& stem##_1_svc = derived<row_##stem, inert<0>>::handler;

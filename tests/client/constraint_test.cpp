@@ -196,7 +196,8 @@ void for_every_argument(Visit visit) {
     const auto arguments = table_arguments(procedure);
     for (size_t i = 0; i < arguments.size(); i++) {
       const Expected* expected = expected_of(procedure, arguments[i].name);
-      ASSERT_NE(expected, nullptr) << procedure.name << " " << arguments[i].name;
+      ASSERT_NE(expected, nullptr)
+          << procedure.name << ": write a row of kExpected for " << arguments[i].name;
       visit(procedure, arguments[i], i, *expected);
     }
   }

@@ -31,7 +31,8 @@ TEST(Describe, EveryArgumentHasAMeaningAndAnAcceptedExample) {
     std::vector<std::string> examples;
     for (const argument_spec& argument : table_arguments(procedure)) {
       const meaning_entry* meaning = meanings_find(procedure, argument.name);
-      ASSERT_NE(meaning, nullptr) << procedure.name << " " << argument.name;
+      ASSERT_NE(meaning, nullptr) << procedure.name << ": client/meanings.cpp has to say what "
+                                  << argument.name << " means";
       EXPECT_GT(meanings_text(procedure, argument).size(), 5u) << argument.name;
       EXPECT_FALSE(contains(meaning->example, "'")) << argument.name;
       examples.push_back(meaning->example);

@@ -28,7 +28,8 @@ void expect_fields_fit(std::span<const payload_field> fields, uint32_t size,
 TEST(Payload, EveryRecordOfTheTableHasALayoutThatFits) {
   for (const procedure_row& procedure : table_procedures()) {
     const payload_layout* layout = payload_find(procedure);
-    ASSERT_EQ(layout != nullptr, is_record(procedure)) << procedure.name;
+    ASSERT_EQ(layout != nullptr, is_record(procedure))
+        << procedure.name << ": client/layouts.cpp has the layouts of records, and no others";
     if (layout == nullptr) continue;
     expect_fields_fit(layout->fields, procedure.size, procedure.name);
     if (layout->rows == nullptr) continue;
@@ -92,7 +93,8 @@ TEST(Payload, EveryValueOfAnActiveGetterSaysWhatItHolds) {
     if (one && !procedure.inert && payload_value(procedure).holds == content::kUnsaid)
       unsaid.append(" ").append(procedure.name);
   }
-  EXPECT_EQ(unsaid, " WLAN_GET_AP_SCAN_RESULT.driver_data");
+  EXPECT_EQ(unsaid, " WLAN_GET_AP_SCAN_RESULT.driver_data")
+      << "client/values.cpp says what a value holds, client/layouts.cpp what a field does";
 }
 
 TEST(Payload, NumbersAreLittleEndianAndSigned) {
