@@ -20,8 +20,8 @@ requires(sizeof...(Rest) > 0) struct last_parameter<int(First, Rest...)>
 // Bytes of the text buffer that a back end fills: Size of its last parameter, a
 // char (&)[Size]; 1, for the NUL alone, where it fills none.
 template <typename Parameter>
-constexpr size_t kTextRoom = 1;
+inline constexpr size_t kTextRoom = 1;
 template <size_t Size>
-constexpr size_t kTextRoom<char (&)[Size]> = Size;
+inline constexpr size_t kTextRoom<char (&)[Size]> = Size;
 template <typename Operation>
-constexpr size_t kTextSize = kTextRoom<typename last_parameter<Operation>::type>;
+inline constexpr size_t kTextSize = kTextRoom<typename last_parameter<Operation>::type>;

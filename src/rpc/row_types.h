@@ -80,24 +80,24 @@ struct row_types<member_list<void, Members...>, Answer> {
 // Whether `Operation` can be called with the members and `Output`, and takes the
 // latter as just that type.
 template <typename Operation, typename Members, typename Output>
-constexpr bool kTakes = false;
+inline constexpr bool kTakes = false;
 template <typename Operation, typename... Members, typename Output>
-constexpr bool kTakes<Operation, member_list<void, Members...>, Output> =
+inline constexpr bool kTakes<Operation, member_list<void, Members...>, Output> =
     std::is_invocable_r_v<int, Operation, typename Members::type..., Output>&&
         std::is_same_v<typename last_parameter<Operation>::type, Output>;
 template <typename Operation, typename... Members>
-constexpr bool kTakes<Operation, member_list<void, Members...>, void> =
+inline constexpr bool kTakes<Operation, member_list<void, Members...>, void> =
     std::is_invocable_r_v<int, Operation, typename Members::type...>;
 
 template <typename Row, typename Operation, typename Answer = typename Row::answer>
-constexpr bool kFits = kTakes<Operation, typename Row::members, void>;
+inline constexpr bool kFits = kTakes<Operation, typename Row::members, void>;
 template <typename Row, typename Operation, typename Answer>
 requires requires {
   typename Answer::value;
 }
-constexpr bool kFits<Row, Operation, Answer> =
+inline constexpr bool kFits<Row, Operation, Answer> =
     kTakes<Operation, typename Row::members, typename Answer::value*>;
 template <typename Row, typename Operation, fixed_text Label>
-constexpr bool kFits<Row, Operation, text_answer<Label>> =
+inline constexpr bool kFits<Row, Operation, text_answer<Label>> =
     std::is_lvalue_reference_v<typename last_parameter<Operation>::type>&&
         kTakes<Operation, typename Row::members, typename last_parameter<Operation>::type>;

@@ -2,7 +2,10 @@
 // a line per procedure and, behind them, a line per type of the contract.
 //
 // Clients in the field depend on every line. Lines may be added together with
-// what they describe, never changed or removed; scripts/generate adds them.
+// what they describe, never changed or removed. This adds them:
+//
+//   gwbox run --no-portmap -- env WIRE_SNAPSHOT_OUTPUT=/path/of/the/snapshot
+//       unit_tests --gtest_filter=WireSnapshot.AdditionsAreRecorded
 
 #include <gtest/gtest.h>
 
@@ -91,7 +94,7 @@ TEST(WireSnapshot, AdditionsAreRecorded) {
   std::vector<std::string> recorded;
   for (const std::string& line : lines_of(read_file(WIRE_SNAPSHOT)))
     recorded.push_back(compared(line));
-  EXPECT_EQ(recorded, lines_of(snapshot())) << "scripts/generate extends the snapshot";
+  EXPECT_EQ(recorded, lines_of(snapshot())) << "the head of this file says how to add lines";
 }
 
 // What the library sends in one piece, less the reply's header and lengths.
