@@ -88,3 +88,10 @@ bool own_file_resolve(const char* path, char (&target)[PATH_MAX]) {
   if (more) errno = ELOOP;
   return !more;
 }
+
+bool own_file_was_shared(int file, mode_t mode, const struct stat& status) {
+  constexpr mode_t kOthers = 077;
+  if ((status.st_mode & kOthers & ~mode) == 0 || fchmod(file, mode) != 0) return false;
+  struct stat now;
+  return fstat(file, &now) == 0 && (now.st_mode & kOthers & ~mode) == 0;
+}

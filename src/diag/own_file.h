@@ -22,3 +22,8 @@
 // Where the links lead that begin at `path`; `path` itself when it is none. False with
 // errno when one of them is another user's.
 [[nodiscard]] bool own_file_resolve(const char* path, char (&target)[PATH_MAX]);
+
+// Whether others may have the open own file in their hands: `status` says that more
+// people may read or write it than `mode` lets. It has that mode then, but who opened it
+// before still reads it: make a new one. False on a filesystem without modes.
+[[nodiscard]] bool own_file_was_shared(int file, mode_t mode, const struct stat& status);

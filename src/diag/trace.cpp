@@ -44,10 +44,6 @@ static void complain_once(std::atomic<bool>* said, const char* complaint) {
     fprintf(stderr, "logToFile %s %s: %s\n", kLog, complaint, strerror(errno));
 }
 
-static int open_log(struct stat* status) {
-  return own_file_open(kLog, O_RDWR | O_APPEND | O_CREAT, kLogMode, status);
-}
-
 // The backup is beside the log: behind a link, on the drive that the link leads to.
 static bool move_to_backup() {
   char log[PATH_MAX];
@@ -55,6 +51,19 @@ static bool move_to_backup() {
   if (!own_file_resolve(kLog, log)) return false;
   snprintf(backup, sizeof backup, "%s%s", log, kBackupEnd);
   return rename(log, backup) == 0;
+}
+
+static int open_any_log(struct stat* status) {
+  return own_file_open(kLog, O_RDWR | O_APPEND | O_CREAT, kLogMode, status);
+}
+
+// A log that others may have in their hands, under whatever name it had, becomes the
+// backup.
+static int open_log(struct stat* status) {
+  const int file = open_any_log(status);
+  if (file < 0 || !own_file_was_shared(file, kLogMode, *status)) return file;
+  close(file);
+  return move_to_backup() ? open_any_log(status) : -1;
 }
 
 // Makes room in the log that is open, and returns the one to write to.

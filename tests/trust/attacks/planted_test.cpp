@@ -65,6 +65,51 @@ TEST(Planted, LogThatAnotherUserSwitchedOnIsNotForHim) {
   EXPECT_FALSE(tells_nobody(kLog));
 }
 
+// A lock that everybody may write gets a second name in the log's place. The daemon
+// takes the first name away, which leaves a file of its own with one.
+TEST(Planted, LockThatBecomesTheLogTellsNoSecret) {
+  SKIP_WITHOUT_OTHER_USERS();
+  umask(0);
+  start_daemon();
+  EXPECT_EQ(call_for_code(kSetSsid, xdr_word(1) + xdr_text("first")), 0);
+  const std::string linked = std::string("mkdir /tmp/auto_debug; ln ") + kProfileLock + " " + kLog +
+                             "; touch /tmp/auto_debug/rpc_dbg_en; test -e " + kLog;
+  ASSERT_EQ(sh_as_nobody(linked.c_str()), 0);
+  set_secret();
+  set_secret();
+  EXPECT_FALSE(tells_nobody(kLog));
+  EXPECT_FALSE(tells_nobody("/tmp/auto_debug/dbg_rpc.log.bak"));
+}
+
+// The same in the mirror's place, which he keeps open.
+TEST(Planted, LockThatBecomesTheMirrorTellsNoSecret) {
+  SKIP_WITHOUT_OTHER_USERS();
+  umask(0);
+  chmod(kProfile, 0600);
+  start_daemon();
+  EXPECT_EQ(call_for_code(kSetSsid, xdr_word(1) + xdr_text("first")), 0);
+  unlink(kMirror);
+  const pid_t reader = start_as_nobody([] {
+    if (link(kProfileLock, kMirror) != 0) return 2;
+    const int file = open(kMirror, O_RDONLY);
+    while (!exists("/tmp/told"))
+      usleep(1000);
+    char text[65536] = {};
+    static_cast<void>(pread(file, text, sizeof text - 1, 0));
+    return std::string(text).find(kSecret) == std::string::npos ? 0 : 1;
+  });
+  ASSERT_TRUE(wait_until([] { return exists(kMirror); }));
+  // Until the reader has it open.
+  ASSERT_TRUE(wait_until([reader] {
+    return run("readlink /proc/" + std::to_string(reader) + "/fd/*").find(kMirror) !=
+           std::string::npos;
+  }));
+  set_secret();
+  EXPECT_EQ(call_for_code(kSetSsid, xdr_word(1) + xdr_text("second")), 0);
+  write_file("/tmp/told", "");
+  EXPECT_EQ(wait_for_end(reader), 0);
+}
+
 TEST(Planted, MirrorOfAnotherUserIsToldNoSecret) {
   SKIP_WITHOUT_OTHER_USERS();
   unlink(kMirror);
@@ -187,4 +232,21 @@ TEST(Planted, RestartMakesNoFileWhereALinkLeads) {
   queue_and_wait(kRestartAll, kRestarted);
   EXPECT_TRUE(wait_until([] { return exists("/tmp/wifi_restart"); }));
   EXPECT_FALSE(exists("/etc/nologin"));
+}
+
+// The generator of the power tables opens its table by name: somebody makes a FIFO there
+// as soon as it is gone.
+TEST(Planted, FifoInTheGeneratorsPlaceHangsNothing) {
+  SKIP_WITHOUT_OTHER_USERS();
+  set_profile_value(kProfile, "CountryCode", "FR");
+  const pid_t attacker = start_as_nobody([] {
+    for (;;)
+      mkfifo("/tmp/FR_1.dat", 0666);
+    return 0;
+  });
+  ASSERT_TRUE(wait_until([] { return exists("/tmp/FR_1.dat"); }));
+  start_lifecycle_daemon();
+  queue_and_wait(kLoad, kLoaded);
+  EXPECT_EQ(call_for_code(kReset, ""), 0);
+  end_process(attacker, SIGKILL);
 }

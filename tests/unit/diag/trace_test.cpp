@@ -12,6 +12,12 @@
 #pragma GCC diagnostic ignored "-Wformat-security"
 
 static constexpr char kLog[] = "/tmp/auto_debug/dbg_rpc.log";
+
+// A log as the daemon makes it, for its owner alone.
+static void fill_log(size_t size) {
+  write_file(kLog, std::string(size, 'x'));
+  ASSERT_EQ(chmod(kLog, 0600), 0);
+}
 static constexpr char kBackup[] = "/tmp/auto_debug/dbg_rpc.log.bak";
 
 // The message of a log line: what follows the time stamp and its separator.
@@ -209,7 +215,7 @@ TEST(Log, DirectoryIsNeverCreated) {
 
 TEST(Log, NotRotatedAtTheThreshold) {
   switch_log_on();
-  write_file(kLog, std::string(1024000, 'x'));
+  fill_log(1024000);
   EXPECT_EQ(logToFile("line\n"), 0);
   EXPECT_FALSE(exists(kBackup));
   EXPECT_GT(read_file(kLog).size(), 1024000u);
@@ -218,7 +224,7 @@ TEST(Log, NotRotatedAtTheThreshold) {
 TEST(Log, RotatedOneByteAboveTheThresholdReplacingTheBackup) {
   switch_log_on();
   write_file(kBackup, "older");
-  write_file(kLog, std::string(1024001, 'x'));
+  fill_log(1024001);
   EXPECT_EQ(logToFile("line\n"), 0);
   EXPECT_EQ(read_file(kBackup), std::string(1024001, 'x'));
   EXPECT_EQ(after_stamp(read_file(kLog)), "line\n");
@@ -229,7 +235,7 @@ TEST(Log, LogThatCannotBeRenamedIsCutOffAndThatIsSaidOnce) {
   mkdir(kBackup, 0755);
   catch_stream(2);
   for (int i = 0; i < 3; ++i) {
-    write_file(kLog, std::string(1024001, 'x'));
+    fill_log(1024001);
     EXPECT_EQ(logToFile("line %d\n", i), 0);
     const std::string log = read_file(kLog);
     EXPECT_LT(log.size(), 100u);
@@ -243,7 +249,7 @@ TEST(Log, LogThatCannotBeRenamedIsCutOffAndThatIsSaidOnce) {
 // Its size as 32 bits with a sign is below the threshold.
 TEST(Log, ThreeGigabytesAreNotRotatedAndGoOnGrowing) {
   switch_log_on();
-  write_file(kLog, "");
+  fill_log(0);
   ASSERT_EQ(truncate(kLog, 0xC0000000LL), 0);
   EXPECT_EQ(logToFile("line\n"), 0);
   EXPECT_FALSE(exists(kBackup));
