@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdarg>
 #include <cstring>
 
 #include "support/check.h"
@@ -19,6 +20,9 @@
 
 // What the daemon makes before a command writes to it, and removes when it is empty.
 static bool is_place(std::string_view path) {
+  // The tables of the two radios, by country.
+  const bool generated = path.ends_with("_1.dat") || path.ends_with("_9.dat");
+  if (generated && path.starts_with("/tmp/")) return true;
   const bool table = path.starts_with("/tmp/.mt76") && path.find("_SingleSKU") != path.npos;
   return table || path == "/tmp/l1profile.dat" || path == "/tmp/wifi_restart";
 }
@@ -62,7 +66,13 @@ int sim_open(const char* path, int flags, ...) {
   if (file == nullptr && (flags & O_CREAT) == 0) return refuse(ENOENT);
   if (file != nullptr && (flags & O_EXCL) != 0) return refuse(EEXIST);
   if (file != nullptr && file->symlink && (flags & O_NOFOLLOW) != 0) return refuse(ELOOP);
-  if (file == nullptr) file = make_file(path);
+  if (file == nullptr) {
+    va_list values;
+    va_start(values, flags);
+    file = make_file(path);
+    file->mode = va_arg(values, mode_t);
+    va_end(values);
+  }
   if ((flags & O_TRUNC) != 0) file->content.clear();
   const int fd = new_descriptor(descriptor_kind::file);
   descriptor_of(fd)->file = file;
@@ -226,7 +236,7 @@ int sim_chmod(const char* path, mode_t mode) {
 
 int sim_fchmod(int fd, mode_t mode) {
   outside_file* file = open_file(fd)->file;
-  CHECK(file->path.ends_with(".hnc"));
+  CHECK(file->path.ends_with(".hnc") || file->path.ends_with("dbg_rpc.log"));
   uint8_t how = 0;
   if (strike(&how)) return -1;
   file->mode = mode;
@@ -243,8 +253,8 @@ int sim_unlink(const char* path) {
   outside_file* file = find_file(path);
   const std::string_view name = path;
   const bool image = name.starts_with("/nvram/") && name.find("EEPROM") != name.npos;
-  const bool known =
-      is_temporary(name) || name.starts_with("/tmp/rad_ctrl_") || is_place(name) || image;
+  const bool known = is_temporary(name) || name.starts_with("/tmp/rad_ctrl_") || is_place(name) ||
+                     image || name.ends_with(".hnc");
   if (!known) broken("%s is removed", path);
   if (file == nullptr) return refuse(ENOENT);
   file->there = false;
