@@ -12,7 +12,7 @@
 #include "diag/own_file.h"
 #include "diag/trace.h"
 
-// Somebody who makes files in a loop gives up the place now and then.
+// Only who makes and removes directories in a loop takes more than two.
 static constexpr int kTriesMax = 64;
 static constexpr mode_t kMode = 0644;
 
@@ -37,23 +37,47 @@ static bool move_aside(const char* path) {
   return false;
 }
 
-static bool remove_planted(const char* path, const struct stat& status) {
-  const bool removed =
-      S_ISDIR(status.st_mode) ? rmdir(path) == 0 || move_aside(path) : unlink(path) == 0;
-  if (!removed) {
+// Puts an empty file of ours over what is no directory. One step, so that there is no
+// moment in which others find the place empty.
+static bool put_over(const char* path) {
+  char file[] = "/tmp/.planted.XXXXXX";
+  const int made = mkostemp(file, O_CLOEXEC);
+  if (made < 0) return false;
+  const bool put = fchmod(made, kMode) == 0 && rename(file, path) == 0;
+  const int error = errno;
+  close(made);
+  if (!put) unlink(file);
+  errno = error;
+  return put;
+}
+
+static const char* clear_directory(const char* path) {
+  if (rmdir(path) == 0) return "removed";
+  return move_aside(path) ? "moved out of the way" : nullptr;
+}
+
+static const char* clear_file(const char* path, bool replace) {
+  const bool cleared = replace ? put_over(path) : unlink(path) == 0;
+  return cleared ? "removed" : nullptr;
+}
+
+// A directory is never replaced in one step.
+static bool remove_planted(const char* path, const struct stat& status, bool replace) {
+  const char* done = S_ISDIR(status.st_mode) ? clear_directory(path) : clear_file(path, replace);
+  if (done == nullptr) {
     RPC_ERROR("%s cannot be removed: %s\n", path, strerror(errno));
   } else if (is_foreign(status)) {
-    RPC_ERROR("%s of user %u is removed\n", path, status.st_uid);
+    RPC_ERROR("%s of user %u is %s\n", path, status.st_uid, done);
   } else {
-    RPC_ERROR("%s is removed: it is no plain file with one name\n", path);
+    RPC_ERROR("%s is %s: it is no plain file with one name\n", path, done);
   }
-  return removed;
+  return done != nullptr;
 }
 
 bool planted_remove(const char* path) {
   struct stat status;
   if (lstat(path, &status) != 0) return false;
-  return (is_foreign(status) || has_second_name(status)) && remove_planted(path, status);
+  return (is_foreign(status) || has_second_name(status)) && remove_planted(path, status, false);
 }
 
 static bool may_stay(const struct stat& status, bool keep_link) {
@@ -61,16 +85,22 @@ static bool may_stay(const struct stat& status, bool keep_link) {
   return S_ISREG(status.st_mode) || (keep_link && S_ISLNK(status.st_mode));
 }
 
+// Whether an own file is at `path`, which was missing.
+static bool make_first(const char* path) {
+  const int file = open(path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kMode);
+  if (file >= 0) close(file);
+  // What cannot be made for another reason, the command tells.
+  return file >= 0 || errno != EEXIST;
+}
+
 bool planted_make_way(const char* path, bool keep_link) {
   for (int tries = 0; tries < kTriesMax; ++tries) {
-    const int file = open(path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kMode);
-    if (file >= 0) close(file);
-    // What cannot be made for another reason, the command tells.
-    if (file >= 0 || errno != EEXIST) return true;
     struct stat status;
+    if (make_first(path)) return true;
     if (lstat(path, &status) != 0) continue;
     if (may_stay(status, keep_link)) return true;
-    if (!remove_planted(path, status)) break;
+    if (!remove_planted(path, status, true)) break;
+    if (!S_ISDIR(status.st_mode)) return true;
   }
   return false;
 }
