@@ -16,7 +16,8 @@ awk '/^A gateway of your own/ { on = 1 } on && /^    / { print; seen = 1; next }
   seen { exit }' "$source/README.md" | here >"$dir/readme"
 check "the README has commands" test "$(wc -l <"$dir/readme")" -ge 6
 paste <"$dir/readme"
-check "they end in success: $(tail -n 1 "$dir/err")" test $? -eq 0
+ended=$?
+check "they end in success: $(tail -n 1 "$dir/err")" test "$ended" -eq 0
 status=$(cat "$dir/out")
 check "with two requests done at once and two in turn" same 4 "$(grep -cx ok "$dir/out")"
 check "and the new name on air" holds "$status" "ra0  on    On air  "
@@ -30,7 +31,8 @@ paste_example() {
   } >"$dir/commands"
   check "the worked example of $1 has commands" test "$(wc -l <"$dir/commands")" -ge 8
   paste <"$dir/commands"
-  check "they end in success: $(tail -n 1 "$dir/err")" test $? -eq 0
+  ended=$?
+  check "they end in success: $(tail -n 1 "$dir/err")" test "$ended" -eq 0
 }
 
 # docs/steering.md: where the stations are before and after, but for how long.
