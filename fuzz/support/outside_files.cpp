@@ -57,12 +57,19 @@ static outside_file* existing(std::string_view path) {
   return file;
 }
 
+// The one directory that is opened.
+static outside_file* log_directory(std::string_view path) {
+  CHECK(path == "/tmp/auto_debug");
+  outside_file* directory = find_file(path);
+  return directory != nullptr ? directory : make_file(path);
+}
+
 int sim_open(const char* path, int flags, ...) {
   const bool writing = (flags & O_ACCMODE) != O_RDONLY;
   if (writing && !may_be_written(path)) broken("%s is opened for writing", path);
   uint8_t how = 0;
   if (strike(&how)) return -1;
-  outside_file* file = existing(path);
+  outside_file* file = (flags & O_DIRECTORY) != 0 ? log_directory(path) : existing(path);
   if (file == nullptr && (flags & O_CREAT) == 0) return refuse(ENOENT);
   if (file != nullptr && (flags & O_EXCL) != 0) return refuse(EEXIST);
   if (file != nullptr && file->symlink && (flags & O_NOFOLLOW) != 0) return refuse(ELOOP);
@@ -81,6 +88,24 @@ int sim_open(const char* path, int flags, ...) {
 
 int sim_open_2(const char* path, int flags) {
   return sim_open(path, flags);
+}
+
+// A name in a directory that is open.
+static std::string path_in(int directory, const char* path) {
+  if (directory == AT_FDCWD || path[0] == '/') return path;
+  return descriptor_of(directory)->file->path + "/" + path;
+}
+
+int sim_openat(int directory, const char* path, int flags, ...) {
+  va_list values;
+  va_start(values, flags);
+  const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(values, mode_t) : 0;
+  va_end(values);
+  return sim_open(path_in(directory, path).c_str(), flags, mode);
+}
+
+int sim_openat_2(int directory, const char* path, int flags) {
+  return sim_openat(directory, path, flags);
 }
 
 static outside_descriptor* open_file(int fd) {
@@ -269,6 +294,10 @@ char* sim_mkdtemp(char* pattern) {
   broken("%s is made", pattern);
 }
 
+int sim_mkostemp(char* pattern, int) {
+  broken("%s is made", pattern);
+}
+
 ssize_t sim_readlinkat(int, const char*, char*, size_t) {
   broken("a link is read");
 }
@@ -295,6 +324,10 @@ int sim_rename(const char* from, const char* to) {
   target->symlink = target->hard_linked = false;
   file->there = false;
   return 0;
+}
+
+int sim_renameat(int old_directory, const char* from, int new_directory, const char* to) {
+  return sim_rename(path_in(old_directory, from).c_str(), path_in(new_directory, to).c_str());
 }
 
 int sim_flock(int fd, int operation) {

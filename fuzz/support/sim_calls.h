@@ -19,6 +19,8 @@
 extern "C" {
 int sim_open(const char* path, int flags, ...);
 int sim_open_2(const char* path, int flags);
+int sim_openat(int directory, const char* path, int flags, ...);
+int sim_openat_2(int directory, const char* path, int flags);
 int sim_close(int fd);
 ssize_t sim_read(int fd, void* data, size_t size);
 ssize_t sim_read_chk(int fd, void* data, size_t size, size_t room);
@@ -37,9 +39,11 @@ int sim_chown(const char* path, uid_t owner, gid_t group);
 int sim_unlink(const char* path);
 int sim_rmdir(const char* path);
 char* sim_mkdtemp(char* pattern);
+int sim_mkostemp(char* pattern, int flags);
 ssize_t sim_readlinkat(int directory, const char* path, char* target, size_t size);
 ssize_t sim_readlinkat_chk(int directory, const char* path, char* target, size_t size, size_t room);
 int sim_rename(const char* from, const char* to);
+int sim_renameat(int old_directory, const char* from, int new_directory, const char* to);
 int sim_flock(int fd, int operation);
 int sim_fcntl(int fd, int operation, ...);
 void* sim_mmap(void* address, size_t size, int protection, int flags, int fd, off_t offset);

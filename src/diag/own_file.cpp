@@ -31,14 +31,23 @@ static int checked(int file, struct stat* status) {
   return -1;
 }
 
-int own_file_open(const char* path, int flags, mode_t mode, struct stat* status) {
+int own_directory_open(const char* path) {
+  static constexpr int kFlags = O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+  const int directory = open(path, kFlags);
+  // A link is no directory.
+  if (directory >= 0 || (errno != ENOTDIR && errno != ELOOP)) return directory;
+  char target[PATH_MAX];
+  return own_file_resolve(AT_FDCWD, path, target) ? open(target, kFlags) : -1;
+}
+
+int own_file_open(int directory, const char* path, int flags, mode_t mode, struct stat* status) {
   flags |= O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
-  int file = open(path, flags, mode);
+  int file = openat(directory, path, flags, mode);
   // The second is what the kernel says of another user's link where O_CREAT is asked.
   if (file < 0 && (errno == ELOOP || errno == EACCES)) {
     char target[PATH_MAX];
-    if (!own_file_resolve(path, target)) return -1;
-    file = open(target, flags, mode);
+    if (!own_file_resolve(directory, path, target)) return -1;
+    file = openat(directory, target, flags, mode);
   }
   return file < 0 ? -1 : checked(file, status);
 }
@@ -72,12 +81,12 @@ static bool step(int place, char (&path)[PATH_MAX], bool* more) {
   return false;
 }
 
-bool own_file_resolve(const char* path, char (&target)[PATH_MAX]) {
+bool own_file_resolve(int directory, const char* path, char (&target)[PATH_MAX]) {
   snprintf(target, sizeof target, "%s", path);
   bool more = true;
   for (int links = 0; more && links <= kLinksMax; ++links) {
     // The link itself is looked at and read, whatever takes its place meanwhile.
-    const int place = open(target, O_PATH | O_NOFOLLOW | O_CLOEXEC);
+    const int place = openat(directory, target, O_PATH | O_NOFOLLOW | O_CLOEXEC);
     if (place < 0) return errno == ENOENT;
     const bool done = step(place, target, &more);
     const int error = errno;

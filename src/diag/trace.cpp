@@ -1,10 +1,10 @@
 #include "diag/trace.h"
 
 #include <fcntl.h>
+#include <pthread.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cerrno>
 #include <cstdarg>
 #include <cstdint>
@@ -16,7 +16,8 @@
 
 static constexpr char kConsoleSwitch[] = "/tmp/wlandbg";
 static constexpr char kLogSwitch[] = "/tmp/auto_debug/rpc_dbg_en";
-static constexpr char kLog[] = "/tmp/auto_debug/dbg_rpc.log";
+static constexpr char kLogDirectory[] = "/tmp/auto_debug";
+static constexpr char kLog[] = "dbg_rpc.log";
 static constexpr char kBackupEnd[] = ".bak";
 // It holds pass phrases.
 static constexpr mode_t kLogMode = 0600;
@@ -39,40 +40,41 @@ void log_time_stamp(const struct tm* when, char (&stamp)[kTimeStampSize]) {
 }
 
 // The debug log is not there to fill the console: each complaint about it comes once.
-static void complain_once(std::atomic<bool>* said, const char* complaint) {
-  if (!said->exchange(true))
-    fprintf(stderr, "logToFile %s %s: %s\n", kLog, complaint, strerror(errno));
+static void complain_once(bool* said, const char* complaint) {
+  if (!*said)
+    fprintf(stderr, "logToFile %s/%s %s: %s\n", kLogDirectory, kLog, complaint, strerror(errno));
+  *said = true;
 }
 
-// The backup is beside the log: behind a link, on the drive that the link leads to.
-static bool move_to_backup() {
+// The backup is beside the log: when that is a link, on the drive that it leads to.
+static bool move_to_backup(int directory) {
   char log[PATH_MAX];
   char backup[sizeof log + sizeof kBackupEnd];
-  if (!own_file_resolve(kLog, log)) return false;
+  if (!own_file_resolve(directory, kLog, log)) return false;
   snprintf(backup, sizeof backup, "%s%s", log, kBackupEnd);
-  return rename(log, backup) == 0;
+  return renameat(directory, log, directory, backup) == 0;
 }
 
-static int open_any_log(struct stat* status) {
-  return own_file_open(kLog, O_RDWR | O_APPEND | O_CREAT, kLogMode, status);
+static int open_any_log(int directory, struct stat* status) {
+  return own_file_open(directory, kLog, O_RDWR | O_APPEND | O_CREAT, kLogMode, status);
 }
 
 // A log that others may have in their hands, under whatever name it had, becomes the
 // backup.
-static int open_log(struct stat* status) {
-  const int file = open_any_log(status);
+static int open_log(int directory, struct stat* status) {
+  const int file = open_any_log(directory, status);
   if (file < 0 || !own_file_was_shared(file, kLogMode, *status)) return file;
   close(file);
-  return move_to_backup() ? open_any_log(status) : -1;
+  return move_to_backup(directory) ? open_any_log(directory, status) : -1;
 }
 
 // Makes room in the log that is open, and returns the one to write to.
-static int rotate_log(int file) {
-  static std::atomic<bool> said = false;
+static int rotate_log(int directory, int file) {
+  static bool said = false;
   struct stat status;
-  if (move_to_backup()) {
+  if (move_to_backup(directory)) {
     close(file);
-    return open_log(&status);
+    return open_log(directory, &status);
   }
   complain_once(&said, "cannot be moved to its backup and is cut off");
   if (ftruncate(file, 0) == 0) return file;
@@ -80,12 +82,29 @@ static int rotate_log(int file) {
   return -1;
 }
 
-static FILE* open_log_stream() {
-  static std::atomic<bool> said = false;
+// The log with room for a line, or -1.
+static int open_log_with_room(int directory) {
   struct stat status;
-  int file = open_log(&status);
+  const int file = open_log(directory, &status);
   // A size of 2 GiB and more is negative here and counts as small: kept on purpose.
-  if (file >= 0 && static_cast<int32_t>(status.st_size) > kRotateAbove) file = rotate_log(file);
+  const bool full = file >= 0 && static_cast<int32_t>(status.st_size) > kRotateAbove;
+  return full ? rotate_log(directory, file) : file;
+}
+
+// The directory is held: it is the same one for all steps, whoever replaces it meanwhile.
+static int open_log_file() {
+  const int directory = own_directory_open(kLogDirectory);
+  if (directory < 0) return -1;
+  const int file = open_log_with_room(directory);
+  const int error = errno;
+  close(directory);
+  errno = error;
+  return file;
+}
+
+static FILE* open_log_stream() {
+  static bool said = false;
+  const int file = open_log_file();
   FILE* log = file < 0 ? nullptr : fdopen(file, "a+");
   if (log != nullptr) return log;
   complain_once(&said, "is not written");
@@ -93,10 +112,20 @@ static FILE* open_log_stream() {
   return nullptr;
 }
 
+// One thread at a time: of two that find the log full, the second would move the new
+// log over the backup.
+static FILE* open_log_in_turn() {
+  static pthread_mutex_t turn = PTHREAD_MUTEX_INITIALIZER;
+  pthread_mutex_lock(&turn);
+  FILE* log = open_log_stream();
+  pthread_mutex_unlock(&turn);
+  return log;
+}
+
 [[gnu::format(printf, 1, 0)]] static int append_to_log(const char* format, va_list values) {
   if (access(kLogSwitch, F_OK) != 0) return 0;
   if (format == nullptr) return -1;
-  FILE* log = open_log_stream();
+  FILE* log = open_log_in_turn();
   if (log == nullptr) return -1;
   const time_t now = time(nullptr);
   struct tm local;

@@ -56,7 +56,7 @@ static int wait_for_holder(const char* path) {
 }
 
 int open_lock_file(const char* path, mode_t mode, struct stat* status) {
-  int file = own_file_open(path, O_RDWR | O_CREAT, mode, status);
+  int file = own_file_open(AT_FDCWD, path, O_RDWR | O_CREAT, mode, status);
   for (int tries = 0; file < 0 && tries < kTriesMax; ++tries) {
     const int error = errno;
     const int old = tries == 0 ? wait_for_holder(path) : -1;
@@ -65,7 +65,7 @@ int open_lock_file(const char* path, mode_t mode, struct stat* status) {
     errno = error;
     // The first time somebody else may have removed it meanwhile.
     if (!removed && tries > 0) return -1;
-    file = own_file_open(path, O_RDWR | O_CREAT, mode, status);
+    file = own_file_open(AT_FDCWD, path, O_RDWR | O_CREAT, mode, status);
   }
   return file;
 }

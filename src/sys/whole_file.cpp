@@ -172,12 +172,12 @@ static bool give_mode(int file, const struct stat& status, mode_t mode) {
 // A file that others may have in their hands is replaced by a new one.
 static int open_own(const char* path, mode_t mode, struct stat* status) {
   constexpr int kFlags = O_WRONLY | O_CREAT;
-  const int file = own_file_open(path, kFlags, mode, status);
+  const int file = own_file_open(AT_FDCWD, path, kFlags, mode, status);
   if (file < 0 || !own_file_was_shared(file, mode, *status)) return file;
   close(file);
   char real[PATH_MAX];
-  if (!own_file_resolve(path, real) || unlink(real) != 0) return -1;
-  return own_file_open(path, kFlags, mode, status);
+  if (!own_file_resolve(AT_FDCWD, path, real) || unlink(real) != 0) return -1;
+  return own_file_open(AT_FDCWD, path, kFlags, mode, status);
 }
 
 bool file_overwrite_own(const char* path, const char* data, size_t length, mode_t mode) {

@@ -13,7 +13,7 @@ static constexpr char kFile[] = "/tmp/own";
 // 0, or the error of opening it for reading and writing.
 static int error_of_opening(const char* path = kFile, int flags = O_RDWR) {
   struct stat status;
-  const int file = own_file_open(path, flags, 0640, &status);
+  const int file = own_file_open(AT_FDCWD, path, flags, 0640, &status);
   if (file < 0) return errno;
   close(file);
   return 0;
@@ -23,7 +23,7 @@ TEST(OwnFile, IsMadeWithItsModeAndDescribed) {
   umask(0);
   struct stat status = {};
   EXPECT_EQ(error_of_opening(), ENOENT);
-  const int file = own_file_open(kFile, O_RDWR | O_CREAT, 0640, &status);
+  const int file = own_file_open(AT_FDCWD, kFile, O_RDWR | O_CREAT, 0640, &status);
   ASSERT_GE(file, 0);
   EXPECT_EQ(status.st_mode, S_IFREG | 0640u);
   EXPECT_EQ(fcntl(file, F_GETFD), FD_CLOEXEC);
@@ -64,9 +64,9 @@ TEST(OwnFile, LinksOfOursAreFollowedFromWhereTheyAre) {
   EXPECT_EQ(error_of_opening("/tmp/a/first", O_RDWR | O_CREAT), 0);
   EXPECT_TRUE(exists("/tmp/b/file"));
   char target[PATH_MAX];
-  EXPECT_TRUE(own_file_resolve("/tmp/a/first", target));
+  EXPECT_TRUE(own_file_resolve(AT_FDCWD, "/tmp/a/first", target));
   EXPECT_STREQ(target, "/tmp/b/file");
-  EXPECT_TRUE(own_file_resolve("/tmp/none", target));
+  EXPECT_TRUE(own_file_resolve(AT_FDCWD, "/tmp/none", target));
   EXPECT_STREQ(target, "/tmp/none");
 }
 

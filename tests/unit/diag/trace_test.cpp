@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <pthread.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -275,4 +276,36 @@ TEST(Log, MessageWithoutLineEndRunsIntoTheNext) {
   const std::string log = read_file(kLog);
   EXPECT_NE(log.find(" - first"), log.npos);
   EXPECT_EQ(log.find('\n'), log.size() - 1);
+}
+
+TEST(Log, LinkOfAnotherUserInPlaceOfTheDirectoryIsNotFollowed) {
+  mkdir("/tmp/elsewhere", 0755);
+  write_file("/tmp/elsewhere/rpc_dbg_en", "");
+  ASSERT_EQ(symlink("elsewhere", "/tmp/auto_debug"), 0);
+  EXPECT_EQ(logToFile("line\n"), 0);
+  EXPECT_EQ(after_stamp(read_file("/tmp/elsewhere/dbg_rpc.log")), "line\n") << "ours is followed";
+  unlink("/tmp/elsewhere/dbg_rpc.log");
+  if (!give_to_nobody("/tmp/auto_debug")) GTEST_SKIP() << kOneUser;
+  expect_refused("Too many levels of symbolic links");
+  EXPECT_FALSE(exists("/tmp/elsewhere/dbg_rpc.log"));
+}
+
+// The second of two that find it full must not move the new log over the backup.
+TEST(Log, BackupOutlivesThreadsThatFindTheLogFullAtOnce) {
+  switch_log_on();
+  for (int i = 0; i < 50; ++i) {
+    fill_log(1024001);
+    pthread_t threads[4];
+    for (pthread_t& thread : threads)
+      pthread_create(
+          &thread, nullptr,
+          [](void*) -> void* {
+            logToFile("line\n");
+            return nullptr;
+          },
+          nullptr);
+    for (const pthread_t thread : threads)
+      pthread_join(thread, nullptr);
+    ASSERT_EQ(read_file(kBackup).substr(0, 1024001), std::string(1024001, 'x')) << i;
+  }
 }

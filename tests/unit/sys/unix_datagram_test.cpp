@@ -44,8 +44,9 @@ TEST(UnixDatagram, BindTakesTheNameThatAnotherUserTook) {
   write_file("/tmp/own/inside", "");
   if (!give_to_nobody("/tmp/own")) GTEST_SKIP() << kOneUser;
   const int sock = unix_datagram_socket();
-  EXPECT_EQ(errors_of([&] { EXPECT_EQ(unix_datagram_bind(sock, "/tmp/own"), 0); }),
-            rpc_error_prefix("remove_planted") + "/tmp/own of user 65534 is removed\n");
+  EXPECT_EQ(
+      errors_of([&] { EXPECT_EQ(unix_datagram_bind(sock, "/tmp/own"), 0); }),
+      rpc_error_prefix("remove_planted") + "/tmp/own of user 65534 is moved out of the way\n");
   unix_datagram_close(sock, "/tmp/own");
 }
 
