@@ -18,8 +18,8 @@
 
 // Opens the own file at `path`, which begins in `directory` (AT_FDCWD: in the working
 // directory) when it is relative; with O_CREAT in `flags` one that is missing is made
-// with `mode`. A symbolic link is followed when this process's user made it. Nothing
-// is waited for, a FIFO's reader neither. `*status` receives what fstat tells.
+// with `mode`. A symbolic link is followed when this process's user made it. Never
+// blocks, not even on a FIFO without a reader. `*status` receives what fstat tells.
 // Returns the descriptor, or -1 with errno: ELOOP for the link of another user, EACCES
 // for a file of another user, EMLINK for one with several names, EINVAL for what is no
 // plain file, or what open() says.

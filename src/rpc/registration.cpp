@@ -19,7 +19,7 @@ void unregister_service() {
   pmap_unset(kProgram, kVersion);
 }
 
-// Without a place for the result it does not wait either.
+// Does not wait when there is no place for the result.
 static void call_portmapper(CLIENT* portmapper, rpcproc_t procedure, rpcb* row, bool_t* result) {
   const timeval patience = {result != nullptr ? 1 : 0, 0};
   const xdrproc_t encoder = FILTER(xdr_rpcb);
@@ -27,8 +27,8 @@ static void call_portmapper(CLIENT* portmapper, rpcproc_t procedure, rpcb* row, 
   clnt_call(portmapper, procedure, encoder, row, decoder, result, patience);
 }
 
-// The library sends a call that does not wait together with the next one. So nobody
-// else's call gets between removal and registration, or hardly ever.
+// The library sends a call that does not wait together with the next one. So hardly
+// ever does somebody else's call get between removal and registration.
 static bool replace_registration(CLIENT* portmapper, u_short port) {
   char empty[] = "";
   char udp[] = "udp";

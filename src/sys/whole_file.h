@@ -30,8 +30,8 @@ void file_release(file_image* image);
                                    size_t* length);
 
 // Creates a new file with one write and flushes it to its device. Only its
-// owner may read it. A leftover of that name is removed first, and what another user
-// made there, a directory too; on failure nothing is left. Returns the step that failed.
+// owner may read it. A leftover of that name is removed first, as is whatever another
+// user made there, even a directory; on failure nothing is left. Returns the step that failed.
 enum class file_step { done, open, write };
 [[nodiscard]] file_step file_create(const char* path, const char* data, size_t length);
 
