@@ -6,5 +6,5 @@
 // docs/procedures.md
 std::string reference_markdown();
 
-// packaging/wireshark/wlan_config.lua: a dissector for tshark and Wireshark.
+// packaging/wireshark/wlan_config_tables.lua: what the packet dissector knows of them.
 std::string reference_dissector();

@@ -1,4 +1,4 @@
-// Prints a reference page, see scripts/reference.
+// Prints a reference page, see scripts/generate.
 #include <cstdio>
 #include <cstring>
 

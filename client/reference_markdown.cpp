@@ -13,7 +13,7 @@ namespace {
 constexpr char kHead[] =
     "# Procedures\n"
     "\n"
-    "Generated from `src/rpc/procedures.def` by `scripts/reference`; do not edit.\n"
+    "Generated from `src/rpc/procedures.def` by `scripts/generate`; do not edit.\n"
     "\n"
     "Program 0x20131337, version 1, UDP, 192.168.254.254 port 60001. `wificonf\n"
     "describe NAME` says the same as these pages, `wificonf schema NAME` what\n"

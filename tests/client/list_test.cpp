@@ -8,6 +8,7 @@
 #include "json.h"
 #include "lookup.h"
 #include "run_support.h"
+#include "text.h"
 #include "topic.h"
 
 namespace {
@@ -32,7 +33,7 @@ TEST(List, EveryProcedureIsInOneTopic) {
     EXPECT_FALSE(list_find({"", topic}).empty()) << topic;
     listed += list_find({"", topic}).size();
   }
-  EXPECT_EQ(listed, 362u);
+  EXPECT_EQ(listed, table_procedures().size());
 }
 
 TEST(List, ByTopicAndPattern) {
@@ -71,12 +72,13 @@ TEST(List, ATopicIsItsWordOrAPartOfItThatNoOtherHas) {
 }
 
 TEST(List, TopicsAsTextAndJson) {
-  EXPECT_TRUE(describe_topics().starts_with(" 11  lifecycle\n 20  bss-and-ssid\n"))
+  const size_t count = list_find({"", topics().front()}).size();
+  EXPECT_TRUE(describe_topics().starts_with(text_format("%3zu  lifecycle\n", count)))
       << describe_topics();
   const auto all = nlohmann::json::parse(json_topics());
-  ASSERT_EQ(all.size(), 16u);
-  EXPECT_EQ(all[1], (nlohmann::json{
-                        {"topic", "bss-and-ssid"}, {"title", "BSS and SSID"}, {"procedures", 20}}));
+  ASSERT_EQ(all.size(), topics().size());
+  EXPECT_EQ(all[0], (nlohmann::json{
+                        {"topic", "lifecycle"}, {"title", "Lifecycle"}, {"procedures", count}}));
   const auto one = nlohmann::json::parse(json_list({lookup_name("wlan_ap_scan")}));
   EXPECT_EQ(one[0]["topic"], "site-survey");
 }

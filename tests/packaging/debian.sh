@@ -37,6 +37,9 @@ done
 check "the simulated gateway needs a portmapper" holds "$(field gwbox Depends)" "rpcbind, netbase"
 check "the client needs no daemon" not holds "$(field wificonf Depends)" wificonfd
 
+for file in wlan_config.x wlan_config.lua wlan_config_tables.lua; do
+  check "the client's package has $file" test -s "$dir/wificonf/usr/share/wificonfd/$file"
+done
 for page in wificonfd/usr/share/man/man8/wificonfd.8.gz wificonf/usr/share/man/man1/wificonf.1.gz \
   gwbox/usr/share/man/man1/gwbox.1.gz wificonfd/usr/share/man/man5/wlan_config.5.gz; do
   check "$page is compressed" gzip -t "$dir/$page"

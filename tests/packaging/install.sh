@@ -17,7 +17,8 @@ for file in share/wificonfd/wlan_config.x share/pkgconfig/wificonfd.pc \
   share/doc/wificonfd/README.md share/doc/wificonfd/packaging.md \
   share/doc/wificonfd/security.md \
   share/doc/wificonfd/DESIGN.md share/doc/wificonf/c-client.md share/doc/wificonf/procedures.md \
-  share/doc/gwbox/gwbox.md share/wificonfd/wlan_config.lua share/man/man1/gwbox-companion.1 \
+  share/doc/gwbox/gwbox.md share/wificonfd/wlan_config.lua share/wificonfd/wlan_config_tables.lua \
+  share/man/man1/gwbox-companion.1 \
   share/bash-completion/completions/wificonf share/zsh/vendor-completions/_wificonf \
   share/bash-completion/completions/gwbox share/zsh/vendor-completions/_gwbox; do
   check "$file is there" test -s "$dir/here/$file"
@@ -40,6 +41,20 @@ for name in README DESIGN CONTRIBUTING; do
 done
 check "the contract is the daemon's own" \
   cmp "$source/src/rpc/wlan_config.x" "$dir/here/share/wificonfd/wlan_config.x"
+# The dissector, given by its path and, with its tables, in Wireshark's plugins directory,
+# where each file is run by itself.
+dissects() {
+  home=$1
+  shift
+  HOME=$home tshark -G fields "$@" >"$dir/fields" 2>"$dir/errors"
+  grep -i lua "$dir/errors"
+  grep -q 'wlan_config[.]procedure' "$dir/fields" && ! grep -qi lua "$dir/errors"
+}
+mkdir -p "$dir/home/.local/lib/wireshark/plugins"
+check "the dissector finds its tables" dissects "$dir/home" \
+  -X "lua_script:$dir/here/share/wificonfd/wlan_config.lua"
+cp "$dir"/here/share/wificonfd/wlan_config*.lua "$dir/home/.local/lib/wireshark/plugins"
+check "and among plugins" dissects "$dir/home"
 check "the portmapper has its other name" same /sbin/rpcbind \
   "$(readlink "$dir/here/lib/wificonfd/portmap")"
 check "without its init script for OpenWrt" not test -e "$dir/here/etc"

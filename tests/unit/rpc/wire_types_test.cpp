@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <set>
+#include <sstream>
 #include <string>
 #include <type_traits>
 
@@ -124,14 +126,21 @@ TEST(WireTypes, EveryTypeIsRefusedWhereTheRoomEnds) {
 #undef TYPE
 }
 
-TEST(WireTypes, ContractHas169ArgumentStructures) {
-  int arguments = 0;
-  int others = 0;
-#define TYPE(name) ++(std::string(#name).ends_with("_1_argument") ? arguments : others);
+// That the tests here miss none: wire_types.def is made from the contract.
+TEST(WireTypes, EveryStructureOfTheSnapshotIsAmongThem) {
+  std::set<std::string> types;
+#define TYPE(name) types.insert(#name);
 #include "wire_types.def"
 #undef TYPE
-  EXPECT_EQ(arguments, 169);
-  EXPECT_EQ(others, 13);
+  std::istringstream snapshot(read_file(WIRE_SNAPSHOT));
+  size_t structures = 0;
+  for (std::string line; std::getline(snapshot, line);) {
+    if (!line.starts_with("struct ")) continue;
+    const std::string name = line.substr(7, line.find(' ', 7) - 7);
+    EXPECT_TRUE(types.contains(name)) << name;
+    ++structures;
+  }
+  EXPECT_GT(structures, 0u);
 }
 
 TEST(WireTypes, CharacterOfAVectorTakesFourBytes) {
