@@ -96,6 +96,9 @@ struct value_meaning {
 };
 const value_meaning& payload_value(const procedure_row& procedure);
 
+// All of them.
+std::span<const value_meaning> payload_values();
+
 // What return codes mean: "negative: the call failed" but for the setters that
 // answer as the profile's update does.
 const char* payload_codes(const procedure_row& procedure);

@@ -68,6 +68,10 @@ constexpr value_meaning kNoMeaning = {"", "", ""};
 
 }  // namespace
 
+std::span<const value_meaning> payload_values() {
+  return kValues;
+}
+
 const value_meaning& payload_value(const procedure_row& procedure) {
   for (const value_meaning& value : kValues) {
     if (std::string_view(value.procedure) == procedure.name) return value;

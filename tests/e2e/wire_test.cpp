@@ -128,7 +128,7 @@ TEST(Table, InertProceduresTouchNothing) {
   EXPECT_EQ(read_file("/run/gwbox/journal.jsonl"), "");
 }
 
-TEST(Table, RefusingProceduresAreTheSixOfTheCatalogue) {
+TEST(Table, OnlyTheseInertProceduresRefuse) {
   start_daemon();
   std::vector<uint32_t> refusing;
   for (const auto& [number, procedure] : table()) {

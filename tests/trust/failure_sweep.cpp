@@ -77,20 +77,20 @@ static std::vector<tally> sweep_operations(const options& given,
   bring_up();
   std::vector<tally> rows;
   tally inert = {};
-  int inert_count = 0;
+  bool inert_swept = false;
   int turn = 0;
   for (const operation& op : all) {
     if (!given.only.empty() && !is_of(op, given.only)) continue;
-    if (op.inert && given.how_much == extent::kSample && inert_count > 0) continue;
+    if (op.inert && given.how_much == extent::kSample && inert_swept) continue;
     const tally row = sweep_operation(op, given.how_much, turn++);
     if (op.inert)
       add_tally(&inert, row);
     else
       rows.push_back(row);
-    inert_count += op.inert;
+    inert_swept |= op.inert;
   }
-  inert.name = std::to_string(inert_count) + " that only answer";
-  if (inert_count > 0) rows.push_back(inert);
+  inert.name = "those that only answer";
+  if (inert_swept) rows.push_back(inert);
   stop_traced();
   return rows;
 }

@@ -9,7 +9,7 @@ trap 'rm -f "$rows" "$rows.diff"' EXIT
 for part in procedures in-place sequences; do
   awk -v title="### mt7603+mt7612: $part" -F ' *[|] *' '
     /^###/ { inside = $0 == title }
-    inside && /^[|] / && $2 != "operation" && $2 != "all" && $2 !~ /that only answer$/ { print $2 }
+    inside && /^[|] / && $2 != "operation" && $2 != "all" && $2 != "those that only answer" { print $2 }
   ' "$page" >"$rows"
   "$sweep" --list "$part" | diff "$rows" - >"$rows.diff" || {
     cat "$rows.diff"

@@ -319,7 +319,7 @@ TEST(Inert, EveryOperationAnswersItsStatusAndZeros) {
   }
 }
 
-TEST(Inert, OnlySixAreRefused) {
+TEST(Inert, OnlyTheseAreRefused) {
   const std::set<std::string> refused = {"WLAN_GET_IGMP_SNOOPING",    "WLAN_GET_AIRTIME_ENABLE",
                                          "WLAN_GET_DOT11U_ENABLE",    "WLAN_SET_DOT11U_ENABLE",
                                          "WLAN_GET_DOT11U_ATTRIBUTE", "WLAN_SET_DOT11U_ATTRIBUTE"};

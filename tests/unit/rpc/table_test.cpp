@@ -1,11 +1,8 @@
 // The procedure table against the committed wire snapshot, tests/wire_snapshot.txt:
-// a line per procedure and, behind them, a line per type of the contract.
+// a line per procedure, then a line per type of the contract.
 //
 // Clients in the field depend on every line. Lines may be added together with
-// what they describe, never changed or removed. This adds them:
-//
-//   gwbox run --no-portmap -- env WIRE_SNAPSHOT_OUTPUT=/path/of/the/snapshot
-//       unit_tests --gtest_filter=WireSnapshot.AdditionsAreRecorded
+// what they describe, never changed or removed. scripts/generate adds them.
 
 #include <gtest/gtest.h>
 
@@ -94,7 +91,7 @@ TEST(WireSnapshot, AdditionsAreRecorded) {
   std::vector<std::string> recorded;
   for (const std::string& line : lines_of(read_file(WIRE_SNAPSHOT)))
     recorded.push_back(compared(line));
-  EXPECT_EQ(recorded, lines_of(snapshot())) << "the head of this file says how to add lines";
+  EXPECT_EQ(recorded, lines_of(snapshot())) << "when this was added on purpose: scripts/generate";
 }
 
 // What the library sends in one piece, less the reply's header and lengths.
