@@ -10,7 +10,31 @@
 
 using string_t = char*;
 
+// ---- Every row is of a procedure of wlan_config.x. What is looked up in `contract` is
+// found there or else in `listed`.
+
+namespace listed {
+#define PROCEDURE(number, name, ...) constexpr bool declares_##name = false;
+#include "rpc/procedures.def"
+}  // namespace listed
+
+namespace contract {
+using namespace listed;
+#define PROGRAM_PROCEDURE(name) constexpr bool declares_##name = true;
+#include "rpc/program_procedures.h"
+#undef PROGRAM_PROCEDURE
+}  // namespace contract
+
+#define PROCEDURE(number, name, ...)             \
+  static_assert(contract::declares_##name, #name \
+                " has a row and is not in wlan_config.x: declare it there, with number " #number);
+#include "rpc/procedures.def"
+
 // ---- Number, argument and answer. The client stub that rpcgen declares tells them.
+
+// So that a structure that is not there is another argument, no error of its own.
+#define PROCEDURE(number, name, stem, ...) struct stem##_1_argument;
+#include "rpc/procedures.def"
 
 template <typename Stub>
 struct declared;
@@ -53,31 +77,36 @@ struct declared<clnt_stat(Argument*, Result*, CLIENT*)> {
   };
 #include "rpc/procedures.def"
 
-// ... has the layout of the argument, member by member.
+// ... has the layout of the argument, member by member. In templates, where a member
+// that is not there is no error of its own.
 
-template <typename Listed, typename Argument>
+template <typename Listed, typename In>
 constexpr bool kAllListed = true;
-template <typename Listed, typename Argument>
-requires std::is_class_v<Argument>
-constexpr bool kAllListed<Listed, Argument> = sizeof(Listed) == sizeof(Argument);
+template <typename Listed, typename In>
+requires std::is_class_v<In> && requires {
+  sizeof(In);
+}
+constexpr bool kAllListed<Listed, In> = sizeof(Listed) == sizeof(In);
 
-#define SAME(type, member)                                            \
-  static_assert(std::is_same_v<decltype(in::member), type> &&         \
-                    offsetof(listed, member) == offsetof(in, member), \
-                "member " #member ": wlan_config.x has another type or place for it");
+#define SAME(type, member)                                      \
+  &&requires {                                                  \
+    requires(std::is_same_v<decltype(In::member), type> &&      \
+             offsetof(Listed, member) == offsetof(In, member)); \
+  }
 #define NOTHING
 #define SHARED(stem)
 #define INDEX(name) SAME(int, name)
 #define FIELD(type, name) SAME(type, name)
 #define ONLY_INDEX(name)
 #define ONLY(type, name)
-#define PROCEDURE(number, name, stem, topic, members, ...)                              \
-  [[maybe_unused]] static void members_of_##stem() {                                    \
-    using in [[maybe_unused]] = ARGUMENT(stem, FIRST_##members);                        \
-    using listed [[maybe_unused]] = listed_##stem;                                      \
-    members static_assert(kAllListed<listed, in>,                                       \
-                          #name ": wlan_config.x has more members than the row lists"); \
-  }
+#define PROCEDURE(number, name, stem, topic, members, ...)                                     \
+  template <typename Listed, typename In>                                                      \
+  constexpr bool members_of_##stem = kAllListed<Listed, In> members;                           \
+  static_assert(members_of_##stem<listed_##stem, ARGUMENT(stem, FIRST_##members)>, #name       \
+                ": the row has " #members                                                      \
+                "; write the members that its argument has in "                                \
+                "wlan_config.x, in their order: INDEX for a leading int, FIELD with its type " \
+                "for all others");
 #include "rpc/procedures.def"
 
 // ---- The order, and that no procedure is without a row.
@@ -87,11 +116,12 @@ constexpr unsigned kNumbers[] = {
 #include "rpc/procedures.def"
 };
 
-// Whether the numbers before it are smaller.
+// Whether the number of the row before it is smaller.
 constexpr bool in_order(unsigned number) {
+  unsigned before = 0;
   for (const unsigned other : kNumbers) {
-    if (other == number) return true;
-    if (other > number) return false;
+    if (other == number) return before < number;
+    before = other;
   }
   return false;
 }

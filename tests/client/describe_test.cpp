@@ -33,14 +33,16 @@ TEST(Describe, EveryArgumentHasAMeaningAndAnAcceptedExample) {
       const meaning_entry* meaning = meanings_find(procedure, argument.name);
       ASSERT_NE(meaning, nullptr) << procedure.name << ": client/meanings.cpp has to say what "
                                   << argument.name << " means";
-      EXPECT_GT(meanings_text(procedure, argument).size(), 5u) << argument.name;
-      EXPECT_FALSE(contains(meaning->example, "'")) << argument.name;
+      EXPECT_GT(meanings_text(procedure, argument).size(), 5u)
+          << procedure.name << ": " << argument.name;
+      EXPECT_FALSE(contains(meaning->example, "'")) << procedure.name << ": " << argument.name;
       examples.push_back(meaning->example);
     }
     byte_string bytes;
     std::string error;
-    EXPECT_TRUE(arguments_encode(procedure, examples, bytes, error)) << error;
-    EXPECT_TRUE(arguments_check(procedure, examples, error)) << error;
+    EXPECT_TRUE(arguments_encode(procedure, examples, bytes, error) &&
+                arguments_check(procedure, examples, error))
+        << procedure.name << ": client/meanings.cpp has an example that it refuses: " << error;
   }
 }
 
@@ -139,7 +141,8 @@ TEST(Describe, EveryWordOfARecordHasAName) {
     uint32_t named = layout->rows == nullptr ? 0 : layout->rows->stride * layout->rows->capacity;
     for (const payload_field& field : layout->fields)
       named += payload_width(field);
-    EXPECT_EQ(named, procedure.size) << procedure.name;
+    EXPECT_EQ(named, procedure.size)
+        << procedure.name << ": client/layouts.cpp has to name every word of it";
   }
 }
 

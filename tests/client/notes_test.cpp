@@ -31,9 +31,10 @@ TEST(Notes, WhatComesFirstIsAnotherProcedureThatDoesSomething) {
     for (const std::string& name : notes_needs(procedure)) {
       EXPECT_FALSE(procedure.inert) << procedure.name << " does nothing, whatever comes first";
       const procedure_row* needed = lookup_name(name);
-      ASSERT_NE(needed, nullptr) << name;
-      EXPECT_FALSE(needed->inert) << name;
-      EXPECT_NE(needed, &procedure) << name << " needs itself";
+      const std::string what = std::string(procedure.name) + " has in its .needs " + name;
+      ASSERT_NE(needed, nullptr) << what << ", which is no procedure";
+      EXPECT_FALSE(needed->inert) << what << ", which does nothing";
+      EXPECT_NE(needed, &procedure) << what;
     }
   }
 }
@@ -42,7 +43,8 @@ TEST(Notes, EveryCallOfTheControllerNeedsItToRun) {
   for (const procedure_row& procedure : table_procedures()) {
     const std::string name = procedure.name;
     if (!name.starts_with("HNC_") || procedure.inert || name == "HNC_SET_ENABLE") continue;
-    EXPECT_EQ(notes_needs(procedure), std::vector<std::string>{"hnc_set_enable"}) << name;
+    EXPECT_EQ(notes_needs(procedure), std::vector<std::string>{"hnc_set_enable"})
+        << name << ": write .needs = \"HNC_SET_ENABLE\" at the end of its row";
   }
 }
 
