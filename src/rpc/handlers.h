@@ -54,12 +54,13 @@ using value_of = typename Row::answer::value;
 #define OWN(number, name, stem, ...) row_##stem::handler stem##_1_svc;
 #include "rpc/procedures.def"
 
-// Their names differ from their procedures': kept on purpose.
-inline constexpr auto& hnc_get_client_rrm_enable_1_svc = hnc_get_rrm_enable_1_svc;
-inline constexpr auto& wlan_get_radio_bytes_send_1_svc = wlan_get_radio_bytes_sent_1_svc;
-inline constexpr auto& wlan_get_radio_bytes_receive_1_svc = wlan_get_radio_bytes_received_1_svc;
-inline constexpr auto& wlan_get_ssid_bytes_send_1_svc = wlan_get_ssid_bytes_sent_1_svc;
-inline constexpr auto& wlan_get_ssid_bytes_receive_1_svc = wlan_get_ssid_bytes_received_1_svc;
+// Names that differ from their procedures': kept on purpose.
+
+#define PROCEDURE(...)
+#define HANDLER(stem) stem##_1_svc
+#define RENAMED(number, name, stem, topic, members, answer, back_end, summary, handler, ...) \
+  inline constexpr auto& handler = stem##_1_svc;
+#include "rpc/procedures.def"
 
 // Handlers without a procedure number: getters for the DCS settings that only
 // the setters ever got numbers for. They answer an empty record.

@@ -49,9 +49,9 @@ struct entry_trace {
 };
 
 struct row_facts {
+  const char* handler = nullptr;  // its name where that is not STEM_1_svc
   asking effect = asking::kByAnswer;
   const char* needs = "";  // procedures to call first, with blanks between
   entry_trace entry = {};
   bool answer_shown_twice = false;  // the trace repeats the answer's text
-  const char* handler = nullptr;    // its name where that is not STEM_1_svc
 };
