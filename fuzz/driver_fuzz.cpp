@@ -178,12 +178,17 @@ static void read_basic(int bss) {
 static void read_counters(int bss) {
   std::string counters;
   const bool answered = answer_to_come(55, 56, &counters);
-  const std::unique_ptr<uint32_t[]> words(new uint32_t[16]());
-  CHECK(wlan_getStats(bss, words.get()) == 0);
+  // On the heap, so that nothing after them is written.
+  struct record_of_stats {
+    traffic_stats words;
+  };
+  const auto stats = std::make_unique<record_of_stats>();
+  traffic_stats& words = stats->words;
+  CHECK(wlan_getStats(bss, words) == 0);
   CHECK(words[0] == (answered ? word_at(counters, 24) : 0) && words[10] == 0);
   CHECK(words[9] == (answered ? word_at(counters, 52) : 0) && words[11] == 0);
-  std::fill_n(words.get(), 16, 0);
-  CHECK(wlan_getRadioStats(bss, words.get()) == (bss >= 1 && bss <= 16 ? 0 : -1));
+  *stats = {};
+  CHECK(wlan_getRadioStats(bss, words) == (bss >= 1 && bss <= 16 ? 0 : -1));
   CHECK(words[2] == 0 && words[3] == 0 && words[15] == 0);
 }
 

@@ -10,7 +10,7 @@
 enum { kStatsOfBss, kStatsOfRadio };
 
 // An unknown type fails and asks the driver nothing.
-static int read_stats(int bss, u_int type, uint32_t* words) {
+static int read_stats(int bss, u_int type, traffic_stats& words) {
   if (type == kStatsOfBss) return wlan_getStats(bss, words);
   if (type == kStatsOfRadio) return wlan_getRadioStats(bss, words);
   return -1;

@@ -42,7 +42,7 @@ int wlan_getBasicStats(int bss, basic_stats* out) {
   return 0;
 }
 
-int wlan_getStats(int bss, uint32_t* out) {
+int wlan_getStats(int bss, traffic_stats& out) {
   REV_TRACE("%s: index=%d\n", __func__, bss);
   const driver_counters counters = read_counters(bss);
   int place = 0;
@@ -52,13 +52,13 @@ int wlan_getStats(int bss, uint32_t* out) {
   return 0;
 }
 
-static void add_counters(int bss, uint32_t* out) {
+static void add_counters(int bss, traffic_stats& out) {
   const driver_counters counters = read_counters(bss);
   for (const radio_word& row : kRadioCounters)
     out[row.word] += counters.words[row.counter];
 }
 
-int wlan_getRadioStats(int bss, uint32_t* out) {
+int wlan_getRadioStats(int bss, traffic_stats& out) {
   REV_TRACE("%s: index=%d\n", __func__, bss);
   const int radio = bss_to_radio_index(bss);
   if (radio == -1) return -1;

@@ -16,6 +16,7 @@ struct basic_stats {
 };
 static_assert(sizeof(basic_stats) == 20);
 
+// Of either kind, as the caller receives them.
 constexpr int kStatsWords = 11;
 constexpr int kRadioStatsWords = 16;
 using traffic_stats = uint32_t[kRadioStatsWords];
@@ -23,10 +24,9 @@ using traffic_stats = uint32_t[kRadioStatsWords];
 // 0 always.
 int wlan_getBasicStats(int bss, basic_stats* out);
 
-// Ten counters and a 0, kStatsWords words. 0 always.
-int wlan_getStats(int bss, uint32_t* out);
+// Ten counters and a 0; the words after the first kStatsWords stay as they are. 0 always.
+int wlan_getStats(int bss, traffic_stats& out);
 
 // Sums over the BSSes of the radio of `bss` that its profile has enabled, added
-// to the caller's kRadioStatsWords zeros; some words stay zero. -1 for an index of
-// no radio, else 0.
-int wlan_getRadioStats(int bss, uint32_t* out);
+// to the caller's zeros; some words stay zero. -1 for an index of no radio, else 0.
+int wlan_getRadioStats(int bss, traffic_stats& out);

@@ -33,7 +33,7 @@ static words basic_words(int bss) {
 }
 
 static words stats(int bss) {
-  uint32_t out[kStatsWords + 1];
+  traffic_stats out;
   memset(out, 0xEE, sizeof out);
   EXPECT_EQ(wlan_getStats(bss, out), 0);
   EXPECT_EQ(out[kStatsWords], 0xEEEEEEEE);
@@ -41,7 +41,7 @@ static words stats(int bss) {
 }
 
 static words radio_stats(int bss) {
-  uint32_t out[kRadioStatsWords] = {};
+  traffic_stats out = {};
   EXPECT_EQ(wlan_getRadioStats(bss, out), 0);
   return words(out, out + kRadioStatsWords);
 }
@@ -150,7 +150,7 @@ TEST(Traffic, RadioWithoutEnabledBssesHasZerosAndAsksNothing) {
 
 TEST(Traffic, IndexOfNoRadioFails) {
   for (const int bss : {0, 17, -5, INT_MIN, INT_MAX}) {
-    uint32_t out[kRadioStatsWords] = {};
+    traffic_stats out = {};
     EXPECT_EQ(wlan_getRadioStats(bss, out), -1) << bss;
     EXPECT_EQ(words(out, out + kRadioStatsWords), words(16, 0)) << bss;
   }
@@ -180,7 +180,7 @@ TEST(Traffic, StatsAreTracedOnTheConsole) {
                 "SSID index=12, bss_enable = 0\n" + radio + "SSID index=13, bss_enable = 0\n" +
                 radio + "SSID index=14, bss_enable = 0\n" + radio +
                 "SSID index=15, bss_enable = 0\n" + radio + "SSID index=16, bss_enable = 0\n");
-  uint32_t none[kRadioStatsWords] = {};
+  traffic_stats none = {};
   EXPECT_EQ(output_of([&] { EXPECT_EQ(wlan_getRadioStats(17, none), -1); }),
             radio + "wlan_getRadioStats: index=17\n");
   EXPECT_EQ(logged(), "");
