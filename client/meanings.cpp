@@ -74,7 +74,6 @@ constexpr meaning_entry kMeanings[] = {
     {"WLAN_SET_CUSTOM_SSID_STR", "ssid", "custom network name", "Guest", kSsid},
     {"WLAN_GET_WPS_RESULT_STATUS", "bss", "radio", "1", kRadio},
     {"WLAN_SET_MAC_ADDRESS_CONTROL_ADD", "name", "accepted, shown in traces and not used", "phone"},
-    {"WLAN_SET_WPS_MODE", "wps_mode", kUnused, "on"},
     {"WLAN_SET_RAD_STAT_ENABLE", "radio", "radio", "9", kRadio},
     {"WLAN_GET_CHANNEL_STATISTICS", "radio", "radio", "9", kRadio},
     {"WLAN_GET_CHANNEL_NOISE_FLOOR", "radio", "radio", "9", kRadio},

@@ -47,7 +47,6 @@ constexpr procedure_note kNotes[] = {
     {"WLAN_RESTART_ALL", kRestartQueue},
     {"WLAN_RESET", "Not queued: done when \"ok\" comes. Waits for a load at work; fails while an init or a restart is at work."},
 
-    {"WLAN_SET_WPS_MODE", "Does nothing, though the answer is \"ok\": WPS is on where the profile says so (WscEnable)."},
     {"WLAN_SET_WPS_PUSHBUTTON", kWps},
     {"WLAN_SET_WPS_PINSTART", kWps},
     {"WLAN_SET_WPS_OOB", kWpsOn},

@@ -121,10 +121,6 @@ int wlan_setWpsCancel(int bss) {
   return 0;
 }
 
-int wlan_setWpsMode(int /*bss*/, int /*mode*/) {
-  return 0;
-}
-
 static constexpr unsigned kObjectWpsStatus = 0x0751;
 static constexpr unsigned kObjectWpsUuid = 0x0753;
 static constexpr unsigned kObjectWpsState = 0x0AA0;

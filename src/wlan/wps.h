@@ -24,9 +24,6 @@ int wlan_setWpsOOB(int bss);
 // Ends the session; nothing where the BSS's WPS is off. Returns 0.
 int wlan_setWpsCancel(int bss);
 
-// As inert as the switch of WPS: returns 0.
-int wlan_setWpsMode(int bss, int mode);
-
 // The driver's UUID text, at most kWpsUuidSize bytes with its NUL; empty when the
 // driver does not tell. Returns 0.
 constexpr size_t kWpsUuidSize = 121;

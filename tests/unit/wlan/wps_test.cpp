@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <climits>
 #include <cstring>
 #include <regex>
 #include <string>
@@ -256,14 +255,6 @@ TEST(Wps, ResetAndCancelAskForTheSwitchOfWpsOnly) {
   EXPECT_EQ(new_texts(), "ra1 WscConfStatus=1\n");
   EXPECT_EQ(wlan_setWpsCancel(9), 0);
   EXPECT_EQ(new_texts(), "ra8 WscStop\n");
-}
-
-TEST(Wps, ModeIsAcceptedAndDoesNothing) {
-  for (const int mode : {0, 1, INT_MIN}) {
-    EXPECT_EQ(wlan_setWpsMode(1, mode), 0);
-    EXPECT_EQ(wlan_setWpsMode(INT_MAX, mode), 0);
-  }
-  EXPECT_EQ(driver_requests().size(), 0u);
 }
 
 TEST(Wps, StartsAreTracedOnTheConsole) {
