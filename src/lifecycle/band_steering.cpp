@@ -38,8 +38,7 @@ static identity identity_of(int radio) {
   const char* profile = bss_profile(radio);
   identity bss = {};
   static_cast<void>(wifiprofile_getParam(profile, "SSID1", bss.ssid, 32));
-  static_cast<void>(
-      wifiprofile_getParam_with_index(profile, "AuthMode", 0, bss.authentication, 20));
+  static_cast<void>(read_bss_field(radio, "AuthMode", bss.authentication, 20));
   static_cast<void>(wifiprofile_getParam(profile, "WPAPSK1", bss.passphrase, 65));
   return bss;
 }
@@ -55,8 +54,8 @@ int isAbleToEnableBandSteering() {
   const char* difference = first_difference(identity_of(kRadio24), identity_of(kRadio5));
   if (difference == nullptr) return 1;
   RPC_TRACE("unable to enable BandSteering because 2.4G and 5G %s is different\n", difference);
-  wifiprofile_updateParam_force(bss_profile(kRadio24), "BandSteering", "0", "");
-  wifiprofile_updateParam_force(bss_profile(kRadio5), "BandSteering", "0", "");
+  force_value(kRadio24, "BandSteering", "0");
+  force_value(kRadio5, "BandSteering", "0");
   return 0;
 }
 

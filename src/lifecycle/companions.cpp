@@ -137,8 +137,7 @@ static bool has_radius_server(int radio) {
   static constexpr int kServerLimit = 16;
   for (int bss = radio; bss < radio + kSteps; ++bss) {
     char server[kProfileFieldBuffer] = {};
-    const int found = wifiprofile_getParam_with_index(bss_profile(bss), "RADIUS_Server",
-                                                      bss_list_position(bss), server, kServerLimit);
+    const int found = read_bss_field(bss, "RADIUS_Server", server, kServerLimit);
     if (found != 0 && strcmp(server, "0.0.0.0") != 0) return true;
   }
   return false;

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <span>
+#include <string_view>
+
 // The driver's profile files: one plain-text file per band, lines "Key=Value",
 // shared with the driver and with other processes of the box.
 //
@@ -51,20 +54,34 @@ constexpr unsigned kProfileWritten = 1;
 constexpr unsigned kProfileUnchanged = 2;  // all values in place, or a negative index
 constexpr unsigned kProfileFailed = 0;
 
-// Set whole values: pairs of key and value, closed by an empty key. A key that
-// is not in the file fails the call, and nothing is written.
+struct profile_setting {
+  std::string_view key;
+  int index;  // of the field; 0 where whole values are set
+  std::string_view value;
+};
+
+enum class update_form {
+  // Whole values. A key that is not in the file fails the call, and nothing is
+  // written.
+  values,
+  // One field of each value. A list that is shorter is filled up with empty fields.
+  fields,
+  // The forced forms take one setting. They write its line whether or not the value
+  // changes and append it when it is missing, a field as its whole value.
+  forced_values,
+  forced_fields,
+};
+
 // Refused with a message, nothing touched: a line end in a key or value, a ";"
 // in a field, a key of more than 31 characters, a value that kProfileValueBuffer
 // does not hold.
+unsigned profile_update(const char* path, update_form form,
+                        std::span<const profile_setting> settings);
+
+// The same in lists: pairs of key and value, or triples of key, int index and
+// field, closed by an empty key.
 unsigned wifiprofile_updateParam(const char* path, ...);
-
-// Set one field of each value: triples of key, int index and field, closed by
-// an empty key. A list that is shorter is filled up with empty fields.
 unsigned wifiprofile_updateParam_with_index(const char* path, ...);
-
-// The forced forms take one key. They write its line whether or not the value
-// changes and append it when it is missing (the indexed form then with the
-// field as its whole value).
 unsigned wifiprofile_updateParam_force(const char* path, ...);
 unsigned wifiprofile_updateParam_with_index_force(const char* path, ...);
 

@@ -1,7 +1,6 @@
 #include <sys/time.h>
 
 #include <cerrno>
-#include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -15,21 +14,14 @@
 
 namespace {
 
-struct request {
-  std::string_view key;  // NUL behind it
-  int index;             // 0 in the forms without an index
-  const char* value;
-};
-
-// One update on its way from the argument list to the new content.
+// One update on its way to the new content.
 struct update {
   const char* name;  // the function in messages
   bool with_index;
   bool forced;
-  request* requests = nullptr;  // owned by run_update
-  int request_count = 0;
-  int changed = 0;
-  int unchanged = 0;
+  std::span<const profile_setting> settings;
+  size_t changed = 0;
+  size_t unchanged = 0;
   bool refused = false;
   text_buffer content = {};
 };
@@ -39,77 +31,54 @@ struct update {
 // Every key and value that are taken fit one line, "Key=Value" and its end.
 static_assert(kProfileKeyMax + 1 + (kProfileValueBuffer - 1) + 1 <= kProfileLineMax);
 
-// Why a request cannot be stored, or null.
-static const char* objection(const request& wanted, bool with_index) {
-  const size_t key_length = wanted.key.size();
-  const size_t value_length = strlen(wanted.value);
+// Why a setting cannot be stored, or null.
+static const char* objection(const profile_setting& wanted, bool with_index) {
   if (wanted.key.find_first_of("\r\n=") != wanted.key.npos) return "line end or '=' in the key";
-  if (strpbrk(wanted.value, "\r\n") != nullptr) return "line end in the value";
-  if (with_index && strchr(wanted.value, ';') != nullptr) return "';' in a field";
-  if (key_length > kProfileKeyMax) return "key too long";
-  if (value_length >= kProfileValueBuffer) return "value too long";
+  if (wanted.value.find_first_of("\r\n") != wanted.value.npos) return "line end in the value";
+  if (with_index && wanted.value.find(';') != wanted.value.npos) return "';' in a field";
+  if (wanted.key.size() > kProfileKeyMax) return "key too long";
+  if (wanted.value.size() >= kProfileValueBuffer) return "value too long";
   return nullptr;
 }
 
-// The next request of an argument list; false at its end. A va_list passed by
-// itself is a copy on most processors: the caller's would not move on.
-static bool next_request(bool with_index, va_list* list, request* wanted) {
-  wanted->key = va_arg(*list, const char*);
-  if (wanted->key.empty()) return false;
-  wanted->index = with_index ? va_arg(*list, int) : 0;
-  wanted->value = va_arg(*list, const char*);
+static int shown_length(std::string_view text) {
+  return static_cast<int>(text.size());
+}
+
+static void report_refusal(const update& work, std::string_view key, const char* reason) {
+  trace_rpc_error(work.name, "%.*s refused: %s\n", shown_length(key), key.data(), reason);
+}
+
+// False for a setting that cannot be stored, reported.
+static bool accept_setting(const update& work, const profile_setting& wanted) {
+  trace_rpc(work.name, "%s: param:%.*s[%d]=%.*s\n", work.name, shown_length(wanted.key),
+            wanted.key.data(), wanted.index, shown_length(wanted.value), wanted.value.data());
+  const char* reason = objection(wanted, work.with_index);
+  if (reason != nullptr) report_refusal(work, wanted.key, reason);
+  return reason == nullptr;
+}
+
+// False for a negative index among them, reported.
+static bool accept_indexes(const update& work) {
+  for (const profile_setting& wanted : work.settings) {
+    if (wanted.index >= 0) continue;
+    trace_rpc_error(work.name, "Index %d is error, it should be 0 or positive\n", wanted.index);
+    return false;
+  }
   return true;
 }
 
-// Counts the requests. False for a negative index among them, reported.
-static bool count_requests(update* work, va_list list) {
-  va_list walk;
-  va_copy(walk, list);
-  request wanted;
-  bool valid = true;
-  while (valid && next_request(work->with_index, &walk, &wanted)) {
-    ++work->request_count;
-    valid = wanted.index >= 0;
-  }
-  va_end(walk);
-  if (valid) return true;
-  trace_rpc_error(work->name, "Index %d is error, it should be 0 or positive\n", wanted.index);
-  return false;
-}
-
-// False for a request that cannot be stored, reported.
-static bool accept_request(const update& work, const request& wanted) {
-  trace_rpc(work.name, "%s: param:%s[%d]=%s\n", work.name, wanted.key.data(), wanted.index,
-            wanted.value);
-  const char* reason = objection(wanted, work.with_index);
-  if (reason == nullptr) return true;
-  trace_rpc_error(work.name, "%s refused: %s\n", wanted.key.data(), reason);
-  return false;
-}
-
-// Takes the requests over. False for one that cannot be stored.
-static bool take_requests(update* work, va_list list) {
-  va_list walk;
-  va_copy(walk, list);
-  request* wanted = work->requests;
-  bool accepted = true;
-  while (accepted && next_request(work->with_index, &walk, wanted))
-    accepted = accept_request(*work, *wanted++);
-  va_end(walk);
-  return accepted;
-}
-
-static const request* match(const update& work, std::string_view line) {
+static const profile_setting* match(const update& work, std::string_view line) {
   // A forced update acts on its first key only.
-  const int count = work.forced && work.request_count > 0 ? 1 : work.request_count;
-  for (int i = 0; i < count; ++i) {
-    if (sets_key(line, work.requests[i].key)) return &work.requests[i];
+  const size_t count = work.forced && !work.settings.empty() ? 1 : work.settings.size();
+  for (const profile_setting& wanted : work.settings.first(count)) {
+    if (sets_key(line, wanted.key)) return &wanted;
   }
   return nullptr;
 }
 
-// The value that the request gives a line, in `out`. False when it does not fit.
-static bool new_value(const update& work, const request& wanted, std::string_view old,
+// The value that the setting gives a line, in `out`. False when it does not fit.
+static bool new_value(const update& work, const profile_setting& wanted, std::string_view old,
                       char (&out)[kProfileValueBuffer], std::string_view* value) {
   if (!work.with_index) {
     *value = wanted.value;
@@ -135,9 +104,9 @@ static void append_setting(update* work, std::string_view key, std::string_view 
   trace_rpc(work->name, "%s %.*s\n success\n", forced_trace, length, work->content.data + start);
 }
 
-// Works on a line that a request names. `kept` is where the lines before it begin
+// Works on a line that a setting names. `kept` is where the lines before it begin
 // that stay as they are and are not written yet: they are copied in one piece.
-static void change_line(update* work, const request& wanted, std::string_view line,
+static void change_line(update* work, const profile_setting& wanted, std::string_view line,
                         const char** kept) {
   setting found = {};
   // It has a "=", since it sets the key.
@@ -145,7 +114,7 @@ static void change_line(update* work, const request& wanted, std::string_view li
   char buffer[kProfileValueBuffer];
   std::string_view value;
   if (!new_value(*work, wanted, found.value, buffer, &value)) {
-    trace_rpc_error(work->name, "%s refused: value too long\n", wanted.key.data());
+    report_refusal(*work, wanted.key, "value too long");
     work->refused = true;
     return;
   }
@@ -163,17 +132,17 @@ static void build_content(update* work, std::string_view old) {
   const char* kept = old.data();
   while (!old.empty() && !work->refused) {
     const std::string_view line = next_line(&old);
-    const request* wanted = match(*work, line);
+    const profile_setting* wanted = match(*work, line);
     if (wanted != nullptr) change_line(work, *wanted, line, &kept);
   }
   text_append(&work->content, {kept, static_cast<size_t>(old.data() - kept)});
-  if (!work->forced || work->changed > 0 || work->request_count == 0 || work->refused) return;
+  if (!work->forced || work->changed > 0 || work->settings.empty() || work->refused) return;
   // A last line without a line end must not swallow the appended one.
   const text_buffer& content = work->content;
   if (content.length > 0 && content.data[content.length - 1] != '\n') {
     text_append(&work->content, "\n");
   }
-  append_setting(work, work->requests[0].key, work->requests[0].value, "add new param");
+  append_setting(work, work->settings[0].key, work->settings[0].value, "add new param");
 }
 
 static void report(const update& work, const char* step, const char* path) {
@@ -225,13 +194,17 @@ static unsigned commit(const update& work, const char* path, const file_image& o
 }
 
 static unsigned finish(const update& work, const char* path, const file_image& old) {
-  if (work.refused || work.content.failed) return kProfileFailed;
-  if (work.forced && work.request_count == 0) return kProfileUnchanged;
-  if (!work.forced && work.unchanged == work.request_count) {
+  if (work.refused) return kProfileFailed;
+  if (work.content.failed) {
+    trace_rpc_error(work.name, "out of memory, %s is unchanged\n", path);
+    return kProfileFailed;
+  }
+  if (work.forced && work.settings.empty()) return kProfileUnchanged;
+  if (!work.forced && work.unchanged == work.settings.size()) {
     fputs("no change\n", stderr);
     return kProfileUnchanged;
   }
-  if (work.changed + work.unchanged != work.request_count) return kProfileFailed;
+  if (work.changed + work.unchanged != work.settings.size()) return kProfileFailed;
   return commit(work, path, old);
 }
 
@@ -248,64 +221,22 @@ static unsigned update_locked(update* work, const char* path) {
   return result;
 }
 
-static unsigned run_requests(update* work, const char* path, va_list list) {
-  if (!take_requests(work, list)) return kProfileFailed;
+unsigned profile_update(const char* path, update_form form,
+                        std::span<const profile_setting> settings) {
+  const bool forced = form == update_form::forced_values || form == update_form::forced_fields;
+  update work = {
+      .name = forced ? "_wifiprofile_updateParam_force" : "_wifiprofile_updateParam",
+      .with_index = form == update_form::fields || form == update_form::forced_fields,
+      .forced = forced,
+      .settings = settings,
+  };
+  if (!accept_indexes(work)) return kProfileUnchanged;
+  for (const profile_setting& wanted : settings) {
+    if (!accept_setting(work, wanted)) return kProfileFailed;
+  }
   const int lock = fwrite_lock(profile_files_of(path)->lock);
-  const unsigned result = update_locked(work, path);
+  const unsigned result = update_locked(&work, path);
   funlock(lock);
-  return result;
-}
-
-static unsigned run_update(update* work, const char* path, va_list list) {
-  if (!count_requests(work, list)) return kProfileUnchanged;
-  // One more than there are: next_request notes the end in it.
-  const size_t places = static_cast<size_t>(work->request_count) + 1;
-  work->requests = static_cast<request*>(calloc(places, sizeof(request)));
-  if (work->requests == nullptr) return kProfileFailed;
-  const unsigned result = run_requests(work, path, list);
-  free(work->requests);
-  return result;
-}
-
-static unsigned _wifiprofile_updateParam(const char* path, int with_index, va_list list) {
-  update work = {.name = __func__, .with_index = with_index != 0, .forced = false};
-  return run_update(&work, path, list);
-}
-
-static unsigned _wifiprofile_updateParam_force(const char* path, int with_index, va_list list) {
-  update work = {.name = __func__, .with_index = with_index != 0, .forced = true};
-  return run_update(&work, path, list);
-}
-
-unsigned wifiprofile_updateParam(const char* path, ...) {
-  va_list list;
-  va_start(list, path);
-  const unsigned result = _wifiprofile_updateParam(path, 0, list);
-  va_end(list);
-  return result;
-}
-
-unsigned wifiprofile_updateParam_with_index(const char* path, ...) {
-  va_list list;
-  va_start(list, path);
-  const unsigned result = _wifiprofile_updateParam(path, 1, list);
-  va_end(list);
-  return result;
-}
-
-unsigned wifiprofile_updateParam_force(const char* path, ...) {
-  va_list list;
-  va_start(list, path);
-  const unsigned result = _wifiprofile_updateParam_force(path, 0, list);
-  va_end(list);
-  return result;
-}
-
-unsigned wifiprofile_updateParam_with_index_force(const char* path, ...) {
-  va_list list;
-  va_start(list, path);
-  const unsigned result = _wifiprofile_updateParam_force(path, 1, list);
-  va_end(list);
   return result;
 }
 

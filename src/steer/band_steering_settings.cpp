@@ -4,7 +4,6 @@
 
 #include "diag/trace.h"
 #include "lifecycle/companions.h"
-#include "profile/profile.h"
 #include "profile/profile_values.h"
 #include "sys/board.h"
 #include "sys/command.h"
@@ -23,8 +22,8 @@ static void switch_driver(int enable) {
 int wlan_setBandSteerEnable(int enable) {
   if (enable != 0 && enable != 1) return -1;
   const char* value = enable == 1 ? "1" : "0";
-  wifiprofile_updateParam_force(bss_profile(kRadio24), kKey, value, "");
-  wifiprofile_updateParam_force(bss_profile(kRadio5), kKey, value, "");
+  force_value(kRadio24, kKey, value);
+  force_value(kRadio5, kKey, value);
   // The daemon never runs beside a driver that is switched off.
   if (enable == 1) switch_driver(1);
   bndstrgStart(enable);

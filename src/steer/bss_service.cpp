@@ -1,10 +1,9 @@
 #include "steer/bss_service.h"
 
-#include <cstdio>
 #include <cstdlib>
 
 #include "diag/trace.h"
-#include "profile/profile.h"
+#include "profile/profile_values.h"
 #include "sys/board.h"
 #include "sys/host_library.h"
 
@@ -13,12 +12,11 @@ static constexpr int kNumberBound = 256;
 static constexpr int kVlanBound = 32;
 static constexpr int kRadioBound = 1;
 
-static int read_field(const char* caller, int bss, const char* key, char* field, int bound) {
-  const int found =
-      wifiprofile_getParam_with_index(bss_profile(bss), key, bss_list_position(bss), field, bound);
-  if (found != 0) return 0;
+static int read_field(const char* caller, int bss, const char* key,
+                      char (&field)[kProfileFieldBuffer], int bound) {
+  if (read_bss_field(bss, key, field, bound) != 0) return 0;
   // Speaks of an update though it read: kept.
-  trace_rev_error(caller, "failed to update wifi profile, ret:%d\n ", found);
+  report_profile_failure(caller, "update", kBlankEnd);
   return -1;
 }
 
@@ -31,38 +29,25 @@ int wlan_getBSSHNCService(int bss, int* service) {
   return 0;
 }
 
-static unsigned update_field(int bss, const char* key, const char* value) {
-  return wifiprofile_updateParam_with_index(bss_profile(bss), key, bss_list_position(bss), value,
-                                            "");
-}
-
 // Gives a backhaul BSS the VLAN id of the first 2.4 GHz BSS, whatever its band.
 static void copy_vlan(const char* caller, int bss) {
   char vlan[kProfileFieldBuffer] = {};
-  const int found =
-      wifiprofile_getParam_with_index(bss_profile(kRadio24), "VLANID", 0, vlan, kVlanBound);
-  if (found == 0 || update_field(bss, "VLANID", vlan) != kProfileFailed) return;
+  if (read_bss_field(kRadio24, "VLANID", vlan, kVlanBound) == 0) return;
+  if (write_bss_field(bss, "VLANID", vlan) != kProfileFailed) return;
   trace_rev_error(caller, "%s:set VLANID failed for index:%d\n", caller, bss);
 }
 
 int wlan_setBSSHNCService(int bss, int service) {
   if (service == kBackhaulService) copy_vlan(__func__, bss);
-  char value[16];
-  snprintf(value, sizeof value, "%d", service);
-  return static_cast<int>(update_field(bss, "BSSHNCService", value));
+  return static_cast<int>(write_bss_field(bss, "BSSHNCService", decimal(service).text));
 }
 
 static int write_field(const char* caller, int bss, const char* key, const char* value) {
-  const unsigned result = update_field(bss, key, value);
-  if (result != kProfileFailed) return 0;
-  trace_rev_error(caller, "failed to update wifi profile, ret:%u\n ", result);
-  return -1;
+  return update_status(caller, write_bss_field(bss, key, value), kBlankEnd);
 }
 
 static int write_number(const char* caller, int bss, const char* key, int value) {
-  char text[16];
-  snprintf(text, sizeof text, "%d", value);
-  return write_field(caller, bss, key, text);
+  return write_field(caller, bss, key, decimal(value).text);
 }
 
 static int read_number(const char* caller, int bss, const char* key, int* value) {

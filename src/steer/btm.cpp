@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "diag/trace.h"
+#include "profile/profile_values.h"
 #include "steer/driver_gate.h"
 #include "steer/driver_records.h"
 #include "steer/steer_keys.h"
@@ -40,7 +41,7 @@ int wlan_getBtmEnable(int index, int* enable) {
 
 int wlan_setBtmEnable(int index, int enable) {
   if (!driver_is_inited(__func__)) return -1;
-  note_number_key(index, "WNMEnable", enable);
+  force_value(index, "WNMEnable", decimal(enable).text);
   const btm_switch record = {
       .kind = kBtmOfRadio, .unused = 0, .value = static_cast<uint8_t>(enable)};
   if (rtpriv_set_ioctl_2(index, kRtprivObject, kObjectBtmEnable, &record, sizeof record) != 1) {

@@ -5,9 +5,8 @@
 
 #include "diag/trace.h"
 #include "lifecycle/companions.h"
-#include "profile/profile.h"
+#include "profile/profile_values.h"
 #include "steer/dcs_wire.h"
-#include "sys/board.h"
 #include "sys/unix_datagram.h"
 
 static constexpr char kDaemonPath[] = "/var/run/dcsD";
@@ -32,14 +31,18 @@ int notifyDCSSettingChanges(int /*index*/, const void* datagram) {
   return status;
 }
 
+// A profile that cannot be written is traced only.
+static void note_setting(const char* caller, const char* word, int index, const char* key,
+                         const char* value) {
+  const unsigned written = write_value(index, key, value);
+  if (written == kProfileFailed)
+    trace_rev(caller, "%s:failed to update wifi profile %s%s ret:%u\n ", caller, word, key,
+              written);
+}
+
 int dcsSetNoitfyF(int index, const char* key, unsigned value) {
   const int number = static_cast<int>(value);
-  char text[64];
-  snprintf(text, sizeof text, "%d", number);
-  const unsigned written = wifiprofile_updateParam(bss_profile(index), key, text, "");
-  if (written == kProfileFailed) {
-    REV_TRACE("%s:failed to update wifi profile for %s ret:%u\n ", __func__, key, written);
-  }
+  note_setting(__func__, "for ", index, key, decimal(number).text);
   if (strcmp(key, "MSODCSOn") == 0 || strcmp(key, "USERDCSOn") == 0) {
     dcsStart(number);
     return 0;
@@ -63,10 +66,7 @@ int dcsSetNoitfyF(int index, const char* key, unsigned value) {
 #include "steer/dcs_settings.def"
 
 int wlan_setDCSRSSIWeight(int index, const char* weight) {
-  const unsigned written = wifiprofile_updateParam(bss_profile(index), "DCSRSSIWeight", weight, "");
-  if (written == kProfileFailed) {
-    REV_TRACE("%s:failed to update wifi profile %s ret:%u\n ", __func__, "DCSRSSIWeight", written);
-  }
+  note_setting(__func__, "", index, "DCSRSSIWeight", weight);
   // The bare text is the datagram, without type and length: kept on purpose.
   static constexpr size_t kTextSize = 96;
   char datagram[sizeof(dcs_message)] = {};

@@ -8,6 +8,7 @@
 
 #include "diag/trace.h"
 #include "profile/profile.h"
+#include "profile/profile_values.h"
 #include "steer/driver_records.h"
 #include "steer/mac_text.h"
 #include "steer/steer_keys.h"
@@ -41,7 +42,7 @@ int wlan_setNonAssocRptEnable(int radio, int enable) {
     return -1;
   }
   REV_TRACE("set non associated report enable = %d success. \n ", enable);
-  note_number_key(radio, "NonAssocRptEnable", enable);
+  force_value(radio, "NonAssocRptEnable", decimal(enable).text);
   return 0;
 }
 

@@ -1,38 +1,24 @@
 #include "steer/steer_keys.h"
 
-#include <cstdio>
 #include <cstdlib>
 
-#include "diag/trace.h"
-#include "profile/profile.h"
+#include "profile/profile_text.h"
+#include "profile/profile_values.h"
 #include "sys/board.h"
 
-int write_key(const char* caller, int index, const char* key, const char* text, int max_length) {
-  char value[kPayloadKeyLength + 1];
-  snprintf(value, sizeof value, "%.*s", max_length, text);
-  const unsigned result = wifiprofile_updateParam_force(bss_profile(index), key, value, "");
-  if (result != kProfileFailed) return 0;
-  trace_rev_error(caller, "failed to update wifi profile, ret:%u\n ", result);
-  return -1;
-}
-
-void note_number_key(int index, const char* key, int value) {
-  char text[16];
-  snprintf(text, sizeof text, "%d", value);
-  wifiprofile_updateParam_force(bss_profile(index), key, text, "");
+int write_key(const char* caller, int index, const char* key, const char* text, size_t max_length) {
+  return update_status(caller, force_value(index, key, front_part(text, max_length)), kBlankEnd);
 }
 
 int write_number_key(const char* caller, int index, const char* key, int value) {
-  char text[16];
-  snprintf(text, sizeof text, "%d", value);
-  return write_key(caller, index, key, text, kKeyLength);
+  return write_key(caller, index, key, decimal(value).text, kKeyLength);
 }
 
 static int read_key(const char* caller, int index, const char* key, char* text, int max_length,
                     int missing, const char* attempt) {
   const int found = wifiprofile_getParam(bss_profile(index), key, text, max_length);
   if (found != 0) return found;
-  trace_rev_error(caller, "failed to %s wifi profile, ret:%d\n ", attempt, found);
+  report_profile_failure(caller, attempt, kBlankEnd);
   return missing;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 // Operations on the keys of steer_keys.def, declared from it, and what other
 // operations on such keys share.
 
@@ -21,8 +23,5 @@ constexpr int kPayloadKeyLength = 1025;
 // `caller`: a text of at most `max_length` characters, or a number. 0, or -1
 // when the profile cannot be written, reported.
 [[nodiscard]] int write_key(const char* caller, int index, const char* key, const char* text,
-                            int max_length);
+                            size_t max_length);
 [[nodiscard]] int write_number_key(const char* caller, int index, const char* key, int value);
-
-// The same where a failure does not matter: nothing is reported.
-void note_number_key(int index, const char* key, int value);

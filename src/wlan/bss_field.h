@@ -8,8 +8,4 @@
 
 // Writes the BSS's field of `key` and traces the outcome. Returns the result of
 // the update (see profile/profile.h).
-unsigned write_bss_field(const char* caller, const char* key, int bss, const char* value);
-
-// The status that an update's result stands for: 0 when the value is in place,
-// -1 when it is not, which is reported.
-[[nodiscard]] int profile_status(const char* caller, unsigned result);
+unsigned write_traced_field(const char* caller, const char* key, int bss, const char* value);

@@ -2,8 +2,7 @@
 
 #include <cstdio>
 
-#include "diag/trace.h"
-#include "profile/profile.h"
+#include "profile/profile_values.h"
 #include "steer/bss_service.h"
 #include "sys/board.h"
 #include "wlan/bss_field.h"
@@ -12,7 +11,7 @@
 static int write_numbered_key(const char* caller, const char* prefix, int bss, const char* value) {
   char key[32];
   snprintf(key, sizeof key, "%s%d", prefix, bss_key_number(bss));
-  return profile_status(caller, wifiprofile_updateParam(bss_profile(bss), key, value, ""));
+  return update_status(caller, write_value(bss, key, value), "");
 }
 
 int wlan_setSSID(int bss, const char* ssid) {
@@ -26,24 +25,19 @@ int wlan_setKeyPassphrase(int bss, int /*key_index*/, const char* passphrase) {
 }
 
 int wlan_setEnable(int index, int enable) {
-  char value[16];
-  snprintf(value, sizeof value, "%d", enable);
+  const number_text value = decimal(enable);
   // The host takes seven characters.
   char told[8];
-  snprintf(told, sizeof told, "%.7s", value);
+  snprintf(told, sizeof told, "%.7s", value.text);
   wlan_syncBhSetting(index, kBackhaulEnable, told);
   if (!bss_in_range(__func__, index)) return 0;
-  const unsigned result = write_bss_field(__func__, "BssEnabled", index, value);
-  if (result != kProfileFailed) return 0;
-  REV_ERROR("failed to update wifi profile, ret:%u\n ", result);
-  return -1;
+  const unsigned result = write_traced_field(__func__, "BssEnabled", index, value.text);
+  return update_status(__func__, result, kBlankEnd);
 }
 
 int wlan_setSsidAdvertisementEnabled(int bss, int enable) {
-  char value[16];
-  snprintf(value, sizeof value, "%d", enable);
-  wlan_syncBhSetting(bss, kBackhaulAdvertisement, value);
+  wlan_syncBhSetting(bss, kBackhaulAdvertisement, decimal(enable).text);
   if (!bss_in_range(__func__, bss)) return 0;
-  return profile_status(__func__,
-                        write_bss_field(__func__, "HideSSID", bss, enable != 0 ? "0" : "1"));
+  const unsigned result = write_traced_field(__func__, "HideSSID", bss, enable != 0 ? "0" : "1");
+  return update_status(__func__, result, "");
 }

@@ -3,9 +3,8 @@
 #include <cstring>
 #include <span>
 
-#include "profile/profile.h"
+#include "profile/profile_values.h"
 #include "steer/bss_service.h"
-#include "sys/board.h"
 #include "wlan/bss_field.h"
 
 struct mode_name {
@@ -38,7 +37,7 @@ static const char* written_as(std::span<const mode_name> names, const char* aske
 
 static int write_mode(const char* caller, const char* key, std::span<const mode_name> names,
                       int bss, const char* modes) {
-  return static_cast<int>(write_bss_field(caller, key, bss, written_as(names, modes)));
+  return static_cast<int>(write_traced_field(caller, key, bss, written_as(names, modes)));
 }
 
 int wlan_setBasicEncryptionModes(int bss, const char* modes) {
@@ -65,6 +64,5 @@ int wlan_setWpaBasicAuthenticationModes(int bss, const char* modes) {
 }
 
 int wlan_setRadiusServerAddress(int bss, const char* address) {
-  return static_cast<int>(wifiprofile_updateParam_with_index(bss_profile(bss), "RADIUS_Server",
-                                                             bss_list_position(bss), address, ""));
+  return static_cast<int>(write_bss_field(bss, "RADIUS_Server", address));
 }

@@ -7,7 +7,6 @@
 #include <iterator>
 
 #include "diag/trace.h"
-#include "profile/profile.h"
 #include "profile/profile_values.h"
 #include "sys/board.h"
 #include "sys/command.h"
@@ -65,8 +64,7 @@ struct wps_switches {
 static unsigned configuration_methods(int bss) {
   static constexpr int kMethodsLimit = 64;
   char field[kProfileFieldBuffer] = {};
-  const int found = wifiprofile_getParam_with_index(bss_profile(bss), "WscConfMethods",
-                                                    bss_list_position(bss), field, kMethodsLimit);
+  const int found = read_bss_field(bss, "WscConfMethods", field, kMethodsLimit);
   return found != 0 ? static_cast<uint16_t>(strtol(field, nullptr, 16)) : 0;
 }
 
