@@ -14,8 +14,8 @@ static int set_frame_and_steer(int sock, int index, const action_frame_record& f
                                const steer_record& steer) {
   // The whole frame goes out, however long its body is.
   const wireless_object objects[] = {
-      {.flags = kObjectActionFrame | kSetBit, .length = sizeof frame, .record = &frame},
-      {.flags = kObjectSteer | kSetBit, .length = sizeof steer, .record = &steer},
+      {.flags = kObjectActionFrame | kRtprivSet, .length = sizeof frame, .record = &frame},
+      {.flags = kObjectSteer | kRtprivSet, .length = sizeof steer, .record = &steer},
   };
   trace_rev(kName, "sent btm action, length = %d, MacAddr = " MAC_FORMAT ", flags = %d \n",
             objects[0].length, MAC_BYTES(frame.mac), objects[0].flags);

@@ -11,10 +11,10 @@
 static constexpr char kKey[] = "BandSteering";
 
 static void switch_driver(int enable) {
-  static constexpr int kInterfaces[] = {0, 8};
-  for (const int number : kInterfaces) {
+  for (const int radio : {kRadio24, kRadio5}) {
     char command[64];
-    snprintf(command, sizeof command, "iwpriv ra%d set BndStrgEnable=%d", number, enable);
+    snprintf(command, sizeof command, "iwpriv %s set BndStrgEnable=%d", bss_interface(radio).text,
+             enable);
     run_command(command);
   }
 }

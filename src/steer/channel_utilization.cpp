@@ -7,6 +7,7 @@
 #include "steer/driver_gate.h"
 #include "steer/driver_records.h"
 #include "steer/steer_keys.h"
+#include "sys/board.h"
 #include "sys/command.h"
 #include "sys/wext.h"
 
@@ -14,8 +15,8 @@ int wlan_setChannelUtilizationEnable(int radio, int enable) {
   if (!driver_is_inited(__func__)) return -1;
   if (write_number_key(__func__, radio, "ChannelUtilizationEnable", enable) != 0) return -1;
   char command[64];
-  snprintf(command, sizeof command, "iwpriv ra%lld set ApEnableRadioChStats=%d",
-           static_cast<long long>(radio) - 1, enable);
+  snprintf(command, sizeof command, "iwpriv %s set ApEnableRadioChStats=%d",
+           bss_interface(radio).text, enable);
   if (run_command(command)) return 0;
   REV_ERROR("failed to enable channel utilization\n ");
   return -1;

@@ -71,8 +71,8 @@ static bool read_station(int index, mac_text& station) {
 static void set_text(int index, const char* name, const char* value) {
   char command[160];
   const auto word = shell_word_of<4 * kMacKeyLength + 3>(value);
-  snprintf(command, sizeof command, "iwpriv ra%lld set %s=%s", static_cast<long long>(index) - 1,
-           name, word.text);
+  snprintf(command, sizeof command, "iwpriv %s set %s=%s", bss_interface(index).text, name,
+           word.text);
   run_command(command);
 }
 

@@ -7,7 +7,6 @@
 // limits and stations that are not associated: sub-commands of its object
 // request, and layouts in host byte order as the driver defines them.
 
-constexpr uint16_t kSetBit = 0x8000;
 constexpr uint16_t kObjectChannelLoad = 0x0693;
 constexpr uint16_t kObjectActionFrame = 0x06B0;
 constexpr uint16_t kObjectSteer = 0x06B1;

@@ -28,6 +28,12 @@ int bss_key_number(int bss) {
   return bss < kRadio5 ? bss : bss - 8;
 }
 
+interface_name bss_interface(int bss) {
+  interface_name name = {};
+  snprintf(name.text, sizeof name.text, "ra%lld", static_cast<long long>(bss) - 1);
+  return name;
+}
+
 // Written by whichever thread probes first; two first calls at once only read
 // the list twice.
 static std::atomic<bool> mtk7615_probed;

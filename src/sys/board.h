@@ -29,6 +29,12 @@ constexpr int kRadio5 = 9;
 // Number that the per-BSS keys ("SSID3") carry.
 [[nodiscard]] int bss_key_number(int bss);
 
+// Name of the interface of the BSS, "ra" and the index less one, for any index.
+struct interface_name {
+  char text[16];
+};
+[[nodiscard]] interface_name bss_interface(int bss);
+
 // 1 when an MT7615, which serves both bands, is on the PCI bus, else 0.
 [[nodiscard]] int hasMTK7615();
 

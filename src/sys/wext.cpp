@@ -1,28 +1,14 @@
 #include "sys/wext.h"
 
-#include <linux/wireless.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 
 #include "diag/trace.h"
-
-static constexpr uint16_t kSetObject = 0x8000;
-
-static iwreq make_frame(int bss, const void* buffer, uint16_t length, uint16_t flags) {
-  iwreq frame = {};
-  const long long number = static_cast<long long>(bss) - 1;
-  // An index that makes a longer name than the kernel takes names no interface.
-  snprintf(frame.ifr_name, sizeof frame.ifr_name, "%s%lld", "ra", number);
-  frame.u.data.pointer = const_cast<void*>(buffer);
-  frame.u.data.length = length;
-  frame.u.data.flags = flags;
-  return frame;
-}
+#include "sys/driver_frame.h"
 
 // Issues one request on a socket of its own. Returns 1, or 0 with errno kept
 // from the request; `blank` is what the caller's message has before its line end.
@@ -46,7 +32,7 @@ static int issue(const char* caller, unsigned request, unsigned subcmd, iwreq* f
 
 int rtpriv_get_ioctl(int bss, unsigned request, unsigned subcmd, void* buffer, unsigned size) {
   iwreq frame =
-      make_frame(bss, buffer, static_cast<uint16_t>(size - 1), static_cast<uint16_t>(subcmd));
+      frame_of(bss, buffer, static_cast<uint16_t>(size - 1), static_cast<uint16_t>(subcmd));
   if (issue(__func__, request, subcmd, &frame) == 1) return 1;
   memset(buffer, 0, size - 1);
   return 0;
@@ -54,7 +40,7 @@ int rtpriv_get_ioctl(int bss, unsigned request, unsigned subcmd, void* buffer, u
 
 int rtpriv_get_ioctl_2(int bss, unsigned request, unsigned subcmd, void* buffer, unsigned size) {
   iwreq frame =
-      make_frame(bss, buffer, static_cast<uint16_t>(size - 1), static_cast<uint16_t>(subcmd));
+      frame_of(bss, buffer, static_cast<uint16_t>(size - 1), static_cast<uint16_t>(subcmd));
   errno = 0;
   if (issue(__func__, request, subcmd, &frame, " ") == 1) return 1;
   if (errno == EAGAIN) return kRtprivTryAgain;
@@ -65,7 +51,7 @@ int rtpriv_get_ioctl_2(int bss, unsigned request, unsigned subcmd, void* buffer,
 int rtpriv_get_int_struct_ioctl(int bss, unsigned request, unsigned subcmd, void* buffer,
                                 unsigned* out_length) {
   memset(buffer, 0, kRtprivStructSize);
-  iwreq frame = make_frame(bss, buffer, kRtprivStructSize - 1, static_cast<uint16_t>(subcmd));
+  iwreq frame = frame_of(bss, buffer, kRtprivStructSize - 1, static_cast<uint16_t>(subcmd));
   if (issue(__func__, request, subcmd, &frame) == 0) return 0;
   *out_length = frame.u.data.length;
   return 1;
@@ -73,7 +59,7 @@ int rtpriv_get_int_struct_ioctl(int bss, unsigned request, unsigned subcmd, void
 
 int rtpriv_get_int_ioctl(int bss, unsigned request, unsigned subcmd, int32_t* out_value) {
   int32_t value = 0;
-  iwreq frame = make_frame(bss, &value, sizeof value, static_cast<uint16_t>(subcmd));
+  iwreq frame = frame_of(bss, &value, sizeof value, static_cast<uint16_t>(subcmd));
   if (issue(__func__, request, subcmd, &frame) == 0) return 0;
   *out_value = value;
   return 1;
@@ -86,15 +72,15 @@ int rtpriv_set_ioctl(int bss, unsigned request, unsigned subcmd, const char* tex
     errno = E2BIG;
     return 0;
   }
-  iwreq frame = make_frame(bss, nullptr, 0, 0);
+  iwreq frame = frame_of(bss, nullptr, 0, 0);
   if (*text != '\0') {
-    frame = make_frame(bss, text, static_cast<uint16_t>(length), static_cast<uint16_t>(subcmd));
+    frame = frame_of(bss, text, static_cast<uint16_t>(length), static_cast<uint16_t>(subcmd));
   }
   return issue(__func__, request, subcmd, &frame);
 }
 
 int rtpriv_set_ioctl_2(int bss, unsigned request, unsigned subcmd, const void* buffer,
                        uint16_t length) {
-  iwreq frame = make_frame(bss, buffer, length, static_cast<uint16_t>(subcmd | kSetObject));
+  iwreq frame = frame_of(bss, buffer, length, static_cast<uint16_t>(subcmd | kRtprivSet));
   return issue(__func__, request, subcmd, &frame);
 }

@@ -11,6 +11,7 @@
 // sub-command.
 
 constexpr unsigned kRtprivObject = 0x8BE1;        // object query or set, sub-command in the flags
+constexpr uint16_t kRtprivSet = 0x8000;           // beside the sub-command of a set
 constexpr unsigned kRtprivText = 0x8BE2;          // "Key=Value", as "iwpriv raN set" passes it
 constexpr unsigned kRtprivStationTable = 0x8BEF;  // the associated-station table
 
@@ -42,6 +43,6 @@ constexpr unsigned kRtprivStructSize = 4096;
 // 16-bit length is refused with E2BIG.
 [[nodiscard]] int rtpriv_set_ioctl(int bss, unsigned request, unsigned subcmd, const char* text);
 
-// Writes an object: the sub-command goes out with the set bit 0x8000.
+// Writes an object: the sub-command goes out with kRtprivSet.
 [[nodiscard]] int rtpriv_set_ioctl_2(int bss, unsigned request, unsigned subcmd, const void* buffer,
                                      uint16_t length);

@@ -1,12 +1,10 @@
 #include "sys/wireless.h"
 
-#include <linux/wireless.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <cstdio>
-
+#include "sys/driver_frame.h"
 #include "sys/wext.h"
 
 static_assert(kWirelessGetRate == SIOCGIWRATE);
@@ -17,12 +15,6 @@ int wireless_open() {
 
 void wireless_close(int sock) {
   close(sock);
-}
-
-static iwreq frame_of(int bss) {
-  iwreq frame = {};
-  snprintf(frame.ifr_name, sizeof frame.ifr_name, "ra%lld", static_cast<long long>(bss) - 1);
-  return frame;
 }
 
 // Asks for what the driver answers in the frame itself.
@@ -49,11 +41,9 @@ wireless_result wireless_get_frequency(int bss, wireless_frequency* frequency) {
 }
 
 int wireless_set_objects(int sock, int bss, const wireless_object* objects, int count) {
-  iwreq frame = frame_of(bss);
   for (int taken = 0; taken < count; ++taken) {
-    frame.u.data.pointer = const_cast<void*>(objects[taken].record);
-    frame.u.data.length = objects[taken].length;
-    frame.u.data.flags = objects[taken].flags;
+    const wireless_object& object = objects[taken];
+    iwreq frame = frame_of(bss, object.record, object.length, object.flags);
     if (ioctl(sock, kRtprivObject, &frame) < 0) return taken;
   }
   return count;

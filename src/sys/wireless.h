@@ -27,8 +27,8 @@ struct wireless_object {
   const void* record;
 };
 
-// Sets objects one after the other, through one frame on one socket, until the
-// driver refuses one. Returns how many it took.
+// Sets objects one after the other, on one socket, until the driver refuses one. Returns how many
+// it took.
 [[nodiscard]] int wireless_set_objects(int sock, int bss, const wireless_object* objects,
                                        int count);
 

@@ -10,6 +10,7 @@
 #include <cstring>
 
 #include "diag/trace.h"
+#include "sys/board.h"
 #include "sys/unix_datagram.h"
 #include "wlan/radstat_wire.h"
 
@@ -88,7 +89,7 @@ static int ask(rad_ctrl* client, const void* request, size_t request_len, unsign
 int rad_ctrl_request_buffered(int radio_index, const void* request, size_t request_len, void* reply,
                               size_t* reply_len) {
   char path[64];
-  snprintf(path, sizeof path, "/var/run/radstat/ra%lld", static_cast<long long>(radio_index) - 1);
+  snprintf(path, sizeof path, "/var/run/radstat/%s", bss_interface(radio_index).text);
   unsigned char* kept = kept_reply(radio_index);
   rad_ctrl* client = rad_ctrl_open(path);
   if (client == nullptr) {

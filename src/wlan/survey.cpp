@@ -60,8 +60,7 @@ int wlan_apAutoChannelSelect(int bss) {
     return 0;
   }
   char command[64];
-  snprintf(command, sizeof command, "iwpriv ra%lld set AutoChannelSel=3",
-           static_cast<long long>(bss) - 1);
+  snprintf(command, sizeof command, "iwpriv %s set AutoChannelSel=3", bss_interface(bss).text);
   run_captured(__func__, command);
   return 0;
 }

@@ -30,14 +30,15 @@ static constexpr size_t kCommandSize = 64;
 
 static void set_driver(const char* caller, int bss, const char* setting) {
   char command[kCommandSize];
-  snprintf(command, sizeof command, "iwpriv ra%d set %s", bss - 1, setting);
+  snprintf(command, sizeof command, "iwpriv %s set %s", bss_interface(bss).text, setting);
   run_captured(caller, command);
 }
 
 // What does not fit the command is cut inside the PIN's quotes.
 static void set_pin(const char* caller, int bss, const char* pin) {
   char command[kCommandSize];
-  const int length = snprintf(command, sizeof command, "iwpriv ra%d set WscPinCode=", bss - 1);
+  const int length =
+      snprintf(command, sizeof command, "iwpriv %s set WscPinCode=", bss_interface(bss).text);
   quote_for_shell(pin, command + length, sizeof command - static_cast<size_t>(length));
   run_captured(caller, command);
 }
@@ -79,8 +80,8 @@ static wps_switches read_switches(int bss) {
 // Whether the profile permits the method; a refusal is reported.
 static bool permitted(const char* caller, int bss, const wps_method& method, unsigned methods) {
   if ((methods & method.permitted_by) != 0) return true;
-  trace_rev_error(caller, "IF(ra%d) WPS %s disabled, WscConfigMethods 0x%04X\n", bss - 1,
-                  method.name, methods);
+  trace_rev_error(caller, "IF(%s) WPS %s disabled, WscConfigMethods 0x%04X\n",
+                  bss_interface(bss).text, method.name, methods);
   return false;
 }
 
@@ -88,7 +89,7 @@ int wlan_setWpsPbcTrigger(int bss) {
   const wps_switches switches = read_switches(bss);
   if (!switches.on) return 0;
   if (!permitted(__func__, bss, kPushButton, switches.methods)) return -1;
-  REV_TRACE("Starting WPS PBC mode on ra%d\n", bss - 1);
+  REV_TRACE("Starting WPS PBC mode on %s\n", bss_interface(bss).text);
   start_session(__func__, bss, kPushButton.driver_mode);
   return 0;
 }
@@ -101,7 +102,7 @@ int wlan_setWpsPinStart(int bss, const char* pin) {
   const wps_switches switches = read_switches(bss);
   if (!switches.on) return 0;
   if (!permitted(__func__, bss, kPin, switches.methods)) return -1;
-  REV_TRACE("Starting WPS PIN mode on ra%d\n", bss - 1);
+  REV_TRACE("Starting WPS PIN mode on %s\n", bss_interface(bss).text);
   set_pin(__func__, bss, pin);
   start_session(__func__, bss, kPin.driver_mode);
   return 0;
@@ -109,7 +110,7 @@ int wlan_setWpsPinStart(int bss, const char* pin) {
 
 int wlan_setWpsOOB(int bss) {
   if (!wps_enabled(bss)) return 0;
-  REV_TRACE("Resetting AP to WPS OOB configuration on ra%d\n", bss - 1);
+  REV_TRACE("Resetting AP to WPS OOB configuration on %s\n", bss_interface(bss).text);
   set_driver(__func__, bss, "WscConfStatus=1");
   return 0;
 }

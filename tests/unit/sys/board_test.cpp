@@ -32,6 +32,14 @@ TEST(Board, BssBelongsToOneOfTwoRadios) {
   }
 }
 
+TEST(Board, InterfaceHasTheIndexLessOne) {
+  EXPECT_STREQ(bss_interface(1).text, "ra0");
+  EXPECT_STREQ(bss_interface(16).text, "ra15");
+  EXPECT_STREQ(bss_interface(0).text, "ra-1");
+  EXPECT_STREQ(bss_interface(INT_MAX).text, "ra2147483646");
+  EXPECT_STREQ(bss_interface(INT_MIN).text, "ra-2147483649");
+}
+
 TEST(Board, IndexOutsideTheBoardHasNoRadio) {
   for (const int bss : {0, 17, -3, -1, 255, INT_MAX, INT_MIN}) {
     EXPECT_EQ(bss_to_radio_index(bss), -1) << bss;
