@@ -2,8 +2,8 @@
 
 #include <rpc/rpc.h>
 
-/* C: the filters that rpcgen makes call this in place of xdr_string. It refuses
- * a text with a NUL inside, which the back end would otherwise see cut short. */
+/* C: the filters that rpcgen makes call this in place of xdr_string, see wire_filters.c.
+ * It refuses a text with a NUL inside, which whoever reads it would see cut short. */
 #ifdef __cplusplus
 extern "C"
 #endif

@@ -2,7 +2,6 @@
 // from wlan_config.x: the client has an encoder and a decoder of its own.
 #include <gtest/gtest.h>
 #include <rpc/rpc.h>
-#include <rpc/wlan_config.h>
 
 #include <type_traits>
 
@@ -10,20 +9,11 @@
 #include "lookup.h"
 #include "meanings.h"
 #include "reply.h"
+#include "rpc/column_types.h"
 #include "rpc/row_argument.h"
 #include "text.h"
 
 namespace {
-
-using string_t = char*;
-
-bool_t xdr_string_t(XDR* xdr, string_t* text) {
-  return xdr_wrapstring(xdr, text);
-}
-
-bool_t xdr_bool_t(XDR* xdr, bool_t* flag) {
-  return xdr_bool(xdr, flag);
-}
 
 // Decodes `in` with the filter and encodes what came out again. False when the
 // filter fails or leaves bytes over.
