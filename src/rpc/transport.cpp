@@ -4,6 +4,11 @@
 #include <sys/ioctl.h>
 #include <sys/socket.h>
 
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+#include <type_traits>
+
 // The transport's own operations, and a copy with two of them replaced. RPC
 // thread only, like the length below.
 static const struct SVCXPRT::xp_ops* original;
@@ -15,6 +20,22 @@ static u_int datagram_length;
 // xid, direction, RPC version, program, version, procedure, two empty
 // credentials of two words each.
 static constexpr u_int kSmallestCall = 10 * BYTES_PER_XDR_UNIT;
+
+// The library keeps the record to itself, though it installs the header. The one that
+// runs may be newer than the header: transport_is_known compares.
+static_assert(std::is_same_v<decltype(svc_dg_data::su_xdrs), XDR>);
+static_assert(std::is_same_v<decltype(XDR::x_handy), u_int>);
+static_assert(offsetof(svc_dg_data, su_verfbody) == offsetof(svc_dg_data, su_xdrs) + sizeof(XDR));
+
+bool transport_is_known(const SVCXPRT* transport) {
+  const auto* data = static_cast<const svc_dg_data*>(transport->xp_p2);
+  // The verifier is right after the stream. Where it is elsewhere, nothing of the
+  // record is read: it might be shorter.
+  if (data == nullptr || transport->xp_verf.oa_base != data->su_verfbody) return false;
+  const XDR& stream = data->su_xdrs;
+  return stream.x_op == XDR_DECODE && stream.x_private == transport->xp_p1 &&
+         stream.x_base == transport->xp_p1 && stream.x_handy == data->su_iosz;
+}
 
 static XDR* stream_of(SVCXPRT* transport) {
   return &static_cast<svc_dg_data*>(transport->xp_p2)->su_xdrs;
@@ -56,6 +77,14 @@ static bool_t get_arguments(SVCXPRT* transport, xdrproc_t decoder, void* argumen
 }
 
 void bound_transport(SVCXPRT* transport) {
+  if (!transport_is_known(transport)) {
+    fputs(
+        "the RPC library keeps its transport in another way than wificonfd was built for: build "
+        "wificonfd against the library that is installed.\n",
+        stderr);
+    // The supervisor makes no new child, which would end in the same way.
+    exit(0);
+  }
   original = transport->xp_ops;
   bounded = *original;
   bounded.xp_recv = receive;

@@ -11,5 +11,10 @@
 // A credential other than AUTH_NONE and AUTH_SYS is answered "rejected credential"
 // before the library's authentication sees it.
 //
-// One transport per process.
+// One transport per process, made by svcudp_create and not used yet. Ends the process,
+// with a message, where transport_is_known is false.
 void bound_transport(SVCXPRT* transport);
+
+// Whether such a transport is laid out as this file's code takes it to be, which needs
+// an inner part of the library.
+[[nodiscard]] bool transport_is_known(const SVCXPRT* transport);

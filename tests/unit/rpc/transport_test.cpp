@@ -3,9 +3,12 @@
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
 #include <netinet/in.h>
+#include <rpc/svc_dg.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <cstring>
+#include <iterator>
 #include <string>
 
 #include "rpc/dispatch.h"
@@ -197,4 +200,69 @@ TEST(Transport, DatagramBeyondTheReceiveBufferDoesNoHarm) {
   EXPECT_FALSE(take(ends, huge).decoded);
   EXPECT_TRUE(take(ends, header(kAnswerNothing) + word(3) + text_item("after")).decoded);
   cut_connection(ends);
+}
+
+// A transport as a release would make it that lays its record out otherwise.
+struct changed_transport {
+  SVCXPRT transport;
+  struct {
+    uint64_t inserted;
+    svc_dg_data data;
+  } record;
+};
+
+static SVCXPRT* make_transport() {
+  SVCXPRT* transport = svcudp_create(loopback_socket());
+  EXPECT_NE(transport, nullptr);
+  return transport;
+}
+
+// As `sound` is.
+static void copy_transport(const SVCXPRT* sound, changed_transport* copy) {
+  copy->transport = *sound;
+  memcpy(&copy->record.data, sound->xp_p2, sizeof copy->record.data);
+  copy->transport.xp_p2 = &copy->record.data;
+  copy->transport.xp_verf.oa_base = copy->record.data.su_verfbody;
+}
+
+TEST(Transport, LibrarysTransportIsKnown) {
+  SVCXPRT* sound = make_transport();
+  EXPECT_TRUE(transport_is_known(sound));
+  changed_transport copy;
+  copy_transport(sound, &copy);
+  EXPECT_TRUE(transport_is_known(&copy.transport));
+  svc_destroy(sound);
+}
+
+TEST(Transport, AnotherLayoutIsNoticed) {
+  SVCXPRT* sound = make_transport();
+  void (*const changes[])(changed_transport*) = {
+      [](changed_transport* copy) { copy->transport.xp_p2 = nullptr; },
+      [](changed_transport* copy) { copy->transport.xp_p2 = &copy->record; },
+      [](changed_transport* copy) { copy->transport.xp_verf.oa_base += 8; },
+      [](changed_transport* copy) { copy->record.data.su_iosz += 4; },
+      [](changed_transport* copy) { copy->record.data.su_xdrs.x_handy = 0; },
+      [](changed_transport* copy) { copy->record.data.su_xdrs.x_op = XDR_FREE; },
+      [](changed_transport* copy) { copy->record.data.su_xdrs.x_private = &copy->record; },
+      [](changed_transport* copy) {
+        copy->record.data.su_xdrs.x_base = copy->record.data.su_verfbody;
+      },
+  };
+  for (size_t i = 0; i < std::size(changes); ++i) {
+    changed_transport copy;
+    copy_transport(sound, &copy);
+    changes[i](&copy);
+    EXPECT_FALSE(transport_is_known(&copy.transport)) << i;
+  }
+  svc_destroy(sound);
+}
+
+TEST(Transport, AnotherLayoutEndsTheServiceForGood) {
+  SVCXPRT* sound = make_transport();
+  changed_transport copy;
+  copy_transport(sound, &copy);
+  copy.transport.xp_p2 = &copy.record;
+  EXPECT_EXIT(bound_transport(&copy.transport), testing::ExitedWithCode(0),
+              "^the RPC library keeps its transport in another way than wificonfd was built for: ");
+  svc_destroy(sound);
 }
