@@ -11,10 +11,10 @@
 #include "power_table.h"
 #include "report.h"
 
-// Under the names that a gateway's software starts or signals them by.
 static constexpr const char* kCompanions[] = {
-    "bin/bndstrg_1", "bin/dcs",       "bin/mtk_ctrl",   "bin/wapp",     "bin/bs20",
-    "bin/radstat",   "sbin/rtdot1xd", "sbin/rtinicapd", "sbin/HncInit", "sbin/hnc-listener"};
+#define COMPANION(directory, name, run) directory "/" name,
+#include "companions/programs.def"
+};
 
 static constexpr const char* kEasymeshScript = R"sh(#!/bin/sh
 # Sets up the mesh: starts the band steering daemon.

@@ -6,38 +6,25 @@
 #include <time.h>
 #include <unistd.h>
 
+#include "client/text.h"
 #include "report.h"
-
-// Length of the UTF-8 character at the beginning of the text, 0 when there is none: cut short,
-// longer than needed, a surrogate or beyond the last code point.
-static size_t utf8_length(const unsigned char* s, size_t left) {
-  if (s[0] < 0x80) return 1;
-  size_t length = s[0] >= 0xF0 ? 4 : s[0] >= 0xE0 ? 3 : 2;
-  if (s[0] < 0xC2 || s[0] > 0xF4 || left < length) return 0;
-  for (size_t i = 1; i < length; i++) {
-    if ((s[i] & 0xC0) != 0x80) return 0;
-  }
-  bool overlong = (s[0] == 0xE0 && s[1] < 0xA0) || (s[0] == 0xF0 && s[1] < 0x90);
-  bool beyond = (s[0] == 0xED && s[1] > 0x9F) || (s[0] == 0xF4 && s[1] > 0x8F);
-  return overlong || beyond ? 0 : length;
-}
 
 // Appends the text as a JSON string; returns false when bytes had to be replaced.
 static bool append_string(std::string& line, const std::string& text) {
   bool faithful = true;
-  const unsigned char* s = reinterpret_cast<const unsigned char*>(text.data());
   line += '"';
   for (size_t i = 0; i < text.size();) {
-    size_t length = utf8_length(s + i, text.size() - i);
+    uint32_t character = 0;
+    size_t length = text_decode(text, i, &character);
     char escaped[8];
     if (length == 0) {
       line += "\\ufffd";
       faithful = false;
-    } else if (s[i] < 0x20 || s[i] == 0x7F) {
-      snprintf(escaped, sizeof escaped, "\\u%04x", s[i]);
+    } else if (character < 0x20 || character == 0x7F) {
+      snprintf(escaped, sizeof escaped, "\\u%04x", character);
       line += escaped;
     } else {
-      if (s[i] == '"' || s[i] == '\\') line += '\\';
+      if (character == '"' || character == '\\') line += '\\';
       line.append(text, i, length);
     }
     i += length ? length : 1;
@@ -61,19 +48,9 @@ static std::string hex(unsigned number) {
   return text;
 }
 
-static std::string digits_of(const std::string& bytes) {
-  std::string digits;
-  char pair[4];
-  for (unsigned char byte : bytes) {
-    snprintf(pair, sizeof pair, "%02x", byte);
-    digits += pair;
-  }
-  return digits;
-}
-
 static void append_text(std::string& line, const std::string& text) {
   line += ",\"text\":";
-  if (!append_string(line, text)) append_member(line, "text_hex", digits_of(text));
+  if (!append_string(line, text)) append_member(line, "text_hex", text_hex(text));
 }
 
 std::string journal_line(const journal_entry& entry, uint64_t sequence, int64_t time_us) {
@@ -93,7 +70,7 @@ std::string journal_line(const journal_entry& entry, uint64_t sequence, int64_t 
   append_number(line, "length", entry.length);
   for (const auto& [name, value] : entry.decoded)
     append_member(line, name.c_str(), value);
-  if (!entry.bytes.empty()) append_member(line, "bytes", digits_of(entry.bytes));
+  if (!entry.bytes.empty()) append_member(line, "bytes", text_hex(entry.bytes));
   if (entry.has_text) append_text(line, entry.text);
   append_number(line, "result", entry.result);
   if (entry.result < 0) {

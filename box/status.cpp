@@ -4,6 +4,7 @@
 #include <ctype.h>
 #include <dirent.h>
 #include <stdlib.h>
+#include <string.h>
 
 #include <nlohmann/json.hpp>
 
@@ -14,9 +15,15 @@
 
 using json = nlohmann::ordered_json;
 
-static constexpr const char* kCompanions[] = {"bndstrg_1", "dcs",         "mtk_ctrl",  "wapp",
-                                              "bs20",      "rtdot1xd",    "rtinicapd", "radstat",
-                                              "HncInit",   "hnc-listener"};
+struct companion_name {
+  const char* name;
+  bool numbered;
+};
+static constexpr companion_name kCompanions[] = {
+#define COMPANION(directory, name, run) {name, false},
+#define NUMBERED_COMPANION(directory, name, run) {name, true},
+#include "companions/programs.def"
+};
 
 static json texts_of(const std::vector<mac_address>& macs) {
   json list = json::array();
@@ -81,16 +88,11 @@ static json blacklist_of(const driver_state& state) {
 static json action_frames_of(const driver_state& state) {
   json list = json::array();
   for (const driver_action_frame& frame : state.action_frames) {
-    std::string digits;
-    for (unsigned char byte : frame.body) {
-      digits += "0123456789abcdef"[byte >> 4];
-      digits += "0123456789abcdef"[byte & 15];
-    }
     list.push_back({{"time", static_cast<double>(frame.time_us) / 1e6},
                     {"interface", "ra" + std::to_string(frame.bss)},
                     {"mac", mac_text(frame.mac)},
                     {"category", frame.category},
-                    {"body", digits}});
+                    {"body", text_hex(frame.body)}});
   }
   return list;
 }
@@ -113,12 +115,11 @@ static json modules_of(const trap_state& trap) {
   return list;
 }
 
-// A statistics daemon is started as "radstat" and the number of its interface.
 static bool is_companion(const std::string& name) {
-  for (std::string known : kCompanions) {
-    if (name == known) return true;
-    if (known != "radstat" || !name.starts_with(known)) continue;
-    if (name.find_first_not_of("0123456789", known.size()) == name.npos) return true;
+  for (const companion_name& known : kCompanions) {
+    if (name == known.name) return true;
+    if (!known.numbered || !name.starts_with(known.name)) continue;
+    if (name.find_first_not_of("0123456789", strlen(known.name)) == name.npos) return true;
   }
   return false;
 }

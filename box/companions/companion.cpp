@@ -153,13 +153,3 @@ void companion_record(const char* path, const nlohmann::ordered_json& line) {
   if (fd < 0 || write(fd, text.data(), text.size()) < 0) perror(path);
   if (fd >= 0) close(fd);
 }
-
-std::string companion_hex(const std::string& bytes) {
-  std::string digits;
-  char two[4];
-  for (unsigned char byte : bytes) {
-    snprintf(two, sizeof two, "%02x", byte);
-    digits += two;
-  }
-  return digits;
-}

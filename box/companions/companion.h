@@ -59,6 +59,3 @@ double companion_box_time();
 
 // Appends one line to the file, LINE with "time" in front of its members.
 void companion_record(const char* path, const nlohmann::ordered_json& line);
-
-// Two digits for each byte.
-std::string companion_hex(const std::string& bytes);

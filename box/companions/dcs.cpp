@@ -1,6 +1,7 @@
 #include <stdint.h>
 #include <string.h>
 
+#include "client/text.h"
 #include "companion.h"
 #include "programs.h"
 
@@ -45,7 +46,7 @@ int dcs_main() {
   while (companion_receive(self, fd, datagram)) {
     nlohmann::ordered_json line = {{"size", datagram.bytes.size()}};
     decode(datagram.bytes, line);
-    line["hex"] = companion_hex(datagram.bytes);
+    line["hex"] = text_hex(datagram.bytes);
     companion_record(kRecord, line);
   }
   companion_unlisten(kPath);

@@ -7,31 +7,20 @@
 
 #include "programs.h"
 
-struct program_row {
-  const char* name;
-  int (*run)();
-};
-
-static constexpr program_row kPrograms[] = {
-    {"bndstrg_1", bndstrg_main}, {"bs20", idle_main},
-    {"dcs", dcs_main},           {"hnc-listener", hnc_listener_main},
-    {"HncInit", hnc_init_main},  {"mtk_ctrl", mtk_ctrl_main},
-    {"rtdot1xd", idle_main},     {"rtinicapd", idle_main},
-    {"wapp", idle_main},
-};
+static constexpr const char* kNames =
+#define COMPANION(directory, program, run) " " program
+#include "programs.def"
+    ;
 
 int main(int argc, char** argv) {
   const char* path = argc > 0 ? argv[0] : "";
   const char* slash = strrchr(path, '/');
   std::string name = slash ? slash + 1 : path;
-  for (const program_row& program : kPrograms) {
-    if (name == program.name) return program.run();
-  }
-  // Each radio's instance has a number in its name: radstat0, radstat8.
-  if (name.starts_with("radstat")) return radstat_main(name, argc, argv);
-  fprintf(stderr, "%s: start it under the name of a companion:", name.c_str());
-  for (const program_row& program : kPrograms)
-    fprintf(stderr, " %s", program.name);
-  fprintf(stderr, " radstat\n");
+#define COMPANION(directory, program, run) \
+  if (name == program) return run();
+#define NUMBERED_COMPANION(directory, program, run) \
+  if (name.starts_with(program)) return run(name, argc, argv);
+#include "programs.def"
+  fprintf(stderr, "%s: start it under the name of a companion:%s\n", name.c_str(), kNames);
   return 2;
 }
