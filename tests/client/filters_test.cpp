@@ -72,6 +72,21 @@ TEST(Filters, EveryProceduresArgumentsAreWhatItsFilterReads) {
   }
 }
 
+// One filter for all: what the daemon refuses is refused here.
+TEST(Filters, TextWithANulInsideDoesNotDecode) {
+  for (const char* inside : {"a", "\0"}) {
+    byte_string bytes = {0, 0, 0, 3, 0, 0, 0, 3, 'a', static_cast<unsigned char>(*inside), 'b', 0};
+    XDR xdr;
+    xdrmem_create(&xdr, reinterpret_cast<char*>(bytes.data()), static_cast<u_int>(bytes.size()),
+                  XDR_DECODE);
+    wlan_set_ssid_1_argument argument = {};
+    EXPECT_EQ(xdr_wlan_set_ssid_1_argument(&xdr, &argument), *inside != '\0');
+    xdr_free(
+        reinterpret_cast<xdrproc_t>(reinterpret_cast<void (*)()>(xdr_wlan_set_ssid_1_argument)),
+        &argument);
+  }
+}
+
 TEST(Filters, CharactersOfARecordKeepTheirSign) {
   byte_string bytes, again;
   std::string error;
