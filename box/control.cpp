@@ -117,8 +117,9 @@ int control_socket() {
   return fd;
 }
 
-bool control_report_silence() {
-  report("the box did not answer within %d seconds", kControlPatience);
+bool control_report_silence(bool sent) {
+  report("the box did not answer within %d seconds%s", kControlPatience,
+         sent ? "; it may still carry the command out" : "; it was told nothing");
   return false;
 }
 
@@ -128,19 +129,18 @@ static bool connect_to(int fd, const std::string& root) {
       connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0) {
     return true;
   }
-  if (errno == EAGAIN) return control_report_silence();
+  if (errno == EAGAIN) return control_report_silence(false);
   return report_errno("inside a box, or with --box from outside", "reach the box at %s%s",
                       root.c_str(), kControlPath);
 }
 
 static bool exchange_on(int fd, const std::string& message, std::string& answer) {
   answer.resize(kMessageMax);
-  ssize_t got = send(fd, message.data(), message.size(), MSG_NOSIGNAL) < 0
-                    ? -1
-                    : recv(fd, answer.data(), answer.size(), 0);
+  bool sent = send(fd, message.data(), message.size(), MSG_NOSIGNAL) >= 0;
+  ssize_t got = sent ? recv(fd, answer.data(), answer.size(), 0) : -1;
   answer.resize(got > 0 ? static_cast<size_t>(got) : 0);
   if (got > 0) return true;
-  if (got < 0 && errno == EAGAIN) return control_report_silence();
+  if (got < 0 && errno == EAGAIN) return control_report_silence(sent);
   report("the box ended without an answer");
   return false;
 }

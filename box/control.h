@@ -27,8 +27,9 @@ void control_serve(int client, trap_state& trap);
 // Client side. A socket whose calls give up after kControlPatience with EAGAIN; -1 on failure.
 [[nodiscard]] int control_socket();
 
-// Says that the box kept somebody waiting for so long; always false.
-bool control_report_silence();
+// Says that the box kept somebody waiting for so long, and whether it has a command that it may
+// still carry out; always false.
+bool control_report_silence(bool sent);
 
 // Client side. BOX as for reach_root. Sends the words and gets what follows the "ok"; reports
 // anything else. Returns the exit status: 0, kExitFailed without a box, kExitUsage when the box

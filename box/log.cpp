@@ -2,6 +2,7 @@
 
 #include <errno.h>
 #include <fcntl.h>
+#include <poll.h>
 #include <stdio.h>
 #include <sys/inotify.h>
 #include <unistd.h>
@@ -106,8 +107,16 @@ static bool begin_to_follow(const std::string& path, followed& f) {
   return f.fd >= 0;
 }
 
-// Waits for news; MOVED: no more lines come to this one.
-static bool await_news(int watch, bool& moved) {
+// Waits until the journal changes; false when the box has ended instead.
+static bool await_change(int watch, int end) {
+  pollfd waiting[] = {{watch, POLLIN, 0}, {end, POLLIN, 0}};
+  while (poll(waiting, 2, -1) < 0 && errno == EINTR) {
+  }
+  return waiting[1].revents == 0;
+}
+
+// Takes what has changed; MOVED: no more lines come to this journal.
+static bool take_news(int watch, bool& moved) {
   alignas(inotify_event) char events[4096];
   ssize_t got = read(watch, events, sizeof events);
   moved = false;
@@ -119,7 +128,9 @@ static bool await_news(int watch, bool& moved) {
   return got > 0 || errno == EINTR;
 }
 
-static int follow_journal(const std::string& path, bool as_json) {
+static int follow_journal(const std::string& root, bool as_json) {
+  const std::string path = root + kJournalPath;
+  const int end = reach_open_end(root);
   followed f = {};
   std::string part;
   bool moved = false;
@@ -127,19 +138,24 @@ static int follow_journal(const std::string& path, bool as_json) {
   do {
     print_new(f.fd, part, as_json);
     if (ferror(stdout)) return kExitFailed;
-    if (!moved) continue;
-    close(f.fd);
-    close(f.watch);
-    if (!begin_to_follow(path, f)) return kExitFailed;
+    if (moved) {
+      close(f.fd);
+      close(f.watch);
+      if (!begin_to_follow(path, f)) return kExitFailed;
+      print_new(f.fd, part, as_json);
+    }
+    if (await_change(f.watch, end)) continue;
     print_new(f.fd, part, as_json);
-  } while (await_news(f.watch, moved));
+    report("the box has ended");
+    return 0;
+  } while (take_news(f.watch, moved));
   return kExitFailed;
 }
 
 int log_print(const std::string& box, bool follow, bool as_json) {
   std::string root;
   if (!reach_root(box, root)) return kExitFailed;
-  if (follow) return follow_journal(root + kJournalPath, as_json);
+  if (follow) return follow_journal(root, as_json);
   int fd = open_journal(root + kJournalPath);
   if (fd < 0) return kExitFailed;
   std::string part;

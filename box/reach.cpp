@@ -2,9 +2,11 @@
 
 #include <errno.h>
 #include <stddef.h>
+#include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 #include <sys/socket.h>
+#include <sys/syscall.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -108,11 +110,17 @@ static pid_t child_of(pid_t pid) {
   return atoi(file_read("/proc/" + id + "/task/" + id + "/children").c_str());
 }
 
+int reach_open_end(const std::string& root) {
+  pid_t pid = 0;
+  if (sscanf(root.c_str(), "/proc/%d/root", &pid) != 1) return -1;
+  return static_cast<int>(syscall(SYS_pidfd_open, pid, 0));
+}
+
 bool reach_root(const std::string& box, std::string& root) {
   root.clear();
   if (box.empty()) return true;
   pid_t pid = is_number(box) ? atoi(box.c_str()) : process_named(box);
-  if (pid < 0) return control_report_silence();
+  if (pid < 0) return control_report_silence(false);
   if (!is_in_box(pid)) pid = pid > 0 ? child_of(pid) : 0;
   root = root_of(pid);
   if (is_in_box(pid)) return true;

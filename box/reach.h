@@ -13,6 +13,10 @@
 // Reports what is wrong and returns false.
 [[nodiscard]] bool reach_root(const std::string& box, std::string& root);
 
+// A descriptor that becomes readable when the box of ROOT ends. -1 inside a box, whose end is the
+// caller's own.
+[[nodiscard]] int reach_open_end(const std::string& root);
+
 // Takes a name for the box about to be started. FD stays open as long as the name is taken.
 // Reports what is wrong and returns false.
 [[nodiscard]] bool reach_take_name(const std::string& name, int& fd);
