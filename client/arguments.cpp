@@ -62,14 +62,23 @@ std::string form_of(const procedure_row& procedure, const argument_spec& argumen
   return constraint_form(meanings_limits(procedure, argument));
 }
 
-// What was given, as a message shows it. Of what may be a secret only its length.
+// "12 bytes, of which byte 5 is a line end"
+std::string shown_as_bytes(const constraint& limits, const std::string& given) {
+  const char* what = nullptr;
+  const size_t place = constraint_misfit(limits, given, &what);
+  const std::string length = text_format("%zu byte%s", given.size(), given.size() == 1 ? "" : "s");
+  return place == 0 ? length : length + text_format(", of which byte %zu is %s", place, what);
+}
+
+// What was given, as a message shows it. What may be a secret is not shown.
 std::string shown(const constraint& limits, const std::string& given) {
   switch (limits.kind) {
+    case constraint_kind::kAnyText:
     case constraint_kind::kText:
     case constraint_kind::kHex:
     case constraint_kind::kDigits:
     case constraint_kind::kPassphrase:
-      return text_format("%zu byte%s", given.size(), given.size() == 1 ? "" : "s");
+      return shown_as_bytes(limits, given);
     default:
       return text_quote(given);
   }

@@ -183,9 +183,11 @@ std::string call_explain(const call_answer& answer, const call_target& target,
                          host.c_str(), target.port, strerror(answer.error_number));
     case call_status::kTimeout:
       return text_format(
-          "%s: no answer from %s port %u in %g s; is the daemon up, is the address "
-          "reachable, is it registered (rpcinfo -p %s)? The call may have been carried out",
-          name, host.c_str(), target.port, target.timeout, host.c_str());
+          "%s: no answer from %s port %u in %g s. The call was sent and may still be carried out: "
+          "the daemon serves one call after the other, and some take long; 'wificonf ping --wait "
+          "60' tells when it answers again. If never, the address is not reachable, or the daemon "
+          "hangs",
+          name, host.c_str(), target.port, target.timeout);
     case call_status::kGivenUp:
       return text_format("%s: given up", name);
   }

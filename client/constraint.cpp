@@ -24,8 +24,11 @@ bool all_of(std::string_view text, const char* characters) {
   return text.find_first_not_of(characters) == std::string_view::npos;
 }
 
+constexpr char kDigits[] = "0123456789";
+constexpr char kHexDigits[] = "0123456789abcdefABCDEF";
+
 bool is_hex(std::string_view text) {
-  return all_of(text, "0123456789abcdefABCDEF");
+  return all_of(text, kHexDigits);
 }
 
 bool is_mac(std::string_view text) {
@@ -82,7 +85,45 @@ std::string hex_words(const constraint& limits) {
   return ranges_words(limits) + " hexadecimal digits" + (fixed ? "" : ", an even number");
 }
 
+bool is_control(char c) {
+  return static_cast<unsigned char>(c) < 0x20 || c == 0x7f;
+}
+
+// 0 when there is none.
+size_t misfit_in_text(const constraint& limits, std::string_view given, const char** what) {
+  for (size_t i = 0; i < given.size(); i++) {
+    const bool separates = limits.list_field && given[i] == ';';
+    if (!separates && !is_control(given[i])) continue;
+    *what = separates                              ? "';', which separates the BSSs in the profile"
+            : given[i] == '\n' || given[i] == '\r' ? "a line end"
+                                                   : "a control character";
+    return i + 1;
+  }
+  return 0;
+}
+
 }  // namespace
+
+size_t constraint_misfit(const constraint& limits, std::string_view given, const char** what) {
+  switch (limits.kind) {
+    case constraint_kind::kAnyText:
+    case constraint_kind::kText:
+    case constraint_kind::kPassphrase:
+      return misfit_in_text(limits, given, what);
+    case constraint_kind::kHex:
+      *what = "no hexadecimal digit";
+      return given.find_first_not_of(kHexDigits) + 1;
+    case constraint_kind::kDigits:
+      *what = "no digit";
+      return given.find_first_not_of(kDigits) + 1;
+    default:
+      return 0;
+  }
+}
+
+const char* constraint_misfit_pattern(const constraint& limits) {
+  return limits.list_field ? "[\\u0000-\\u001f\\u007f;]" : "[\\u0000-\\u001f\\u007f]";
+}
 
 bool constraint_parse_integer(std::string_view text, int64_t* value) {
   const bool negative = text.starts_with('-');
@@ -102,6 +143,8 @@ bool constraint_holds(const constraint& limits, std::string_view given) {
   const auto size = static_cast<int64_t>(given.size());
   int64_t number = 0;
   bool on = false;
+  const char* misfit = nullptr;
+  if (constraint_misfit(limits, given, &misfit) != 0) return false;
   switch (limits.kind) {
     case constraint_kind::kByType:
     case constraint_kind::kAnyText:
@@ -116,9 +159,9 @@ bool constraint_holds(const constraint& limits, std::string_view given) {
     case constraint_kind::kText:
       return within(limits, size);
     case constraint_kind::kHex:
-      return within(limits, size) && size % 2 == 0 && is_hex(given);
+      return within(limits, size) && size % 2 == 0;
     case constraint_kind::kDigits:
-      return within(limits, size) && all_of(given, "0123456789");
+      return within(limits, size);
     case constraint_kind::kPassphrase:
       return within(limits, size) || (given.size() == kKeyDigits && is_hex(given));
     case constraint_kind::kMac:
@@ -134,7 +177,7 @@ std::string constraint_words(const constraint& limits) {
     case constraint_kind::kByType:
     case constraint_kind::kInteger:
     case constraint_kind::kAnyText:
-      return "";
+      return limits.list_field ? "without ';'" : "";
     case constraint_kind::kSwitch:
       return "on or off";
     case constraint_kind::kNumber:

@@ -12,14 +12,14 @@
 enum class constraint_kind {
   kByType,      // whatever the argument's type takes
   kInteger,     // any that the type holds
-  kAnyText,     // any text
+  kAnyText,     // any text without control characters
   kSwitch,      // on or off
   kNumber,      // an integer of the ranges
   kWord,        // one of the words, spelled exactly so
-  kText,        // length in bytes of the ranges
+  kText,        // the same, length in bytes of the ranges
   kHex,         // hexadecimal digits, an even number of the ranges
   kDigits,      // decimal digits, their number of the ranges
-  kPassphrase,  // text, length in bytes of the ranges; or 64 hexadecimal digits
+  kPassphrase,  // as kText; or 64 hexadecimal digits
   kMac,         // six hexadecimal pairs joined by colons
   kIpv4,        // four decimal numbers joined by dots
 };
@@ -36,7 +36,8 @@ struct constraint {
   constraint_kind kind;
   constraint_range at[kRangesMax] = {};
   unsigned count = 0;
-  const char* words = "";  // kWord: with blanks between
+  const char* words = "";   // kWord: with blanks between
+  bool list_field = false;  // a text that the profile keeps in a list: no ";"
 };
 
 inline std::span<const constraint_range> constraint_ranges(const constraint& limits) {
@@ -46,6 +47,13 @@ inline std::span<const constraint_range> constraint_ranges(const constraint& lim
 // Whether a word of the command line keeps to it. Numbers are decimal or, after
 // 0x, hexadecimal.
 bool constraint_holds(const constraint& limits, std::string_view given);
+
+// The first character that is in no value, such as a line end in a text: where it is,
+// from 1 on, and what. 0 when there is none, and for values that are no texts or digits.
+size_t constraint_misfit(const constraint& limits, std::string_view given, const char** what);
+
+// Every character that a text must not have, as a JSON Schema's pattern.
+const char* constraint_misfit_pattern(const constraint& limits);
 
 // "1 to 8 (2.4 GHz) or 9 to 16 (5 GHz)", "1 to 32 bytes", "on or off"; empty when
 // it says no more than the type does.

@@ -137,7 +137,8 @@ constexpr payload_field kBtmStation[] = {
     {"bytes_received", kCounter64, 28, 0, "B", "RECEIVED", "bytes received from it", kFree},
     {"backhaul", kFlag, 36, 0, "", "", "its BSS is a backhaul BSS", kFree},
     {"btm", kU8, 59, 0, "", "BTM",
-     "802.11v BSS transition capability times 8; without an MT7615 0, for unknown", kFree},
+     "802.11v BSS transition capability times 8, of an MT7615; 0 of a station without it, too",
+     kFree, kZero},
     {"is_ht", kFlag, 68, 0, "", "", "802.11n or later", kFree},
     {"is_vht", kFlag, 72, 0, "", "", "802.11ac", kFree},
 };
@@ -188,7 +189,7 @@ constexpr payload_field kExtender[] = {
     {"model_number", kText, 596, 160, "", "", "", kName},
     {"serial_number", kText, 756, 160, "", "", "", kSecret},
     {"last_sync_attempt", kTime, 916, 0, "", "", "last attempt to synchronise it", kFree},
-    {"software_version", kText, 920, 128, "", "", "", kName},
+    {"software_version", kText, 920, 128, "", "", "", kNumber},
     {"uplink_type", kI32, 1048, 0, "", "", "as the controller counts it", kFree},
     {"uplink_rate", kI32, 1052, 0, "Mbit/s", "", "", kFree},
     {"upgrade_available", kFlag, 1056, 0, "", "", "newer firmware is there", kFree},

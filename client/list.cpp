@@ -57,9 +57,12 @@ exit_status list_procedures(const output_streams& streams, const client_options&
   const procedures found = list_find(choice);
   if (found.empty()) {
     const std::string of = choice.topic == nullptr ? "" : " of " + topic_word(choice.topic);
+    const bool is_number = lookup_is_number(choice.pattern) && lookup_procedure(choice.pattern);
     return fail(streams, kExitUsage,
-                "no procedure" + of + " matches " + text_quote(choice.pattern) +
-                    "; 'wificonf list' has all");
+                "no name or summary of a procedure" + of + " has " + text_quote(choice.pattern) +
+                    (is_number ? "; 'wificonf describe " + std::string(choice.pattern) +
+                                     "' tells of that number"
+                               : "; 'wificonf list' has all"));
   }
   print(streams,
         options.json ? json_list(found) : describe_list(found, terminal_width(streams.out)));

@@ -22,6 +22,8 @@ constexpr struct {
     {"q", live_key::kQuit},         {"Q", live_key::kQuit},           {"\033[A", live_key::kUp},
     {"\033OA", live_key::kUp},      {"\033[B", live_key::kDown},      {"\033OB", live_key::kDown},
     {"\033[5~", live_key::kPageUp}, {"\033[6~", live_key::kPageDown}, {"\033[H", live_key::kFirst},
+    {"k", live_key::kUp},           {"j", live_key::kDown},           {"b", live_key::kPageUp},
+    {" ", live_key::kPageDown},     {"g", live_key::kFirst},          {"G", live_key::kLast},
     {"\033OH", live_key::kFirst},   {"\033[1~", live_key::kFirst},    {"\033[F", live_key::kLast},
     {"\033OF", live_key::kLast},    {"\033[4~", live_key::kLast},
 };

@@ -53,6 +53,7 @@ constexpr constraint kWepKey = of_ranges(constraint_kind::kHex, constraint_range
                                          constraint_range{26, 26, nullptr});
 // The controller's messages cut longer ones off.
 constexpr constraint kControllerText = text(0, 127);
+constexpr constraint kListField = {.kind = constraint_kind::kAnyText, .list_field = true};
 constexpr constraint kAccessCategory =
     choices(values{0, 0, "best effort"}, values{1, 1, "background"}, values{2, 2, "video"},
             values{3, 3, "voice"});
@@ -216,7 +217,7 @@ constexpr meaning_entry kMeanings[] = {
     // Home network controller and its extenders.
     {nullptr, "service", "service of the BSS in the home network; 7: backhaul", "7"},
     {nullptr, "wds_mode", "WDS mode, stored as given", "0"},
-    {nullptr, "replicate_radio", "radio to replicate, stored as given", "1"},
+    {nullptr, "replicate_radio", "radio to replicate, stored as given", "1", kListField},
     {nullptr, "steer_type", "how to steer", "1", choices(values{0, 0, "blacklist"}, values{1, 1, "BTM request"}, values{3, 3, "disconnect"})},
     {nullptr, "action", "blacklist action", "2", choices(values{0, 0, "let it in again"}, values{1, 1, "keep it out"}, values{2, 2, "keep it out for the time of the blacklist timer"})},
     {nullptr, "seconds", "how long a station stays on the blacklist, in seconds", "30", number(0, INT_MAX)},

@@ -39,6 +39,7 @@ enum class content {
   kUnsaid,   // nobody has looked: left out
   kFree,     // a number, or words that the daemon itself chose
   kName,     // any text that a person, a station or another program chose
+  kNumber,   // such a text that is a number, a time or a version as a rule, and is then free
   kAddress,  // MAC or IP address
   kSecret,
 };

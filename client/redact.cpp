@@ -28,11 +28,21 @@ std::string mac_of(const std::string& text) {
   return mac;
 }
 
-bool is_ip(const std::string& text) {
-  in_addr four{};
-  in6_addr six{};
-  return inet_pton(AF_INET, text.c_str(), &four) == 1 ||
-         inet_pton(AF_INET6, text.c_str(), &six) == 1;
+bool is_ipv4(const std::string& text) {
+  in_addr address{};
+  return inet_pton(AF_INET, text.c_str(), &address) == 1;
+}
+
+bool is_ipv6(const std::string& text) {
+  in6_addr address{};
+  return inet_pton(AF_INET6, text.c_str(), &address) == 1;
+}
+
+// A number, a time of day or a version; too short for a telephone number, and no address.
+bool is_plain_number(const std::string& text) {
+  constexpr size_t kLongest = 8;
+  return text.size() <= kLongest && text.find_first_not_of("0123456789.:") == std::string::npos &&
+         !is_ipv4(text) && !is_ipv6(text);
 }
 
 // The number of the text among those so far, from 1 on.
@@ -44,7 +54,8 @@ std::string other_name(std::map<std::string, std::string>& names, const std::str
   return found->second;
 }
 
-// Addresses that nobody has: locally administered, and those kept for documentation.
+// Addresses that nobody has: locally administered, and those kept for measurements and for
+// documentation.
 std::string other_address(const std::string& text, redaction& state) {
   std::string mac = mac_of(text);
   if (mac == "00:00:00:00:00:00" || mac == "ff:ff:ff:ff:ff:ff") return mac;
@@ -53,8 +64,13 @@ std::string other_address(const std::string& text, redaction& state) {
       return text_format("02:00:00:%02zx:%02zx:%02zx", number >> 16 & 0xff, number >> 8 & 0xff,
                          number & 0xff);
     });
-  if (!is_ip(text)) return kRedacted;
-  return other_name(state.ips, text,
+  if (text == "0.0.0.0" || text == "::") return text;
+  if (is_ipv4(text))
+    return other_name(state.ipv4s, text, [](size_t number) {
+      return text_format("198.18.%zu.%zu", number >> 8 & 0xff, number & 0xff);
+    });
+  if (!is_ipv6(text)) return kRedacted;
+  return other_name(state.ipv6s, text,
                     [](size_t number) { return text_format("2001:db8::%zx", number); });
 }
 
@@ -63,6 +79,7 @@ ordered_json redacted(const ordered_json& value, content holds, redaction& state
   if (holds == content::kSecret || !value.is_string()) return kRedacted;
   const std::string text = value.get<std::string>();
   if (holds == content::kAddress) return other_address(text, state);
+  if (holds == content::kNumber && is_plain_number(text)) return value;
   return other_name(state.names, text,
                     [](size_t number) { return text_format("name-%zu", number); });
 }

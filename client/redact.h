@@ -10,7 +10,7 @@
 // What goes on from answer to answer.
 struct redaction {
   // What stands for each address and name, the same wherever it occurs.
-  std::map<std::string, std::string> macs, ips, names;
+  std::map<std::string, std::string> macs, ipv4s, ipv6s, names;
   size_t left_out = 0;  // values of which nothing says what they hold
 };
 

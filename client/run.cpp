@@ -61,7 +61,7 @@ std::string payload_text(const procedure_row& procedure, const decoded_reply& re
 // Told on standard error: standard output has the value alone, for scripts.
 exit_status inert_status(const output_streams& streams, const client_options& options,
                          const procedure_row& procedure) {
-  if (!procedure.inert || options.inert_ok) return kExitDone;
+  if (!procedure.inert || procedure.answer_is_all || options.inert_ok) return kExitDone;
   const std::string name = lookup_display_name(procedure);
   return note(streams, kExitInert,
               name +
@@ -139,7 +139,7 @@ exit_status run_number(const output_streams& streams, const client_options& opti
   }
   call_answer answer;
   exit_status status = kExitDone;
-  std::string name = "procedure " + lookup_display_number(number);
+  const std::string name = "procedure " + word;
   if (!session_call(streams, options, number, name, {}, answer, &status)) return status;
   show_bytes(streams, options, number, answer.result);
   const procedure_row* known = lookup_number(number);
@@ -202,7 +202,7 @@ exit_status run_describe(const output_streams& streams, const client_options& op
 exit_status run_schema(const output_streams& streams, const client_options& options) {
   const std::vector<std::string>& words = options.words;
   const bool arguments = words.size() == 3 && words[1] == "--arguments";
-  if (!arguments && words.size() != 2)
+  if (words.back() == "--arguments" || (!arguments && words.size() != 2))
     return fail(streams, kExitUsage,
                 "schema takes [--arguments] PROCEDURE, error or top; 'wificonf list' has all "
                 "procedures");

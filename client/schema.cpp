@@ -74,9 +74,15 @@ ordered_json field_schema(field_type type) {
   return {};
 }
 
+// JSON has null for the daemon's numbers that say so.
+std::string meaning_of(const char* meaning, not_known unknown) {
+  if (unknown == not_known::kNever) return meaning;
+  return std::string(meaning) + (*meaning == '\0' ? "" : "; ") + "null: not known";
+}
+
 std::string description(const payload_field& field) {
   const bool time = field.type == field_type::kTime;
-  return describe_meaning(payload_meaning(field.meaning, field.unknown),
+  return describe_meaning(meaning_of(field.meaning, field.unknown),
                           time ? "s since the epoch" : field.unit);
 }
 
@@ -128,7 +134,7 @@ ordered_json value_schema(const procedure_row& procedure) {
   const value_meaning& value = payload_value(procedure);
   ordered_json schema = integer(INT32_MIN, INT32_MAX);
   if (value.unknown != not_known::kNever) schema = or_null(schema);
-  const std::string meaning = payload_meaning(value.meaning, value.unknown);
+  const std::string meaning = meaning_of(value.meaning, value.unknown);
   if (!meaning.empty()) schema["description"] = meaning;
   if (*value.unit != '\0') schema["x-unit"] = value.unit;
   return schema;

@@ -25,13 +25,18 @@ ordered_json number_schema(const constraint_range& range) {
   return schema;
 }
 
+ordered_json any_text_schema(const constraint& limits) {
+  return {{"type", "string"}, {"not", {{"pattern", constraint_misfit_pattern(limits)}}}};
+}
+
 // JSON Schema counts characters, the limits are of bytes: the same in ASCII.
-ordered_json text_schema(const constraint_range& range) {
-  return {{"type", "string"},
-          {"minLength", range.low},
-          {"maxLength", range.high},
-          {"x-min-bytes", range.low},
-          {"x-max-bytes", range.high}};
+ordered_json text_schema(const constraint& limits, const constraint_range& range) {
+  ordered_json schema = any_text_schema(limits);
+  schema.update({{"minLength", range.low},
+                 {"maxLength", range.high},
+                 {"x-min-bytes", range.low},
+                 {"x-max-bytes", range.high}});
+  return schema;
 }
 
 std::string repeated(const char* characters, const constraint_range& range, int64_t each) {
@@ -39,11 +44,11 @@ std::string repeated(const char* characters, const constraint_range& range, int6
          std::to_string(range.high / each) + "}$";
 }
 
-ordered_json range_schema(constraint_kind kind, const constraint_range& range) {
-  switch (kind) {
+ordered_json range_schema(const constraint& limits, const constraint_range& range) {
+  switch (limits.kind) {
     case constraint_kind::kText:
     case constraint_kind::kPassphrase:
-      return text_schema(range);
+      return text_schema(limits, range);
     case constraint_kind::kHex:
       return pattern(repeated("[0-9A-Fa-f]{2}", range, 2));
     case constraint_kind::kDigits:
@@ -60,7 +65,7 @@ ordered_json words_schema(const constraint& limits) {
 ordered_json ranges_schema(const constraint& limits) {
   std::vector<ordered_json> schemas;
   for (const constraint_range& range : constraint_ranges(limits))
-    schemas.push_back(range_schema(limits.kind, range));
+    schemas.push_back(range_schema(limits, range));
   if (limits.kind == constraint_kind::kPassphrase) schemas.push_back(pattern("^[0-9A-Fa-f]{64}$"));
   return any_of(schemas);
 }
@@ -69,7 +74,7 @@ ordered_json limits_schema(const constraint& limits) {
   switch (limits.kind) {
     case constraint_kind::kByType:
     case constraint_kind::kAnyText:
-      return {{"type", "string"}};
+      return any_text_schema(limits);
     case constraint_kind::kSwitch:
       return {{"type", "boolean"}};
     case constraint_kind::kWord:

@@ -64,6 +64,7 @@ constexpr procedure_row make_row(procedure_row row, answer_spec answer, uint32_t
   row.update = answer.update;
   row.effect = effect_of(answer.kind, facts);
   row.needs = facts.needs;
+  row.answer_is_all = facts.answer_is_all;
   return row;
 }
 

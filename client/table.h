@@ -41,9 +41,10 @@ struct procedure_row {
   const char* name;  // as in the table, upper case
   member_list members;
   payload_kind payload;
-  uint32_t size;  // bytes of what the back end fills, 0 where that is a code alone
-  bool update;    // the code is a profile update's: 1 written, 2 no change, 0 failed
-  bool inert;     // accepted, deliberately does nothing
+  uint32_t size;       // bytes of what the back end fills, 0 where that is a code alone
+  bool update;         // the code is a profile update's: 1 written, 2 no change, 0 failed
+  bool inert;          // accepted, deliberately does nothing
+  bool answer_is_all;  // inert, and who calls it wants no more than an answer
   topic about;
   asking effect;      // never kByAnswer
   const char* needs;  // procedures to call first, with blanks between

@@ -30,6 +30,8 @@ struct top_view {
 // A call that is late is said to be, once it is this late, and from then on as often.
 constexpr double kLate = 1;
 constexpr size_t kTableHead = 2;  // lines: headings and their units
+// A lower screen has the title and stations alone.
+constexpr size_t kHeightOfAll = 6;
 
 // Bytes would be up to ten digits, for which a terminal of 80 columns has no room.
 std::string kilobytes(const char* name, const top_station& station) {
@@ -103,11 +105,15 @@ size_t lines_in(const std::string& text) {
   return static_cast<size_t>(std::count(text.begin(), text.end(), '\n'));
 }
 
+size_t head_of(size_t height) {
+  return height < kHeightOfAll ? 0 : kTableHead;
+}
+
 // Rows of the screen for stations; below them the cursor stands.
 size_t room_of(const top_view& view, size_t note_lines) {
-  constexpr size_t kOthers = 1 + kTableHead + 1;  // title, headings, cursor
   const size_t height = screen_height(view.streams.out);
-  return height > kOthers + note_lines ? height - kOthers - note_lines : 0;
+  const size_t others = 1 + note_lines + head_of(height) + 1;  // title and cursor too
+  return height > others ? height - others : 0;
 }
 
 // Moves the first station so that the screen is full as far as there are stations.
@@ -116,14 +122,14 @@ void keep_in_bounds(top_view& view, size_t room) {
   view.first = std::min(view.first, all > room ? all - room : 0);
 }
 
-// The headings of a table, and `count` of its rows from `first` on.
-std::string window_of(const std::string& table, size_t first, size_t count) {
+// The first `head` lines of a table's headings, and `count` of its rows from `first` on.
+std::string window_of(const std::string& table, size_t head, size_t first, size_t count) {
   std::string out;
   size_t number = 0;
   for (size_t at = 0; at < table.size(); number++) {
     const size_t end = table.find('\n', at) + 1;
-    const bool in = number < kTableHead ||
-                    (number - kTableHead >= first && number - kTableHead < first + count);
+    const size_t row = number - kTableHead;
+    const bool in = number < kTableHead ? number < head : row >= first && row < first + count;
     if (in) out += table.substr(at, end - at);
     at = end;
   }
@@ -132,12 +138,14 @@ std::string window_of(const std::string& table, size_t first, size_t count) {
 
 std::string screen_of(top_view& view) {
   const size_t width = terminal_width(view.streams.out);
-  const std::string note = note_of(view, width);
+  const size_t height = screen_height(view.streams.out);
+  std::string note = note_of(view, width);
+  if (height < kHeightOfAll && note == "\n") note.clear();
   const size_t room = room_of(view, lines_in(note));
   keep_in_bounds(view, room);
   return screen_lines(title_of(view.shown, view.first, room) + note +
-                          window_of(table_of(view.shown, width), view.first, room),
-                      screen_height(view.streams.out) - 1, width);
+                          window_of(table_of(view.shown, width), head_of(height), view.first, room),
+                      height - 1, width);
 }
 
 void draw(top_view& view) {

@@ -57,11 +57,11 @@ constexpr value_meaning kValues[] = {
     {"HNC_GET_UPDATEFW_FILENAME", "", "", kName},
     {"HNC_GET_UPDATEFW_USERNAME", "", "", kSecret},
     {"HNC_GET_UPDATEFW_PASSWORD", "", "", kSecret},
-    {"HNC_GET_UPDATEFW_TIME", "", "", kName},
+    {"HNC_GET_UPDATEFW_TIME", "", "", kNumber},
     {"HNC_GET_SUPPORTEDHNEMANUFACTURER", "", "", kName},
     {"HNC_GET_SUPPORTEDHNEMODELNAME", "", "", kName},
     {"HNC_GET_SUPPORTEDHNEMODELNUMBER", "", "", kName},
-    {"WLAN_GET_HNC_REPLICATE_RADIO", "", "", kName},
+    {"WLAN_GET_HNC_REPLICATE_RADIO", "", "", kNumber},
 };
 
 constexpr value_meaning kNoMeaning = {"", "", ""};

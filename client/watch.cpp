@@ -1,5 +1,7 @@
 #include "watch.h"
 
+#include <cmath>
+
 #include "json.h"
 #include "live.h"
 #include "lookup.h"
@@ -25,6 +27,9 @@ std::string plain_value(const procedure_row& procedure, const decoded_reply& rep
   if (procedure.payload == payload_kind::TEXT) return text_escape(reply.text);
   return text_format("code %d", reply.code);
 }
+
+// A call that is late is said to be, once it is this late, and from then on as often.
+constexpr double kLate = 1;
 
 // The whole screen, cleared before.
 std::string screen_of(const output_streams& streams, const procedure_row& procedure, double every,
@@ -60,11 +65,30 @@ struct watching {
   double every;
   bool redrawn;  // on a terminal
   sample before;
+  std::string shown;  // below the title
+  double asking_since;
+  double drawn;
 };
 
-// Nothing else goes on while a call has no answer.
-bool until_quit(void*) {
-  return live_read() != live_key::kQuit;
+void draw(watching& state, const std::string& text) {
+  print(state.streams, screen_of(state.streams, *state.prepared.procedure, state.every, text));
+  print_flush(state.streams);
+  state.drawn = moment_now();
+}
+
+// While a call has no answer; false when it is to be given up.
+bool go_on(void* context) {
+  watching& state = *static_cast<watching*>(context);
+  if (live_read() == live_key::kQuit) return false;
+  const double now = moment_now();
+  const double waited = now - state.asking_since;
+  if (waited < kLate || now - state.drawn < kLate) return true;
+  const std::string age = state.shown.empty() ? ""
+                                              : text_format("; what is shown is %.0f s old",
+                                                            std::floor(now - state.before.taken));
+  draw(state, text_format("waiting for an answer, %.0f s so far", std::floor(waited)) + age +
+                  "\n\n" + state.shown);
+  return true;
 }
 
 std::string answer_text(const watching& state, size_t width, const sample& current) {
@@ -74,28 +98,29 @@ std::string answer_text(const watching& state, size_t width, const sample& curre
 }
 
 // What failed, where the answer would be.
-void show_failure(const watching& state, size_t width, const session_failure& failure) {
-  const procedure_row& procedure = *state.prepared.procedure;
+void show_failure(watching& state, size_t width, const session_failure& failure) {
   if (state.redrawn) {
-    const std::string text = text_wrap(failure.line, width, 0, 0) + "\n";
-    print(state.streams, screen_of(state.streams, procedure, state.every, text));
+    state.shown = text_wrap(failure.line, width, 0, 0) + "\n";
+    draw(state, state.shown);
     return;
   }
   if (state.options.json) print(state.streams, json_error(failure, moment_stamp()));
   note(state.streams, failure.status, failure.line);
 }
 
-void show_answer(const watching& state, size_t width, const sample& current) {
-  const std::string text = answer_text(state, width, current);
-  const procedure_row& procedure = *state.prepared.procedure;
-  print(state.streams,
-        state.redrawn ? screen_of(state.streams, procedure, state.every, text) : text);
+void show_answer(watching& state, size_t width, const sample& current) {
+  state.shown = answer_text(state, width, current);
+  if (state.redrawn)
+    draw(state, state.shown);
+  else
+    print(state.streams, state.shown);
 }
 
 // False when the user has had enough; else *status is that of the one call alone.
 bool take_sample(watching& state, exit_status* status) {
   const size_t width = state.redrawn ? terminal_width(state.streams.out) : 0;
-  const call_idle idle = {state.redrawn ? live_fd() : -1, until_quit, nullptr};
+  const call_idle idle = {state.redrawn ? live_fd() : -1, go_on, &state};
+  state.asking_since = moment_now();
   sample current = {};
   const session_failure failure =
       session_try(state.options, state.prepared, current.reply, state.redrawn ? &idle : nullptr);
@@ -167,7 +192,8 @@ exit_status run_watch(const output_streams& streams, const client_options& optio
                 lookup_display_name(*prepared.procedure) +
                     " is no getter: each call would act again; 'watch --force' does it");
   watching state = {
-      streams, options, prepared, settings.every, !options.json && screen_is(streams.out), {}};
+      streams, options, prepared, settings.every, !options.json && screen_is(streams.out), {},
+      "",      0,       0};
   if (state.redrawn) live_begin(streams, false);
   status = watch_until_quit(state, settings.count);
   if (state.redrawn) live_end();

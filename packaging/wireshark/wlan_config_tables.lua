@@ -403,7 +403,7 @@ return {
         {"bytes_sent", "u", 20, 8},
         {"bytes_received", "u", 28, 8},
         {"backhaul", "f", 36, 4},
-        {"btm", "u", 59, 1},
+        {"btm", "u", 59, 1, {["0"] = true}},
         {"is_ht", "f", 68, 4},
         {"is_vht", "f", 72, 4},
       }}},

@@ -54,4 +54,5 @@ struct row_facts {
   const char* needs = "";  // procedures to call first, with blanks between
   entry_trace entry = {};
   bool answer_shown_twice = false;  // the trace repeats the answer's text
+  bool answer_is_all = false;       // inert, and who calls it wants no more than an answer
 };

@@ -50,12 +50,13 @@ const Words kNoMacs = {"junk",
                        "00:11:22:33:44:55:66",
                        "0:11:22:33:44:555"};
 const Words kTexts127 = {"", "x", repeat(127, 'x')};
-const Words kNoTexts127 = {repeat(128, 'x')};
+const Words kNoTexts127 = {repeat(128, 'x'), "a\nb"};
 const Words kTexts63 = {"", repeat(63, 'x')};
-const Words kNoTexts63 = {repeat(64, 'x')};
+const Words kNoTexts63 = {repeat(64, 'x'), "a\rb"};
 const Words kTexts255 = {"", repeat(255, 'x')};
-const Words kNoTexts255 = {repeat(256, 'x')};
-const Words kAnyText = {"", "x", repeat(300, 'x'), "\xff"};
+const Words kNoTexts255 = {repeat(256, 'x'), "\x01"};
+const Words kAnyText = {"", "x", repeat(300, 'x'), "\xff", "a;b"};
+const Words kNoText = {"x\n", "\rx", "a\x1b[0m", "\x7f", "a\tb"};
 
 const Expected kExpected[] = {
     {"WLAN_SET_ENABLE", "index", kBsss, kNoBss},
@@ -85,13 +86,13 @@ const Expected kExpected[] = {
     {nullptr, "policy", kAnyInt, kNoInt},
     {nullptr,
      "ssid",
-     {"x", repeat(32, 'x'), "Living room"},
-     {"", repeat(33, 'x'), repeat(39, 'x')}},
+     {"x", repeat(32, 'x'), "Living room", "a;b"},
+     {"", repeat(33, 'x'), repeat(39, 'x'), "Living\nroom", "room\r", "\x1b[2J"}},
     {nullptr, "key_index", kAnyInt, kNoInt},
     {nullptr,
      "passphrase",
      {repeat(8, 'x'), repeat(63, 'x'), repeat(64, 'F')},
-     {"", "12345", repeat(7, 'x'), repeat(64, 'x'), repeat(65, 'f')}},
+     {"", "12345", repeat(7, 'x'), repeat(64, 'x'), repeat(65, 'f'), "12345678\n", "1234\t5678"}},
     {nullptr, "basic_encryption_modes", {"None"}, {"none", "", "WEP", "None "}},
     {nullptr, "basic_authentication_modes", {"None"}, {"none", "", "OPEN"}},
     {nullptr,
@@ -103,7 +104,7 @@ const Expected kExpected[] = {
      {"WPAPSK", "WPA2PSK", "WPA", "WPA2", "WPAPSKWPA2PSK", "WPA1WPA2"},
      {"WPA3", "wpa2psk", "", "WPA3PSK", "WPA2 WPA"}},
     {nullptr, "mac_address", kMacs, kNoMacs},
-    {nullptr, "name", kAnyText, {}},
+    {nullptr, "name", kAnyText, kNoText},
     {nullptr,
      "pin",
      {"1234", "12345670"},
@@ -160,7 +161,7 @@ const Expected kExpected[] = {
     {nullptr, "level", kAnyInt, kNoInt},
     {nullptr, "service", kAnyInt, kNoInt},
     {nullptr, "wds_mode", kAnyInt, kNoInt},
-    {nullptr, "replicate_radio", kAnyText, {}},
+    {nullptr, "replicate_radio", {"", "1", repeat(300, 'x')}, {"1;2", ";", "1\n"}},
 };
 
 const Expected* expected_of(const procedure_row& procedure, const std::string& argument) {
@@ -212,7 +213,7 @@ TEST(Constraint, WhatMakesSensePassesAndANeighbourDoesNot) {
     for (const std::string& word : expected.refused)
       EXPECT_FALSE(accepted(procedure, place, word)) << what << " '" << word << "'";
     const constraint limits = meanings_limits(procedure, argument);
-    EXPECT_EQ(expected.refused.empty(), limits.kind == constraint_kind::kAnyText) << what;
+    EXPECT_FALSE(expected.refused.empty()) << what;
     for (const std::string& word : constraint_values(limits))
       EXPECT_TRUE(accepted(procedure, place, word)) << what << " offers '" << word << "'";
     EXPECT_TRUE(constraint_nearest(limits, "").empty());
@@ -292,6 +293,27 @@ TEST(Constraint, LengthsAreBytes) {
     text += "\xc3\xa9";
   EXPECT_TRUE(accepted(procedure, 1, text));
   EXPECT_FALSE(accepted(procedure, 1, text + "x"));
+}
+
+TEST(Constraint, ARefusalNamesTheCharacterAndShowsNoText) {
+  const auto refusal = [](const char* name, const Words& given) {
+    std::string error;
+    EXPECT_FALSE(arguments_check(*lookup_name(name), given, error)) << name;
+    EXPECT_EQ(error.find("tell-no"), std::string::npos) << error;
+    return error;
+  };
+  EXPECT_TRUE(refusal("wlan_set_key_passphrase", {"1", "1", "tell-no\none"})
+                  .ends_with("not 11 bytes, of which byte 8 is a line end"));
+  EXPECT_TRUE(refusal("wlan_set_radius_server_key", {"1", "tell-no\x1b"})
+                  .ends_with("not 8 bytes, of which byte 8 is a control character"));
+  EXPECT_TRUE(refusal("wlan_set_hnc_replicate_radio", {"1", "1;2"})
+                  .ends_with("not 3 bytes, of which byte 2 is ';', which separates the BSSs in the "
+                             "profile"));
+  EXPECT_TRUE(
+      refusal("wlan_set_hnc_action_frame_payload", {"1", "zz"})
+          .ends_with("an even number, not 2 bytes, of which byte 1 is no hexadecimal digit"));
+  EXPECT_TRUE(refusal("wlan_set_wps_pinstart", {"1", "123x"})
+                  .ends_with("not 4 bytes, of which byte 4 is no digit"));
 }
 
 TEST(Constraint, Words) {

@@ -44,7 +44,7 @@ TEST(Redact, AddressesHaveTheSameOtherNameEverywhere) {
   const char* extender =
       R"({"mac_address":"00-11-22-AA-BB-CC","ip_address":"192.168.1.7","uplink_mac_address":"00:11:22:aa:bb:cd"})";
   EXPECT_EQ(redacted(state, "hnc_get_hne_table_entry", extender),
-            R"({"mac_address":"02:00:00:00:00:01","ip_address":"2001:db8::1",)"
+            R"({"mac_address":"02:00:00:00:00:01","ip_address":"198.18.0.1",)"
             R"("uplink_mac_address":"02:00:00:00:00:02"})");
   const char* station = R"({"mac_address":"00:11:22:aa:bb:cc"})";
   EXPECT_EQ(redacted(state, "wlan_get_na_sta_report", station),
@@ -56,6 +56,27 @@ TEST(Redact, AddressesHaveTheSameOtherNameEverywhere) {
   EXPECT_EQ(redacted(state, "wlan_get_na_sta_report", R"({"mac_address":"a secret of 17 ch"})"),
             R"x({"mac_address":"(redacted)"})x")
       << "what is no address is not passed on for one";
+}
+
+TEST(Redact, AnAddressIsReplacedByOneOfItsKind) {
+  redaction state;
+  const auto other = [&state](const std::string& ip) {
+    const std::string record = "{\"ip_address\":\"" + ip + "\"}";
+    return redacted(state, "hnc_get_hne_table_entry", record.c_str());
+  };
+  EXPECT_EQ(other("192.168.1.7"), R"({"ip_address":"198.18.0.1"})");
+  EXPECT_EQ(other("fe80::1"), R"({"ip_address":"2001:db8::1"})");
+  EXPECT_EQ(other("192.168.1.8"), R"({"ip_address":"198.18.0.2"})");
+  EXPECT_EQ(other("0.0.0.0"), R"({"ip_address":"0.0.0.0"})") << "nobody's";
+}
+
+TEST(Redact, NumbersGivenAsTextStay) {
+  EXPECT_EQ(redacted("hnc_get_updatefw_time", R"("03:00")"), R"("03:00")");
+  EXPECT_EQ(redacted("wlan_get_hnc_replicate_radio", R"("1")"), R"("1")");
+  EXPECT_EQ(redacted("hnc_get_hne_table_entry", R"({"software_version":"2.3.9"})"),
+            R"({"software_version":"2.3.9"})");
+  for (const char* other : {R"("tonight")", R"("10.0.0.7")", R"("::1")", R"("004912345678")"})
+    EXPECT_EQ(redacted("hnc_get_updatefw_time", other), R"("name-1")") << other;
 }
 
 TEST(Redact, NamesAreTheSameOtherNameEverywhere) {

@@ -187,7 +187,8 @@ TEST(Run, WrongUsageSendsNothing) {
       {{"ping", "--wait", "0"}, "--wait SECONDS"},
       {{"ping", "--wait", "1", "2"}, "--wait SECONDS"},
       {{"list", "a", "b"}, "one PATTERN"},
-      {{"list", "no such thing"}, "no procedure matches"},
+      {{"list", "no such thing"}, "no name or summary of a procedure has 'no such thing'"},
+      {{"list", "22"}, "has '22'; 'wificonf describe 22' tells of that number"},
       {{"list", "--topics", "x"}, "one PATTERN"},
       {{"list", "--topic"}, "one PATTERN"},
       {{"list", "--topic", "wps", "--json"}, "one PATTERN"},
@@ -355,6 +356,9 @@ TEST(Run, WhatDoesNothingHasAStatusOfItsOwn) {
       run_against(0, words({kMinusOne}), {"--inert-ok", "wlan_set_channel", "9", "36"}).status,
       kExitFailureCode);
   EXPECT_EQ(run_against(0, {}, {"4"}).status, kExitInert) << "by number";
+  Outcome alive = run_against(0, words({0}), {"wlan_check_rpc_alive"});
+  EXPECT_EQ(alive.status, kExitDone) << "to answer is all that it is for";
+  EXPECT_EQ(alive.out + alive.err, "ok\n");
 }
 
 TEST(Run, Ping) {
@@ -505,7 +509,7 @@ TEST(Run, CommandsExplainTheirUsage) {
       {{"dump", "x"}, "dump takes --redact only"},
       {{"completion"}, "completion takes bash or zsh"},
       {{"schema"}, "schema takes [--arguments] PROCEDURE, error or top"},
-      {{"schema", "--arguments"}, "no procedure '--arguments'"},
+      {{"schema", "--arguments"}, "schema takes [--arguments] PROCEDURE, error or top"},
       {{"schema", "wlan_set_sssid"}, "did you mean wlan_set_ssid"},
   };
   for (const auto& c : cases) {

@@ -63,7 +63,7 @@ std::string btm_record() {
 TEST(Show, RatesOfAllTablesAreInOneUnit) {
   EXPECT_EQ(shown("wlan_get_btm_associated_device", btm_record()),
             "STATION           RSSI dBm DOWN Mbit/s UP Mbit/s MCS     SENT B RECEIVED B BTM\n"
-            "02:00:5e:00:00:01      -61         866         1   0 4294967295        256   0\n");
+            "02:00:5e:00:00:01      -61         866         1   0 4294967295        256   -\n");
   EXPECT_NE(json_of("wlan_get_btm_associated_device", btm_record())
                 .find(R"("downlink_rate":886784,"uplink_rate":1000,)"),
             std::string::npos);
@@ -76,7 +76,7 @@ TEST(Show, RatesOfBytesSaySo) {
   EXPECT_EQ(show_record(layout, btm_record(), {80, 1, &earlier}),
             "STATION           RSSI   DOWN     UP MCS       SENT B/s RECEIVED B/s BTM\n"
             "                   dBm Mbit/s Mbit/s              B            B     \n"
-            "02:00:5e:00:00:01  -61    866      1   0 4294967295 0.0      256 0.0   0\n");
+            "02:00:5e:00:00:01  -61    866      1   0 4294967295 0.0      256 0.0   -\n");
 }
 
 TEST(Show, StationAsJson) {

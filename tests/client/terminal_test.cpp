@@ -189,9 +189,9 @@ TEST(Terminal, TopFillsTheScreenAndScrolls) {
   terminal one;
   start(one, stations.daemon.port, {"top", "--every", "20ms", "--sort", "station"}, 6, 30);
   EXPECT_TRUE(soon_shows(one, "stations 1-1 of 2, ")) << one.shown;
-  const char* const kLater[] = {"\033[B", "\033[6~", "\033[F", "\033OF"};
-  const char* const kEarlier[] = {"\033[A", "\033[5~", "\033[H", "\033OA"};
-  for (size_t i = 0; i < 4; i++) {
+  const char* const kLater[] = {"\033[B", "\033[6~", "\033[F", "\033OF", "j", " ", "G"};
+  const char* const kEarlier[] = {"\033[A", "\033[5~", "\033[H", "\033OA", "k", "b", "g"};
+  for (size_t i = 0; i < std::size(kLater); i++) {
     press(one, kLater[i]);
     EXPECT_TRUE(soon_shows(one, "stations 2-2 of 2, ")) << i;
     press(one, std::string("x\033[Z") + kEarlier[i]);
@@ -211,6 +211,31 @@ TEST(Terminal, TopFillsTheScreenAndScrolls) {
   EXPECT_NE(rows[5].find("02:00:00:00:00:02"), std::string::npos) << rows[5];
   for (const std::string& row : rows)
     EXPECT_LE(row.size(), 30u) << row;
+}
+
+TEST(Terminal, TopShowsStationsOnALowScreen) {
+  const struct {
+    unsigned short height;
+    size_t stations;
+    const char* title;
+  } cases[] = {{5, 2, "2 stations, "},
+               {4, 2, "2 stations, "},
+               {3, 1, "stations 1-1 of 2, "},
+               {2, 0, "2 stations, "}};
+  station_daemon stations;
+  start_stations(stations);
+  for (const auto& c : cases) {
+    terminal one;
+    start(one, stations.daemon.port, {"top", "--count", "1", "--sort", "station"}, c.height, 30);
+    EXPECT_EQ(finish(one), 0);
+    const auto rows = split(split(one.shown, kLeave).back(), "\r\n");
+    EXPECT_TRUE(rows[0].starts_with(c.title)) << c.height << rows[0];
+    ASSERT_EQ(rows.size(), 1 + c.stations + 1) << one.shown;
+    for (size_t i = 0; i < c.stations; i++)
+      EXPECT_NE(rows[1 + i].find("02:00:00:00:00:0" + std::to_string(i + 1)), std::string::npos)
+          << rows[1 + i];
+  }
+  fake_daemon_stop(stations.daemon);
 }
 
 // A station on BSS 16 with counters as large as they get, and some 15 MB/s.
@@ -506,6 +531,28 @@ TEST(Terminal, WatchSaysOnItsScreenWhyThereIsNoAnswer) {
   ASSERT_EQ(frames.size(), 3u) << one.shown;
   EXPECT_EQ(frames[0], "");
   EXPECT_NE(frames[2].find("nothing listens"), std::string::npos) << frames[2];
+}
+
+// The first answer comes late, the second never.
+TEST(Terminal, WatchSaysThatItWaits) {
+  FakeDaemon daemon;
+  int calls = 0;
+  fake_daemon_start(daemon, [&calls](const byte_string& call) -> std::vector<Datagram> {
+    if (calls++ > 0) return {};
+    moment_sleep_until(moment_now() + 1.5);
+    return {{fake_reply(call, 0, {0, 4, 6, 0, 0, 0, 0})}};
+  });
+  terminal one;
+  start(one, daemon.port, {"watch", "wlan_get_current_channel", "1", "--every", "20ms"}, 24, 80);
+  const auto shows = [&](const std::string& text) {
+    return read_until(one, [&] { return one.shown.find(text) != std::string::npos; });
+  };
+  EXPECT_TRUE(shows("waiting for an answer, 1 s so far\r\n")) << one.shown;
+  EXPECT_TRUE(shows("waiting for an answer, 1 s so far; what is shown is 1 s old\r\n\r\n6\r\n"))
+      << one.shown;
+  press(one, "q");
+  EXPECT_EQ(finish(one), 0);
+  fake_daemon_stop(daemon);
 }
 
 }  // namespace

@@ -226,7 +226,7 @@ static void expect_known_answers(const std::vector<std::string>& packets) {
             "bytes_sent: 70000\n"
             "bytes_received: 0\n"
             "backhaul: no\n"
-            "btm: 0\n"
+            "btm: 0 (not known)\n"
             "is_ht: yes\n"
             "is_vht: no\n");
 }
