@@ -178,7 +178,7 @@ static void read_basic(int bss) {
 static void read_counters(int bss) {
   std::string counters;
   const bool answered = answer_to_come(55, 56, &counters);
-  // On the heap, so that nothing after them is written.
+  // On the heap, where a write beyond them is seen.
   struct record_of_stats {
     traffic_stats words;
   };

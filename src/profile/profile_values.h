@@ -21,7 +21,8 @@ constexpr int kSwitchLimit = 2;
 // The same as a number; 0 when it is missing.
 [[nodiscard]] int bss_number(int bss, const char* key, int max_len);
 
-// Updates of one key. They return what profile_update does.
+// Updates of one key: the field of a BSS, the whole value, and that by force. They
+// return what profile_update does.
 unsigned write_bss_field(int bss, std::string_view key, std::string_view value);
 unsigned write_value(int index, std::string_view key, std::string_view value);
 unsigned force_value(int index, std::string_view key, std::string_view value);
