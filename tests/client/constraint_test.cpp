@@ -198,7 +198,8 @@ void for_every_argument(Visit visit) {
     for (size_t i = 0; i < arguments.size(); i++) {
       const Expected* expected = expected_of(procedure, arguments[i].name);
       ASSERT_NE(expected, nullptr)
-          << procedure.name << ": write a row of kExpected for " << arguments[i].name;
+          << procedure.name << ": write a row of kExpected in tests/client/constraint_test.cpp for "
+          << arguments[i].name;
       visit(procedure, arguments[i], i, *expected);
     }
   }

@@ -55,6 +55,7 @@ std::map<std::string, std::string> dumped() {
   return given;
 }
 
+// A getter that takes anything but one index is left out: nobody knows with what to ask.
 TEST(Dump, CallsEverySafeGetterOfEveryBss) {
   const std::map<std::string, std::string> given = dumped();
   const std::string kBsses = "1 ,2 ,3 ,4 ,5 ,6 ,7 ,8 ,9 ,10 ,11 ,12 ,13 ,14 ,15 ,16 ,";
@@ -63,14 +64,14 @@ TEST(Dump, CallsEverySafeGetterOfEveryBss) {
   size_t expected = 0;
   for (const procedure_row& procedure : table_procedures()) {
     if (!dump_is_safe(procedure)) continue;
-    expected++;
     const std::string name = lookup_display_name(procedure);
-    ASSERT_TRUE(given.contains(name)) << name;
-    if (procedure.members.count > 1) continue;
     const std::string index = procedure.members.count == 0 ? "" : procedure.members.at[0].name;
+    if (procedure.members.count > 1 || !kIndexes.contains(index)) continue;
+    expected++;
+    ASSERT_TRUE(given.contains(name)) << name;
     EXPECT_EQ(given.at(name), kIndexes.at(index)) << name;
   }
-  EXPECT_EQ(given.size(), expected) << "and no other";
+  EXPECT_EQ(given.size(), expected + 1) << "and wlan_get_stats";
   EXPECT_EQ(given.at("wlan_get_stats"),
             "1 1 ,9 1 ,1 0 ,2 0 ,3 0 ,4 0 ,5 0 ,6 0 ,7 0 ,8 0 ,9 0 ,10 0 ,11 0 ,12 0 ,13 0 ,14 0 ,"
             "15 0 ,16 0 ,");

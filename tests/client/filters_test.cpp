@@ -61,12 +61,13 @@ TEST(Filters, EveryProceduresArgumentsAreWhatItsFilterReads) {
     std::vector<std::string> given;
     for (const argument_spec& argument : table_arguments(procedure)) {
       const meaning_entry* meaning = meanings_find(procedure, argument.name);
-      ASSERT_NE(meaning, nullptr) << row.name << ": " << argument.name;
+      ASSERT_NE(meaning, nullptr) << row.name << ": client/meanings.cpp has to say what "
+                                  << argument.name << " means";
       given.push_back(meaning->example);
     }
     byte_string bytes, again;
     std::string error;
-    ASSERT_TRUE(arguments_encode(procedure, given, bytes, error)) << error;
+    ASSERT_TRUE(arguments_encode(procedure, given, bytes, error)) << row.name << ": " << error;
     ASSERT_TRUE(row.round_trip(bytes, again)) << row.name;
     EXPECT_EQ(bytes, again) << row.name;
   }

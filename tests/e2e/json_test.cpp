@@ -37,7 +37,8 @@ TEST(Json, EveryAnswerIsAsItsSchemaSays) {
             "wlan_get_dot11u_attribute\n"
             "wlan_set_dot11u_attribute\n"
             "wlan_get_airtime_enable\n"
-            "hnc_get_enable\n");
+            "hnc_get_enable\n")
+      << "client/meanings.cpp has the examples that they are called with";
 }
 
 TEST(Json, FailuresAndTopAreAsTheirSchemasSay) {
