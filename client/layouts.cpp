@@ -241,6 +241,25 @@ constexpr payload_layout kLayouts[] = {
     {"HNC_GET_SUPPORTED_HNE_TABLE_ENTRY", kSupported, nullptr},
 };
 
+// Every record has one: without it nobody could read the answer.
+constexpr bool has_layout(std::string_view procedure) {
+  for (const payload_layout& layout : kLayouts) {
+    if (procedure == layout.procedure) return true;
+  }
+  return false;
+}
+
+#define CODE true
+#define UPDATE true
+#define INT(label) true
+#define TEXT(label) true
+#define NONE true
+#define WORDS(type) false
+#define IMAGE(type) false
+#define PROCEDURE(number, name, stem, about, members, no_record, ...) \
+  static_assert((no_record) || has_layout(#name), #name ": write the layout of its record here");
+#include "rpc/procedures.def"
+
 }  // namespace
 
 const payload_layout* payload_find(const procedure_row& procedure) {

@@ -352,7 +352,7 @@ static void expect_as_wificonf_says(const std::vector<std::string>& packets,
 TEST(Dissector, DecodesEveryCallAndReply) {
   const std::vector<procedure_call> calls = call_every_procedure(make_known_calls);
   end_capture();
-  ASSERT_EQ(calls.size(), snapshot_procedures());
+  ASSERT_EQ(calls.size(), snapshot_procedures()) << kSnapshotGrows;
   const std::vector<std::string> packets = dissected();
   std::string missing;
   for (const procedure_call& call : calls) {

@@ -30,7 +30,7 @@ block() { sed -n "/^\`\`\`$1\$/,/^\`\`\`\$/{/^\`\`\`/!p}" "$page"; }
 begun=$(date +%s)
 
 block diff >"$dir/edits"
-check "the edits apply" patch -p1 -i "$dir/edits"
+check "the edits apply" patch -F0 -p1 -i "$dir/edits"
 files=$(grep -c '^+++ ' "$dir/edits")
 check "to $files files" test "$files" -ge 2 -a "$files" -le "$most_files"
 block sh | here >"$dir/commands"

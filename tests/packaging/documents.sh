@@ -22,6 +22,11 @@ status=$(cat "$dir/out")
 check "with two requests done at once and two in turn" same 4 "$(grep -cx ok "$dir/out")"
 check "and the new name on air" holds "$status" "ra0  on    On air  "
 
+# Its commands build too long to be typed here: adding.sh does.
+page=docs/adding-a-procedure.md
+sed -n '/^```diff/,/^```$/{/^```/!p}' "$source/$page" >"$dir/edits"
+check "the edits of $page apply" patch --dry-run -F0 -d "$source" -p1 -i "$dir/edits"
+
 # paste_example DOCUMENT: types the session of its worked example.
 paste_example() {
   awk '/^## A worked example/ { on = 1; next } /^## / { on = 0 } on' "$source/docs/$1" >"$dir/session"
