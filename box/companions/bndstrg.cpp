@@ -2,9 +2,9 @@
 #include <stdio.h>
 #include <unistd.h>
 
-#include "companion.h"
-#include "companion_data.h"
-#include "programs.h"
+#include "companions/companion.h"
+#include "companions/companion_data.h"
+#include "companions/programs.h"
 
 static constexpr const char* kMarker = "/tmp/mtk_bnd_file";
 static constexpr double kUsualSeconds = 0.2;

@@ -1,4 +1,4 @@
-#include "companion.h"
+#include "companions/companion.h"
 
 #include <errno.h>
 #include <fcntl.h>
@@ -13,9 +13,9 @@
 #include <time.h>
 #include <unistd.h>
 
-#include "clock.h"
-#include "companions_start.h"
-#include "files.h"
+#include "base/clock.h"
+#include "base/files.h"
+#include "companions/start.h"
 
 static constexpr size_t kDatagramMax = 65536;
 

@@ -1,9 +1,9 @@
-#include "companion_data.h"
+#include "companions/companion_data.h"
 
 #include <stdio.h>
 
-#include "files.h"
-#include "scenario.h"
+#include "base/files.h"
+#include "scenario/document.h"
 
 using nlohmann::json;
 

@@ -2,8 +2,8 @@
 #include <string.h>
 
 #include "client/text.h"
-#include "companion.h"
-#include "programs.h"
+#include "companions/companion.h"
+#include "companions/programs.h"
 
 static constexpr const char* kPath = "/var/run/dcsD";
 static constexpr const char* kRecord = "/run/gwbox/dcs.jsonl";

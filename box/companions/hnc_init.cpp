@@ -1,7 +1,7 @@
 #include <signal.h>
 
-#include "companion.h"
-#include "programs.h"
+#include "companions/companion.h"
+#include "companions/programs.h"
 
 static constexpr const char* kRecord = "/run/gwbox/hncinit.jsonl";
 

@@ -3,11 +3,11 @@
 #include <string.h>
 #include <unistd.h>
 
-#include "companion.h"
-#include "companion_data.h"
-#include "hnc_store.h"
-#include "net.h"
-#include "programs.h"
+#include "companions/companion.h"
+#include "companions/companion_data.h"
+#include "companions/hnc_store.h"
+#include "companions/programs.h"
+#include "host/interfaces.h"
 
 static constexpr const char* kRecord = "/run/gwbox/hnc.jsonl";
 static constexpr uint16_t kPort = 4567;

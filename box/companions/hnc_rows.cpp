@@ -1,6 +1,6 @@
-#include "hnc_rows.h"
+#include "companions/hnc_rows.h"
 
-#include "companion_data.h"
+#include "companions/companion_data.h"
 
 template <size_t SIZE>
 static void put(const nlohmann::json& data, const char* member, char (&field)[SIZE]) {

@@ -6,7 +6,7 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "hnc_wire.h"
+#include "companions/hnc_wire.h"
 
 // The text may fill the field to its last byte.
 template <size_t SIZE>

@@ -1,9 +1,9 @@
-#include "hnc_store.h"
+#include "companions/hnc_store.h"
 
 #include <stdlib.h>
 
-#include "companion_data.h"
-#include "hnc_rows.h"
+#include "companions/companion_data.h"
+#include "companions/hnc_rows.h"
 
 using nlohmann::json;
 

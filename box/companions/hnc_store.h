@@ -5,7 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "hnc_wire.h"
+#include "companions/hnc_wire.h"
 
 struct hnc_store {
   std::map<std::string, std::string> settings;  // KEY, or KEY/INDEX

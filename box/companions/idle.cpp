@@ -1,5 +1,5 @@
-#include "companion.h"
-#include "programs.h"
+#include "companions/companion.h"
+#include "companions/programs.h"
 
 int idle_main() {
   companion self = companion_begin({});

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "programs.h"
+#include "companions/programs.h"
 
 static constexpr const char* kNames =
 #define COMPANION(directory, program, run) " " program

@@ -2,9 +2,9 @@
 #include <string.h>
 #include <time.h>
 
-#include "companion.h"
-#include "companion_data.h"
-#include "programs.h"
+#include "companions/companion.h"
+#include "companions/companion_data.h"
+#include "companions/programs.h"
 
 static constexpr const char* kPath = "/var/run/mtk_ctrl_path";
 static constexpr const char* kRecord = "/run/gwbox/mtk_ctrl.jsonl";

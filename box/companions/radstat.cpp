@@ -7,9 +7,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "companion.h"
-#include "companion_data.h"
-#include "programs.h"
+#include "companions/companion.h"
+#include "companions/companion_data.h"
+#include "companions/programs.h"
 
 static constexpr const char* kDirectory = "/var/run/radstat";
 static constexpr const char* kRecord = "/run/gwbox/radstat.jsonl";

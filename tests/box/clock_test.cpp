@@ -1,5 +1,5 @@
 // The box's time: paused, moved on, at another speed; and what follows it.
-#include "clock.h"
+#include "base/clock.h"
 
 #include <gtest/gtest.h>
 #include <string.h>

@@ -5,8 +5,8 @@
 
 #include <thread>
 
-#include "faults.h"
 #include "inside.h"
+#include "trap/faults.h"
 #include "watch.h"
 
 using nlohmann::json;

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 #include <string.h>
 
-#include "faults.h"
 #include "inside.h"
+#include "trap/faults.h"
 
 TEST(FaultName, ObjectsRequestsAndSystemCalls) {
   fault_rule rule;

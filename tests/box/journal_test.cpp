@@ -1,5 +1,5 @@
 // The journal's lines and what `gwbox log` makes of them.
-#include "journal.h"
+#include "base/journal.h"
 
 #include <errno.h>
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // What becomes of interfaces reaches the driver before any request that follows.
-#include "links.h"
+#include "host/interface_news.h"
 
 #include <errno.h>
 #include <gtest/gtest.h>

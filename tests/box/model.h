@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "driver.h"
+#include "driver/model.h"
 
 // The bytes of an answer, read at offsets that the tests write out by hand.
 struct answer {

@@ -2,8 +2,8 @@
 #include <errno.h>
 #include <gtest/gtest.h>
 
-#include "driver.h"
-#include "faults.h"
+#include "driver/model.h"
+#include "trap/faults.h"
 
 static int set(driver_state& state, int bss, const std::string& text) {
   driver_request r = {};

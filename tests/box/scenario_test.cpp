@@ -1,5 +1,5 @@
 // Scenarios: what ships is good, what is wrong is said with its line, and edits.
-#include "scenario.h"
+#include "scenario/document.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,126 @@
+#include "base/journal.h"
+
+#include <fcntl.h>
+#include <stdio.h>
+#include <string.h>
+#include <time.h>
+#include <unistd.h>
+
+#include "base/report.h"
+#include "client/text.h"
+
+// Appends the text as a JSON string; returns false when bytes had to be replaced.
+static bool append_string(std::string& line, const std::string& text) {
+  bool faithful = true;
+  line += '"';
+  for (size_t i = 0; i < text.size();) {
+    uint32_t character = 0;
+    size_t length = text_decode(text, i, &character);
+    char escaped[8];
+    if (length == 0) {
+      line += "\\ufffd";
+      faithful = false;
+    } else if (character < 0x20 || character == 0x7F) {
+      snprintf(escaped, sizeof escaped, "\\u%04x", character);
+      line += escaped;
+    } else {
+      if (character == '"' || character == '\\') line += '\\';
+      line.append(text, i, length);
+    }
+    i += length ? length : 1;
+  }
+  line += '"';
+  return faithful;
+}
+
+static void append_member(std::string& line, const char* name, const std::string& text) {
+  line += std::string(",\"") + name + "\":";
+  append_string(line, text);
+}
+
+static void append_number(std::string& line, const char* name, long long number) {
+  line += std::string(",\"") + name + "\":" + std::to_string(number);
+}
+
+static std::string hex(unsigned number) {
+  char text[16];
+  snprintf(text, sizeof text, "0x%04X", number);
+  return text;
+}
+
+static void append_text(std::string& line, const std::string& text) {
+  line += ",\"text\":";
+  if (!append_string(line, text)) append_member(line, "text_hex", text_hex(text));
+}
+
+std::string journal_line(const journal_entry& entry, uint64_t sequence, int64_t time_us) {
+  char head[80];
+  snprintf(head, sizeof head, "{\"seq\":%llu,\"time\":%lld.%06lld,\"pid\":%d",
+           static_cast<unsigned long long>(sequence), static_cast<long long>(time_us / 1000000),
+           static_cast<long long>(time_us % 1000000), entry.pid);
+  std::string line = head;
+  append_member(line, "comm", entry.comm);
+  if (entry.request != 0 || !entry.interface.empty()) {
+    append_member(line, "interface", entry.interface);
+  }
+  if (entry.request != 0) append_member(line, "request", hex(entry.request));
+  append_member(line, "name", entry.name);
+  if (entry.has_sub) append_member(line, "sub", hex(entry.sub));
+  if (entry.object) append_member(line, "object", entry.object);
+  append_number(line, "length", entry.length);
+  for (const auto& [name, value] : entry.decoded)
+    append_member(line, name.c_str(), value);
+  if (!entry.bytes.empty()) append_member(line, "bytes", text_hex(entry.bytes));
+  if (entry.has_text) append_text(line, entry.text);
+  append_number(line, "result", entry.result);
+  if (entry.result < 0) {
+    const char* name = strerrorname_np(-entry.result);
+    append_member(line, "error", name ? name : std::to_string(-entry.result));
+  }
+  if (entry.injected) line += ",\"injected\":true";
+  if (entry.delay_ms > 0) append_number(line, "delay_ms", entry.delay_ms);
+  return line + "}\n";
+}
+
+int64_t journal_now_us() {
+  timespec now = {};
+  clock_gettime(CLOCK_MONOTONIC, &now);
+  return now.tv_sec * 1000000LL + now.tv_nsec / 1000;
+}
+
+bool journal_open(journal& j, int copy_fd, int64_t start_us) {
+  j = {};
+  j.copy_fd = copy_fd;
+  j.start_us = start_us;
+  j.fd = open(kJournalPath, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644);
+  return j.fd >= 0 || report_errno(nullptr, "open %s", kJournalPath);
+}
+
+// The files change places in one step, so that there is always a journal to be opened.
+static bool journal_rotate(journal& j) {
+  unlink(kJournalOlderPath);
+  int fd = open(kJournalOlderPath, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644);
+  if (fd < 0) return report_errno(nullptr, "open %s", kJournalOlderPath);
+  if (renameat2(AT_FDCWD, kJournalOlderPath, AT_FDCWD, kJournalPath, RENAME_EXCHANGE) < 0) {
+    close(fd);
+    return report_errno(nullptr, "rename %s", kJournalPath);
+  }
+  close(j.fd);
+  j.fd = fd;
+  return true;
+}
+
+void journal_append(journal& j, const journal_entry& entry) {
+  std::string line = journal_line(entry, ++j.sequence, journal_now_us() - j.start_us);
+  // Where it cannot change places, it goes on for as long again.
+  if (j.size + line.size() > kJournalLimit) {
+    (void)journal_rotate(j);
+    j.size = 0;
+  }
+  j.size += line.size();
+  for (int fd : {j.fd, j.copy_fd}) {
+    if (fd >= 0 && write(fd, line.data(), line.size()) < 0) {
+      report_errno(nullptr, "write the request journal");
+    }
+  }
+}

@@ -1,0 +1,14 @@
+// What the files of the command line share. Only they see CLI11, which needs exceptions; none
+// leaves them.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <vector>
+
+#include "control/command_line.h"
+
+// Declares commands and options, which parse into A.
+void args_declare(CLI::App& app, args& a);
+
+// The commands below APP that people use.
+std::vector<const CLI::App*> args_commands(const CLI::App& app);

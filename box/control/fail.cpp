@@ -1,0 +1,94 @@
+#include "control/fail.h"
+
+#include <stdio.h>
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "base/report.h"
+#include "client/text.h"
+#include "control/socket.h"
+#include "gateway/around.h"
+
+using json = nlohmann::ordered_json;
+
+static long waiting_for(const trap_state& trap, const fault_rule& rule) {
+  return std::count_if(trap.delayed.begin(), trap.delayed.end(), [&](const trap_delayed& held) {
+    return held.rule.what == rule.what && held.rule.how == rule.how;
+  });
+}
+
+static std::string list_json(const trap_state& trap) {
+  json list = json::array();
+  for (const fault_rule& rule : trap.faults) {
+    list.push_back({{"what", rule.what},
+                    {"how", rule.how},
+                    {"hits", rule.hits},
+                    {"left", rule.left},
+                    {"waiting", waiting_for(trap, rule)}});
+  }
+  return json{{"failures", list}}.dump(2, ' ', false, json::error_handler_t::replace) + "\n";
+}
+
+std::string fail_act(trap_state& trap, const std::vector<std::string>& words) {
+  std::string wrong;
+  if (words.size() == 2 && words[1] == kFaultList) {
+    return std::string("ok") + kControlBreak + list_json(trap);
+  }
+  return around_fail(trap, {words.begin() + 1, words.end()}, wrong) ? "ok" : wrong;
+}
+
+// Rows of texts as columns, the first two to the left.
+static std::string columns_of(const std::vector<std::vector<std::string>>& rows) {
+  std::vector<size_t> widths(rows[0].size());
+  std::string text;
+  for (const auto& row : rows) {
+    for (size_t i = 0; i < row.size(); i++)
+      widths[i] = std::max(widths[i], row[i].size());
+  }
+  for (const auto& row : rows) {
+    for (size_t i = 0; i < row.size(); i++) {
+      std::string blanks(widths[i] - row[i].size(), ' ');
+      text += (i == 0 ? "" : "  ") + (i < 2 ? row[i] + blanks : blanks + row[i]);
+    }
+    text += "\n";
+  }
+  return text;
+}
+
+static std::string list_table(const std::string& answer) {
+  json list = json::parse(answer, nullptr, false);
+  std::vector<std::vector<std::string>> rows = {{"WHAT", "HOW", "HITS", "LEFT", "WAITING"}};
+  if (!list.is_object() || list["failures"].empty()) return "no failures are set\n";
+  for (const json& rule : list["failures"]) {
+    rows.push_back({text_escape(rule.value("what", std::string())),
+                    text_escape(rule.value("how", std::string())), rule["hits"].dump(),
+                    rule["left"].dump(), rule["waiting"].dump()});
+  }
+  return columns_of(rows);
+}
+
+static int print_list(const std::string& box, bool as_json) {
+  std::string answer;
+  if (int status = control_ask(box, {"fail", kFaultList}, answer); status != 0) return status;
+  fputs((as_json ? answer : list_table(answer)).c_str(), stdout);
+  return 0;
+}
+
+static int wrong_words(const std::string& wrong) {
+  report("%s", wrong.c_str());
+  return kExitUsage;
+}
+
+int fail_run(const std::string& box, const std::vector<std::string>& words, bool as_json) {
+  bool lists = words[0] == kFaultList, clears = words[0] == kFaultClear;
+  fault_rule rule;
+  std::string wrong;
+  if ((lists || clears) && words.size() > 1) return wrong_words(words[0] + " takes nothing more");
+  if (as_json && !lists) return wrong_words("only \"gwbox fail list\" takes --json");
+  if (lists) return print_list(box, as_json);
+  if (!clears && !fault_parse_words(words, rule, wrong)) return wrong_words(wrong);
+  std::vector<std::string> message = {"fail"};
+  message.insert(message.end(), words.begin(), words.end());
+  return control_tell(box, message);
+}

@@ -1,0 +1,179 @@
+// The caller's side of `gwbox status`: tables.
+#include <libsmartcols.h>
+#include <locale.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <wchar.h>
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "client/text.h"
+#include "control/socket.h"
+#include "control/status.h"
+
+using json = nlohmann::ordered_json;
+
+static constexpr size_t kWidth = 80;
+static constexpr size_t kSsidWidth = 32;
+static constexpr size_t kSecurityWidth = 16;
+
+struct column {
+  const char* name;
+  double width;  // a hint: columns of the screen, or below 1 a part of it
+  int flags;
+};
+
+static constexpr column kInterfaces[] = {{"NAME", 4, 0},     {"STATE", 5, 0},
+                                         {"SSID", 0, 0},     {"CH", 3, SCOLS_FL_RIGHT},
+                                         {"SECURITY", 0, 0}, {"STA", 3, SCOLS_FL_RIGHT}};
+
+static constexpr column kStations[] = {{"STATION", 17, 0},
+                                       {"ON", 5, 0},
+                                       {"RSSI", 0.2, SCOLS_FL_TRUNC},
+                                       {"SENT AT", 0.2, SCOLS_FL_TRUNC},
+                                       {"FOR", 6, SCOLS_FL_RIGHT},
+                                       {"BTM", 3, 0}};
+
+template <size_t N>
+static std::string table_of(const column (&columns)[N],
+                            const std::vector<std::vector<std::string>>& rows) {
+  libscols_table* table = scols_new_table();
+  scols_table_enable_noencoding(table, 1);
+  scols_table_set_termforce(table, SCOLS_TERMFORCE_ALWAYS);
+  scols_table_set_termwidth(table, kWidth);
+  for (const column& c : columns)
+    scols_table_new_column(table, c.name, c.width, c.flags);
+  for (const std::vector<std::string>& row : rows) {
+    libscols_line* line = scols_table_new_line(table, nullptr);
+    for (size_t i = 0; i < row.size(); i++)
+      scols_line_set_data(line, i, row[i].c_str());
+  }
+  char* text = nullptr;
+  scols_print_table_to_string(table, &text);
+  std::string result = text ? std::string(text) + "\n" : "";
+  free(text);
+  scols_unref_table(table);
+  return result;
+}
+
+// Safe on a terminal, as wificonf shows it, and at most so wide: cut between characters, and never
+// inside of what stands for one byte.
+static std::string fitted(const std::string& bytes, size_t width) {
+  std::string text, kept;
+  size_t used = 0;
+  for (size_t at = 0; at < bytes.size();) {
+    uint32_t c = 0;
+    size_t length = std::max<size_t>(text_decode(bytes, at, &c), 1);
+    std::string shown = text_escape(std::string_view(bytes).substr(at, length));
+    int columns = shown.size() == length ? wcwidth(static_cast<wchar_t>(c)) : -1;
+    used += columns >= 0 ? static_cast<size_t>(columns) : shown.size();
+    if (used > width) return kept + "~";
+    text += shown;
+    if (used < width) kept = text;
+    at += length;
+  }
+  return text;
+}
+
+static std::string bytes_of(const std::string& digits) {
+  std::string bytes;
+  for (size_t at = 0; at + 1 < digits.size(); at += 2)
+    bytes += static_cast<char>(std::stoi(digits.substr(at, 2), nullptr, 16));
+  return bytes;
+}
+
+static std::string ssid_of(const json& interface) {
+  std::string bytes = interface.contains("ssid_hex")
+                          ? bytes_of(interface.value("ssid_hex", std::string()))
+                          : interface.value("ssid", std::string());
+  std::string hidden = interface.value("hidden", false) ? " (hidden)" : "";
+  return fitted(bytes, kSsidWidth - hidden.size()) + hidden;
+}
+
+static std::string state_of(const json& interface) {
+  if (!interface.value("up", false)) return "down";
+  return interface.value("beacons", false) ? "on" : "mute";
+}
+
+static std::vector<std::string> interface_row(const json& i) {
+  bool on = i.value("beacons", false);
+  return {i.value("name", std::string()),
+          state_of(i),
+          ssid_of(i),
+          on ? std::to_string(i.value("channel", 0)) : "",
+          fitted(i.value("security", std::string()), kSecurityWidth),
+          on ? std::to_string(i.value("stations", 0)) : ""};
+}
+
+static std::string duration(int64_t seconds) {
+  if (seconds < 600) return std::to_string(seconds) + " s";
+  if (seconds < 36000) return std::to_string(seconds / 60) + " min";
+  return std::to_string(seconds / 3600) + " h";
+}
+
+static std::vector<std::string> station_row(const json& s) {
+  std::string rssi;
+  for (const json& chain : s["rssi"])
+    rssi += (rssi.empty() ? "" : " ") + chain.dump();
+  bool here = s.value("associated", false);
+  return {s.value("mac", std::string()),
+          here ? s.value("interface", std::string()) : "away",
+          rssi,
+          s.value("tx_rate", std::string()),
+          here ? duration(s.value("connected", int64_t{0})) : "",
+          s.value("btm", false) ? "yes" : "no"};
+}
+
+// "modules: a, b", broken into lines before they get too wide.
+static std::string listed(const std::string& head, const std::vector<std::string>& words) {
+  std::string text = head, line = head;
+  if (words.empty()) return text + " none\n";
+  for (size_t i = 0; i < words.size(); i++) {
+    std::string word = " " + words[i] + (i + 1 < words.size() ? "," : "");
+    if (line.size() + word.size() > kWidth) {
+      text += "\n ";
+      line = " ";
+    }
+    text += word;
+    line += word;
+  }
+  return text + "\n";
+}
+
+static std::string heading(const json& status) {
+  char text[128];
+  snprintf(text, sizeof text, "%s, scenario %s, %.0f s at speed %g%s\n",
+           status.value("board", std::string()).c_str(),
+           fitted(status.value("scenario", std::string()), 30).c_str(), status.value("time", 0.0),
+           status.value("speed", 1.0), status.value("paused", false) ? ", paused" : "");
+  return text;
+}
+
+std::string status_tables(const std::string& text) {
+  // Texts are UTF-8 whatever the caller's language; widths are counted accordingly.
+  setlocale(LC_CTYPE, "C.UTF-8");
+  json status = json::parse(text, nullptr, false);
+  if (!status.is_object()) return "";
+  std::vector<std::vector<std::string>> interfaces, stations;
+  for (const json& interface : status["interfaces"])
+    interfaces.push_back(interface_row(interface));
+  for (const json& station : status["stations"])
+    stations.push_back(station_row(station));
+  std::vector<std::string> modules, companions;
+  for (const json& module : status["modules"])
+    modules.push_back(module.get<std::string>());
+  for (const json& companion : status["companions"])
+    companions.push_back(companion.value("name", std::string()));
+  std::string result = heading(status);
+  if (!interfaces.empty()) result += "\n" + table_of(kInterfaces, interfaces);
+  if (!stations.empty()) result += "\n" + table_of(kStations, stations);
+  return result + "\n" + listed("modules:", modules) + listed("companions:", companions);
+}
+
+int status_print(const std::string& box, bool as_json) {
+  std::string answer;
+  if (int status = control_ask(box, {"status"}, answer); status != 0) return status;
+  fputs((as_json ? answer : status_tables(answer)).c_str(), stdout);
+  return 0;
+}

@@ -1,0 +1,205 @@
+// The radio driver's model: the state of the radios and what each private request does to it.
+//
+// The model never touches a caller's memory. The trap layer reads what a request carries, calls
+// driver_handle and writes the answer back, so the model is plain data in, plain data out:
+//
+//   driver_request r = {};
+//   r.bss = 0; r.request = 0x8BE2; r.length = 13; r.input = "LEDEnable=1";
+//   int status = driver_handle(state, r);   // 0, and ra0 keeps LEDEnable=1
+//
+// While a radio's first interface (ra0, ra8) is down, the queries that need its hardware end with
+// ENETDOWN: stations, counters, survey, load, frequency, rate. Texts are accepted all the same, as
+// are the queries that only ask what the driver can do or what its WPS does.
+#pragma once
+
+#include <stdint.h>
+
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "base/board.h"
+#include "base/clock.h"
+#include "base/mac.h"
+#include "scenario/document.h"
+
+// Requests, as numbered by the wireless extensions (private ones begin at 0x8BE0).
+constexpr uint32_t kDriverGetPriv = 0x8B0D;   // list of the private requests
+constexpr uint32_t kDriverObject = 0x8BE1;    // object query or set, sub-command in the flags
+constexpr uint32_t kDriverSetText = 0x8BE2;   // one Key=Value text
+constexpr uint32_t kDriverE2p = 0x8BE7;       // reads and writes the EEPROM, by text
+constexpr uint32_t kDriverStations = 0x8BEF;  // table of the associated stations
+constexpr uint16_t kDriverSetFlag = 0x8000;   // in the flags: a set, not a query
+constexpr uint16_t kDriverTextMax = 1536;     // bytes of a text, terminator included
+constexpr int kDriverStationsMax = 128;
+constexpr int kDriverEepromWords = 512;
+
+// An access list, as the texts AccessPolicy and ACL... make it.
+struct driver_acl {
+  int policy;  // 0 off, 1 only those listed, 2 all but those listed
+  std::vector<mac_address> list;
+};
+
+constexpr size_t kDriverSsidMax = 32;
+
+struct driver_bss {
+  std::map<std::string, std::string> settings;  // the last value of each Key=Value text
+  bool up;
+  std::string ssid;  // this one and the next three as the profile or a text has them
+  std::string auth, encryption;
+  bool hidden;
+  size_t ssid_lost;  // bytes of the profile's SSID beyond the 32 that a beacon can have
+  driver_acl acl;
+  double counters[kScenarioBssCounters];
+  double ssid_rx_bytes, ssid_tx_bytes;  // since the last query of the SSID counters
+};
+
+// A WPS session. The codes that callers read come from it and the time.
+struct driver_wps {
+  bool running;
+  int bss;  // N of raN where it was started
+  bool by_pin;
+  int64_t start_us;
+  bool pin_right;
+  int32_t state, status;  // codes of the last session that ended, while none runs
+};
+
+struct driver_radio {
+  std::map<std::string, std::string> profile;  // what the first interface read when it went up
+  bool on;
+  int channel;
+  bool load_on;
+  bool btm_on;
+  bool nonassoc_on;
+  std::vector<mac_address> watched;  // non-associated stations asked for
+  int64_t survey_us;                 // start of the last survey, below 0: none since the load
+  driver_wps wps;
+  bool ate;  // between ATESTART and ATESTOP
+  uint16_t eeprom[kDriverEepromWords];
+};
+
+struct driver_station {
+  scenario_station is;
+  bool associated;
+  int bss;           // while associated
+  int preferred;     // where a transition request sent it, -1: nowhere
+  int64_t since_us;  // association
+  uint8_t aid;
+  int64_t returns_us;  // it stays away until then
+  bool joined_by_wps;
+  scenario_traffic traffic;
+};
+
+struct driver_blacklisted {
+  int radio;
+  mac_address mac;
+  int64_t until_us;  // kDriverNever: until taken off
+};
+
+struct driver_action_frame {
+  int64_t time_us;
+  int bss;
+  uint32_t category;
+  mac_address mac;
+  std::string body;  // without the zeros that fill it up
+};
+
+constexpr int64_t kDriverNever = INT64_MAX;
+
+struct driver_state {
+  const board* hardware;
+  box_clock clock;
+  scenario around;
+  bool scenario_changed;  // by an event, since whoever writes it out cleared this
+  int64_t now_us;         // up to when everything has happened
+  driver_radio radios[kScenarioRadios];
+  driver_bss bss[kBoardMaxInterfaces];  // ra0 .. ra15
+  std::vector<driver_station> stations;
+  std::vector<driver_blacklisted> blacklist;
+  std::vector<driver_action_frame> action_frames;  // the last ones
+  // Files that the hardware's self-test leaves, for whoever may write them: path and text.
+  std::vector<std::pair<std::string, std::string>> files;
+  // Words after `gwbox fail` of the events that happened, for whoever keeps the failures.
+  std::vector<std::string> fails;
+};
+
+struct driver_request {
+  int bss;  // N of raN; the interface exists
+  uint32_t request;
+  uint16_t flags;      // as the caller set them
+  uint16_t length;     // as the caller announced it: bytes, for kDriverGetPriv entries
+  std::string input;   // the caller's buffer, driver_input_size() bytes of it
+  int64_t now_us;      // the box's time, which runs as fast as its scenario says
+  uint8_t address[6];  // of the interface, as the kernel has it
+  // The answer.
+  std::string output;      // for the caller's buffer; never more than the caller announced
+  std::string frame;       // for the request frame itself, behind the name; at most 16 bytes
+  bool has_answer_length;  // the frame's length field is to be set to answer_length
+  uint16_t answer_length;
+  bool has_answer_flags;  // the same for the flags
+  uint16_t answer_flags;
+  std::vector<std::pair<std::string, std::string>> decoded;  // what it meant, for the journal
+};
+
+// A freshly loaded driver on that board, with the default scenario or with that one around it.
+// The clock stands until it is set.
+void driver_init(driver_state& state, const board& hardware);
+void driver_init(driver_state& state, const board& hardware, const scenario& around);
+
+// The box's time now; what trap and others put in now_us.
+int64_t driver_now_us(const driver_state& state);
+
+// What happens around the driver. Times as in driver_request.
+//
+// A radio's module was loaded: its interfaces FIRST_N and up are there, down and as new. FIRST_N
+// is 0 or 8; a module of both bands calls it for both.
+void driver_radio_loaded(driver_state& state, int first_n, int64_t now_us);
+
+// raN went up: it takes its settings from its band's profile, whose text is PROFILE.
+void driver_interface_up(driver_state& state, int n, const std::string& profile, int64_t now_us);
+
+// raN went down or away: its stations leave.
+void driver_interface_down(driver_state& state, int n, int64_t now_us);
+
+// Lets everything happen that is due by then: stations come and go, counters grow, events. It stops
+// early when an event changes the speed, for the clock then says another time.
+void driver_advance(driver_state& state, int64_t now_us);
+
+// When something will next happen by itself, kDriverNever when nothing will.
+int64_t driver_next_us(const driver_state& state);
+
+// Puts a changed scenario in force, its speed included; stations that stay keep their association.
+void driver_take_scenario(driver_state& state, const scenario& around, int64_t now_us);
+
+// True when raN really beacons: it and its radio are up and on.
+bool driver_beacons(const driver_state& state, int n);
+
+// N of an interface name raN, or -1 when the driver makes no interface of that name.
+int driver_interface_number(const char* name);
+
+// How many bytes of the caller's buffer the request carries in; 0 for a query.
+size_t driver_input_size(uint32_t request, uint16_t flags, uint16_t length);
+
+// How many bytes the caller's buffer holds for the answer: as announced, but for the requests
+// whose length counts something else.
+size_t driver_room(uint32_t request, uint16_t length);
+
+// True when the request's flags are a sub-command (kDriverSetFlag not part of it).
+bool driver_has_sub(uint32_t request);
+
+// What the journal calls the request: "set", "query", "object_set", "get_priv" or "unknown".
+const char* driver_request_name(uint32_t request, uint16_t flags);
+
+// What an object of kDriverObject is called, "survey" for 0x069B; null for an unknown one.
+const char* driver_object_name(uint16_t sub);
+
+// The request or object of that name, "set", "stations" or "survey"; false for an unknown one.
+[[nodiscard]] bool driver_find_name(const std::string& name, uint32_t& request, bool& has_sub,
+                                    uint16_t& sub);
+
+// All names that driver_find_name knows.
+std::vector<std::string> driver_names();
+
+// Does the request. Returns 0 or a negative errno; -E2BIG may set the answer length as well.
+[[nodiscard]] int driver_handle(driver_state& state, driver_request& request);

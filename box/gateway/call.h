@@ -1,0 +1,37 @@
+// One trapped call on its way through the trap layer, and the kinds of calls that there are.
+#pragma once
+
+#include "gateway/state.h"
+
+struct trap_call {
+  uint64_t id;
+  int32_t tid;
+  uint32_t arch;
+  int number;
+  uint64_t arguments[kTrapArguments];
+  uint32_t request;  // of an ioctl; else one of FAULT_..._MODULE
+  bool is_short;     // a fault cuts the answer to short_bytes
+  size_t short_bytes;
+  bool has_count;  // a fault has the answer begin with count
+  uint32_t count;
+  // A wireless request:
+  uint64_t pointer;  // of the caller's buffer
+  size_t length_at;  // offset of the length in the frame
+  driver_request asked;
+  // A VLAN request:
+  vlan_request vlan;
+  // A module call:
+  const module_row* module;  // null: another, or none
+};
+
+// How one kind of call is done. READ finds out what is wrong with the call itself and fills ENTRY;
+// ACT does it. Both return 0 or a negative errno, and only ACT writes to the caller's memory.
+struct trap_kind {
+  int (*read)(trap_state&, trap_call&, journal_entry&);
+  int (*act)(trap_state&, trap_call&, journal_entry&);
+};
+
+extern const trap_kind TRAP_KIND_WIRELESS, TRAP_KIND_VLAN, TRAP_KIND_MODULE;
+
+// False once the caller is gone: its thread id may by now be somebody else's.
+bool trap_still_waiting(const trap_state& trap, const trap_call& c);

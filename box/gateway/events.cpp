@@ -1,0 +1,70 @@
+// What happens around the driver: interfaces go up and down, files of /sys are written.
+#include <poll.h>
+
+#include "base/files.h"
+#include "gateway/state.h"
+
+static const char* profile_of(int n) {
+  return n < kBoardFirst5ghz ? "/tmp/mt76xx_24.dat" : "/tmp/mt76xx_5.dat";
+}
+
+static void journal_cut_ssid(trap_state& trap, int n) {
+  const driver_bss& bss = trap.driver.bss[n];
+  if (bss.ssid_lost == 0) return;
+  journal_entry entry = {};
+  entry.name = "profile";
+  entry.interface = "ra" + std::to_string(n);
+  entry.decoded = {{"ssid_bytes_lost", std::to_string(bss.ssid_lost)}};
+  entry.has_text = true;
+  entry.text = bss.ssid;
+  journal_append(trap.log, entry);
+}
+
+// The driver reads its profile at the moment when an interface goes up.
+static void set_up(trap_state& trap, int n, bool up) {
+  if (trap.up[n] == up) return;
+  trap.up[n] = up;
+  int64_t now = driver_now_us(trap.driver);
+  if (up) {
+    driver_interface_up(trap.driver, n, file_read(profile_of(n)), now);
+    journal_cut_ssid(trap, n);
+  } else {
+    driver_interface_down(trap.driver, n, now);
+  }
+}
+
+static void ask_all(trap_state& trap) {
+  for (int n = 0; n < kBoardMaxInterfaces; n++) {
+    set_up(trap, n, links_is_up(trap.socket, ("ra" + std::to_string(n)).c_str()));
+  }
+}
+
+static void follow_links(trap_state& trap) {
+  bool lost = false;
+  for (const links_change& change : links_take(trap.links, lost)) {
+    int n = driver_interface_number(change.name.c_str());
+    if (n >= 0) set_up(trap, n, change.up);
+    if (change.gone) vlan_forget(trap.vlans, change.name);
+  }
+  if (lost) ask_all(trap);
+}
+
+static void follow_sysfs(trap_state& trap) {
+  for (const sysfs_write& write : sysfs_take(trap.sysfs)) {
+    journal_entry entry = {};
+    entry.name = write.path.starts_with("/proc/") ? "procfs" : "sysfs";
+    entry.decoded = {{"path", write.path}};
+    entry.length = static_cast<uint16_t>(write.text.size());
+    entry.has_text = true;
+    entry.text = write.text;
+    journal_append(trap.log, entry);
+  }
+}
+
+// Every trapped call comes by here, and mostly there is no news.
+void trap_catch_up(trap_state& trap) {
+  pollfd news[] = {{trap.links, POLLIN, 0}, {trap.sysfs.notify, POLLIN, 0}};
+  if (poll(news, 2, 0) <= 0) return;
+  if (news[0].revents) follow_links(trap);
+  if (news[1].revents) follow_sysfs(trap);
+}

@@ -1,0 +1,61 @@
+// The driver's door: takes the trapped calls of all processes in the box, reads what they carry
+// from the caller's memory, lets the driver model, the modules or the VLANs do them, writes the
+// answer back.
+#pragma once
+
+#include <stdint.h>
+
+#include <vector>
+
+#include "base/journal.h"
+#include "driver/model.h"
+#include "host/interface_news.h"
+#include "host/modules.h"
+#include "host/sysfs.h"
+#include "host/vlan_interfaces.h"
+#include "trap/caller.h"
+#include "trap/faults.h"
+
+constexpr int kTrapArguments = 3;  // of a call, as far as any needs them
+
+// A call that a delay rule holds back; the caller sleeps in it meanwhile.
+struct trap_delayed {
+  uint64_t id;
+  int64_t since_us, due_us;  // monotonic
+  int32_t tid;
+  uint32_t arch;
+  int number;  // of the system call
+  uint64_t arguments[kTrapArguments];
+  fault_rule rule;
+};
+
+struct trap_state {
+  int listener;                  // of the filter
+  int socket;                    // any socket of the box's network, to ask about interfaces
+  int links;                     // news of interfaces
+  bool up[kBoardMaxInterfaces];  // what the driver model was told
+  driver_state driver;
+  modules_state modules;
+  vlan_state vlans;
+  sysfs_state sysfs;
+  caller_known caller;
+  journal log;
+  std::vector<fault_rule> faults;
+  std::vector<trap_delayed> delayed;
+};
+
+// Loads all modules that the board has a card for. Reports what failed.
+[[nodiscard]] bool trap_load_modules(trap_state& trap);
+
+// Takes in what happened around the driver: interfaces that went up or down, writes to the files
+// of /sys. Every trapped call does so first; to be called when one of both is readable.
+void trap_catch_up(trap_state& trap);
+
+// Takes one trapped call. To be called when the listener is readable.
+void trap_take(trap_state& trap);
+
+// Lets the calls that are delayed go on at once.
+void trap_end_delays(trap_state& trap);
+
+// Does the delayed calls that are due; returns milliseconds until the next one, -1: none waits.
+int trap_run_delayed(trap_state& trap);

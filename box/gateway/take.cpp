@@ -1,0 +1,163 @@
+#include "gateway/state.h"
+
+#include <errno.h>
+#include <linux/audit.h>
+#include <linux/seccomp.h>
+#include <string.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <string>
+
+#include "gateway/around.h"
+#include "gateway/call.h"
+
+// Trapped calls other than ioctl, by their numbers for programs of either width.
+static constexpr struct {
+  int number_64;
+  int number_32;
+  uint32_t request;
+} MODULE_CALLS[] = {
+    {175, 128, kFaultInitModule}, {313, 350, kFaultFinitModule}, {176, 129, kFaultDeleteModule}};
+
+bool trap_still_waiting(const trap_state& trap, const trap_call& c) {
+  uint64_t id = c.id;
+  return ioctl(trap.listener, SECCOMP_IOCTL_NOTIF_ID_VALID, &id) == 0;
+}
+
+// An interface request must be made on a socket.
+static int check_descriptor(const trap_call& c) {
+  char target[32] = "";
+  std::string link =
+      caller_proc_path(c.tid, "fd/" + std::to_string(static_cast<int>(c.arguments[0])));
+  if (readlink(link.c_str(), target, sizeof target - 1) < 0) return -EBADF;
+  return strncmp(target, "socket:", 7) == 0 ? 0 : -ENOTTY;
+}
+
+static bool is_ioctl(const trap_call& c) {
+  return c.request < kFaultInitModule;
+}
+
+static const trap_kind& kind_of(const trap_call& c) {
+  if (!is_ioctl(c)) return TRAP_KIND_MODULE;
+  return c.request == kFaultVlan ? TRAP_KIND_VLAN : TRAP_KIND_WIRELESS;
+}
+
+// Everything up to the act: what is wrong with the call itself.
+static int read_call(trap_state& trap, trap_call& c, journal_entry& entry) {
+  entry.request = is_ioctl(c) ? c.request : 0;
+  int status = kind_of(c).read(trap, c, entry);
+  caller_identify(trap.caller, c.tid, entry.pid, entry.comm);
+  int descriptor = is_ioctl(c) ? check_descriptor(c) : 0;
+  return descriptor != 0 ? descriptor : status;
+}
+
+static void respond(const trap_state& trap, const trap_call& c, int status) {
+  seccomp_notif_resp response = {};
+  response.id = c.id;
+  response.error = status;
+  // It fails only when the caller is gone, and then nobody waits for the answer.
+  (void)ioctl(trap.listener, SECCOMP_IOCTL_NOTIF_SEND, &response);
+}
+
+static void delay(trap_state& trap, const trap_call& c, const fault_rule& rule) {
+  trap_delayed held = {};
+  held.id = c.id;
+  held.since_us = journal_now_us();
+  held.due_us = held.since_us + rule.delay_ms * 1000LL;
+  held.tid = c.tid;
+  held.arch = c.arch;
+  held.number = c.number;
+  memcpy(held.arguments, c.arguments, sizeof held.arguments);
+  held.rule = rule;
+  trap.delayed.push_back(held);
+}
+
+// RULE: the one whose delay is over, or null when the call has only just come in.
+static void serve(trap_state& trap, trap_call& c, const fault_rule* rule) {
+  trap_catch_up(trap);
+  around_go_on(trap);
+  journal_entry entry = {};
+  int status = read_call(trap, c, entry);
+  if (!trap_still_waiting(trap, c)) return;  // what was read may be another process's
+  fault_rule taken = {};
+  if (rule) {
+    taken = *rule;
+  } else if (fault_take(trap.faults, c.request, entry.has_sub, entry.sub, entry.interface, taken)) {
+    if (taken.delay_ms > 0) return delay(trap, c, taken);
+  }
+  entry.injected = rule || taken.left > 0;
+  entry.delay_ms = taken.delay_ms;
+  if (taken.error != 0) status = -taken.error;
+  c.is_short = taken.is_short;
+  c.short_bytes = static_cast<size_t>(taken.short_bytes);
+  c.has_count = taken.has_count;
+  c.count = taken.count;
+  if (status == 0) status = kind_of(c).act(trap, c, entry);
+  entry.result = status;
+  journal_append(trap.log, entry);
+  respond(trap, c, status);
+}
+
+static uint32_t request_of(const trap_call& c) {
+  for (const auto& row : MODULE_CALLS) {
+    if (c.number == (c.arch == AUDIT_ARCH_I386 ? row.number_32 : row.number_64)) return row.request;
+  }
+  return static_cast<uint32_t>(c.arguments[1]);
+}
+
+// The upper halves of a 32-bit program's arguments mean nothing.
+static trap_call call_of(uint64_t id, int32_t tid, uint32_t arch, int number,
+                         const uint64_t* arguments) {
+  trap_call c = {};
+  c.id = id;
+  c.tid = tid;
+  c.arch = arch;
+  c.number = number;
+  for (int i = 0; i < kTrapArguments; i++) {
+    c.arguments[i] = arch == AUDIT_ARCH_I386 ? static_cast<uint32_t>(arguments[i]) : arguments[i];
+  }
+  c.request = request_of(c);
+  return c;
+}
+
+// Kernels may append to the record; this size is what this program was built for, and what the
+// kernel fills is never more than a seccomp_notif of its own, hence the spare room.
+void trap_take(trap_state& trap) {
+  union {
+    seccomp_notif notification;
+    char room[512];
+  } received;
+  memset(&received, 0, sizeof received);
+  if (ioctl(trap.listener, SECCOMP_IOCTL_NOTIF_RECV, &received) < 0) return;
+  const seccomp_notif& n = received.notification;
+  trap_call c = call_of(n.id, static_cast<int32_t>(n.pid), n.data.arch, n.data.nr,
+                        reinterpret_cast<const uint64_t*>(n.data.args));
+  serve(trap, c, nullptr);
+}
+
+void trap_end_delays(trap_state& trap) {
+  int64_t now = journal_now_us();
+  for (trap_delayed& held : trap.delayed) {
+    held.due_us = now;
+    held.rule.delay_ms = static_cast<int>((now - held.since_us) / 1000);
+  }
+  (void)trap_run_delayed(trap);
+}
+
+int trap_run_delayed(trap_state& trap) {
+  int64_t now = journal_now_us(), next = -1;
+  std::vector<trap_delayed> due;
+  std::erase_if(trap.delayed, [&](const trap_delayed& held) {
+    if (held.due_us <= now)
+      due.push_back(held);
+    else if (next < 0 || held.due_us < next)
+      next = held.due_us;
+    return held.due_us <= now;
+  });
+  for (const trap_delayed& held : due) {
+    trap_call c = call_of(held.id, held.tid, held.arch, held.number, held.arguments);
+    serve(trap, c, &held.rule);
+  }
+  return next < 0 ? -1 : static_cast<int>((next - now + 999) / 1000);
+}

@@ -1,8 +1,0 @@
-// `gwbox run`: the process outside. Starts the box in namespaces of its own, waits for its end,
-// passes signals and job control on.
-#pragma once
-
-#include "args.h"
-
-// Returns the exit status: COMMAND's, 128+N for its signal N, 125 when there is no box.
-int run_box(const args& a);
