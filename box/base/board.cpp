@@ -1,5 +1,7 @@
 #include "base/board.h"
 
+#include <cstring>
+
 #include <stdio.h>
 
 // Two root ports of the SoC, a card behind each that is populated.
@@ -53,4 +55,12 @@ std::string board_pci_devices(const board& b) {
   for (int i = 0; i < b.card_count; i++)
     text += pci_line(b.cards[i]);
   return text;
+}
+
+int board_interface_number(const char* name) {
+  if (strncmp(name, "ra", 2) != 0) return -1;
+  for (int number = 0; number < kBoardMaxInterfaces; ++number) {
+    if (std::to_string(number) == name + 2) return number;
+  }
+  return -1;
 }

@@ -35,5 +35,8 @@ std::span<const board> board_all();
 // All board names, separated by ", ".
 std::string board_names();
 
+// N of an interface name raN, or -1 for any other name.
+int board_interface_number(const char* name);
+
 // The text of /proc/bus/pci/devices on that board, in the kernel's format.
 std::string board_pci_devices(const board& b);

@@ -20,8 +20,8 @@ static_assert(sizeof(private_entry) == 24);
 static constexpr uint16_t kArgumentText = 0x2000;
 
 static constexpr private_entry kPrivateEntries[] = {
-    {kDriverSetText, kArgumentText | kDriverTextMax, 0, "set"},
-    {kDriverE2p, kArgumentText | kDriverTextMax, kArgumentText | kDriverTextMax, "e2p"},
+    {kRequestSetText, kArgumentText | kDriverTextMax, 0, "set"},
+    {kRequestE2p, kArgumentText | kDriverTextMax, kArgumentText | kDriverTextMax, "e2p"},
 };
 
 // The list is all or nothing: whoever has too little room learns how much is needed.
@@ -36,26 +36,24 @@ static int query_private(driver_state&, driver_request& r) {
 
 struct request_row {
   uint32_t request;
-  const char* name;
-  const char* set_name;  // when the flags say that it is a set; null: no such distinction
-  bool carries_input;    // without regard to the flags
-  bool needs_radio;      // ENETDOWN while the radio is down
+  bool carries_input;  // without regard to the flags
+  bool needs_radio;    // ENETDOWN while the radio is down
   int (*handle)(driver_state&, driver_request&);
 };
 
 static constexpr request_row kRequests[] = {
-    {0x8B01, "get_name", nullptr, false, false, driver_query_name},
-    {0x8B05, "get_frequency", nullptr, false, true, driver_query_frequency},
-    {0x8B07, "get_mode", nullptr, false, false, driver_query_mode},
-    {0x8B0B, "get_range", nullptr, false, false, driver_query_range},
-    {kDriverGetPriv, "get_priv", nullptr, false, false, query_private},
-    {0x8B15, "get_address", nullptr, false, true, driver_query_address},
-    {0x8B1B, "get_essid", nullptr, false, true, driver_query_essid},
-    {0x8B21, "get_rate", nullptr, false, true, driver_query_rate},
-    {kDriverObject, "query", "object_set", false, false, driver_do_object},
-    {kDriverSetText, "set", nullptr, true, false, driver_do_text},
-    {kDriverE2p, "e2p", nullptr, true, false, driver_do_e2p},
-    {kDriverStations, "stations", nullptr, false, true, driver_query_stations},
+    {0x8B01, false, false, driver_query_name},
+    {0x8B05, false, true, driver_query_frequency},
+    {0x8B07, false, false, driver_query_mode},
+    {0x8B0B, false, false, driver_query_range},
+    {kRequestGetPriv, false, false, query_private},
+    {0x8B15, false, true, driver_query_address},
+    {0x8B1B, false, true, driver_query_essid},
+    {0x8B21, false, true, driver_query_rate},
+    {kRequestObject, false, false, driver_do_object},
+    {kRequestSetText, true, false, driver_do_text},
+    {kRequestE2p, true, false, driver_do_e2p},
+    {kRequestStations, false, true, driver_query_stations},
 };
 
 static const request_row* find_request(uint32_t request) {
@@ -65,64 +63,18 @@ static const request_row* find_request(uint32_t request) {
   return nullptr;
 }
 
-static bool is_flagged_set(const request_row& row, uint16_t flags) {
-  return row.set_name && (flags & kDriverSetFlag);
-}
-
-int driver_interface_number(const char* name) {
-  if (strncmp(name, "ra", 2) != 0) return -1;
-  for (int number = 0; number < kBoardMaxInterfaces; number++) {
-    if (std::to_string(number) == name + 2) return number;
-  }
-  return -1;
-}
-
 size_t driver_input_size(uint32_t request, uint16_t flags, uint16_t length) {
   const request_row* row = find_request(request);
   if (!row) return 0;
-  if (row->carries_input || is_flagged_set(*row, flags)) return length;
-  return request == kDriverObject && driver_object_carries(flags, length) ? length : 0;
+  if (row->carries_input) return length;
+  if (request != kRequestObject) return 0;
+  const bool carries = (flags & kRequestSetFlag) != 0 || driver_object_carries(flags, length);
+  return carries ? length : 0;
 }
 
 size_t driver_room(uint32_t request, uint16_t length) {
-  if (request == kDriverGetPriv) return length * sizeof(private_entry);
-  return request == kDriverE2p ? kDriverTextMax : length;
-}
-
-bool driver_has_sub(uint32_t request) {
-  const request_row* row = find_request(request);
-  return row && row->set_name;
-}
-
-const char* driver_request_name(uint32_t request, uint16_t flags) {
-  const request_row* row = find_request(request);
-  if (!row) return "unknown";
-  return is_flagged_set(*row, flags) ? row->set_name : row->name;
-}
-
-bool driver_find_name(const std::string& name, uint32_t& request, bool& has_sub, uint16_t& sub) {
-  for (const request_row& row : kRequests) {
-    if (name != row.name) continue;
-    request = row.request;
-    return true;
-  }
-  for (const auto& [number, object] : driver_objects()) {
-    if (name != object) continue;
-    request = kDriverObject;
-    has_sub = true;
-    sub = number;
-    return true;
-  }
-  return false;
-}
-
-std::vector<std::string> driver_names() {
-  std::vector<std::string> names;
-  for (const request_row& row : kRequests)
-    names.push_back(row.name);
-  for (const auto& object : driver_objects())
-    names.push_back(object.second);
-  return names;
+  if (request == kRequestGetPriv) return length * sizeof(private_entry);
+  return request == kRequestE2p ? kDriverTextMax : length;
 }
 
 int driver_answer(driver_request& r, const void* record, size_t size, size_t used) {

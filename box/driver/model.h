@@ -23,15 +23,9 @@
 #include "base/clock.h"
 #include "base/mac.h"
 #include "scenario/document.h"
+#include "trap/requests.h"
 
-// Requests, as numbered by the wireless extensions (private ones begin at 0x8BE0).
-constexpr uint32_t kDriverGetPriv = 0x8B0D;   // list of the private requests
-constexpr uint32_t kDriverObject = 0x8BE1;    // object query or set, sub-command in the flags
-constexpr uint32_t kDriverSetText = 0x8BE2;   // one Key=Value text
-constexpr uint32_t kDriverE2p = 0x8BE7;       // reads and writes the EEPROM, by text
-constexpr uint32_t kDriverStations = 0x8BEF;  // table of the associated stations
-constexpr uint16_t kDriverSetFlag = 0x8000;   // in the flags: a set, not a query
-constexpr uint16_t kDriverTextMax = 1536;     // bytes of a text, terminator included
+constexpr uint16_t kDriverTextMax = 1536;  // bytes of a text, terminator included
 constexpr int kDriverStationsMax = 128;
 constexpr int kDriverEepromWords = 512;
 
@@ -128,7 +122,7 @@ struct driver_request {
   int bss;  // N of raN; the interface exists
   uint32_t request;
   uint16_t flags;      // as the caller set them
-  uint16_t length;     // as the caller announced it: bytes, for kDriverGetPriv entries
+  uint16_t length;     // as the caller announced it: bytes, for kRequestGetPriv entries
   std::string input;   // the caller's buffer, driver_input_size() bytes of it
   int64_t now_us;      // the box's time, which runs as fast as its scenario says
   uint8_t address[6];  // of the interface, as the kernel has it
@@ -175,31 +169,12 @@ void driver_take_scenario(driver_state& state, const scenario& around, int64_t n
 // True when raN really beacons: it and its radio are up and on.
 bool driver_beacons(const driver_state& state, int n);
 
-// N of an interface name raN, or -1 when the driver makes no interface of that name.
-int driver_interface_number(const char* name);
-
 // How many bytes of the caller's buffer the request carries in; 0 for a query.
 size_t driver_input_size(uint32_t request, uint16_t flags, uint16_t length);
 
 // How many bytes the caller's buffer holds for the answer: as announced, but for the requests
 // whose length counts something else.
 size_t driver_room(uint32_t request, uint16_t length);
-
-// True when the request's flags are a sub-command (kDriverSetFlag not part of it).
-bool driver_has_sub(uint32_t request);
-
-// What the journal calls the request: "set", "query", "object_set", "get_priv" or "unknown".
-const char* driver_request_name(uint32_t request, uint16_t flags);
-
-// What an object of kDriverObject is called, "survey" for 0x069B; null for an unknown one.
-const char* driver_object_name(uint16_t sub);
-
-// The request or object of that name, "set", "stations" or "survey"; false for an unknown one.
-[[nodiscard]] bool driver_find_name(const std::string& name, uint32_t& request, bool& has_sub,
-                                    uint16_t& sub);
-
-// All names that driver_find_name knows.
-std::vector<std::string> driver_names();
 
 // Does the request. Returns 0 or a negative errno; -E2BIG may set the answer length as well.
 [[nodiscard]] int driver_handle(driver_state& state, driver_request& request);

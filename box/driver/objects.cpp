@@ -6,30 +6,29 @@
 // A null handler means that the object cannot be queried or set.
 struct object_row {
   uint16_t sub;
-  const char* name;
   bool needs_radio;  // a query ends with ENETDOWN while the radio is down
   int (*query)(driver_state&, driver_request&);
   int (*set)(driver_state&, driver_request&);
 };
 
 static constexpr object_row kObjects[] = {
-    {0x067D, "counters", true, driver_query_counters, nullptr},
-    {0x0693, "channel_load", true, driver_query_load, nullptr},
-    {0x0695, "station_traffic", true, driver_query_traffic, nullptr},
-    {0x069A, "ssid_traffic", true, driver_query_ssids, nullptr},
-    {0x069B, "survey", true, driver_query_survey, nullptr},
-    {0x06B0, "action_frame", true, nullptr, driver_set_action_frame},
-    {0x06B1, "steer", true, nullptr, driver_set_steer},
-    {0x06B2, "operating_class", false, driver_query_operating_class, nullptr},
-    {0x06B3, "nonassoc_capable", false, driver_query_nonassoc_capable, nullptr},
-    {0x06B4, "nonassoc_enable", false, nullptr, driver_set_nonassoc},
-    {0x06B5, "nonassoc_report", false, driver_query_nonassoc, nullptr},
-    {0x0751, "wps_status", false, driver_query_wps_status, nullptr},
-    {0x0753, "wps_uuid", false, driver_query_uuid, nullptr},
-    {0x094A, "btm_enable", false, nullptr, driver_set_btm},
-    {0x0AA0, "wps_state", false, driver_query_wps_state, nullptr},
-    {0x0AA2, "power_limits", false, driver_query_power, nullptr},
-    {0x494A, "btm", false, driver_query_btm, nullptr},
+    {0x067D, true, driver_query_counters, nullptr},
+    {0x0693, true, driver_query_load, nullptr},
+    {0x0695, true, driver_query_traffic, nullptr},
+    {0x069A, true, driver_query_ssids, nullptr},
+    {0x069B, true, driver_query_survey, nullptr},
+    {0x06B0, true, nullptr, driver_set_action_frame},
+    {0x06B1, true, nullptr, driver_set_steer},
+    {0x06B2, false, driver_query_operating_class, nullptr},
+    {0x06B3, false, driver_query_nonassoc_capable, nullptr},
+    {0x06B4, false, nullptr, driver_set_nonassoc},
+    {0x06B5, false, driver_query_nonassoc, nullptr},
+    {0x0751, false, driver_query_wps_status, nullptr},
+    {0x0753, false, driver_query_uuid, nullptr},
+    {0x094A, false, nullptr, driver_set_btm},
+    {0x0AA0, false, driver_query_wps_state, nullptr},
+    {0x0AA2, false, driver_query_power, nullptr},
+    {0x494A, false, driver_query_btm, nullptr},
 };
 
 static constexpr uint16_t kNonassocReport = 0x06B5;
@@ -44,27 +43,15 @@ static const object_row* find_object(uint16_t sub) {
   return nullptr;
 }
 
-const char* driver_object_name(uint16_t sub) {
-  const object_row* row = find_object(sub);
-  return row ? row->name : nullptr;
-}
-
-std::vector<std::pair<uint16_t, const char*>> driver_objects() {
-  std::vector<std::pair<uint16_t, const char*>> objects;
-  for (const object_row& row : kObjects)
-    objects.emplace_back(row.sub, row.name);
-  return objects;
-}
-
 bool driver_object_carries(uint16_t sub, uint16_t length) {
   return (sub == kNonassocReport && length <= kNonassocRegistrationMax) ||
          (sub == kBtm && length >= kBtmStationMin);
 }
 
 int driver_do_object(driver_state& state, driver_request& r) {
-  const object_row* row = find_object(r.flags & ~kDriverSetFlag);
+  const object_row* row = find_object(r.flags & ~kRequestSetFlag);
   if (!row) return -EOPNOTSUPP;
-  auto handle = (r.flags & kDriverSetFlag) ? row->set : row->query;
+  auto handle = (r.flags & kRequestSetFlag) ? row->set : row->query;
   if (!handle) return -EOPNOTSUPP;
   if (row->needs_radio && !driver_radio_up(state, driver_radio_of(r.bss))) return -ENETDOWN;
   return handle(state, r);

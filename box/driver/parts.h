@@ -100,8 +100,5 @@ int driver_query_btm(driver_state& state, driver_request& r);
 int driver_set_btm(driver_state& state, driver_request& r);
 int driver_query_power(driver_state& state, driver_request& r);
 
-// Sub-commands and names of all objects.
-std::vector<std::pair<uint16_t, const char*>> driver_objects();
-
 // True when a query of the object carries something in, at that announced length.
 bool driver_object_carries(uint16_t sub, uint16_t length);

@@ -42,7 +42,7 @@ static void ask_all(trap_state& trap) {
 static void follow_links(trap_state& trap) {
   bool lost = false;
   for (const links_change& change : links_take(trap.links, lost)) {
-    int n = driver_interface_number(change.name.c_str());
+    int n = board_interface_number(change.name.c_str());
     if (n >= 0) set_up(trap, n, change.up);
     if (change.gone) vlan_forget(trap.vlans, change.name);
   }

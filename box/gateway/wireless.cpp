@@ -41,10 +41,10 @@ static bool read_input(trap_call& c) {
 }
 
 static void describe(journal_entry& entry, const trap_call& c) {
-  entry.name = driver_request_name(c.request, c.asked.flags);
-  entry.has_sub = driver_has_sub(c.request);
-  entry.sub = c.asked.flags & static_cast<uint16_t>(~kDriverSetFlag);
-  if (entry.has_sub) entry.object = driver_object_name(entry.sub);
+  entry.name = request_name(c.request, c.asked.flags);
+  entry.has_sub = request_has_sub(c.request);
+  entry.sub = c.asked.flags & static_cast<uint16_t>(~kRequestSetFlag);
+  if (entry.has_sub) entry.object = request_object_name(entry.sub);
   entry.length = c.asked.length;
 }
 
@@ -53,12 +53,12 @@ static int read_wireless(trap_state& trap, trap_call& c, journal_entry& entry) {
   bool readable = read_frame(c, entry.interface);
   describe(entry, c);
   if (!readable) return -EFAULT;
-  c.asked.bss = driver_interface_number(entry.interface.c_str());
+  c.asked.bss = board_interface_number(entry.interface.c_str());
   bool exists =
       c.asked.bss >= 0 && net_address(trap.socket, entry.interface.c_str(), c.asked.address);
   if (!exists) return -ENODEV;
   if (!read_input(c)) return -EFAULT;
-  entry.has_text = c.request == kDriverSetText;
+  entry.has_text = c.request == kRequestSetText;
   if (entry.has_text) entry.text = c.asked.input.c_str();
   if (entry.has_sub) entry.bytes = c.asked.input;
   return 0;

@@ -2,7 +2,7 @@
 #include <stdio.h>
 #include <stdlib.h>
 
-#include "driver/model.h"
+#include "base/board.h"
 #include "scenario/parts.h"
 
 static const scenario_json& member(const scenario_json& object, const char* name) {

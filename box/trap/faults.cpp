@@ -7,8 +7,9 @@
 
 #include <algorithm>
 
+#include "base/board.h"
 #include "client/text.h"
-#include "driver/model.h"
+#include "trap/requests.h"
 
 static constexpr const char* kHowForms =
     "an errno name such as EAGAIN, delay=MS, short=BYTES or count=NUMBER";
@@ -53,7 +54,7 @@ static bool parse_name(const std::string& name, fault_rule& rule) {
     rule.request = call.request;
     return true;
   }
-  return driver_find_name(name, rule.request, rule.has_sub, rule.sub);
+  return request_find(name, rule.request, rule.has_sub, rule.sub);
 }
 
 static bool is_module_call(uint32_t request) {
@@ -66,7 +67,7 @@ static bool check_interface(const fault_rule& rule, std::string& wrong) {
   if (rule.interface.empty() || rule.request == kFaultVlan) return true;
   if (is_module_call(rule.request)) {
     wrong = "module calls have no interface";
-  } else if (driver_interface_number(rule.interface.c_str()) < 0) {
+  } else if (board_interface_number(rule.interface.c_str()) < 0) {
     wrong = "\"" + rule.interface + "\" is no interface: expected ra0 to ra" +
             std::to_string(kBoardMaxInterfaces - 1);
   }
@@ -131,7 +132,7 @@ std::vector<std::string> fault_names() {
   std::vector<std::string> names;
   for (const fault_name& call : kCalls)
     names.push_back(call.name);
-  for (const std::string& name : driver_names())
+  for (const std::string& name : request_names())
     names.push_back(name);
   return names;
 }

@@ -120,6 +120,6 @@ TEST(Steer, CapabilityOfOneStation) {
   EXPECT_EQ(carry(state, 0, 0x494A, record).status, -ENOENT);
   record[0] = 5;
   EXPECT_EQ(carry(state, 0, 0x494A, record).status, -EINVAL);
-  EXPECT_EQ(driver_input_size(kDriverObject, 0x494A, 9), 9u);
-  EXPECT_EQ(driver_input_size(kDriverObject, 0x494A, 1), 0u);
+  EXPECT_EQ(driver_input_size(kRequestObject, 0x494A, 9), 9u);
+  EXPECT_EQ(driver_input_size(kRequestObject, 0x494A, 1), 0u);
 }

@@ -51,20 +51,20 @@ static answer ask(driver_state& state, int n, uint32_t number, uint16_t flags,
 }
 
 int set_key(driver_state& state, int n, const std::string& text, int64_t now_us) {
-  return ask(state, n, kDriverSetText, 0, text, static_cast<uint16_t>(text.size() + 1), now_us)
+  return ask(state, n, kRequestSetText, 0, text, static_cast<uint16_t>(text.size() + 1), now_us)
       .status;
 }
 
 answer query(driver_state& state, int n, uint16_t sub, uint16_t length, int64_t now_us) {
-  return ask(state, n, kDriverObject, sub, "", length, now_us);
+  return ask(state, n, kRequestObject, sub, "", length, now_us);
 }
 
 answer stations(driver_state& state, int n, int64_t now_us) {
-  return ask(state, n, kDriverStations, 0, "", 5123, now_us);
+  return ask(state, n, kRequestStations, 0, "", 5123, now_us);
 }
 
 answer carry(driver_state& state, int n, uint16_t flags, const std::string& input, int64_t now_us) {
-  return ask(state, n, kDriverObject, flags, input, static_cast<uint16_t>(input.size()), now_us);
+  return ask(state, n, kRequestObject, flags, input, static_cast<uint16_t>(input.size()), now_us);
 }
 
 std::string mac_bytes(const std::string& text) {

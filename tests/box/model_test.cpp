@@ -8,7 +8,7 @@
 static int set(driver_state& state, int bss, const std::string& text) {
   driver_request r = {};
   r.bss = bss;
-  r.request = kDriverSetText;
+  r.request = kRequestSetText;
   r.length = static_cast<uint16_t>(text.size() + 1);
   r.input = text;
   return driver_handle(state, r);
@@ -33,18 +33,18 @@ TEST(Model, ARefusedTextChangesNothing) {
 }
 
 TEST(Model, InterfaceNames) {
-  EXPECT_EQ(driver_interface_number("ra0"), 0);
-  EXPECT_EQ(driver_interface_number("ra15"), 15);
+  EXPECT_EQ(board_interface_number("ra0"), 0);
+  EXPECT_EQ(board_interface_number("ra15"), 15);
   for (const char* name : {"ra16", "ra", "ra-1", "ra00", "rai0", "eth0", "ra1x", ""}) {
-    EXPECT_EQ(driver_interface_number(name), -1) << name;
+    EXPECT_EQ(board_interface_number(name), -1) << name;
   }
 }
 
 TEST(Model, OnlySetsCarryInput) {
-  EXPECT_EQ(driver_input_size(kDriverSetText, 0, 12), 12u);
-  EXPECT_EQ(driver_input_size(kDriverObject, 0x06B2, 12), 0u);
-  EXPECT_EQ(driver_input_size(kDriverObject, 0x86B2, 12), 12u);
-  EXPECT_EQ(driver_input_size(kDriverGetPriv, 0, 16), 0u);
+  EXPECT_EQ(driver_input_size(kRequestSetText, 0, 12), 12u);
+  EXPECT_EQ(driver_input_size(kRequestObject, 0x06B2, 12), 0u);
+  EXPECT_EQ(driver_input_size(kRequestObject, 0x86B2, 12), 12u);
+  EXPECT_EQ(driver_input_size(kRequestGetPriv, 0, 16), 0u);
   EXPECT_EQ(driver_input_size(0x8B01, 0, 16), 0u);
 }
 
