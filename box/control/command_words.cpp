@@ -3,7 +3,7 @@
 #include "client/text.h"
 #include "control/command_line_parts.h"
 #include "control/complete.h"
-#include "control/socket.h"
+#include "control/connection.h"
 #include "scenario/document.h"
 #include "trap/faults.h"
 

@@ -4,8 +4,8 @@
 
 #include "base/board.h"
 #include "base/files.h"
+#include "control/connection.h"
 #include "control/reach.h"
-#include "control/socket.h"
 #include "scenario/parts.h"
 #include "trap/faults.h"
 

@@ -20,7 +20,7 @@
 #include "companions/start.h"
 #include "control/reach.h"
 #include "control/run_link.h"
-#include "control/socket.h"
+#include "control/serve.h"
 #include "gateway/around.h"
 #include "gateway/state.h"
 #include "host/firmware.h"

@@ -1,12 +1,12 @@
 #include <stdio.h>
 
 #include "base/report.h"
+#include "control/ask.h"
 #include "control/command_line.h"
 #include "control/complete.h"
 #include "control/fail.h"
 #include "control/log.h"
 #include "control/run.h"
-#include "control/socket.h"
 #include "control/status.h"
 #include "scenario/document.h"
 

@@ -16,7 +16,7 @@
 #include "base/files.h"
 #include "base/report.h"
 #include "client/text.h"
-#include "control/socket.h"
+#include "control/connection.h"
 
 static constexpr size_t kNameMaxSize = 64;
 static constexpr int kBacklog = 64;

@@ -18,10 +18,10 @@
 #include "base/files.h"
 #include "base/journal.h"
 #include "base/report.h"
+#include "control/connection.h"
 #include "control/first_process.h"
 #include "control/reach.h"
 #include "control/run_link.h"
-#include "control/socket.h"
 #include "host/namespaces.h"
 
 static bool find_program_dir(std::string& dir) {

@@ -9,7 +9,7 @@
 #include <nlohmann/json.hpp>
 
 #include "client/text.h"
-#include "control/socket.h"
+#include "control/ask.h"
 #include "control/status.h"
 
 using json = nlohmann::ordered_json;

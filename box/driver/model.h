@@ -163,8 +163,9 @@ void driver_advance(driver_state& state, int64_t now_us);
 // When something will next happen by itself, kDriverNever when nothing will.
 int64_t driver_next_us(const driver_state& state);
 
-// Puts a changed scenario in force, its speed included; stations that stay keep their association.
-void driver_take_scenario(driver_state& state, const scenario& around, int64_t now_us);
+// Puts a changed scenario in force at the state's time, its speed included; stations that stay keep
+// their association.
+void driver_take_scenario(driver_state& state, const scenario& around);
 
 // True when raN really beacons: it and its radio are up and on.
 bool driver_beacons(const driver_state& state, int n);

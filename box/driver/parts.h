@@ -55,6 +55,12 @@ driver_station* driver_find_station(driver_state& state, const mac_address& mac)
 // The station leaves its BSS, and stays away until then.
 void driver_disconnect(driver_station& station, int64_t returns_us);
 
+// Seconds of a scenario; kDriverNever for a time below 0.
+int64_t driver_microseconds(double seconds);
+
+// Sets the counters of a BSS to what its scenario says.
+void driver_take_counters(driver_bss& bss, const scenario_bss& given);
+
 // Stations go where they belong after something changed.
 void driver_settle(driver_state& state);
 

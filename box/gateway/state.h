@@ -54,8 +54,5 @@ void trap_catch_up(trap_state& trap);
 // Takes one trapped call. To be called when the listener is readable.
 void trap_take(trap_state& trap);
 
-// Lets the calls that are delayed go on at once.
-void trap_end_delays(trap_state& trap);
-
 // Does the delayed calls that are due; returns milliseconds until the next one, -1: none waits.
 int trap_run_delayed(trap_state& trap);

@@ -20,11 +20,6 @@ static constexpr struct {
 } MODULE_CALLS[] = {
     {175, 128, kFaultInitModule}, {313, 350, kFaultFinitModule}, {176, 129, kFaultDeleteModule}};
 
-bool trap_still_waiting(const trap_state& trap, const trap_call& c) {
-  uint64_t id = c.id;
-  return ioctl(trap.listener, SECCOMP_IOCTL_NOTIF_ID_VALID, &id) == 0;
-}
-
 // An interface request must be made on a socket.
 static int check_descriptor(const trap_call& c) {
   char target[32] = "";
@@ -134,15 +129,6 @@ void trap_take(trap_state& trap) {
   trap_call c = call_of(n.id, static_cast<int32_t>(n.pid), n.data.arch, n.data.nr,
                         reinterpret_cast<const uint64_t*>(n.data.args));
   serve(trap, c, nullptr);
-}
-
-void trap_end_delays(trap_state& trap) {
-  int64_t now = journal_now_us();
-  for (trap_delayed& held : trap.delayed) {
-    held.due_us = now;
-    held.rule.delay_ms = static_cast<int>((now - held.since_us) / 1000);
-  }
-  (void)trap_run_delayed(trap);
 }
 
 int trap_run_delayed(trap_state& trap) {

@@ -91,10 +91,10 @@ TEST(Wps, OverdueSessionEndsNext) {
     scenario shorter = state.around;
     std::string wrong;
     ASSERT_TRUE(scenario_edit_line(shorter, "radio ra0 wps.seconds=0", wrong)) << wrong;
-    if (std::string(when) == "at once") driver_take_scenario(state, shorter, 0);
+    if (std::string(when) == "at once") driver_take_scenario(state, shorter);
     start_session(state, 0, "2", "");
     EXPECT_EQ(wps_state(state, 0, kSecond) == 3, std::string(when) == "at once");
-    driver_take_scenario(state, shorter, kSecond);
+    driver_take_scenario(state, shorter);
     EXPECT_EQ(wps_state(state, 0, 2 * kSecond), 3u) << when;
     EXPECT_EQ(wps_status(state, 0), 34u) << when;
     EXPECT_EQ(place_of(state, "02:00:5e:00:00:01"), 0) << when;
