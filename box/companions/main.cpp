@@ -9,7 +9,7 @@
 
 static constexpr const char* kNames =
 #define COMPANION(directory, program, run) " " program
-#include "programs.def"
+#include "base/companions.def"
     ;
 
 int main(int argc, char** argv) {
@@ -20,7 +20,7 @@ int main(int argc, char** argv) {
   if (name == program) return run();
 #define NUMBERED_COMPANION(directory, program, run) \
   if (name.starts_with(program)) return run(name, argc, argv);
-#include "programs.def"
+#include "base/companions.def"
   fprintf(stderr, "%s: start it under the name of a companion:%s\n", name.c_str(), kNames);
   return 2;
 }

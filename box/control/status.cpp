@@ -22,7 +22,7 @@ struct companion_name {
 static constexpr companion_name kCompanions[] = {
 #define COMPANION(directory, name, run) {name, false},
 #define NUMBERED_COMPANION(directory, name, run) {name, true},
-#include "companions/programs.def"
+#include "base/companions.def"
 };
 
 static json texts_of(const std::vector<mac_address>& macs) {

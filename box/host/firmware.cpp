@@ -13,7 +13,7 @@
 
 static constexpr const char* kCompanions[] = {
 #define COMPANION(directory, name, run) directory "/" name,
-#include "companions/programs.def"
+#include "base/companions.def"
 };
 
 static constexpr const char* kEasymeshScript = R"sh(#!/bin/sh
