@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include <stdio.h>
+#include <cstdio>
 
 // Two root ports of the SoC, a card behind each that is populated.
 static constexpr pci_card kRootPort0 = {0x0000, 0x0e8d0801, 4, 0, 0, "pcieport"};
@@ -42,7 +42,7 @@ static std::string pci_line(const pci_card& card) {
   snprintf(text, sizeof text, "%04x\t%08x\t%x", card.slot, card.id, card.irq);
   std::string line = text;
   for (unsigned long long first : {card.bar, card.size}) {
-    for (int i = 0; i < kWindows; i++) {
+    for (int i = 0; i < kWindows; ++i) {
       snprintf(text, sizeof text, "\t%16llx", i == 0 ? first : 0);
       line += text;
     }
@@ -52,7 +52,7 @@ static std::string pci_line(const pci_card& card) {
 
 std::string board_pci_devices(const board& b) {
   std::string text;
-  for (int i = 0; i < b.card_count; i++)
+  for (int i = 0; i < b.card_count; ++i)
     text += pci_line(b.cards[i]);
   return text;
 }

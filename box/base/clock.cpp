@@ -1,6 +1,6 @@
 #include "base/clock.h"
 
-#include <stdio.h>
+#include <cstdio>
 
 void clock_set(box_clock& clock, int64_t box_us, int64_t now_us) {
   clock.box_us = box_us;

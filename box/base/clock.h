@@ -2,7 +2,7 @@
 // can be paused and moved on, and never goes back.
 #pragma once
 
-#include <stdint.h>
+#include <cstdint>
 
 #include <string>
 

@@ -1,9 +1,9 @@
 #include "base/files.h"
 
-#include <errno.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <cerrno>
 
 #include "base/report.h"
 

@@ -1,10 +1,10 @@
 #include "base/journal.h"
 
 #include <fcntl.h>
-#include <stdio.h>
-#include <string.h>
 #include <time.h>
 #include <unistd.h>
+#include <cstdio>
+#include <cstring>
 
 #include "base/report.h"
 #include "client/text.h"
@@ -114,7 +114,7 @@ void journal_append(journal& j, const journal_entry& entry) {
   std::string line = journal_line(entry, ++j.sequence, journal_now_us() - j.start_us);
   // Where it cannot change places, it goes on for as long again.
   if (j.size + line.size() > kJournalLimit) {
-    (void)journal_rotate(j);
+    static_cast<void>(journal_rotate(j));
     j.size = 0;
   }
   j.size += line.size();

@@ -17,9 +17,9 @@
 // lines have no "interface" and no "request" where there is none.
 #pragma once
 
-#include <stddef.h>
-#include <stdint.h>
 #include <sys/types.h>
+#include <cstddef>
+#include <cstdint>
 
 #include <string>
 #include <utility>

@@ -1,17 +1,17 @@
 #include "base/mac.h"
 
-#include <ctype.h>
-#include <stdio.h>
-#include <stdlib.h>
-#include <string.h>
+#include <cctype>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
 
 bool mac_parse(const std::string& text, mac_address& mac) {
   if (text.size() != mac.size() * 3 - 1) return false;
-  for (size_t i = 0; i < text.size(); i++) {
+  for (size_t i = 0; i < text.size(); ++i) {
     unsigned char byte = static_cast<unsigned char>(text[i]);
     if (i % 3 == 2 ? byte != ':' : !isxdigit(byte)) return false;
   }
-  for (size_t i = 0; i < mac.size(); i++)
+  for (size_t i = 0; i < mac.size(); ++i)
     mac[i] = static_cast<uint8_t>(strtoul(text.c_str() + i * 3, nullptr, 16));
   return true;
 }

@@ -1,7 +1,7 @@
 // Station addresses.
 #pragma once
 
-#include <stdint.h>
+#include <cstdint>
 
 #include <array>
 #include <string>

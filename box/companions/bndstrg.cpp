@@ -1,6 +1,6 @@
 #include <fcntl.h>
-#include <stdio.h>
 #include <unistd.h>
+#include <cstdio>
 
 #include "companions/companion.h"
 #include "companions/companion_data.h"

@@ -1,17 +1,17 @@
 #include "companions/companion.h"
 
-#include <errno.h>
 #include <fcntl.h>
-#include <math.h>
 #include <poll.h>
 #include <signal.h>
-#include <stdio.h>
-#include <stdlib.h>
-#include <string.h>
 #include <sys/signalfd.h>
 #include <sys/stat.h>
 #include <time.h>
 #include <unistd.h>
+#include <cerrno>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
 
 #include "base/clock.h"
 #include "base/files.h"
@@ -130,8 +130,8 @@ bool companion_receive(companion& self, int fd, companion_datagram& datagram) {
 // A client that is gone by now has not waited for the answer.
 void companion_answer(int fd, const companion_datagram& to, const std::string& bytes) {
   if (to.from_size <= sizeof(sa_family_t)) return;  // a client without an address
-  (void)sendto(fd, bytes.data(), bytes.size(), MSG_DONTWAIT,
-               reinterpret_cast<const sockaddr*>(&to.from), to.from_size);
+  static_cast<void>(sendto(fd, bytes.data(), bytes.size(), MSG_DONTWAIT,
+                           reinterpret_cast<const sockaddr*>(&to.from), to.from_size));
 }
 
 double companion_time() {

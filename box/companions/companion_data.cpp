@@ -1,6 +1,6 @@
 #include "companions/companion_data.h"
 
-#include <stdio.h>
+#include <cstdio>
 
 #include "base/files.h"
 #include "scenario/document.h"

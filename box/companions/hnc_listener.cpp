@@ -1,7 +1,7 @@
 #include <arpa/inet.h>
-#include <stdio.h>
-#include <string.h>
 #include <unistd.h>
+#include <cstdio>
+#include <cstring>
 
 #include "companions/companion.h"
 #include "companions/companion_data.h"

@@ -1,7 +1,7 @@
 // Rows of the controller's tables from the scenario.
 #pragma once
 
-#include <string.h>
+#include <cstring>
 
 #include <nlohmann/json.hpp>
 #include <string>

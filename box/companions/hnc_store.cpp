@@ -1,6 +1,6 @@
 #include "companions/hnc_store.h"
 
-#include <stdlib.h>
+#include <cstdlib>
 
 #include "companions/companion_data.h"
 #include "companions/hnc_rows.h"
@@ -91,14 +91,14 @@ void hnc_store_update(hnc_store& store, const json& data) {
   json rows = array_of(data, "hne"), supported = array_of(data, "supported_hne");
   if (!rows.is_null() && rows != array_of(before, "hne")) {
     store.extenders.clear();
-    for (uint32_t i = 0; i < rows.size(); i++) {
+    for (uint32_t i = 0; i < rows.size(); ++i) {
       hnc_extender row = hnc_extender_row(rows[i], i + 1);
       store.extenders[row.index] = row;
     }
   }
   if (!supported.is_null() && supported != array_of(before, "supported_hne")) {
     store.supported.clear();
-    for (uint32_t i = 0; i < supported.size(); i++) {
+    for (uint32_t i = 0; i < supported.size(); ++i) {
       hnc_supported row = hnc_supported_row(supported[i], i + 1);
       store.supported[static_cast<uint32_t>(row.index)] = row;
     }

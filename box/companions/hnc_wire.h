@@ -2,8 +2,8 @@
 // are in host byte order; a text ends at its first zero byte or fills its field.
 #pragma once
 
-#include <stddef.h>
-#include <stdint.h>
+#include <cstddef>
+#include <cstdint>
 
 constexpr uint32_t kHncGet = 0;
 constexpr uint32_t kHncSet = 1;

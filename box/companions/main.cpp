@@ -1,7 +1,7 @@
 // gwbox-companion: the processes that run beside a gateway's Wi-Fi daemon, in one program. Which
 // one it is, the name says that it was started by.
-#include <stdio.h>
-#include <string.h>
+#include <cstdio>
+#include <cstring>
 
 #include <string>
 

@@ -1,6 +1,6 @@
-#include <stdint.h>
-#include <string.h>
 #include <time.h>
+#include <cstdint>
+#include <cstring>
 
 #include "companions/companion.h"
 #include "companions/companion_data.h"
@@ -56,7 +56,7 @@ static std::string make_reply(const nlohmann::json& data, uint32_t radio) {
     for (const auto& event : *events) {
       if (companion_number(event, "radio", radio) != radio || reply.count == UINT8_MAX) continue;
       if (reply.count < kEventsMax) reply.events[reply.count] = make_event(event);
-      reply.count++;
+      ++reply.count;
     }
   }
   return std::string(reinterpret_cast<const char*>(&reply), sizeof reply);

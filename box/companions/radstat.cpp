@@ -1,11 +1,11 @@
-#include <errno.h>
-#include <math.h>
-#include <stdint.h>
-#include <stdio.h>
-#include <stdlib.h>
-#include <string.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <cerrno>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
 
 #include "companions/companion.h"
 #include "companions/companion_data.h"
@@ -58,7 +58,7 @@ static int32_t counter(const nlohmann::json& data, const char* name, double seco
 
 static void fill_rssi(const nlohmann::json& data, double seconds, radstat_reply& reply) {
   auto told = data.find("rssi");
-  for (size_t i = 0; i < kRssiEntries; i++) {
+  for (size_t i = 0; i < kRssiEntries; ++i) {
     int usual = -95 + static_cast<int>(i) + static_cast<int>(swing(seconds, 0, 2));
     bool has_table = told != data.end() && told->is_array();
     bool has_entry = has_table && i < told->size() && (*told)[i].is_number();

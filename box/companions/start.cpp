@@ -2,8 +2,8 @@
 
 #include <fcntl.h>
 #include <poll.h>
-#include <stdlib.h>
 #include <unistd.h>
+#include <cstdlib>
 
 #include <string>
 
@@ -25,7 +25,7 @@ bool companions_tell_start(int64_t start_us) {
 [[noreturn]] static void become_companion(const char* path, int ready) {
   payload_reset_signals();
   int null = open("/dev/null", O_RDWR | O_CLOEXEC), told = dup(ready);
-  for (int fd = 0; fd <= 2 && null >= 0; fd++)
+  for (int fd = 0; fd <= 2 && null >= 0; ++fd)
     dup2(null, fd);
   setsid();
   setenv("GWBOX_READY_FD", std::to_string(told).c_str(), 1);

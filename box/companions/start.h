@@ -1,7 +1,7 @@
 // The companions that run from a box's start: whoever signals or asks them finds them there.
 #pragma once
 
-#include <stdint.h>
+#include <cstdint>
 
 // Readable to every companion: monotonic microseconds at the box's start, as a decimal number.
 constexpr const char* kCompanionsStartFile = "/run/gwbox/start_us";

@@ -34,7 +34,7 @@ static args wrong(args a, const CLI::App& app, const std::string& message) {
 
 // What follows "--" belongs to COMMAND and is never looked at.
 static int split_payload(int argc, char** argv, args& a) {
-  for (int i = 1; i < argc; i++) {
+  for (int i = 1; i < argc; ++i) {
     if (std::string_view(argv[i]) != "--") continue;
     a.payload.assign(argv + i + 1, argv + argc);
     return i;
@@ -46,7 +46,7 @@ static int split_payload(int argc, char** argv, args& a) {
 // at its commas; the blank in front keeps it whole, and JSON does not mind.
 static std::vector<std::string> words_reversed(int argc, char** argv) {
   std::vector<std::string> words;
-  for (int i = argc - 1; i > 0; i--)
+  for (int i = argc - 1; i > 0; --i)
     words.push_back(argv[i][0] == '[' ? std::string(" ") + argv[i] : argv[i]);
   return words;
 }

@@ -1,6 +1,6 @@
 #include "control/complete.h"
 
-#include <stdio.h>
+#include <cstdio>
 
 #include "base/board.h"
 #include "base/files.h"
@@ -33,7 +33,7 @@ static words_list whats(const std::string& current) {
     return names;
   }
   names.clear();
-  for (int n = 0; n < kBoardMaxInterfaces; n++)
+  for (int n = 0; n < kBoardMaxInterfaces; ++n)
     names.push_back(current.substr(0, at) + "@ra" + std::to_string(n));
   return names;
 }
@@ -97,7 +97,7 @@ static words_list ids(const scenario_kind& kind, const std::string& box) {
   }
   const scenario_json* schema = scenario_schema_at({kind.list, "[]", kind.id});
   if (schema->contains("maximum")) {
-    for (int n = schema->value("minimum", 1); n <= schema->value("maximum", 0); n++)
+    for (int n = schema->value("minimum", 1); n <= schema->value("maximum", 0); ++n)
       found.push_back(std::to_string(n));
     return found;
   }

@@ -69,7 +69,7 @@ static const CLI::Option* next_positional(const walk& w) {
     if (!option->get_positional()) continue;
     bool takes_many = option->get_items_expected_max() > 1;
     if (place == w.values.size() || takes_many) return option;
-    place++;
+    ++place;
   }
   return nullptr;
 }
@@ -100,7 +100,7 @@ static std::vector<std::string> offers_at(const walk& w, const std::string& curr
 static std::vector<std::string> offers_for(const CLI::App& app,
                                            const std::vector<std::string>& words) {
   walk w = {&app, &app, nullptr, {}, ""};
-  for (size_t i = 0; i + 1 < words.size(); i++) {
+  for (size_t i = 0; i + 1 < words.size(); ++i) {
     bool is_run = w.app->get_name() == "run" && !w.pending;
     if (words[i] == "--") return {is_run ? kCompleteCommand : ""};
     take_word(w, words[i]);

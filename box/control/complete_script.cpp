@@ -1,5 +1,5 @@
 // The scripts that connect the shells with `gwbox complete`.
-#include <stdio.h>
+#include <cstdio>
 
 #include "control/complete.h"
 

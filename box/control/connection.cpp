@@ -1,9 +1,9 @@
 #include "control/connection.h"
 
-#include <errno.h>
-#include <string.h>
 #include <sys/socket.h>
 #include <unistd.h>
+#include <cerrno>
+#include <cstring>
 
 #include "base/report.h"
 
@@ -20,8 +20,8 @@ int control_socket() {
   timeval patience = {kControlPatience, 0};
   int fd = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
   if (fd < 0) return -1;
-  (void)setsockopt(fd, SOL_SOCKET, SO_SNDTIMEO, &patience, sizeof patience);
-  (void)setsockopt(fd, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
+  static_cast<void>(setsockopt(fd, SOL_SOCKET, SO_SNDTIMEO, &patience, sizeof patience));
+  static_cast<void>(setsockopt(fd, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience));
   return fd;
 }
 

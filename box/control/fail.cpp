@@ -1,6 +1,6 @@
 #include "control/fail.h"
 
-#include <stdio.h>
+#include <cstdio>
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
@@ -17,11 +17,11 @@ static std::string columns_of(const std::vector<std::vector<std::string>>& rows)
   std::vector<size_t> widths(rows[0].size());
   std::string text;
   for (const auto& row : rows) {
-    for (size_t i = 0; i < row.size(); i++)
+    for (size_t i = 0; i < row.size(); ++i)
       widths[i] = std::max(widths[i], row[i].size());
   }
   for (const auto& row : rows) {
-    for (size_t i = 0; i < row.size(); i++) {
+    for (size_t i = 0; i < row.size(); ++i) {
       std::string blanks(widths[i] - row[i].size(), ' ');
       text += (i == 0 ? "" : "  ") + (i < 2 ? row[i] + blanks : blanks + row[i]);
     }

@@ -1,17 +1,17 @@
 #include "control/first_process.h"
 
-#include <ctype.h>
 #include <dirent.h>
-#include <errno.h>
 #include <poll.h>
 #include <signal.h>
-#include <stddef.h>
-#include <stdlib.h>
 #include <sys/signalfd.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <cctype>
+#include <cerrno>
+#include <cstddef>
+#include <cstdlib>
 
 #include <vector>
 
@@ -113,7 +113,7 @@ static int for_each_process(const box& b, Act act) {
     pid_t pid = isdigit(entry->d_name[0]) ? atoi(entry->d_name) : 0;
     if (pid <= 1 || pid == b.portmapper.pid) continue;
     act(pid);
-    count++;
+    ++count;
   }
   closedir(processes);
   return count;
@@ -135,7 +135,7 @@ static void begin_end(box& b, int status) {
 // nobody. What is alongside in gwbox's process group stops together with gwbox.
 static void payload_changed(box& b, int wait_status) {
   if (!WIFSTOPPED(wait_status)) return begin_end(b, status_of(wait_status));
-  if (b.own_job) (void)send(b.link, &kLinkStopped, 1, MSG_NOSIGNAL);
+  if (b.own_job) static_cast<void>(send(b.link, &kLinkStopped, 1, MSG_NOSIGNAL));
 }
 
 // Whoever ended it on purpose need not be told.

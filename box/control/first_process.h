@@ -2,8 +2,8 @@
 // supervises: trapped calls, control socket, children, end.
 #pragma once
 
-#include <stdint.h>
 #include <sys/types.h>
+#include <cstdint>
 
 #include "base/board.h"
 #include "host/payload.h"

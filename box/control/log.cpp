@@ -1,11 +1,11 @@
 #include "control/log.h"
 
-#include <errno.h>
 #include <fcntl.h>
 #include <poll.h>
-#include <stdio.h>
 #include <sys/inotify.h>
 #include <unistd.h>
+#include <cerrno>
+#include <cstdio>
 
 #include <algorithm>
 #include <nlohmann/json.hpp>

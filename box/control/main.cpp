@@ -1,4 +1,4 @@
-#include <stdio.h>
+#include <cstdio>
 
 #include "base/report.h"
 #include "control/ask.h"

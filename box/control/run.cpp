@@ -1,17 +1,17 @@
 #include "control/run.h"
 
-#include <errno.h>
 #include <fcntl.h>
 #include <limits.h>
 #include <poll.h>
 #include <signal.h>
-#include <stdlib.h>
 #include <sys/prctl.h>
 #include <sys/signalfd.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <cerrno>
+#include <cstdlib>
 
 #include <string>
 
@@ -84,7 +84,7 @@ static void follow_stop(int link) {
   payload_to_foreground(getpgrp());
   kill(getpid(), SIGSTOP);
   char word = tcgetpgrp(0) == getpgrp() ? kLinkForeground : kLinkContinue;
-  (void)send(link, &word, 1, MSG_NOSIGNAL);
+  static_cast<void>(send(link, &word, 1, MSG_NOSIGNAL));
 }
 
 static void forward_signals(int signals, pid_t box) {

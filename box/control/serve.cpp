@@ -1,9 +1,9 @@
 #include "control/serve.h"
 
-#include <stdlib.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <cstdlib>
 
 #include <cmath>
 
@@ -91,7 +91,7 @@ void control_serve(int client, trap_state& trap) {
     message.resize(static_cast<size_t>(got));
     std::string answer = act(message, trap);
     if (answer.size() > kControlMessageMax) answer = "the answer is too long for one message";
-    (void)send(client, answer.data(), answer.size(), MSG_NOSIGNAL);
+    static_cast<void>(send(client, answer.data(), answer.size(), MSG_NOSIGNAL));
   }
   close(client);
 }

@@ -1,10 +1,10 @@
 // The box's side of `gwbox status`.
 #include "control/status.h"
 
-#include <ctype.h>
 #include <dirent.h>
-#include <stdlib.h>
-#include <string.h>
+#include <cctype>
+#include <cstdlib>
+#include <cstring>
 
 #include <nlohmann/json.hpp>
 
@@ -145,7 +145,7 @@ std::string status_json(const trap_state& trap) {
   object["speed"] = state.clock.speed;
   object["paused"] = state.clock.paused;
   object["interfaces"] = json::array();
-  for (int n = 0; n < kBoardMaxInterfaces; n++) {
+  for (int n = 0; n < kBoardMaxInterfaces; ++n) {
     std::string name = "ra" + std::to_string(n);
     if (net_interface_exists(trap.socket, name.c_str())) {
       object["interfaces"].push_back(interface_of(state, n));

@@ -1,9 +1,9 @@
 // The caller's side of `gwbox status`: tables.
 #include <libsmartcols.h>
 #include <locale.h>
-#include <stdio.h>
-#include <stdlib.h>
 #include <wchar.h>
+#include <cstdio>
+#include <cstdlib>
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
@@ -46,7 +46,7 @@ static std::string table_of(const column (&columns)[N],
     scols_table_new_column(table, c.name, c.width, c.flags);
   for (const std::vector<std::string>& row : rows) {
     libscols_line* line = scols_table_new_line(table, nullptr);
-    for (size_t i = 0; i < row.size(); i++)
+    for (size_t i = 0; i < row.size(); ++i)
       scols_line_set_data(line, i, row[i].c_str());
   }
   char* text = nullptr;
@@ -129,7 +129,7 @@ static std::vector<std::string> station_row(const json& s) {
 static std::string listed(const std::string& head, const std::vector<std::string>& words) {
   std::string text = head, line = head;
   if (words.empty()) return text + " none\n";
-  for (size_t i = 0; i < words.size(); i++) {
+  for (size_t i = 0; i < words.size(); ++i) {
     std::string word = " " + words[i] + (i + 1 < words.size() ? "," : "");
     if (line.size() + word.size() > kWidth) {
       text += "\n ";

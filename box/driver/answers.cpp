@@ -1,6 +1,6 @@
 // What all requests share: how an answer is given, and what the caller carried in.
-#include <errno.h>
-#include <string.h>
+#include <cerrno>
+#include <cstring>
 
 #include "base/journal.h"
 #include "driver/parts.h"
@@ -32,10 +32,10 @@ void driver_decode(driver_request& r, const char* name, const std::string& value
 
 std::string driver_field(const std::string& list, int index) {
   size_t start = 0;
-  for (int i = 0; i < index; i++) {
+  for (int i = 0; i < index; ++i) {
     start = list.find(';', start);
     if (start == std::string::npos) return "";
-    start++;
+    ++start;
   }
   return list.substr(start, list.find(';', start) - start);
 }

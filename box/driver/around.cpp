@@ -45,7 +45,7 @@ static driver_station take_station(driver_state& state, const scenario_station& 
 void driver_take_scenario(driver_state& state, const scenario& around) {
   std::vector<scenario_bss> before = state.around.bss;
   int channels[kScenarioRadios];
-  for (int radio = 0; radio < kScenarioRadios; radio++)
+  for (int radio = 0; radio < kScenarioRadios; ++radio)
     channels[radio] = state.around.radios[radio].channel;
   std::vector<driver_station> stations;
   for (const scenario_station& given : around.stations)
@@ -56,7 +56,7 @@ void driver_take_scenario(driver_state& state, const scenario& around) {
   }
   state.stations = stations;
   take_bss(state, before);
-  for (int radio = 0; radio < kScenarioRadios; radio++) {
+  for (int radio = 0; radio < kScenarioRadios; ++radio) {
     int channel = around.radios[radio].channel;
     if (channel != 0 && channel != channels[radio]) state.radios[radio].channel = channel;
   }

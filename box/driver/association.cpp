@@ -73,7 +73,7 @@ static uint8_t free_aid(const driver_state& state, int radio) {
   bool used[256] = {};
   for (const driver_station* station : driver_associated(state, radio))
     used[station->aid] = true;
-  for (int aid = 1; aid < 256; aid++) {
+  for (int aid = 1; aid < 256; ++aid) {
     if (!used[aid]) return static_cast<uint8_t>(aid);
   }
   return 0;

@@ -3,8 +3,8 @@
 // has theirs, so that a mistake in either shows.
 #pragma once
 
-#include <stddef.h>
-#include <stdint.h>
+#include <cstddef>
+#include <cstdint>
 
 constexpr int kLayoutProbes = 4;
 constexpr int kLayoutNonassoc = 16;

@@ -12,7 +12,7 @@
 // are the queries that only ask what the driver can do or what its WPS does.
 #pragma once
 
-#include <stdint.h>
+#include <cstdint>
 
 #include <map>
 #include <string>

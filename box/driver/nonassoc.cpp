@@ -1,6 +1,6 @@
 // Stations that probe without being associated: the last four probes of each, in a ring.
-#include <errno.h>
-#include <string.h>
+#include <cerrno>
+#include <cstring>
 
 #include "driver/layout.h"
 #include "driver/parts.h"
@@ -38,7 +38,7 @@ static layout_nonassoc entry_of(const scenario_nonassoc& station) {
   layout_nonassoc entry = {};
   memcpy(entry.mac, station.mac.data(), sizeof entry.mac);
   size_t seen = station.observations.size();
-  for (size_t i = seen > kLayoutProbes ? seen - kLayoutProbes : 0; i < seen; i++) {
+  for (size_t i = seen > kLayoutProbes ? seen - kLayoutProbes : 0; i < seen; ++i) {
     layout_probe& probe = entry.probes[i % kLayoutProbes];
     probe.rssi = static_cast<int8_t>(station.observations[i].rssi);
     memcpy(probe.date, station.observations[i].date, sizeof probe.date);

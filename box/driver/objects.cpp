@@ -1,5 +1,5 @@
 // The objects of the object request, one row each.
-#include <errno.h>
+#include <cerrno>
 
 #include "driver/parts.h"
 

@@ -2,7 +2,7 @@
 // tables of requests, objects and texts name.
 #pragma once
 
-#include <stddef.h>
+#include <cstddef>
 
 #include "driver/model.h"
 

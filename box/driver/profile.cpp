@@ -1,5 +1,5 @@
 // Interfaces up and down, and what they read from their band's profile.
-#include <stdlib.h>
+#include <cstdlib>
 
 #include "driver/parts.h"
 
@@ -28,7 +28,7 @@ static driver_acl acl_of(const profile& p, int index) {
   driver_acl acl = {};
   acl.policy = atoi(value_of(p, "AccessPolicy" + std::to_string(index)).c_str());
   std::string list = value_of(p, "AccessControlList" + std::to_string(index));
-  for (int i = 0; !driver_field(list, i).empty(); i++) {
+  for (int i = 0; !driver_field(list, i).empty(); ++i) {
     mac_address mac;
     if (mac_parse(driver_field(list, i), mac)) acl.list.push_back(mac);
   }

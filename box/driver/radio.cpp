@@ -1,7 +1,7 @@
 // What a radio measures and may do: channel load, operating class, power limits, EEPROM.
-#include <ctype.h>
-#include <errno.h>
-#include <stdlib.h>
+#include <cctype>
+#include <cerrno>
+#include <cstdlib>
 
 #include "driver/layout.h"
 #include "driver/parts.h"
@@ -44,7 +44,7 @@ static std::vector<scenario_power> limits_of(const driver_state& state, int radi
   std::vector<scenario_power> limits = state.around.radios[radio].power;
   if (!limits.empty()) return limits;
   if (radio == 0) {
-    for (int channel = 1; channel <= 13; channel++)
+    for (int channel = 1; channel <= 13; ++channel)
       limits.push_back({channel, 20});
     return limits;
   }

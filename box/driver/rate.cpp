@@ -1,12 +1,12 @@
 // Rates: a scenario's texts as packed rate words, and the best rate that a radio can have.
-#include <stdio.h>
-#include <stdlib.h>
-#include <string.h>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
 
 #include "driver/parts.h"
 
 enum { kModeCck, kModeOfdm, kModeHt, kModeVht = 4 };
-static constexpr int kModeAt = 13, SHORT_AT = 9, WIDTH_AT = 7, STREAMS_AT = 4;
+static constexpr int kModeAt = 13, kShortAt = 9, kWidthAt = 7, kStreamsAt = 4;
 
 // Mbit/s by index, and how the dual-band chip codes the OFDM ones.
 static constexpr const char* kCckRates[] = {"1", "2", "5.5", "11"};
@@ -19,7 +19,7 @@ static int width_code(int mhz) {
 
 template <size_t N>
 static int index_of(const char* const (&rates)[N], const std::string& rate) {
-  for (size_t i = 0; i < N; i++) {
+  for (size_t i = 0; i < N; ++i) {
     if (rate == rates[i]) return static_cast<int>(i);
   }
   return 0;
@@ -33,17 +33,17 @@ static int legacy_word(const std::string& rate, bool dual_band_chip) {
 
 uint16_t driver_rate_word(const std::string& rate, bool dual_band_chip) {
   int mhz = 20, mcs = 0, streams = 1, word = 0;
-  int is_short = rate.ends_with(" SGI") ? 1 << SHORT_AT : 0;
+  int is_short = rate.ends_with(" SGI") ? 1 << kShortAt : 0;
   if (rate.starts_with("CCK ") || rate.starts_with("OFDM ")) {
     word = legacy_word(rate, dual_band_chip);
   } else if (sscanf(rate.c_str(), "VHT%d MCS%d NSS%d", &mhz, &mcs, &streams) == 3) {
-    word = kModeVht << kModeAt | is_short | (streams - 1) << STREAMS_AT | mcs;
+    word = kModeVht << kModeAt | is_short | (streams - 1) << kStreamsAt | mcs;
   } else if (sscanf(rate.c_str(), "HT%d MCS%d", &mhz, &mcs) == 2) {
     word = kModeHt << kModeAt | is_short | mcs;
   } else {
     word = static_cast<int>(strtol(rate.c_str(), nullptr, 0));
   }
-  return static_cast<uint16_t>(word | width_code(mhz) << WIDTH_AT);
+  return static_cast<uint16_t>(word | width_code(mhz) << kWidthAt);
 }
 
 static int number_of(const driver_radio& radio, const char* key, int otherwise) {

@@ -1,7 +1,7 @@
 // Requests by their numbers, and what all of them share.
 #include "driver/model.h"
 
-#include <errno.h>
+#include <cerrno>
 
 #include "driver/layout.h"
 #include "driver/parts.h"

@@ -1,5 +1,5 @@
 // The state of the radios: fresh, and as their modules come.
-#include <stdlib.h>
+#include <cstdlib>
 
 #include <algorithm>
 
@@ -32,7 +32,7 @@ void driver_radio_loaded(driver_state& state, int first_n, int64_t now_us) {
   driver_advance(state, now_us);
   int radio = driver_radio_of(first_n);
   state.radios[radio] = fresh_radio(state.radios[radio]);
-  for (int n = first_n; n < first_n + kDriverRadioBsss; n++)
+  for (int n = first_n; n < first_n + kDriverRadioBsss; ++n)
     state.bss[n] = {};
   for (const scenario_bss& given : state.around.bss) {
     if (driver_radio_of(given.bss) == radio) driver_take_counters(state.bss[given.bss], given);

@@ -1,5 +1,5 @@
 // Tables of the associated stations and the byte counters.
-#include <string.h>
+#include <cstring>
 
 #include "driver/layout.h"
 #include "driver/parts.h"
@@ -19,7 +19,7 @@ static layout_station station_entry(const driver_state& state, const driver_stat
   memcpy(entry.mac, station.is.mac.data(), sizeof entry.mac);
   entry.aid = station.aid;
   entry.power_save = station.is.asleep;
-  for (size_t i = 0; i < station.is.rssi.size() && i < sizeof entry.rssi; i++)
+  for (size_t i = 0; i < station.is.rssi.size() && i < sizeof entry.rssi; ++i)
     entry.rssi[i] = static_cast<int8_t>(station.is.rssi[i]);
   entry.connected_s = static_cast<uint32_t>(seconds_since(state, station.since_us));
   entry.tx_rate = driver_rate_word(station.is.tx_rate, driver_is_dual_band_chip(state));
@@ -63,7 +63,7 @@ int driver_query_traffic(driver_state& state, driver_request& r) {
 
 int driver_query_counters(driver_state& state, driver_request& r) {
   layout_counters counters;
-  for (int i = 0; i < kScenarioBssCounters; i++)
+  for (int i = 0; i < kScenarioBssCounters; ++i)
     counters.words[i] = counter(state.bss[r.bss].counters[i]);
   return driver_answer(r, &counters, sizeof counters, sizeof counters);
 }
@@ -73,7 +73,7 @@ int driver_query_counters(driver_state& state, driver_request& r) {
 int driver_query_ssids(driver_state& state, driver_request& r) {
   layout_ssids table = {};
   int first = driver_first_of(driver_radio_of(r.bss));
-  for (int i = 0; i < kLayoutSsids; i++) {
+  for (int i = 0; i < kLayoutSsids; ++i) {
     const driver_bss& bss = state.bss[first + i];
     if (!bss.up) continue;
     layout_ssid& entry = table.entries[i];
@@ -86,7 +86,7 @@ int driver_query_ssids(driver_state& state, driver_request& r) {
   size_t used =
       offsetof(layout_ssids, entries) + static_cast<size_t>(table.count) * sizeof(layout_ssid);
   int status = driver_answer(r, &table, sizeof table, used);
-  for (int i = 0; status == 0 && i < table.count; i++) {
+  for (int i = 0; status == 0 && i < table.count; ++i) {
     state.bss[first + i].ssid_rx_bytes -= table.entries[i].rx_bytes;
     state.bss[first + i].ssid_tx_bytes -= table.entries[i].tx_bytes;
   }

@@ -2,14 +2,14 @@
 //
 // A blacklisted station is kept out of the radio; one that a transition request reaches and that
 // knows such requests goes to another BSS at once.
-#include <errno.h>
-#include <string.h>
+#include <cerrno>
+#include <cstring>
 
 #include "driver/layout.h"
 #include "driver/parts.h"
 
 enum { kBlacklistTakeOff, kBlacklistForGood, kBlacklistForATime };
-static constexpr uint32_t kKindBlacklist = 0, KIND_TRANSITION = 1;
+static constexpr uint32_t kKindBlacklist = 0, kKindTransition = 1;
 static constexpr size_t kActionFramesKept = 64;
 
 static void blacklist(driver_state& state, int radio, const layout_steer& steer) {
@@ -30,7 +30,7 @@ int driver_set_steer(driver_state& state, driver_request& r) {
   driver_decode(r, "kind", steer.kind == kKindBlacklist ? "blacklist" : std::to_string(steer.kind));
   driver_decode(r, "action", std::to_string(steer.action));
   driver_decode(r, "seconds", std::to_string(steer.seconds));
-  if (steer.kind == KIND_TRANSITION) return 0;  // the station has gone already
+  if (steer.kind == kKindTransition) return 0;  // the station has gone already
   bool known = steer.kind == kKindBlacklist && steer.action >= kBlacklistTakeOff &&
                steer.action <= kBlacklistForATime && steer.seconds >= 0;
   if (!known) return -EINVAL;
@@ -44,7 +44,7 @@ static int way_out(const driver_state& state, const driver_station& station) {
   std::vector<int> candidates = station.is.others;
   candidates.push_back(station.is.bss);
   candidates.push_back((station.bss + kDriverRadioBsss) % kBoardMaxInterfaces);
-  for (int n = 0; n < kBoardMaxInterfaces; n++)
+  for (int n = 0; n < kBoardMaxInterfaces; ++n)
     candidates.push_back(n);
   for (int n : candidates) {
     if (n != station.bss && driver_beacons(state, n)) return n;

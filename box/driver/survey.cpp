@@ -1,6 +1,6 @@
 // The site survey, and what it is good for: the choice of a channel.
-#include <errno.h>
-#include <string.h>
+#include <cerrno>
+#include <cstring>
 
 #include "driver/layout.h"
 #include "driver/parts.h"
@@ -33,7 +33,7 @@ int driver_query_survey(driver_state& state, driver_request& r) {
     if (!done || neighbour.radio != radio || result.count == kLayoutSurveyMax) continue;
     layout_neighbour entry = entry_of(neighbour);
     result.entries[result.count++] = entry;
-    result.busiest[entry.channel]++;
+    ++result.busiest[entry.channel];
   }
   driver_decode(r, "networks", std::to_string(result.count));
   size_t used = offsetof(layout_survey, entries) + result.count * sizeof(layout_neighbour);

@@ -1,6 +1,6 @@
 // Key=Value texts. Every one is kept; those in the table do something besides.
-#include <errno.h>
-#include <stdlib.h>
+#include <cerrno>
+#include <cstdlib>
 
 #include <algorithm>
 
@@ -48,7 +48,7 @@ static int set_policy(text_context& c) {
 template <typename Act>
 static int for_each_mac(const std::string& list, Act act) {
   std::vector<mac_address> macs;
-  for (int i = 0; !driver_field(list, i).empty(); i++) {
+  for (int i = 0; !driver_field(list, i).empty(); ++i) {
     mac_address mac;
     if (!mac_parse(driver_field(list, i), mac)) return -EINVAL;
     macs.push_back(mac);

@@ -34,7 +34,7 @@ static void let_grow(driver_state& state, int64_t to) {
   }
   for (const scenario_bss& bss : state.around.bss) {
     if (!driver_beacons(state, bss.bss)) continue;
-    for (int i = 0; i < kScenarioBssCounters; i++)
+    for (int i = 0; i < kScenarioBssCounters; ++i)
       state.bss[bss.bss].counters[i] += bss.per_second[i] * seconds;
   }
   state.now_us = to;
@@ -54,7 +54,7 @@ int64_t driver_next_us(const driver_state& state) {
     consider(entry.until_us);
   for (const scenario_event& event : state.around.events)
     consider(driver_microseconds(event.at));
-  for (int radio = 0; radio < kScenarioRadios; radio++)
+  for (int radio = 0; radio < kScenarioRadios; ++radio)
     consider(driver_wps_next_us(state, radio));
   return next;
 }
@@ -81,7 +81,7 @@ void driver_advance(driver_state& state, int64_t now_us) {
   for (int64_t next; (next = driver_next_us(state)) <= now_us;) {
     let_grow(state, next);
     std::erase_if(state.blacklist, [&](const auto& entry) { return entry.until_us <= next; });
-    for (int radio = 0; radio < kScenarioRadios; radio++)
+    for (int radio = 0; radio < kScenarioRadios; ++radio)
       driver_wps_advance(state, radio);
     run_events(state);
     driver_settle(state);

@@ -1,7 +1,7 @@
 // The standard wireless queries, as far as tools ask them.
-#include <errno.h>
 #include <linux/wireless.h>
-#include <string.h>
+#include <cerrno>
+#include <cstring>
 
 #include <algorithm>
 #include <iterator>

@@ -2,9 +2,9 @@
 //
 // A session goes through the states of a registrar, evenly over the time that the scenario gives
 // it, and comes to the scenario's outcome. One that nobody answers waits until it times out.
-#include <errno.h>
-#include <stdio.h>
-#include <stdlib.h>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
 
 #include <algorithm>
 

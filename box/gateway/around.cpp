@@ -1,7 +1,7 @@
 #include "gateway/around.h"
 
 #include <limits.h>
-#include <stdio.h>
+#include <cstdio>
 
 #include "base/files.h"
 #include "base/journal.h"
@@ -55,7 +55,7 @@ static void advance_to(trap_state& trap, int64_t us) {
 }
 
 static void do_what_is_asked(trap_state& trap) {
-  if (trap.driver.scenario_changed) (void)around_publish(trap.driver);
+  if (trap.driver.scenario_changed) static_cast<void>(around_publish(trap.driver));
   trap.driver.scenario_changed = false;
   if (!trap.driver.fails.empty()) run_fails(trap);
 }
@@ -73,18 +73,18 @@ void around_advance(trap_state& trap, int64_t us) {
   int64_t to = driver_now_us(trap.driver) + us;
   advance_to(trap, to);
   clock_set(trap.driver.clock, to, journal_now_us());
-  (void)around_publish(trap.driver);
+  static_cast<void>(around_publish(trap.driver));
   do_what_is_asked(trap);
 }
 
 void around_pause(trap_state& trap, bool paused) {
   clock_pause(trap.driver.clock, paused, journal_now_us());
-  (void)around_publish(trap.driver);
+  static_cast<void>(around_publish(trap.driver));
 }
 
 void around_write_files(driver_state& state) {
   for (const auto& [path, text] : state.files)
-    (void)file_write(path, text);
+    static_cast<void>(file_write(path, text));
   state.files.clear();
 }
 

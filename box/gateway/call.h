@@ -31,7 +31,7 @@ struct trap_kind {
   int (*act)(trap_state&, trap_call&, journal_entry&);
 };
 
-extern const trap_kind TRAP_KIND_WIRELESS, TRAP_KIND_VLAN, TRAP_KIND_MODULE;
+extern const trap_kind kTrapKindWireless, kTrapKindVlan, kTrapKindModule;
 
 // False once the caller is gone: its thread id may by now be somebody else's.
 bool trap_still_waiting(const trap_state& trap, const trap_call& c);

@@ -34,7 +34,7 @@ static void set_up(trap_state& trap, int n, bool up) {
 }
 
 static void ask_all(trap_state& trap) {
-  for (int n = 0; n < kBoardMaxInterfaces; n++) {
+  for (int n = 0; n < kBoardMaxInterfaces; ++n) {
     set_up(trap, n, links_is_up(trap.socket, ("ra" + std::to_string(n)).c_str()));
   }
 }

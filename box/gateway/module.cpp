@@ -1,10 +1,10 @@
 // Loading and unloading of the driver's modules.
 #include <elf.h>
-#include <errno.h>
 #include <fcntl.h>
-#include <stdio.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <cerrno>
+#include <cstdio>
 
 #include "gateway/call.h"
 #include "host/module_image.h"
@@ -108,10 +108,10 @@ static int do_module(trap_state& trap, trap_call& c, journal_entry&) {
   return status;
 }
 
-const trap_kind TRAP_KIND_MODULE = {read_module, do_module};
+const trap_kind kTrapKindModule = {read_module, do_module};
 
 bool trap_load_modules(trap_state& trap) {
-  for (int row = 0; row < kModulesMax; row++) {
+  for (int row = 0; row < kModulesMax; ++row) {
     const module_row& module = modules_row(row);
     if (modules_fits(module, *trap.modules.hardware) && load(trap, module) != 0) return false;
   }

@@ -3,7 +3,7 @@
 // answer back.
 #pragma once
 
-#include <stdint.h>
+#include <cstdint>
 
 #include <vector>
 

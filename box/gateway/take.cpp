@@ -1,11 +1,11 @@
 #include "gateway/state.h"
 
-#include <errno.h>
 #include <linux/audit.h>
 #include <linux/seccomp.h>
-#include <string.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
+#include <cerrno>
+#include <cstring>
 
 #include <string>
 
@@ -17,7 +17,7 @@ static constexpr struct {
   int number_64;
   int number_32;
   uint32_t request;
-} MODULE_CALLS[] = {
+} kModuleCalls[] = {
     {175, 128, kFaultInitModule}, {313, 350, kFaultFinitModule}, {176, 129, kFaultDeleteModule}};
 
 // An interface request must be made on a socket.
@@ -34,8 +34,8 @@ static bool is_ioctl(const trap_call& c) {
 }
 
 static const trap_kind& kind_of(const trap_call& c) {
-  if (!is_ioctl(c)) return TRAP_KIND_MODULE;
-  return c.request == kFaultVlan ? TRAP_KIND_VLAN : TRAP_KIND_WIRELESS;
+  if (!is_ioctl(c)) return kTrapKindModule;
+  return c.request == kFaultVlan ? kTrapKindVlan : kTrapKindWireless;
 }
 
 // Everything up to the act: what is wrong with the call itself.
@@ -52,7 +52,7 @@ static void respond(const trap_state& trap, const trap_call& c, int status) {
   response.id = c.id;
   response.error = status;
   // It fails only when the caller is gone, and then nobody waits for the answer.
-  (void)ioctl(trap.listener, SECCOMP_IOCTL_NOTIF_SEND, &response);
+  static_cast<void>(ioctl(trap.listener, SECCOMP_IOCTL_NOTIF_SEND, &response));
 }
 
 static void delay(trap_state& trap, const trap_call& c, const fault_rule& rule) {
@@ -95,7 +95,7 @@ static void serve(trap_state& trap, trap_call& c, const fault_rule* rule) {
 }
 
 static uint32_t request_of(const trap_call& c) {
-  for (const auto& row : MODULE_CALLS) {
+  for (const auto& row : kModuleCalls) {
     if (c.number == (c.arch == AUDIT_ARCH_I386 ? row.number_32 : row.number_64)) return row.request;
   }
   return static_cast<uint32_t>(c.arguments[1]);
@@ -109,7 +109,7 @@ static trap_call call_of(uint64_t id, int32_t tid, uint32_t arch, int number,
   c.tid = tid;
   c.arch = arch;
   c.number = number;
-  for (int i = 0; i < kTrapArguments; i++) {
+  for (int i = 0; i < kTrapArguments; ++i) {
     c.arguments[i] = arch == AUDIT_ARCH_I386 ? static_cast<uint32_t>(arguments[i]) : arguments[i];
   }
   c.request = request_of(c);

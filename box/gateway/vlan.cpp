@@ -1,6 +1,6 @@
 // VLAN requests.
-#include <errno.h>
-#include <string.h>
+#include <cerrno>
+#include <cstring>
 
 #include "gateway/call.h"
 
@@ -22,4 +22,4 @@ static int do_vlan(trap_state& trap, trap_call& c, journal_entry&) {
   return caller_write(c.tid, c.arguments[2], &c.vlan, sizeof c.vlan) ? 0 : -EFAULT;
 }
 
-const trap_kind TRAP_KIND_VLAN = {read_vlan, do_vlan};
+const trap_kind kTrapKindVlan = {read_vlan, do_vlan};

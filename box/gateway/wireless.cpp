@@ -1,9 +1,9 @@
 // Wireless requests: the driver's own.
-#include <errno.h>
 #include <linux/audit.h>
-#include <stdlib.h>
-#include <string.h>
 #include <unistd.h>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
 
 #include "gateway/around.h"
 #include "gateway/call.h"
@@ -110,4 +110,4 @@ static int do_wireless(trap_state& trap, trap_call& c, journal_entry& entry) {
   return status != 0 ? status : written;
 }
 
-const trap_kind TRAP_KIND_WIRELESS = {read_wireless, do_wireless};
+const trap_kind kTrapKindWireless = {read_wireless, do_wireless};

@@ -1,9 +1,9 @@
 #include "host/firmware.h"
 
-#include <errno.h>
-#include <stdio.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <cerrno>
+#include <cstdio>
 
 #include "base/files.h"
 #include "base/report.h"
@@ -79,7 +79,7 @@ static bool write_script(const std::string& path, const char* text) {
 // The word at 0x52 says that no self-calibration was done; the rest is as it left the factory.
 static std::string calibration_image(const calibration_row& row) {
   std::string image(row.size, '\0');
-  for (size_t i = 0; i < row.size; i++)
+  for (size_t i = 0; i < row.size; ++i)
     image[i] = static_cast<char>(i < 0x20 || i >= row.size * 3 / 4 ? 0xFF : i * 7 + row.chip);
   unsigned low = row.chip & 0xFF, high = row.chip >> 8, at = 0;
   for (unsigned byte : {low, high, 0x00u, 0x01u, 0x00u, 0x0Cu, 0x43u, 0x26u, high, low})
@@ -112,7 +112,7 @@ static bool link_companions(const std::string& usr, const std::string& companion
 bool firmware_fill_usr(const std::string& usr, const std::string& companion) {
   std::string modules = usr + "/lib/modules/wifi";
   if (!directory_make(modules)) return false;
-  for (int row = 0; row < kModulesMax; row++) {
+  for (int row = 0; row < kModulesMax; ++row) {
     std::string name = modules_row(row).name, path = modules;
     path.append("/").append(name).append(".ko");
     if (!file_write(path, module_image_make(name))) return false;

@@ -1,12 +1,12 @@
 #include "host/interface_news.h"
 
-#include <errno.h>
 #include <linux/rtnetlink.h>
 #include <net/if.h>
-#include <string.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
+#include <cerrno>
+#include <cstring>
 
 #include "base/report.h"
 
@@ -20,7 +20,7 @@ int links_open() {
   address.nl_groups = RTMGRP_LINK;
   int size = kBufferSize;
   if (fd >= 0 && bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0) {
-    (void)setsockopt(fd, SOL_SOCKET, SO_RCVBUF, &size, sizeof size);
+    static_cast<void>(setsockopt(fd, SOL_SOCKET, SO_RCVBUF, &size, sizeof size));
     return fd;
   }
   report_errno(nullptr, "listen for changes of interfaces");

@@ -1,23 +1,23 @@
 #include "host/interfaces.h"
 
 #include <arpa/inet.h>
-#include <errno.h>
 #include <linux/if_link.h>
 #include <linux/rtnetlink.h>
 #include <linux/veth.h>
 #include <net/if.h>
-#include <stddef.h>
-#include <string.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
+#include <cerrno>
+#include <cstddef>
+#include <cstring>
 
 #include <string>
 
 #include "base/report.h"
 #include "host/netlink.h"
 
-static const char* const NO_HINT = nullptr;
+static const char* const kNoHint = nullptr;
 
 // Interfaces that come and go together are a group, so that one request removes them all.
 static constexpr uint32_t kNoGroup = 0;
@@ -96,7 +96,7 @@ static void add_address(netlink_batch& batch, unsigned index) {
 }
 
 static const char* link_hint() {
-  return errno == EOPNOTSUPP ? "this kernel lacks veth: modprobe veth" : NO_HINT;
+  return errno == EOPNOTSUPP ? "this kernel lacks veth: modprobe veth" : kNoHint;
 }
 
 bool net_start() {
@@ -109,12 +109,12 @@ bool net_start() {
   netlink_batch addresses = {};
   add_address(addresses, if_nametoindex("eth0"));
   if (netlink_send(addresses)) return true;
-  return report_errno(NO_HINT, "give eth0 the address %s", kNetLanAddress);
+  return report_errno(kNoHint, "give eth0 the address %s", kNetLanAddress);
 }
 
 bool net_make_radios(int first, int count) {
   netlink_batch links = {};
-  for (int i = first; i < first + count; i++) {
+  for (int i = first; i < first + count; ++i) {
     std::string number = std::to_string(i);
     ethernet_pair radio = make_pair("ra" + number, "air" + number, 2, static_cast<uint8_t>(i));
     radio.group = kRadioGroup + static_cast<uint32_t>(first);
@@ -133,7 +133,7 @@ bool net_remove_radios(int first) {
   netlink_attribute(links, IFLA_GROUP, &group, sizeof group);
   netlink_request_end(links, request);
   if (netlink_send(links) || errno == ENODEV) return true;
-  return report_errno(NO_HINT, "remove the interfaces from ra%d on", first);
+  return report_errno(kNoHint, "remove the interfaces from ra%d on", first);
 }
 
 bool net_address(int fd, const char* name, uint8_t (&address)[6]) {

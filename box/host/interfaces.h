@@ -2,7 +2,7 @@
 // in the calling process's network namespace.
 #pragma once
 
-#include <stdint.h>
+#include <cstdint>
 
 #include <string>
 

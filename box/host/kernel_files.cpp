@@ -1,17 +1,17 @@
 #include "host/kernel_files.h"
 
-#include <errno.h>
-#include <stdio.h>
 #include <sys/mount.h>
 #include <unistd.h>
+#include <cerrno>
+#include <cstdio>
 
 #include "base/files.h"
 #include "base/report.h"
 #include "host/modules.h"
 #include "host/sandbox.h"
 
-static const std::string PCI_DIR = "/sys/bus/pci";
-static const std::string IRQ_DIR = "/proc/irq";
+static const std::string kPciDirectory = "/sys/bus/pci";
+static const std::string kIrqDirectory = "/proc/irq";
 static constexpr const char* kSlots[] = {"0000:02:00.0", "0000:03:00.0"};
 
 // Interrupts of the boards; udma1 is the one that moves packets.
@@ -32,13 +32,13 @@ static bool note(std::string& notes, const std::string& text) {
 
 // A kernel without a PCI bus has no such directory; then all of /sys/bus is replaced.
 static bool mount_pci() {
-  if (access(PCI_DIR.c_str(), F_OK) == 0) return mount_new(PCI_DIR);
-  return mount_new("/sys/bus") && directory_make(PCI_DIR);
+  if (access(kPciDirectory.c_str(), F_OK) == 0) return mount_new(kPciDirectory);
+  return mount_new("/sys/bus") && directory_make(kPciDirectory);
 }
 
 static bool make_pci_files(sysfs_state& recorded) {
   for (const char* slot : kSlots) {
-    std::string power = PCI_DIR, device = PCI_DIR;
+    std::string power = kPciDirectory, device = kPciDirectory;
     power.append("/slots/").append(slot);
     device.append("/devices/").append(slot);
     if (!directory_make(power) || !sysfs_make_pipe(recorded, power + "/power") ||
@@ -46,16 +46,16 @@ static bool make_pci_files(sysfs_state& recorded) {
       return false;
     }
   }
-  return sysfs_make_pipe(recorded, PCI_DIR + "/rescan");
+  return sysfs_make_pipe(recorded, kPciDirectory + "/rescan");
 }
 
 static bool make_irq_files(sysfs_state& recorded, std::string& notes) {
-  if (access(IRQ_DIR.c_str(), F_OK) != 0) {
+  if (access(kIrqDirectory.c_str(), F_OK) != 0) {
     return note(notes, "this kernel has no /proc/irq: affinities cannot be written");
   }
-  if (!mount_new(IRQ_DIR)) return false;
+  if (!mount_new(kIrqDirectory)) return false;
   for (const auto& interrupt : INTERRUPTS) {
-    std::string dir = IRQ_DIR + "/" + std::to_string(interrupt.number);
+    std::string dir = kIrqDirectory + "/" + std::to_string(interrupt.number);
     if (!directory_make(dir) || !sysfs_make_plain(recorded, dir + "/smp_affinity", "3\n")) {
       return false;
     }

@@ -1,7 +1,7 @@
 #include "host/module_image.h"
 
 #include <elf.h>
-#include <string.h>
+#include <cstring>
 
 // An object file with a section of texts, "key=value" each, and the one that names the sections.
 static constexpr std::string_view kSectionNames{"\0.modinfo\0.shstrtab\0", 20};

@@ -1,8 +1,8 @@
 #include "host/modules.h"
 
-#include <errno.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <cerrno>
 
 #include <algorithm>
 
@@ -35,7 +35,7 @@ const module_row* modules_find(std::string_view name) {
 }
 
 bool modules_fits(const module_row& module, const board& hardware) {
-  for (int i = 0; i < hardware.card_count; i++) {
+  for (int i = 0; i < hardware.card_count; ++i) {
     if (hardware.cards[i].id == module.card) return true;
   }
   return false;
@@ -81,12 +81,12 @@ int modules_load(modules_state& state, const module_row& module) {
   if (is_loaded(state, module)) return -EEXIST;
   if (!modules_fits(module, *state.hardware)) return -ENODEV;
   if (!net_make_radios(module.first, module.count) || !publish_entry(module)) {
-    (void)net_remove_radios(module.first);
+    static_cast<void>(net_remove_radios(module.first));
     hide_entry(module);
     return -ENOMEM;
   }
   state.loaded.push_back(&module);
-  (void)publish_list(state);  // reported; the module is loaded all the same
+  static_cast<void>(publish_list(state));  // reported; the module is loaded all the same
   return 0;
 }
 
@@ -95,6 +95,6 @@ int modules_unload(modules_state& state, const module_row& module) {
   if (!net_remove_radios(module.first)) return -EBUSY;
   std::erase(state.loaded, &module);
   hide_entry(module);
-  (void)publish_list(state);
+  static_cast<void>(publish_list(state));
   return 0;
 }

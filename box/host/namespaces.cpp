@@ -1,12 +1,12 @@
 #include "host/namespaces.h"
 
-#include <errno.h>
 #include <fcntl.h>
 #include <linux/capability.h>
 #include <sched.h>
 #include <signal.h>
 #include <sys/syscall.h>
 #include <unistd.h>
+#include <cerrno>
 
 #include <sstream>
 #include <string>

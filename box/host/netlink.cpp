@@ -1,10 +1,10 @@
 #include "host/netlink.h"
 
-#include <errno.h>
 #include <linux/rtnetlink.h>
-#include <string.h>
 #include <sys/socket.h>
 #include <unistd.h>
+#include <cerrno>
+#include <cstring>
 
 void netlink_append(netlink_batch& batch, const void* data, size_t size) {
   batch.bytes.append(static_cast<const char*>(data), size);

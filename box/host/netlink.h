@@ -10,8 +10,8 @@
 //   bool done = netlink_send(batch);
 #pragma once
 
-#include <stddef.h>
-#include <stdint.h>
+#include <cstddef>
+#include <cstdint>
 
 #include <string>
 

@@ -1,7 +1,7 @@
 #include "host/overlay.h"
 
-#include <errno.h>
 #include <sys/mount.h>
+#include <cerrno>
 
 #include <algorithm>
 #include <filesystem>
@@ -70,7 +70,7 @@ static bool mount_level(const overlay_layers& place, const std::string& path) {
   std::vector<std::string> directories = copy_level(path, copy);
   if (!mount_over(place, copy, path)) return false;
   for (const std::string& name : directories)
-    (void)mount_tree(place, path + "/" + name);
+    static_cast<void>(mount_tree(place, path + "/" + name));
   return true;
 }
 

@@ -1,11 +1,11 @@
 #include "host/payload.h"
 
-#include <errno.h>
 #include <signal.h>
-#include <stdlib.h>
-#include <string.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
 
 #include "base/files.h"
 #include "base/report.h"
@@ -98,7 +98,7 @@ static void take_place(payload_terminal terminal) {
   take_place(plan.terminal);
   std::vector<std::string> command = plan.command;
   // Also for a COMMAND that becomes a shell in the end.
-  (void)write_shell_start_file();
+  static_cast<void>(write_shell_start_file());
   if (command.empty()) command = shell_command();
   std::vector<char*> arguments;
   for (std::string& argument : command)

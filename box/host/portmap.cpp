@@ -1,16 +1,16 @@
 #include "host/portmap.h"
 
 #include <arpa/inet.h>
-#include <errno.h>
 #include <fcntl.h>
 #include <poll.h>
-#include <stdint.h>
-#include <string.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <cerrno>
+#include <cstdint>
+#include <cstring>
 
 #include <fstream>
 #include <sstream>
@@ -89,17 +89,17 @@ bool portmap_start(portmap& p) {
 
 // An RPC call of procedure 0, which does nothing but answer.
 static bool answers_null_call(int fd) {
-  static const uint32_t CALL[] = {htonl(0x6762),  // transaction
-                                  htonl(0),       // a call
-                                  htonl(2),       // of RPC version 2
-                                  htonl(100000),
-                                  htonl(2),
-                                  htonl(0),  // program, version, procedure
-                                  0,
-                                  0,
-                                  0,
-                                  0};  // no credentials
-  if (send(fd, CALL, sizeof CALL, 0) < 0) return false;
+  static const uint32_t kCall[] = {htonl(0x6762),  // transaction
+                                   htonl(0),       // a call
+                                   htonl(2),       // of RPC version 2
+                                   htonl(100000),
+                                   htonl(2),
+                                   htonl(0),  // program, version, procedure
+                                   0,
+                                   0,
+                                   0,
+                                   0};  // no credentials
+  if (send(fd, kCall, sizeof kCall, 0) < 0) return false;
   pollfd readable = {fd, POLLIN, 0};
   if (poll(&readable, 1, kTryMs) <= 0) return false;
   char reply[64];
@@ -125,7 +125,7 @@ void portmap_report_end(int status) {
 
 // While nobody listens, a call is refused at once; then the pause keeps the loop from spinning.
 static bool await_answer(int fd, const portmap& p) {
-  for (int i = 0; i < kTries; i++) {
+  for (int i = 0; i < kTries; ++i) {
     int status = 0;
     if (answers_null_call(fd)) return true;
     pid_t ended = waitpid(p.pid, &status, WNOHANG);

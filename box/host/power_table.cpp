@@ -1,6 +1,6 @@
 #include "host/power_table.h"
 
-#include <stdio.h>
+#include <cstdio>
 
 #include "base/files.h"
 

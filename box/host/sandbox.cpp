@@ -1,11 +1,9 @@
 #include "host/sandbox.h"
 
 #include <dirent.h>
-#include <errno.h>
 #include <fcntl.h>
 #include <linux/capability.h>
 #include <sched.h>
-#include <string.h>
 #include <sys/mount.h>
 #include <sys/prctl.h>
 #include <sys/stat.h>
@@ -13,6 +11,8 @@
 #include <sys/syscall.h>
 #include <sys/sysmacros.h>
 #include <unistd.h>
+#include <cerrno>
+#include <cstring>
 
 #include <string_view>
 #include <vector>
@@ -25,8 +25,8 @@
 
 // The new root is put together here. Every system has /tmp, and what the host keeps in it is
 // not seen inside anyway, except for the trees that are held open before it is covered.
-static const std::string ROOT = "/tmp";
-static const std::string LAYERS = ROOT + "/.layers";
+static const std::string kRoot = "/tmp";
+static const std::string kLayers = kRoot + "/.layers";
 
 static constexpr unsigned long kPlain = MS_NOSUID | MS_NODEV;
 
@@ -55,7 +55,7 @@ static bool mount_at(const char* type, const std::string& target, unsigned long 
                      const std::string& options = "") {
   if (!directory_make(target)) return false;
   if (mount(type, target.c_str(), type, flags, options.c_str()) == 0) return true;
-  std::string shown = target == ROOT ? "/" : target.substr(ROOT.size());
+  std::string shown = target == kRoot ? "/" : target.substr(kRoot.size());
   return report_errno(mount_hint(type), "mount %s on %s of the box", type, shown.c_str());
 }
 
@@ -118,7 +118,7 @@ static held_tree hold(const std::string& path) {
 
 // Over what shows the same directory already, too: that is read-only.
 static bool show_held(const held_tree& tree) {
-  std::string target = ROOT + tree.path;
+  std::string target = kRoot + tree.path;
   if (tree.fd < 0) return true;
   return directory_make(target) && bind_at("/proc/self/fd/" + std::to_string(tree.fd), target);
 }
@@ -162,10 +162,10 @@ static bool fill_var(const std::string& upper) {
 
 // The layers are filled before they are mounted, and out of sight once they are.
 static bool overlay_system(const sandbox_plan& plan) {
-  overlay_layers place = {ROOT, LAYERS};
+  overlay_layers place = {kRoot, kLayers};
   std::string usr = overlay_upper(place, "/usr"), etc = overlay_upper(place, "/etc"),
               var = overlay_upper(place, "/var");
-  if (!mount_at("tmpfs", LAYERS, kPlain, "mode=0755") || !directory_make(usr) ||
+  if (!mount_at("tmpfs", kLayers, kPlain, "mode=0755") || !directory_make(usr) ||
       !directory_make(etc) || !directory_make(var)) {
     return false;
   }
@@ -173,8 +173,8 @@ static bool overlay_system(const sandbox_plan& plan) {
   for (const char* path : {"/usr", "/etc", "/var"}) {
     if (!overlay_directory(place, path)) return false;
   }
-  if (umount2(LAYERS.c_str(), MNT_DETACH) < 0) return report_errno(nullptr, "hide the layers");
-  rmdir(LAYERS.c_str());
+  if (umount2(kLayers.c_str(), MNT_DETACH) < 0) return report_errno(nullptr, "hide the layers");
+  rmdir(kLayers.c_str());
   return true;
 }
 
@@ -197,12 +197,12 @@ static bool show_directory(const std::string& source, const std::string& target)
 // Links such as /bin are copied, directories such as /home shown as they are, but read-only. A
 // directory that cannot be shown is left out: the two that matter are held and bound by themselves.
 static void show_entry(const std::string& name) {
-  std::string source = "/" + name, target = ROOT + "/" + name;
+  std::string source = "/" + name, target = kRoot + "/" + name;
   char link[256] = "";
   struct stat entry;
   if (lstat(source.c_str(), &entry) < 0) return;
   if (S_ISLNK(entry.st_mode) && readlink(source.c_str(), link, sizeof link - 1) > 0) {
-    (void)!symlink(link, target.c_str());
+    static_cast<void>(!symlink(link, target.c_str()));
   } else if (S_ISDIR(entry.st_mode) && mkdir(target.c_str(), 0755) == 0 &&
              !show_directory(source, target)) {
     rmdir(target.c_str());
@@ -231,7 +231,7 @@ static constexpr device_row kDevices[] = {
 
 // A node of the box's own; in a user namespace, where nobody makes any, the host's.
 static bool make_device(const device_row& row) {
-  std::string source = std::string("/dev/") + row.name, target = ROOT + source;
+  std::string source = std::string("/dev/") + row.name, target = kRoot + source;
   dev_t number = makedev(row.major_number, row.minor_number);
   if (mknod(target.c_str(), S_IFCHR | 0666, number) == 0) {
     return chmod(target.c_str(), 0666) == 0 || report_errno(nullptr, "make %s", source.c_str());
@@ -246,32 +246,32 @@ static bool link_devices() {
                                               {"/proc/self/fd/2", "stderr"},
                                               {"pts/ptmx", "ptmx"}};
   for (const auto& [to, name] : kLinks) {
-    std::string link = ROOT + "/dev/" + name;
+    std::string link = kRoot + "/dev/" + name;
     if (symlink(to, link.c_str()) < 0) return report_errno(nullptr, "make the link /dev/%s", name);
   }
   return true;
 }
 
 static bool mount_devices() {
-  if (!mount_at("tmpfs", ROOT + "/dev", MS_NOSUID, "mode=0755")) return false;
+  if (!mount_at("tmpfs", kRoot + "/dev", MS_NOSUID, "mode=0755")) return false;
   for (const device_row& row : kDevices) {
     if (!make_device(row)) return false;
   }
   return link_devices() &&
-         mount_at("devpts", ROOT + "/dev/pts", MS_NOSUID | MS_NOEXEC,
+         mount_at("devpts", kRoot + "/dev/pts", MS_NOSUID | MS_NOEXEC,
                   "newinstance,ptmxmode=0666,mode=0620") &&
-         mount_at("tmpfs", ROOT + "/dev/shm", kPlain, "mode=1777");
+         mount_at("tmpfs", kRoot + "/dev/shm", kPlain, "mode=1777");
 }
 
 // Files of the host's whole kernel. What is of a network belongs to the box's own.
 static bool protect_proc() {
   for (const char* name : {"sys", "sysrq-trigger", "irq", "bus", "fs", "acpi", "scsi", "mtrr"}) {
-    std::string path = ROOT + "/proc/" + name;
+    std::string path = kRoot + "/proc/" + name;
     if (access(path.c_str(), F_OK) < 0) continue;
     if (!bind_at(path, path)) return false;
     if (!make_readonly(path)) return report_errno(nullptr, "make /proc/%s read-only", name);
   }
-  std::string network = ROOT + "/proc/sys/net";
+  std::string network = kRoot + "/proc/sys/net";
   if (access(network.c_str(), F_OK) < 0) return true;
   if (!bind_at(network, network)) return false;
   return mount(nullptr, network.c_str(), nullptr, MS_REMOUNT | MS_BIND | flags_of(network),
@@ -281,31 +281,31 @@ static bool protect_proc() {
 
 static bool mount_kernel_views() {
   constexpr unsigned long kFlags = MS_NOSUID | MS_NODEV | MS_NOEXEC;
-  if (!mount_devices() || !mount_at("proc", ROOT + "/proc", kFlags)) return false;
-  return protect_proc() && mount_at("sysfs", ROOT + "/sys", kFlags | MS_RDONLY);
+  if (!mount_devices() || !mount_at("proc", kRoot + "/proc", kFlags)) return false;
+  return protect_proc() && mount_at("sysfs", kRoot + "/sys", kFlags | MS_RDONLY);
 }
 
 static bool mount_empty_dirs() {
-  return mount_at("tmpfs", ROOT + "/tmp", kPlain, "mode=1777") &&
-         mount_at("tmpfs", ROOT + "/run", kPlain, "mode=0755") &&
-         mount_at("tmpfs", ROOT + "/nvram", kPlain, "mode=0755") &&
-         mount_at("tmpfs", ROOT + "/etc/Wireless", kPlain, "mode=0755") &&
-         directory_make(ROOT + kSandboxRunDir);
+  return mount_at("tmpfs", kRoot + "/tmp", kPlain, "mode=1777") &&
+         mount_at("tmpfs", kRoot + "/run", kPlain, "mode=0755") &&
+         mount_at("tmpfs", kRoot + "/nvram", kPlain, "mode=0755") &&
+         mount_at("tmpfs", kRoot + "/etc/Wireless", kPlain, "mode=0755") &&
+         directory_make(kRoot + kSandboxRunDir);
 }
 
 // A kernel without a PCI bus has no such file; then the whole /proc/bus is replaced.
 static bool show_pci_devices(const std::string& text) {
-  std::string devices = ROOT + "/proc/bus/pci/devices";
+  std::string devices = kRoot + "/proc/bus/pci/devices";
   if (access(devices.c_str(), F_OK) < 0) {
-    return mount_at("tmpfs", ROOT + "/proc/bus", kPlain, "mode=0755") &&
+    return mount_at("tmpfs", kRoot + "/proc/bus", kPlain, "mode=0755") &&
            directory_make(path_parent(devices)) && file_write(devices, text);
   }
-  std::string source = ROOT + kSandboxRunDir + "/pci_devices";
+  std::string source = kRoot + kSandboxRunDir + "/pci_devices";
   return file_write(source, text) && bind_at(source, devices);
 }
 
 static bool change_root(const std::string& work_dir) {
-  if (chdir(ROOT.c_str()) < 0 || syscall(SYS_pivot_root, ".", ".") < 0 ||
+  if (chdir(kRoot.c_str()) < 0 || syscall(SYS_pivot_root, ".", ".") < 0 ||
       umount2(".", MNT_DETACH) < 0) {
     return report_errno(mount_hint(), "change to the root of the box");
   }
@@ -343,7 +343,7 @@ static bool separate_mounts() {
 bool sandbox_enter(const sandbox_plan& plan) {
   if (!separate_mounts()) return false;
   held_tree trees[] = {hold(source_tree(plan.work_dir)), hold(plan.program_dir)};
-  if (!mount_at("tmpfs", ROOT, kPlain, "mode=0755") || !overlay_system(plan) || !show_host() ||
+  if (!mount_at("tmpfs", kRoot, kPlain, "mode=0755") || !overlay_system(plan) || !show_host() ||
       !mount_kernel_views() || !mount_empty_dirs() || !show_pci_devices(plan.pci_devices)) {
     return false;
   }

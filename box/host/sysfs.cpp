@@ -1,12 +1,12 @@
 #include "host/sysfs.h"
 
-#include <errno.h>
 #include <fcntl.h>
-#include <stddef.h>
-#include <string.h>
 #include <sys/inotify.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <cerrno>
+#include <cstddef>
+#include <cstring>
 
 #include "base/files.h"
 #include "base/report.h"

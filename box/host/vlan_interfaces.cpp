@@ -1,8 +1,8 @@
 #include "host/vlan_interfaces.h"
 
-#include <errno.h>
-#include <stdio.h>
-#include <string.h>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
 
 #include "host/interfaces.h"
 

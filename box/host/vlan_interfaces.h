@@ -2,7 +2,7 @@
 // not every kernel knows VLANs.
 #pragma once
 
-#include <stdint.h>
+#include <cstdint>
 
 #include <map>
 #include <string>

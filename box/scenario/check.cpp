@@ -45,7 +45,7 @@ static std::string range(const scenario_json& schema, const char* low, const cha
 
 static std::string choices(const scenario_json& list) {
   std::string text;
-  for (size_t i = 0; i < list.size(); i++)
+  for (size_t i = 0; i < list.size(); ++i)
     text += (i == 0 ? "" : i + 1 == list.size() ? " or " : ", ") + list[i].dump();
   return text;
 }
@@ -182,7 +182,7 @@ static void check_members(const scenario_json& value, const scenario_json& schem
 static void check_items(const scenario_json& value, const scenario_json& schema, checking& c) {
   const scenario_json& item = scenario_schema_resolve(schema["items"]);
   if (text_of(item, "type") == "object") {
-    for (size_t i = 0; i < value.size(); i++)
+    for (size_t i = 0; i < value.size(); ++i)
       check_below("[" + std::to_string(i) + "]", value[i], item, c);
     return;
   }

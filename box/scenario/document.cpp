@@ -1,10 +1,10 @@
 // Scenarios as texts: parsed, shipped, loaded, listed.
 #include "scenario/document.h"
 
-#include <errno.h>
-#include <stdio.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <cerrno>
+#include <cstdio>
 
 #include <algorithm>
 #include <numeric>
@@ -72,7 +72,7 @@ static void check_ids(const scenario_json& document, const char* name, const cha
                       std::vector<scenario_finding>& findings) {
   scenario_json list = member(document, name);
   std::set<std::string> seen;
-  for (size_t i = 0; list.is_array() && i < list.size(); i++) {
+  for (size_t i = 0; list.is_array() && i < list.size(); ++i) {
     scenario_json id = member(list[i], id_name);
     if (!id.is_string()) continue;
     std::string text = lower(id.get<std::string>());

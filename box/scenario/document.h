@@ -2,7 +2,7 @@
 // against the schema of box/share, and the same as plain records.
 #pragma once
 
-#include <stdint.h>
+#include <cstdint>
 
 #include <span>
 #include <string>

@@ -46,7 +46,7 @@ static scenario_json read_value(const std::string& text, const scenario_json* sc
 static bool put(scenario_json& object, const std::vector<std::string>& steps,
                 const std::string& text, const scenario_json* schema, std::string& wrong) {
   scenario_json* at = &object;
-  for (size_t i = 0; i < steps.size(); i++) {
+  for (size_t i = 0; i < steps.size(); ++i) {
     bool last = i + 1 == steps.size();
     if (at->is_null()) *at = scenario_json::object();
     if (at->is_array()) {
@@ -91,7 +91,7 @@ static bool put_words(scenario_json& object, const std::vector<std::string>& sch
     wrong = "nothing to set: expected key=value";
     return false;
   }
-  for (size_t i = 2; i < words.size(); i++) {
+  for (size_t i = 2; i < words.size(); ++i) {
     if (!put_word(object, schema_path, words[i], wrong)) return false;
   }
   return true;
@@ -109,7 +109,7 @@ static bool change_listed(scenario_json& document, const scenario_kind& kind,
   if (list.is_null()) list = scenario_json::array();
   size_t at = 0;
   while (at < list.size() && !is_id(list[at][kind.id], words[1]))
-    at++;
+    ++at;
   bool is_new = at == list.size();
   if (words.size() == 3 && words[2] == "gone") {
     if (is_new) wrong = "there is no " + words[0] + " " + words[1];

@@ -18,7 +18,7 @@ static std::string take_string(scanner& s) {
   while (s.at < s.text.size() && s.text[s.at] != '"')
     s.at += s.text[s.at] == '\\' ? 2 : 1;
   std::string found = s.text.substr(start, s.at - start);
-  s.at++;
+  ++s.at;
   return found;
 }
 
@@ -32,13 +32,13 @@ static void skip_value(scanner& s) {
     if (c == '"') {
       take_string(s);
     } else if (c == '{' || c == '[') {
-      depth++;
-      s.at++;
+      ++depth;
+      ++s.at;
     } else if (c == '}' || c == ']') {
-      depth--;
-      s.at++;
+      --depth;
+      ++s.at;
     } else if (c == ',' || c == ':') {
-      s.at++;
+      ++s.at;
     } else {
       s.at = std::min(s.text.find_first_of(",:{}[] \t\r\n", s.at), s.text.size());
     }
@@ -48,15 +48,15 @@ static void skip_value(scanner& s) {
 // Goes to the member or element; false when there is none.
 static bool step_into(scanner& s, const std::string& step) {
   bool is_element = step[0] == '[';
-  s.at++;
-  for (size_t index = 0;; index++) {
+  ++s.at;
+  for (size_t index = 0;; ++index) {
     skip_blanks(s);
     if (s.at >= s.text.size() || s.text[s.at] == '}' || s.text[s.at] == ']') return false;
     std::string name = "[" + std::to_string(index) + "]";
     if (!is_element) {
       name = take_string(s);
       skip_blanks(s);
-      s.at++;  // colon
+      ++s.at;  // colon
       skip_blanks(s);
     }
     if (name == step) return true;

@@ -1,6 +1,6 @@
 // From a checked document to plain records.
-#include <stdio.h>
-#include <stdlib.h>
+#include <cstdio>
+#include <cstdlib>
 
 #include "base/board.h"
 #include "scenario/parts.h"
@@ -13,7 +13,7 @@ static const scenario_json& member(const scenario_json& object, const char* name
 
 static mac_address mac_of(const scenario_json& object, const char* name) {
   mac_address mac = {};
-  (void)mac_parse(object.value(name, std::string()), mac);  // the schema saw to it
+  static_cast<void>(mac_parse(object.value(name, std::string()), mac));  // the schema saw to it
   return mac;
 }
 
@@ -75,7 +75,7 @@ static scenario_nonassoc read_nonassoc(const scenario_json& object) {
 }
 
 static void read_counters(const scenario_json& list, double* counters) {
-  for (size_t i = 0; i < list.size() && i < kScenarioBssCounters; i++)
+  for (size_t i = 0; i < list.size() && i < kScenarioBssCounters; ++i)
     counters[i] = list[i].get<double>();
 }
 

@@ -1,11 +1,11 @@
 #include "trap/caller.h"
 
 #include <fcntl.h>
-#include <stdlib.h>
-#include <string.h>
 #include <sys/syscall.h>
 #include <sys/uio.h>
 #include <unistd.h>
+#include <cstdlib>
+#include <cstring>
 
 #include "base/files.h"
 

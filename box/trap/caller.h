@@ -1,9 +1,9 @@
 // Whoever waits in a trapped call: its memory, its descriptors, its name.
 #pragma once
 
-#include <stddef.h>
-#include <stdint.h>
 #include <sys/types.h>
+#include <cstddef>
+#include <cstdint>
 
 #include <string>
 

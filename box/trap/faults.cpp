@@ -1,9 +1,9 @@
 #include "trap/faults.h"
 
-#include <errno.h>
-#include <stddef.h>
-#include <stdlib.h>
-#include <string.h>
+#include <cerrno>
+#include <cstddef>
+#include <cstdlib>
+#include <cstring>
 
 #include <algorithm>
 
@@ -28,7 +28,7 @@ static bool parse_number(const std::string& text, unsigned long highest, unsigne
 }
 
 static int errno_of(const std::string& name) {
-  for (int number = 1; number < kHighestErrno; number++) {
+  for (int number = 1; number < kHighestErrno; ++number) {
     const char* known = strerrorname_np(number);
     if (known && name == known) return number;
   }
@@ -141,7 +141,7 @@ std::vector<std::string> fault_hows() {
   std::vector<std::string> hows;
   for (const how_row& row : kHows)
     hows.push_back(row.head);
-  for (int number = 1; number < kHighestErrno; number++) {
+  for (int number = 1; number < kHighestErrno; ++number) {
     if (const char* name = strerrorname_np(number)) hows.push_back(name);
   }
   std::sort(hows.begin() + std::size(kHows), hows.end());
@@ -215,8 +215,8 @@ bool fault_take(std::vector<fault_rule>& rules, uint32_t request, bool has_sub, 
     if (rule.has_sub && (!has_sub || rule.sub != sub)) continue;
     if (!rule.interface.empty() && rule.interface != interface) continue;
     taken = rule;
-    rule.hits++;
-    rule.left--;
+    ++rule.hits;
+    --rule.left;
     return true;
   }
   return false;

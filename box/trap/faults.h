@@ -7,7 +7,7 @@
 // "short=BYTES", or "count=NUMBER".
 #pragma once
 
-#include <stdint.h>
+#include <cstdint>
 
 #include <string>
 #include <vector>

@@ -1,14 +1,14 @@
 #include "trap/filter.h"
 
-#include <errno.h>
 #include <linux/audit.h>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
-#include <stddef.h>
-#include <stdint.h>
 #include <sys/ioctl.h>
 #include <sys/syscall.h>
 #include <unistd.h>
+#include <cerrno>
+#include <cstddef>
+#include <cstdint>
 
 #include <vector>
 
@@ -166,6 +166,7 @@ int filter_install(const filter_options& options) {
   }
   // Caller and supervisor take turns, so waking another processor only costs time. Kernels
   // before 6.6 do not know the flag and do without.
-  (void)ioctl(listener, SECCOMP_IOCTL_NOTIF_SET_FLAGS, SECCOMP_USER_NOTIF_FD_SYNC_WAKE_UP);
+  static_cast<void>(
+      ioctl(listener, SECCOMP_IOCTL_NOTIF_SET_FLAGS, SECCOMP_USER_NOTIF_FD_SYNC_WAKE_UP));
   return listener;
 }
