@@ -262,7 +262,7 @@ void args_declare(CLI::App& app, args& a) {
   declare_completion(app, a);
   // The last: commands that are declared after it would take it for theirs.
   app.footer(
-      "Exit status of run: that of COMMAND, 128+N when signal N ended it, 125 without a\n"
-      "box, 2 wrong usage. Of the others: 0 done, 1 no box, no answer or an output that\n"
-      "cannot be written, 2 wrong usage or a value that the box refuses.");
+      "Exit status of run: that of COMMAND, 128+N when signal N ended it, 125 without\n"
+      "a box, 2 wrong usage. Of the others: 0 done, 1 no box, no answer or an output\n"
+      "that cannot be written, 2 wrong usage or a value that the box refuses.");
 }
