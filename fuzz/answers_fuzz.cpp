@@ -5,17 +5,17 @@
 #include <memory>
 #include <string>
 
+#include "companions/processes.h"
 #include "hnc/listener.h"
 #include "hnc/settings.h"
 #include "hnc/tables.h"
 #include "lifecycle/calibration.h"
-#include "lifecycle/companions.h"
+#include "statistics/radio.h"
+#include "statistics/radstat_client.h"
 #include "steer/dcs_settings.h"
-#include "steer/steer_events.h"
+#include "steer/events.h"
 #include "support/check.h"
 #include "support/outside.h"
-#include "wlan/radio_statistics.h"
-#include "wlan/radstat_client.h"
 
 // What companions and commands answer: the controller's listener, the statistics
 // and control daemons, command output. A call record is an operation's number in

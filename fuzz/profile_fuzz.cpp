@@ -1,4 +1,4 @@
-#include "profile/profile.h"
+#include "profile/store.h"
 
 #include <memory>
 

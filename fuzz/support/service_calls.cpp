@@ -11,10 +11,10 @@
 #include <cstring>
 #include <memory>
 
+#include "daemon/transport.h"
 #include "rpc/back_ends.h"
 #include "rpc/dispatch.h"
 #include "rpc/row_argument.h"
-#include "rpc/transport.h"
 #include "support/check.h"
 #include "support/daemon_state.h"
 #include "support/outside.h"

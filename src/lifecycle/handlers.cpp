@@ -1,7 +1,7 @@
 #include "lifecycle/handlers.h"
 
+#include "companions/processes.h"
 #include "diag/trace.h"
-#include "lifecycle/companions.h"
 #include "lifecycle/load.h"
 #include "lifecycle/queue.h"
 #include "lifecycle/sequences.h"

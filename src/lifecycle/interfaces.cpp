@@ -4,7 +4,7 @@
 
 #include <cstdio>
 
-#include "profile/profile_values.h"
+#include "profile/values.h"
 #include "sys/board.h"
 #include "sys/netdev.h"
 

@@ -4,8 +4,8 @@
 #include <cstring>
 #include <initializer_list>
 
-#include "profile/profile.h"
-#include "profile/profile_values.h"
+#include "profile/store.h"
+#include "profile/values.h"
 #include "sys/board.h"
 #include "sys/command.h"
 #include "sys/planted.h"

@@ -2,13 +2,13 @@
 
 #include <cstdio>
 
+#include "companions/processes.h"
 #include "diag/trace.h"
-#include "lifecycle/companions.h"
 #include "lifecycle/interfaces.h"
 #include "lifecycle/power_tables.h"
 #include "lifecycle/state.h"
 #include "lifecycle/vlan_bridges.h"
-#include "steer/channel_utilization.h"
+#include "statistics/channel_utilization.h"
 #include "sys/board.h"
 #include "sys/command.h"
 #include "sys/planted.h"

@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "profile/profile_values.h"
+#include "profile/values.h"
 #include "sys/board.h"
 #include "sys/netdev.h"
 

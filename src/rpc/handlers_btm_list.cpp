@@ -5,10 +5,10 @@
 #include "rpc/btm_list.h"
 #include "rpc/handlers.h"
 #include "rpc/reply.h"
-#include "steer/bss_service.h"
-#include "steer/byte_counters.h"
+#include "statistics/byte_counters.h"
 #include "sys/board.h"
 #include "sys/wext.h"
+#include "wlan/bss_service.h"
 #include "wlan/rates.h"
 #include "wlan/stations.h"
 

@@ -1,7 +1,7 @@
 #include "diag/trace.h"
 #include "rpc/handlers.h"
 #include "rpc/reply.h"
-#include "wlan/radio_statistics.h"
+#include "statistics/radio.h"
 
 // Getters whose back ends fill several values.
 

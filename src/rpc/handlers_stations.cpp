@@ -1,8 +1,8 @@
 #include "diag/trace.h"
 #include "rpc/handlers.h"
 #include "rpc/reply.h"
+#include "statistics/traffic.h"
 #include "wlan/stations.h"
-#include "wlan/traffic.h"
 
 // Handlers of stations and counters that choose between back ends or show more
 // than the derived ones.

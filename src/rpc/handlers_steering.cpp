@@ -3,7 +3,7 @@
 #include "diag/trace.h"
 #include "rpc/handlers.h"
 #include "rpc/reply.h"
-#include "steer/steer_keys.h"
+#include "steer/keys.h"
 
 // Handlers of MAC addresses, which go out in a record of their own.
 

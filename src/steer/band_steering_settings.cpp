@@ -2,9 +2,9 @@
 
 #include <cstdio>
 
+#include "companions/processes.h"
 #include "diag/trace.h"
-#include "lifecycle/companions.h"
-#include "profile/profile_values.h"
+#include "profile/values.h"
 #include "sys/board.h"
 #include "sys/command.h"
 

@@ -4,11 +4,11 @@
 #include <cstdint>
 
 #include "diag/trace.h"
-#include "profile/profile_values.h"
-#include "steer/driver_gate.h"
+#include "profile/values.h"
 #include "steer/driver_records.h"
-#include "steer/steer_keys.h"
+#include "steer/keys.h"
 #include "sys/wext.h"
+#include "wlan/driver_gate.h"
 #include "wlan/station_layout.h"
 
 // The object that tells of a station tells of the radio where none is named.

@@ -5,14 +5,14 @@
 #include <cstring>
 
 #include "diag/trace.h"
-#include "profile/profile.h"
-#include "steer/driver_gate.h"
+#include "profile/store.h"
 #include "steer/driver_records.h"
+#include "steer/keys.h"
 #include "steer/mac_text.h"
-#include "steer/steer_keys.h"
 #include "sys/board.h"
 #include "sys/command.h"
 #include "sys/wext.h"
+#include "wlan/driver_gate.h"
 
 static constexpr char kName[] = "wlan_setHncSteerStaType";
 static constexpr int kActionWithTime = 2;

@@ -3,9 +3,9 @@
 #include <cstdio>
 #include <cstring>
 
+#include "companions/processes.h"
 #include "diag/trace.h"
-#include "lifecycle/companions.h"
-#include "profile/profile_values.h"
+#include "profile/values.h"
 #include "steer/dcs_wire.h"
 #include "sys/unix_datagram.h"
 

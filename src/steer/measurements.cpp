@@ -3,13 +3,13 @@
 #include <cstdint>
 
 #include "diag/trace.h"
-#include "profile/profile.h"
-#include "profile/profile_values.h"
-#include "steer/driver_gate.h"
+#include "profile/store.h"
+#include "profile/values.h"
 #include "steer/driver_records.h"
 #include "sys/board.h"
 #include "sys/wext.h"
 #include "sys/wireless.h"
+#include "wlan/driver_gate.h"
 
 static constexpr int kBitsPerMbit = 1000000;
 

@@ -7,11 +7,11 @@
 #include <ctime>
 
 #include "diag/trace.h"
-#include "profile/profile.h"
-#include "profile/profile_values.h"
+#include "profile/store.h"
+#include "profile/values.h"
 #include "steer/driver_records.h"
+#include "steer/keys.h"
 #include "steer/mac_text.h"
-#include "steer/steer_keys.h"
 #include "sys/board.h"
 #include "sys/wext.h"
 

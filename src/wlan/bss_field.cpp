@@ -1,7 +1,7 @@
 #include "wlan/bss_field.h"
 
 #include "diag/trace.h"
-#include "profile/profile_values.h"
+#include "profile/values.h"
 #include "sys/board.h"
 
 bool bss_in_range(const char* caller, int bss) {

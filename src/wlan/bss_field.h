@@ -7,5 +7,5 @@
 [[nodiscard]] bool bss_in_range(const char* caller, int bss);
 
 // Writes the BSS's field of `key` and traces the outcome. Returns the result of
-// the update (see profile/profile.h).
+// the update (see profile/store.h).
 unsigned write_traced_field(const char* caller, const char* key, int bss, const char* value);

@@ -2,10 +2,10 @@
 
 #include <cstdio>
 
-#include "profile/profile_values.h"
-#include "steer/bss_service.h"
+#include "profile/values.h"
 #include "sys/board.h"
 #include "wlan/bss_field.h"
+#include "wlan/bss_service.h"
 
 // Writes the whole-value key "<prefix><n>" of a BSS on behalf of `caller`.
 static int write_numbered_key(const char* caller, const char* prefix, int bss, const char* value) {

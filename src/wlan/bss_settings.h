@@ -1,7 +1,7 @@
 #pragma once
 
 // Settings of one BSS that live in the profile; on air after a restart. A
-// backhaul BSS's host is told first (see steer/bss_service.h). The index is not
+// backhaul BSS's host is told first (see wlan/bss_service.h). The index is not
 // checked: from 9 on it selects the 5 GHz profile, and a key that is not there
 // fails. 0, also when the value is in place already, or -1.
 

@@ -3,9 +3,9 @@
 #include <cstring>
 #include <span>
 
-#include "profile/profile_values.h"
-#include "steer/bss_service.h"
+#include "profile/values.h"
 #include "wlan/bss_field.h"
+#include "wlan/bss_service.h"
 
 struct mode_name {
   const char* asked;    // by the management stack

@@ -11,7 +11,7 @@
 int wlan_setBasicEncryptionModes(int bss, const char* modes);
 
 // Key "AuthMode": "None", else empty. The host of a backhaul BSS is told "None"
-// (see steer/bss_service.h) when the text contains it.
+// (see wlan/bss_service.h) when the text contains it.
 int wlan_setBasicAuthenticationModes(int bss, const char* modes);
 
 // Key "EncrypType": "None", "AESEncryption", "TKIPEncryption" or

@@ -7,7 +7,7 @@
 #include <iterator>
 
 #include "diag/trace.h"
-#include "profile/profile_values.h"
+#include "profile/values.h"
 #include "sys/board.h"
 #include "sys/command.h"
 #include "sys/wext.h"

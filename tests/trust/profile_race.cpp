@@ -23,7 +23,7 @@
 #include <string>
 #include <vector>
 
-#include "profile/profile.h"
+#include "profile/store.h"
 #include "support/daemon.h"
 #include "support/files.h"
 #include "support/wire.h"

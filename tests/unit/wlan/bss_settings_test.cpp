@@ -6,7 +6,7 @@
 #include <climits>
 #include <string>
 
-#include "profile/profile.h"
+#include "profile/store.h"
 #include "unit_support.h"
 
 // Profiles with eight BSSes each; BSS 3 and 10 are backhaul BSSes.

@@ -6,7 +6,7 @@
 #include <climits>
 #include <string>
 
-#include "profile/profile.h"
+#include "profile/store.h"
 #include "unit_support.h"
 #include "wlan/bss_settings.h"
 

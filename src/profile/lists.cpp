@@ -1,0 +1,90 @@
+#include <cstdarg>
+#include <cstdlib>
+
+#include "diag/trace.h"
+#include "profile/store.h"
+
+// The updates whose settings come as lists of arguments.
+
+namespace {
+
+// `data` is owned by the record: freed by update_from_list.
+struct setting_list {
+  profile_setting* data = nullptr;
+  size_t length = 0;
+  size_t capacity = 0;
+};
+
+}  // namespace
+
+static bool append_setting(setting_list* list, const profile_setting& setting) {
+  if (list->length == list->capacity) {
+    const size_t capacity = 2 * list->capacity + 4;
+    void* grown = realloc(list->data, capacity * sizeof setting);
+    if (grown == nullptr) return false;
+    list->data = static_cast<profile_setting*>(grown);
+    list->capacity = capacity;
+  }
+  list->data[list->length++] = setting;
+  return true;
+}
+
+// Takes the arguments up to the empty key; nothing after a negative index, which
+// the update refuses. A va_list passed by itself is a copy on most processors: the
+// caller's would not move on. False when memory runs out.
+static bool take_settings(bool with_index, va_list* arguments, setting_list* list) {
+  for (int index = 0; index >= 0;) {
+    const char* key = va_arg(*arguments, const char*);
+    if (*key == '\0') break;
+    index = with_index ? va_arg(*arguments, int) : 0;
+    const char* value = va_arg(*arguments, const char*);
+    if (!append_setting(list, {key, index, value})) return false;
+  }
+  return true;
+}
+
+static unsigned update_from_list(const char* caller, const char* path, update_form form,
+                                 va_list* arguments) {
+  const bool with_index = form == update_form::fields || form == update_form::forced_fields;
+  setting_list list;
+  unsigned result = kProfileFailed;
+  if (take_settings(with_index, arguments, &list)) {
+    result = profile_update(path, form, {list.data, list.length});
+  } else {
+    trace_rpc_error(caller, "out of memory, %s is unchanged\n", path);
+  }
+  free(list.data);
+  return result;
+}
+
+unsigned wifiprofile_updateParam(const char* path, ...) {
+  va_list arguments;
+  va_start(arguments, path);
+  const unsigned result = update_from_list(__func__, path, update_form::values, &arguments);
+  va_end(arguments);
+  return result;
+}
+
+unsigned wifiprofile_updateParam_with_index(const char* path, ...) {
+  va_list arguments;
+  va_start(arguments, path);
+  const unsigned result = update_from_list(__func__, path, update_form::fields, &arguments);
+  va_end(arguments);
+  return result;
+}
+
+unsigned wifiprofile_updateParam_force(const char* path, ...) {
+  va_list arguments;
+  va_start(arguments, path);
+  const unsigned result = update_from_list(__func__, path, update_form::forced_values, &arguments);
+  va_end(arguments);
+  return result;
+}
+
+unsigned wifiprofile_updateParam_with_index_force(const char* path, ...) {
+  va_list arguments;
+  va_start(arguments, path);
+  const unsigned result = update_from_list(__func__, path, update_form::forced_fields, &arguments);
+  va_end(arguments);
+  return result;
+}
