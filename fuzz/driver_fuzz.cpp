@@ -3,7 +3,6 @@
 #include <memory>
 #include <string>
 
-#include "rpc/btm_list.h"
 #include "rpc/dispatch.h"
 #include "rpc/handlers.h"
 #include "statistics/byte_counters.h"
@@ -11,6 +10,7 @@
 #include "statistics/traffic.h"
 #include "steer/band_steering_settings.h"
 #include "steer/btm.h"
+#include "steer/btm_list.h"
 #include "steer/client_steering.h"
 #include "steer/measurements.h"
 #include "steer/nonassoc.h"

@@ -8,6 +8,7 @@
 #include "support/check.h"
 #include "support/daemon_state.h"
 #include "support/profile_lines.h"
+#include "wlan/driver_gate.h"
 
 outside* simulated;
 
@@ -185,7 +186,7 @@ static void apply_answer(answer_queue* queue, std::string_view bytes) {
 // How far the lifecycle is, without the way there.
 static void apply_progress(uint8_t progress) {
   drivers_inited = progress & 1;
-  modules_loaded = (progress & 2) != 0;
+  lifecycle.modules_loaded = (progress & 2) != 0;
 }
 
 void outside_apply(const record& what) {

@@ -1,10 +1,10 @@
-#include <pthread.h>
 #include <unistd.h>
 
 #include <cstdio>
 #include <cstring>
 
 #include "companions/processes.h"
+#include "companions/record.h"
 #include "diag/trace.h"
 #include "profile/store.h"
 #include "profile/values.h"
@@ -14,13 +14,19 @@
 
 static constexpr char kMarker[] = "/tmp/mtk_bnd_file";
 
-// Guards what is known of band steering. Held from the look at it to the end
-// of the commands: two threads start it once, and no stop overtakes a start. Not
-// held while the marker is waited for, so that a setting on the RPC thread does
-// not wait those seconds with the worker.
-static pthread_mutex_t band_steering_mutex = PTHREAD_MUTEX_INITIALIZER;
-static bool band_steering_running;
-static bool asked_for_left;  // a bndstrg_1 that was left running
+// Its lock is not held while the marker is waited for, so that a setting on the RPC
+// thread does not wait those seconds with the worker. On MT7615 boards `running` means
+// the EasyMesh script instead.
+static companion band_steering = {
+    .control = "bndstrgStart",
+    .name = "bndstrg_1",
+    .start = "bndstrg_1&",
+    .stop = "/bin/kill $(pgrep -f bndstrg_1 | awk '{print $1}')",
+    .quiet = true,
+    .lock = PTHREAD_MUTEX_INITIALIZER,
+    .running = false,
+    .asked = false,
+};
 
 namespace {
 
@@ -91,8 +97,8 @@ static bool wanted(const steering_settings& settings) {
 }
 
 static void stop_locked(const steering_settings& settings) {
-  if (!band_steering_running) return;
-  trace_rpc("bndstrgStart", "Stop band steering\n");
+  if (!band_steering.running) return;
+  trace_rpc(band_steering.control, "Stop band steering\n");
   if (hasMTK7615() != 0) {
     wappStart(0);
     run_command("/bin/kill $(pgrep -f bs20 | awk '{print $1}')");
@@ -101,29 +107,30 @@ static void stop_locked(const steering_settings& settings) {
       run_command("iwpriv ra0 set ApEnableRadioChStats=0");
     }
   } else {
-    run_command("/bin/kill $(pgrep -f bndstrg_1 | awk '{print $1}')");
+    run_command(band_steering.stop);
     run_command("/bin/rm /tmp/mtk_bnd_file");
   }
-  band_steering_running = false;
+  band_steering.running = false;
 }
 
 // Runs what starts it. Returns whether it did.
 static bool start_locked(const steering_settings& settings) {
-  if (band_steering_running) return false;
+  if (band_steering.running) return false;
   if (!wanted(settings)) {
-    trace_rpc("bndstrgStart", "can't enable band steering as radio/home user ssid isn't enabled\n");
+    trace_rpc(band_steering.control,
+              "can't enable band steering as radio/home user ssid isn't enabled\n");
     return false;
   }
-  band_steering_running = true;
+  band_steering.running = true;
   const bool mt7615 = hasMTK7615() != 0;
-  if (!mt7615 && left_running("bndstrgStart", "bndstrg_1", &asked_for_left)) return false;
-  trace_rpc("bndstrgStart", "Sart band steering\n");
+  if (!mt7615 && left_running(&band_steering)) return false;
+  trace_rpc(band_steering.control, "Sart band steering\n");
   if (mt7615) {
     run_command("/sbin/EasyMesh_openwrt.sh");
     run_command("iwpriv ra8 set ApEnableRadioChStats=1");
     run_command("iwpriv ra0 set ApEnableRadioChStats=1");
   } else {
-    cfg_executecmd("bndstrgStart", "bndstrg_1&");
+    cfg_executecmd(band_steering.control, band_steering.start);
   }
   return true;
 }
@@ -145,22 +152,22 @@ static int wait_for_marker() {
 }
 
 static void forget_start() {
-  pthread_mutex_lock(&band_steering_mutex);
-  band_steering_running = false;
-  pthread_mutex_unlock(&band_steering_mutex);
+  pthread_mutex_lock(&band_steering.lock);
+  band_steering.running = false;
+  pthread_mutex_unlock(&band_steering.lock);
 }
 
 void bndstrgStart(int mode) {
   const steering_settings settings = read_settings();
   const bool on = mode != 0 && isAbleToEnableBandSteering() != 0;
   bool started = false;
-  pthread_mutex_lock(&band_steering_mutex);
+  pthread_mutex_lock(&band_steering.lock);
   if (on) {
     started = start_locked(settings);
   } else {
     stop_locked(settings);
   }
-  pthread_mutex_unlock(&band_steering_mutex);
+  pthread_mutex_unlock(&band_steering.lock);
   // A marker found at the ninth look counts as not started, none after ten
   // looks as started: kept on purpose.
   if (started && hasMTK7615() == 0 && wait_for_marker() == 9) forget_start();

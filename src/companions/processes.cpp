@@ -1,9 +1,9 @@
 #include "companions/processes.h"
 
-#include <pthread.h>
-
+#include <cstdio>
 #include <cstring>
 
+#include "companions/record.h"
 #include "diag/trace.h"
 #include "profile/store.h"
 #include "profile/values.h"
@@ -11,25 +11,6 @@
 #include "sys/command.h"
 #include "sys/probe.h"
 #include "sys/shell.h"
-
-namespace {
-
-// A process that is started once and killed by its name. The lock is held from
-// the look at `running` to the end of the command: two threads start it once,
-// and no stop overtakes a start. So a setting on the RPC thread waits for a
-// command of the worker at most.
-struct companion {
-  const char* control;
-  const char* name;
-  const char* start;
-  const char* stop;
-  bool quiet;  // its output is thrown away, and its commands are logged
-  pthread_mutex_t lock;
-  bool running;
-  bool asked;  // for one that was left running
-};
-
-}  // namespace
 
 static companion dcs = {
     .control = "dcsStart",
@@ -61,40 +42,6 @@ static companion wapp = {
     .running = false,
     .asked = false,
 };
-
-bool left_running(const char* control, const char* name, bool* asked) {
-  const bool left = !*asked && process_runs(name);
-  *asked = true;
-  if (left) trace_rpc(control, "%s runs already\n", name);
-  return left;
-}
-
-static void run_for(const companion& process, const char* command) {
-  if (process.quiet) {
-    cfg_executecmd(process.control, command);
-  } else {
-    run_command(command);
-  }
-}
-
-static void switch_locked(companion* process, int mode, bool wanted) {
-  if (mode != 0 && !process->running && wanted) {
-    process->running = true;
-    if (left_running(process->control, process->name, &process->asked)) return;
-    trace_rpc(process->control, "Sart %s\n", process->name);
-    run_for(*process, process->start);
-  } else if (mode == 0 && process->running) {
-    trace_rpc(process->control, "Stop %s\n", process->name);
-    run_for(*process, process->stop);
-    process->running = false;
-  }
-}
-
-static void switch_companion(companion* process, int mode, bool wanted) {
-  pthread_mutex_lock(&process->lock);
-  switch_locked(process, mode, wanted);
-  pthread_mutex_unlock(&process->lock);
-}
 
 static int radio_on(int radio) {
   return profile_number(bss_profile(radio), "RadioOn", kSwitchLimit);
@@ -143,20 +90,45 @@ static bool has_radius_server(int radio) {
   return false;
 }
 
+static companion rtdot1xd = {
+    .control = "rtdot1x_start",
+    .name = "rtdot1xd",
+    .start = "/sbin/rtdot1xd &",
+    .stop = "/usr/bin/killall -9 rtdot1xd",
+    .quiet = true,
+    .lock = PTHREAD_MUTEX_INITIALIZER,
+    .running = false,
+    .asked = false,
+};
+static companion rtinicapd = {
+    .control = "rtdot1x_start",
+    .name = "rtinicapd",
+    .start = "/sbin/rtinicapd &",
+    .stop = "/usr/bin/killall -9 rtinicapd",
+    .quiet = true,
+    .lock = PTHREAD_MUTEX_INITIALIZER,
+    .running = false,
+    .asked = false,
+};
+
+static bool listed(const char* name) {
+  static constexpr size_t kCountSize = 16;
+  char probe[64];
+  snprintf(probe, sizeof probe, "pgrep -l %s | grep -c %s", name, name);
+  int running = 0;
+  return probe_number(probe, kCountSize, &running) && running >= 1;
+}
+
+// Neither the lock nor `running` is used: calls come in a turn, and the process list
+// tells what runs.
 void rtdot1x_start(int radio, int mode) {
-  static bool asked[2];
-  const bool first = radio == kRadio24;
+  companion* process = radio == kRadio24 ? &rtdot1xd : &rtinicapd;
   if (mode == 1 && has_radius_server(radio)) {
-    if (left_running(__func__, first ? "rtdot1xd" : "rtinicapd", &asked[first])) return;
-    cfg_executecmd(__func__, first ? "/sbin/rtdot1xd &" : "/sbin/rtinicapd &");
+    if (left_running(process)) return;
+    cfg_executecmd(process->control, process->start);
     return;
   }
   if (mode != 0 && mode != 1) return;
-  asked[first] = true;
-  static constexpr size_t kCountSize = 16;
-  int running = 0;
-  const char* probe =
-      first ? "pgrep -l rtdot1xd | grep -c rtdot1xd" : "pgrep -l rtinicapd | grep -c rtinicapd";
-  if (!probe_number(probe, kCountSize, &running) || running < 1) return;
-  run_command(first ? "/usr/bin/killall -9 rtdot1xd" : "/usr/bin/killall -9 rtinicapd");
+  process->asked = true;
+  if (listed(process->name)) run_command(process->stop);
 }

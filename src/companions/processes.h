@@ -8,11 +8,6 @@
 // a process is started once, and a stop follows the start that it meets. A call
 // waits for the other one's commands at most, not for its marker.
 
-// Whether a process of that name goes on from an earlier service child, which is
-// traced as the control's. Only the first start of this child's own asks, as
-// `*asked` notes: after a stop the process may only be about to end.
-[[nodiscard]] bool left_running(const char* control, const char* name, bool* asked);
-
 // Band steering: bndstrg_1, or on MT7615 boards the EasyMesh script.
 void bndstrgStart(int mode);
 

@@ -1,17 +1,5 @@
 #pragma once
 
-#include <cstdint>
-
-// The routines of the lifecycle requests, for the worker. Each returns the
-// address of the last result, 0 or -1, which nobody is told.
-void* load_handler_func(const uint8_t* mask);
-void* init_handler_func(const uint8_t* mask);
-void* restart_handler_func(const uint8_t* mask);
-
-// A queued reset; no operation queues it, since wlan_reset runs at once. Goes
-// on where wlan_reset refuses.
-void* reset_handler_func(const uint8_t* mask);
-
 // The operations. Load, init and restart only queue and return 0.
 int wlan_load();
 int wlan_init();

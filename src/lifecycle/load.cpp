@@ -143,6 +143,6 @@ int wifi_load() {
     insert(directory, "mt7603e_ap.ko", "MT7603");
     if (isSingleBand() == 0) insert(directory, "mt7612e_ap.ko", "MT7612");
   }
-  modules_loaded = true;
+  lifecycle.modules_loaded = true;
   return 1;
 }

@@ -8,33 +8,9 @@
 #include <cstring>
 
 #include "diag/trace.h"
-#include "lifecycle/handlers.h"
+#include "lifecycle/routines.h"
+#include "lifecycle/state.h"
 #include "lifecycle/turn.h"
-
-namespace {
-
-constexpr size_t kNameSize = 16;
-
-struct lifecycle_request {
-  lifecycle_routine routine;
-  bool has_mask;
-  uint8_t mask;
-  char name[kNameSize];  // not necessarily terminated
-  std::atomic<bool>* state;
-  bool started;  // a restart that has taken its radios
-  lifecycle_request* next;
-};
-
-}  // namespace
-
-// Guards the three below, which both threads use.
-static pthread_mutex_t queue_mutex = PTHREAD_MUTEX_INITIALIZER;
-static pthread_cond_t queue_filled = PTHREAD_COND_INITIALIZER;
-static lifecycle_request* queue_head;
-static uint8_t pending_restart;
-
-// RPC thread only.
-static bool worker_created;
 
 static void* lir_handler_thread(void*);
 
@@ -46,7 +22,7 @@ static void create_worker() {
   pthread_attr_setstacksize(&attributes, kStackSize);
   pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
   pthread_t worker;
-  worker_created = pthread_create(&worker, &attributes, lir_handler_thread, nullptr) == 0;
+  lifecycle.worker_created = pthread_create(&worker, &attributes, lir_handler_thread, nullptr) == 0;
   pthread_attr_destroy(&attributes);
 }
 
@@ -60,25 +36,25 @@ static void trace_queued(const lifecycle_request* request) {
 
 // Whether a restart waits at the head that has not taken its radios yet.
 static bool restart_waits() {
-  return queue_head != nullptr && queue_head->routine == restart_handler_func &&
-         !queue_head->started;
+  return lifecycle.queue_head != nullptr && lifecycle.queue_head->routine == restart_handler_func &&
+         !lifecycle.queue_head->started;
 }
 
 // Links the request, or drops it where a waiting restart covers it. The queue
 // holds two: a third one takes the place of the second, on purpose.
 static void link_request(lifecycle_request* request) {
   if (request->has_mask) {
-    pending_restart |= request->mask;
+    lifecycle.pending_restart |= request->mask;
     if (restart_waits()) {
       free(request);
       return;
     }
   }
-  if (queue_head == nullptr) {
-    queue_head = request;
+  if (lifecycle.queue_head == nullptr) {
+    lifecycle.queue_head = request;
   } else {
-    free(queue_head->next);
-    queue_head->next = request;
+    free(lifecycle.queue_head->next);
+    lifecycle.queue_head->next = request;
   }
   trace_queued(request);
 }
@@ -90,47 +66,36 @@ static void add_lir_to_list(lifecycle_routine routine, const uint8_t* mask, cons
   request->routine = routine;
   request->has_mask = mask != nullptr;
   if (mask != nullptr) request->mask = *mask;
-  if (name != nullptr) memcpy(request->name, name, strnlen(name, kNameSize));
+  if (name != nullptr) memcpy(request->name, name, strnlen(name, kRequestName));
   request->state = state;
-  pthread_mutex_lock(&queue_mutex);
+  pthread_mutex_lock(&lifecycle.lock);
   link_request(request);
-  pthread_cond_signal(&queue_filled);
-  pthread_mutex_unlock(&queue_mutex);
+  pthread_cond_signal(&lifecycle.queue_filled);
+  pthread_mutex_unlock(&lifecycle.lock);
 }
 
 int wlan_queueLifecycleRequest(lifecycle_routine routine, const uint8_t* mask, const char* name,
                                std::atomic<bool>* state) {
-  if (!worker_created) create_worker();
+  if (!lifecycle.worker_created) create_worker();
   add_lir_to_list(routine, mask, name, state);
   return 0;
 }
 
-uint8_t begin_restart() {
-  pthread_mutex_lock(&queue_mutex);
-  const uint8_t mask = pending_restart;
-  pending_restart = 0;
-  queue_head->state = &restart_running;
-  queue_head->started = true;
-  pthread_mutex_unlock(&queue_mutex);
-  set_running(&restart_running, true);
-  return mask;
-}
-
 static lifecycle_request* wait_for_request() {
-  pthread_mutex_lock(&queue_mutex);
-  while (queue_head == nullptr)
-    pthread_cond_wait(&queue_filled, &queue_mutex);
-  lifecycle_request* request = queue_head;
-  pthread_mutex_unlock(&queue_mutex);
+  pthread_mutex_lock(&lifecycle.lock);
+  while (lifecycle.queue_head == nullptr)
+    pthread_cond_wait(&lifecycle.queue_filled, &lifecycle.lock);
+  lifecycle_request* request = lifecycle.queue_head;
+  pthread_mutex_unlock(&lifecycle.lock);
   return request;
 }
 
 // The request stays at the head while it runs.
 static void advance_queue() {
-  pthread_mutex_lock(&queue_mutex);
-  lifecycle_request* done = queue_head;
-  queue_head = done->next;
-  pthread_mutex_unlock(&queue_mutex);
+  pthread_mutex_lock(&lifecycle.lock);
+  lifecycle_request* done = lifecycle.queue_head;
+  lifecycle.queue_head = done->next;
+  pthread_mutex_unlock(&lifecycle.lock);
   trace_rev("lir_handler_thread",
             "de-queue'd -> request_ptr: %p routine: %p arg: %d name: %.16s state: %d next_req=%p\n",
             static_cast<void*>(done), reinterpret_cast<void*>(done->routine),

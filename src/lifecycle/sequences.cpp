@@ -13,11 +13,12 @@
 #include "sys/command.h"
 #include "sys/planted.h"
 #include "sys/shell.h"
+#include "wlan/driver_gate.h"
 
 static constexpr char kHncMarker[] = "/nvram/hnc_enable";
 
 static bool loaded(const char* caller) {
-  if (modules_loaded) return true;
+  if (lifecycle.modules_loaded) return true;
   trace_rpc(caller, "WLAN driver(s) are not loaded\n");
   return false;
 }
@@ -136,7 +137,7 @@ int wifi_reset() {
   if (dual) wifi_interfacesDown(kRadio5);
   wifi_teardownVlanBridges();
   remove_modules();
-  modules_loaded = false;
+  lifecycle.modules_loaded = false;
   rtdot1x_start(kRadio24, 0);
   if (dual) rtdot1x_start(kRadio5, 0);
   return 1;

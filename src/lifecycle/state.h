@@ -1,13 +1,63 @@
 #pragma once
 
+#include <pthread.h>
+
 #include <atomic>
+#include <cstdint>
 
-// The radios' state, as the sequences leave it.
+// What the daemon knows of its lifecycle, in one record. Two threads touch it: the RPC
+// thread, which queues requests and resets, and the worker, which runs requests. Beside
+// this record they share `drivers_inited` (wlan/driver_gate.h) and the companions.
 
-// 1 while the interfaces are up and the driver may be queried; operations that
-// query it refuse while it is 0. Written in a turn (see lifecycle/turn.h); read
-// by the RPC thread at any time.
-extern std::atomic<int> drivers_inited;
+// Works off one request; returns the address of the last result.
+using lifecycle_routine = void* (*)(const uint8_t* mask);
 
-// Whether the driver modules are loaded. Read and written in a turn only.
-extern bool modules_loaded;
+constexpr int kRequestName = 16;
+
+// A queued request. Its members are set before it is queued and changed under the lock.
+struct lifecycle_request {
+  lifecycle_routine routine;
+  bool has_mask;
+  uint8_t mask;
+  char name[kRequestName];  // not necessarily terminated
+  std::atomic<bool>* state;
+  bool started;  // a restart that has taken its radios
+  lifecycle_request* next;
+};
+
+struct lifecycle_state {
+  pthread_mutex_t lock;         // held for moments only, never while a sequence runs
+  pthread_cond_t turn_changed;  // `turn_taken` or a running flag, under the lock
+  pthread_cond_t queue_filled;  // `queue_head`, under the lock
+
+  // Written by both threads under the lock: whether a sequence runs (see turn.h).
+  bool turn_taken;
+
+  // Written under the lock by the thread that has the turn, with set_running, while
+  // a request of that kind runs; read by both at any time.
+  std::atomic<bool> load_running;
+  std::atomic<bool> init_running;
+  std::atomic<bool> restart_running;
+  std::atomic<bool> reset_running;
+
+  // Written by load and reset, in a turn; read in a turn: the kernel has the modules.
+  bool modules_loaded;
+  // Written by the worker's load and by resets, in a turn; read in a turn. Starts true,
+  // so that an init is accepted before any load.
+  bool wlan_loaded;
+  // Written by the worker's init and by resets, in a turn; read in a turn. Starts true,
+  // so that a restart is accepted before any init.
+  bool wlan_initialized;
+  // Written by the worker alone: what its last request came to, 0 or -1.
+  int last_result;
+
+  // Written under the lock: the RPC thread appends, the worker removes what is done.
+  lifecycle_request* queue_head;
+  // Written under the lock: the RPC thread adds radios, a restart on the worker takes
+  // them all.
+  uint8_t pending_restart;
+  // Written and read by the RPC thread alone.
+  bool worker_created;
+};
+
+extern lifecycle_state lifecycle;

@@ -1,53 +1,42 @@
 #include "lifecycle/turn.h"
 
-#include <pthread.h>
-
-std::atomic<bool> init_running;
-std::atomic<bool> load_running;
-std::atomic<bool> reset_running;
-std::atomic<bool> restart_running;
-
-// Guards whether the turn is taken, and that no change of the flags above goes
-// unnoticed by a reset that is about to wait.
-static pthread_mutex_t turn_mutex = PTHREAD_MUTEX_INITIALIZER;
-static pthread_cond_t turn_changed = PTHREAD_COND_INITIALIZER;
-static bool turn_taken;
+#include "lifecycle/state.h"
 
 void set_running(std::atomic<bool>* kind, bool running) {
-  pthread_mutex_lock(&turn_mutex);
+  pthread_mutex_lock(&lifecycle.lock);
   *kind = running;
-  pthread_cond_broadcast(&turn_changed);
-  pthread_mutex_unlock(&turn_mutex);
+  pthread_cond_broadcast(&lifecycle.turn_changed);
+  pthread_mutex_unlock(&lifecycle.lock);
 }
 
 void begin_turn() {
-  pthread_mutex_lock(&turn_mutex);
-  while (turn_taken)
-    pthread_cond_wait(&turn_changed, &turn_mutex);
-  turn_taken = true;
-  pthread_mutex_unlock(&turn_mutex);
+  pthread_mutex_lock(&lifecycle.lock);
+  while (lifecycle.turn_taken)
+    pthread_cond_wait(&lifecycle.turn_changed, &lifecycle.lock);
+  lifecycle.turn_taken = true;
+  pthread_mutex_unlock(&lifecycle.lock);
 }
 
 void end_turn() {
-  pthread_mutex_lock(&turn_mutex);
-  turn_taken = false;
-  pthread_cond_broadcast(&turn_changed);
-  pthread_mutex_unlock(&turn_mutex);
+  pthread_mutex_lock(&lifecycle.lock);
+  lifecycle.turn_taken = false;
+  pthread_cond_broadcast(&lifecycle.turn_changed);
+  pthread_mutex_unlock(&lifecycle.lock);
 }
 
 static const char* refuses_reset() {
-  if (init_running) return "init";
-  return restart_running ? "restart" : nullptr;
+  if (lifecycle.init_running) return "init";
+  return lifecycle.restart_running ? "restart" : nullptr;
 }
 
 const char* begin_reset_turn() {
-  pthread_mutex_lock(&turn_mutex);
+  pthread_mutex_lock(&lifecycle.lock);
   const char* running = refuses_reset();
-  while (running == nullptr && turn_taken) {
-    pthread_cond_wait(&turn_changed, &turn_mutex);
+  while (running == nullptr && lifecycle.turn_taken) {
+    pthread_cond_wait(&lifecycle.turn_changed, &lifecycle.lock);
     running = refuses_reset();
   }
-  if (running == nullptr) turn_taken = true;
-  pthread_mutex_unlock(&turn_mutex);
+  if (running == nullptr) lifecycle.turn_taken = true;
+  pthread_mutex_unlock(&lifecycle.lock);
   return running;
 }

@@ -6,14 +6,8 @@
 // So a request on the worker and a reset on the RPC thread never mix, and
 // modules, interfaces and flags agree whenever nobody has the turn.
 
-// A kind of request is running. Changed with set_running by the thread that has
-// the turn; read by the other one too.
-extern std::atomic<bool> init_running;
-extern std::atomic<bool> load_running;
-extern std::atomic<bool> reset_running;
-extern std::atomic<bool> restart_running;
-
-// Changes one of them; a reset that waits for the turn looks at them again.
+// Changes a running flag of the lifecycle record, by the thread that has the turn;
+// a reset that waits for the turn looks at them again.
 void set_running(std::atomic<bool>* kind, bool running);
 
 // Waits until the turn is free and takes it.

@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "diag/trace.h"
+#include "profile/text.h"
 #include "sys/board.h"
 
 int profile_number(const char* path, const char* key, int max_len) {
@@ -51,4 +52,12 @@ number_text decimal(int number) {
   number_text result;
   snprintf(result.text, sizeof result.text, "%d", number);
   return result;
+}
+
+int write_key(const char* caller, int index, const char* key, const char* text, size_t max_length) {
+  return update_status(caller, force_value(index, key, front_part(text, max_length)), kBlankEnd);
+}
+
+int write_number_key(const char* caller, int index, const char* key, int value) {
+  return write_key(caller, index, key, decimal(value).text, kKeyLength);
 }

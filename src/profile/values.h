@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 
 #include "profile/store.h"
@@ -41,3 +42,13 @@ struct number_text {
   char text[12];
 };
 [[nodiscard]] number_text decimal(int number);
+
+// Longest number that is written or read as a whole value, in characters.
+constexpr int kKeyLength = 256;
+
+// Writes a key of the index's profile, added where it is missing, on behalf of
+// `caller`: a text of at most `max_length` characters, or a number. 0, or -1
+// when the profile cannot be written, reported.
+[[nodiscard]] int write_key(const char* caller, int index, const char* key, const char* text,
+                            size_t max_length);
+[[nodiscard]] int write_number_key(const char* caller, int index, const char* key, int value);

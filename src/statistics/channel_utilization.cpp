@@ -4,8 +4,8 @@
 #include <cstdio>
 
 #include "diag/trace.h"
-#include "steer/driver_records.h"
-#include "steer/keys.h"
+#include "profile/values.h"
+#include "statistics/channel_load.h"
 #include "sys/board.h"
 #include "sys/command.h"
 #include "sys/wext.h"

@@ -9,7 +9,6 @@
 #include "steer/keys.h"
 #include "sys/wext.h"
 #include "wlan/driver_gate.h"
-#include "wlan/station_layout.h"
 
 // The object that tells of a station tells of the radio where none is named.
 static bool query(int index, btm_state* state) {

@@ -4,7 +4,7 @@
 #include <cstdint>
 
 // Steering a client station away from an access point. The parameters of a
-// steer come from the profile, where the setters of steer_keys.def put them;
+// steer come from the profile, where the setters of keys.def put them;
 // the type triggers it.
 
 constexpr int kSteerTypeBlacklist = 0;

@@ -3,11 +3,10 @@
 #include <cstddef>
 #include <cstdint>
 
-// The driver's records for steering, transition management, channel load, power
-// limits and stations that are not associated: sub-commands of its object
+// The driver's records for steering, transition management and
+// stations that are not associated: sub-commands of its object
 // request, and layouts in host byte order as the driver defines them.
 
-constexpr uint16_t kObjectChannelLoad = 0x0693;
 constexpr uint16_t kObjectActionFrame = 0x06B0;
 constexpr uint16_t kObjectSteer = 0x06B1;
 constexpr uint16_t kObjectOperatingClass = 0x06B2;
@@ -15,7 +14,6 @@ constexpr uint16_t kObjectNonAssocCapable = 0x06B3;
 constexpr uint16_t kObjectNonAssocEnable = 0x06B4;
 constexpr uint16_t kObjectNonAssoc = 0x06B5;  // registers a station and fetches the report
 constexpr uint16_t kObjectBtmEnable = 0x094A;
-constexpr uint16_t kObjectPowerLimits = 0x0AA2;
 
 // Steers one station.
 constexpr uint32_t kSteerBlacklist = 0;
@@ -42,16 +40,23 @@ struct [[gnu::packed]] action_frame_record {
 static_assert(sizeof(action_frame_record) == 1034);
 static_assert(offsetof(action_frame_record, mac) == 4 && offsetof(action_frame_record, body) == 10);
 
-// How long the channel was busy, in the unit of the period.
-struct channel_load_record {
-  uint32_t period;
-  uint8_t unused[12];
-  uint32_t busy;
-};
-static_assert(sizeof(channel_load_record) == 20 && offsetof(channel_load_record, busy) == 16);
+// BTM capability of one station.
+constexpr unsigned kStationBtm = 0x494A;
+constexpr uint8_t kStationBtmAsk = 4;
 
-// BSS transition management of a radio, as the driver tells it: kStationBtm of
-// wlan/station_layout.h, asked without a station.
+// Question and answer in one. Passed as one byte more than it has, of which the
+// request announces all but the last: these nine.
+struct driver_station_btm {
+  uint8_t kind;     // kStationBtmAsk: of the station with this address
+  uint8_t capable;  // the answer
+  uint8_t mac[6];
+  uint8_t not_used_8;
+};
+static_assert(sizeof(driver_station_btm) == 9);
+static_assert(offsetof(driver_station_btm, mac) == 2);
+
+// BSS transition management of a radio, as the driver tells it: kStationBtm asked
+// without a station.
 struct btm_state {
   uint8_t enabled;  // 1 while it is on
   uint8_t unused;
@@ -66,20 +71,6 @@ struct btm_switch {
   uint8_t value;
 };
 static_assert(sizeof(btm_switch) == 3 && offsetof(btm_switch, value) == 2);
-
-// Power limits: a signed 32-bit count at 0, then entries. Each has its channel
-// in the first byte and the limit in dBm in the fifth. The dual-band chip has
-// a layout of its own.
-struct power_layout {
-  size_t size;
-  size_t first_entry;
-  size_t entry_size;
-};
-constexpr power_layout kPowerMt7615 = {.size = 948, .first_entry = 6, .entry_size = 16};
-constexpr power_layout kPowerOthers = {.size = 592, .first_entry = 4, .entry_size = 10};
-constexpr size_t kPowerLargest = kPowerMt7615.size;
-constexpr size_t kPowerChannel = 0;
-constexpr size_t kPowerDbm = 4;
 
 // The station to register. The last byte is not announced to the driver.
 struct nonassoc_request {

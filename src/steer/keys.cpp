@@ -6,14 +6,6 @@
 #include "profile/values.h"
 #include "sys/board.h"
 
-int write_key(const char* caller, int index, const char* key, const char* text, size_t max_length) {
-  return update_status(caller, force_value(index, key, front_part(text, max_length)), kBlankEnd);
-}
-
-int write_number_key(const char* caller, int index, const char* key, int value) {
-  return write_key(caller, index, key, decimal(value).text, kKeyLength);
-}
-
 static int read_key(const char* caller, int index, const char* key, char* text, int max_length,
                     int missing, const char* attempt) {
   const int found = wifiprofile_getParam(bss_profile(index), key, text, max_length);

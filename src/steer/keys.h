@@ -1,12 +1,10 @@
 #pragma once
 
-#include <cstddef>
+#include "profile/values.h"
 
-// Operations on the keys of steer_keys.def, declared from it, and what other
-// operations on such keys share.
+// Operations on the keys of keys.def, declared from it.
 
-// Longest values that are read, in characters.
-constexpr int kKeyLength = 256;
+// Longest values that are read, in characters; of a number kKeyLength.
 constexpr int kMacKeyLength = 18;
 constexpr int kPayloadKeyLength = 1025;
 
@@ -18,10 +16,3 @@ constexpr int kPayloadKeyLength = 1025;
 #define NUMBER_SETTER(operation, ...) int operation(int index, unsigned value);
 #define NUMBER_GETTER(operation, ...) int operation(int index, int* value);
 #include "steer/keys.def"
-
-// Writes a key of the index's profile, added where it is missing, on behalf of
-// `caller`: a text of at most `max_length` characters, or a number. 0, or -1
-// when the profile cannot be written, reported.
-[[nodiscard]] int write_key(const char* caller, int index, const char* key, const char* text,
-                            size_t max_length);
-[[nodiscard]] int write_number_key(const char* caller, int index, const char* key, int value);

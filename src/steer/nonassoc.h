@@ -19,7 +19,7 @@ int wlan_setNonAssocRptEnable(int radio, int enable);
 int wlan_getNonAssocRptEnable(int radio, int* enable);
 
 // Notes the station that the report is about and names it to the driver. (Its
-// getter is in steer_keys.def.)
+// getter is in keys.def.)
 int wlan_setNonAssocRequestMac(int radio, const char* mac);
 
 // The newest probe of that station. There is room for more stations than one.

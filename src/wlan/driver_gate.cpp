@@ -1,7 +1,8 @@
 #include "wlan/driver_gate.h"
 
 #include "diag/trace.h"
-#include "lifecycle/state.h"
+
+std::atomic<int> drivers_inited;
 
 bool driver_is_inited(const char* caller) {
   if (drivers_inited != 0) return true;

@@ -85,22 +85,6 @@ constexpr unsigned stations_in(const driver_statistics_table& table) {
   return count < kStationsMax ? count : kStationsMax;
 }
 
-// ---- BTM capability of one station, object kStationBtm.
-
-constexpr unsigned kStationBtm = 0x494A;
-constexpr uint8_t kStationBtmAsk = 4;
-
-// Question and answer in one. Passed as one byte more than it has, of which the
-// request announces all but the last: these nine.
-struct driver_station_btm {
-  uint8_t kind;     // kStationBtmAsk: of the station with this address
-  uint8_t capable;  // the answer
-  uint8_t mac[6];
-  uint8_t not_used_8;
-};
-static_assert(sizeof(driver_station_btm) == 9);
-static_assert(offsetof(driver_station_btm, mac) == 2);
-
 // ---- Byte counters of each BSS of a radio, object kSsidStatistics.
 
 constexpr unsigned kSsidStatistics = 0x069A;

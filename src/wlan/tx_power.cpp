@@ -5,9 +5,9 @@
 #include <cstring>
 
 #include "diag/trace.h"
-#include "steer/driver_records.h"
 #include "sys/board.h"
 #include "sys/wext.h"
+#include "wlan/power_layout.h"
 #include "wlan/survey.h"
 
 namespace {

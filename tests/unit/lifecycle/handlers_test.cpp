@@ -1,4 +1,5 @@
 #include "lifecycle/handlers.h"
+#include "lifecycle/routines.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -13,6 +14,7 @@
 #include "lifecycle/turn.h"
 #include "support/gateway.h"
 #include "unit_support.h"
+#include "wlan/driver_gate.h"
 
 static int result_of(void* result) {
   return *static_cast<int*>(result);
@@ -22,14 +24,14 @@ static int result_of(void* result) {
 
 TEST(QueuedReset, ResetsAndForgetsThatTheDriverWasLoaded) {
   switch_console_on();
-  modules_loaded = true;
+  lifecycle.modules_loaded = true;
   drivers_inited = 1;
-  reset_running = true;
+  lifecycle.reset_running = true;
   const std::string output =
       output_of([] { EXPECT_EQ(result_of(reset_handler_func(nullptr)), 0); });
   EXPECT_TRUE(contains(output, "resetting wlan -->\n")) << output;
   EXPECT_TRUE(contains(output, "wlan reset complete.\n")) << output;
-  EXPECT_FALSE(modules_loaded || reset_running);
+  EXPECT_FALSE(lifecycle.modules_loaded || lifecycle.reset_running);
   EXPECT_EQ(drivers_inited, 0);
   EXPECT_EQ(interfaces(), "");
   EXPECT_TRUE(contains(output_of([] { EXPECT_EQ(result_of(init_handler_func(nullptr)), -1); }),
@@ -40,11 +42,11 @@ TEST(QueuedReset, ResetsAndForgetsThatTheDriverWasLoaded) {
 }
 
 TEST(QueuedReset, GoesOnWhileAnInitOrARestartRuns) {
-  init_running = true;
+  lifecycle.init_running = true;
   EXPECT_EQ(errors_of([] { EXPECT_EQ(result_of(reset_handler_func(nullptr)), 0); }),
             rev_error_prefix("reset_handler_func") + "init process is running !!!\n");
-  init_running = false;
-  restart_running = true;
+  lifecycle.init_running = false;
+  lifecycle.restart_running = true;
   EXPECT_EQ(errors_of([] { EXPECT_EQ(result_of(reset_handler_func(nullptr)), 0); }),
             rev_error_prefix("reset_handler_func") + "restart process is running !!!\n");
 }
@@ -52,7 +54,7 @@ TEST(QueuedReset, GoesOnWhileAnInitOrARestartRuns) {
 TEST(QueuedReset, WorkerRunsItInItsTurn) {
   switch_console_on();
   catch_stream(1);
-  wlan_queueLifecycleRequest(reset_handler_func, nullptr, "wlan_reset", &reset_running);
+  wlan_queueLifecycleRequest(reset_handler_func, nullptr, "wlan_reset", &lifecycle.reset_running);
   EXPECT_TRUE(wait_until([] {
     fflush(stdout);
     return contains(read_file("/proc/self/fd/1"), "de-queue'd");
@@ -61,15 +63,15 @@ TEST(QueuedReset, WorkerRunsItInItsTurn) {
 }
 
 TEST(Reset, IsRefusedWhileAnInitOrARestartRunsAndTouchesNothing) {
-  modules_loaded = true;
-  init_running = true;
+  lifecycle.modules_loaded = true;
+  lifecycle.init_running = true;
   EXPECT_EQ(errors_of([] { EXPECT_EQ(wlan_reset(), -1); }),
             rev_error_prefix("wlan_reset") + "wlan_reset init process is running !!!\n");
-  init_running = false;
-  restart_running = true;
+  lifecycle.init_running = false;
+  lifecycle.restart_running = true;
   EXPECT_EQ(errors_of([] { EXPECT_EQ(wlan_reset(), -1); }),
             rev_error_prefix("wlan_reset") + "wlan_reset restart process is running !!!\n");
-  EXPECT_TRUE(modules_loaded);
+  EXPECT_TRUE(lifecycle.modules_loaded);
   EXPECT_EQ(interfaces(), all_interfaces());
 }
 
@@ -97,18 +99,18 @@ static std::string said_of_waiting_reset(std::atomic<bool>* kind) {
 }
 
 TEST(Reset, DoesNotWaitOutAnInitOrARestartThatBegins) {
-  modules_loaded = true;
-  EXPECT_EQ(said_of_waiting_reset(&init_running),
+  lifecycle.modules_loaded = true;
+  EXPECT_EQ(said_of_waiting_reset(&lifecycle.init_running),
             rev_error_prefix("wlan_reset") + "wlan_reset init process is running !!!\n");
-  EXPECT_EQ(said_of_waiting_reset(&restart_running),
+  EXPECT_EQ(said_of_waiting_reset(&lifecycle.restart_running),
             rev_error_prefix("wlan_reset") + "wlan_reset restart process is running !!!\n");
-  EXPECT_TRUE(modules_loaded);
+  EXPECT_TRUE(lifecycle.modules_loaded);
   // A refused one has not kept the turn.
   note_commands();
   begin_turn();
   end_turn();
   EXPECT_EQ(wlan_reset(), 0);
-  EXPECT_FALSE(modules_loaded);
+  EXPECT_FALSE(lifecycle.modules_loaded);
 }
 
 TEST(Handlers, RestartOfNoRadioIsReportedAndQueuesNothing) {

@@ -17,7 +17,7 @@ static void load_without_modules(std::string* output, std::string* errors) {
   run("rm -f /lib/modules/wifi/*.ko");
   note_commands();
   *errors = errors_of([&] { *output = output_of([] { EXPECT_EQ(wifi_load(), 1); }); });
-  EXPECT_TRUE(modules_loaded);
+  EXPECT_TRUE(lifecycle.modules_loaded);
 }
 
 static const std::string kMissing =

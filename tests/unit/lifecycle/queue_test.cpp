@@ -14,6 +14,7 @@
 
 #include "lifecycle/handlers.h"
 #include "lifecycle/lifecycle_support.h"
+#include "lifecycle/routines.h"
 #include "lifecycle/state.h"
 #include "lifecycle/turn.h"
 #include "unit_support.h"
@@ -38,7 +39,7 @@ extern "C" int nanosleep(const timespec* time, timespec* left) {
 static void begin() {
   sem_init(&seconds_opened, 0, 0);
   seconds_by_hand = true;
-  modules_loaded = true;
+  lifecycle.modules_loaded = true;
   note_commands("0\n");
   switch_console_on();
   catch_stream(1);
@@ -172,7 +173,7 @@ TEST(Queue, RestartWithoutRadiosOrNameDoesNothing) {
   bool done = wait_for_traces("de-queue'd");
   const uint8_t mask = kMask5;
   wlan_queueLifecycleRequest(restart_handler_func, &mask, "a name of 16 chrand more",
-                             &restart_running);
+                             &lifecycle.restart_running);
   let_a_second_pass();
   done = done && wait_for_traces("de-queue'd", 2);
   const std::string traces = caught_stream(1);
@@ -205,7 +206,7 @@ TEST(Queue, ResetWaitsForALoadThatRuns) {
   EXPECT_TRUE(in_order(traces, {"wlan loaded.\n", "wlan_reset\033[0m resetting wifi!!!\n",
                                 "wlan_reset\033[0m reset wifi done !!!\n"}))
       << traces;
-  EXPECT_FALSE(modules_loaded);
+  EXPECT_FALSE(lifecycle.modules_loaded);
 }
 
 // Lets the worker's next second pass and waits for the end of the request.

@@ -10,6 +10,7 @@
 #include "lifecycle/state.h"
 #include "support/gateway.h"
 #include "unit_support.h"
+#include "wlan/driver_gate.h"
 
 TEST(Sequences, WithoutModulesAllSaySoAndDoNothing) {
   note_commands();
@@ -26,7 +27,7 @@ TEST(Sequences, WithoutModulesAllSaySoAndDoNothing) {
 }
 
 static void start_with_controller() {
-  modules_loaded = true;
+  lifecycle.modules_loaded = true;
   // As after an earlier init.
   drivers_inited = 1;
   write_file("/nvram/hnc_enable", "");
@@ -68,7 +69,7 @@ TEST(Sequences, RestartMakesItsMarkerWhereALinkLeadsElsewhere) {
 
 // The message on standard error and in the log.
 static void expect_no_controller(const char* name, int (*sequence)()) {
-  modules_loaded = true;
+  lifecycle.modules_loaded = true;
   unlink("/tmp/auto_debug/dbg_rpc.log");
   const std::string text = std::string(name) + " HNC Process is not running \n";
   EXPECT_EQ(errors_of([=] { sequence(); }), rpc_error_prefix(name) + text);
@@ -87,7 +88,7 @@ TEST(Sequences, MissingControllerIsReportedByEachAndStopsNone) {
 TEST(Sequences, SayWhatTheyDo) {
   pretend_mt7615();
   note_commands("0\n");
-  modules_loaded = true;
+  lifecycle.modules_loaded = true;
   switch_console_on();
   const std::string output = output_of([] {
     wifi_init();

@@ -1,4 +1,5 @@
 #include "lifecycle/turn.h"
+#include "lifecycle/state.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -27,7 +28,7 @@ static void expect_passed_on(Function take) {
   end_turn();
   EXPECT_TRUE(wait_until([&] { return taken.load(); })) << "it was not passed on";
   // Wakes one that was not, so that the test ends.
-  set_running(&load_running, false);
+  set_running(&lifecycle.load_running, false);
   other.join();
 }
 

@@ -102,13 +102,13 @@ const std::vector<table_row>& table_rows() {
   return rows;
 }
 
-static std::string number_text(uint32_t number) {
+static std::string text_of_number(uint32_t number) {
   char text[16];
   snprintf(text, sizeof text, number < 0x01000000 ? "%u" : "0x%08X", number);
   return text;
 }
 
 std::string snapshot_line(const table_row& row) {
-  return number_text(row.number) + " " + row.name + " " + row.argument + "(" + row.members + ") " +
-         row.payload + (row.payload == "TEXT" ? "" : " " + std::to_string(row.size));
+  return text_of_number(row.number) + " " + row.name + " " + row.argument + "(" + row.members +
+         ") " + row.payload + (row.payload == "TEXT" ? "" : " " + std::to_string(row.size));
 }

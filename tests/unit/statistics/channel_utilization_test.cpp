@@ -6,11 +6,11 @@
 
 #include <cerrno>
 
-#include "lifecycle/state.h"
 #include "lying_driver.h"
 #include "steer/steer_support.h"
 #include "support/gateway.h"
 #include "unit_support.h"
+#include "wlan/driver_gate.h"
 
 static bool driver_was_told(const std::string& interface, const std::string& text) {
   for (const std::string& request : driver_requests()) {

@@ -5,11 +5,11 @@
 
 #include <climits>
 
-#include "lifecycle/state.h"
 #include "lying_driver.h"
 #include "steer/steer_support.h"
 #include "support/gateway.h"
 #include "unit_support.h"
+#include "wlan/driver_gate.h"
 
 TEST(BtmCapable, IsWhatTheDriverSays) {
   drivers_inited = 1;

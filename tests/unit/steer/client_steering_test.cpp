@@ -7,10 +7,10 @@
 #include <climits>
 
 #include "lifecycle/lifecycle_support.h"
-#include "lifecycle/state.h"
 #include "steer/steer_support.h"
 #include "support/gateway.h"
 #include "unit_support.h"
+#include "wlan/driver_gate.h"
 
 static const std::string kError = rev_error_prefix("wlan_setHncSteerStaType");
 

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "lifecycle/state.h"
 #include "unit_support.h"
+#include "wlan/driver_gate.h"
 
 void bring_radios_up() {
   EXPECT_EQ(run("ip link set ra0 up; ip link set ra8 up"), "");

@@ -38,3 +38,8 @@ struct btm_list {
   btm_station stations[kBtmListMax];
 };
 static_assert(sizeof(btm_list) == 2436);
+
+// Fills a zeroed list with the stations of a BSS. 0, also without the BSS's service, when
+// the list stays empty; -1 when the driver refuses a table or a station's capability,
+// when the count stays 0. All are reported.
+int list_btm_stations(int index, btm_list* list);

@@ -1,11 +1,12 @@
+#include "steer/btm_list.h"
+
 #include <cstdio>
 #include <cstring>
 
 #include "diag/trace.h"
-#include "rpc/btm_list.h"
-#include "rpc/handlers.h"
-#include "rpc/reply.h"
 #include "statistics/byte_counters.h"
+#include "steer/driver_records.h"
+#include "steer/mac_text.h"
 #include "sys/board.h"
 #include "sys/wext.h"
 #include "wlan/bss_service.h"
@@ -15,6 +16,7 @@
 // The list of a BSS's stations: what the driver's tables say of each, its rates
 // and, on the chip that tells, whether it knows BSS transition management.
 
+// Messages name the handler: kept on purpose.
 static constexpr char kHandler[] = "wlan_get_btm_associated_device_1_svc";
 
 // All that the driver and the profile say of a BSS.
@@ -32,8 +34,7 @@ struct mac_text {
 
 static mac_text text_of(const uint8_t (&mac)[6]) {
   mac_text out;
-  snprintf(out.text, sizeof out.text, "%02x:%02x:%02x:%02x:%02x:%02x", mac[0], mac[1], mac[2],
-           mac[3], mac[4], mac[5]);
+  snprintf(out.text, sizeof out.text, MAC_FORMAT, MAC_BYTES(mac));
   return out;
 }
 
@@ -148,7 +149,7 @@ static int fill_list(const bss_facts& bss, btm_list* list) {
   return 0;
 }
 
-static int list_stations(int index, btm_list* list) {
+int list_btm_stations(int index, btm_list* list) {
   bss_facts bss = {};
   bss.index = index;
   if (wlan_getAssocDevicesTable_2(index, &bss.stations) == -1) {
@@ -169,14 +170,4 @@ static int list_stations(int index, btm_list* list) {
   bss.backhaul = service == kBackhaulService && index != kRadio24 && index != kRadio5;
   bss.mt7615 = hasMTK7615() != 0;
   return fill_list(bss, list);
-}
-
-int wlan_get_btm_associated_device_1_svc(int index, wlan_config_result_data_t* result, svc_req*) {
-  RPC_TRACE(" WLAN RPC server : [index %d]\n", index);
-  value_of<row_wlan_get_btm_associated_device> list = {};
-  result->return_code = list_stations(index, &list);
-  pack_image(&list, sizeof list, result);
-  RPC_TRACE(" WLAN RPC server : result->return_data.return_data_len = %u \n",
-            result->return_data.return_data_len);
-  return 1;
 }
