@@ -5,20 +5,20 @@
 #include <string>
 #include <vector>
 
-#include "args.h"
-#include "arguments.h"
-#include "json.h"
-#include "lookup.h"
-#include "payload.h"
-#include "redact.h"
-#include "reply.h"
-#include "rpc.h"
-#include "schema.h"
-#include "show.h"
+#include "base/text.h"
+#include "commands/options.h"
+#include "show/json.h"
+#include "show/record.h"
+#include "show/schema.h"
 #include "support/check.h"
 #include "support/input.h"
 #include "support/schema_check.h"
-#include "text.h"
+#include "values/arguments.h"
+#include "values/payload.h"
+#include "values/redact.h"
+#include "wire/lookup.h"
+#include "wire/reply.h"
+#include "wire/rpc.h"
 
 // What wificonf makes of bytes that it does not trust: replies, their payloads,
 // words of the command line, texts. A byte for what they are taken as, two for the

@@ -3,11 +3,11 @@
 #include <string>
 #include <vector>
 
-#include "arguments.h"
-#include "lookup.h"
-#include "meanings.h"
 #include "support/seeds.h"
-#include "table.h"
+#include "values/arguments.h"
+#include "values/meanings.h"
+#include "wire/lookup.h"
+#include "wire/table.h"
 
 // make_seeds DIRECTORY: writes inputs from which new corpora are grown, those of a
 // target in a directory of its name. The dispatcher's are one at least for each

@@ -7,7 +7,7 @@
 #include <cstring>
 
 #include "base/report.h"
-#include "client/text.h"
+#include "client/base/text.h"
 
 // Appends the text as a JSON string; returns false when bytes had to be replaced.
 static bool append_string(std::string& line, const std::string& text) {

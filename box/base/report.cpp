@@ -9,7 +9,7 @@
 
 #include <string>
 
-#include "client/text.h"
+#include "client/base/text.h"
 
 static constexpr size_t kIndent = 7;  // the width of "gwbox: "
 

@@ -1,7 +1,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "client/text.h"
+#include "client/base/text.h"
 #include "companions/companion.h"
 #include "companions/programs.h"
 

@@ -1,7 +1,7 @@
 #include "control/command_line.h"
 
 #include "base/report.h"
-#include "client/text.h"
+#include "client/base/text.h"
 #include "control/command_line_parts.h"
 #include "scenario/document.h"
 

@@ -1,6 +1,6 @@
 // What the command line consists of, and its help.
 #include "base/board.h"
-#include "client/text.h"
+#include "client/base/text.h"
 #include "control/command_line_parts.h"
 #include "control/complete.h"
 #include "control/connection.h"

@@ -6,7 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "base/report.h"
-#include "client/text.h"
+#include "client/base/text.h"
 #include "control/ask.h"
 #include "trap/faults.h"
 

@@ -15,7 +15,7 @@
 
 #include "base/files.h"
 #include "base/report.h"
-#include "client/text.h"
+#include "client/base/text.h"
 #include "control/connection.h"
 
 static constexpr size_t kNameMaxSize = 64;

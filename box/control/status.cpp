@@ -9,7 +9,7 @@
 #include <nlohmann/json.hpp>
 
 #include "base/files.h"
-#include "client/text.h"
+#include "client/base/text.h"
 #include "driver/parts.h"
 #include "host/interfaces.h"
 

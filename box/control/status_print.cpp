@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
-#include "client/text.h"
+#include "client/base/text.h"
 #include "control/ask.h"
 #include "control/status.h"
 

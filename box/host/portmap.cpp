@@ -19,7 +19,7 @@
 
 #include "base/files.h"
 #include "base/report.h"
-#include "client/text.h"
+#include "client/base/text.h"
 #include "host/payload.h"
 #include "host/sandbox.h"
 

@@ -1,5 +1,5 @@
 // `gwbox set`: changes to a scenario in force, word by word.
-#include "client/text.h"
+#include "client/base/text.h"
 #include "scenario/parts.h"
 
 static std::vector<std::string> split(const std::string& text, char at) {

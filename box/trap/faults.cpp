@@ -8,7 +8,7 @@
 #include <algorithm>
 
 #include "base/board.h"
-#include "client/text.h"
+#include "client/base/text.h"
 #include "trap/requests.h"
 
 static constexpr const char* kHowForms =

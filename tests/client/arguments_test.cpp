@@ -1,9 +1,9 @@
-#include "arguments.h"
+#include "values/arguments.h"
 
 #include <gtest/gtest.h>
 
-#include "lookup.h"
-#include "text.h"
+#include "base/text.h"
+#include "wire/lookup.h"
 
 namespace {
 

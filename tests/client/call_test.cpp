@@ -1,4 +1,4 @@
-#include "call.h"
+#include "wire/call.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "columns.h"
+#include "show/columns.h"
 
 #include <gtest/gtest.h>
 #include <sched.h>

@@ -1,4 +1,4 @@
-#include "completion.h"
+#include "commands/completion.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include <cstdio>
 #include <string>
 
-#include "lookup.h"
+#include "wire/lookup.h"
 
 namespace {
 

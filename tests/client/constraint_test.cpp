@@ -1,4 +1,4 @@
-#include "constraint.h"
+#include "values/constraint.h"
 
 #include <gtest/gtest.h>
 
@@ -8,10 +8,10 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
-#include "arguments.h"
-#include "lookup.h"
-#include "meanings.h"
-#include "schema.h"
+#include "show/schema.h"
+#include "values/arguments.h"
+#include "values/meanings.h"
+#include "wire/lookup.h"
 
 namespace {
 

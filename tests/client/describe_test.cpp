@@ -1,4 +1,4 @@
-#include "describe.h"
+#include "show/describe.h"
 
 #include <gtest/gtest.h>
 
@@ -6,11 +6,11 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "arguments.h"
-#include "json.h"
-#include "list.h"
-#include "lookup.h"
-#include "meanings.h"
+#include "commands/list.h"
+#include "show/json.h"
+#include "values/arguments.h"
+#include "values/meanings.h"
+#include "wire/lookup.h"
 
 namespace {
 
@@ -31,7 +31,8 @@ TEST(Describe, EveryArgumentHasAMeaningAndAnAcceptedExample) {
     std::vector<std::string> examples;
     for (const argument_spec& argument : table_arguments(procedure)) {
       const meaning_entry* meaning = meanings_find(procedure, argument.name);
-      ASSERT_NE(meaning, nullptr) << procedure.name << ": client/meanings.cpp has to say what "
+      ASSERT_NE(meaning, nullptr) << procedure.name
+                                  << ": client/values/meanings.cpp has to say what "
                                   << argument.name << " means";
       EXPECT_GT(meanings_text(procedure, argument).size(), 5u)
           << procedure.name << ": " << argument.name;
@@ -42,7 +43,8 @@ TEST(Describe, EveryArgumentHasAMeaningAndAnAcceptedExample) {
     std::string error;
     EXPECT_TRUE(arguments_encode(procedure, examples, bytes, error) &&
                 arguments_check(procedure, examples, error))
-        << procedure.name << ": client/meanings.cpp has an example that it refuses: " << error;
+        << procedure.name
+        << ": client/values/meanings.cpp has an example that it refuses: " << error;
   }
 }
 
@@ -142,7 +144,7 @@ TEST(Describe, EveryWordOfARecordHasAName) {
     for (const payload_field& field : layout->fields)
       named += payload_width(field);
     EXPECT_EQ(named, procedure.size)
-        << procedure.name << ": client/layouts.cpp has to name every word of it";
+        << procedure.name << ": client/values/layouts.cpp has to name every word of it";
   }
 }
 

@@ -1,13 +1,13 @@
 // What "wificonf dump" calls.
-#include "dump.h"
+#include "commands/dump.h"
 
 #include <gtest/gtest.h>
 
 #include <map>
 
 #include "fake_daemon.h"
-#include "lookup.h"
 #include "run_support.h"
+#include "wire/lookup.h"
 
 namespace {
 

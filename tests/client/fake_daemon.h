@@ -7,7 +7,7 @@
 #include <thread>
 #include <vector>
 
-#include "wire.h"
+#include "wire/xdr.h"
 
 struct Datagram {
   byte_string bytes;

@@ -5,13 +5,13 @@
 
 #include <type_traits>
 
-#include "arguments.h"
-#include "lookup.h"
-#include "meanings.h"
-#include "reply.h"
+#include "base/text.h"
 #include "rpc/column_types.h"
 #include "rpc/row_argument.h"
-#include "text.h"
+#include "values/arguments.h"
+#include "values/meanings.h"
+#include "wire/lookup.h"
+#include "wire/reply.h"
 
 namespace {
 
@@ -61,7 +61,7 @@ TEST(Filters, EveryProceduresArgumentsAreWhatItsFilterReads) {
     std::vector<std::string> given;
     for (const argument_spec& argument : table_arguments(procedure)) {
       const meaning_entry* meaning = meanings_find(procedure, argument.name);
-      ASSERT_NE(meaning, nullptr) << row.name << ": client/meanings.cpp has to say what "
+      ASSERT_NE(meaning, nullptr) << row.name << ": client/values/meanings.cpp has to say what "
                                   << argument.name << " means";
       given.push_back(meaning->example);
     }

@@ -4,9 +4,9 @@
 
 #include <nlohmann/json.hpp>
 
-#include "json.h"
-#include "lookup.h"
-#include "show.h"
+#include "show/json.h"
+#include "show/record.h"
+#include "wire/lookup.h"
 
 namespace {
 

@@ -1,15 +1,15 @@
-#include "list.h"
+#include "commands/list.h"
 
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
 
-#include "describe.h"
-#include "json.h"
-#include "lookup.h"
+#include "base/text.h"
 #include "run_support.h"
-#include "text.h"
-#include "topic.h"
+#include "show/describe.h"
+#include "show/json.h"
+#include "wire/lookup.h"
+#include "wire/topic.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
-#include "lookup.h"
+#include "wire/lookup.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
+#include "base/text.h"
 #include "support/snapshot.h"
-#include "text.h"
 
 namespace {
 

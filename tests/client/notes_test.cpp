@@ -1,13 +1,13 @@
-#include "notes.h"
+#include "values/notes.h"
 
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
 #include <set>
 
-#include "describe.h"
-#include "json.h"
-#include "lookup.h"
+#include "show/describe.h"
+#include "show/json.h"
+#include "wire/lookup.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
-#include "payload.h"
+#include "values/payload.h"
 
 #include <gtest/gtest.h>
 
-#include "lookup.h"
+#include "wire/lookup.h"
 
 #include <set>
 
@@ -29,7 +29,8 @@ TEST(Payload, EveryRecordOfTheTableHasALayoutThatFits) {
   for (const procedure_row& procedure : table_procedures()) {
     const payload_layout* layout = payload_find(procedure);
     ASSERT_EQ(layout != nullptr, is_record(procedure))
-        << procedure.name << ": client/layouts.cpp has the layouts of records, and no others";
+        << procedure.name
+        << ": client/values/layouts.cpp has the layouts of records, and no others";
     if (layout == nullptr) continue;
     expect_fields_fit(layout->fields, procedure.size, procedure.name);
     if (layout->rows == nullptr) continue;
@@ -42,7 +43,8 @@ TEST(Payload, EveryRecordOfTheTableHasALayoutThatFits) {
 TEST(Payload, MeaningsOfValuesAreOfGettersOfOneValue) {
   for (const value_meaning& value : payload_values()) {
     const procedure_row* procedure = lookup_name(value.procedure);
-    ASSERT_NE(procedure, nullptr) << value.procedure << " of client/values.cpp is no procedure";
+    ASSERT_NE(procedure, nullptr) << value.procedure
+                                  << " of client/values/scalars.cpp is no procedure";
     const bool one =
         procedure->payload == payload_kind::INT || procedure->payload == payload_kind::TEXT;
     EXPECT_TRUE(one) << value.procedure;
@@ -93,7 +95,8 @@ TEST(Payload, EveryValueOfAnActiveGetterSaysWhatItHolds) {
       unsaid.append(" ").append(procedure.name);
   }
   EXPECT_EQ(unsaid, " WLAN_GET_AP_SCAN_RESULT.driver_data")
-      << "client/values.cpp says what a value holds, client/layouts.cpp what a field does";
+      << "client/values/scalars.cpp says what a value holds, client/values/layouts.cpp what a "
+         "field does";
 }
 
 TEST(Payload, NumbersAreLittleEndianAndSigned) {

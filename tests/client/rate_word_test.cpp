@@ -1,4 +1,4 @@
-#include "rate_word.h"
+#include "values/rate_word.h"
 
 #include <gtest/gtest.h>
 

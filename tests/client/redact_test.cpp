@@ -1,8 +1,8 @@
-#include "redact.h"
+#include "values/redact.h"
 
 #include <gtest/gtest.h>
 
-#include "lookup.h"
+#include "wire/lookup.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
-#include "reply.h"
+#include "wire/reply.h"
 
 #include <gtest/gtest.h>
 
-#include "lookup.h"
+#include "wire/lookup.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "rpc.h"
+#include "wire/rpc.h"
 
 #include <gtest/gtest.h>
 

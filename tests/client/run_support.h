@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "run.h"
-#include "wire.h"
+#include "commands/run.h"
+#include "wire/xdr.h"
 
 // The whole program, run within the test, and what it printed, sent and exited with.
 
@@ -15,7 +15,7 @@ struct Outcome {
   std::vector<byte_string> calls;
 };
 
-constexpr uint32_t kMinusOne = 0xffffffff;
+constexpr uint32_t kFailed = 0xffffffff;
 
 Outcome run_words(const std::vector<std::string>& words);
 

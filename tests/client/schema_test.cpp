@@ -1,4 +1,4 @@
-#include "schema.h"
+#include "show/schema.h"
 
 #include <gtest/gtest.h>
 
@@ -8,9 +8,9 @@
 #include <nlohmann/json.hpp>
 #include <random>
 
-#include "json.h"
-#include "lookup.h"
-#include "payload.h"
+#include "show/json.h"
+#include "values/payload.h"
+#include "wire/lookup.h"
 
 namespace {
 

@@ -9,8 +9,8 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include "base/moment.h"
 #include "fake_daemon.h"
-#include "moment.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "base/moment.h"
 #include "fake_daemon.h"
-#include "moment.h"
 #include "run_support.h"
 
 namespace {

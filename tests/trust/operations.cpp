@@ -7,14 +7,14 @@
 #include <cstdlib>
 #include <iterator>
 
-#include "arguments.h"
-#include "lookup.h"
-#include "meanings.h"
 #include "support/files.h"
 #include "support/lifecycle.h"
 #include "support/wire.h"
-#include "table.h"
 #include "trust/profile_form.h"
+#include "values/arguments.h"
+#include "values/meanings.h"
+#include "wire/lookup.h"
+#include "wire/table.h"
 
 static constexpr uint32_t kSetSsid = 22;
 

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "table.h"
+#include "wire/table.h"
 
 // The soak: clients call the real daemon at once and without a pause, a disturber
 // changes what is around it, and a watcher looks at the service child and at the

@@ -5,10 +5,10 @@
 #include <map>
 #include <mutex>
 
-#include "arguments.h"
-#include "meanings.h"
 #include "soak.h"
 #include "support/wire.h"
+#include "values/arguments.h"
+#include "values/meanings.h"
 
 // Calls of every procedure, right ones and wrong ones, made once and drawn from.
 

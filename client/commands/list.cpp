@@ -1,0 +1,95 @@
+#include "commands/list.h"
+
+#include "base/text.h"
+#include "show/describe.h"
+#include "show/json.h"
+#include "wire/lookup.h"
+#include "wire/topic.h"
+
+namespace {
+
+using procedures = std::vector<const procedure_row*>;
+
+constexpr char kUsage[] =
+    "list takes [--active] [--topic TOPIC] and one PATTERN at most, which the shell must leave "
+    "alone; "
+    "or --topics";
+
+exit_status list_topics(const output_streams& streams, const client_options& options) {
+  print(streams, options.json ? json_topics() : describe_topics());
+  return kExitDone;
+}
+
+exit_status wrong_topic(const output_streams& streams, const std::string& word) {
+  std::string line = "no topic " + text_quote(word) + ";";
+  const std::vector<const char*> meant = topics_near(word);
+  if (meant.size() > 1) {
+    line = text_quote(word) + " is part of more than one topic:";
+    for (const char* topic : meant)
+      line += " " + topic_word(topic);
+    line += ";";
+  }
+  return fail(streams, kExitUsage, line + " 'wificonf list --topics' has all");
+}
+
+// Takes "--active" and "--topic TOPIC" off the front of the words; `wrong` is a topic
+// that is none.
+void take_options(std::vector<std::string>& words, list_choice& choice, std::string& wrong) {
+  while (!words.empty()) {
+    if (words[0] == "--active") {
+      choice.active = true;
+      words.erase(words.begin());
+      continue;
+    }
+    if (words[0] != "--topic" || words.size() < 2) return;
+    const std::vector<const char*> meant = topics_near(words[1]);
+    if (meant.size() != 1) {
+      wrong = words[1];
+      return;
+    }
+    choice.topic = meant[0];
+    words.erase(words.begin(), words.begin() + 2);
+  }
+}
+
+exit_status list_procedures(const output_streams& streams, const client_options& options,
+                            const list_choice& choice) {
+  const procedures found = list_find(choice);
+  if (found.empty()) {
+    const std::string of = choice.topic == nullptr ? "" : " of " + topic_word(choice.topic);
+    const bool is_number = lookup_is_number(choice.pattern) && lookup_procedure(choice.pattern);
+    return fail(streams, kExitUsage,
+                "no name or summary of a procedure" + of + " has " + text_quote(choice.pattern) +
+                    (is_number ? "; 'wificonf describe " + std::string(choice.pattern) +
+                                     "' tells of that number"
+                               : "; 'wificonf list' has all"));
+  }
+  print(streams,
+        options.json ? json_list(found) : describe_list(found, terminal_width(streams.out)));
+  return kExitDone;
+}
+
+}  // namespace
+
+std::vector<const procedure_row*> list_find(const list_choice& choice) {
+  procedures found;
+  for (const procedure_row& procedure : table_procedures()) {
+    const bool about = (choice.topic == nullptr || topic_of(procedure) == choice.topic) &&
+                       !(choice.active && procedure.inert);
+    if (about && lookup_matches(procedure, choice.pattern)) found.push_back(&procedure);
+  }
+  return found;
+}
+
+exit_status run_list(const output_streams& streams, const client_options& options) {
+  std::vector<std::string> words(options.words.begin() + 1, options.words.end());
+  if (words == std::vector<std::string>{"--topics"}) return list_topics(streams, options);
+  list_choice choice;
+  std::string wrong;
+  take_options(words, choice, wrong);
+  if (!wrong.empty()) return wrong_topic(streams, wrong);
+  const bool is_option = !words.empty() && words[0].starts_with("--");
+  if (words.size() > 1 || is_option) return fail(streams, kExitUsage, kUsage);
+  if (!words.empty()) choice.pattern = words[0];
+  return list_procedures(streams, options, choice);
+}

@@ -1,0 +1,17 @@
+// The options of "wificonf top".
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "commands/repeat.h"
+#include "commands/top_sample.h"
+
+struct top_settings {
+  repeat_settings repeat;
+  top_choice choice;
+};
+
+// From the words behind the command; without them every BSS, the busiest first. False:
+// `error` is one line.
+bool top_settings_read(std::vector<std::string> words, top_settings& settings, std::string& error);

@@ -1,0 +1,50 @@
+// What "wificonf top" shows: the stations of the BSSs at one time.
+#pragma once
+
+#include <span>
+#include <string>
+#include <vector>
+
+#include "commands/session.h"
+#include "values/payload.h"
+
+inline constexpr int kTopBssMax = 16;
+
+struct top_station {
+  int bss;             // 1 to 16
+  std::string record;  // its row of the answer
+  double taken;        // when the answer came, of moment_now()
+  // Bytes per second since the sample before; negative: not known.
+  double sent_rate, received_rate;
+};
+
+struct top_order {
+  const char* name;
+  double (*value)(const top_station& station);  // the highest is first
+};
+
+struct top_choice {
+  std::vector<int> bsses;  // that are asked
+  const top_order* order;
+};
+
+struct top_sample {
+  std::vector<top_station> stations;
+  double taken = 0;  // when it was complete; 0: never
+  std::string stamp;
+  session_failure failure;  // why it is not complete, or has no BSS that is up
+};
+
+// "busy", the first, "bss", "rssi", ...
+std::span<const top_order> top_orders();
+
+// The row of a station in the answer of the procedure that is asked.
+std::span<const payload_field> top_fields();
+const payload_field& top_field(const char* name);
+
+// Asks one BSS after the other; `*asking` is the one. Rates are those since `before`.
+top_sample top_take(const client_options& options, const top_choice& choice,
+                    const top_sample& before, const call_idle* idle, int* asking);
+
+// One object on one line.
+std::string top_json(const top_sample& sample);

@@ -1,0 +1,156 @@
+#include "wire/lookup.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+
+#include "base/text.h"
+
+namespace {
+
+constexpr const char* kCommands[] = {"ping", "list",  "describe", "schema",
+                                     "dump", "watch", "top",      "completion"};
+
+std::string fold(std::string_view name) {
+  std::string out = text_upper(name);
+  std::replace(out.begin(), out.end(), '-', '_');
+  return out;
+}
+
+// Smaller is nearer; SIZE_MAX is not near. What lacks its prefix or its end is
+// near, whatever the number of edits.
+size_t nearness(std::string_view wanted, std::string_view candidate) {
+  size_t edits = lookup_distance(wanted, candidate);
+  size_t prefix = candidate.find('_') + 1;  // 0 for a command, which has none
+  std::string_view bare = candidate.substr(prefix);
+  if (prefix > 0) edits = std::min(edits, lookup_distance(wanted, bare) + 1);
+  size_t allowed = wanted.size() < 6 ? 2 : 3;
+  if (edits <= allowed) return edits;
+  bool begins = candidate.starts_with(wanted) || bare.starts_with(wanted);
+  return wanted.size() >= 4 && begins ? allowed + candidate.size() : SIZE_MAX;
+}
+
+bool glob(std::string_view pattern, std::string_view text) {
+  size_t p = 0, t = 0;
+  size_t star = std::string_view::npos, resume = 0;
+  while (t < text.size()) {
+    if (p < pattern.size() && pattern[p] == '*') {
+      star = p++;
+      resume = t;
+    } else if (p < pattern.size() && (pattern[p] == '?' || pattern[p] == text[t])) {
+      p++;
+      t++;
+    } else if (star != std::string_view::npos) {
+      p = star + 1;  // let the star take one more character
+      t = ++resume;
+    } else {
+      return false;
+    }
+  }
+  while (p < pattern.size() && pattern[p] == '*')
+    p++;
+  return p == pattern.size();
+}
+
+}  // namespace
+
+size_t lookup_distance(std::string_view a, std::string_view b) {
+  std::vector<size_t> row(b.size() + 1);
+  for (size_t j = 0; j <= b.size(); j++)
+    row[j] = j;
+  for (size_t i = 1; i <= a.size(); i++) {
+    size_t diagonal = row[0];
+    row[0] = i;
+    for (size_t j = 1; j <= b.size(); j++) {
+      size_t replaced = diagonal + (a[i - 1] == b[j - 1] ? 0 : 1);
+      diagonal = row[j];
+      row[j] = std::min({row[j] + 1, row[j - 1] + 1, replaced});
+    }
+  }
+  return row[b.size()];
+}
+
+const procedure_row* lookup_name(std::string_view name) {
+  std::string folded = fold(name);
+  for (const procedure_row& procedure : table_procedures())
+    if (folded == procedure.name) return &procedure;
+  return nullptr;
+}
+
+const procedure_row* lookup_number(uint32_t number) {
+  for (const procedure_row& procedure : table_procedures())
+    if (procedure.number == number) return &procedure;
+  return nullptr;
+}
+
+const procedure_row* lookup_procedure(std::string_view text) {
+  uint32_t number = 0;
+  if (lookup_parse_number(text, &number)) return lookup_number(number);
+  return lookup_name(text);
+}
+
+bool lookup_is_number(std::string_view text) {
+  return !text.empty() && text[0] >= '0' && text[0] <= '9';
+}
+
+bool lookup_parse_number(std::string_view text, uint32_t* number) {
+  if (!lookup_is_number(text)) return false;
+  std::string digits(text);
+  int base = digits.starts_with("0x") || digits.starts_with("0X") ? 16 : 10;
+  char* end = nullptr;
+  errno = 0;
+  unsigned long long value = strtoull(digits.c_str(), &end, base);
+  if (errno != 0 || end != digits.c_str() + digits.size() || value > UINT32_MAX) return false;
+  *number = static_cast<uint32_t>(value);
+  return true;
+}
+
+std::vector<std::string> lookup_near(std::string_view name, bool with_commands) {
+  struct Candidate {
+    size_t nearness;
+    bool inert;
+    std::string name;
+  };
+  std::string wanted = fold(name);
+  std::vector<Candidate> found;
+  for (const char* command : kCommands) {
+    if (with_commands) found.push_back({nearness(wanted, text_upper(command)), false, command});
+  }
+  for (const procedure_row& procedure : table_procedures())
+    found.push_back(
+        {nearness(wanted, procedure.name), procedure.inert, text_lower(procedure.name)});
+  std::erase_if(found, [](const Candidate& c) { return c.nearness == SIZE_MAX; });
+  std::stable_sort(found.begin(), found.end(), [](const Candidate& a, const Candidate& b) {
+    return std::pair(a.nearness, a.inert) < std::pair(b.nearness, b.inert);
+  });
+  found.resize(std::min(found.size(), size_t{3}));
+  // What does something is the better advice, though it is farther away.
+  std::stable_partition(found.begin(), found.end(), [](const Candidate& c) { return !c.inert; });
+  std::vector<std::string> names(found.size());
+  std::ranges::transform(found, names.begin(), &Candidate::name);
+  return names;
+}
+
+bool lookup_matches(const procedure_row& procedure, std::string_view pattern) {
+  std::string name_pattern = fold(pattern);
+  std::string summary_pattern = text_upper(pattern);
+  std::string summary = text_upper(procedure.summary);
+  return glob("*" + name_pattern + "*", procedure.name) ||
+         glob("*" + summary_pattern + "*", summary);
+}
+
+std::span<const char* const> lookup_commands() {
+  return kCommands;
+}
+
+bool lookup_is_command(std::string_view word) {
+  return std::find(std::begin(kCommands), std::end(kCommands), word) != std::end(kCommands);
+}
+
+std::string lookup_display_name(const procedure_row& procedure) {
+  return text_lower(procedure.name);
+}
+
+std::string lookup_display_number(uint32_t number) {
+  return text_format(number < 0x1000 ? "%u" : "0x%08X", number);
+}

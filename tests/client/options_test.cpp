@@ -1,0 +1,128 @@
+#include "commands/options.h"
+
+#include <gtest/gtest.h>
+
+#include "commands/help.h"
+#include "wire/lookup.h"
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+struct Case {
+  Words arguments;
+  Words words;
+  double timeout;
+  unsigned port;
+  bool json;
+};
+
+TEST(Args, OptionsComeFirstAndTheRestIsVerbatim) {
+  const Case cases[] = {
+      {{"ping"}, {"ping"}, 10, 60001, false},
+      {{"--timeout", "0.25", "ping"}, {"ping"}, 0.25, 60001, false},
+      {{"--timeout=3", "--port=7", "--json", "list", "x"}, {"list", "x"}, 3, 7, true},
+      {{"wlan_set_x", "3", "-5"}, {"wlan_set_x", "3", "-5"}, 10, 60001, false},
+      {{"wlan_set_x", "--json", "-h"}, {"wlan_set_x", "--json", "-h"}, 10, 60001, false},
+      {{"--json", "wlan_set_x", "--timeout", "1"},
+       {"wlan_set_x", "--timeout", "1"},
+       10,
+       60001,
+       true},
+      {{"wlan_set_x", "", "--", "++", "a=b", "[1]", "{x}"},
+       {"wlan_set_x", "", "--", "++", "a=b", "[1]", "{x}"},
+       10,
+       60001,
+       false},
+      {{"21"}, {"21"}, 10, 60001, false},
+      {{"--json", "--", "wlan_set_x", "--", "-h"}, {"wlan_set_x", "--", "-h"}, 10, 60001, true},
+  };
+  for (const Case& c : cases) {
+    client_options options;
+    std::string error;
+    ASSERT_EQ(args_parse(c.arguments, options, error), args_outcome::kRun) << error;
+    EXPECT_EQ(options.words, c.words);
+    EXPECT_EQ(options.timeout, c.timeout);
+    EXPECT_EQ(options.port, c.port);
+    EXPECT_EQ(options.json, c.json);
+  }
+}
+
+TEST(Args, WrongOptionsLeaveThatJsonIsWanted) {
+  for (const Words& words : {Words{"--bogus", "--json", "ping"}, Words{"--port", "x", "--json"},
+                             Words{"--json", "--bogus"}, Words{"--json"}}) {
+    client_options options;
+    std::string error;
+    EXPECT_EQ(args_parse(words, options, error), args_outcome::kError);
+    EXPECT_TRUE(options.json) << error;
+  }
+}
+
+TEST(Args, DefaultsAreTheDaemonsAddress) {
+  client_options options;
+  std::string error;
+  ASSERT_EQ(args_parse({"ping"}, options, error), args_outcome::kRun);
+  EXPECT_EQ(options.host, "192.168.254.254");
+  EXPECT_EQ(options.port, 60001);
+  EXPECT_EQ(options.timeout, 10);
+  ASSERT_EQ(args_parse({"--host", "gateway.lan", "ping"}, options, error), args_outcome::kRun);
+  EXPECT_EQ(options.host, "gateway.lan");
+}
+
+TEST(Args, WrongOptionsAreRefusedInOneLine) {
+  const struct {
+    Words arguments;
+    const char* named;
+  } cases[] = {
+      {{}, "no procedure"},
+      {{"--json"}, "no procedure"},
+      {{"--jsn", "ping"}, "--jsn"},
+      {{"-x", "ping"}, "-x"},
+      {{"--timeout", "0", "ping"}, "--timeout"},
+      {{"--timeout", "-1", "ping"}, "--timeout"},
+      {{"--timeout", "nan", "ping"}, "--timeout"},
+      {{"--timeout", "inf", "ping"}, "--timeout"},
+      {{"--timeout", "ten", "ping"}, "ten"},
+      {{"--timeout", "1s", "ping"}, "1s"},
+      {{"--timeout"}, "--timeout"},
+      {{"--port", "0", "ping"}, "--port"},
+      {{"--port", "65536", "ping"}, "65536"},
+      {{"--port", "-1", "ping"}, "-1"},
+      {{"--port", "http", "ping"}, "http"},
+      {{"--host", "", "ping"}, "--host"},
+      {{"--timeout", "\x1b[31m", "ping"}, "\\x1b"},
+  };
+  for (const auto& c : cases) {
+    client_options options;
+    std::string error;
+    ASSERT_EQ(args_parse(c.arguments, options, error), args_outcome::kError) << c.named;
+    EXPECT_NE(error.find(c.named), std::string::npos) << error;
+    EXPECT_EQ(error.find_first_of("\n\x1b"), std::string::npos) << error;
+  }
+}
+
+TEST(Args, HelpAndVersion) {
+  client_options options;
+  std::string error;
+  EXPECT_EQ(args_parse({"--help"}, options, error), args_outcome::kHelp);
+  EXPECT_EQ(args_parse({"-h"}, options, error), args_outcome::kHelp);
+  EXPECT_EQ(args_parse({"--version"}, options, error), args_outcome::kVersion);
+  for (const char* option : {"--host", "--port", "--timeout", "--json", "--version", "--help"})
+    EXPECT_NE(help_text().find(option), std::string::npos) << option;
+}
+
+TEST(Help, FitsIntoEightyColumnsAndHasEveryCommand) {
+  std::string text = help_text();
+  for (const char* command : lookup_commands()) {
+    const std::string part = help_of(command);
+    EXPECT_TRUE(part.starts_with("usage: wificonf")) << command;
+    EXPECT_NE(part.find(std::string("\n  ") + command + " "), std::string::npos) << part;
+    text += part;
+  }
+  for (size_t at = 0; at < text.size(); at = text.find('\n', at) + 1)
+    EXPECT_LT(text.find('\n', at) - at, 80u) << text.substr(at, 90);
+  EXPECT_EQ(help_of("wlan_set_ssid"), "");
+  EXPECT_EQ(help_of(""), "");
+}
+
+}  // namespace
