@@ -19,6 +19,7 @@
 #include "wire/lookup.h"
 #include "wire/reply.h"
 #include "wire/rpc.h"
+#include "wire/search.h"
 
 // What wificonf makes of bytes that it does not trust: replies, their payloads,
 // words of the command line, texts. A byte for what they are taken as, two for the
@@ -194,17 +195,17 @@ static void take_words(const procedure_row& procedure, std::string_view bytes) {
 static void take_options(const procedure_row&, std::string_view bytes) {
   client_options options;
   std::string error;
-  switch (args_parse(words_of(bytes), options, error)) {
-    case args_outcome::kRun:
+  switch (options_parse(words_of(bytes), options, error)) {
+    case options_outcome::kRun:
       CHECK(error.empty() && !options.words.empty() && options.port != 0);
       CHECK(options.timeout >= 0.001 && options.timeout <= 86400);
       return;
-    case args_outcome::kError:
+    case options_outcome::kError:
       CHECK(!error.empty());
       check_line(error);
       return;
-    case args_outcome::kHelp:
-    case args_outcome::kVersion:
+    case options_outcome::kHelp:
+    case options_outcome::kVersion:
       return;
   }
 }
@@ -239,8 +240,8 @@ static void take_text(const procedure_row& procedure, std::string_view bytes) {
   CHECK(marked ? unescaped(for_json) == bytes : for_json == bytes);
   static_cast<void>(lookup_procedure(bytes));
   // Compared with every name, letter by letter: a short one will do.
-  static_cast<void>(lookup_near(bytes.substr(0, 8), true));
-  static_cast<void>(lookup_matches(procedure, bytes.substr(0, 64)));
+  static_cast<void>(lookup_near(bytes.substr(0, 8)));
+  static_cast<void>(search_matches(procedure, bytes.substr(0, 64)));
 }
 
 static void take_rpc(const procedure_row&, std::string_view bytes) {

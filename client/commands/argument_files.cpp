@@ -68,8 +68,8 @@ std::string replace(std::string& word, bool* input_read) {
 
 }  // namespace
 
-bool argument_texts(const procedure_row& procedure, std::vector<std::string>& given,
-                    std::string& error) {
+bool argument_files_read(const procedure_row& procedure, std::vector<std::string>& given,
+                         std::string& error) {
   const std::vector<argument_spec> arguments = table_arguments(procedure);
   if (given.size() != arguments.size()) return true;  // for who counts them to say
   bool input_read = false;

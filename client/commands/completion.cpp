@@ -1,43 +1,25 @@
 #include "commands/completion.h"
 
 #include <map>
+#include <sstream>
 
-#include "commands/top_sample.h"
+#include "base/text.h"
+#include "commands/session.h"
 #include "values/meanings.h"
 #include "wire/lookup.h"
 #include "wire/table.h"
-#include "wire/topic.h"
 
 namespace {
 
 constexpr char kOptions[] =
     "--host --port --timeout --json --raw --force --inert-ok --version --help";
 
+using command_rows = std::span<const command_row* const>;
+
 std::string names() {
   std::string out;
   for (const procedure_row& procedure : table_procedures())
     out += (out.empty() ? "" : " ") + lookup_display_name(procedure);
-  return out;
-}
-
-std::string commands() {
-  std::string out;
-  for (const char* command : lookup_commands())
-    out += (out.empty() ? "" : " ") + std::string(command);
-  return out;
-}
-
-std::string topic_words() {
-  std::string out;
-  for (const char* topic : topics())
-    out += (out.empty() ? "" : " ") + topic_word(topic);
-  return out;
-}
-
-std::string orders() {
-  std::string out;
-  for (const top_order& order : top_orders())
-    out += (out.empty() ? "" : " ") + std::string(order.name);
   return out;
 }
 
@@ -82,21 +64,92 @@ std::string argument_cases() {
   return out;
 }
 
+std::string names_of(command_rows commands) {
+  std::string out;
+  for (const command_row* command : commands)
+    out += (out.empty() ? "" : " ") + std::string(command->name);
+  return out;
+}
+
+std::string words_of(const command_offer& offer) {
+  return offer.list == nullptr ? offer.words : offer.list();
+}
+
+// "--bss" of top: "|top/--bss". Options of a command that calls a procedure may follow any word.
+std::string valued_options(command_rows commands) {
+  std::string out;
+  for (const command_row* command : commands) {
+    std::istringstream words(command->valued);
+    for (std::string word; words >> word;)
+      out += std::string("|") + (command->calls_procedure ? "*" : command->name) + "/" + word;
+  }
+  return out;
+}
+
+// What follows an option, or stands in a place of a command's own.
+std::string command_cases(command_rows commands, bool after_option) {
+  std::string out;
+  for (const command_row* command : commands) {
+    for (const command_offer& offer : command->offers) {
+      if (command->calls_procedure || (offer.at[0] == '-') != after_option) continue;
+      out += std::string("    ") + command->name + "/" + offer.at + ")" +
+             (offer.procedures ? " kind=names offers=\"$names " : " offers=\"") + words_of(offer) +
+             "\"; return ;;\n";
+    }
+  }
+  return out;
+}
+
+// A line for each command that calls a procedure: where the shell's variable of its name is set,
+// `condition` or else `offers` followed by the words that the command has in the place.
+std::string caller_lines(command_rows commands, std::string_view place, const char* condition,
+                         const char* offers) {
+  std::string out;
+  for (const command_row* command : commands) {
+    for (const command_offer& offer : command->offers) {
+      if (!command->calls_procedure || place != offer.at) continue;
+      out += std::string("  [ -z \"$") + command->name + "\" ] || " + condition + "offers=\"" +
+             offers + " " + words_of(offer) + "\"\n";
+    }
+  }
+  return out;
+}
+
+// Each such command's variable.
+std::string caller_variables(command_rows commands) {
+  std::string out;
+  for (const command_row* command : commands)
+    if (command->calls_procedure) out += text_format(" %s=''", command->name);
+  return out;
+}
+
+std::string caller_marks(command_rows commands) {
+  std::string out;
+  for (const command_row* command : commands)
+    if (command->calls_procedure)
+      out += text_format("      /%s) %s=yes ;;\n", command->name, command->name);
+  return out;
+}
+
 // What both shells run: from the words before the one to complete to `offers`, and
-// `kind`: names, where the client takes dashes and capitals, too, or values, which
+// `kind`: names, where the client takes dashes and capitals too, or values, which
 // have an order of their own. Options and what they take are passed over; where bash
 // takes "=" for a word of its own, so is that.
-std::string chooser() {
+std::string chooser(command_rows commands) {
   return "_wificonf_words() {\n"
-         "  local word procedure='' watch='' last='' place=0 skip=0\n"
+         "  local word procedure=''" +
+         caller_variables(commands) +
+         " last='' place=0 skip=0\n"
          "  offers='' kind=values\n"
          "  for word in \"$@\"; do\n"
          "    last=$word\n"
          "    if [ $skip = 1 ]; then [ \"$word\" = '=' ] || skip=0; continue; fi\n"
          "    case $procedure/$word in\n"
-         "      /--host|/--port|/--timeout|*/--every|*/--count|top/--bss) skip=1 ;;\n"
-         "      /-*) ;;\n"
-         "      /watch) watch=yes ;;\n"
+         "      /--host|/--port|/--timeout" +
+         valued_options(commands) +
+         ") skip=1 ;;\n"
+         "      /-*) ;;\n" +
+         caller_marks(commands) +
          "      /*) procedure=$word ;;\n"
          "      *) place=$((place + 1)) ;;\n"
          "    esac\n"
@@ -105,36 +158,21 @@ std::string chooser() {
          "  local names='" +
          names() +
          "'\n"
-         "  case $procedure/$last in\n"
-         "    top/--sort) offers='" +
-         orders() +
-         "'; return ;;\n"
-         "    list/--topic) offers='" +
-         topic_words() +
-         "'; return ;;\n"
-         "    list/--active) offers='--topic'; return ;;\n"
+         "  if [ -z \"$procedure\" ]; then\n"
+         "    kind=names\n"
+         "    offers=\"$names " +
+         names_of(commands) + " " + kOptions + "\"\n" + caller_lines(commands, "0", "", "$names") +
+         "    return\n"
+         "  fi\n"
+         "  case $procedure/$last in\n" +
+         command_cases(commands, true) +
          "  esac\n"
-         "  case $procedure/$place in\n"
-         "    /*) kind=names\n"
-         "      offers=\"$names --every --count --force\"\n"
-         "      [ -n \"$watch\" ] || offers=\"$names " +
-         commands() + " " + kOptions +
-         "\"\n"
-         "      return ;;\n"
-         "    describe/0|schema/1) kind=names offers=$names; return ;;\n"
-         "    schema/0) kind=names offers=\"$names error top --arguments\"; return ;;\n"
-         "    list/0) offers='--active --topic --topics'; return ;;\n"
-         "    dump/0) offers='--redact'; return ;;\n"
-         "    ping/0) offers='--wait'; return ;;\n"
-         "    completion/0) offers='bash zsh'; return ;;\n"
-         "    top/*) offers='--every --count --sort --bss'; return ;;\n"
+         "  case $procedure/$place in\n" +
+         command_cases(commands, false) +
          "  esac\n"
          "  case $place in\n" +
-         argument_cases() +
-         "  esac\n"
-         "  if [ -n \"$watch\" ] && { [ $place != 0 ] || [ -z \"$offers\" ]; }; then\n"
-         "    offers=\"$offers --every --count\"\n"
-         "  fi\n"
+         argument_cases() + "  esac\n" +
+         caller_lines(commands, "*", "{ [ $place = 0 ] && [ -n \"$offers\" ]; } || ", "$offers") +
          "}\n";
 }
 
@@ -172,8 +210,27 @@ constexpr char kZsh[] =
 
 }  // namespace
 
-std::string completion_script(const std::string& shell) {
-  if (shell == "bash") return "# bash completion for wificonf\n" + chooser() + kBash;
-  if (shell == "zsh") return "#compdef wificonf\n" + chooser() + kZsh;
+std::string completion_script(const std::string& shell, command_rows commands) {
+  if (shell == "bash") return "# bash completion for wificonf\n" + chooser(commands) + kBash;
+  if (shell == "zsh") return "#compdef wificonf\n" + chooser(commands) + kZsh;
   return "";
 }
+
+static exit_status run_completion(const output_streams& streams, const client_options& options) {
+  const std::string shell = options.words.size() == 2 ? options.words[1] : "";
+  const std::string script = completion_script(shell, options.commands);
+  if (script.empty()) return fail(streams, kExitUsage, "completion takes bash or zsh");
+  print(streams, script);
+  return kExitDone;
+}
+
+static constexpr const char* kUsages[] = {"completion bash|zsh"};
+static constexpr command_offer kOffers[] = {{"0", "bash zsh"}};
+
+const command_row kCompletionCommand = {
+    .name = "completion",
+    .usages = kUsages,
+    .meaning = "for the shell: source <(wificonf completion bash)",
+    .offers = kOffers,
+    .has_json = false,
+    .run = run_completion};

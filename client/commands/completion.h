@@ -1,8 +1,12 @@
-// Completion scripts: every word that they offer stands in them, so that a Tab
+// Completion scripts: they hold every word that they offer, so that a Tab
 // runs neither this program nor a call.
 #pragma once
 
+#include <span>
 #include <string>
 
+#include "commands/command.h"
+
 // For "bash" or "zsh"; "" for any other shell.
-std::string completion_script(const std::string& shell);
+std::string completion_script(const std::string& shell,
+                              std::span<const command_row* const> commands);

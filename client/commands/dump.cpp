@@ -4,15 +4,17 @@
 
 #include "base/moment.h"
 #include "base/text.h"
+#include "commands/command.h"
+#include "commands/session.h"
 #include "show/json.h"
 #include "values/redact.h"
+#include "values/stations.h"
 #include "wire/lookup.h"
 
 namespace {
 
 using ordered_json = nlohmann::ordered_json;
 
-constexpr uint32_t kBssMax = 16;
 constexpr uint32_t kRowMax = 32;
 constexpr uint32_t kRadios[] = {1, 9};
 
@@ -35,7 +37,7 @@ struct dump_call {
 bool ask(dump_state& state, ordered_json& place, const dump_call& call, int32_t* code) {
   prepared_call prepared = {call.procedure, {}};
   for (const uint32_t word : call.arguments)
-    wire_put_word(prepared.arguments, word);
+    xdr_put_word(prepared.arguments, word);
   decoded_reply reply;
   if (!session_ask(state.streams, state.options, prepared, reply, &state.status)) return false;
   *code = reply.code;
@@ -93,7 +95,7 @@ bool ask_everything(dump_state& state, ordered_json& dump) {
     answered =
         answered && ask_all(state, place, "radio", {radio}) && ask_stats(state, place, radio, 1);
   }
-  for (uint32_t bss = 1; bss <= kBssMax; bss++) {
+  for (uint32_t bss = 1; bss <= uint32_t{kBssMax}; bss++) {
     ordered_json& place = dump["bss"][std::to_string(bss)];
     answered = answered && ask_all(state, place, "bss", {bss}) && ask_stats(state, place, bss, 0);
   }
@@ -107,7 +109,11 @@ bool dump_is_safe(const procedure_row& procedure) {
   return !procedure.inert && procedure.effect == asking::kReads;
 }
 
-exit_status run_dump(const output_streams& streams, const client_options& options) {
+// Words: dump [--redact]. Calls every getter that reads without side effects,
+// for each radio, BSS and row. --redact keeps what the layouts say to be free,
+// gives addresses and names others, the same wherever they are, and counts in "left_out"
+// the values of which nothing says what they hold.
+static exit_status run_dump(const output_streams& streams, const client_options& options) {
   const bool redacted = options.words.size() == 2 && options.words[1] == "--redact";
   if (options.words.size() > 1 && !redacted)
     return fail(streams, kExitUsage, "dump takes --redact only");
@@ -118,3 +124,14 @@ exit_status run_dump(const output_streams& streams, const client_options& option
   print(streams, dump.dump(2, ' ', true, ordered_json::error_handler_t::replace) + "\n");
   return kExitDone;
 }
+
+static constexpr const char* kUsages[] = {"[OPTION...] dump [--redact]"};
+static constexpr command_offer kOffers[] = {{"0", "--redact"}};
+
+const command_row kDumpCommand = {.name = "dump",
+                                  .usages = kUsages,
+                                  .meaning =
+                                      "all that the gateway tells of itself, as JSON; --redact "
+                                      "leaves out secrets and gives addresses and names others",
+                                  .offers = kOffers,
+                                  .run = run_dump};

@@ -1,10 +1,12 @@
 // What --help prints, of the program and of each of its commands.
 #pragma once
 
+#include <span>
 #include <string>
-#include <string_view>
 
-std::string help_text();
+#include "commands/command.h"
 
-// Usage and meaning of one command; "" when there is no such command.
-std::string help_of(std::string_view command);
+std::string help_text(std::span<const command_row* const> commands);
+
+// Usage and meaning of one command.
+std::string help_of(const command_row& command);

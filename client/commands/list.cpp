@@ -1,19 +1,20 @@
-#include "commands/list.h"
-
+// "wificonf list": which procedures there are.
 #include "base/text.h"
+#include "commands/command.h"
+#include "commands/session.h"
 #include "show/describe.h"
 #include "show/json.h"
 #include "wire/lookup.h"
+#include "wire/search.h"
 #include "wire/topic.h"
 
 namespace {
 
 using procedures = std::vector<const procedure_row*>;
 
-constexpr char kUsage[] =
+constexpr char kTakes[] =
     "list takes [--active] [--topic TOPIC] and one PATTERN at most, which the shell must leave "
-    "alone; "
-    "or --topics";
+    "alone; or --topics";
 
 exit_status list_topics(const output_streams& streams, const client_options& options) {
   print(streams, options.json ? json_topics() : describe_topics());
@@ -34,7 +35,7 @@ exit_status wrong_topic(const output_streams& streams, const std::string& word) 
 
 // Takes "--active" and "--topic TOPIC" off the front of the words; `wrong` is a topic
 // that is none.
-void take_options(std::vector<std::string>& words, list_choice& choice, std::string& wrong) {
+void take_options(std::vector<std::string>& words, search_choice& choice, std::string& wrong) {
   while (!words.empty()) {
     if (words[0] == "--active") {
       choice.active = true;
@@ -53,8 +54,8 @@ void take_options(std::vector<std::string>& words, list_choice& choice, std::str
 }
 
 exit_status list_procedures(const output_streams& streams, const client_options& options,
-                            const list_choice& choice) {
-  const procedures found = list_find(choice);
+                            const search_choice& choice) {
+  const procedures found = search_procedures(choice);
   if (found.empty()) {
     const std::string of = choice.topic == nullptr ? "" : " of " + topic_word(choice.topic);
     const bool is_number = lookup_is_number(choice.pattern) && lookup_procedure(choice.pattern);
@@ -71,25 +72,38 @@ exit_status list_procedures(const output_streams& streams, const client_options&
 
 }  // namespace
 
-std::vector<const procedure_row*> list_find(const list_choice& choice) {
-  procedures found;
-  for (const procedure_row& procedure : table_procedures()) {
-    const bool about = (choice.topic == nullptr || topic_of(procedure) == choice.topic) &&
-                       !(choice.active && procedure.inert);
-    if (about && lookup_matches(procedure, choice.pattern)) found.push_back(&procedure);
-  }
-  return found;
-}
-
-exit_status run_list(const output_streams& streams, const client_options& options) {
+// Words: list [--active] [--topic TOPIC] [PATTERN], or list --topics.
+static exit_status run_list(const output_streams& streams, const client_options& options) {
   std::vector<std::string> words(options.words.begin() + 1, options.words.end());
   if (words == std::vector<std::string>{"--topics"}) return list_topics(streams, options);
-  list_choice choice;
+  search_choice choice;
   std::string wrong;
   take_options(words, choice, wrong);
   if (!wrong.empty()) return wrong_topic(streams, wrong);
   const bool is_option = !words.empty() && words[0].starts_with("--");
-  if (words.size() > 1 || is_option) return fail(streams, kExitUsage, kUsage);
+  if (words.size() > 1 || is_option) return fail(streams, kExitUsage, kTakes);
   if (!words.empty()) choice.pattern = words[0];
   return list_procedures(streams, options, choice);
 }
+
+static std::string topic_words() {
+  std::string out;
+  for (const char* topic : topics())
+    out += (out.empty() ? "" : " ") + topic_word(topic);
+  return out;
+}
+
+static constexpr const char* kUsages[] = {"[--json] list [--active] [--topic TOPIC] [PATTERN]",
+                                          "[--json] list --topics"};
+static constexpr command_offer kOffers[] = {
+    {"0", "--active --topic --topics"}, {"--active", "--topic"}, {"--topic", "", topic_words}};
+
+const command_row kListCommand = {
+    .name = "list",
+    .usages = kUsages,
+    .meaning =
+        "procedures whose name or summary has PATTERN, in which * and ? are wildcards; with "
+        "--active without those that do nothing, with --topic those of one topic, and --topics "
+        "tells which topics there are",
+    .offers = kOffers,
+    .run = run_list};

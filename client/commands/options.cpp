@@ -59,16 +59,16 @@ std::string take_words(std::vector<std::string> words, client_options& options) 
 
 }  // namespace
 
-args_outcome args_parse(const std::vector<std::string>& arguments, client_options& options,
-                        std::string& error) {
+options_outcome options_parse(const std::vector<std::string>& arguments, client_options& options,
+                              std::string& error) {
   CLI::App app;
   try {
     define(app, options);
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
   } catch (const CLI::CallForHelp&) {
-    return args_outcome::kHelp;
+    return options_outcome::kHelp;
   } catch (const CLI::CallForVersion&) {
-    return args_outcome::kVersion;
+    return options_outcome::kVersion;
   } catch (const std::exception& e) {
     error = one_line(e.what());
   }
@@ -76,5 +76,5 @@ args_outcome args_parse(const std::vector<std::string>& arguments, client_option
   // Where an option is wrong, those that follow it may not have been taken.
   const bool said_json = std::find(arguments.begin(), arguments.end(), "--json") != arguments.end();
   options.json = options.json || (!error.empty() && said_json);
-  return error.empty() ? args_outcome::kRun : args_outcome::kError;
+  return error.empty() ? options_outcome::kRun : options_outcome::kError;
 }

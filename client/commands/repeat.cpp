@@ -25,7 +25,7 @@ bool parse_count(const std::string& text, unsigned long* count) {
 bool take_one(const std::string& name, const std::string& value, repeat_settings& settings,
               std::string& error) {
   if (name != "--every" && name != "--count") return false;
-  if (name == "--every" && !settings_parse_time(value, &settings.every))
+  if (name == "--every" && !repeat_parse_time(value, &settings.every))
     error =
         "--every takes a time of 10ms to 24h, such as 500ms, 5s or 1m, not " + text_quote(value);
   if (name == "--count" && !parse_count(value, &settings.count))
@@ -35,7 +35,7 @@ bool take_one(const std::string& name, const std::string& value, repeat_settings
 
 }  // namespace
 
-bool settings_take(std::vector<std::string>& words, repeat_settings& settings, std::string& error) {
+bool repeat_take(std::vector<std::string>& words, repeat_settings& settings, std::string& error) {
   while (words.size() >= 2 && take_one(words[0], words[1], settings, error)) {
     if (!error.empty()) return false;
     words.erase(words.begin(), words.begin() + 2);
@@ -47,7 +47,7 @@ bool settings_take(std::vector<std::string>& words, repeat_settings& settings, s
   return true;
 }
 
-bool settings_parse_time(const std::string& text, double* seconds) {
+bool repeat_parse_time(const std::string& text, double* seconds) {
   char* end = nullptr;
   const double number = strtod(text.c_str(), &end);
   if (end == text.c_str()) return false;

@@ -10,7 +10,7 @@ struct repeat_settings {
 };
 
 // Takes them off both ends of the words. False: `error` is one line.
-bool settings_take(std::vector<std::string>& words, repeat_settings& settings, std::string& error);
+bool repeat_take(std::vector<std::string>& words, repeat_settings& settings, std::string& error);
 
 // "1s", "500ms", "5m", "1h" or "2" (seconds), of 10 ms to a day.
-bool settings_parse_time(const std::string& text, double* seconds);
+bool repeat_parse_time(const std::string& text, double* seconds);

@@ -1,61 +1,16 @@
 #include "commands/session.h"
 
-#include <sys/ioctl.h>
-#include <unistd.h>
-
-#include <cerrno>
+#include <algorithm>
 
 #include "base/text.h"
 #include "commands/argument_files.h"
-#include "show/json.h"
+#include "commands/command.h"
 #include "values/arguments.h"
 #include "wire/lookup.h"
 
-// The stream keeps that a write failed, not why.
-static void note_error(const output_streams& streams, bool written) {
-  const int error_number = errno;
-  if (!written && streams.notes->error_number == 0) streams.notes->error_number = error_number;
-}
-
-void print(const output_streams& streams, const std::string& text) {
-  note_error(streams, fwrite(text.data(), 1, text.size(), streams.out) == text.size());
-}
-
-void print_flush(const output_streams& streams) {
-  note_error(streams, fflush(streams.out) == 0);
-}
-
-exit_status note(const output_streams& streams, exit_status status, const std::string& line) {
-  const std::string text = text_wrap("wificonf: " + line, terminal_width(streams.err), 0, 10);
-  fprintf(streams.err, "%s\n", text.c_str());
-  return status;
-}
-
-exit_status fail(const output_streams& streams, const session_failure& failure) {
-  if (streams.json) print(streams, json_error(failure));
-  return note(streams, failure.status, failure.line);
-}
-
-static const char* kind_of(exit_status status) {
-  if (status == kExitUsage) return "usage";
-  return status == kExitFailureCode ? "failure_code" : "malformed_reply";
-}
-
-exit_status fail(const output_streams& streams, exit_status status, const std::string& line) {
-  return fail(streams, {status, kind_of(status), line});
-}
-
-size_t terminal_width(FILE* out) {
-  int fd = fileno(out);
-  if (fd < 0 || isatty(fd) == 0) return 0;
-  winsize size{};
-  bool known = ioctl(fd, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
-  return known ? size.ws_col : 80;
-}
-
-static session_failure call(const client_options& options, uint32_t number, const std::string& name,
-                            const byte_string& arguments, const call_idle* idle,
-                            call_answer& answer) {
+static failure_report call(const client_options& options, uint32_t number, const std::string& name,
+                           const byte_string& arguments, const call_idle* idle,
+                           call_answer& answer) {
   const call_target target{options.host, options.port, options.timeout, idle};
   answer = call_procedure(target, number, arguments);
   const std::string line = call_explain(answer, target, name);
@@ -68,7 +23,7 @@ static session_failure call(const client_options& options, uint32_t number, cons
 bool session_call(const output_streams& streams, const client_options& options, uint32_t number,
                   const std::string& name, const byte_string& arguments, call_answer& answer,
                   exit_status* status) {
-  const session_failure failure = call(options, number, name, arguments, nullptr, answer);
+  const failure_report failure = call(options, number, name, arguments, nullptr, answer);
   if (!failure.line.empty()) {
     *status = fail(streams, failure);
     return false;
@@ -82,12 +37,12 @@ bool session_prepare(const output_streams& streams, const client_options& option
                      exit_status* status, bool first) {
   prepared.procedure = lookup_name(words[0]);
   if (prepared.procedure == nullptr) {
-    *status = unknown_procedure(streams, words[0], first);
+    *status = unknown_procedure(streams, options, words[0], first);
     return false;
   }
   std::string error;
   std::vector<std::string> given(words.begin() + 1, words.end());
-  if (!argument_texts(*prepared.procedure, given, error)) {
+  if (!argument_files_read(*prepared.procedure, given, error)) {
     // It says all.
   } else if (!arguments_encode(*prepared.procedure, given, prepared.arguments, error)) {
     error += "; usage: " + arguments_usage(*prepared.procedure);
@@ -100,11 +55,11 @@ bool session_prepare(const output_streams& streams, const client_options& option
   return false;
 }
 
-session_failure session_try(const client_options& options, const prepared_call& prepared,
-                            decoded_reply& reply, const call_idle* idle) {
+failure_report session_try(const client_options& options, const prepared_call& prepared,
+                           decoded_reply& reply, const call_idle* idle) {
   const std::string name = lookup_display_name(*prepared.procedure);
   call_answer answer;
-  session_failure failure =
+  failure_report failure =
       call(options, prepared.procedure->number, name, prepared.arguments, idle, answer);
   std::string error;
   if (!failure.line.empty() || reply_decode(*prepared.procedure, answer.result, reply, error))
@@ -116,7 +71,7 @@ session_failure session_try(const client_options& options, const prepared_call& 
 
 bool session_ask(const output_streams& streams, const client_options& options,
                  const prepared_call& prepared, decoded_reply& reply, exit_status* status) {
-  const session_failure failure = session_try(options, prepared, reply);
+  const failure_report failure = session_try(options, prepared, reply);
   if (!failure.line.empty()) {
     *status = fail(streams, failure);
     return false;
@@ -129,14 +84,19 @@ int session_first_bss(const prepared_call& prepared) {
   constexpr uint32_t kFirstOf5GHz = 9;
   unread_bytes unread = prepared.arguments;
   uint32_t index = 0;
-  return wire_get_word(unread, &index) && index >= kFirstOf5GHz ? kFirstOf5GHz : 1;
+  return xdr_get_word(unread, &index) && index >= kFirstOf5GHz ? kFirstOf5GHz : 1;
 }
 
-exit_status unknown_procedure(const output_streams& streams, const std::string& word, bool first) {
-  std::vector<std::string> near = lookup_near(word, first);
+exit_status unknown_procedure(const output_streams& streams, const client_options& options,
+                              const std::string& word, bool first) {
+  std::vector<const char*> commands;
+  for (const command_row* command : options.commands)
+    commands.push_back(command->name);
+  const bool is_command = std::find(commands.begin(), commands.end(), word) != commands.end();
+  if (!first) commands.clear();
+  const std::vector<std::string> near = lookup_near(word, commands);
   std::string line = "no procedure " + text_quote(word);
-  if (!first && lookup_is_command(word))
-    line += " (a command: 'wificonf " + word + " --help' tells of it)";
+  if (!first && is_command) line += " (a command: 'wificonf " + word + " --help' tells of it)";
   if (near.empty()) return fail(streams, kExitUsage, line + "; 'wificonf list' has all");
   line += "; did you mean ";
   for (size_t i = 0; i < near.size(); i++) {

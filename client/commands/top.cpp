@@ -1,16 +1,18 @@
-#include "commands/top.h"
-
+// "wificonf top": the stations of all BSSs, the busiest first.
 #include <algorithm>
 #include <cmath>
 
 #include "base/moment.h"
 #include "base/text.h"
+#include "commands/command.h"
+#include "commands/session.h"
 #include "commands/top_options.h"
 #include "show/columns.h"
 #include "show/live.h"
 #include "show/record.h"
 #include "show/screen.h"
 #include "values/payload.h"
+#include "values/stations.h"
 
 namespace {
 
@@ -18,12 +20,12 @@ namespace {
 struct top_view {
   const output_streams& streams;
   const client_options& options;
-  const top_settings& settings;
-  top_sample shown;         // the last that was complete
-  session_failure failure;  // of the last try
-  size_t first;             // of the stations, in the first row
-  int asking;               // BSS that is to answer; 0: none
-  double asking_since;      // for the whole sample
+  const top_options& settings;
+  top_sample shown;        // the last that was complete
+  failure_report failure;  // of the last try
+  size_t first;            // of the stations, in the first row
+  int asking;              // BSS that is to answer; 0: none
+  double asking_since;     // for the whole sample
   double drawn;
 };
 
@@ -35,7 +37,7 @@ constexpr size_t kHeightOfAll = 6;
 
 // Bytes would be up to ten digits, for which a terminal of 80 columns has no room.
 std::string kilobytes(const char* name, const top_station& station) {
-  const uint64_t bytes = payload_unsigned(top_field(name), station.record);
+  const uint64_t bytes = payload_unsigned(stations_field(name), station.record);
   return text_format("%.0f", static_cast<double>(bytes) / 1000);
 }
 
@@ -44,8 +46,10 @@ std::string rate_text(double rate) {
 }
 
 std::vector<std::string> cells_of(const top_station& station) {
-  const auto cell = [&](const char* name) { return show_cell(top_field(name), station.record); };
-  const bool btm = payload_unsigned(top_field("btm"), station.record) != 0;
+  const auto cell = [&](const char* name) {
+    return show_cell(stations_field(name), station.record);
+  };
+  const bool btm = payload_unsigned(stations_field("btm"), station.record) != 0;
   return {std::to_string(station.bss),
           cell("mac_address"),
           cell("rssi"),
@@ -214,7 +218,7 @@ void redraw_until_quit(top_view& view) {
 }
 
 exit_status run_on_terminal(const output_streams& streams, const client_options& options,
-                            const top_settings& settings) {
+                            const top_options& settings) {
   top_view view = {streams, options, settings, {}, {}, 0, 0, 0, 0};
   live_begin(streams, true);
   redraw_until_quit(view);
@@ -226,7 +230,7 @@ exit_status run_on_terminal(const output_streams& streams, const client_options&
 }
 
 exit_status run_in_pipe(const output_streams& streams, const client_options& options,
-                        const top_settings& settings) {
+                        const top_options& settings) {
   top_sample sample;
   double next = moment_now();
   for (unsigned long i = 0; i < std::max(settings.repeat.count, 1ul); i++) {
@@ -246,11 +250,36 @@ exit_status run_in_pipe(const output_streams& streams, const client_options& opt
 
 }  // namespace
 
-exit_status run_top(const output_streams& streams, const client_options& options) {
-  top_settings settings;
+// Words: top [--every TIME] [--count N]. A terminal is redrawn until q is
+// pressed; elsewhere a table is printed N times, once without --count.
+static exit_status run_top(const output_streams& streams, const client_options& options) {
+  top_options settings;
   std::string error;
-  if (!top_settings_read({options.words.begin() + 1, options.words.end()}, settings, error))
+  if (!top_options_read({options.words.begin() + 1, options.words.end()}, settings, error))
     return fail(streams, kExitUsage, error);
   if (options.json || !screen_is(streams.out)) return run_in_pipe(streams, options, settings);
   return run_on_terminal(streams, options, settings);
 }
+
+static std::string order_names() {
+  std::string out;
+  for (const top_order& order : top_orders())
+    out += (out.empty() ? "" : " ") + std::string(order.name);
+  return out;
+}
+
+static constexpr const char* kUsages[] = {
+    "[OPTION...] top [--every TIME] [--count N] [--sort KEY] [--bss LIST]"};
+static constexpr command_offer kOffers[] = {{"*", "--every --count --sort --bss"},
+                                            {"--sort", "", order_names}};
+
+const command_row kTopCommand = {
+    .name = "top",
+    .usages = kUsages,
+    .meaning =
+        "stations of all BSSs, or of those of LIST, such as 1,9; the busiest first, or by KEY: "
+        "bss, station, rssi, down, up, out, in, sent, received. Arrows and page keys scroll, q "
+        "quits. UP and BTM are known on an MT7615 only: elsewhere UP is DOWN, and BTM '-'",
+    .offers = kOffers,
+    .valued = "--bss",
+    .run = run_top};

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/text.h"
+#include "values/stations.h"
 #include "wire/lookup.h"
 
 namespace {
@@ -14,7 +15,7 @@ bool read_bsses(const std::string& text, std::vector<int>& bsses) {
     const size_t end = std::min(text.find(',', at), text.size());
     uint32_t bss = 0;
     if (!lookup_parse_number(text.substr(at, end - at), &bss)) return false;
-    if (bss < 1 || bss > kTopBssMax) return false;
+    if (bss < 1 || bss > kBssMax) return false;
     const int number = static_cast<int>(bss);
     if (std::find(bsses.begin(), bsses.end(), number) == bsses.end()) bsses.push_back(number);
     at = end + 1;
@@ -52,12 +53,12 @@ bool take_choice(std::vector<std::string>& words, top_choice& choice, std::strin
 
 }  // namespace
 
-bool top_settings_read(std::vector<std::string> words, top_settings& settings, std::string& error) {
+bool top_options_read(std::vector<std::string> words, top_options& settings, std::string& error) {
   settings.choice.order = &top_orders().front();
-  for (int bss = 1; bss <= kTopBssMax; bss++)
+  for (int bss = 1; bss <= kBssMax; bss++)
     settings.choice.bsses.push_back(bss);
   do {
-    if (!settings_take(words, settings.repeat, error)) return false;
+    if (!repeat_take(words, settings.repeat, error)) return false;
   } while (take_choice(words, settings.choice, error));
   if (error.empty() && !words.empty())
     error = "top takes [--every TIME] [--count N] [--sort KEY] [--bss LIST] only";

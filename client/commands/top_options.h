@@ -7,11 +7,11 @@
 #include "commands/repeat.h"
 #include "commands/top_sample.h"
 
-struct top_settings {
+struct top_options {
   repeat_settings repeat;
   top_choice choice;
 };
 
 // From the words behind the command; without them every BSS, the busiest first. False:
 // `error` is one line.
-bool top_settings_read(std::vector<std::string> words, top_settings& settings, std::string& error);
+bool top_options_read(std::vector<std::string> words, top_options& settings, std::string& error);

@@ -8,27 +8,20 @@
 #include "base/text.h"
 #include "show/json.h"
 #include "values/payload.h"
+#include "values/stations.h"
 #include "wire/lookup.h"
 
 namespace {
 
-const procedure_row& station_list() {
-  return *lookup_name("wlan_get_btm_associated_device");
-}
-
-const payload_rows& station_rows() {
-  return *payload_find(station_list())->rows;
-}
-
 double number(const top_station& station, const char* name) {
-  const payload_field& field = top_field(name);
+  const payload_field& field = stations_field(name);
   return payload_is_signed(field.type)
              ? static_cast<double>(payload_signed(field, station.record))
              : static_cast<double>(payload_unsigned(field, station.record));
 }
 
 std::string_view address(const top_station& station) {
-  return payload_bytes(top_field("mac_address"), station.record);
+  return payload_bytes(stations_field("mac_address"), station.record);
 }
 
 double busy_value(const top_station& station) {
@@ -47,7 +40,7 @@ double station_value(const top_station& station) {
 }
 double rssi_value(const top_station& station) {
   constexpr double kBelowAll = -1000;
-  const payload_field& field = top_field("rssi");
+  const payload_field& field = stations_field("rssi");
   return payload_is_known(field, station.record) ? number(station, "rssi") : kBelowAll;
 }
 double down_value(const top_station& station) {
@@ -78,7 +71,7 @@ constexpr top_order kOrders[] = {
 
 double rate_since(const char* name, const top_station& then, const top_station& current) {
   uint64_t growth = 0;
-  if (!payload_growth(top_field(name), then.record, current.record, &growth)) return -1;
+  if (!payload_growth(stations_field(name), then.record, current.record, &growth)) return -1;
   return static_cast<double>(growth) / (current.taken - then.taken);
 }
 
@@ -92,7 +85,7 @@ void add_rates(top_station& current, const top_sample& before) {
 }
 
 void take_stations(top_sample& sample, int bss, std::string_view record, const top_sample& before) {
-  const payload_rows& rows = station_rows();
+  const payload_rows& rows = stations_rows();
   const double now = moment_now();
   for (uint32_t i = 0; i < payload_row_count(rows, record); i++) {
     sample.stations.push_back({bss, std::string(payload_row(rows, record, i)), now, -1, -1});
@@ -100,7 +93,7 @@ void take_stations(top_sample& sample, int bss, std::string_view record, const t
   }
 }
 
-session_failure no_radio(size_t asked) {
+failure_report no_radio(size_t asked) {
   return {kExitFailureCode, "failure_code",
           text_format("no radio is up: %s answered a failure code; 'wificonf wlan_load 1' and "
                       "then 'wificonf wlan_init' bring them up",
@@ -113,25 +106,14 @@ std::span<const top_order> top_orders() {
   return kOrders;
 }
 
-std::span<const payload_field> top_fields() {
-  return station_rows().fields;
-}
-
-const payload_field& top_field(const char* name) {
-  const auto fields = top_fields();
-  return *std::find_if(fields.begin(), fields.end(), [&](const payload_field& field) {
-    return std::string_view(field.name) == name;
-  });
-}
-
 top_sample top_take(const client_options& options, const top_choice& choice,
                     const top_sample& before, const call_idle* idle, int* asking) {
   top_sample sample;
   size_t answering = 0;
   for (const int bss : choice.bsses) {
     *asking = bss;
-    prepared_call prepared = {&station_list(), {}};
-    wire_put_word(prepared.arguments, static_cast<uint32_t>(bss));
+    prepared_call prepared = {&stations_procedure(), {}};
+    xdr_put_word(prepared.arguments, static_cast<uint32_t>(bss));
     decoded_reply reply;
     sample.failure = session_try(options, prepared, reply, idle);
     if (!sample.failure.line.empty()) return sample;
@@ -162,7 +144,7 @@ std::string top_json(const top_sample& sample) {
   };
   for (const top_station& station : sample.stations) {
     nlohmann::ordered_json object = {{"bss", station.bss}};
-    object.update(json_fields(top_fields(), station.record));
+    object.update(json_fields(stations_rows().fields, station.record));
     object["bytes_sent_per_second"] = rate(station.sent_rate);
     object["bytes_received_per_second"] = rate(station.received_rate);
     list.push_back(object);

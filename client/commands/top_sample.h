@@ -8,8 +8,6 @@
 #include "commands/session.h"
 #include "values/payload.h"
 
-inline constexpr int kTopBssMax = 16;
-
 struct top_station {
   int bss;             // 1 to 16
   std::string record;  // its row of the answer
@@ -32,15 +30,11 @@ struct top_sample {
   std::vector<top_station> stations;
   double taken = 0;  // when it was complete; 0: never
   std::string stamp;
-  session_failure failure;  // why it is not complete, or has no BSS that is up
+  failure_report failure;  // why it is not complete, or has no BSS that is up
 };
 
 // "busy", the first, "bss", "rssi", ...
 std::span<const top_order> top_orders();
-
-// The row of a station in the answer of the procedure that is asked.
-std::span<const payload_field> top_fields();
-const payload_field& top_field(const char* name);
 
 // Asks one BSS after the other; `*asking` is the one. Rates are those since `before`.
 top_sample top_take(const client_options& options, const top_choice& choice,

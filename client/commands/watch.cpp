@@ -1,10 +1,11 @@
-#include "commands/watch.h"
-
+// "wificonf watch": one call again and again.
 #include <cmath>
 
 #include "base/moment.h"
 #include "base/text.h"
+#include "commands/command.h"
 #include "commands/repeat.h"
+#include "commands/session.h"
 #include "show/json.h"
 #include "show/live.h"
 #include "show/record.h"
@@ -98,7 +99,7 @@ std::string answer_text(const watching& state, size_t width, const sample& curre
 }
 
 // What failed, where the answer would be.
-void show_failure(watching& state, size_t width, const session_failure& failure) {
+void show_failure(watching& state, size_t width, const failure_report& failure) {
   if (state.redrawn) {
     state.shown = text_wrap(failure.line, width, 0, 0) + "\n";
     draw(state, state.shown);
@@ -122,7 +123,7 @@ bool take_sample(watching& state, exit_status* status) {
   const call_idle idle = {state.redrawn ? live_fd() : -1, go_on, &state};
   state.asking_since = moment_now();
   sample current = {};
-  const session_failure failure =
+  const failure_report failure =
       session_try(state.options, state.prepared, current.reply, state.redrawn ? &idle : nullptr);
   if (failure.given_up) return false;
   const bool answered = failure.line.empty();
@@ -174,13 +175,17 @@ bool take_force(std::vector<std::string>& words) {
 
 }  // namespace
 
-exit_status run_watch(const output_streams& streams, const client_options& options) {
+// Words: watch PROCEDURE ARGUMENT... [--every TIME] [--count N]. A terminal is
+// redrawn with what fits it; elsewhere every answer gives lines that begin with the time. A call
+// that fails is reported and made again at its time. Returns after N calls, or
+// never.
+static exit_status run_watch(const output_streams& streams, const client_options& options) {
   std::vector<std::string> words(options.words.begin() + 1, options.words.end());
   repeat_settings settings;
   std::string error;
-  if (!settings_take(words, settings, error)) return fail(streams, kExitUsage, error);
+  if (!repeat_take(words, settings, error)) return fail(streams, kExitUsage, error);
   const bool forced = take_force(words);
-  if (!settings_take(words, settings, error)) return fail(streams, kExitUsage, error);
+  if (!repeat_take(words, settings, error)) return fail(streams, kExitUsage, error);
   if (words.empty())
     return fail(streams, kExitUsage,
                 "watch takes [--every TIME] [--count N] [--force] PROCEDURE ARGUMENT...");
@@ -199,3 +204,19 @@ exit_status run_watch(const output_streams& streams, const client_options& optio
   if (state.redrawn) live_end();
   return status;
 }
+
+static constexpr const char* kUsages[] = {
+    "[OPTION...] watch [--every TIME] [--count N] [--force] PROCEDURE [ARGUMENT...]"};
+static constexpr command_offer kOffers[] = {{"0", "--every --count --force", nullptr, true},
+                                            {"*", "--every --count"}};
+
+const command_row kWatchCommand = {
+    .name = "watch",
+    .usages = kUsages,
+    .meaning =
+        "calls again and again, every second if not told otherwise; counters have their rates. "
+        "TIME is 10ms to 24h, N how many calls; q quits. What is no getter takes --force",
+    .offers = kOffers,
+    .valued = "--every --count",
+    .calls_procedure = true,
+    .run = run_watch};

@@ -3,12 +3,12 @@
 #include <algorithm>
 
 #include "base/text.h"
-#include "commands/list.h"
 #include "values/arguments.h"
 #include "values/meanings.h"
 #include "values/notes.h"
 #include "values/payload.h"
 #include "wire/lookup.h"
+#include "wire/search.h"
 #include "wire/topic.h"
 
 namespace {
@@ -119,7 +119,8 @@ std::string describe_list(const std::vector<const procedure_row*>& procedures, s
 std::string describe_topics() {
   std::string out;
   for (const char* topic : topics())
-    out += text_format("%3zu  %s\n", list_find({"", topic}).size(), topic_word(topic).c_str());
+    out +=
+        text_format("%3zu  %s\n", search_procedures({"", topic}).size(), topic_word(topic).c_str());
   return out;
 }
 

@@ -4,8 +4,6 @@
 #include <nlohmann/json.hpp>
 
 #include "base/text.h"
-#include "commands/list.h"
-#include "commands/session.h"
 #include "show/describe.h"
 #include "show/record.h"
 #include "show/schema.h"
@@ -14,6 +12,7 @@
 #include "values/payload.h"
 #include "values/rate_word.h"
 #include "wire/lookup.h"
+#include "wire/search.h"
 #include "wire/topic.h"
 
 namespace {
@@ -148,7 +147,7 @@ ordered_json json_fields(std::span<const payload_field> fields, std::string_view
   return object;
 }
 
-std::string json_error(const session_failure& failure, const std::string& time) {
+std::string json_error(const failure_report& failure, const std::string& time) {
   ordered_json object = {
       {"error",
        {{"kind", failure.kind}, {"message", failure.line}, {"exit_status", failure.status}}}};
@@ -210,7 +209,7 @@ std::string json_topics() {
   for (const char* topic : topics())
     list.push_back({{"topic", topic_word(topic)},
                     {"title", topic},
-                    {"procedures", list_find({"", topic}).size()}});
+                    {"procedures", search_procedures({"", topic}).size()}});
   return json_line(list);
 }
 

@@ -11,11 +11,10 @@
 #include <string_view>
 #include <vector>
 
+#include "show/failure.h"
 #include "values/payload.h"
 #include "wire/reply.h"
 #include "wire/table.h"
-
-struct session_failure;
 
 // "procedure", "number", "return_code" and "value": a number, a text or, for a
 // record, an object of its fields. A negative return code stands alone: what
@@ -29,7 +28,7 @@ std::string json_line(const nlohmann::ordered_json& value);
 
 // "error": "kind", "message" and "exit_status" of a command without a result; the time in
 // what is repeated.
-std::string json_error(const session_failure& failure, const std::string& time = "");
+std::string json_error(const failure_report& failure, const std::string& time = "");
 
 // With the time at which the answer came.
 std::string json_sample(const procedure_row& procedure, const decoded_reply& reply,

@@ -1,7 +1,7 @@
 // A terminal that a command redraws while it takes single keys from it.
 #pragma once
 
-#include "commands/session.h"
+#include "show/output.h"
 
 enum class live_key {
   kNone,

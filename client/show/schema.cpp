@@ -2,9 +2,9 @@
 
 #include <nlohmann/json.hpp>
 
-#include "commands/top_sample.h"
 #include "show/describe.h"
 #include "values/payload.h"
+#include "values/stations.h"
 #include "wire/lookup.h"
 
 namespace {
@@ -197,8 +197,8 @@ std::string schema_of_error() {
 }
 
 std::string schema_of_top() {
-  ordered_json station = fields_schema(top_fields());
-  station["properties"]["bss"] = integer(1, kTopBssMax);
+  ordered_json station = fields_schema(stations_rows().fields);
+  station["properties"]["bss"] = integer(1, kBssMax);
   for (const char* name : {"bytes_sent_per_second", "bytes_received_per_second"}) {
     station["properties"][name] = or_null(type_of("number"));
     station["properties"][name]["description"] = "null in the first sample";

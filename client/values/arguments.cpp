@@ -13,14 +13,14 @@ namespace {
 bool put_integer(byte_string& bytes, std::string_view text, int64_t low, int64_t high) {
   int64_t value = 0;
   if (!constraint_parse_integer(text, &value) || value < low || value > high) return false;
-  wire_put_word(bytes, static_cast<uint32_t>(value));
+  xdr_put_word(bytes, static_cast<uint32_t>(value));
   return true;
 }
 
 bool put_switch(byte_string& bytes, std::string_view text) {
   bool on = false;
   if (!constraint_parse_switch(text, &on)) return false;
-  wire_put_word(bytes, on ? 1 : 0);
+  xdr_put_word(bytes, on ? 1 : 0);
   return true;
 }
 
@@ -29,7 +29,7 @@ bool put_text(byte_string& bytes, std::string_view text, uint32_t characters) {
   if (text.size() >= characters) return false;
   for (uint32_t i = 0; i < characters; i++) {
     int c = i < text.size() ? static_cast<signed char>(text[i]) : 0;
-    wire_put_word(bytes, static_cast<uint32_t>(c));
+    xdr_put_word(bytes, static_cast<uint32_t>(c));
   }
   return true;
 }
@@ -50,7 +50,7 @@ bool put(byte_string& bytes, const argument_spec& argument, const constraint& li
     case argument_type::kText:
       return put_text(bytes, text, argument.characters);
     case argument_type::kString:
-      wire_put_opaque(bytes, text);
+      xdr_put_opaque(bytes, text);
       return true;
     case argument_type::kSupportedHne:
       break;  // comes as its fields

@@ -8,20 +8,11 @@
 
 namespace {
 
-constexpr const char* kCommands[] = {"ping", "list",  "describe", "schema",
-                                     "dump", "watch", "top",      "completion"};
-
-std::string fold(std::string_view name) {
-  std::string out = text_upper(name);
-  std::replace(out.begin(), out.end(), '-', '_');
-  return out;
-}
-
 // Smaller is nearer; SIZE_MAX is not near. What lacks its prefix or its end is
 // near, whatever the number of edits.
 size_t nearness(std::string_view wanted, std::string_view candidate) {
   size_t edits = lookup_distance(wanted, candidate);
-  size_t prefix = candidate.find('_') + 1;  // 0 for a command, which has none
+  size_t prefix = candidate.find('_') + 1;  // 0 where there is none
   std::string_view bare = candidate.substr(prefix);
   if (prefix > 0) edits = std::min(edits, lookup_distance(wanted, bare) + 1);
   size_t allowed = wanted.size() < 6 ? 2 : 3;
@@ -30,29 +21,13 @@ size_t nearness(std::string_view wanted, std::string_view candidate) {
   return wanted.size() >= 4 && begins ? allowed + candidate.size() : SIZE_MAX;
 }
 
-bool glob(std::string_view pattern, std::string_view text) {
-  size_t p = 0, t = 0;
-  size_t star = std::string_view::npos, resume = 0;
-  while (t < text.size()) {
-    if (p < pattern.size() && pattern[p] == '*') {
-      star = p++;
-      resume = t;
-    } else if (p < pattern.size() && (pattern[p] == '?' || pattern[p] == text[t])) {
-      p++;
-      t++;
-    } else if (star != std::string_view::npos) {
-      p = star + 1;  // let the star take one more character
-      t = ++resume;
-    } else {
-      return false;
-    }
-  }
-  while (p < pattern.size() && pattern[p] == '*')
-    p++;
-  return p == pattern.size();
-}
-
 }  // namespace
+
+std::string lookup_fold(std::string_view name) {
+  std::string out = text_upper(name);
+  std::replace(out.begin(), out.end(), '-', '_');
+  return out;
+}
 
 size_t lookup_distance(std::string_view a, std::string_view b) {
   std::vector<size_t> row(b.size() + 1);
@@ -71,7 +46,7 @@ size_t lookup_distance(std::string_view a, std::string_view b) {
 }
 
 const procedure_row* lookup_name(std::string_view name) {
-  std::string folded = fold(name);
+  std::string folded = lookup_fold(name);
   for (const procedure_row& procedure : table_procedures())
     if (folded == procedure.name) return &procedure;
   return nullptr;
@@ -105,17 +80,16 @@ bool lookup_parse_number(std::string_view text, uint32_t* number) {
   return true;
 }
 
-std::vector<std::string> lookup_near(std::string_view name, bool with_commands) {
+std::vector<std::string> lookup_near(std::string_view name, std::span<const char* const> others) {
   struct Candidate {
     size_t nearness;
     bool inert;
     std::string name;
   };
-  std::string wanted = fold(name);
+  std::string wanted = lookup_fold(name);
   std::vector<Candidate> found;
-  for (const char* command : kCommands) {
-    if (with_commands) found.push_back({nearness(wanted, text_upper(command)), false, command});
-  }
+  for (const char* other : others)
+    found.push_back({nearness(wanted, text_upper(other)), false, other});
   for (const procedure_row& procedure : table_procedures())
     found.push_back(
         {nearness(wanted, procedure.name), procedure.inert, text_lower(procedure.name)});
@@ -129,22 +103,6 @@ std::vector<std::string> lookup_near(std::string_view name, bool with_commands) 
   std::vector<std::string> names(found.size());
   std::ranges::transform(found, names.begin(), &Candidate::name);
   return names;
-}
-
-bool lookup_matches(const procedure_row& procedure, std::string_view pattern) {
-  std::string name_pattern = fold(pattern);
-  std::string summary_pattern = text_upper(pattern);
-  std::string summary = text_upper(procedure.summary);
-  return glob("*" + name_pattern + "*", procedure.name) ||
-         glob("*" + summary_pattern + "*", summary);
-}
-
-std::span<const char* const> lookup_commands() {
-  return kCommands;
-}
-
-bool lookup_is_command(std::string_view word) {
-  return std::find(std::begin(kCommands), std::end(kCommands), word) != std::end(kCommands);
 }
 
 std::string lookup_display_name(const procedure_row& procedure) {

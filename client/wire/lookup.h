@@ -1,5 +1,4 @@
-// Finding procedures: by name, by number, by what was probably meant, by
-// pattern.
+// Finding one procedure: by name, by number, by what was probably meant.
 #pragma once
 
 #include <cstdint>
@@ -24,20 +23,17 @@ bool lookup_is_number(std::string_view text);
 // Decimal, or hexadecimal after 0x; false when it is no number of 32 bits.
 bool lookup_parse_number(std::string_view text, uint32_t* number);
 
-// Up to three names, of commands too where `with_commands`, that `name` may have
-// been meant as: those that do something, then those that do nothing, each the nearest
-// first; empty when nothing is near.
-std::vector<std::string> lookup_near(std::string_view name, bool with_commands);
-
-// True when name or summary has the pattern somewhere in it; * and ? are wildcards.
-bool lookup_matches(const procedure_row& procedure, std::string_view pattern);
-
-// What may stand in the place of a procedure: "ping", "list", ...
-std::span<const char* const> lookup_commands();
-bool lookup_is_command(std::string_view word);
+// Up to three names, of procedures or of `others`, that `name` may have been meant as: those
+// that do something, then those that do nothing, each the nearest first; empty when nothing
+// is near.
+std::vector<std::string> lookup_near(std::string_view name,
+                                     std::span<const char* const> others = {});
 
 // Edits (insert, delete, replace one character) from one text to the other.
 size_t lookup_distance(std::string_view a, std::string_view b);
+
+// A name as the table has it: upper case, underscores for dashes.
+std::string lookup_fold(std::string_view name);
 
 // As people write it: lower case.
 std::string lookup_display_name(const procedure_row& procedure);

@@ -51,11 +51,11 @@ bool decode_record(const procedure_row& procedure, unread_bytes& unread, decoded
                    std::string& error) {
   std::vector<uint32_t> words;
   std::string data;
-  if (!wire_get_words(unread, words)) {
+  if (!xdr_get_words(unread, words)) {
     error = "return_words is longer than the reply";
     return false;
   }
-  if (!wire_get_opaque(unread, kReturnDataMax, data)) {
+  if (!xdr_get_opaque(unread, kReturnDataMax, data)) {
     error = "return_data is longer than the reply, or than it may be";
     return false;
   }
@@ -69,7 +69,7 @@ bool reply_decode(const procedure_row& procedure, unread_bytes result, decoded_r
   reply = {};
   unread_bytes unread = result;
   uint32_t code = 0;
-  if (!wire_get_word(unread, &code)) {
+  if (!xdr_get_word(unread, &code)) {
     error = text_format("%zu bytes are too few for a return code", result.size());
     return false;
   }

@@ -12,7 +12,7 @@ rpc_reply with_status(rpc_status status) {
 
 rpc_reply version_mismatch(unread_bytes unread) {
   rpc_reply reply = with_status(rpc_status::kVersionMismatch);
-  if (!wire_get_word(unread, &reply.low) || !wire_get_word(unread, &reply.high))
+  if (!xdr_get_word(unread, &reply.low) || !xdr_get_word(unread, &reply.high))
     return with_status(rpc_status::kMalformed);
   return reply;
 }
@@ -20,8 +20,8 @@ rpc_reply version_mismatch(unread_bytes unread) {
 rpc_reply accepted(unread_bytes unread) {
   uint32_t flavor = 0, state = 0;
   std::string verifier;
-  if (!wire_get_word(unread, &flavor) || !wire_get_opaque(unread, kAuthBytesMax, verifier) ||
-      !wire_get_word(unread, &state))
+  if (!xdr_get_word(unread, &flavor) || !xdr_get_opaque(unread, kAuthBytesMax, verifier) ||
+      !xdr_get_word(unread, &state))
     return with_status(rpc_status::kMalformed);
   switch (state) {
     case 0:
@@ -48,15 +48,15 @@ byte_string rpc_call(uint32_t xid, uint32_t procedure, const byte_string& argume
   const uint32_t no_credentials = 0, no_verifier = 0, empty = 0;
   for (uint32_t word : {xid, kCall, kRpcVersion, kProgram, kVersion, procedure, no_credentials,
                         empty, no_verifier, empty})
-    wire_put_word(message, word);
+    xdr_put_word(message, word);
   message.insert(message.end(), arguments.begin(), arguments.end());
   return message;
 }
 
 rpc_reply rpc_read_reply(uint32_t xid, unread_bytes message) {
   uint32_t id = 0, direction = 0, state = 0;
-  if (!wire_get_word(message, &id) || id != xid) return with_status(rpc_status::kOther);
-  if (!wire_get_word(message, &direction) || direction != kReply || !wire_get_word(message, &state))
+  if (!xdr_get_word(message, &id) || id != xid) return with_status(rpc_status::kOther);
+  if (!xdr_get_word(message, &direction) || direction != kReply || !xdr_get_word(message, &state))
     return with_status(rpc_status::kMalformed);
   if (state == kAccepted) return accepted(message);
   return with_status(state == kDeniedReply ? rpc_status::kDenied : rpc_status::kMalformed);

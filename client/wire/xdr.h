@@ -10,19 +10,19 @@
 
 using byte_string = std::vector<uint8_t>;
 
-void wire_put_word(byte_string& bytes, uint32_t word);
+void xdr_put_word(byte_string& bytes, uint32_t word);
 
 // Length, bytes, zeros up to a multiple of four.
-void wire_put_opaque(byte_string& bytes, std::string_view data);
+void xdr_put_opaque(byte_string& bytes, std::string_view data);
 
 // What is left to read. Every reader takes from the front and returns false,
 // taking nothing, when there is less than it needs.
 using unread_bytes = std::span<const uint8_t>;
 
-bool wire_get_word(unread_bytes& unread, uint32_t* word);
+bool xdr_get_word(unread_bytes& unread, uint32_t* word);
 
 // A count and as many words.
-bool wire_get_words(unread_bytes& unread, std::vector<uint32_t>& words);
+bool xdr_get_words(unread_bytes& unread, std::vector<uint32_t>& words);
 
 // A length of at most `limit`, the bytes and their padding.
-bool wire_get_opaque(unread_bytes& unread, uint32_t limit, std::string& data);
+bool xdr_get_opaque(unread_bytes& unread, uint32_t limit, std::string& data);

@@ -25,7 +25,7 @@ std::string new_file(const std::string& content) {
 std::string text_of(const std::string& word, const char* procedure = "wlan_set_ssid") {
   std::vector<std::string> given = {"1", word};
   std::string error;
-  return argument_texts(*lookup_name(procedure), given, error) ? given[1] : error;
+  return argument_files_read(*lookup_name(procedure), given, error) ? given[1] : error;
 }
 
 std::string text_of_file(const std::string& content) {
@@ -78,7 +78,7 @@ int status_with_input(const std::string& input, const std::vector<std::string>& 
     std::vector<std::string> given = words;
     std::string error;
     const bool taken =
-        argument_texts(*lookup_name("wlan_set_mac_address_control_add"), given, error);
+        argument_files_read(*lookup_name("wlan_set_mac_address_control_add"), given, error);
     if (!taken) _exit(error.find("one argument only") != std::string::npos ? 1 : 98);
     _exit(given[1] == "from input" ? 0 : 97);
   }

@@ -29,7 +29,7 @@ std::string offered_by(const std::string& shell, const std::string& around,
   FILE* file = fopen(path.c_str(), "w");
   EXPECT_NE(file, nullptr);
   fprintf(file, "PATH=/nowhere\ncompdef() { :; }\n%swords=(%s)\nCURRENT=${#words[@]}\n%s",
-          completion_script(shell).c_str(), words.c_str(), around.c_str());
+          completion_script(shell, command_all()).c_str(), words.c_str(), around.c_str());
   fclose(file);
   FILE* pipe = popen((shell + " " + path + " 2>&1").c_str(), "r");
   char text[65536] = {};
@@ -81,8 +81,8 @@ TEST(Completion, NamesAsTheClientTakesThem) {
 TEST(Completion, EveryProcedureAndCommand) {
   EXPECT_NE(names_with("wlan_get_ssid"), "\n");
   EXPECT_EQ(offered("wificonf describe \"\""), names_with(""));
-  for (const char* command : lookup_commands())
-    EXPECT_EQ(offered("wificonf " + std::string(command)), std::string(command) + "\n");
+  for (const command_row* command : command_all())
+    EXPECT_EQ(offered("wificonf " + std::string(command->name)), std::string(command->name) + "\n");
 }
 
 TEST(Completion, TopicsOfAList) {
@@ -140,8 +140,8 @@ TEST(Completion, ZshOffersTheSame) {
 }
 
 TEST(Completion, OtherShellsHaveNone) {
-  EXPECT_EQ(completion_script("zsh").substr(0, 17), "#compdef wificonf");
-  EXPECT_EQ(completion_script("fish"), "");
+  EXPECT_EQ(completion_script("zsh", command_all()).substr(0, 17), "#compdef wificonf");
+  EXPECT_EQ(completion_script("fish", command_all()), "");
 }
 
 }  // namespace

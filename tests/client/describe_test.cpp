@@ -6,11 +6,11 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "commands/list.h"
 #include "show/json.h"
 #include "values/arguments.h"
 #include "values/meanings.h"
 #include "wire/lookup.h"
+#include "wire/search.h"
 
 namespace {
 
@@ -73,7 +73,7 @@ TEST(Describe, FitsATerminal) {
       EXPECT_TRUE(example || line.size() <= 80u) << line;
     }
   }
-  for (const std::string& line : lines(describe_list(list_find({}), 80)))
+  for (const std::string& line : lines(describe_list(search_procedures({}), 80)))
     EXPECT_LE(line.size(), 80u) << line;
 }
 
@@ -157,7 +157,7 @@ TEST(Describe, AMeaningMayDependOnTheProcedure) {
 }
 
 TEST(Describe, ListHasEveryProcedureOnALineOfItsOwn) {
-  std::vector<std::string> all = lines(describe_list(list_find({}), 0));
+  std::vector<std::string> all = lines(describe_list(search_procedures({}), 0));
   ASSERT_EQ(all.size(), table_procedures().size());
   for (size_t i = 0; i < all.size(); i++) {
     const procedure_row& procedure = table_procedures()[i];
@@ -168,7 +168,7 @@ TEST(Describe, ListHasEveryProcedureOnALineOfItsOwn) {
 }
 
 TEST(Describe, ListIsAligned) {
-  EXPECT_EQ(describe_list(list_find({"*country*"}), 80),
+  EXPECT_EQ(describe_list(search_procedures({"*country*"}), 80),
             "122  wlan_get_country_code  Read the country code (does nothing)\n"
             "123  wlan_set_country_code  Set the country code (does nothing)\n");
 }
@@ -188,7 +188,7 @@ TEST(Describe, JsonTellsTheSame) {
   EXPECT_EQ(stations["rows"]["bytes"], 76);
   EXPECT_EQ(stations["rows"]["fields"][5]["type"], "i32");
   EXPECT_EQ(stations["rows"]["fields"][0]["offset"], 40);
-  EXPECT_EQ(nlohmann::json::parse(json_list(list_find({})), nullptr, false).size(),
+  EXPECT_EQ(nlohmann::json::parse(json_list(search_procedures({})), nullptr, false).size(),
             table_procedures().size());
 }
 

@@ -34,7 +34,7 @@ std::map<std::string, std::string> dumped() {
     const bool row = call[20] == 1 && (call[23] == 0x76 || call[23] == 0x78);
     const bool there = row && call[43] < 3;
     byte_string reply = fake_reply(call, 0, {there ? 0 : 0xffffffff, 0});
-    wire_put_opaque(reply, std::string(there ? 1492 : 0, '\0'));
+    xdr_put_opaque(reply, std::string(there ? 1492 : 0, '\0'));
     return std::vector<Datagram>{{reply}};
   });
   Outcome outcome =
@@ -45,10 +45,10 @@ std::map<std::string, std::string> dumped() {
   for (const byte_string& call : daemon.calls) {
     unread_bytes words = unread_bytes(call).subspan(20);
     uint32_t number = 0, word = 0;
-    EXPECT_TRUE(wire_get_word(words, &number));
+    EXPECT_TRUE(xdr_get_word(words, &number));
     words = words.subspan(16);
     std::string& list = given[lookup_display_name(*lookup_number(number))];
-    while (wire_get_word(words, &word))
+    while (xdr_get_word(words, &word))
       list += std::to_string(word) + " ";
     list += ",";
   }

@@ -79,8 +79,8 @@ byte_string fake_reply(const byte_string& call, uint32_t state,
                        const std::vector<uint32_t>& words) {
   byte_string reply(call.begin(), call.begin() + 4);
   for (uint32_t word : {1u, 0u, 0u, 0u, state})
-    wire_put_word(reply, word);
+    xdr_put_word(reply, word);
   for (uint32_t word : words)
-    wire_put_word(reply, word);
+    xdr_put_word(reply, word);
   return reply;
 }

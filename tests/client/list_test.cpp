@@ -1,4 +1,4 @@
-#include "commands/list.h"
+#include "wire/search.h"
 
 #include <gtest/gtest.h>
 
@@ -13,9 +13,9 @@
 
 namespace {
 
-std::string names(const list_choice& choice) {
+std::string names(const search_choice& choice) {
   std::string out;
-  for (const procedure_row* procedure : list_find(choice))
+  for (const procedure_row* procedure : search_procedures(choice))
     out += lookup_display_name(*procedure) + " ";
   return out;
 }
@@ -30,8 +30,8 @@ std::string near(std::string_view text) {
 TEST(List, EveryProcedureIsInOneTopic) {
   size_t listed = 0;
   for (const char* topic : topics()) {
-    EXPECT_FALSE(list_find({"", topic}).empty()) << topic;
-    listed += list_find({"", topic}).size();
+    EXPECT_FALSE(search_procedures({"", topic}).empty()) << topic;
+    listed += search_procedures({"", topic}).size();
   }
   EXPECT_EQ(listed, table_procedures().size());
 }
@@ -46,9 +46,9 @@ TEST(List, ByTopicAndPattern) {
 }
 
 TEST(List, ActiveLeavesOutWhatDoesNothing) {
-  list_choice choice;
+  search_choice choice;
   choice.active = true;
-  const auto active = list_find(choice);
+  const auto active = search_procedures(choice);
   EXPECT_GT(active.size(), 100u);
   for (const procedure_row* procedure : active)
     EXPECT_FALSE(procedure->inert) << procedure->name;
@@ -72,7 +72,7 @@ TEST(List, ATopicIsItsWordOrAPartOfItThatNoOtherHas) {
 }
 
 TEST(List, TopicsAsTextAndJson) {
-  const size_t count = list_find({"", topics().front()}).size();
+  const size_t count = search_procedures({"", topics().front()}).size();
   EXPECT_TRUE(describe_topics().starts_with(text_format("%3zu  lifecycle\n", count)))
       << describe_topics();
   const auto all = nlohmann::json::parse(json_topics());

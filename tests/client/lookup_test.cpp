@@ -5,9 +5,18 @@
 #include <algorithm>
 
 #include "base/text.h"
+#include "commands/command.h"
 #include "support/snapshot.h"
+#include "wire/search.h"
 
 namespace {
+
+std::vector<const char*> command_names() {
+  std::vector<const char*> names;
+  for (const command_row* command : command_all())
+    names.push_back(command->name);
+  return names;
+}
 
 TEST(Lookup, EveryNameInEverySpelling) {
   ASSERT_EQ(table_procedures().size(), snapshot_procedures()) << kSnapshotGrows;
@@ -69,21 +78,22 @@ TEST(Lookup, NearMisses) {
       {"hnc_get_enabel", "hnc_get_enable"},
   };
   for (const auto& c : cases) {
-    std::vector<std::string> near = lookup_near(c.wrong, true);
+    std::vector<std::string> near = lookup_near(c.wrong, command_names());
     EXPECT_EQ(std::ranges::count(near, c.meant), 1) << c.wrong;
     EXPECT_LE(near.size(), 3u);
   }
-  EXPECT_EQ(lookup_near("wlan_get_ssid_adv", true)[0], "wlan_get_ssid_advertisement_enabled");
-  EXPECT_TRUE(lookup_near("reboot_everything_now", true).empty());
-  EXPECT_TRUE(lookup_near("", true).empty());
-  EXPECT_TRUE(lookup_near("ping", false).empty()) << "a command is no procedure";
+  EXPECT_EQ(lookup_near("wlan_get_ssid_adv", command_names())[0],
+            "wlan_get_ssid_advertisement_enabled");
+  EXPECT_TRUE(lookup_near("reboot_everything_now", command_names()).empty());
+  EXPECT_TRUE(lookup_near("", command_names()).empty());
+  EXPECT_TRUE(lookup_near("ping").empty()) << "a command is no procedure";
 }
 
 TEST(Lookup, WhatDoesSomethingIsSuggestedFirst) {
-  EXPECT_EQ(lookup_near("wlan_get_sid", true),
+  EXPECT_EQ(lookup_near("wlan_get_sid", command_names()),
             (std::vector<std::string>{"wlan_set_ssid", "wlan_get_ssid", "wlan_get_bssid"}));
   // Among those that are as near, too: of four, the three are not of the inert ones alone.
-  EXPECT_EQ(lookup_near("hnc_get_enabel", true)[0], "hnc_get_enable");
+  EXPECT_EQ(lookup_near("hnc_get_enabel", command_names())[0], "hnc_get_enable");
 }
 
 TEST(Lookup, Patterns) {
@@ -91,9 +101,9 @@ TEST(Lookup, Patterns) {
   for (const char* pattern :
        {"", "ssid", "SSID", "set-ssid", "network name", "Network", "wlan_*", "*ssid",
         "wlan?set?ssid", "*profile*", "*", "set*ssid", "wlan_set_ss?", "ssid*", "?"})
-    EXPECT_TRUE(lookup_matches(set_ssid, pattern)) << pattern;
+    EXPECT_TRUE(search_matches(set_ssid, pattern)) << pattern;
   for (const char* pattern : {"ssids", "ssid*set", "wlan_set_ssi??x", "*xx", "hnc_*"})
-    EXPECT_FALSE(lookup_matches(set_ssid, pattern)) << pattern;
+    EXPECT_FALSE(search_matches(set_ssid, pattern)) << pattern;
 }
 
 }  // namespace

@@ -40,7 +40,7 @@ TEST(Args, OptionsComeFirstAndTheRestIsVerbatim) {
   for (const Case& c : cases) {
     client_options options;
     std::string error;
-    ASSERT_EQ(args_parse(c.arguments, options, error), args_outcome::kRun) << error;
+    ASSERT_EQ(options_parse(c.arguments, options, error), options_outcome::kRun) << error;
     EXPECT_EQ(options.words, c.words);
     EXPECT_EQ(options.timeout, c.timeout);
     EXPECT_EQ(options.port, c.port);
@@ -53,7 +53,7 @@ TEST(Args, WrongOptionsLeaveThatJsonIsWanted) {
                              Words{"--json", "--bogus"}, Words{"--json"}}) {
     client_options options;
     std::string error;
-    EXPECT_EQ(args_parse(words, options, error), args_outcome::kError);
+    EXPECT_EQ(options_parse(words, options, error), options_outcome::kError);
     EXPECT_TRUE(options.json) << error;
   }
 }
@@ -61,11 +61,12 @@ TEST(Args, WrongOptionsLeaveThatJsonIsWanted) {
 TEST(Args, DefaultsAreTheDaemonsAddress) {
   client_options options;
   std::string error;
-  ASSERT_EQ(args_parse({"ping"}, options, error), args_outcome::kRun);
+  ASSERT_EQ(options_parse({"ping"}, options, error), options_outcome::kRun);
   EXPECT_EQ(options.host, "192.168.254.254");
   EXPECT_EQ(options.port, 60001);
   EXPECT_EQ(options.timeout, 10);
-  ASSERT_EQ(args_parse({"--host", "gateway.lan", "ping"}, options, error), args_outcome::kRun);
+  ASSERT_EQ(options_parse({"--host", "gateway.lan", "ping"}, options, error),
+            options_outcome::kRun);
   EXPECT_EQ(options.host, "gateway.lan");
 }
 
@@ -95,7 +96,7 @@ TEST(Args, WrongOptionsAreRefusedInOneLine) {
   for (const auto& c : cases) {
     client_options options;
     std::string error;
-    ASSERT_EQ(args_parse(c.arguments, options, error), args_outcome::kError) << c.named;
+    ASSERT_EQ(options_parse(c.arguments, options, error), options_outcome::kError) << c.named;
     EXPECT_NE(error.find(c.named), std::string::npos) << error;
     EXPECT_EQ(error.find_first_of("\n\x1b"), std::string::npos) << error;
   }
@@ -104,25 +105,23 @@ TEST(Args, WrongOptionsAreRefusedInOneLine) {
 TEST(Args, HelpAndVersion) {
   client_options options;
   std::string error;
-  EXPECT_EQ(args_parse({"--help"}, options, error), args_outcome::kHelp);
-  EXPECT_EQ(args_parse({"-h"}, options, error), args_outcome::kHelp);
-  EXPECT_EQ(args_parse({"--version"}, options, error), args_outcome::kVersion);
+  EXPECT_EQ(options_parse({"--help"}, options, error), options_outcome::kHelp);
+  EXPECT_EQ(options_parse({"-h"}, options, error), options_outcome::kHelp);
+  EXPECT_EQ(options_parse({"--version"}, options, error), options_outcome::kVersion);
   for (const char* option : {"--host", "--port", "--timeout", "--json", "--version", "--help"})
-    EXPECT_NE(help_text().find(option), std::string::npos) << option;
+    EXPECT_NE(help_text(command_all()).find(option), std::string::npos) << option;
 }
 
 TEST(Help, FitsIntoEightyColumnsAndHasEveryCommand) {
-  std::string text = help_text();
-  for (const char* command : lookup_commands()) {
-    const std::string part = help_of(command);
-    EXPECT_TRUE(part.starts_with("usage: wificonf")) << command;
-    EXPECT_NE(part.find(std::string("\n  ") + command + " "), std::string::npos) << part;
+  std::string text = help_text(command_all());
+  for (const command_row* command : command_all()) {
+    const std::string part = help_of(*command);
+    EXPECT_TRUE(part.starts_with("usage: wificonf")) << command->name;
+    EXPECT_NE(part.find(std::string("\n  ") + command->name + " "), std::string::npos) << part;
     text += part;
   }
   for (size_t at = 0; at < text.size(); at = text.find('\n', at) + 1)
     EXPECT_LT(text.find('\n', at) - at, 80u) << text.substr(at, 90);
-  EXPECT_EQ(help_of("wlan_set_ssid"), "");
-  EXPECT_EQ(help_of(""), "");
 }
 
 }  // namespace

@@ -9,13 +9,13 @@ namespace {
 byte_string words(std::initializer_list<uint32_t> list) {
   byte_string bytes;
   for (uint32_t word : list)
-    wire_put_word(bytes, word);
+    xdr_put_word(bytes, word);
   return bytes;
 }
 
 byte_string text_record(uint32_t code, const std::string& data) {
   byte_string bytes = words({code, 0});
-  wire_put_opaque(bytes, data);
+  xdr_put_opaque(bytes, data);
   return bytes;
 }
 
@@ -64,8 +64,8 @@ TEST(Reply, OnlyTheMeaningfulWordsAreKept) {
   decoded_reply reply;
   byte_string bytes = words({0, 12});
   for (uint32_t i = 1; i <= 12; i++)
-    wire_put_word(bytes, i);
-  wire_put_word(bytes, 0);
+    xdr_put_word(bytes, i);
+  xdr_put_word(bytes, 0);
   ASSERT_TRUE(decodes("wlan_get_channel_statistics", bytes, reply));
   EXPECT_EQ(reply.data, std::string("\1\0\0\0\2\0\0\0\3\0\0\0", 12)) << "low byte first";
   EXPECT_FALSE(decodes("wlan_get_channel_statistics", words({0, 2, 1, 2, 0}), reply));
@@ -94,7 +94,7 @@ TEST(Reply, LyingLengths) {
   for (uint32_t length : {5u, 8256u, 8257u, 0x7fffffffu, 0xfffffffdu, 0xffffffffu})
     EXPECT_FALSE(decodes("wlan_get_ssid", words({0, 0, length, 0x61626300}), reply)) << length;
   byte_string large = words({0, 0});
-  wire_put_opaque(large, std::string(8257, 'x'));
+  xdr_put_opaque(large, std::string(8257, 'x'));
   EXPECT_FALSE(decodes("wlan_get_ssid", large, reply)) << "more than return_data may have";
 }
 

@@ -9,7 +9,7 @@ constexpr uint32_t kXid = 0x12345678;
 byte_string words(std::initializer_list<uint32_t> list) {
   byte_string bytes;
   for (uint32_t word : list)
-    wire_put_word(bytes, word);
+    xdr_put_word(bytes, word);
   return bytes;
 }
 
@@ -46,9 +46,9 @@ TEST(Rpc, ReplyStates) {
 
 TEST(Rpc, ResultFollowsTheVerifier) {
   byte_string message = words({kXid, 1, 0, 7});
-  wire_put_opaque(message, "abcde");
+  xdr_put_opaque(message, "abcde");
   for (uint32_t word : {0u, 42u})
-    wire_put_word(message, word);
+    xdr_put_word(message, word);
   rpc_reply reply = rpc_read_reply(kXid, message);
   ASSERT_EQ(reply.status, rpc_status::kSuccess);
   EXPECT_EQ(byte_string(reply.result.begin(), reply.result.end()), words({42}));

@@ -38,13 +38,13 @@ Outcome run_against(uint32_t state, const byte_string& result, std::vector<std::
 byte_string words(std::initializer_list<uint32_t> list) {
   byte_string bytes;
   for (uint32_t word : list)
-    wire_put_word(bytes, word);
+    xdr_put_word(bytes, word);
   return bytes;
 }
 
 byte_string data_record(uint32_t code, const std::string& data) {
   byte_string bytes = words({code, 0});
-  wire_put_opaque(bytes, data);
+  xdr_put_opaque(bytes, data);
   return bytes;
 }
 

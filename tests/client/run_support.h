@@ -15,7 +15,7 @@ struct Outcome {
   std::vector<byte_string> calls;
 };
 
-constexpr uint32_t kFailed = 0xffffffff;
+constexpr uint32_t kMinus1 = 0xffffffff;
 
 Outcome run_words(const std::vector<std::string>& words);
 

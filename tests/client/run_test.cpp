@@ -6,6 +6,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "commands/command.h"
 #include "fake_daemon.h"
 #include "run_support.h"
 #include "wire/lookup.h"
@@ -23,13 +24,13 @@ TEST(Run, ResultsAsText) {
       {{"wlan_set_ssid", "3", "x"}, words({7}), "ok (code 7)\n"},
       {{"wlan_del_entry", "3"}, words({0, 0, 0}), "ok\n"},
       {{"wlan_get_channel", "1"}, words({0, 4, 6, 0, 0, 0, 0}), "6\n"},
-      {{"wlan_get_channel", "1"}, words({0, 4, kFailed, 0, 0, 0, 0}), "-1\n"},
+      {{"wlan_get_channel", "1"}, words({0, 4, kMinus1, 0, 0, 0, 0}), "-1\n"},
       {{"wlan-get-ssid", "3"}, data_record(0, std::string("abc", 4)), "abc\n"},
       {{"WLAN_GET_SSID", "3"}, data_record(0, "\x1b[2J\xff"), "\\x1b[2J\\xff\n"},
       {{"wlan_get_channel_statistics", "1"},
-       words({0, 3, 40, 2, kFailed, 0}),
+       words({0, 3, 40, 2, kMinus1, 0}),
        "channel_busy 40 %\nap_activity  2 %\nbusy_time    -\n"},
-      {{"wlan_get_retransmission_metric", "1"}, words({0, 4, kFailed, 0, 0, 0, 0}), "-\n"},
+      {{"wlan_get_retransmission_metric", "1"}, words({0, 4, kMinus1, 0, 0, 0, 0}), "-\n"},
       {{"wlan_get_current_channel", "1"}, words({0, 4, 0, 0, 0, 0, 0}), "-\n"},
       {{"wlan_get_hnc_steer_sta_mac_address", "3"},
        data_record(0, std::string("00:11:22:33:44:55", 18)),
@@ -63,7 +64,7 @@ TEST(Run, ResultsAsJson) {
        words({0}),
        R"({"procedure":"wlan_set_ssid","number":22,"return_code":0})"},
       {{"wlan_get_channel", "1"},
-       words({0, 4, kFailed, 0, 0, 0, 0}),
+       words({0, 4, kMinus1, 0, 0, 0, 0}),
        R"({"procedure":"wlan_get_channel","number":16,"return_code":0,"inert":true,"value":-1})"},
       {{"wlan_get_ssid", "3"},
        data_record(1, std::string("a\"\\\x1b\xc3\xa9\0", 7)),
@@ -72,7 +73,7 @@ TEST(Run, ResultsAsJson) {
        data_record(0, "\\\xff"),
        R"({"procedure":"wlan_get_ssid","number":21,"return_code":0,"inert":true,"value":"\\\\\\xff","value_escaped":true})"},
       {{"wlan_get_channel_statistics", "1"},
-       words({0, 4, 1, 2, kFailed, 9, 0}),
+       words({0, 4, 1, 2, kMinus1, 9, 0}),
        R"({"procedure":"wlan_get_channel_statistics","number":238,"return_code":0,"value":{"channel_busy":1,"ap_activity":2,"busy_time":null}})"},
       {{"wlan_get_hnc_steer_sta_mac_address", "3"},
        data_record(1, "\xff" + std::string(17, '\0')),
@@ -96,8 +97,8 @@ TEST(Run, ResultsAsJson) {
 }
 
 TEST(Run, AFailureCodeIsStatus1AndNoValue) {
-  Outcome setter = run_against(0, words({kFailed}), {"wlan_set_ssid", "3", "x"});
-  Outcome getter = run_against(0, words({kFailed, 4, 6, 0, 0, 0, 0}), {"wlan_get_channel", "1"});
+  Outcome setter = run_against(0, words({kMinus1}), {"wlan_set_ssid", "3", "x"});
+  Outcome getter = run_against(0, words({kMinus1, 4, 6, 0, 0, 0, 0}), {"wlan_get_channel", "1"});
   for (const Outcome& outcome : {setter, getter}) {
     EXPECT_EQ(outcome.status, kExitFailureCode);
     EXPECT_EQ(outcome.out, "");
@@ -352,7 +353,7 @@ TEST(Run, WhatDoesNothingHasAStatusOfItsOwn) {
     EXPECT_EQ(accepted.status, kExitDone) << call[1];
     EXPECT_EQ(accepted.err, "") << call[1];
   }
-  EXPECT_EQ(run_against(0, words({kFailed}), {"--inert-ok", "wlan_set_channel", "9", "36"}).status,
+  EXPECT_EQ(run_against(0, words({kMinus1}), {"--inert-ok", "wlan_set_channel", "9", "36"}).status,
             kExitFailureCode);
   EXPECT_EQ(run_against(0, {}, {"4"}).status, kExitInert) << "by number";
   Outcome alive = run_against(0, words({0}), {"wlan_check_rpc_alive"});
@@ -408,11 +409,12 @@ TEST(Run, HelpVersionListAndDescribe) {
 }
 
 TEST(Run, EveryCommandIsOne) {
-  for (const std::string command : lookup_commands()) {
+  for (const command_row* row : command_all()) {
+    const std::string command = row->name;
     const std::string err = run_words({command, "no", "such", "words"}).err;
     EXPECT_EQ(err.find("no procedure '" + command + "'"), std::string::npos) << err;
   }
-  EXPECT_EQ(lookup_commands().size(), 8u);
+  EXPECT_EQ(command_all().size(), 8u);
 }
 
 // What is said when there is no room for the output, with a buffer of this size.

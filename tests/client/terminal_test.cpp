@@ -91,7 +91,7 @@ byte_string stations(const byte_string& call, uint32_t samples) {
     row[57] = 0;
   }
   byte_string reply = fake_reply(call, 0, {0, 0});
-  wire_put_opaque(reply, record);
+  xdr_put_opaque(reply, record);
   return reply;
 }
 
@@ -250,7 +250,7 @@ byte_string busy_station(const byte_string& call, uint32_t samples) {
   record.replace(44, 17, "02:00:00:00:00:01");
   record[4 + 59] = 8;
   byte_string reply = fake_reply(call, 0, {0, 0});
-  wire_put_opaque(reply, record);
+  xdr_put_opaque(reply, record);
   return reply;
 }
 
@@ -313,7 +313,7 @@ std::vector<Datagram> answer_slowly(slow_daemon& one, const byte_string& call) {
     record[24 + k] = static_cast<char>(sent >> (8 * k));
   record.replace(44, 17, "02:00:00:00:00:01");
   byte_string reply = fake_reply(call, 0, {0, 0});
-  wire_put_opaque(reply, record);
+  xdr_put_opaque(reply, record);
   return {{reply}};
 }
 
@@ -443,7 +443,7 @@ TEST(Terminal, TopSaysThatNoRadioIsUp) {
   FakeDaemon daemon;
   fake_daemon_start(daemon, [](const byte_string& call) {
     byte_string reply = fake_reply(call, 0, {0xffffffff, 0});
-    wire_put_opaque(reply, std::string(2436, '\0'));
+    xdr_put_opaque(reply, std::string(2436, '\0'));
     return std::vector<Datagram>{{reply}};
   });
   terminal one;
@@ -458,7 +458,7 @@ TEST(Terminal, WatchRedrawsWithinTheScreen) {
   fake_daemon_start(daemon, [](const byte_string& call) {
     byte_string reply = fake_reply(call, 0, {0, 16});
     for (int i = 0; i < 17; i++)
-      wire_put_word(reply, 0);
+      xdr_put_word(reply, 0);
     return std::vector<Datagram>{{reply}};
   });
   terminal one;
