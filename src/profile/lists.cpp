@@ -45,7 +45,7 @@ static bool take_settings(bool with_index, va_list* arguments, setting_list* lis
 
 static unsigned update_from_list(const char* caller, const char* path, update_form form,
                                  va_list* arguments) {
-  const bool with_index = form == update_form::fields || form == update_form::forced_fields;
+  const bool with_index = form == update_form::kFields || form == update_form::kForcedFields;
   setting_list list;
   unsigned result = kProfileFailed;
   if (take_settings(with_index, arguments, &list)) {
@@ -60,7 +60,7 @@ static unsigned update_from_list(const char* caller, const char* path, update_fo
 unsigned wifiprofile_updateParam(const char* path, ...) {
   va_list arguments;
   va_start(arguments, path);
-  const unsigned result = update_from_list(__func__, path, update_form::values, &arguments);
+  const unsigned result = update_from_list(__func__, path, update_form::kValues, &arguments);
   va_end(arguments);
   return result;
 }
@@ -68,7 +68,7 @@ unsigned wifiprofile_updateParam(const char* path, ...) {
 unsigned wifiprofile_updateParam_with_index(const char* path, ...) {
   va_list arguments;
   va_start(arguments, path);
-  const unsigned result = update_from_list(__func__, path, update_form::fields, &arguments);
+  const unsigned result = update_from_list(__func__, path, update_form::kFields, &arguments);
   va_end(arguments);
   return result;
 }
@@ -76,7 +76,7 @@ unsigned wifiprofile_updateParam_with_index(const char* path, ...) {
 unsigned wifiprofile_updateParam_force(const char* path, ...) {
   va_list arguments;
   va_start(arguments, path);
-  const unsigned result = update_from_list(__func__, path, update_form::forced_values, &arguments);
+  const unsigned result = update_from_list(__func__, path, update_form::kForcedValues, &arguments);
   va_end(arguments);
   return result;
 }
@@ -84,7 +84,7 @@ unsigned wifiprofile_updateParam_force(const char* path, ...) {
 unsigned wifiprofile_updateParam_with_index_force(const char* path, ...) {
   va_list arguments;
   va_start(arguments, path);
-  const unsigned result = update_from_list(__func__, path, update_form::forced_fields, &arguments);
+  const unsigned result = update_from_list(__func__, path, update_form::kForcedFields, &arguments);
   va_end(arguments);
   return result;
 }

@@ -63,13 +63,13 @@ struct profile_setting {
 enum class update_form {
   // Whole values. A key that is not in the file fails the call, and nothing is
   // written.
-  values,
+  kValues,
   // One field of each value. A list that is shorter is filled up with empty fields.
-  fields,
+  kFields,
   // The forced forms take one setting. They write its line whether or not the value
   // changes and append it when it is missing, a field as its whole value.
-  forced_values,
-  forced_fields,
+  kForcedValues,
+  kForcedFields,
 };
 
 // Refused with a message, nothing touched: a line end in a key or value, a ";"

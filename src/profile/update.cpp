@@ -180,13 +180,13 @@ static unsigned commit(const update& work, const char* path, const file_image& o
   char temporary[64];
   make_temporary_name(work, profile_files_of(path)->band, temporary, sizeof temporary);
   switch (file_create(temporary, work.content.data, work.content.length)) {
-    case file_step::open:
+    case file_step::kOpen:
       report(work, "2 open", temporary);
       return kProfileFailed;
-    case file_step::write:
+    case file_step::kWrite:
       report(work, "2 write", temporary);
       return kProfileFailed;
-    case file_step::done:
+    case file_step::kDone:
       break;
   }
   replace_profile(work, path, temporary, old);
@@ -223,10 +223,10 @@ static unsigned update_locked(update* work, const char* path) {
 
 unsigned profile_update(const char* path, update_form form,
                         std::span<const profile_setting> settings) {
-  const bool forced = form == update_form::forced_values || form == update_form::forced_fields;
+  const bool forced = form == update_form::kForcedValues || form == update_form::kForcedFields;
   update work = {
       .name = forced ? "_wifiprofile_updateParam_force" : "_wifiprofile_updateParam",
-      .with_index = form == update_form::fields || form == update_form::forced_fields,
+      .with_index = form == update_form::kFields || form == update_form::kForcedFields,
       .forced = forced,
       .settings = settings,
   };

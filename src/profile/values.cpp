@@ -25,17 +25,17 @@ int bss_number(int bss, const char* key, int max_len) {
 
 unsigned write_bss_field(int bss, std::string_view key, std::string_view value) {
   const profile_setting setting = {key, bss_list_position(bss), value};
-  return profile_update(bss_profile(bss), update_form::fields, {&setting, 1});
+  return profile_update(bss_profile(bss), update_form::kFields, {&setting, 1});
 }
 
 unsigned write_value(int index, std::string_view key, std::string_view value) {
   const profile_setting setting = {key, 0, value};
-  return profile_update(bss_profile(index), update_form::values, {&setting, 1});
+  return profile_update(bss_profile(index), update_form::kValues, {&setting, 1});
 }
 
 unsigned force_value(int index, std::string_view key, std::string_view value) {
   const profile_setting setting = {key, 0, value};
-  return profile_update(bss_profile(index), update_form::forced_values, {&setting, 1});
+  return profile_update(bss_profile(index), update_form::kForcedValues, {&setting, 1});
 }
 
 void report_profile_failure(const char* caller, const char* attempt, const char* end) {

@@ -95,7 +95,7 @@ requires(Row::kLeadsWithIndex) void trace_input(Index, Values... values) {
 // ---- What a getter was asked for: its first argument. Numbers and records differ
 // in the form: kept on purpose.
 
-enum class asked_form { plain, bracketed };
+enum class asked_form { kPlain, kBracketed };
 
 inline void trace_asked(const char* handler, asked_form) {
   trace_rpc(handler, " WLAN RPC server :\n");
@@ -103,8 +103,8 @@ inline void trace_asked(const char* handler, asked_form) {
 template <typename... Others>
 void trace_asked(const char* handler, asked_form form, int index, Others...) {
   trace_rpc(handler,
-            form == asked_form::plain ? " WLAN RPC server : index %d\n"
-                                      : " WLAN RPC server : [index %d]\n",
+            form == asked_form::kPlain ? " WLAN RPC server : index %d\n"
+                                       : " WLAN RPC server : [index %d]\n",
             index);
 }
 inline void trace_asked(const char* handler, asked_form, const char* text) {
@@ -140,7 +140,7 @@ struct derived<Row, back_end, member_list<void, Members...>, code_answer> {
 template <typename Row, auto back_end, typename... Members>
 struct derived<Row, back_end, member_list<void, Members...>, no_answer> {
   static int handler(typename Members::type... in, wlan_config_result_data_t* result, svc_req*) {
-    trace_asked(Row::kHandler, asked_form::plain, in...);
+    trace_asked(Row::kHandler, asked_form::kPlain, in...);
     result->return_code = back_end(in...);
     return 1;
   }
@@ -150,7 +150,7 @@ template <typename Row, auto back_end, typename... Members, fixed_text Label>
 struct derived<Row, back_end, member_list<void, Members...>, int_answer<Label>> {
   static int handler(typename Members::type... in, wlan_config_result_data_t* result, svc_req*) {
     int value = 0;
-    trace_asked(Row::kHandler, asked_form::plain, in...);
+    trace_asked(Row::kHandler, asked_form::kPlain, in...);
     result->return_code = back_end(in..., &value);
     pack_int(Row::kHandler, Label.text, value, result);
     return 1;
@@ -161,7 +161,7 @@ template <typename Row, auto back_end, typename... Members, fixed_text Label>
 struct derived<Row, back_end, member_list<void, Members...>, text_answer<Label>> {
   static int handler(typename Members::type... in, wlan_config_result_data_t* result, svc_req*) {
     char text[kTextSize<std::remove_pointer_t<decltype(back_end)>>] = {};
-    trace_asked(Row::kHandler, asked_form::bracketed, in...);
+    trace_asked(Row::kHandler, asked_form::kBracketed, in...);
     result->return_code = back_end(in..., text);
     pack_text(Row::kHandler, Label.text, text, sizeof text, result);
     if (Row::kFacts.answer_shown_twice) trace_text_again(Row::kHandler, *result);
@@ -173,7 +173,7 @@ template <typename Row, auto back_end, typename... Members, typename Record>
 struct derived<Row, back_end, member_list<void, Members...>, words_answer<Record>> {
   static int handler(typename Members::type... in, wlan_config_result_data_t* result, svc_req*) {
     Record record = {};
-    trace_asked(Row::kHandler, asked_form::bracketed, in...);
+    trace_asked(Row::kHandler, asked_form::kBracketed, in...);
     result->return_code = back_end(in..., &record);
     pack_words(&record, sizeof record, result);
     return 1;
@@ -184,7 +184,7 @@ template <typename Row, auto back_end, typename... Members, typename Record>
 struct derived<Row, back_end, member_list<void, Members...>, image_answer<Record>> {
   static int handler(typename Members::type... in, wlan_config_result_data_t* result, svc_req*) {
     Record record = {};
-    trace_asked(Row::kHandler, asked_form::bracketed, in...);
+    trace_asked(Row::kHandler, asked_form::kBracketed, in...);
     result->return_code = back_end(in..., &record);
     pack_image(&record, sizeof record, result);
     trace_rpc(Row::kHandler, " WLAN RPC server : result->return_data.return_data_len = %u\n",

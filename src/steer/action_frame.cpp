@@ -6,7 +6,6 @@
 #include "steer/driver_records.h"
 #include "steer/mac_text.h"
 #include "sys/wext.h"
-#include "sys/wireless.h"
 
 static constexpr char kName[] = "send_btm_action_frame_request";
 

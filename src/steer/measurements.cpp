@@ -8,7 +8,6 @@
 #include "steer/driver_records.h"
 #include "sys/board.h"
 #include "sys/wext.h"
-#include "sys/wireless.h"
 #include "wlan/driver_gate.h"
 
 static constexpr int kBitsPerMbit = 1000000;
@@ -64,13 +63,13 @@ int wlan_getVHtSupport(int radio, int* support) {
 int wlan_getRadioMaxBitRate(int radio, int* mbit_per_second) {
   int32_t bits_per_second = 0;
   switch (wireless_get_rate(radio, &bits_per_second)) {
-    case wireless_result::no_socket:
+    case wireless_result::kNoSocket:
       REV_ERROR("socket failed\n");
       return -1;
-    case wireless_result::refused:
+    case wireless_result::kRefused:
       REV_ERROR("ioctl failed (cmd=0x%X), index = %d \n", kWirelessGetRate, radio);
       return -1;
-    case wireless_result::done:
+    case wireless_result::kDone:
       break;
   }
   *mbit_per_second = bits_per_second / kBitsPerMbit;

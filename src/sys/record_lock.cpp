@@ -45,15 +45,15 @@ static bool held_by_stranger(int file, const struct stat& status) {
 }
 
 namespace {
-enum class verdict { granted, refused, stranger };
+enum class verdict { kGranted, kRefused, kStranger };
 }  // namespace
 
 static verdict try_lock(int file, const struct stat& status) {
   const struct flock whole = whole_file();
   if (fcntl(file, F_SETLK, &whole) != 0)
-    return held_by_stranger(file, status) ? verdict::stranger : verdict::refused;
-  if (status.st_size > 0 && ftruncate(file, 0) != 0) return verdict::refused;
-  return verdict::granted;
+    return held_by_stranger(file, status) ? verdict::kStranger : verdict::kRefused;
+  if (status.st_size > 0 && ftruncate(file, 0) != 0) return verdict::kRefused;
+  return verdict::kGranted;
 }
 
 bool try_record_lock(const char* path) {
@@ -66,7 +66,7 @@ bool try_record_lock(const char* path) {
     }
     const verdict result = try_lock(file, status);
     close(file);
-    if (result != verdict::stranger) return result == verdict::granted;
+    if (result != verdict::kStranger) return result == verdict::kGranted;
     RPC_ERROR("%s is removed: another user has locked it\n", path);
     unlink(path);
   }

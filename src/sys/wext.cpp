@@ -1,5 +1,6 @@
 #include "sys/wext.h"
 
+#include <linux/wireless.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -8,7 +9,25 @@
 #include <cstring>
 
 #include "diag/trace.h"
-#include "sys/driver_frame.h"
+#include "sys/board.h"
+
+// A request to the interface of a BSS, whatever its index: one without an interface is
+// the kernel's to refuse. With a record, its data form.
+static iwreq frame_of(int bss) {
+  const interface_name name = bss_interface(bss);
+  iwreq frame = {};
+  static_assert(sizeof name.text <= sizeof frame.ifr_name);
+  memcpy(frame.ifr_name, name.text, sizeof name.text);
+  return frame;
+}
+
+static iwreq frame_of(int bss, const void* record, uint16_t length, uint16_t flags) {
+  iwreq frame = frame_of(bss);
+  frame.u.data.pointer = const_cast<void*>(record);
+  frame.u.data.length = length;
+  frame.u.data.flags = flags;
+  return frame;
+}
 
 // Issues one request on a socket of its own. Returns 1, or 0 with errno kept
 // from the request; `blank` is what the caller's message has before its line end.
@@ -83,4 +102,46 @@ int rtpriv_set_ioctl_2(int bss, unsigned request, unsigned subcmd, const void* b
                        uint16_t length) {
   iwreq frame = frame_of(bss, buffer, length, static_cast<uint16_t>(subcmd | kRtprivSet));
   return issue(__func__, request, subcmd, &frame);
+}
+
+static_assert(kWirelessGetRate == SIOCGIWRATE);
+
+int wireless_open() {
+  return socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+}
+
+void wireless_close(int sock) {
+  close(sock);
+}
+
+// Asks for what the driver answers in the frame itself.
+static wireless_result ask(unsigned request, iwreq* frame) {
+  const int sock = wireless_open();
+  if (sock < 0) return wireless_result::kNoSocket;
+  const int result = ioctl(sock, request, frame);
+  wireless_close(sock);
+  return result < 0 ? wireless_result::kRefused : wireless_result::kDone;
+}
+
+wireless_result wireless_get_rate(int bss, int32_t* bits_per_second) {
+  iwreq frame = frame_of(bss);
+  const wireless_result result = ask(SIOCGIWRATE, &frame);
+  if (result == wireless_result::kDone) *bits_per_second = frame.u.bitrate.value;
+  return result;
+}
+
+wireless_result wireless_get_frequency(int bss, wireless_frequency* frequency) {
+  iwreq frame = frame_of(bss);
+  const wireless_result result = ask(SIOCGIWFREQ, &frame);
+  if (result == wireless_result::kDone) *frequency = {frame.u.freq.m, frame.u.freq.e};
+  return result;
+}
+
+int wireless_set_objects(int sock, int bss, const wireless_object* objects, int count) {
+  for (int taken = 0; taken < count; ++taken) {
+    const wireless_object& object = objects[taken];
+    iwreq frame = frame_of(bss, object.record, object.length, object.flags);
+    if (ioctl(sock, kRtprivObject, &frame) < 0) return taken;
+  }
+  return count;
 }

@@ -2,9 +2,9 @@
 
 #include <cstdint>
 
-// Private ioctls of the radio driver (wireless extensions, struct iwreq in its
-// data form). Every function addresses the interface of a 1-based BSS index,
-// "ra" followed by the index minus one; a radio index selects ra0 or ra8.
+// The one door to the radio driver: private ioctls (wireless extensions, struct iwreq
+// in its data form) and the few standard requests. Every function addresses the interface of a
+// 1-based BSS index, "ra" followed by the index minus one; a radio index selects ra0 or ra8.
 // Request numbers and sub-commands are the driver's. Each call uses a socket
 // of its own; all may be called from any thread. They return 1 for success and
 // 0 for failure, which they report as an RPC error naming request and
@@ -46,3 +46,35 @@ constexpr unsigned kRtprivStructSize = 4096;
 // Writes an object: the sub-command goes out with kRtprivSet.
 [[nodiscard]] int rtpriv_set_ioctl_2(int bss, unsigned request, unsigned subcmd, const void* buffer,
                                      uint16_t length);
+
+// ---- Requests that report nothing: their callers have words of their own.
+
+enum class wireless_result { kDone, kNoSocket, kRefused };
+
+// The bit rate of an interface, bits per second (SIOCGIWRATE).
+constexpr unsigned kWirelessGetRate = 0x8B21;
+[[nodiscard]] wireless_result wireless_get_rate(int bss, int32_t* bits_per_second);
+
+// The frequency of an interface, mantissa times ten to the exponent
+// (SIOCGIWFREQ); the driver answers its channel.
+struct wireless_frequency {
+  int32_t mantissa;
+  int16_t exponent;
+};
+[[nodiscard]] wireless_result wireless_get_frequency(int bss, wireless_frequency* frequency);
+
+// An object to set: sub-command with its set bit, and the record.
+struct wireless_object {
+  uint16_t flags;
+  uint16_t length;
+  const void* record;
+};
+
+// Sets objects one after the other, on one socket, until the driver refuses one. Returns how many
+// it took.
+[[nodiscard]] int wireless_set_objects(int sock, int bss, const wireless_object* objects,
+                                       int count);
+
+// The socket for them, -1 when there is none; the caller closes it.
+[[nodiscard]] int wireless_open();
+void wireless_close(int sock);

@@ -111,14 +111,14 @@ file_step file_create(const char* path, const char* data, size_t length) {
   if (file < 0 && errno == EEXIST && (unlink(path) == 0 || planted_remove(path))) {
     file = open(path, kFlags, kPrivateMode);
   }
-  if (file < 0) return file_step::open;
+  if (file < 0) return file_step::kOpen;
   const bool written = write_fully(file, data, length) && fsync(file) == 0;
-  if (written && close(file) == 0) return file_step::done;
+  if (written && close(file) == 0) return file_step::kDone;
   const int error = errno;
   if (!written) close(file);
   unlink(path);
   errno = error;
-  return file_step::write;
+  return file_step::kWrite;
 }
 
 bool file_rename_over(const char* path, const char* target, const file_image* like) {

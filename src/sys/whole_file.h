@@ -32,7 +32,7 @@ void file_release(file_image* image);
 // Creates a new file with one write and flushes it to its device. Only its
 // owner may read it. A leftover of that name is removed first, as is whatever another
 // user made there, even a directory; on failure nothing is left. Returns the step that failed.
-enum class file_step { done, open, write };
+enum class file_step { kDone, kOpen, kWrite };
 [[nodiscard]] file_step file_create(const char* path, const char* data, size_t length);
 
 // Gives a file that file_create made the mode and owner of `like`, then renames

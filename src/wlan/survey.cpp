@@ -7,7 +7,6 @@
 #include "sys/board.h"
 #include "sys/command.h"
 #include "sys/wext.h"
-#include "sys/wireless.h"
 
 static constexpr unsigned kObjectSurvey = 0x069B;
 
@@ -72,14 +71,14 @@ static bool fits_channel(long double value) {
 int wlan_getCurrentChannel(int bss, int* channel) {
   wireless_frequency frequency = {};
   switch (wireless_get_frequency(bss, &frequency)) {
-    case wireless_result::no_socket:
+    case wireless_result::kNoSocket:
       // Answered as a success: kept on purpose.
       REV_ERROR("socket failed\n");
       return 0;
-    case wireless_result::refused:
+    case wireless_result::kRefused:
       REV_ERROR("wlan_getCurrentChannel ioctl failed \n");
       return -1;
-    case wireless_result::done:
+    case wireless_result::kDone:
       break;
   }
   long double value = frequency.mantissa;

@@ -16,7 +16,7 @@ static unsigned update(update_form form, std::initializer_list<profile_setting> 
 
 TEST(ProfileSettings, ValuesAreSetAtOnce) {
   set_up();
-  EXPECT_EQ(update(update_form::values, {{"SSID1", 0, "New"}, {"Empty", 0, "a;b"}}), 1u);
+  EXPECT_EQ(update(update_form::kValues, {{"SSID1", 0, "New"}, {"Empty", 0, "a;b"}}), 1u);
   expect_written(
       "#The word of \"Default\" must not be removed\n"
       "Default\nSSID1=New\nAuthMode=WPA2PSK;OPEN;OPEN\nSSID10=Other\nEmpty=a;b\n");
@@ -24,7 +24,7 @@ TEST(ProfileSettings, ValuesAreSetAtOnce) {
 
 TEST(ProfileSettings, FieldsAreSetAtOnce) {
   set_up();
-  EXPECT_EQ(update(update_form::fields, {{"AuthMode", 1, "WPA"}, {"Empty", 1, "x"}}), 1u);
+  EXPECT_EQ(update(update_form::kFields, {{"AuthMode", 1, "WPA"}, {"Empty", 1, "x"}}), 1u);
   expect_written(
       "#The word of \"Default\" must not be removed\n"
       "Default\nSSID1=Home\nAuthMode=WPA2PSK;WPA;OPEN\nSSID10=Other\nEmpty=;x\n");
@@ -32,18 +32,18 @@ TEST(ProfileSettings, FieldsAreSetAtOnce) {
 
 TEST(ProfileSettings, ForcedOnesAreAddedAndTakeOneSetting) {
   set_up();
-  EXPECT_EQ(update(update_form::forced_values, {{"Added", 0, "1"}}), 1u);
-  EXPECT_EQ(update(update_form::forced_fields, {{"AuthMode", 0, "WPA"}}), 1u);
+  EXPECT_EQ(update(update_form::kForcedValues, {{"Added", 0, "1"}}), 1u);
+  EXPECT_EQ(update(update_form::kForcedFields, {{"AuthMode", 0, "WPA"}}), 1u);
   const std::string written = with("WPA2PSK;", "WPA;") + "Added=1\n";
   expect_written(written);
-  EXPECT_EQ(update(update_form::forced_values, {{"SSID1", 0, "x"}, {"Empty", 0, "x"}}), 0u);
+  EXPECT_EQ(update(update_form::kForcedValues, {{"SSID1", 0, "x"}, {"Empty", 0, "x"}}), 0u);
   expect_written(written);
 }
 
 TEST(ProfileSettings, NoneChangesNothing) {
   set_up();
-  for (const update_form form : {update_form::values, update_form::fields,
-                                 update_form::forced_values, update_form::forced_fields})
+  for (const update_form form : {update_form::kValues, update_form::kFields,
+                                 update_form::kForcedValues, update_form::kForcedFields})
     errors_of([&] { EXPECT_EQ(update(form, {}), 2u); });
   expect_untouched();
 }
@@ -52,14 +52,14 @@ TEST(ProfileSettings, NoneChangesNothing) {
 TEST(ProfileSettings, TextsNeedNoEndMark) {
   set_up();
   const std::string_view line = "SSID1=New\n";
-  EXPECT_EQ(update(update_form::values, {{line.substr(0, 5), 0, line.substr(6, 3)}}), 1u);
+  EXPECT_EQ(update(update_form::kValues, {{line.substr(0, 5), 0, line.substr(6, 3)}}), 1u);
   expect_written(with("SSID1=Home", "SSID1=New"));
 }
 
 TEST(ProfileSettings, NegativeIndexAmongThemRefusesAll) {
   set_up();
   const std::string errors = errors_of([] {
-    EXPECT_EQ(update(update_form::fields, {{"AuthMode", 0, "x"}, {"Empty", INT_MIN, "x"}}), 2u);
+    EXPECT_EQ(update(update_form::kFields, {{"AuthMode", 0, "x"}, {"Empty", INT_MIN, "x"}}), 2u);
   });
   EXPECT_EQ(errors,
             rpc_error_prefix(kUpdate) + "Index -2147483648 is error, it should be 0 or positive\n");

@@ -1,4 +1,4 @@
-#include "sys/wireless.h"
+#include "sys/wext.h"
 
 #include <gtest/gtest.h>
 #include <sys/syscall.h>
@@ -11,11 +11,11 @@
 TEST(Wireless, RateAndFrequencyComeFromTheInterface) {
   run("ip link set ra0 up; ip link set ra8 up");
   int32_t rate = 0;
-  EXPECT_EQ(wireless_get_rate(9, &rate), wireless_result::done);
+  EXPECT_EQ(wireless_get_rate(9, &rate), wireless_result::kDone);
   EXPECT_EQ(rate / 100000, 8666);
   wireless_frequency frequency = {};
   run("gwbox set radio ra8 channel=44");
-  EXPECT_EQ(wireless_get_frequency(9, &frequency), wireless_result::done);
+  EXPECT_EQ(wireless_get_frequency(9, &frequency), wireless_result::kDone);
   EXPECT_EQ(frequency.mantissa, 44);
   EXPECT_EQ(frequency.exponent, 0);
 }
@@ -26,8 +26,8 @@ TEST(Wireless, RefusalIsSilentAndLeavesTheValue) {
   wireless_frequency frequency = {77, 7};
   EXPECT_EQ(errors_of([&] {
               for (const int bss : {1, 0, 17, -5, INT_MIN, INT_MAX}) {
-                EXPECT_EQ(wireless_get_rate(bss, &rate), wireless_result::refused) << bss;
-                EXPECT_EQ(wireless_get_frequency(bss, &frequency), wireless_result::refused);
+                EXPECT_EQ(wireless_get_rate(bss, &rate), wireless_result::kRefused) << bss;
+                EXPECT_EQ(wireless_get_frequency(bss, &frequency), wireless_result::kRefused);
               }
             }),
             "");
@@ -62,8 +62,8 @@ TEST(Wireless, NoSocketIsTold) {
   int32_t rate = 77;
   wireless_frequency frequency = {};
   EXPECT_EQ(errors_of([&] {
-              EXPECT_EQ(wireless_get_rate(1, &rate), wireless_result::no_socket);
-              EXPECT_EQ(wireless_get_frequency(1, &frequency), wireless_result::no_socket);
+              EXPECT_EQ(wireless_get_rate(1, &rate), wireless_result::kNoSocket);
+              EXPECT_EQ(wireless_get_frequency(1, &frequency), wireless_result::kNoSocket);
               EXPECT_EQ(wireless_open(), -1);
             }),
             "");
