@@ -4,22 +4,20 @@
 #include <cstdio>
 #include <cstdlib>
 
-namespace {
-
-bool breaks_terminal(uint32_t c) {
+static bool breaks_terminal(uint32_t c) {
   if (c < 0x20 || (c >= 0x7f && c <= 0x9f)) return true;
   if (c == 0x200e || c == 0x200f || c == 0x061c) return true;  // direction marks
   return (c >= 0x2028 && c <= 0x202e) || (c >= 0x2066 && c <= 0x2069);
 }
 
-std::string escape_bytes(std::string_view bytes) {
+static std::string escape_bytes(std::string_view bytes) {
   std::string out;
   for (unsigned char c : bytes)
     out += text_format("\\x%02x", c);
   return out;
 }
 
-size_t sequence_length(unsigned char lead) {
+static size_t sequence_length(unsigned char lead) {
   if (lead < 0x80) return 1;
   if (lead >= 0xc2 && lead <= 0xdf) return 2;
   if (lead >= 0xe0 && lead <= 0xef) return 3;
@@ -27,15 +25,15 @@ size_t sequence_length(unsigned char lead) {
   return 0;
 }
 
-char printable(unsigned char c) {
+static char printable(unsigned char c) {
   return c >= 0x20 && c < 0x7f ? static_cast<char>(c) : '.';
 }
 
-constexpr size_t kDumpRow = 16;
+static constexpr size_t kDumpRow = 16;
 
-std::string dump_line(size_t at, std::string_view row) {
+static std::string dump_line(size_t at, std::string_view row) {
   std::string out = text_format("%04zx ", at);
-  for (size_t i = 0; i < kDumpRow; i++) {
+  for (size_t i = 0; i < kDumpRow; ++i) {
     if (i == kDumpRow / 2) out += ' ';
     out += i < row.size() ? text_format(" %02x", static_cast<unsigned char>(row[i])) : "   ";
   }
@@ -45,14 +43,12 @@ std::string dump_line(size_t at, std::string_view row) {
   return out + '\n';
 }
 
-}  // namespace
-
 size_t text_decode(std::string_view bytes, size_t at, uint32_t* code_point) {
   auto lead = static_cast<unsigned char>(bytes[at]);
   size_t length = sequence_length(lead);
   if (length == 0 || length > bytes.size() - at) return 0;
   uint32_t c = length == 1 ? lead : lead & (0x7fu >> length);
-  for (size_t i = 1; i < length; i++) {
+  for (size_t i = 1; i < length; ++i) {
     auto next = static_cast<unsigned char>(bytes[at + i]);
     if ((next & 0xc0) != 0x80) return 0;
     c = (c << 6) | (next & 0x3f);

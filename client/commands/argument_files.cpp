@@ -10,17 +10,15 @@
 #include "wire/lookup.h"
 #include "wire/rpc.h"
 
-namespace {
-
 // No call takes more.
-constexpr size_t kLongest = kCallBytesMax;
+static constexpr size_t kLongest = kCallBytesMax;
 
-bool is_text(const argument_spec& argument) {
+static bool is_text(const argument_spec& argument) {
   return argument.type == argument_type::kString || argument.type == argument_type::kText;
 }
 
 // Appends what there is, up to one byte more than is taken; why it cannot, or "".
-std::string read_all(int fd, std::string& text) {
+static std::string read_all(int fd, std::string& text) {
   char bytes[4096];
   while (text.size() <= kLongest) {
     const ssize_t length = read(fd, bytes, sizeof bytes);
@@ -32,7 +30,7 @@ std::string read_all(int fd, std::string& text) {
   return text_format("it is longer than %zu bytes, which no call takes", kLongest);
 }
 
-std::string read_file(const std::string& path, std::string& text) {
+static std::string read_file(const std::string& path, std::string& text) {
   const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
   if (fd < 0) return strerror(errno);
   std::string error = read_all(fd, text);
@@ -40,14 +38,14 @@ std::string read_file(const std::string& path, std::string& text) {
   return error;
 }
 
-void drop_line_end(std::string& text) {
+static void drop_line_end(std::string& text) {
   if (!text.ends_with('\n')) return;
   text.pop_back();
   if (text.ends_with('\r')) text.pop_back();
 }
 
 // Replaces the word by what its "@" names; why it cannot, or "".
-std::string replace(std::string& word, bool* input_read) {
+static std::string replace(std::string& word, bool* input_read) {
   if (word.starts_with("@@")) {
     word.erase(0, 1);
     return "";
@@ -66,14 +64,12 @@ std::string replace(std::string& word, bool* input_read) {
   return "";
 }
 
-}  // namespace
-
 bool argument_files_read(const procedure_row& procedure, std::vector<std::string>& given,
                          std::string& error) {
   const std::vector<argument_spec> arguments = table_arguments(procedure);
   if (given.size() != arguments.size()) return true;  // for who counts them to say
   bool input_read = false;
-  for (size_t i = 0; i < given.size(); i++) {
+  for (size_t i = 0; i < given.size(); ++i) {
     if (!is_text(arguments[i]) || !given[i].starts_with('@')) continue;
     const std::string wrong = replace(given[i], &input_read);
     if (wrong.empty()) continue;

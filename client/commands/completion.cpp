@@ -9,14 +9,12 @@
 #include "wire/lookup.h"
 #include "wire/table.h"
 
-namespace {
-
-constexpr char kOptions[] =
+static constexpr char kOptions[] =
     "--host --port --timeout --json --raw --force --inert-ok --version --help";
 
 using command_rows = std::span<const command_row* const>;
 
-std::string names() {
+static std::string names() {
   std::string out;
   for (const procedure_row& procedure : table_procedures())
     out += (out.empty() ? "" : " ") + lookup_display_name(procedure);
@@ -24,7 +22,7 @@ std::string names() {
 }
 
 // Words that make sense for an argument; "" where they are not few.
-std::string values_of(const procedure_row& procedure, const argument_spec& argument) {
+static std::string values_of(const procedure_row& procedure, const argument_spec& argument) {
   std::string out;
   for (const std::string& value : constraint_values(meanings_limits(procedure, argument)))
     out += (out.empty() ? "" : " ") + value;
@@ -33,7 +31,7 @@ std::string values_of(const procedure_row& procedure, const argument_spec& argum
 
 // "NAME|NAME...) offers='...';;" for each list of words that arguments in that
 // place have.
-std::string cases_of(size_t place) {
+static std::string cases_of(size_t place) {
   std::map<std::string, std::string> procedures_by_values;
   for (const procedure_row& procedure : table_procedures()) {
     const auto arguments = table_arguments(procedure);
@@ -53,9 +51,9 @@ std::string cases_of(size_t place) {
   return out;
 }
 
-std::string argument_cases() {
+static std::string argument_cases() {
   std::string out;
-  for (size_t place = 0; place < 6; place++) {
+  for (size_t place = 0; place < 6; ++place) {
     const std::string cases = cases_of(place);
     if (cases.empty()) continue;
     out += "    " + std::to_string(place) + ")\n      case $procedure in\n" + cases +
@@ -64,19 +62,19 @@ std::string argument_cases() {
   return out;
 }
 
-std::string names_of(command_rows commands) {
+static std::string names_of(command_rows commands) {
   std::string out;
   for (const command_row* command : commands)
     out += (out.empty() ? "" : " ") + std::string(command->name);
   return out;
 }
 
-std::string words_of(const command_offer& offer) {
+static std::string words_of(const command_offer& offer) {
   return offer.list == nullptr ? offer.words : offer.list();
 }
 
 // "--bss" of top: "|top/--bss". Options of a command that calls a procedure may follow any word.
-std::string valued_options(command_rows commands) {
+static std::string valued_options(command_rows commands) {
   std::string out;
   for (const command_row* command : commands) {
     std::istringstream words(command->valued);
@@ -87,7 +85,7 @@ std::string valued_options(command_rows commands) {
 }
 
 // What follows an option, or stands in a place of a command's own.
-std::string command_cases(command_rows commands, bool after_option) {
+static std::string command_cases(command_rows commands, bool after_option) {
   std::string out;
   for (const command_row* command : commands) {
     for (const command_offer& offer : command->offers) {
@@ -102,8 +100,8 @@ std::string command_cases(command_rows commands, bool after_option) {
 
 // A line for each command that calls a procedure: where the shell's variable of its name is set,
 // `condition` or else `offers` followed by the words that the command has in the place.
-std::string caller_lines(command_rows commands, std::string_view place, const char* condition,
-                         const char* offers) {
+static std::string caller_lines(command_rows commands, std::string_view place,
+                                const char* condition, const char* offers) {
   std::string out;
   for (const command_row* command : commands) {
     for (const command_offer& offer : command->offers) {
@@ -116,14 +114,14 @@ std::string caller_lines(command_rows commands, std::string_view place, const ch
 }
 
 // Each such command's variable.
-std::string caller_variables(command_rows commands) {
+static std::string caller_variables(command_rows commands) {
   std::string out;
   for (const command_row* command : commands)
     if (command->calls_procedure) out += text_format(" %s=''", command->name);
   return out;
 }
 
-std::string caller_marks(command_rows commands) {
+static std::string caller_marks(command_rows commands) {
   std::string out;
   for (const command_row* command : commands)
     if (command->calls_procedure)
@@ -135,7 +133,7 @@ std::string caller_marks(command_rows commands) {
 // `kind`: names, where the client takes dashes and capitals too, or values, which
 // have an order of their own. Options and what they take are passed over; where bash
 // takes "=" for a word of its own, so is that.
-std::string chooser(command_rows commands) {
+static std::string chooser(command_rows commands) {
   return "_wificonf_words() {\n"
          "  local word procedure=''" +
          caller_variables(commands) +
@@ -176,7 +174,7 @@ std::string chooser(command_rows commands) {
          "}\n";
 }
 
-constexpr char kBash[] =
+static constexpr char kBash[] =
     "_wificonf() {\n"
     "  local offers kind current=${COMP_WORDS[COMP_CWORD]}\n"
     "  _wificonf_words \"${COMP_WORDS[@]:1:COMP_CWORD-1}\"\n"
@@ -191,7 +189,7 @@ constexpr char kBash[] =
 
 // What zsh has in `words` is the command line, which a local of that name would hide
 // from it. As a file that zsh loads with the first completion, it is the function.
-constexpr char kZsh[] =
+static constexpr char kZsh[] =
     "_wificonf() {\n"
     "  local before=(\"${words[@]:1:$((CURRENT - 2))}\")\n"
     "  local offers kind\n"
@@ -207,8 +205,6 @@ constexpr char kZsh[] =
     "else\n"
     "  compdef _wificonf wificonf\n"
     "fi\n";
-
-}  // namespace
 
 std::string completion_script(const std::string& shell, command_rows commands) {
   if (shell == "bash") return "# bash completion for wificonf\n" + chooser(commands) + kBash;

@@ -11,12 +11,12 @@
 #include "values/stations.h"
 #include "wire/lookup.h"
 
-namespace {
-
 using ordered_json = nlohmann::ordered_json;
 
-constexpr uint32_t kRowMax = 32;
-constexpr uint32_t kRadios[] = {1, 9};
+static constexpr uint32_t kRowMax = 32;
+static constexpr uint32_t kRadios[] = {1, 9};
+
+namespace {
 
 struct dump_state {
   const output_streams& streams;
@@ -32,9 +32,11 @@ struct dump_call {
   std::vector<uint32_t> arguments;
 };
 
+}  // namespace
+
 // Calls and keeps the answer in `place`, a failure's code too. False when the
 // daemon does not answer; *code is the answer's.
-bool ask(dump_state& state, ordered_json& place, const dump_call& call, int32_t* code) {
+static bool ask(dump_state& state, ordered_json& place, const dump_call& call, int32_t* code) {
   prepared_call prepared = {call.procedure, {}};
   for (const uint32_t word : call.arguments)
     xdr_put_word(prepared.arguments, word);
@@ -51,7 +53,7 @@ bool ask(dump_state& state, ordered_json& place, const dump_call& call, int32_t*
 
 // The getters whose first argument has the name, all there is being the index;
 // "" for those without an argument.
-std::vector<const procedure_row*> getters_by(std::string_view index) {
+static std::vector<const procedure_row*> getters_by(std::string_view index) {
   std::vector<const procedure_row*> found;
   for (const procedure_row& procedure : table_procedures()) {
     const bool fits = index.empty()
@@ -62,8 +64,8 @@ std::vector<const procedure_row*> getters_by(std::string_view index) {
   return found;
 }
 
-bool ask_all(dump_state& state, ordered_json& place, std::string_view index_name,
-             const std::vector<uint32_t>& arguments) {
+static bool ask_all(dump_state& state, ordered_json& place, std::string_view index_name,
+                    const std::vector<uint32_t>& arguments) {
   int32_t code = 0;
   for (const procedure_row* procedure : getters_by(index_name)) {
     if (!ask(state, place, {procedure, arguments}, &code)) return false;
@@ -72,38 +74,36 @@ bool ask_all(dump_state& state, ordered_json& place, std::string_view index_name
 }
 
 // Counters of a BSS (type 0) or of a radio (type 1).
-bool ask_stats(dump_state& state, ordered_json& place, uint32_t index, uint32_t type) {
+static bool ask_stats(dump_state& state, ordered_json& place, uint32_t index, uint32_t type) {
   int32_t code = 0;
   return ask(state, place, {lookup_name("wlan_get_stats"), {index, type}}, &code);
 }
 
 // The rows of a table of the controller, up to the first that it does not have.
-bool ask_rows(dump_state& state, ordered_json& place) {
+static bool ask_rows(dump_state& state, ordered_json& place) {
   for (const procedure_row* procedure : getters_by("row")) {
     int32_t code = 0;
-    for (uint32_t row = 1; row <= kRowMax && code >= 0; row++) {
+    for (uint32_t row = 1; row <= kRowMax && code >= 0; ++row) {
       if (!ask(state, place[std::to_string(row)], {procedure, {row}}, &code)) return false;
     }
   }
   return true;
 }
 
-bool ask_everything(dump_state& state, ordered_json& dump) {
+static bool ask_everything(dump_state& state, ordered_json& dump) {
   bool answered = ask_all(state, dump["gateway"], "", {});
   for (const uint32_t radio : kRadios) {
     ordered_json& place = dump["radio"][std::to_string(radio)];
     answered =
         answered && ask_all(state, place, "radio", {radio}) && ask_stats(state, place, radio, 1);
   }
-  for (uint32_t bss = 1; bss <= uint32_t{kBssMax}; bss++) {
+  for (uint32_t bss = 1; bss <= uint32_t{kBssMax}; ++bss) {
     ordered_json& place = dump["bss"][std::to_string(bss)];
     answered = answered && ask_all(state, place, "bss", {bss}) && ask_stats(state, place, bss, 0);
   }
   answered = answered && ask_all(state, dump["controller"], "instance", {1});
   return answered && ask_rows(state, dump["row"]);
 }
-
-}  // namespace
 
 bool dump_is_safe(const procedure_row& procedure) {
   return !procedure.inert && procedure.effect == asking::kReads;

@@ -2,22 +2,22 @@
 
 #include "base/text.h"
 
-constexpr size_t kWidth = 79;
-constexpr size_t kIndent = 20;  // of the meanings
+static constexpr size_t kWidth = 79;
+static constexpr size_t kIndent = 20;  // of the meanings
 
 struct help_entry {
   const char* word;
   const char* meaning;
 };
 
-constexpr char kCallUsage[] = "[OPTION...] PROCEDURE [ARGUMENT...]";
-constexpr help_entry kCall = {
+static constexpr char kCallUsage[] = "[OPTION...] PROCEDURE [ARGUMENT...]";
+static constexpr help_entry kCall = {
     "PROCEDURE",
     "name, for example wlan_set_ssid or wlan-set-ssid; or a number, then without arguments and "
     "shown as bytes. Its arguments are checked before anything is sent. For an argument that is a "
     "text, @FILE is what the file holds, @- standard input, @@... a text that begins with @"};
 
-constexpr help_entry kOptions[] = {
+static constexpr help_entry kOptions[] = {
     {"--host HOST", "name or IPv4 address of the daemon (192.168.254.254)"},
     {"--port PORT", "its UDP port (60001)"},
     {"--timeout SECONDS", "how long to wait for an answer (10); fractions allowed"},

@@ -8,20 +8,18 @@
 #include "wire/search.h"
 #include "wire/topic.h"
 
-namespace {
-
 using procedures = std::vector<const procedure_row*>;
 
-constexpr char kTakes[] =
+static constexpr char kTakes[] =
     "list takes [--active] [--topic TOPIC] and one PATTERN at most, which the shell must leave "
     "alone; or --topics";
 
-exit_status list_topics(const output_streams& streams, const client_options& options) {
+static exit_status list_topics(const output_streams& streams, const client_options& options) {
   print(streams, options.json ? json_topics() : describe_topics());
   return kExitDone;
 }
 
-exit_status wrong_topic(const output_streams& streams, const std::string& word) {
+static exit_status wrong_topic(const output_streams& streams, const std::string& word) {
   std::string line = "no topic " + text_quote(word) + ";";
   const std::vector<const char*> meant = topics_near(word);
   if (meant.size() > 1) {
@@ -35,7 +33,8 @@ exit_status wrong_topic(const output_streams& streams, const std::string& word) 
 
 // Takes "--active" and "--topic TOPIC" off the front of the words; `wrong` is a topic
 // that is none.
-void take_options(std::vector<std::string>& words, search_choice& choice, std::string& wrong) {
+static void take_options(std::vector<std::string>& words, search_choice& choice,
+                         std::string& wrong) {
   while (!words.empty()) {
     if (words[0] == "--active") {
       choice.active = true;
@@ -53,8 +52,8 @@ void take_options(std::vector<std::string>& words, search_choice& choice, std::s
   }
 }
 
-exit_status list_procedures(const output_streams& streams, const client_options& options,
-                            const search_choice& choice) {
+static exit_status list_procedures(const output_streams& streams, const client_options& options,
+                                   const search_choice& choice) {
   const procedures found = search_procedures(choice);
   if (found.empty()) {
     const std::string of = choice.topic == nullptr ? "" : " of " + topic_word(choice.topic);
@@ -69,8 +68,6 @@ exit_status list_procedures(const output_streams& streams, const client_options&
         options.json ? json_list(found) : describe_list(found, terminal_width(streams.out)));
   return kExitDone;
 }
-
-}  // namespace
 
 // Words: list [--active] [--topic TOPIC] [PATTERN], or list --topics.
 static exit_status run_list(const output_streams& streams, const client_options& options) {

@@ -7,18 +7,16 @@
 
 #include "base/text.h"
 
-namespace {
+static constexpr double kTimeoutMax = 86400;
 
-constexpr double kTimeoutMax = 86400;
-
-std::string check_timeout(const std::string& text) {
+static std::string check_timeout(const std::string& text) {
   double seconds = 0;
   bool number = CLI::detail::lexical_cast(text, seconds);
   if (number && seconds >= 0.001 && seconds <= kTimeoutMax) return "";
   return "takes seconds, 0.001 to 86400, not " + text_quote(text);
 }
 
-std::string check_port(const std::string& text) {
+static std::string check_port(const std::string& text) {
   unsigned port = 0;
   bool digits = !text.empty() && text.size() <= 5 &&
                 text.find_first_not_of("0123456789") == std::string::npos;
@@ -26,11 +24,11 @@ std::string check_port(const std::string& text) {
   return "takes a port, 1 to 65535, not " + text_quote(text);
 }
 
-std::string check_host(const std::string& text) {
+static std::string check_host(const std::string& text) {
   return text.empty() ? "takes a name or an address" : "";
 }
 
-void define(CLI::App& app, client_options& options) {
+static void define(CLI::App& app, client_options& options) {
   app.set_help_flag("-h,--help");
   app.set_version_flag("--version", std::string());
   app.add_option("--host", options.host)->check(CLI::Validator(check_host, ""));
@@ -43,21 +41,19 @@ void define(CLI::App& app, client_options& options) {
   app.prefix_command();
 }
 
-std::string one_line(std::string text) {
+static std::string one_line(std::string text) {
   std::replace(text.begin(), text.end(), '\n', ' ');
   return text;
 }
 
 // PROCEDURE and what follows; what is wrong with them, or "".
-std::string take_words(std::vector<std::string> words, client_options& options) {
+static std::string take_words(std::vector<std::string> words, client_options& options) {
   if (!words.empty() && words[0] == "--") words.erase(words.begin());
   options.words = std::move(words);
   if (options.words.empty()) return "no procedure given";
   const bool is_option = options.words[0].starts_with('-');
   return is_option ? "unknown option " + text_quote(options.words[0]) : "";
 }
-
-}  // namespace
 
 options_outcome options_parse(const std::vector<std::string>& arguments, client_options& options,
                               std::string& error) {

@@ -4,26 +4,24 @@
 
 #include "base/text.h"
 
-namespace {
-
 // In milliseconds: whole numbers are the same in registers of any width.
-constexpr double kShortest = 10;
-constexpr double kLongest = 86400e3;
+static constexpr double kShortest = 10;
+static constexpr double kLongest = 86400e3;
 
-constexpr struct {
+static constexpr struct {
   const char* name;
   double milliseconds;
 } kUnits[] = {{"", 1000}, {"ms", 1}, {"s", 1000}, {"m", 60e3}, {"h", 3600e3}};
 
-bool parse_count(const std::string& text, unsigned long* count) {
+static bool parse_count(const std::string& text, unsigned long* count) {
   if (text.empty() || text.find_first_not_of("0123456789") != std::string::npos) return false;
   *count = strtoul(text.c_str(), nullptr, 10);
   return *count >= 1;
 }
 
 // False when `name` is no setting; true with an `error` when its value is wrong.
-bool take_one(const std::string& name, const std::string& value, repeat_settings& settings,
-              std::string& error) {
+static bool take_one(const std::string& name, const std::string& value, repeat_settings& settings,
+                     std::string& error) {
   if (name != "--every" && name != "--count") return false;
   if (name == "--every" && !repeat_parse_time(value, &settings.every))
     error =
@@ -32,8 +30,6 @@ bool take_one(const std::string& name, const std::string& value, repeat_settings
     error = "--count takes a number from 1 on, not " + text_quote(value);
   return true;
 }
-
-}  // namespace
 
 bool repeat_take(std::vector<std::string>& words, repeat_settings& settings, std::string& error) {
   while (words.size() >= 2 && take_one(words[0], words[1], settings, error)) {

@@ -99,7 +99,7 @@ exit_status unknown_procedure(const output_streams& streams, const client_option
   if (!first && is_command) line += " (a command: 'wificonf " + word + " --help' tells of it)";
   if (near.empty()) return fail(streams, kExitUsage, line + "; 'wificonf list' has all");
   line += "; did you mean ";
-  for (size_t i = 0; i < near.size(); i++) {
+  for (size_t i = 0; i < near.size(); ++i) {
     const procedure_row* procedure = lookup_name(near[i]);
     line += i == 0 ? "" : i + 1 == near.size() ? " or " : ", ";
     line += near[i] + (procedure != nullptr && procedure->inert ? " (does nothing)" : "");

@@ -29,23 +29,25 @@ struct top_view {
   double drawn;
 };
 
+}  // namespace
+
 // A call that is late is said to be, once it is this late, and from then on as often.
-constexpr double kLate = 1;
-constexpr size_t kTableHead = 2;  // lines: headings and their units
+static constexpr double kLate = 1;
+static constexpr size_t kTableHead = 2;  // lines: headings and their units
 // A lower screen has the title and stations alone.
-constexpr size_t kHeightOfAll = 6;
+static constexpr size_t kHeightOfAll = 6;
 
 // Bytes would be up to ten digits, for which a terminal of 80 columns has no room.
-std::string kilobytes(const char* name, const top_station& station) {
+static std::string kilobytes(const char* name, const top_station& station) {
   const uint64_t bytes = payload_unsigned(stations_field(name), station.record);
   return text_format("%.0f", static_cast<double>(bytes) / 1000);
 }
 
-std::string rate_text(double rate) {
+static std::string rate_text(double rate) {
   return rate < 0 ? "-" : text_format("%.0f", rate);
 }
 
-std::vector<std::string> cells_of(const top_station& station) {
+static std::vector<std::string> cells_of(const top_station& station) {
   const auto cell = [&](const char* name) {
     return show_cell(stations_field(name), station.record);
   };
@@ -62,7 +64,7 @@ std::vector<std::string> cells_of(const top_station& station) {
           btm ? "yes" : "-"};
 }
 
-std::string table_of(const top_sample& sample, size_t width) {
+static std::string table_of(const top_sample& sample, size_t width) {
   // Where the terminal is narrow, the highest rank goes first.
   static constexpr text_column kColumns[] = {
       {"BSS", true, "", 1},        {"STATION", false},        {"RSSI", true, "dBm", 2},
@@ -77,7 +79,7 @@ std::string table_of(const top_sample& sample, size_t width) {
   return columns_text(kColumns, lines, true, width);
 }
 
-std::string title_of(const top_sample& sample, size_t first, size_t room) {
+static std::string title_of(const top_sample& sample, size_t first, size_t room) {
   const size_t all = sample.stations.size();
   if (sample.taken == 0) return "no answer yet, " + moment_stamp() + "\n";
   const size_t last = std::min(first + room, all);
@@ -88,7 +90,7 @@ std::string title_of(const top_sample& sample, size_t first, size_t room) {
 }
 
 // What is below the title: empty, or why what is shown is old.
-std::string note_of(const top_view& view, size_t width) {
+static std::string note_of(const top_view& view, size_t width) {
   const double now = moment_now();
   const std::string age = view.shown.taken == 0 ? ""
                                                 : text_format("; what is shown is %.0f s old",
@@ -105,32 +107,32 @@ std::string note_of(const top_view& view, size_t width) {
   return text_wrap(view.failure.line + (is_old ? age : ""), width, 0, 0) + "\n";
 }
 
-size_t lines_in(const std::string& text) {
+static size_t lines_in(const std::string& text) {
   return static_cast<size_t>(std::count(text.begin(), text.end(), '\n'));
 }
 
-size_t head_of(size_t height) {
+static size_t head_of(size_t height) {
   return height < kHeightOfAll ? 0 : kTableHead;
 }
 
 // Rows of the screen for stations; below them the cursor stands.
-size_t room_of(const top_view& view, size_t note_lines) {
+static size_t room_of(const top_view& view, size_t note_lines) {
   const size_t height = screen_height(view.streams.out);
   const size_t others = 1 + note_lines + head_of(height) + 1;  // title and cursor too
   return height > others ? height - others : 0;
 }
 
 // Moves the first station so that the screen is full as far as there are stations.
-void keep_in_bounds(top_view& view, size_t room) {
+static void keep_in_bounds(top_view& view, size_t room) {
   const size_t all = view.shown.stations.size();
   view.first = std::min(view.first, all > room ? all - room : 0);
 }
 
 // The first `head` lines of a table's headings, and `count` of its rows from `first` on.
-std::string window_of(const std::string& table, size_t head, size_t first, size_t count) {
+static std::string window_of(const std::string& table, size_t head, size_t first, size_t count) {
   std::string out;
   size_t number = 0;
-  for (size_t at = 0; at < table.size(); number++) {
+  for (size_t at = 0; at < table.size(); ++number) {
     const size_t end = table.find('\n', at) + 1;
     const size_t row = number - kTableHead;
     const bool in = number < kTableHead ? number < head : row >= first && row < first + count;
@@ -140,7 +142,7 @@ std::string window_of(const std::string& table, size_t head, size_t first, size_
   return out;
 }
 
-std::string screen_of(top_view& view) {
+static std::string screen_of(top_view& view) {
   const size_t width = terminal_width(view.streams.out);
   const size_t height = screen_height(view.streams.out);
   std::string note = note_of(view, width);
@@ -152,13 +154,13 @@ std::string screen_of(top_view& view) {
                       height - 1, width);
 }
 
-void draw(top_view& view) {
+static void draw(top_view& view) {
   print(view.streams, "\033[H\033[J" + screen_of(view));
   print_flush(view.streams);
   view.drawn = moment_now();
 }
 
-void scroll(top_view& view, live_key key) {
+static void scroll(top_view& view, live_key key) {
   const size_t page = std::max<size_t>(room_of(view, 1), 1);
   const auto back = [&](size_t lines) { view.first -= std::min(view.first, lines); };
   if (key == live_key::kUp) back(1);
@@ -171,7 +173,7 @@ void scroll(top_view& view, live_key key) {
 }
 
 // While a call has no answer; false when it is to be given up.
-bool go_on(void* context) {
+static bool go_on(void* context) {
   top_view& view = *static_cast<top_view*>(context);
   for (live_key key = live_read(); key != live_key::kNone; key = live_read()) {
     if (key == live_key::kQuit) return false;
@@ -183,7 +185,7 @@ bool go_on(void* context) {
 }
 
 // False when the user has had enough.
-bool wait(top_view& view, double moment) {
+static bool wait(top_view& view, double moment) {
   while (true) {
     const live_key key = live_wait(moment);
     if (key == live_key::kNone) return true;
@@ -193,7 +195,7 @@ bool wait(top_view& view, double moment) {
 }
 
 // False when the user has had enough.
-bool take(top_view& view) {
+static bool take(top_view& view) {
   const call_idle idle = {live_fd(), go_on, &view};
   view.asking_since = moment_now();
   top_sample sample = top_take(view.options, view.settings.choice, view.shown, &idle, &view.asking);
@@ -205,10 +207,10 @@ bool take(top_view& view) {
   return true;
 }
 
-void redraw_until_quit(top_view& view) {
+static void redraw_until_quit(top_view& view) {
   const repeat_settings& repeat = view.settings.repeat;
   double next = moment_now();
-  for (unsigned long i = 0; repeat.count == 0 || i < repeat.count; i++) {
+  for (unsigned long i = 0; repeat.count == 0 || i < repeat.count; ++i) {
     if (i != 0) {
       next = moment_next(next, repeat.every);
       if (!wait(view, next)) return;
@@ -217,8 +219,8 @@ void redraw_until_quit(top_view& view) {
   }
 }
 
-exit_status run_on_terminal(const output_streams& streams, const client_options& options,
-                            const top_options& settings) {
+static exit_status run_on_terminal(const output_streams& streams, const client_options& options,
+                                   const top_options& settings) {
   top_view view = {streams, options, settings, {}, {}, 0, 0, 0, 0};
   live_begin(streams, true);
   redraw_until_quit(view);
@@ -229,11 +231,11 @@ exit_status run_on_terminal(const output_streams& streams, const client_options&
   return view.failure.status;
 }
 
-exit_status run_in_pipe(const output_streams& streams, const client_options& options,
-                        const top_options& settings) {
+static exit_status run_in_pipe(const output_streams& streams, const client_options& options,
+                               const top_options& settings) {
   top_sample sample;
   double next = moment_now();
-  for (unsigned long i = 0; i < std::max(settings.repeat.count, 1ul); i++) {
+  for (unsigned long i = 0; i < std::max(settings.repeat.count, 1ul); ++i) {
     if (i != 0) {
       next = moment_next(next, settings.repeat.every);
       moment_sleep_until(next);
@@ -247,8 +249,6 @@ exit_status run_in_pipe(const output_streams& streams, const client_options& opt
   }
   return kExitDone;
 }
-
-}  // namespace
 
 // Words: top [--every TIME] [--count N]. A terminal is redrawn until q is
 // pressed; elsewhere a table is printed N times, once without --count.

@@ -6,10 +6,8 @@
 #include "values/stations.h"
 #include "wire/lookup.h"
 
-namespace {
-
 // "1,3,9"; false when it is no such list.
-bool read_bsses(const std::string& text, std::vector<int>& bsses) {
+static bool read_bsses(const std::string& text, std::vector<int>& bsses) {
   bsses.clear();
   for (size_t at = 0; at <= text.size();) {
     const size_t end = std::min(text.find(',', at), text.size());
@@ -23,7 +21,7 @@ bool read_bsses(const std::string& text, std::vector<int>& bsses) {
   return true;
 }
 
-std::string order_names() {
+static std::string order_names() {
   std::string names;
   for (const top_order& order : top_orders())
     names.append(names.empty() ? "" : ", ").append(order.name);
@@ -32,7 +30,7 @@ std::string order_names() {
 
 // Takes "--sort KEY" or "--bss LIST" off the front. False, with an error or without one,
 // when it is not there.
-bool take_choice(std::vector<std::string>& words, top_choice& choice, std::string& error) {
+static bool take_choice(std::vector<std::string>& words, top_choice& choice, std::string& error) {
   if (words.size() < 2 || (words[0] != "--sort" && words[0] != "--bss")) return false;
   if (words[0] == "--bss") {
     if (!read_bsses(words[1], choice.bsses))
@@ -51,11 +49,9 @@ bool take_choice(std::vector<std::string>& words, top_choice& choice, std::strin
   return error.empty();
 }
 
-}  // namespace
-
 bool top_options_read(std::vector<std::string> words, top_options& settings, std::string& error) {
   settings.choice.order = &top_orders().front();
-  for (int bss = 1; bss <= kBssMax; bss++)
+  for (int bss = 1; bss <= kBssMax; ++bss)
     settings.choice.bsses.push_back(bss);
   do {
     if (!repeat_take(words, settings.repeat, error)) return false;

@@ -11,72 +11,70 @@
 #include "values/stations.h"
 #include "wire/lookup.h"
 
-namespace {
-
-double number(const top_station& station, const char* name) {
+static double number(const top_station& station, const char* name) {
   const payload_field& field = stations_field(name);
   return payload_is_signed(field.type)
              ? static_cast<double>(payload_signed(field, station.record))
              : static_cast<double>(payload_unsigned(field, station.record));
 }
 
-std::string_view address(const top_station& station) {
+static std::string_view address(const top_station& station) {
   return payload_bytes(stations_field("mac_address"), station.record);
 }
 
-double busy_value(const top_station& station) {
+static double busy_value(const top_station& station) {
   return std::max(station.sent_rate, 0.0) + std::max(station.received_rate, 0.0);
 }
-double bss_value(const top_station& station) {
+static double bss_value(const top_station& station) {
   return -station.bss;
 }
 // Its digits as a number; more digits than an address has count up to a double's end.
-double station_value(const top_station& station) {
+static double station_value(const top_station& station) {
   double value = 0;
   for (const char c : text_lower(address(station))) {
     if (c != ':') value = value * 16 + (c >= 'a' ? c - 'a' + 10 : c - '0');
   }
   return -value;
 }
-double rssi_value(const top_station& station) {
+static double rssi_value(const top_station& station) {
   constexpr double kBelowAll = -1000;
   const payload_field& field = stations_field("rssi");
   return payload_is_known(field, station.record) ? number(station, "rssi") : kBelowAll;
 }
-double down_value(const top_station& station) {
+static double down_value(const top_station& station) {
   return number(station, "downlink_rate");
 }
-double up_value(const top_station& station) {
+static double up_value(const top_station& station) {
   return number(station, "uplink_rate");
 }
-double out_value(const top_station& station) {
+static double out_value(const top_station& station) {
   return station.sent_rate;
 }
-double in_value(const top_station& station) {
+static double in_value(const top_station& station) {
   return station.received_rate;
 }
-double sent_value(const top_station& station) {
+static double sent_value(const top_station& station) {
   return number(station, "bytes_sent");
 }
-double received_value(const top_station& station) {
+static double received_value(const top_station& station) {
   return number(station, "bytes_received");
 }
 
-constexpr top_order kOrders[] = {
+static constexpr top_order kOrders[] = {
     {"busy", busy_value},         {"bss", bss_value},   {"station", station_value},
     {"rssi", rssi_value},         {"down", down_value}, {"up", up_value},
     {"out", out_value},           {"in", in_value},     {"sent", sent_value},
     {"received", received_value},
 };
 
-double rate_since(const char* name, const top_station& then, const top_station& current) {
+static double rate_since(const char* name, const top_station& then, const top_station& current) {
   uint64_t growth = 0;
   if (!payload_growth(stations_field(name), then.record, current.record, &growth)) return -1;
   return static_cast<double>(growth) / (current.taken - then.taken);
 }
 
 // Fills in the rates of a station that was there before.
-void add_rates(top_station& current, const top_sample& before) {
+static void add_rates(top_station& current, const top_sample& before) {
   for (const top_station& then : before.stations) {
     if (then.bss != current.bss || address(then) != address(current)) continue;
     current.sent_rate = rate_since("bytes_sent", then, current);
@@ -84,23 +82,22 @@ void add_rates(top_station& current, const top_sample& before) {
   }
 }
 
-void take_stations(top_sample& sample, int bss, std::string_view record, const top_sample& before) {
+static void take_stations(top_sample& sample, int bss, std::string_view record,
+                          const top_sample& before) {
   const payload_rows& rows = stations_rows();
   const double now = moment_now();
-  for (uint32_t i = 0; i < payload_row_count(rows, record); i++) {
+  for (uint32_t i = 0; i < payload_row_count(rows, record); ++i) {
     sample.stations.push_back({bss, std::string(payload_row(rows, record, i)), now, -1, -1});
     add_rates(sample.stations.back(), before);
   }
 }
 
-failure_report no_radio(size_t asked) {
+static failure_report no_radio(size_t asked) {
   return {kExitFailureCode, "failure_code",
           text_format("no radio is up: %s answered a failure code; 'wificonf wlan_load 1' and "
                       "then 'wificonf wlan_init' bring them up",
                       asked == 1 ? "the BSS" : text_format("all %zu BSSs", asked).c_str())};
 }
-
-}  // namespace
 
 std::span<const top_order> top_orders() {
   return kOrders;
@@ -118,7 +115,7 @@ top_sample top_take(const client_options& options, const top_choice& choice,
     sample.failure = session_try(options, prepared, reply, idle);
     if (!sample.failure.line.empty()) return sample;
     if (reply.code >= 0) {  // else the driver does not have the BSS up
-      answering++;
+      ++answering;
       take_stations(sample, bss, reply.data, before);
     }
     // Many calls that each are quick enough take their time together.

@@ -22,7 +22,9 @@ struct sample {
   bool valid;
 };
 
-std::string plain_value(const procedure_row& procedure, const decoded_reply& reply) {
+}  // namespace
+
+static std::string plain_value(const procedure_row& procedure, const decoded_reply& reply) {
   if (reply.code < 0) return text_format("failed, code %d", reply.code);
   if (procedure.payload == payload_kind::INT) return show_number(procedure, reply.value);
   if (procedure.payload == payload_kind::TEXT) return text_escape(reply.text);
@@ -30,11 +32,11 @@ std::string plain_value(const procedure_row& procedure, const decoded_reply& rep
 }
 
 // A call that is late is said to be, once it is this late, and from then on as often.
-constexpr double kLate = 1;
+static constexpr double kLate = 1;
 
 // The whole screen, cleared before.
-std::string screen_of(const output_streams& streams, const procedure_row& procedure, double every,
-                      const std::string& text) {
+static std::string screen_of(const output_streams& streams, const procedure_row& procedure,
+                             double every, const std::string& text) {
   const std::string title =
       text_format("%s, every %g s, %s\n\n", lookup_display_name(procedure).c_str(), every,
                   moment_stamp().c_str());
@@ -43,8 +45,8 @@ std::string screen_of(const output_streams& streams, const procedure_row& proced
 }
 
 // The answer, for the width of a terminal or, with 0, in lines.
-std::string shown(const prepared_call& prepared, size_t width, const sample& before,
-                  const sample& current) {
+static std::string shown(const prepared_call& prepared, size_t width, const sample& before,
+                         const sample& current) {
   const procedure_row& procedure = *prepared.procedure;
   const payload_layout* layout = payload_find(procedure);
   const earlier_record earlier = {before.reply.data, current.taken - before.taken};
@@ -57,6 +59,8 @@ std::string shown(const prepared_call& prepared, size_t width, const sample& bef
   return width != 0 ? show_record(*layout, current.reply.data, settings)
                     : show_lines(*layout, current.reply.data, moment_stamp(), settings);
 }
+
+namespace {
 
 // What goes on from call to call.
 struct watching {
@@ -71,14 +75,16 @@ struct watching {
   double drawn;
 };
 
-void draw(watching& state, const std::string& text) {
+}  // namespace
+
+static void draw(watching& state, const std::string& text) {
   print(state.streams, screen_of(state.streams, *state.prepared.procedure, state.every, text));
   print_flush(state.streams);
   state.drawn = moment_now();
 }
 
 // While a call has no answer; false when it is to be given up.
-bool go_on(void* context) {
+static bool go_on(void* context) {
   watching& state = *static_cast<watching*>(context);
   if (live_read() == live_key::kQuit) return false;
   const double now = moment_now();
@@ -92,14 +98,14 @@ bool go_on(void* context) {
   return true;
 }
 
-std::string answer_text(const watching& state, size_t width, const sample& current) {
+static std::string answer_text(const watching& state, size_t width, const sample& current) {
   const procedure_row& procedure = *state.prepared.procedure;
   if (state.options.json) return json_sample(procedure, current.reply, moment_stamp());
   return shown(state.prepared, width, state.before, current);
 }
 
 // What failed, where the answer would be.
-void show_failure(watching& state, size_t width, const failure_report& failure) {
+static void show_failure(watching& state, size_t width, const failure_report& failure) {
   if (state.redrawn) {
     state.shown = text_wrap(failure.line, width, 0, 0) + "\n";
     draw(state, state.shown);
@@ -109,7 +115,7 @@ void show_failure(watching& state, size_t width, const failure_report& failure) 
   note(state.streams, failure.status, failure.line);
 }
 
-void show_answer(watching& state, size_t width, const sample& current) {
+static void show_answer(watching& state, size_t width, const sample& current) {
   state.shown = answer_text(state, width, current);
   if (state.redrawn)
     draw(state, state.shown);
@@ -118,7 +124,7 @@ void show_answer(watching& state, size_t width, const sample& current) {
 }
 
 // False when the user has had enough; else *status is that of the one call alone.
-bool take_sample(watching& state, exit_status* status) {
+static bool take_sample(watching& state, exit_status* status) {
   const size_t width = state.redrawn ? terminal_width(state.streams.out) : 0;
   const call_idle idle = {state.redrawn ? live_fd() : -1, go_on, &state};
   state.asking_since = moment_now();
@@ -142,7 +148,7 @@ bool take_sample(watching& state, exit_status* status) {
 }
 
 // Waits for the next call; false when the user has had enough.
-bool wait_for_next(const watching& state, double moment) {
+static bool wait_for_next(const watching& state, double moment) {
   if (!state.redrawn) {
     moment_sleep_until(moment);
     return true;
@@ -154,10 +160,10 @@ bool wait_for_next(const watching& state, double moment) {
   }
 }
 
-exit_status watch_until_quit(watching& state, unsigned long count) {
+static exit_status watch_until_quit(watching& state, unsigned long count) {
   exit_status status = kExitDone;
   double next = moment_now();
-  for (unsigned long i = 0; count == 0 || i < count; i++) {
+  for (unsigned long i = 0; count == 0 || i < count; ++i) {
     if (i != 0) {
       next = moment_next(next, state.every);
       if (!wait_for_next(state, next)) break;
@@ -167,13 +173,11 @@ exit_status watch_until_quit(watching& state, unsigned long count) {
   return status;
 }
 
-bool take_force(std::vector<std::string>& words) {
+static bool take_force(std::vector<std::string>& words) {
   if (words.empty() || words[0] != "--force") return false;
   words.erase(words.begin());
   return true;
 }
-
-}  // namespace
 
 // Words: watch PROCEDURE ARGUMENT... [--every TIME] [--count N]. A terminal is
 // redrawn with what fits it; elsewhere every answer gives lines that begin with the time. A call

@@ -4,9 +4,7 @@
 #include "values/payload.h"
 #include "wire/lookup.h"
 
-namespace {
-
-constexpr char kHead[] =
+static constexpr char kHead[] =
     "-- The procedures as wlan_config.lua reads them. On its own this file does nothing.\n"
     "-- Generated from src/rpc/procedures.def by scripts/generate; do not edit.\n"
     "--\n"
@@ -16,7 +14,7 @@ constexpr char kHead[] =
     "-- that is not known.\n"
     "return {\n";
 
-char argument_letter(argument_type type) {
+static char argument_letter(argument_type type) {
   switch (type) {
     case argument_type::kInt:
       return 'i';
@@ -34,7 +32,7 @@ char argument_letter(argument_type type) {
   return 'c';
 }
 
-char field_letter(field_type type) {
+static char field_letter(field_type type) {
   switch (type) {
     case field_type::kFlag:
       return 'f';
@@ -53,7 +51,7 @@ char field_letter(field_type type) {
   }
 }
 
-std::string arguments_lua(const procedure_row& procedure) {
+static std::string arguments_lua(const procedure_row& procedure) {
   std::string out;
   for (const argument_spec& argument : table_arguments(procedure)) {
     out += text_format("{\"%s\", \"%c\"", argument.name.c_str(), argument_letter(argument.type));
@@ -63,14 +61,14 @@ std::string arguments_lua(const procedure_row& procedure) {
 }
 
 // The values that are none, as the keys of a table; "" where there is no such value.
-std::string unknown_lua(not_known unknown, const char* start) {
+static std::string unknown_lua(not_known unknown, const char* start) {
   std::string out;
   for (const int value : payload_unknown(unknown))
     out += text_format("%s[\"%d\"] = true", out.empty() ? "{" : ", ", value);
   return out.empty() ? "" : start + out + "}";
 }
 
-std::string fields_lua(std::span<const payload_field> fields, const char* indent) {
+static std::string fields_lua(std::span<const payload_field> fields, const char* indent) {
   std::string out = "{\n";
   for (const payload_field& field : fields)
     out += text_format("%s  {\"%s\", \"%c\", %u, %u%s},\n", indent, field.name,
@@ -79,7 +77,7 @@ std::string fields_lua(std::span<const payload_field> fields, const char* indent
   return out + indent + "}";
 }
 
-std::string layout_lua(const payload_layout& layout) {
+static std::string layout_lua(const payload_layout& layout) {
   std::string out = ",\n    fields = " + fields_lua(layout.fields, "    ");
   if (layout.rows == nullptr) return out;
   const payload_rows& rows = *layout.rows;
@@ -90,7 +88,7 @@ std::string layout_lua(const payload_layout& layout) {
   return out + fields_lua(rows.fields, "      ") + "}";
 }
 
-const char* kind_name(payload_kind kind) {
+static const char* kind_name(payload_kind kind) {
   switch (kind) {
     case payload_kind::CODE:
       return "CODE";
@@ -108,7 +106,7 @@ const char* kind_name(payload_kind kind) {
   return "NONE";
 }
 
-std::string procedure_lua(const procedure_row& procedure) {
+static std::string procedure_lua(const procedure_row& procedure) {
   std::string out =
       text_format("  [%u] = {name = \"%s\", kind = \"%s\", size = %u, arguments = %s",
                   procedure.number, lookup_display_name(procedure).c_str(),
@@ -118,8 +116,6 @@ std::string procedure_lua(const procedure_row& procedure) {
   if (layout != nullptr) out += layout_lua(*layout);
   return out + "},\n";
 }
-
-}  // namespace
 
 std::string reference_dissector() {
   std::string out = kHead;

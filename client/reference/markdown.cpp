@@ -8,9 +8,7 @@
 #include "wire/lookup.h"
 #include "wire/topic.h"
 
-namespace {
-
-constexpr char kHead[] =
+static constexpr char kHead[] =
     "# Procedures\n"
     "\n"
     "Generated from `src/rpc/procedures.def` by `scripts/generate`; do not edit.\n"
@@ -35,14 +33,14 @@ constexpr char kHead[] =
     "reads and changes nothing.\n";
 
 // A cell of a table, where a bar would end it.
-std::string cell(const std::string& text) {
+static std::string cell(const std::string& text) {
   std::string out;
   for (const char c : text)
     out += c == '|' ? std::string("\\|") : std::string(1, c);
   return out;
 }
 
-std::vector<const procedure_row*> procedures_of(const char* topic, bool inert) {
+static std::vector<const procedure_row*> procedures_of(const char* topic, bool inert) {
   std::vector<const procedure_row*> found;
   for (const procedure_row& procedure : table_procedures()) {
     if (topic_of(procedure) == topic && procedure.inert == inert) found.push_back(&procedure);
@@ -50,7 +48,7 @@ std::vector<const procedure_row*> procedures_of(const char* topic, bool inert) {
   return found;
 }
 
-std::string arguments_table(const procedure_row& procedure) {
+static std::string arguments_table(const procedure_row& procedure) {
   std::string out;
   for (const argument_spec& argument : table_arguments(procedure)) {
     out += "| `" + argument.name + "` | " + describe_type(argument) + " | " +
@@ -59,7 +57,7 @@ std::string arguments_table(const procedure_row& procedure) {
   return out.empty() ? "" : "\n| argument | type | meaning |\n|---|---|---|\n" + out;
 }
 
-const char* type_name(field_type type) {
+static const char* type_name(field_type type) {
   switch (type) {
     case field_type::kU8:
     case field_type::kBssPosition:
@@ -96,7 +94,7 @@ const char* type_name(field_type type) {
   return "";
 }
 
-std::string fields_table(std::span<const payload_field> fields) {
+static std::string fields_table(std::span<const payload_field> fields) {
   if (fields.empty()) return "";
   std::string out = "\n| offset | bytes | field | type | meaning |\n|---|---|---|---|---|\n";
   for (const payload_field& field : fields) {
@@ -109,7 +107,7 @@ std::string fields_table(std::span<const payload_field> fields) {
   return out;
 }
 
-std::string layout_tables(const payload_layout& layout) {
+static std::string layout_tables(const payload_layout& layout) {
   std::string out = fields_table(layout.fields);
   if (layout.rows == nullptr) return out;
   const payload_rows& rows = *layout.rows;
@@ -121,7 +119,7 @@ std::string layout_tables(const payload_layout& layout) {
   return out + fields_table(rows.fields);
 }
 
-std::string entry(const procedure_row& procedure) {
+static std::string entry(const procedure_row& procedure) {
   const std::string name = lookup_display_name(procedure);
   std::string out = text_format("\n### %s\n\nNumber %s. %s.\n", name.c_str(),
                                 lookup_display_number(procedure.number).c_str(), procedure.summary);
@@ -139,7 +137,7 @@ std::string entry(const procedure_row& procedure) {
 }
 
 // Those that do nothing, a line each.
-std::string inert_table(const char* topic) {
+static std::string inert_table(const char* topic) {
   std::string out;
   for (const procedure_row* procedure : procedures_of(topic, true)) {
     std::string arguments;
@@ -155,8 +153,6 @@ std::string inert_table(const char* topic) {
          "|---|---|---|---|\n" +
          out;
 }
-
-}  // namespace
 
 std::string reference_markdown() {
   std::string out = kHead;

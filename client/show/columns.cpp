@@ -39,7 +39,7 @@ static std::string heading_of(const text_column& column, bool below) {
 
 static void add_units(libscols_table* table, std::span<const text_column> columns) {
   libscols_line* line = scols_table_new_line(table, nullptr);
-  for (size_t i = 0; i < columns.size(); i++)
+  for (size_t i = 0; i < columns.size(); ++i)
     scols_line_set_data(line, i, columns[i].unit);
 }
 
@@ -51,7 +51,7 @@ static void fill(libscols_table* table, std::span<const text_column> columns,
   if (below) add_units(table, columns);
   for (const std::vector<std::string>& texts : lines) {
     libscols_line* line = scols_table_new_line(table, nullptr);
-    for (size_t i = 0; i < texts.size(); i++)
+    for (size_t i = 0; i < texts.size(); ++i)
       scols_line_set_data(line, i, utf8 ? texts[i].c_str() : ascii_of(texts[i]).c_str());
   }
 }
@@ -67,7 +67,7 @@ static std::string table_text(libscols_table* table, bool headings, size_t width
 static size_t characters_in(std::string_view text) {
   size_t count = 0;
   uint32_t code_point = 0;
-  for (size_t at = 0; at < text.size(); count++)
+  for (size_t at = 0; at < text.size(); ++count)
     at += std::max<size_t>(text_decode(text, at, &code_point), 1);
   return count;
 }
@@ -77,7 +77,7 @@ using text_lines = std::vector<std::vector<std::string>>;
 // Columns of the terminal that the table takes, its units below the headings.
 static size_t width_of(const std::vector<text_column>& columns, const text_lines& lines) {
   size_t all = 0;
-  for (size_t i = 0; i < columns.size(); i++) {
+  for (size_t i = 0; i < columns.size(); ++i) {
     size_t width = std::max(strlen(columns[i].heading), strlen(columns[i].unit));
     for (const auto& texts : lines)
       width = std::max(width, i < texts.size() ? characters_in(texts[i]) : 0);

@@ -11,20 +11,18 @@
 #include "wire/search.h"
 #include "wire/topic.h"
 
-namespace {
+static constexpr size_t kWidth = 80;
+static constexpr size_t kNameColumnMax = 36;  // longer names stand out of their column
+static constexpr int kTypeColumn = 10;
+static constexpr size_t kSummaryMin = 24;  // narrower than this is not worth a column
 
-constexpr size_t kWidth = 80;
-constexpr size_t kNameColumnMax = 36;  // longer names stand out of their column
-constexpr int kTypeColumn = 10;
-constexpr size_t kSummaryMin = 24;  // narrower than this is not worth a column
-
-std::string pad(std::string text, size_t width) {
+static std::string pad(std::string text, size_t width) {
   if (text.size() < width) text.append(width - text.size(), ' ');
   return text;
 }
 
-std::string list_line(const procedure_row& procedure, size_t number_width, size_t name_width,
-                      size_t width) {
+static std::string list_line(const procedure_row& procedure, size_t number_width, size_t name_width,
+                             size_t width) {
   std::string number = lookup_display_number(procedure.number);
   std::string line = std::string(number_width - number.size(), ' ') + number + "  " +
                      pad(lookup_display_name(procedure), name_width) + "  ";
@@ -36,11 +34,11 @@ std::string list_line(const procedure_row& procedure, size_t number_width, size_
   return line + text_wrap(procedure.summary + mark, width, indent, indent) + "\n";
 }
 
-std::string section(const char* title, std::string_view text) {
+static std::string section(const char* title, std::string_view text) {
   return text_format("\n%s\n  ", title) + text_wrap(text, kWidth, 2, 2) + "\n";
 }
 
-std::string argument_lines(const procedure_row& procedure) {
+static std::string argument_lines(const procedure_row& procedure) {
   size_t name_width = 0, type_width = 0;
   std::vector<argument_spec> arguments = table_arguments(procedure);
   for (const argument_spec& argument : arguments) {
@@ -57,14 +55,14 @@ std::string argument_lines(const procedure_row& procedure) {
   return arguments.empty() ? "\nArguments\n  none\n" : out;
 }
 
-size_t name_width(std::span<const payload_field> fields) {
+static size_t name_width(std::span<const payload_field> fields) {
   size_t width = 0;
   for (const payload_field& field : fields)
     width = std::max(width, std::string_view(field.name).size());
   return width;
 }
 
-std::string field_lines(std::span<const payload_field> fields, size_t margin) {
+static std::string field_lines(std::span<const payload_field> fields, size_t margin) {
   std::string out;
   const size_t indent = margin + 6 + kTypeColumn + name_width(fields) + 2;
   for (const payload_field& field : fields) {
@@ -81,7 +79,7 @@ std::string field_lines(std::span<const payload_field> fields, size_t margin) {
 }
 
 // The fields of a record, a line each.
-std::string result_lines(const procedure_row& procedure) {
+static std::string result_lines(const procedure_row& procedure) {
   const payload_layout* layout = payload_find(procedure);
   if (layout == nullptr) return "";
   std::string out = field_lines(layout->fields, 4);
@@ -92,14 +90,12 @@ std::string result_lines(const procedure_row& procedure) {
   return out + field_lines(layout->rows->fields, 6);
 }
 
-std::string shell_quote(std::string_view word) {
+static std::string shell_quote(std::string_view word) {
   const char* plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-.,:/";
   bool is_plain = word.find_first_not_of(plain) == std::string_view::npos;
   if (is_plain && !word.empty()) return std::string(word);
   return std::string("'").append(word).append("'");  // no example has a quote of its own
 }
-
-}  // namespace
 
 std::string describe_list(const std::vector<const procedure_row*>& procedures, size_t width) {
   size_t number_width = 0, name_width = 0;
@@ -172,10 +168,21 @@ std::string describe_field(const payload_field& field) {
       return "rate";  // 16 bits
     case field_type::kTime:
       return "time";  // 32 bits
-    default:
-      return text_format("%c%u", payload_is_signed(field.type) ? 'i' : 'u',
-                         payload_width(field) * 8);
+    case field_type::kU8:
+    case field_type::kI8:
+    case field_type::kU16:
+    case field_type::kU32:
+    case field_type::kI32:
+    case field_type::kU64:
+    case field_type::kI64:
+    case field_type::kCounter32:
+    case field_type::kCounter64:
+    case field_type::kCounterI64:
+    case field_type::kRate1024:
+    case field_type::kBssPosition:
+      break;
   }
+  return text_format("%c%u", payload_is_signed(field.type) ? 'i' : 'u', payload_width(field) * 8);
 }
 
 std::string describe_meaning(const std::string& meaning, const char* unit) {

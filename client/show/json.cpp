@@ -15,11 +15,9 @@
 #include "wire/search.h"
 #include "wire/topic.h"
 
-namespace {
-
 using ordered_json = nlohmann::ordered_json;
 
-ordered_json head(const procedure_row& procedure) {
+static ordered_json head(const procedure_row& procedure) {
   ordered_json object = ordered_json::object();
   object["procedure"] = lookup_display_name(procedure);
   object["number"] = procedure.number;
@@ -27,13 +25,13 @@ ordered_json head(const procedure_row& procedure) {
 }
 
 // A text under its name; "NAME_escaped" tells that it is no UTF-8.
-void put_text(ordered_json& object, const std::string& name, std::string_view bytes) {
+static void put_text(ordered_json& object, const std::string& name, std::string_view bytes) {
   bool escaped = false;
   object[name] = text_for_json(bytes, &escaped);
   if (escaped) object[name + "_escaped"] = true;
 }
 
-ordered_json rate_value(uint16_t word) {
+static ordered_json rate_value(uint16_t word) {
   const rate_word rate = rate_word_decode(word);
   ordered_json object = ordered_json::object();
   const unsigned tenths = (rate.kilobits + 50) / 100;
@@ -47,7 +45,7 @@ ordered_json rate_value(uint16_t word) {
   return object;
 }
 
-void put_field(ordered_json& object, const payload_field& field, std::string_view record) {
+static void put_field(ordered_json& object, const payload_field& field, std::string_view record) {
   const uint64_t number = payload_unsigned(field, record);
   if (!payload_is_known(field, record)) {
     object[field.name] = nullptr;
@@ -69,7 +67,19 @@ void put_field(ordered_json& object, const payload_field& field, std::string_vie
     case field_type::kFlag:
       object[field.name] = number != 0;
       break;
-    default:
+    case field_type::kU8:
+    case field_type::kI8:
+    case field_type::kU16:
+    case field_type::kU32:
+    case field_type::kI32:
+    case field_type::kU64:
+    case field_type::kI64:
+    case field_type::kCounter32:
+    case field_type::kCounter64:
+    case field_type::kCounterI64:
+    case field_type::kRate1024:
+    case field_type::kBssPosition:
+    case field_type::kTime:
       if (payload_is_signed(field.type))
         object[field.name] = payload_signed(field, record);
       else
@@ -77,17 +87,18 @@ void put_field(ordered_json& object, const payload_field& field, std::string_vie
   }
 }
 
-ordered_json record_value(const payload_layout& layout, std::string_view record) {
+static ordered_json record_value(const payload_layout& layout, std::string_view record) {
   ordered_json object = json_fields(layout.fields, record);
   if (layout.rows == nullptr) return object;
   const payload_rows& rows = *layout.rows;
   ordered_json& list = object[rows.name] = ordered_json::array();
-  for (uint32_t i = 0; i < payload_row_count(rows, record); i++)
+  for (uint32_t i = 0; i < payload_row_count(rows, record); ++i)
     list.push_back(json_fields(rows.fields, payload_row(rows, record, i)));
   return object;
 }
 
-void put_payload(ordered_json& object, const procedure_row& procedure, const decoded_reply& reply) {
+static void put_payload(ordered_json& object, const procedure_row& procedure,
+                        const decoded_reply& reply) {
   const payload_layout* layout = payload_find(procedure);
   switch (procedure.payload) {
     case payload_kind::INT:
@@ -109,7 +120,8 @@ void put_payload(ordered_json& object, const procedure_row& procedure, const dec
   }
 }
 
-ordered_json describe_argument(const procedure_row& procedure, const argument_spec& argument) {
+static ordered_json describe_argument(const procedure_row& procedure,
+                                      const argument_spec& argument) {
   ordered_json object = ordered_json::object();
   object["name"] = argument.name;
   object["type"] = describe_type(argument);
@@ -118,7 +130,7 @@ ordered_json describe_argument(const procedure_row& procedure, const argument_sp
   return object;
 }
 
-ordered_json describe_fields(std::span<const payload_field> fields) {
+static ordered_json describe_fields(std::span<const payload_field> fields) {
   ordered_json list = ordered_json::array();
   for (const payload_field& field : fields) {
     ordered_json object = {{"name", field.name},
@@ -133,8 +145,6 @@ ordered_json describe_fields(std::span<const payload_field> fields) {
   }
   return list;
 }
-
-}  // namespace
 
 std::string json_line(const ordered_json& value) {
   return value.dump(-1, ' ', true, ordered_json::error_handler_t::replace) + "\n";

@@ -9,13 +9,11 @@
 
 #include "base/moment.h"
 
-namespace {
-
-constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGTSTP, SIGWINCH};
+static constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGTSTP, SIGWINCH};
 // A signal between the look and the wait is noticed this much later, in seconds.
-constexpr double kLongestWait = 0.25;
+static constexpr double kLongestWait = 0.25;
 
-constexpr struct {
+static constexpr struct {
   std::string_view bytes;
   live_key key;
 } kKeys[] = {
@@ -28,7 +26,9 @@ constexpr struct {
     {"\033OF", live_key::kLast},    {"\033[4~", live_key::kLast},
 };
 
-volatile sig_atomic_t ended, stopped, resized;  // set by the handler
+static volatile sig_atomic_t ended, stopped, resized;  // set by the handler
+
+namespace {
 
 struct live_terminal {
   const output_streams* streams;
@@ -38,7 +38,9 @@ struct live_terminal {
   std::string typed;  // read and not yet used
 } terminal;
 
-void note_signal(int number) {
+}  // namespace
+
+static void note_signal(int number) {
   if (number == SIGWINCH)
     resized = 1;
   else if (number == SIGTSTP)
@@ -47,7 +49,7 @@ void note_signal(int number) {
     ended = 1;
 }
 
-void enter() {
+static void enter() {
   for (const int number : kSignals)
     signal(number, note_signal);
   // In the background the terminal is another program's.
@@ -60,7 +62,7 @@ void enter() {
   print_flush(*terminal.streams);
 }
 
-void leave() {
+static void leave() {
   if (terminal.has_keys) tcsetattr(STDIN_FILENO, TCSANOW, &terminal.before);
   if (terminal.own_screen) print(*terminal.streams, "\033[?1049l");
   print_flush(*terminal.streams);
@@ -68,14 +70,14 @@ void leave() {
     signal(number, SIG_DFL);
 }
 
-void stop() {
+static void stop() {
   leave();
   raise(SIGTSTP);
   enter();
 }
 
 // How many bytes of what was typed are the first key; 0 when its end is still to come.
-size_t first_key_length(std::string_view typed) {
+static size_t first_key_length(std::string_view typed) {
   if (typed[0] != '\033') return 1;
   if (typed.size() < 2) return 0;
   if (typed[1] != '[' && typed[1] != 'O') return 1;
@@ -84,7 +86,7 @@ size_t first_key_length(std::string_view typed) {
   return end == typed.end() ? 0 : static_cast<size_t>(end - typed.begin()) + 1;
 }
 
-live_key next_typed() {
+static live_key next_typed() {
   std::string& typed = terminal.typed;
   while (!typed.empty()) {
     const size_t length = first_key_length(typed);
@@ -98,12 +100,10 @@ live_key next_typed() {
   return live_key::kNone;
 }
 
-bool wait_readable(double seconds) {
+static bool wait_readable(double seconds) {
   pollfd input = {live_fd(), POLLIN, 0};
   return poll(&input, 1, static_cast<int>(seconds * 1000) + 1) > 0;
 }
-
-}  // namespace
 
 void live_begin(const output_streams& streams, bool own_screen) {
   terminal = {&streams, own_screen, false, {}, ""};

@@ -7,11 +7,9 @@
 #include "show/columns.h"
 #include "values/rate_word.h"
 
-namespace {
+static constexpr char kNotKnown[] = "-";
 
-constexpr char kNotKnown[] = "-";
-
-std::string show_mac(std::string_view mac) {
+static std::string show_mac(std::string_view mac) {
   std::string text;
   for (const char byte : mac)
     text += text_format("%s%02x", text.empty() ? "" : ":", static_cast<unsigned char>(byte));
@@ -19,20 +17,20 @@ std::string show_mac(std::string_view mac) {
 }
 
 // Bytes as they are; of many only the first: all are in the JSON.
-std::string show_bytes(std::string_view bytes) {
+static std::string show_bytes(std::string_view bytes) {
   constexpr size_t kMost = 16;
   if (bytes.size() <= kMost) return text_hex(bytes);
   return text_format("%s... (%zu bytes)", text_hex(bytes.substr(0, kMost)).c_str(), bytes.size());
 }
 
-bool is_text(field_type type) {
+static bool is_text(field_type type) {
   return type == field_type::kText || type == field_type::kMac || type == field_type::kTime;
 }
 
 // A counter's growth per second; "" for other fields, without an earlier record,
 // and when it has gone back.
-std::string show_rate(const payload_field& field, std::string_view record,
-                      const earlier_record* earlier) {
+static std::string show_rate(const payload_field& field, std::string_view record,
+                             const earlier_record* earlier) {
   if (earlier == nullptr || earlier->record.empty() || !payload_is_counter(field.type)) return "";
   uint64_t growth = 0;
   if (!payload_growth(field, earlier->record, record, &growth)) return "";
@@ -41,11 +39,11 @@ std::string show_rate(const payload_field& field, std::string_view record,
 }
 
 // The row as it was; an empty record when it was not there.
-earlier_record earlier_row(const payload_rows& rows, std::string_view row,
-                           const earlier_record& earlier) {
+static earlier_record earlier_row(const payload_rows& rows, std::string_view row,
+                                  const earlier_record& earlier) {
   for (const payload_field& field : rows.fields) {
     if (std::string_view(field.name) != "mac_address") continue;
-    for (uint32_t i = 0; i < payload_row_count(rows, earlier.record); i++) {
+    for (uint32_t i = 0; i < payload_row_count(rows, earlier.record); ++i) {
       const std::string_view then = payload_row(rows, earlier.record, i);
       if (payload_bytes(field, then) == payload_bytes(field, row)) return {then, earlier.seconds};
     }
@@ -53,8 +51,8 @@ earlier_record earlier_row(const payload_rows& rows, std::string_view row,
   return {{}, earlier.seconds};
 }
 
-std::string show_fields(std::span<const payload_field> fields, std::string_view record,
-                        size_t width, const earlier_record* earlier) {
+static std::string show_fields(std::span<const payload_field> fields, std::string_view record,
+                               size_t width, const earlier_record* earlier) {
   static constexpr text_column kColumns[] = {{"", false}, {"", false}, {"", true}};
   std::vector<std::vector<std::string>> lines;
   for (const payload_field& field : fields) {
@@ -68,17 +66,17 @@ std::string show_fields(std::span<const payload_field> fields, std::string_view 
 }
 
 // Whether a counter has a column for its rate beside its own.
-bool has_rate(const payload_field& field, const earlier_record* earlier) {
+static bool has_rate(const payload_field& field, const earlier_record* earlier) {
   return earlier != nullptr && payload_is_counter(field.type);
 }
 
 // As tables have it: all rates in the one unit.
-const char* unit_in_table(const payload_field& field) {
+static const char* unit_in_table(const payload_field& field) {
   return field.type == field_type::kRate1024 ? "Mbit/s" : field.unit;
 }
 
-std::vector<std::string> row_texts(const payload_rows& rows, std::string_view row,
-                                   const show_settings& settings) {
+static std::vector<std::string> row_texts(const payload_rows& rows, std::string_view row,
+                                          const show_settings& settings) {
   const earlier_record* earlier = settings.earlier;
   earlier_record then = {};
   if (earlier != nullptr) then = earlier_row(rows, row, *earlier);
@@ -91,8 +89,8 @@ std::vector<std::string> row_texts(const payload_rows& rows, std::string_view ro
   return texts;
 }
 
-std::string show_rows(const payload_rows& rows, std::string_view record,
-                      const show_settings& settings) {
+static std::string show_rows(const payload_rows& rows, std::string_view record,
+                             const show_settings& settings) {
   const uint32_t count = payload_row_count(rows, record);
   if (count == 0) return text_format("no %s\n", rows.name);
   std::vector<text_column> columns;
@@ -103,13 +101,13 @@ std::string show_rows(const payload_rows& rows, std::string_view record,
       columns.push_back({*field.unit == 'B' ? "B/s" : "/s", true});
   }
   std::vector<std::vector<std::string>> lines;
-  for (uint32_t i = 0; i < count; i++)
+  for (uint32_t i = 0; i < count; ++i)
     lines.push_back(row_texts(rows, payload_row(rows, record, i), settings));
   return columns_text(columns, lines, true, settings.width);
 }
 
 // A value as one word: in quotes where it has blanks, and never ending them.
-std::string quoted(const std::string& value) {
+static std::string quoted(const std::string& value) {
   if (value.find_first_of(" \"") == std::string::npos) return value;
   std::string out = "\"";
   for (const char c : value)
@@ -117,8 +115,8 @@ std::string quoted(const std::string& value) {
   return out + "\"";
 }
 
-std::string show_line(std::span<const payload_field> fields, std::string_view record, int first_bss,
-                      const earlier_record* earlier) {
+static std::string show_line(std::span<const payload_field> fields, std::string_view record,
+                             int first_bss, const earlier_record* earlier) {
   std::string line;
   for (const payload_field& field : fields) {
     if (field.type == field_type::kBssPosition) {
@@ -131,8 +129,6 @@ std::string show_line(std::span<const payload_field> fields, std::string_view re
   }
   return line + "\n";
 }
-
-}  // namespace
 
 std::string show_number(const procedure_row& procedure, int32_t value) {
   const bool known = payload_is_known(payload_value(procedure).unknown, value);
@@ -155,11 +151,22 @@ std::string show_value(const payload_field& field, std::string_view record) {
           rate_word_decode(static_cast<uint16_t>(payload_unsigned(field, record))));
     case field_type::kFlag:
       return payload_unsigned(field, record) != 0 ? "yes" : "no";
-    default:
-      return payload_is_signed(field.type)
-                 ? text_format("%" PRId64, payload_signed(field, record))
-                 : text_format("%" PRIu64, payload_unsigned(field, record));
+    case field_type::kU8:
+    case field_type::kI8:
+    case field_type::kU16:
+    case field_type::kU32:
+    case field_type::kI32:
+    case field_type::kU64:
+    case field_type::kI64:
+    case field_type::kCounter32:
+    case field_type::kCounter64:
+    case field_type::kCounterI64:
+    case field_type::kRate1024:
+    case field_type::kBssPosition:
+      break;
   }
+  return payload_is_signed(field.type) ? text_format("%" PRId64, payload_signed(field, record))
+                                       : text_format("%" PRIu64, payload_unsigned(field, record));
 }
 
 std::string show_cell(const payload_field& field, std::string_view record, int first_bss) {
@@ -186,7 +193,7 @@ std::string show_lines(const payload_layout& layout, std::string_view record,
   if (layout.rows == nullptr) return out;
   if (payload_row_count(*layout.rows, record) == 0)
     return out + start + " no " + layout.rows->name + "\n";
-  for (uint32_t i = 0; i < payload_row_count(*layout.rows, record); i++) {
+  for (uint32_t i = 0; i < payload_row_count(*layout.rows, record); ++i) {
     const std::string_view row = payload_row(*layout.rows, record, i);
     const earlier_record then =
         earlier == nullptr ? earlier_record{{}, 1} : earlier_row(*layout.rows, row, *earlier);

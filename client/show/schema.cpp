@@ -7,25 +7,23 @@
 #include "values/stations.h"
 #include "wire/lookup.h"
 
-namespace {
-
 using ordered_json = nlohmann::ordered_json;
 
-ordered_json type_of(const char* type) {
+static ordered_json type_of(const char* type) {
   return {{"type", type}};
 }
 
-ordered_json integer(int64_t minimum, uint64_t maximum) {
+static ordered_json integer(int64_t minimum, uint64_t maximum) {
   return {{"type", "integer"}, {"minimum", minimum}, {"maximum", maximum}};
 }
 
 // A value that may be not known.
-ordered_json or_null(ordered_json schema) {
+static ordered_json or_null(ordered_json schema) {
   schema["type"] = {schema["type"], "null"};
   return schema;
 }
 
-ordered_json rate_schema() {
+static ordered_json rate_schema() {
   ordered_json object = {{"type", "object"}, {"additionalProperties", false}};
   object["properties"] = {{"mbit_s", or_null(type_of("number"))},
                           {"phy", {{"enum", {"CCK", "OFDM", "HT", "VHT"}}}},
@@ -38,7 +36,7 @@ ordered_json rate_schema() {
   return object;
 }
 
-ordered_json field_schema(field_type type) {
+static ordered_json field_schema(field_type type) {
   switch (type) {
     case field_type::kU8:
     case field_type::kBssPosition:
@@ -75,25 +73,25 @@ ordered_json field_schema(field_type type) {
 }
 
 // JSON has null for the daemon's numbers that say so.
-std::string meaning_of(const char* meaning, not_known unknown) {
+static std::string meaning_of(const char* meaning, not_known unknown) {
   if (unknown == not_known::kNever) return meaning;
   return std::string(meaning) + (*meaning == '\0' ? "" : "; ") + "null: not known";
 }
 
-std::string description(const payload_field& field) {
+static std::string description(const payload_field& field) {
   const bool time = field.type == field_type::kTime;
   return describe_meaning(meaning_of(field.meaning, field.unknown),
                           time ? "s since the epoch" : field.unit);
 }
 
-ordered_json closed_object() {
+static ordered_json closed_object() {
   return {{"type", "object"},
           {"properties", ordered_json::object()},
           {"required", ordered_json::array()},
           {"additionalProperties", false}};
 }
 
-ordered_json head(const std::string& title, const char* description) {
+static ordered_json head(const std::string& title, const char* description) {
   ordered_json schema = {{"$schema", "https://json-schema.org/draft/2020-12/schema"},
                          {"title", title},
                          {"description", description}};
@@ -101,13 +99,13 @@ ordered_json head(const std::string& title, const char* description) {
   return schema;
 }
 
-void add_text(ordered_json& object, const std::string& name) {
+static void add_text(ordered_json& object, const std::string& name) {
   object["properties"][name] = type_of("string");
   object["properties"][name + "_escaped"] = {
       {"const", true}, {"description", "there when the text is no UTF-8: \\xNN stands for a byte"}};
 }
 
-ordered_json fields_schema(std::span<const payload_field> fields) {
+static ordered_json fields_schema(std::span<const payload_field> fields) {
   ordered_json object = closed_object();
   for (const payload_field& field : fields) {
     if (field.type == field_type::kText) add_text(object, field.name);
@@ -120,7 +118,7 @@ ordered_json fields_schema(std::span<const payload_field> fields) {
   return object;
 }
 
-ordered_json record_schema(const payload_layout& layout) {
+static ordered_json record_schema(const payload_layout& layout) {
   ordered_json object = fields_schema(layout.fields);
   if (layout.rows == nullptr) return object;
   object["properties"][layout.rows->name] = {{"type", "array"},
@@ -130,7 +128,7 @@ ordered_json record_schema(const payload_layout& layout) {
   return object;
 }
 
-ordered_json value_schema(const procedure_row& procedure) {
+static ordered_json value_schema(const procedure_row& procedure) {
   const value_meaning& value = payload_value(procedure);
   ordered_json schema = integer(INT32_MIN, INT32_MAX);
   if (value.unknown != not_known::kNever) schema = or_null(schema);
@@ -141,7 +139,7 @@ ordered_json value_schema(const procedure_row& procedure) {
 }
 
 // Adds "value" and requires it of every answer that is no failure.
-void add_value(ordered_json& object, const procedure_row& procedure) {
+static void add_value(ordered_json& object, const procedure_row& procedure) {
   switch (procedure.payload) {
     case payload_kind::INT:
       object["properties"]["value"] = value_schema(procedure);
@@ -162,13 +160,11 @@ void add_value(ordered_json& object, const procedure_row& procedure) {
 }
 
 // Adds "inert" and requires it, of a procedure that does nothing alone.
-void add_inert(ordered_json& object, const procedure_row& procedure) {
+static void add_inert(ordered_json& object, const procedure_row& procedure) {
   if (!procedure.inert) return;
   object["properties"]["inert"] = {{"const", true}, {"description", describe_note(procedure)}};
   object["required"].push_back("inert");
 }
-
-}  // namespace
 
 std::string schema_of(const procedure_row& procedure) {
   ordered_json schema = head(lookup_display_name(procedure), procedure.summary);

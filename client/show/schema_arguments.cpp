@@ -4,33 +4,31 @@
 #include "values/meanings.h"
 #include "wire/lookup.h"
 
-namespace {
-
 using ordered_json = nlohmann::ordered_json;
 
-constexpr char kMacPattern[] = "^([0-9A-Fa-f]{2}:){5}[0-9A-Fa-f]{2}$";
+static constexpr char kMacPattern[] = "^([0-9A-Fa-f]{2}:){5}[0-9A-Fa-f]{2}$";
 
-ordered_json any_of(const std::vector<ordered_json>& schemas) {
+static ordered_json any_of(const std::vector<ordered_json>& schemas) {
   if (schemas.size() == 1) return schemas[0];
   return {{"anyOf", schemas}};
 }
 
-ordered_json pattern(const std::string& regular) {
+static ordered_json pattern(const std::string& regular) {
   return {{"type", "string"}, {"pattern", regular}};
 }
 
-ordered_json number_schema(const constraint_range& range) {
+static ordered_json number_schema(const constraint_range& range) {
   ordered_json schema = {{"type", "integer"}, {"minimum", range.low}, {"maximum", range.high}};
   if (range.meaning != nullptr) schema["description"] = range.meaning;
   return schema;
 }
 
-ordered_json any_text_schema(const constraint& limits) {
+static ordered_json any_text_schema(const constraint& limits) {
   return {{"type", "string"}, {"not", {{"pattern", constraint_misfit_pattern(limits)}}}};
 }
 
 // JSON Schema counts characters, the limits are of bytes: the same in ASCII.
-ordered_json text_schema(const constraint& limits, const constraint_range& range) {
+static ordered_json text_schema(const constraint& limits, const constraint_range& range) {
   ordered_json schema = any_text_schema(limits);
   schema.update({{"minLength", range.low},
                  {"maxLength", range.high},
@@ -39,12 +37,12 @@ ordered_json text_schema(const constraint& limits, const constraint_range& range
   return schema;
 }
 
-std::string repeated(const char* characters, const constraint_range& range, int64_t each) {
+static std::string repeated(const char* characters, const constraint_range& range, int64_t each) {
   return std::string("^(") + characters + "){" + std::to_string(range.low / each) + "," +
          std::to_string(range.high / each) + "}$";
 }
 
-ordered_json range_schema(const constraint& limits, const constraint_range& range) {
+static ordered_json range_schema(const constraint& limits, const constraint_range& range) {
   switch (limits.kind) {
     case constraint_kind::kText:
     case constraint_kind::kPassphrase:
@@ -58,11 +56,11 @@ ordered_json range_schema(const constraint& limits, const constraint_range& rang
   }
 }
 
-ordered_json words_schema(const constraint& limits) {
+static ordered_json words_schema(const constraint& limits) {
   return {{"enum", constraint_values(limits)}};
 }
 
-ordered_json ranges_schema(const constraint& limits) {
+static ordered_json ranges_schema(const constraint& limits) {
   std::vector<ordered_json> schemas;
   for (const constraint_range& range : constraint_ranges(limits))
     schemas.push_back(range_schema(limits, range));
@@ -70,7 +68,7 @@ ordered_json ranges_schema(const constraint& limits) {
   return any_of(schemas);
 }
 
-ordered_json limits_schema(const constraint& limits) {
+static ordered_json limits_schema(const constraint& limits) {
   switch (limits.kind) {
     case constraint_kind::kByType:
     case constraint_kind::kAnyText:
@@ -87,8 +85,6 @@ ordered_json limits_schema(const constraint& limits) {
       return ranges_schema(limits);
   }
 }
-
-}  // namespace
 
 nlohmann::ordered_json schema_of_argument(const procedure_row& procedure,
                                           const argument_spec& argument) {

@@ -23,7 +23,7 @@ bool screen_is(FILE* out) {
 static size_t cut(std::string_view line, size_t width) {
   size_t end = 0;
   uint32_t code_point = 0;
-  for (; width > 0 && end < line.size(); width--)
+  for (; width > 0 && end < line.size(); --width)
     end += std::max<size_t>(text_decode(line, end, &code_point), 1);
   return end;
 }
@@ -33,7 +33,7 @@ std::string screen_lines(const std::string& text, size_t count, size_t width) {
   const auto lines = static_cast<size_t>(std::count(text.begin(), text.end(), '\n'));
   const size_t shown = lines > count ? count - 1 : lines;
   std::string out;
-  for (size_t at = 0, i = 0; i < shown; i++) {
+  for (size_t at = 0, i = 0; i < shown; ++i) {
     const size_t end = text.find('\n', at);
     const std::string_view line = std::string_view(text).substr(at, end - at);
     out.append(line.substr(0, cut(line, width))).append("\n");

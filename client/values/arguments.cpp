@@ -8,16 +8,14 @@
 #include "values/meanings.h"
 #include "wire/lookup.h"
 
-namespace {
-
-bool put_integer(byte_string& bytes, std::string_view text, int64_t low, int64_t high) {
+static bool put_integer(byte_string& bytes, std::string_view text, int64_t low, int64_t high) {
   int64_t value = 0;
   if (!constraint_parse_integer(text, &value) || value < low || value > high) return false;
   xdr_put_word(bytes, static_cast<uint32_t>(value));
   return true;
 }
 
-bool put_switch(byte_string& bytes, std::string_view text) {
+static bool put_switch(byte_string& bytes, std::string_view text) {
   bool on = false;
   if (!constraint_parse_switch(text, &on)) return false;
   xdr_put_word(bytes, on ? 1 : 0);
@@ -25,17 +23,17 @@ bool put_switch(byte_string& bytes, std::string_view text) {
 }
 
 // Each char of the field takes a word, with its sign as a signed char has it.
-bool put_text(byte_string& bytes, std::string_view text, uint32_t characters) {
+static bool put_text(byte_string& bytes, std::string_view text, uint32_t characters) {
   if (text.size() >= characters) return false;
-  for (uint32_t i = 0; i < characters; i++) {
+  for (uint32_t i = 0; i < characters; ++i) {
     int c = i < text.size() ? static_cast<signed char>(text[i]) : 0;
     xdr_put_word(bytes, static_cast<uint32_t>(c));
   }
   return true;
 }
 
-bool put(byte_string& bytes, const argument_spec& argument, const constraint& limits,
-         std::string_view text) {
+static bool put(byte_string& bytes, const argument_spec& argument, const constraint& limits,
+                std::string_view text) {
   // An integer that is a switch takes a switch's words, too.
   if (limits.kind == constraint_kind::kSwitch && put_switch(bytes, text)) return true;
   switch (argument.type) {
@@ -58,12 +56,12 @@ bool put(byte_string& bytes, const argument_spec& argument, const constraint& li
   return false;
 }
 
-std::string form_of(const procedure_row& procedure, const argument_spec& argument) {
+static std::string form_of(const procedure_row& procedure, const argument_spec& argument) {
   return constraint_form(meanings_limits(procedure, argument));
 }
 
 // "12 bytes, of which byte 5 is a line end"
-std::string shown_as_bytes(const constraint& limits, const std::string& given) {
+static std::string shown_as_bytes(const constraint& limits, const std::string& given) {
   const char* what = nullptr;
   const size_t place = constraint_misfit(limits, given, &what);
   const std::string length = text_format("%zu byte%s", given.size(), given.size() == 1 ? "" : "s");
@@ -71,7 +69,7 @@ std::string shown_as_bytes(const constraint& limits, const std::string& given) {
 }
 
 // What was given, as a message shows it. What may be a secret is not shown.
-std::string shown(const constraint& limits, const std::string& given) {
+static std::string shown(const constraint& limits, const std::string& given) {
   switch (limits.kind) {
     case constraint_kind::kAnyText:
     case constraint_kind::kText:
@@ -79,29 +77,37 @@ std::string shown(const constraint& limits, const std::string& given) {
     case constraint_kind::kDigits:
     case constraint_kind::kPassphrase:
       return shown_as_bytes(limits, given);
-    default:
-      return text_quote(given);
+    case constraint_kind::kByType:
+    case constraint_kind::kInteger:
+    case constraint_kind::kSwitch:
+    case constraint_kind::kNumber:
+    case constraint_kind::kWord:
+    case constraint_kind::kMac:
+    case constraint_kind::kIpv4:
+      break;
   }
+  return text_quote(given);
 }
 
 // "NAME: argument 'bss' takes an integer, 1 to 16, not '17'"
-std::string refusal(const procedure_row& procedure, const argument_spec& argument,
-                    const std::string& given) {
+static std::string refusal(const procedure_row& procedure, const argument_spec& argument,
+                           const std::string& given) {
   return lookup_display_name(procedure) + ": argument '" + argument.name + "' takes " +
          form_of(procedure, argument) + ", not " +
          shown(meanings_limits(procedure, argument), given);
 }
 
-bool is_option(const std::string& word) {
+static bool is_option(const std::string& word) {
   return word.starts_with("--");
 }
 
-std::string option_hint(bool is_there) {
+static std::string option_hint(bool is_there) {
   return is_there ? " (options go before the procedure)" : "";
 }
 
-std::string wrong_count(const procedure_row& procedure, const std::vector<argument_spec>& arguments,
-                        const std::vector<std::string>& given) {
+static std::string wrong_count(const procedure_row& procedure,
+                               const std::vector<argument_spec>& arguments,
+                               const std::vector<std::string>& given) {
   std::string name = lookup_display_name(procedure);
   size_t expected = arguments.size();
   std::string takes = expected == 0
@@ -119,8 +125,6 @@ std::string wrong_count(const procedure_row& procedure, const std::vector<argume
   return error + ": " + text_quote(extra) + " is too many" + option_hint(has_option);
 }
 
-}  // namespace
-
 bool arguments_encode(const procedure_row& procedure, const std::vector<std::string>& given,
                       byte_string& bytes, std::string& error) {
   std::vector<argument_spec> arguments = table_arguments(procedure);
@@ -128,7 +132,7 @@ bool arguments_encode(const procedure_row& procedure, const std::vector<std::str
     error = wrong_count(procedure, arguments, given);
     return false;
   }
-  for (size_t i = 0; i < given.size(); i++) {
+  for (size_t i = 0; i < given.size(); ++i) {
     const argument_spec& argument = arguments[i];
     if (put(bytes, argument, meanings_limits(procedure, argument), given[i])) continue;
     error = refusal(procedure, argument, given[i]) + option_hint(is_option(given[i]));
@@ -140,7 +144,7 @@ bool arguments_encode(const procedure_row& procedure, const std::vector<std::str
 bool arguments_check(const procedure_row& procedure, const std::vector<std::string>& given,
                      std::string& error) {
   const std::vector<argument_spec> arguments = table_arguments(procedure);
-  for (size_t i = 0; i < given.size(); i++) {
+  for (size_t i = 0; i < given.size(); ++i) {
     const constraint limits = meanings_limits(procedure, arguments[i]);
     if (constraint_holds(limits, given[i])) continue;
     const std::string nearest = constraint_nearest(limits, given[i]);

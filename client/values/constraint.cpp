@@ -8,43 +8,41 @@
 #include "base/text.h"
 #include "wire/lookup.h"
 
-namespace {
-
-constexpr size_t kKeyDigits = 64;
+static constexpr size_t kKeyDigits = 64;
 // Longer ranges are not offered value by value.
-constexpr int64_t kOfferedMax = 8;
+static constexpr int64_t kOfferedMax = 8;
 
-bool within(const constraint& limits, int64_t value) {
+static bool within(const constraint& limits, int64_t value) {
   return std::ranges::any_of(constraint_ranges(limits), [&](const constraint_range& range) {
     return value >= range.low && value <= range.high;
   });
 }
 
-bool all_of(std::string_view text, const char* characters) {
+static bool all_of(std::string_view text, const char* characters) {
   return text.find_first_not_of(characters) == std::string_view::npos;
 }
 
-constexpr char kDigits[] = "0123456789";
-constexpr char kHexDigits[] = "0123456789abcdefABCDEF";
+static constexpr char kDigits[] = "0123456789";
+static constexpr char kHexDigits[] = "0123456789abcdefABCDEF";
 
-bool is_hex(std::string_view text) {
+static bool is_hex(std::string_view text) {
   return all_of(text, kHexDigits);
 }
 
-bool is_mac(std::string_view text) {
+static bool is_mac(std::string_view text) {
   if (text.size() != 17) return false;
-  for (size_t i = 0; i < text.size(); i++) {
+  for (size_t i = 0; i < text.size(); ++i) {
     if (i % 3 == 2 ? text[i] != ':' : !is_hex(text.substr(i, 1))) return false;
   }
   return true;
 }
 
-bool is_ipv4(std::string_view text) {
+static bool is_ipv4(std::string_view text) {
   in_addr address{};
   return inet_pton(AF_INET, std::string(text).c_str(), &address) == 1;
 }
 
-std::vector<std::string> words_of(const constraint& limits) {
+static std::vector<std::string> words_of(const constraint& limits) {
   std::istringstream stream(limits.words);
   std::vector<std::string> words;
   for (std::string word; stream >> word;)
@@ -53,45 +51,45 @@ std::vector<std::string> words_of(const constraint& limits) {
 }
 
 // "A", "A or B", "A, B or C"
-std::string joined(const std::vector<std::string>& parts) {
+static std::string joined(const std::vector<std::string>& parts) {
   std::string out;
-  for (size_t i = 0; i < parts.size(); i++)
+  for (size_t i = 0; i < parts.size(); ++i)
     out += (i == 0 ? "" : i + 1 == parts.size() ? " or " : ", ") + parts[i];
   return out;
 }
 
-std::string range_words(const constraint_range& range) {
+static std::string range_words(const constraint_range& range) {
   std::string out = std::to_string(range.low);
   if (range.high != range.low) out += " to " + std::to_string(range.high);
   return range.meaning == nullptr ? out : out + " (" + range.meaning + ")";
 }
 
-std::string ranges_words(const constraint& limits) {
+static std::string ranges_words(const constraint& limits) {
   std::vector<std::string> parts;
   for (const constraint_range& range : constraint_ranges(limits))
     parts.push_back(range_words(range));
   return joined(parts);
 }
 
-std::string length_words(const constraint& limits) {
+static std::string length_words(const constraint& limits) {
   if (limits.count == 1 && limits.at[0].low == 0)
     return "at most " + std::to_string(limits.at[0].high) + " bytes";
   return ranges_words(limits) + " bytes";
 }
 
-std::string hex_words(const constraint& limits) {
+static std::string hex_words(const constraint& limits) {
   const bool fixed = std::ranges::all_of(constraint_ranges(limits),
                                          [](const constraint_range& r) { return r.low == r.high; });
   return ranges_words(limits) + " hexadecimal digits" + (fixed ? "" : ", an even number");
 }
 
-bool is_control(char c) {
+static bool is_control(char c) {
   return static_cast<unsigned char>(c) < 0x20 || c == 0x7f;
 }
 
 // 0 when there is none.
-size_t misfit_in_text(const constraint& limits, std::string_view given, const char** what) {
-  for (size_t i = 0; i < given.size(); i++) {
+static size_t misfit_in_text(const constraint& limits, std::string_view given, const char** what) {
+  for (size_t i = 0; i < given.size(); ++i) {
     const bool separates = limits.list_field && given[i] == ';';
     if (!separates && !is_control(given[i])) continue;
     *what = separates                              ? "';', which separates the BSSs in the profile"
@@ -101,8 +99,6 @@ size_t misfit_in_text(const constraint& limits, std::string_view given, const ch
   }
   return 0;
 }
-
-}  // namespace
 
 size_t constraint_misfit(const constraint& limits, std::string_view given, const char** what) {
   switch (limits.kind) {
@@ -223,7 +219,7 @@ std::vector<std::string> constraint_values(const constraint& limits) {
   if (limits.kind != constraint_kind::kNumber) return values;
   for (const constraint_range& range : constraint_ranges(limits)) {
     if (range.high - range.low >= kOfferedMax) continue;
-    for (int64_t value = range.low; value <= range.high; value++)
+    for (int64_t value = range.low; value <= range.high; ++value)
       values.push_back(std::to_string(value));
   }
   return values;

@@ -4,15 +4,13 @@
 // little-endian structures; what a result type of wlan_config.x names has the
 // same names here.
 
-namespace {
-
 using enum field_type;
 using enum content;
 using enum not_known;
 
 // The driver keeps byte counters before packet counters and what it sent before
 // what it received.
-constexpr payload_field kBasicStats[] = {
+static constexpr payload_field kBasicStats[] = {
     {"bytes_sent", kCounter32, 0, 0, "B", "", "", kFree},
     {"bytes_received", kCounter32, 4, 0, "B", "", "", kFree},
     {"packets_sent", kCounter32, 8, 0, "", "", "", kFree},
@@ -20,7 +18,7 @@ constexpr payload_field kBasicStats[] = {
     {"associations", kU32, 16, 0, "", "", "stations associated with the BSS", kFree},
 };
 
-constexpr payload_field kStats[] = {
+static constexpr payload_field kStats[] = {
     {"errors_sent", kCounter32, 0, 0, "", "", "packets that could not be sent", kFree},
     {"errors_received", kCounter32, 4, 0, "", "", "packets received with errors", kFree},
     {"unicast_packets_sent", kCounter32, 8, 0, "", "", "to one station; 0 of a radio", kFree},
@@ -40,39 +38,39 @@ constexpr payload_field kStats[] = {
     {"reserved", kU32, 60, 0, "", "", "always 0", kFree},
 };
 
-constexpr payload_field kBytesSent[] = {
+static constexpr payload_field kBytesSent[] = {
     {"bytes_sent", kCounter64, 0, 0, "B", "", "sent so far", kFree}};
-constexpr payload_field kBytesReceived[] = {
+static constexpr payload_field kBytesReceived[] = {
     {"bytes_received", kCounter64, 0, 0, "B", "", "received so far", kFree}};
-constexpr payload_field kTxPackets[] = {
+static constexpr payload_field kTxPackets[] = {
     {"packets_sent", kCounterI64, 0, 0, "", "", "sent so far", kFree, kMinusOne}};
-constexpr payload_field kRxPackets[] = {
+static constexpr payload_field kRxPackets[] = {
     {"packets_received", kCounterI64, 0, 0, "", "", "received so far", kFree, kMinusOne}};
 
-constexpr payload_field kChannelStatistics[] = {
+static constexpr payload_field kChannelStatistics[] = {
     {"channel_busy", kI32, 0, 0, "%", "", "share of time that the channel is busy", kFree,
      kMinusOne},
     {"ap_activity", kI32, 4, 0, "%", "", "share of time that this AP is active", kFree, kMinusOne},
     {"busy_time", kI32, 8, 0, "%", "", "", kFree, kMinusOne},
 };
 
-constexpr payload_field kNoiseFloor[] = {
+static constexpr payload_field kNoiseFloor[] = {
     {"minimum", kI32, 0, 0, "dBm", "", "", kFree, kMinusOne},
     {"maximum", kI32, 4, 0, "dBm", "", "", kFree, kMinusOne},
     {"median", kI32, 8, 0, "dBm", "", "", kFree, kMinusOne},
     {"average", kI32, 12, 0, "dBm", "", "", kFree, kMinusOne},
 };
 
-constexpr payload_field kRssiEntry[] = {
+static constexpr payload_field kRssiEntry[] = {
     {"rssi", kI64, 0, 0, "", "RSSI", "as the statistics daemon counts it", kFree, kMinusOne}};
-constexpr payload_rows kRssiTable = {"entries", kAllRows, 0, 8, 37, kRssiEntry};
+static constexpr payload_rows kRssiTable = {"entries", kAllRows, 0, 8, 37, kRssiEntry};
 
-constexpr payload_field kBssidPort[] = {
+static constexpr payload_field kBssidPort[] = {
     {"bssid", kMac, 0, 0, "", "", "", kAddress},
     {"port", kU16, 6, 0, "", "", "", kFree},
 };
 
-constexpr payload_field kDot11u[] = {
+static constexpr payload_field kDot11u[] = {
     {"access_network_type", kI32, 0, 0, "", "", "hotspot: type of the access network", kFree},
     {"internet", kFlag, 4, 0, "", "", "hotspot: leads to the internet", kFree},
     {"asra", kFlag, 8, 0, "", "", "hotspot: additional step required for access", kFree},
@@ -80,7 +78,7 @@ constexpr payload_field kDot11u[] = {
     {"uesa", kFlag, 16, 0, "", "", "hotspot: unauthenticated emergency service accessible", kFree},
 };
 
-constexpr payload_field kAssocDevice[] = {
+static constexpr payload_field kAssocDevice[] = {
     {"mac_address", kText, 0, 18, "", "", "", kAddress},
     {"host_name", kText, 18, 64, "", "", "", kName},
     {"ip_address", kText, 82, 45, "", "", "", kAddress},
@@ -103,7 +101,7 @@ constexpr payload_field kAssocDevice[] = {
 };
 
 // An entry of the driver's station table.
-constexpr payload_field kStation[] = {
+static constexpr payload_field kStation[] = {
     {"bss_position", kBssPosition, 0, 0, "", "BSS", "position of its BSS within the radio, from 0",
      kFree},
     {"mac_address", kMac, 1, 0, "", "STATION", "", kAddress},
@@ -120,10 +118,10 @@ constexpr payload_field kStation[] = {
     {"packets_sent", kCounter32, 32, 0, "", "PACKETS", "packets sent to it", kFree},
     {"failures", kCounter32, 36, 0, "", "FAILED", "packets to it that failed", kFree},
 };
-constexpr payload_rows kStations = {"stations", 0, 4, 40, 128, kStation};
+static constexpr payload_rows kStations = {"stations", 0, 4, 40, 128, kStation};
 
 // As wlan_get_btm_associated_device packs it.
-constexpr payload_field kBtmStation[] = {
+static constexpr payload_field kBtmStation[] = {
     {"mac_address", kText, 40, 17, "", "STATION", "", kAddress},
     {"rssi", kI32, 0, 0, "dBm", "RSSI", "strongest of its chains", kFree, kNoSignal},
     {"downlink_rate", kRate1024, 4, 0, "kbit/s", "DOWN",
@@ -142,11 +140,11 @@ constexpr payload_field kBtmStation[] = {
     {"is_ht", kFlag, 68, 0, "", "", "802.11n or later", kFree},
     {"is_vht", kFlag, 72, 0, "", "", "802.11ac", kFree},
 };
-constexpr payload_rows kBtmStations = {"stations", 0, 4, 76, 32, kBtmStation};
+static constexpr payload_rows kBtmStations = {"stations", 0, 4, 76, 32, kBtmStation};
 
 // The driver's own entries, passed on as they are. The layout is that of the
 // simulated driver: to be held against hardware here, and only here.
-constexpr payload_field kNeighbour[] = {
+static constexpr payload_field kNeighbour[] = {
     {"bssid", kMac, 0, 0, "", "BSSID", "", kAddress},
     {"channel", kU8, 6, 0, "", "CH", "", kFree},
     {"rssi", kI8, 7, 0, "dBm", "RSSI", "signal", kFree},
@@ -154,31 +152,31 @@ constexpr payload_field kNeighbour[] = {
     {"security", kText, 41, 23, "", "SECURITY", "authentication and encryption", kName},
     {"mode", kText, 64, 15, "", "MODE", "802.11 mode", kName},
 };
-constexpr payload_rows kNeighbours = {"networks", 0, 4, 100, 64, kNeighbour};
-constexpr payload_field kSurvey[] = {
+static constexpr payload_rows kNeighbours = {"networks", 0, 4, 100, 64, kNeighbour};
+static constexpr payload_field kSurvey[] = {
     {"driver_data", kBytes, 6404, 360, "", "", "the driver's own, behind its entries"}};
 
-constexpr payload_field kMacText[] = {{"mac_address", kText, 0, 18, "", "", "", kAddress}};
+static constexpr payload_field kMacText[] = {{"mac_address", kText, 0, 18, "", "", "", kAddress}};
 
-constexpr payload_field kNonAssoc[] = {
+static constexpr payload_field kNonAssoc[] = {
     {"valid", kFlag, 0, 0, "", "", "0: the station was not seen", kFree},
     {"rssi", kI32, 4, 0, "dBm", "", "signal of its last probe request", kFree, kZero},
     {"time", kTime, 8, 0, "", "", "of that probe request", kFree},
     {"mac_address", kText, 12, 17, "", "", "the station", kAddress},
 };
 
-constexpr payload_field kSteerEvent[] = {
+static constexpr payload_field kSteerEvent[] = {
     {"time", kTime, 24, 0, "", "TIME", "when it happened", kFree},
     {"type", kU32, 0, 0, "", "TYPE", "event type of the control daemon", kFree},
     {"mac_address", kText, 4, 17, "", "STATION", "the station", kAddress},
     {"code", kText, 28, 8, "", "CODE", "code of the event", kFree},
 };
-constexpr payload_rows kSteerEvents = {"events", 1152, 0, 36, 32, kSteerEvent};
+static constexpr payload_rows kSteerEvents = {"events", 1152, 0, 36, 32, kSteerEvent};
 
 // Others know the size of the record and where last_sync_attempt stands; the
 // widths of the texts are those of the simulated controller: to be held against
 // the real one here, and only here.
-constexpr payload_field kExtender[] = {
+static constexpr payload_field kExtender[] = {
     {"index", kU32, 0, 0, "", "", "row of the table", kFree},
     {"mac_address", kText, 4, 24, "", "", "of the extender", kAddress},
     {"device_name", kText, 28, 240, "", "", "for people; hnc_set_hne_device_name sets it", kName},
@@ -200,7 +198,7 @@ constexpr payload_field kExtender[] = {
     {"description", kText, 1236, 256, "", "", "", kName},
 };
 
-constexpr payload_field kSupported[] = {
+static constexpr payload_field kSupported[] = {
     {"index", kI32, 0, 0, "", "", "row of the table", kFree},
     {"row_status", kI32, 4, 0, "", "", "as the controller counts it", kFree},
     {"manufacturer", kText, 8, 64, "", "", "", kName},
@@ -214,7 +212,7 @@ constexpr payload_field kSupported[] = {
     {"config_on_demand", kFlag, 1228, 0, "", "", "configure it on demand", kFree},
 };
 
-constexpr payload_layout kLayouts[] = {
+static constexpr payload_layout kLayouts[] = {
     {"WLAN_GET_BSSID_PORT", kBssidPort, nullptr},
     {"WLAN_GET_BASIC_STATS", kBasicStats, nullptr},
     {"WLAN_GET_STATS", kStats, nullptr},
@@ -242,7 +240,7 @@ constexpr payload_layout kLayouts[] = {
 };
 
 // Every record has one: without it nobody could read the answer.
-constexpr bool has_layout(std::string_view procedure) {
+static constexpr bool has_layout(std::string_view procedure) {
   for (const payload_layout& layout : kLayouts) {
     if (procedure == layout.procedure) return true;
   }
@@ -259,8 +257,6 @@ constexpr bool has_layout(std::string_view procedure) {
 #define PROCEDURE(number, name, stem, about, members, no_record, ...) \
   static_assert((no_record) || has_layout(#name), #name ": write the layout of its record here");
 #include "rpc/procedures.def"
-
-}  // namespace
 
 const payload_layout* payload_find(const procedure_row& procedure) {
   for (const payload_layout& layout : kLayouts) {

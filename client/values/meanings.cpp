@@ -2,67 +2,65 @@
 
 #include <climits>
 
-namespace {
-
 template <typename... Ranges>
-constexpr constraint of_ranges(constraint_kind kind, Ranges... ranges) {
+static constexpr constraint of_ranges(constraint_kind kind, Ranges... ranges) {
   return {kind, {ranges...}, sizeof...(ranges)};
 }
 
-constexpr constraint number(int64_t low, int64_t high) {
+static constexpr constraint number(int64_t low, int64_t high) {
   return of_ranges(constraint_kind::kNumber, constraint_range{low, high, nullptr});
 }
 
 // Numbers that mean something each.
 template <typename... Ranges>
-constexpr constraint choices(Ranges... ranges) {
+static constexpr constraint choices(Ranges... ranges) {
   return of_ranges(constraint_kind::kNumber, ranges...);
 }
 
 using values = constraint_range;
 
-constexpr constraint word(const char* words) {
+static constexpr constraint word(const char* words) {
   return {.kind = constraint_kind::kWord, .words = words};
 }
 
-constexpr constraint text(int64_t shortest, int64_t longest) {
+static constexpr constraint text(int64_t shortest, int64_t longest) {
   return of_ranges(constraint_kind::kText, constraint_range{shortest, longest, nullptr});
 }
 
-constexpr constraint hex(int64_t fewest, int64_t most) {
+static constexpr constraint hex(int64_t fewest, int64_t most) {
   return of_ranges(constraint_kind::kHex, constraint_range{fewest, most, nullptr});
 }
 
-constexpr constraint kSwitch = {constraint_kind::kSwitch};
-constexpr constraint kMac = {constraint_kind::kMac};
-constexpr constraint kIpv4 = {constraint_kind::kIpv4};
-constexpr constraint kBss = choices(values{1, 8, "2.4 GHz"}, values{9, 16, "5 GHz"});
-constexpr constraint kRadio = choices(values{1, 1, "2.4 GHz"}, values{9, 9, "5 GHz"});
+static constexpr constraint kSwitch = {constraint_kind::kSwitch};
+static constexpr constraint kMac = {constraint_kind::kMac};
+static constexpr constraint kIpv4 = {constraint_kind::kIpv4};
+static constexpr constraint kBss = choices(values{1, 8, "2.4 GHz"}, values{9, 16, "5 GHz"});
+static constexpr constraint kRadio = choices(values{1, 1, "2.4 GHz"}, values{9, 9, "5 GHz"});
 // Where the daemon goes by the band of the index or by the interface that it names.
-constexpr constraint kRadioOfBss =
+static constexpr constraint kRadioOfBss =
     choices(values{1, 1, "2.4 GHz"}, values{9, 9, "5 GHz"}, values{1, 16, "the radio of that BSS"});
-constexpr constraint kRestarted =
+static constexpr constraint kRestarted =
     choices(values{1, 1, "2.4 GHz"}, values{9, 9, "5 GHz"}, values{1, 16, "the radio of that BSS"},
             values{255, 255, "all radios"});
-constexpr constraint kSsid = text(1, 32);
-constexpr constraint kPassphrase =
+static constexpr constraint kSsid = text(1, 32);
+static constexpr constraint kPassphrase =
     of_ranges(constraint_kind::kPassphrase, constraint_range{8, 63, nullptr});
-constexpr constraint kPin = of_ranges(constraint_kind::kDigits, constraint_range{4, 4, nullptr},
-                                      constraint_range{8, 8, nullptr});
-constexpr constraint kWepKey = of_ranges(constraint_kind::kHex, constraint_range{10, 10, nullptr},
-                                         constraint_range{26, 26, nullptr});
+static constexpr constraint kPin = of_ranges(
+    constraint_kind::kDigits, constraint_range{4, 4, nullptr}, constraint_range{8, 8, nullptr});
+static constexpr constraint kWepKey = of_ranges(
+    constraint_kind::kHex, constraint_range{10, 10, nullptr}, constraint_range{26, 26, nullptr});
 // The controller's messages cut longer ones off.
-constexpr constraint kControllerText = text(0, 127);
-constexpr constraint kListField = {.kind = constraint_kind::kAnyText, .list_field = true};
-constexpr constraint kAccessCategory =
+static constexpr constraint kControllerText = text(0, 127);
+static constexpr constraint kListField = {.kind = constraint_kind::kAnyText, .list_field = true};
+static constexpr constraint kAccessCategory =
     choices(values{0, 0, "best effort"}, values{1, 1, "background"}, values{2, 2, "video"},
             values{3, 3, "voice"});
 
-constexpr const char* kInstance = "instance of the home network controller; 1 as a rule";
-constexpr const char* kUnused = "accepted and not used";
+static constexpr const char* kInstance = "instance of the home network controller; 1 as a rule";
+static constexpr const char* kUnused = "accepted and not used";
 
 // clang-format off
-constexpr meaning_entry kMeanings[] = {
+static constexpr meaning_entry kMeanings[] = {
     // Meanings of a procedure's own come first: they are found first.
     {"WLAN_SET_ENABLE", "index", "BSS index", "3", kBss},
     {"WLAN_SET_BS_ENABLE", "enable", "band steering", "1", kSwitch},
@@ -250,7 +248,7 @@ constexpr meaning_entry kMeanings[] = {
 };
 // clang-format on
 
-constraint of_type(const argument_spec& argument) {
+static constraint of_type(const argument_spec& argument) {
   switch (argument.type) {
     case argument_type::kInt:
       return of_ranges(constraint_kind::kInteger, constraint_range{INT_MIN, INT_MAX, nullptr});
@@ -268,8 +266,6 @@ constraint of_type(const argument_spec& argument) {
   }
   return {constraint_kind::kAnyText};
 }
-
-}  // namespace
 
 const meaning_entry* meanings_find(const procedure_row& procedure, std::string_view argument) {
   for (const meaning_entry& meaning : kMeanings) {

@@ -4,43 +4,41 @@
 
 #include "base/text.h"
 
-namespace {
-
 #define QUEUE                                                                                 \
   "Queued: \"ok\" comes at once, the work is done later, one request at a time. The queue "   \
   "holds two, the one at work and one that waits; a further one takes the place of the "      \
   "one that waits, which is dropped without a word. wlan_init may follow wlan_load at once; " \
   "send nothing else until all is done, that is until wlan_get_btm_capable does not fail."
-constexpr char kQueue[] = QUEUE;
-constexpr char kInitQueue[] = QUEUE
+static constexpr char kQueue[] = QUEUE;
+static constexpr char kInitQueue[] = QUEUE
     " Does nothing, though the answer is \"ok\", while this daemon has not loaded the drivers.";
-constexpr char kRestartQueue[] = QUEUE
+static constexpr char kRestartQueue[] = QUEUE
     " A restart that is next and has not begun takes in the radios of a further one. Does "
     "nothing, though the answer is \"ok\", while the drivers are not loaded and initialized.";
-constexpr char kDriver[] = "Fails until the radios are up.";
-constexpr char kStatistics[] =
+static constexpr char kDriver[] = "Fails until the radios are up.";
+static constexpr char kStatistics[] =
     "Of the same radio. Until its statistics daemon has reported, there is no value.";
-constexpr char kSteerKey[] =
+static constexpr char kSteerKey[] =
     "Only stores it, once for all BSSs of the radio: wlan_set_hnc_steer_sta_type steers.";
-constexpr char kStored[] = "Fails, or is empty, until it is set.";
-constexpr char kDcs[] =
+static constexpr char kStored[] = "Fails, or is empty, until it is set.";
+static constexpr char kDcs[] =
     "Stored in the profile. The channel selection daemon is told if it runs, and the answer is "
     "\"ok\" if it does not.";
-constexpr char kDcsSwitch[] =
+static constexpr char kDcsSwitch[] =
     "The channel selection daemon runs only when both switches are on and the 2.4 GHz profile has "
     "its radio on and its channel automatic.";
-constexpr char kWps[] =
+static constexpr char kWps[] =
     "Does nothing, though the answer is \"ok\", unless the profile has radio, BSS and WPS on "
     "(RadioOn, BssEnabled, WscEnable). Fails when WscConfMethods does not permit the method.";
-constexpr char kWpsOn[] =
+static constexpr char kWpsOn[] =
     "Does nothing, though the answer is \"ok\", unless the profile has WPS on (WscEnable).";
 
 // What needs it and has no note of its own.
-constexpr std::string_view kControllerSwitch = "HNC_SET_ENABLE";
-constexpr char kController[] = "Fails while the home network controller does not run.";
+static constexpr std::string_view kControllerSwitch = "HNC_SET_ENABLE";
+static constexpr char kController[] = "Fails while the home network controller does not run.";
 
 // clang-format off
-constexpr procedure_note kNotes[] = {
+static constexpr procedure_note kNotes[] = {
     {"WLAN_LOAD", kQueue},
     {"WLAN_INIT", kInitQueue},
     {"WLAN_RESTART", kRestartQueue},
@@ -108,8 +106,6 @@ constexpr procedure_note kNotes[] = {
     {"WLAN_SET_DCS_DEBUG_LEVEL", kDcs},
 };
 // clang-format on
-
-}  // namespace
 
 std::span<const procedure_note> notes_all() {
   return kNotes;

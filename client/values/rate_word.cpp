@@ -2,23 +2,22 @@
 
 #include "base/text.h"
 
-namespace {
-
-constexpr unsigned kCck[] = {1000, 2000, 5500, 11000};
-constexpr unsigned kOfdm[] = {6000, 9000, 12000, 18000, 24000, 36000, 48000, 54000};
+static constexpr unsigned kCck[] = {1000, 2000, 5500, 11000};
+static constexpr unsigned kOfdm[] = {6000, 9000, 12000, 18000, 24000, 36000, 48000, 54000};
 
 // Codes 8 to 15 of the OFDM rates, as they stand in a frame's SIGNAL field.
-constexpr unsigned kOfdmOfSignal[] = {6, 4, 2, 0, 7, 5, 3, 1};
+static constexpr unsigned kOfdmOfSignal[] = {6, 4, 2, 0, 7, 5, 3, 1};
 
 // IEEE 802.11: data subcarriers by bandwidth, coded bits per subcarrier and
 // coding rate by MCS.
-constexpr unsigned kSubcarriers[] = {52, 108, 234, 468};
-constexpr struct {
+static constexpr unsigned kSubcarriers[] = {52, 108, 234, 468};
+static constexpr struct {
   unsigned bits, numerator, denominator;
 } kMcs[] = {{1, 1, 2}, {2, 1, 2}, {2, 3, 4}, {4, 1, 2}, {4, 3, 4},
             {6, 2, 3}, {6, 3, 4}, {6, 5, 6}, {8, 3, 4}, {8, 5, 6}};
 
-unsigned mimo_kilobits(unsigned bandwidth, unsigned streams, unsigned mcs, bool short_guard) {
+static unsigned mimo_kilobits(unsigned bandwidth, unsigned streams, unsigned mcs,
+                              bool short_guard) {
   if (mcs >= sizeof kMcs / sizeof *kMcs) return 0;
   const auto& scheme = kMcs[mcs];
   // Bits of a symbol of 4 us, or of 3.6 us with the short guard interval.
@@ -26,8 +25,6 @@ unsigned mimo_kilobits(unsigned bandwidth, unsigned streams, unsigned mcs, bool 
       kSubcarriers[bandwidth] * streams * scheme.bits * scheme.numerator / scheme.denominator;
   return short_guard ? bits * 2500 / 9 : bits * 250;
 }
-
-}  // namespace
 
 rate_word rate_word_decode(uint16_t word) {
   const unsigned mode = word >> 13;

@@ -8,38 +8,36 @@
 #include "base/text.h"
 #include "values/payload.h"
 
-namespace {
-
 using ordered_json = nlohmann::ordered_json;
 
-constexpr char kRedacted[] = "(redacted)";
-constexpr size_t kMacLength = 17;
+static constexpr char kRedacted[] = "(redacted)";
+static constexpr size_t kMacLength = 17;
 
 // Six pairs of digits joined by colons or dashes, in one way of writing; "" of any other
 // text.
-std::string mac_of(const std::string& text) {
+static std::string mac_of(const std::string& text) {
   if (text.size() != kMacLength) return "";
   std::string mac = text_lower(text);
   std::replace(mac.begin(), mac.end(), '-', ':');
-  for (size_t i = 0; i < kMacLength; i++) {
+  for (size_t i = 0; i < kMacLength; ++i) {
     const auto c = static_cast<unsigned char>(mac[i]);
     if (i % 3 == 2 ? c != ':' : isxdigit(c) == 0) return "";
   }
   return mac;
 }
 
-bool is_ipv4(const std::string& text) {
+static bool is_ipv4(const std::string& text) {
   in_addr address{};
   return inet_pton(AF_INET, text.c_str(), &address) == 1;
 }
 
-bool is_ipv6(const std::string& text) {
+static bool is_ipv6(const std::string& text) {
   in6_addr address{};
   return inet_pton(AF_INET6, text.c_str(), &address) == 1;
 }
 
 // A number, a time of day or a version; too short for a telephone number, and no address.
-bool is_plain_number(const std::string& text) {
+static bool is_plain_number(const std::string& text) {
   constexpr size_t kLongest = 8;
   return text.size() <= kLongest && text.find_first_not_of("0123456789.:") == std::string::npos &&
          !is_ipv4(text) && !is_ipv6(text);
@@ -47,8 +45,8 @@ bool is_plain_number(const std::string& text) {
 
 // The number of the text among those so far, from 1 on.
 template <typename Format>
-std::string other_name(std::map<std::string, std::string>& names, const std::string& text,
-                       Format format) {
+static std::string other_name(std::map<std::string, std::string>& names, const std::string& text,
+                              Format format) {
   const auto [found, added] = names.try_emplace(text);
   if (added) found->second = format(names.size());
   return found->second;
@@ -56,7 +54,7 @@ std::string other_name(std::map<std::string, std::string>& names, const std::str
 
 // Addresses that nobody has: locally administered, and those kept for measurements and for
 // documentation.
-std::string other_address(const std::string& text, redaction& state) {
+static std::string other_address(const std::string& text, redaction& state) {
   std::string mac = mac_of(text);
   if (mac == "00:00:00:00:00:00" || mac == "ff:ff:ff:ff:ff:ff") return mac;
   if (!mac.empty())
@@ -74,7 +72,7 @@ std::string other_address(const std::string& text, redaction& state) {
                     [](size_t number) { return text_format("2001:db8::%zx", number); });
 }
 
-ordered_json redacted(const ordered_json& value, content holds, redaction& state) {
+static ordered_json redacted(const ordered_json& value, content holds, redaction& state) {
   if (holds == content::kFree || value.is_null() || value == "") return value;
   if (holds == content::kSecret || !value.is_string()) return kRedacted;
   const std::string text = value.get<std::string>();
@@ -85,10 +83,10 @@ ordered_json redacted(const ordered_json& value, content holds, redaction& state
 }
 
 // A member of an object; only free texts keep the mark that they are escaped.
-void put_redacted(ordered_json& object, const ordered_json& from, const std::string& name,
-                  content holds, redaction& state) {
+static void put_redacted(ordered_json& object, const ordered_json& from, const std::string& name,
+                         content holds, redaction& state) {
   if (holds == content::kUnsaid) {
-    state.left_out++;
+    ++state.left_out;
     return;
   }
   object[name] = redacted(from[name], holds, state);
@@ -96,8 +94,8 @@ void put_redacted(ordered_json& object, const ordered_json& from, const std::str
   if (holds == content::kFree && from.contains(mark)) object[mark] = from[mark];
 }
 
-ordered_json redacted_fields(std::span<const payload_field> fields, const ordered_json& record,
-                             redaction& state) {
+static ordered_json redacted_fields(std::span<const payload_field> fields,
+                                    const ordered_json& record, redaction& state) {
   ordered_json object = ordered_json::object();
   for (const payload_field& field : fields) {
     if (record.contains(field.name)) put_redacted(object, record, field.name, field.holds, state);
@@ -105,8 +103,8 @@ ordered_json redacted_fields(std::span<const payload_field> fields, const ordere
   return object;
 }
 
-ordered_json redacted_record(const payload_layout& layout, const ordered_json& record,
-                             redaction& state) {
+static ordered_json redacted_record(const payload_layout& layout, const ordered_json& record,
+                                    redaction& state) {
   ordered_json object = redacted_fields(layout.fields, record, state);
   if (layout.rows == nullptr) return object;
   ordered_json& list = object[layout.rows->name] = ordered_json::array();
@@ -114,8 +112,6 @@ ordered_json redacted_record(const payload_layout& layout, const ordered_json& r
     list.push_back(redacted_fields(layout.rows->fields, row, state));
   return object;
 }
-
-}  // namespace
 
 void redact(const procedure_row& procedure, ordered_json& answer, redaction& state) {
   if (!answer.contains("value")) return;

@@ -2,12 +2,10 @@
 
 // What answers that are one value mean, and what the codes of the others do.
 
-namespace {
-
 using enum content;
 using enum not_known;
 
-constexpr value_meaning kValues[] = {
+static constexpr value_meaning kValues[] = {
     {"WLAN_GET_ASSOC_DEVICES_NUM", "", "stations associated with the BSS", kFree},
     {"WLAN_GET_CURRENT_CHANNEL", "", "channel number", kFree, kZero},
     {"WLAN_GET_AP_SCAN_STATUS", "", "0: none asked for, 1: running, 2: failed, 3: finished", kFree},
@@ -64,9 +62,7 @@ constexpr value_meaning kValues[] = {
     {"WLAN_GET_HNC_REPLICATE_RADIO", "", "", kNumber},
 };
 
-constexpr value_meaning kNoMeaning = {"", "", ""};
-
-}  // namespace
+static constexpr value_meaning kNoMeaning = {"", "", ""};
 
 std::span<const value_meaning> payload_values() {
   return kValues;

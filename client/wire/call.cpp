@@ -15,23 +15,21 @@
 #include "base/moment.h"
 #include "base/text.h"
 
-namespace {
-
-call_answer failed(call_status status, int error_number = 0) {
+static call_answer failed(call_status status, int error_number = 0) {
   call_answer answer{};
   answer.status = status;
   answer.error_number = error_number;
   return answer;
 }
 
-call_answer failed_system(int error_number) {
+static call_answer failed_system(int error_number) {
   bool refused = error_number == ECONNREFUSED;
   return failed(refused ? call_status::kRefused : call_status::kNetwork, error_number);
 }
 
 // A connected socket: the kernel drops what comes from elsewhere and reports
 // that the port is closed. -1 with *answer filled when there is none.
-int open_socket(const call_target& target, call_answer* answer) {
+static int open_socket(const call_target& target, call_answer* answer) {
   addrinfo hints{};
   hints.ai_family = AF_INET;
   hints.ai_socktype = SOCK_DGRAM;
@@ -51,7 +49,7 @@ int open_socket(const call_target& target, call_answer* answer) {
   return fd;
 }
 
-uint32_t new_xid() {
+static uint32_t new_xid() {
   uint32_t xid = 0;
   if (getrandom(&xid, sizeof xid, 0) != sizeof xid)
     xid = static_cast<uint32_t>(getpid()) ^ static_cast<uint32_t>(time(nullptr));
@@ -59,12 +57,16 @@ uint32_t new_xid() {
 }
 
 // Seconds between two looks at what else goes on.
-constexpr double kIdlePeriod = 0.2;
+static constexpr double kIdlePeriod = 0.2;
+
+namespace {
 
 enum class wait_result { kReadable, kTimeOver, kGivenUp, kFailed };
 
+}  // namespace
+
 // Waits for the socket to have something until `deadline`; kFailed: see errno.
-wait_result wait_readable(int fd, double deadline, const call_idle* idle) {
+static wait_result wait_readable(int fd, double deadline, const call_idle* idle) {
   while (true) {
     const double left = deadline - moment_now();
     if (left <= 0) return wait_result::kTimeOver;
@@ -77,7 +79,7 @@ wait_result wait_readable(int fd, double deadline, const call_idle* idle) {
   }
 }
 
-call_answer answered(const rpc_reply& reply, double seconds) {
+static call_answer answered(const rpc_reply& reply, double seconds) {
   call_answer answer = failed(call_status::kAnswered);
   answer.rpc = reply.status;
   answer.low = reply.low;
@@ -87,7 +89,7 @@ call_answer answered(const rpc_reply& reply, double seconds) {
   return answer;
 }
 
-call_answer await_reply(int fd, uint32_t xid, double started, const call_target& target) {
+static call_answer await_reply(int fd, uint32_t xid, double started, const call_target& target) {
   byte_string buffer(65536);  // no datagram is longer
   while (true) {
     const wait_result waited = wait_readable(fd, started + target.timeout, target.idle);
@@ -103,7 +105,7 @@ call_answer await_reply(int fd, uint32_t xid, double started, const call_target&
   }
 }
 
-std::string explain_rpc(const call_answer& answer, const char* name) {
+static std::string explain_rpc(const call_answer& answer, const char* name) {
   switch (answer.rpc) {
     case rpc_status::kSuccess:
       return "";
@@ -141,8 +143,6 @@ std::string explain_rpc(const call_answer& answer, const char* name) {
   }
   return "";
 }
-
-}  // namespace
 
 call_answer call_procedure(const call_target& target, uint32_t number,
                            const byte_string& arguments) {

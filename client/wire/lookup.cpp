@@ -6,11 +6,9 @@
 
 #include "base/text.h"
 
-namespace {
-
 // Smaller is nearer; SIZE_MAX is not near. What lacks its prefix or its end is
 // near, whatever the number of edits.
-size_t nearness(std::string_view wanted, std::string_view candidate) {
+static size_t nearness(std::string_view wanted, std::string_view candidate) {
   size_t edits = lookup_distance(wanted, candidate);
   size_t prefix = candidate.find('_') + 1;  // 0 where there is none
   std::string_view bare = candidate.substr(prefix);
@@ -21,8 +19,6 @@ size_t nearness(std::string_view wanted, std::string_view candidate) {
   return wanted.size() >= 4 && begins ? allowed + candidate.size() : SIZE_MAX;
 }
 
-}  // namespace
-
 std::string lookup_fold(std::string_view name) {
   std::string out = text_upper(name);
   std::replace(out.begin(), out.end(), '-', '_');
@@ -31,12 +27,12 @@ std::string lookup_fold(std::string_view name) {
 
 size_t lookup_distance(std::string_view a, std::string_view b) {
   std::vector<size_t> row(b.size() + 1);
-  for (size_t j = 0; j <= b.size(); j++)
+  for (size_t j = 0; j <= b.size(); ++j)
     row[j] = j;
-  for (size_t i = 1; i <= a.size(); i++) {
+  for (size_t i = 1; i <= a.size(); ++i) {
     size_t diagonal = row[0];
     row[0] = i;
-    for (size_t j = 1; j <= b.size(); j++) {
+    for (size_t j = 1; j <= b.size(); ++j) {
       size_t replaced = diagonal + (a[i - 1] == b[j - 1] ? 0 : 1);
       diagonal = row[j];
       row[j] = std::min({row[j] + 1, row[j - 1] + 1, replaced});

@@ -2,31 +2,29 @@
 
 #include "base/text.h"
 
-namespace {
-
 // wlan_config_result_data_t: opaque return_data<WLAN_CONFIG_RETURN_DATA_MAX>
-constexpr uint32_t kReturnDataMax = 8256;
+static constexpr uint32_t kReturnDataMax = 8256;
 
 // Whether there is enough for the record, `size` of its `unit`.
-bool suffices(size_t there, size_t size, const char* unit, std::string& error) {
+static bool suffices(size_t there, size_t size, const char* unit, std::string& error) {
   if (there >= size) return true;
   error = text_format("it has %zu of %zu %s", there, size, unit);
   return false;
 }
 
-bool take_words(const procedure_row& procedure, const std::vector<uint32_t>& words,
-                decoded_reply& reply, std::string& error) {
+static bool take_words(const procedure_row& procedure, const std::vector<uint32_t>& words,
+                       decoded_reply& reply, std::string& error) {
   // The count on the wire is the payload's size in bytes, so there are about
   // four times as many words as have meaning.
   size_t meaningful = procedure.size / 4;
   if (!suffices(words.size(), meaningful, "words", error)) return false;
-  for (size_t i = 0; i < 4 * meaningful; i++)
+  for (size_t i = 0; i < 4 * meaningful; ++i)
     reply.data += static_cast<char>(words[i / 4] >> (8 * (i % 4)));
   return true;
 }
 
-bool take_payload(const procedure_row& procedure, const std::vector<uint32_t>& words,
-                  const std::string& data, decoded_reply& reply, std::string& error) {
+static bool take_payload(const procedure_row& procedure, const std::vector<uint32_t>& words,
+                         const std::string& data, decoded_reply& reply, std::string& error) {
   switch (procedure.payload) {
     case payload_kind::INT:
       if (!suffices(words.size(), 1, "words", error)) return false;
@@ -47,8 +45,8 @@ bool take_payload(const procedure_row& procedure, const std::vector<uint32_t>& w
   return true;
 }
 
-bool decode_record(const procedure_row& procedure, unread_bytes& unread, decoded_reply& reply,
-                   std::string& error) {
+static bool decode_record(const procedure_row& procedure, unread_bytes& unread,
+                          decoded_reply& reply, std::string& error) {
   std::vector<uint32_t> words;
   std::string data;
   if (!xdr_get_words(unread, words)) {
@@ -61,8 +59,6 @@ bool decode_record(const procedure_row& procedure, unread_bytes& unread, decoded
   }
   return reply.code < 0 || take_payload(procedure, words, data, reply, error);
 }
-
-}  // namespace
 
 bool reply_decode(const procedure_row& procedure, unread_bytes result, decoded_reply& reply,
                   std::string& error) {

@@ -1,23 +1,21 @@
 #include "wire/rpc.h"
 
-namespace {
+static constexpr uint32_t kCall = 0, kReply = 1, kRpcVersion = 2;
+static constexpr uint32_t kAccepted = 0, kDeniedReply = 1;
+static constexpr uint32_t kAuthBytesMax = 400;
 
-constexpr uint32_t kCall = 0, kReply = 1, kRpcVersion = 2;
-constexpr uint32_t kAccepted = 0, kDeniedReply = 1;
-constexpr uint32_t kAuthBytesMax = 400;
-
-rpc_reply with_status(rpc_status status) {
+static rpc_reply with_status(rpc_status status) {
   return {status, {}, 0, 0};
 }
 
-rpc_reply version_mismatch(unread_bytes unread) {
+static rpc_reply version_mismatch(unread_bytes unread) {
   rpc_reply reply = with_status(rpc_status::kVersionMismatch);
   if (!xdr_get_word(unread, &reply.low) || !xdr_get_word(unread, &reply.high))
     return with_status(rpc_status::kMalformed);
   return reply;
 }
 
-rpc_reply accepted(unread_bytes unread) {
+static rpc_reply accepted(unread_bytes unread) {
   uint32_t flavor = 0, state = 0;
   std::string verifier;
   if (!xdr_get_word(unread, &flavor) || !xdr_get_opaque(unread, kAuthBytesMax, verifier) ||
@@ -40,8 +38,6 @@ rpc_reply accepted(unread_bytes unread) {
       return with_status(rpc_status::kMalformed);
   }
 }
-
-}  // namespace
 
 byte_string rpc_call(uint32_t xid, uint32_t procedure, const byte_string& arguments) {
   byte_string message;

@@ -12,8 +12,8 @@ static bool glob(std::string_view pattern, std::string_view text) {
       star = p++;
       resume = t;
     } else if (p < pattern.size() && (pattern[p] == '?' || pattern[p] == text[t])) {
-      p++;
-      t++;
+      ++p;
+      ++t;
     } else if (star != std::string_view::npos) {
       p = star + 1;  // let the star take one more character
       t = ++resume;
@@ -22,7 +22,7 @@ static bool glob(std::string_view pattern, std::string_view text) {
     }
   }
   while (p < pattern.size() && pattern[p] == '*')
-    p++;
+    ++p;
   return p == pattern.size();
 }
 

@@ -3,30 +3,30 @@
 #include "rpc/back_ends.h"
 #include "rpc/operation_types.h"
 
-namespace {
+static constexpr argument_type type_int = argument_type::kInt;
+static constexpr argument_type type_u_int = argument_type::kUnsigned;
+static constexpr argument_type type_u_short = argument_type::kShort;
+static constexpr argument_type type_bool_t = argument_type::kBool;
+static constexpr argument_type type_string_t = argument_type::kString;
+static constexpr argument_type type_hnc_supported_hne_table = argument_type::kSupportedHne;
 
-constexpr argument_type type_int = argument_type::kInt;
-constexpr argument_type type_u_int = argument_type::kUnsigned;
-constexpr argument_type type_u_short = argument_type::kShort;
-constexpr argument_type type_bool_t = argument_type::kBool;
-constexpr argument_type type_string_t = argument_type::kString;
-constexpr argument_type type_hnc_supported_hne_table = argument_type::kSupportedHne;
-
-constexpr member_spec member(argument_type type, const char* name) {
+static constexpr member_spec member(argument_type type, const char* name) {
   return {type, name};
 }
 
-constexpr member_list operator+(member_list list, member_spec next) {
+static constexpr member_list operator+(member_list list, member_spec next) {
   list.at[list.count] = next;  // a seventh member does not compile
-  list.count++;
+  ++list.count;
   return list;
 }
 
-constexpr asking effect_of(payload_kind answer, row_facts facts) {
+static constexpr asking effect_of(payload_kind answer, row_facts facts) {
   if (facts.effect != asking::kByAnswer) return facts.effect;
   const bool acts = answer == payload_kind::CODE || answer == payload_kind::NONE;
   return acts ? asking::kActs : asking::kReads;
 }
+
+namespace {
 
 struct answer_spec {
   payload_kind kind;
@@ -34,19 +34,21 @@ struct answer_spec {
   bool update = false;
 };
 
-constexpr member_list kNoMembers = {};
+}  // namespace
 
-constexpr answer_spec answering(payload_kind kind, uint32_t size, bool update = false) {
+static constexpr member_list kNoMembers = {};
+
+static constexpr answer_spec answering(payload_kind kind, uint32_t size, bool update = false) {
   return {kind, size, update};
 }
 
 // By names of their own: CODE is a macro below.
-constexpr answer_spec kCode = answering(payload_kind::CODE, 0);
-constexpr answer_spec kUpdate = answering(payload_kind::CODE, 0, true);
+static constexpr answer_spec kCode = answering(payload_kind::CODE, 0);
+static constexpr answer_spec kUpdate = answering(payload_kind::CODE, 0, true);
 
 // The columns that go over as they are.
-constexpr procedure_row columns(uint32_t number, const char* name, topic about, member_list members,
-                                const char* summary, bool inert) {
+static constexpr procedure_row columns(uint32_t number, const char* name, topic about,
+                                       member_list members, const char* summary, bool inert) {
   procedure_row row = {};
   row.number = number;
   row.name = name;
@@ -57,8 +59,8 @@ constexpr procedure_row columns(uint32_t number, const char* name, topic about, 
   return row;
 }
 
-constexpr procedure_row make_row(procedure_row row, answer_spec answer, uint32_t text_size,
-                                 row_facts facts = {}) {
+static constexpr procedure_row make_row(procedure_row row, answer_spec answer, uint32_t text_size,
+                                        row_facts facts = {}) {
   row.payload = answer.kind;
   row.size = answer.kind == payload_kind::TEXT ? text_size : answer.size;
   row.update = answer.update;
@@ -93,9 +95,11 @@ constexpr procedure_row make_row(procedure_row row, answer_spec answer, uint32_t
   make_row(columns(number, #name, about, kNoMembers members, summary, false), answer, \
            kTextSize<void>, {__VA_ARGS__}),
 
-constexpr procedure_row kProcedures[] = {
+static constexpr procedure_row kProcedures[] = {
 #include "rpc/procedures.def"
 };
+
+namespace {
 
 struct record_field {
   argument_type type;
@@ -103,8 +107,10 @@ struct record_field {
   uint32_t characters;
 };
 
+}  // namespace
+
 // struct hnc_supported_hne_table of wlan_config.x
-constexpr record_field kSupportedHneFields[] = {
+static constexpr record_field kSupportedHneFields[] = {
     {argument_type::kUnsigned, "index", 0},
     {argument_type::kUnsigned, "row_status", 0},
     {argument_type::kText, "manufacturer", 64},
@@ -118,8 +124,6 @@ constexpr record_field kSupportedHneFields[] = {
     {argument_type::kInt, "config_on_demand", 0},
 };
 
-}  // namespace
-
 std::span<const procedure_row> table_procedures() {
   return kProcedures;
 }
@@ -130,7 +134,7 @@ bool table_reads(const procedure_row& procedure) {
 
 std::vector<argument_spec> table_arguments(const procedure_row& procedure) {
   std::vector<argument_spec> arguments;
-  for (unsigned i = 0; i < procedure.members.count; i++) {
+  for (unsigned i = 0; i < procedure.members.count; ++i) {
     const member_spec& member = procedure.members.at[i];
     if (member.type != argument_type::kSupportedHne) {
       arguments.push_back({member.name, member.type, 0});

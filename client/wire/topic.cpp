@@ -5,10 +5,8 @@
 
 #include "base/text.h"
 
-namespace {
-
 // In the order of enum topic.
-constexpr const char* kTitles[] = {
+static constexpr const char* kTitles[] = {
     "Lifecycle",
     "BSS and SSID",
     "Security",
@@ -28,8 +26,6 @@ constexpr const char* kTitles[] = {
 };
 static_assert(std::size(kTitles) == static_cast<size_t>(topic::kExtenders) + 1,
               "a topic of rpc/row_facts.h without a title");
-
-}  // namespace
 
 std::span<const char* const> topics() {
   return kTitles;

@@ -10,9 +10,7 @@
 #include "wire/lookup.h"
 #include "wire/rpc.h"
 
-namespace {
-
-std::string new_file(const std::string& content) {
+static std::string new_file(const std::string& content) {
   char path[] = "/tmp/argument.XXXXXX";
   const int fd = mkstemp(path);
   EXPECT_GE(fd, 0);
@@ -22,13 +20,13 @@ std::string new_file(const std::string& content) {
 }
 
 // The text that becomes of a word; or the error.
-std::string text_of(const std::string& word, const char* procedure = "wlan_set_ssid") {
+static std::string text_of(const std::string& word, const char* procedure = "wlan_set_ssid") {
   std::vector<std::string> given = {"1", word};
   std::string error;
   return argument_files_read(*lookup_name(procedure), given, error) ? given[1] : error;
 }
 
-std::string text_of_file(const std::string& content) {
+static std::string text_of_file(const std::string& content) {
   const std::string path = new_file(content);
   const std::string text = text_of("@" + path);
   unlink(path.c_str());
@@ -70,7 +68,7 @@ TEST(ArgumentText, WhatCannotBeReadIsNamed) {
 }
 
 // In a process of its own, whose standard input holds this.
-int status_with_input(const std::string& input, const std::vector<std::string>& words) {
+static int status_with_input(const std::string& input, const std::vector<std::string>& words) {
   const std::string path = new_file(input);
   const pid_t child = fork();
   if (child == 0) {
@@ -106,5 +104,3 @@ TEST(ArgumentText, IsSentAndNotShown) {
   EXPECT_EQ(refused.err.find("horse"), std::string::npos) << refused.err;
   unlink(path.c_str());
 }
-
-}  // namespace

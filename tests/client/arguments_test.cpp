@@ -5,18 +5,16 @@
 #include "base/text.h"
 #include "wire/lookup.h"
 
-namespace {
-
 using Words = std::vector<std::string>;
 
-std::string encoded(const char* name, const Words& given) {
+static std::string encoded(const char* name, const Words& given) {
   byte_string bytes;
   std::string error;
   EXPECT_TRUE(arguments_encode(*lookup_name(name), given, bytes, error)) << error;
   return text_hex({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
 }
 
-std::string refused(const char* name, const Words& given) {
+static std::string refused(const char* name, const Words& given) {
   byte_string bytes;
   std::string error;
   EXPECT_FALSE(arguments_encode(*lookup_name(name), given, bytes, error)) << name;
@@ -121,7 +119,7 @@ TEST(Arguments, OptionsAmongThemAreToldWhereTheyGo) {
   EXPECT_TRUE(arguments_encode(*lookup_name("wlan_set_ssid"), {"3", "--json"}, bytes, error));
 }
 
-Words hne_record() {
+static Words hne_record() {
   return {"1", "2", "3", "m", "n", "o", "u", "f", "v", "p", "4", "-1"};
 }
 
@@ -147,5 +145,3 @@ TEST(Arguments, TextsOfTheRecordKeepRoomForTheirNul) {
       << error;
   EXPECT_NE(error.find("not 64 bytes"), std::string::npos) << error;
 }
-
-}  // namespace

@@ -14,7 +14,9 @@ struct Outcome {
   double seconds;
 };
 
-Outcome exchange(double timeout, Script script) {
+}  // namespace
+
+static Outcome exchange(double timeout, Script script) {
   FakeDaemon daemon;
   fake_daemon_start(daemon, std::move(script));
   auto started = std::chrono::steady_clock::now();
@@ -25,7 +27,7 @@ Outcome exchange(double timeout, Script script) {
 }
 
 // As a reply with another transaction id.
-byte_string with_other_xid(byte_string reply) {
+static byte_string with_other_xid(byte_string reply) {
   reply[0] ^= 0xff;
   return reply;
 }
@@ -112,5 +114,3 @@ TEST(Call, UnknownHost) {
   EXPECT_EQ(answer.status, call_status::kUnknownHost);
   EXPECT_NE(call_explain(answer, target, "ping").find("--host"), std::string::npos);
 }
-
-}  // namespace

@@ -9,11 +9,9 @@
 #include <cerrno>
 #include <cstring>
 
-namespace {
+static constexpr text_column kColumns[] = {{"SSID", false}, {"MODE", false}};
 
-constexpr text_column kColumns[] = {{"SSID", false}, {"MODE", false}};
-
-std::string table(const std::string& ssid, size_t width = 0) {
+static std::string table(const std::string& ssid, size_t width = 0) {
   return columns_text(kColumns, {{ssid, "b"}, {"home", "n"}}, true, width);
 }
 
@@ -55,7 +53,7 @@ TEST(Columns, CutsBetweenCharacters) {
 }
 
 // Takes the machine's locales away; in a process of its own, which ends.
-void print_without_locales(int to) {
+static void print_without_locales(int to) {
   constexpr const char* kLocales = "/usr/lib/locale";
   const bool hidden = unshare(CLONE_NEWUSER | CLONE_NEWNS) == 0 &&
                       mount("none", kLocales, "tmpfs", 0, nullptr) == 0;
@@ -83,5 +81,3 @@ TEST(Columns, MeasuresAsciiOnlyWithoutALocale) {
                "Caf\\xc3\\xa9 b\n"
                "home        n\n");
 }
-
-}  // namespace

@@ -9,10 +9,8 @@
 
 #include "wire/lookup.h"
 
-namespace {
-
 // Of all procedures, or those of them that begin so.
-std::string names_with(const char* beginning) {
+static std::string names_with(const char* beginning) {
   std::string all;
   for (const procedure_row& procedure : table_procedures()) {
     const std::string name = lookup_display_name(procedure);
@@ -23,8 +21,8 @@ std::string names_with(const char* beginning) {
 
 // What the shell's script offers for the last of the words. No program can be
 // started from it: what it offers it must know.
-std::string offered_by(const std::string& shell, const std::string& around,
-                       const std::string& words) {
+static std::string offered_by(const std::string& shell, const std::string& around,
+                              const std::string& words) {
   const std::string path = testing::TempDir() + "completion." + std::to_string(getpid());
   FILE* file = fopen(path.c_str(), "w");
   EXPECT_NE(file, nullptr);
@@ -39,7 +37,7 @@ std::string offered_by(const std::string& shell, const std::string& around,
   return std::string(text, length);
 }
 
-std::string offered(const std::string& words) {
+static std::string offered(const std::string& words) {
   return offered_by("bash",
                     "COMP_WORDS=(\"${words[@]}\"); COMP_CWORD=$((CURRENT - 1))\n"
                     "_wificonf; echo ${COMPREPLY[@]}\n",
@@ -47,7 +45,7 @@ std::string offered(const std::string& words) {
 }
 
 // All that zsh is given; it picks those that fit itself.
-std::string offered_by_zsh(const std::string& words) {
+static std::string offered_by_zsh(const std::string& words) {
   return offered_by("zsh",
                     "compadd() { while [ $1 != -- ]; do shift; done; shift; echo $@ }\n"
                     "_wificonf\n",
@@ -117,7 +115,7 @@ TEST(Completion, ArgumentsThatAreEnumerations) {
 }
 
 // What bash is told about the order, in which it else would sort by the letters.
-std::string order_of(const std::string& words) {
+static std::string order_of(const std::string& words) {
   return offered_by("bash",
                     "compopt() { echo $@; }\n"
                     "COMP_WORDS=(\"${words[@]}\"); COMP_CWORD=$((CURRENT - 1))\n_wificonf\n",
@@ -143,5 +141,3 @@ TEST(Completion, OtherShellsHaveNone) {
   EXPECT_EQ(completion_script("zsh", command_all()).substr(0, 17), "#compdef wificonf");
   EXPECT_EQ(completion_script("fish", command_all()), "");
 }
-
-}  // namespace

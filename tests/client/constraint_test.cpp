@@ -13,13 +13,13 @@
 #include "values/meanings.h"
 #include "wire/lookup.h"
 
-namespace {
-
 using Words = std::vector<std::string>;
 
-std::string repeat(size_t count, char character) {
+static std::string repeat(size_t count, char character) {
   return std::string(count, character);
 }
+
+namespace {
 
 // What the daemon makes sense of and the neighbours that it does not, written down apart
 // from the client's own table.
@@ -30,35 +30,37 @@ struct Expected {
   Words refused;
 };
 
-const Words kAnyInt = {"0", "-1", "2147483647", "-2147483648", "0x10"};
-const Words kNoInt = {"2147483648", "-2147483649", "three", "", "1.5"};
-const Words kAnyUnsigned = {"0", "1", "4294967295"};
-const Words kNoUnsigned = {"-1", "4294967296", "x"};
-const Words kIntFromZero = {"0", "2147483647"};
-const Words kNoIntFromZero = {"-1", "2147483648", "x"};
-const Words kOnOff = {"on", "off", "1", "0", "Yes", "no", "true", "false"};
-const Words kNoOnOff = {"2", "-1", "", "maybe"};
-const Words kBsss = {"1", "8", "9", "16"};
-const Words kNoBss = {"0", "17", "-1", "255", "x"};
-const Words kMacs = {"00:11:22:33:44:55", "aA:bB:cC:dD:eE:fF"};
-const Words kNoMacs = {"junk",
-                       "",
-                       "00:11:22:33:44",
-                       "00:11:22:33:44:5g",
-                       "00-11-22-33-44-55",
-                       "001122334455",
-                       "00:11:22:33:44:55:66",
-                       "0:11:22:33:44:555"};
-const Words kTexts127 = {"", "x", repeat(127, 'x')};
-const Words kNoTexts127 = {repeat(128, 'x'), "a\nb"};
-const Words kTexts63 = {"", repeat(63, 'x')};
-const Words kNoTexts63 = {repeat(64, 'x'), "a\rb"};
-const Words kTexts255 = {"", repeat(255, 'x')};
-const Words kNoTexts255 = {repeat(256, 'x'), "\x01"};
-const Words kAnyText = {"", "x", repeat(300, 'x'), "\xff", "a;b"};
-const Words kNoText = {"x\n", "\rx", "a\x1b[0m", "\x7f", "a\tb"};
+}  // namespace
 
-const Expected kExpected[] = {
+static const Words kAnyInt = {"0", "-1", "2147483647", "-2147483648", "0x10"};
+static const Words kNoInt = {"2147483648", "-2147483649", "three", "", "1.5"};
+static const Words kAnyUnsigned = {"0", "1", "4294967295"};
+static const Words kNoUnsigned = {"-1", "4294967296", "x"};
+static const Words kIntFromZero = {"0", "2147483647"};
+static const Words kNoIntFromZero = {"-1", "2147483648", "x"};
+static const Words kOnOff = {"on", "off", "1", "0", "Yes", "no", "true", "false"};
+static const Words kNoOnOff = {"2", "-1", "", "maybe"};
+static const Words kBsss = {"1", "8", "9", "16"};
+static const Words kNoBss = {"0", "17", "-1", "255", "x"};
+static const Words kMacs = {"00:11:22:33:44:55", "aA:bB:cC:dD:eE:fF"};
+static const Words kNoMacs = {"junk",
+                              "",
+                              "00:11:22:33:44",
+                              "00:11:22:33:44:5g",
+                              "00-11-22-33-44-55",
+                              "001122334455",
+                              "00:11:22:33:44:55:66",
+                              "0:11:22:33:44:555"};
+static const Words kTexts127 = {"", "x", repeat(127, 'x')};
+static const Words kNoTexts127 = {repeat(128, 'x'), "a\nb"};
+static const Words kTexts63 = {"", repeat(63, 'x')};
+static const Words kNoTexts63 = {repeat(64, 'x'), "a\rb"};
+static const Words kTexts255 = {"", repeat(255, 'x')};
+static const Words kNoTexts255 = {repeat(256, 'x'), "\x01"};
+static const Words kAnyText = {"", "x", repeat(300, 'x'), "\xff", "a;b"};
+static const Words kNoText = {"x\n", "\rx", "a\x1b[0m", "\x7f", "a\tb"};
+
+static const Expected kExpected[] = {
     {"WLAN_SET_ENABLE", "index", kBsss, kNoBss},
     {"WLAN_GET_WPS_RESULT_STATUS", "bss", {"1", "9"}, {"0", "2", "8", "10", "17"}},
     {"WLAN_SET_RAD_STAT_ENABLE", "radio", {"1", "9"}, {"0", "2", "8", "10", "17"}},
@@ -164,7 +166,7 @@ const Expected kExpected[] = {
     {nullptr, "replicate_radio", {"", "1", repeat(300, 'x')}, {"1;2", ";", "1\n"}},
 };
 
-const Expected* expected_of(const procedure_row& procedure, const std::string& argument) {
+static const Expected* expected_of(const procedure_row& procedure, const std::string& argument) {
   for (const Expected& one : kExpected) {
     const bool applies = one.procedure == nullptr || procedure.name == std::string(one.procedure);
     if (applies && argument == one.argument) return &one;
@@ -173,7 +175,7 @@ const Expected* expected_of(const procedure_row& procedure, const std::string& a
 }
 
 // The example of the call with one word replaced.
-Words example_with(const procedure_row& procedure, size_t place, const std::string& word) {
+static Words example_with(const procedure_row& procedure, size_t place, const std::string& word) {
   Words given;
   for (const argument_spec& argument : table_arguments(procedure))
     given.push_back(meanings_find(procedure, argument.name)->example);
@@ -181,7 +183,7 @@ Words example_with(const procedure_row& procedure, size_t place, const std::stri
   return given;
 }
 
-bool accepted(const procedure_row& procedure, size_t place, const std::string& word) {
+static bool accepted(const procedure_row& procedure, size_t place, const std::string& word) {
   const Words given = example_with(procedure, place, word);
   byte_string bytes;
   std::string error;
@@ -191,11 +193,11 @@ bool accepted(const procedure_row& procedure, size_t place, const std::string& w
 
 // Calls for every argument of every procedure that does something.
 template <typename Visit>
-void for_every_argument(Visit visit) {
+static void for_every_argument(Visit visit) {
   for (const procedure_row& procedure : table_procedures()) {
     if (procedure.inert) continue;
     const auto arguments = table_arguments(procedure);
-    for (size_t i = 0; i < arguments.size(); i++) {
+    for (size_t i = 0; i < arguments.size(); ++i) {
       const Expected* expected = expected_of(procedure, arguments[i].name);
       ASSERT_NE(expected, nullptr)
           << procedure.name << ": write a row of kExpected in tests/client/constraint_test.cpp for "
@@ -222,8 +224,8 @@ TEST(Constraint, WhatMakesSensePassesAndANeighbourDoesNot) {
 }
 
 // A word of the command line as a JSON value of the argument.
-nlohmann::json as_json(const argument_spec& argument, const constraint& limits,
-                       const std::string& word) {
+static nlohmann::json as_json(const argument_spec& argument, const constraint& limits,
+                              const std::string& word) {
   int64_t number = 0;
   bool on = false;
   if (limits.kind == constraint_kind::kSwitch && constraint_parse_switch(word, &on)) return on;
@@ -234,8 +236,8 @@ nlohmann::json as_json(const argument_spec& argument, const constraint& limits,
 }
 
 // One line for the validator: the schema, a value, and whether it is to be valid.
-std::string schema_line(const procedure_row& procedure, const argument_spec& argument,
-                        const std::string& word, bool valid) {
+static std::string schema_line(const procedure_row& procedure, const argument_spec& argument,
+                               const std::string& word, bool valid) {
   const nlohmann::json value = as_json(argument, meanings_limits(procedure, argument), word);
   const nlohmann::json line = {
       {"schema",
@@ -290,7 +292,7 @@ TEST(Constraint, TheNearestWordIsTheOneMeant) {
 TEST(Constraint, LengthsAreBytes) {
   const procedure_row& procedure = *lookup_name("wlan_set_ssid");
   std::string text;
-  for (int i = 0; i < 16; i++)
+  for (int i = 0; i < 16; ++i)
     text += "\xc3\xa9";
   EXPECT_TRUE(accepted(procedure, 1, text));
   EXPECT_FALSE(accepted(procedure, 1, text + "x"));
@@ -332,5 +334,3 @@ TEST(Constraint, Words) {
   EXPECT_EQ(words("wlan_set_dcs_debug_level", 1), "debug level of the channel selection daemon");
   EXPECT_EQ(words("wlan_set_bh_enable", 1), "on or off");
 }
-
-}  // namespace

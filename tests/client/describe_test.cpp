@@ -12,13 +12,11 @@
 #include "wire/lookup.h"
 #include "wire/search.h"
 
-namespace {
-
-bool contains(const std::string& text, const std::string& part) {
+static bool contains(const std::string& text, const std::string& part) {
   return text.find(part) != std::string::npos;
 }
 
-std::vector<std::string> lines(const std::string& text) {
+static std::vector<std::string> lines(const std::string& text) {
   std::vector<std::string> out;
   std::istringstream stream(text);
   for (std::string line; std::getline(stream, line);)
@@ -103,7 +101,7 @@ TEST(Describe, OneInWhole) {
 }
 
 // Letters and digits alone, in lower case.
-std::string bare(std::string_view text) {
+static std::string bare(std::string_view text) {
   std::string out;
   for (const char c : text)
     if (isalnum(static_cast<unsigned char>(c)) != 0)
@@ -159,7 +157,7 @@ TEST(Describe, AMeaningMayDependOnTheProcedure) {
 TEST(Describe, ListHasEveryProcedureOnALineOfItsOwn) {
   std::vector<std::string> all = lines(describe_list(search_procedures({}), 0));
   ASSERT_EQ(all.size(), table_procedures().size());
-  for (size_t i = 0; i < all.size(); i++) {
+  for (size_t i = 0; i < all.size(); ++i) {
     const procedure_row& procedure = table_procedures()[i];
     EXPECT_TRUE(contains(all[i], lookup_display_number(procedure.number) + "  " +
                                      lookup_display_name(procedure) + "  "));
@@ -191,5 +189,3 @@ TEST(Describe, JsonTellsTheSame) {
   EXPECT_EQ(nlohmann::json::parse(json_list(search_procedures({})), nullptr, false).size(),
             table_procedures().size());
 }
-
-}  // namespace

@@ -9,8 +9,6 @@
 #include "run_support.h"
 #include "wire/lookup.h"
 
-namespace {
-
 TEST(Dump, CallsNothingThatDoesMoreThanRead) {
   const std::string kUnsafe[] = {"wlan_get_ssid_bytes_sent",
                                  "wlan_get_radio_bytes_received",
@@ -27,7 +25,7 @@ TEST(Dump, CallsNothingThatDoesMoreThanRead) {
 }
 
 // What a dump calls: per procedure the indexes, or other words, that it is given.
-std::map<std::string, std::string> dumped() {
+static std::map<std::string, std::string> dumped() {
   // A row below 3 is there, everything else fails.
   FakeDaemon daemon;
   fake_daemon_start(daemon, [](const byte_string& call) {
@@ -67,7 +65,7 @@ TEST(Dump, CallsEverySafeGetterOfEveryBss) {
     const std::string name = lookup_display_name(procedure);
     const std::string index = procedure.members.count == 0 ? "" : procedure.members.at[0].name;
     if (procedure.members.count > 1 || !kIndexes.contains(index)) continue;
-    expected++;
+    ++expected;
     ASSERT_TRUE(given.contains(name)) << name;
     EXPECT_EQ(given.at(name), kIndexes.at(index)) << name;
   }
@@ -76,5 +74,3 @@ TEST(Dump, CallsEverySafeGetterOfEveryBss) {
             "1 1 ,9 1 ,1 0 ,2 0 ,3 0 ,4 0 ,5 0 ,6 0 ,7 0 ,8 0 ,9 0 ,10 0 ,11 0 ,12 0 ,13 0 ,14 0 ,"
             "15 0 ,16 0 ,");
 }
-
-}  // namespace

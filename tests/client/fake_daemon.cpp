@@ -8,9 +8,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-namespace {
-
-int bound_socket(uint16_t* port) {
+static int bound_socket(uint16_t* port) {
   int fd = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
   sockaddr_in address{};
   address.sin_family = AF_INET;
@@ -24,7 +22,7 @@ int bound_socket(uint16_t* port) {
 }
 
 // Answers one call; false when there is none.
-bool serve_one(FakeDaemon& daemon) {
+static bool serve_one(FakeDaemon& daemon) {
   byte_string call(65536);
   sockaddr_in from{};
   socklen_t length = sizeof from;
@@ -40,7 +38,7 @@ bool serve_one(FakeDaemon& daemon) {
   return true;
 }
 
-void serve(FakeDaemon& daemon) {
+static void serve(FakeDaemon& daemon) {
   while (true) {
     pollfd fds[] = {{daemon.socket, POLLIN, 0}, {daemon.stop_event, POLLIN, 0}};
     poll(fds, 2, -1);
@@ -49,8 +47,6 @@ void serve(FakeDaemon& daemon) {
     if (fds[1].revents != 0) return;
   }
 }
-
-}  // namespace
 
 void fake_daemon_start(FakeDaemon& daemon, Script script) {
   uint16_t other_port = 0;

@@ -13,12 +13,10 @@
 #include "wire/lookup.h"
 #include "wire/reply.h"
 
-namespace {
-
 // Decodes `in` with the filter and encodes what came out again. False when the
 // filter fails or leaves bytes over.
 template <typename T>
-bool through(bool_t (*filter)(XDR*, T*), const byte_string& in, byte_string& out) {
+static bool through(bool_t (*filter)(XDR*, T*), const byte_string& in, byte_string& out) {
   T object{};
   XDR xdr;
   byte_string copy = in;
@@ -33,15 +31,19 @@ bool through(bool_t (*filter)(XDR*, T*), const byte_string& in, byte_string& out
   return encoded;
 }
 
-bool through(bool_t (*)(), const byte_string& in, byte_string& out) {
+static bool through(bool_t (*)(), const byte_string& in, byte_string& out) {
   out.clear();
   return in.empty();
 }
+
+namespace {
 
 struct Row {
   const char* name;
   bool (*round_trip)(const byte_string& in, byte_string& out);
 };
+
+}  // namespace
 
 #define FILTER(argument) FILTER_(argument)
 #define FILTER_(argument) xdr_##argument
@@ -102,7 +104,7 @@ TEST(Filters, CharactersOfARecordKeepTheirSign) {
   }
 }
 
-byte_string record(int code, std::vector<u_int> words, std::string data) {
+static byte_string record(int code, std::vector<u_int> words, std::string data) {
   wlan_config_result_data_t result{};
   result.return_code = code;
   result.return_words.return_words_len = static_cast<u_int>(words.size());
@@ -136,5 +138,3 @@ TEST(Filters, ResultsAreReadAsTheFilterWritesThem) {
   ASSERT_TRUE(reply_decode(table, image, reply, error)) << error;
   EXPECT_EQ(reply.data, largest);
 }
-
-}  // namespace

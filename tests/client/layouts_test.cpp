@@ -8,14 +8,12 @@
 #include "show/record.h"
 #include "wire/lookup.h"
 
-namespace {
-
 // A record under construction, little-endian.
 struct record {
   std::string bytes;
 
   record& word(size_t at, uint64_t value, size_t width = 4) {
-    for (size_t i = 0; i < width; i++)
+    for (size_t i = 0; i < width; ++i)
       bytes.at(at + i) = static_cast<char>(value >> (8 * i));
     return *this;
   }
@@ -25,28 +23,28 @@ struct record {
   }
 };
 
-record blank(const char* procedure) {
+static record blank(const char* procedure) {
   return {std::string(lookup_name(procedure)->size, '\0')};
 }
 
 // The value in JSON.
-nlohmann::json value_of(const char* procedure, const record& from) {
+static nlohmann::json value_of(const char* procedure, const record& from) {
   decoded_reply reply{};
   reply.data = from.bytes;
   return nlohmann::json(json_result(*lookup_name(procedure), reply)["value"]);
 }
 
-nlohmann::json parsed(const char* text) {
+static nlohmann::json parsed(const char* text) {
   return nlohmann::json::parse(text);
 }
 
-uint64_t word(int64_t value) {
+static uint64_t word(int64_t value) {
   return static_cast<uint64_t>(value);
 }
 
 TEST(Layouts, CountersOfABss) {
   record stats = blank("wlan_get_stats");
-  for (size_t i = 0; i < 16; i++)
+  for (size_t i = 0; i < 16; ++i)
     stats.word(4 * i, 0xF0000001 + i);
   EXPECT_EQ(value_of("wlan_get_stats", stats), parsed(R"({
     "errors_sent": 4026531841, "errors_received": 4026531842,
@@ -59,7 +57,7 @@ TEST(Layouts, CountersOfABss) {
     "packets_sent": 4026531854, "packets_received": 4026531855,
     "reserved": 4026531856})"));
   record basic = blank("wlan_get_basic_stats");
-  for (size_t i = 0; i < 5; i++)
+  for (size_t i = 0; i < 5; ++i)
     basic.word(4 * i, 0xF0000001 + i);
   EXPECT_EQ(value_of("wlan_get_basic_stats", basic), parsed(R"({
     "bytes_sent": 4026531841, "bytes_received": 4026531842, "packets_sent": 4026531843,
@@ -90,7 +88,7 @@ TEST(Layouts, MeasurementsAreSigned) {
                                                          .word(12, word(-94))),
             parsed(R"({"minimum": -97, "maximum": -90, "median": -95, "average": -94})"));
   record table = blank("wlan_get_rssi_table");
-  for (size_t i = 0; i < 37; i++)
+  for (size_t i = 0; i < 37; ++i)
     table.word(8 * i, word(-1 - static_cast<int64_t>(i)), 8);
   const auto entries = value_of("wlan_get_rssi_table", table)["entries"];
   ASSERT_EQ(entries.size(), 37u);
@@ -206,5 +204,3 @@ TEST(Layouts, OfGettersThatAnswerNothingYet) {
     EXPECT_EQ(value_of(name, blank(name).text(0, "02:00:5e:00:00:01")),
               parsed(R"({"mac_address": "02:00:5e:00:00:01"})"));
 }
-
-}  // namespace

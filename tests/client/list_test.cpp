@@ -11,16 +11,14 @@
 #include "wire/lookup.h"
 #include "wire/topic.h"
 
-namespace {
-
-std::string names(const search_choice& choice) {
+static std::string names(const search_choice& choice) {
   std::string out;
   for (const procedure_row* procedure : search_procedures(choice))
     out += lookup_display_name(*procedure) + " ";
   return out;
 }
 
-std::string near(std::string_view text) {
+static std::string near(std::string_view text) {
   std::string out;
   for (const char* topic : topics_near(text))
     out += topic_word(topic) + " ";
@@ -82,5 +80,3 @@ TEST(List, TopicsAsTextAndJson) {
   const auto one = nlohmann::json::parse(json_list({lookup_name("wlan_ap_scan")}));
   EXPECT_EQ(one[0]["topic"], "site-survey");
 }
-
-}  // namespace

@@ -9,9 +9,7 @@
 #include "support/snapshot.h"
 #include "wire/search.h"
 
-namespace {
-
-std::vector<const char*> command_names() {
+static std::vector<const char*> command_names() {
   std::vector<const char*> names;
   for (const command_row* command : command_all())
     names.push_back(command->name);
@@ -105,5 +103,3 @@ TEST(Lookup, Patterns) {
   for (const char* pattern : {"ssids", "ssid*set", "wlan_set_ssi??x", "*xx", "hnc_*"})
     EXPECT_FALSE(search_matches(set_ssid, pattern)) << pattern;
 }
-
-}  // namespace

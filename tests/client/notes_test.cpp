@@ -9,9 +9,7 @@
 #include "show/json.h"
 #include "wire/lookup.h"
 
-namespace {
-
-std::string description(const char* name) {
+static std::string description(const char* name) {
   return describe_procedure(*lookup_name(name));
 }
 
@@ -69,5 +67,3 @@ TEST(Notes, JsonTellsTheSame) {
   EXPECT_EQ(ssid["needs"], nlohmann::json::array());
   EXPECT_FALSE(ssid.contains("note"));
 }
-
-}  // namespace

@@ -5,9 +5,9 @@
 #include "commands/help.h"
 #include "wire/lookup.h"
 
-namespace {
-
 using Words = std::vector<std::string>;
+
+namespace {
 
 struct Case {
   Words arguments;
@@ -16,6 +16,8 @@ struct Case {
   unsigned port;
   bool json;
 };
+
+}  // namespace
 
 TEST(Args, OptionsComeFirstAndTheRestIsVerbatim) {
   const Case cases[] = {
@@ -123,5 +125,3 @@ TEST(Help, FitsIntoEightyColumnsAndHasEveryCommand) {
   for (size_t at = 0; at < text.size(); at = text.find('\n', at) + 1)
     EXPECT_LT(text.find('\n', at) - at, 80u) << text.substr(at, 90);
 }
-
-}  // namespace

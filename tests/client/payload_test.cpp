@@ -6,21 +6,19 @@
 
 #include <set>
 
-namespace {
-
-bool is_record(const procedure_row& procedure) {
+static bool is_record(const procedure_row& procedure) {
   return procedure.payload == payload_kind::WORDS || procedure.payload == payload_kind::IMAGE;
 }
 
 // That the fields have names of their own and lie side by side within `size`.
-void expect_fields_fit(std::span<const payload_field> fields, uint32_t size,
-                       const char* procedure) {
+static void expect_fields_fit(std::span<const payload_field> fields, uint32_t size,
+                              const char* procedure) {
   std::set<std::string> names;
   std::set<uint32_t> taken;
   for (const payload_field& field : fields) {
     EXPECT_TRUE(names.insert(field.name).second) << procedure << " " << field.name;
     EXPECT_LE(field.offset + payload_width(field), size) << procedure << " " << field.name;
-    for (uint32_t i = 0; i < payload_width(field); i++)
+    for (uint32_t i = 0; i < payload_width(field); ++i)
       EXPECT_TRUE(taken.insert(field.offset + i).second) << procedure << " " << field.name;
   }
 }
@@ -117,7 +115,7 @@ TEST(Payload, NumbersAreLittleEndianAndSigned) {
 TEST(Payload, GrowthOfCounters) {
   const auto le = [](uint64_t value) {
     std::string record(8, '\0');
-    for (unsigned i = 0; i < 8; i++)
+    for (unsigned i = 0; i < 8; ++i)
       record[i] = static_cast<char>(value >> (8 * i));
     return record;
   };
@@ -163,5 +161,3 @@ TEST(Payload, LyingCountIsTheCapacity) {
                                                 7)),
             3u);
 }
-
-}  // namespace

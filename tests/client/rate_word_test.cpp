@@ -2,9 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
-uint16_t word(unsigned mode, unsigned bandwidth, bool short_guard, unsigned code) {
+static uint16_t word(unsigned mode, unsigned bandwidth, bool short_guard, unsigned code) {
   return static_cast<uint16_t>(mode << 13 | (short_guard ? 0x200 : 0) | bandwidth << 7 | code);
 }
 
@@ -40,8 +38,6 @@ TEST(RateWord, PartsOfAWord) {
 }
 
 TEST(RateWord, EveryWordDecodes) {
-  for (unsigned value = 0; value <= 0xffff; value++)
+  for (unsigned value = 0; value <= 0xffff; ++value)
     EXPECT_LE(rate_word_decode(static_cast<uint16_t>(value)).kilobits, 6933333u) << value;
 }
-
-}  // namespace

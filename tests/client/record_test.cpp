@@ -7,23 +7,21 @@
 #include "show/json.h"
 #include "wire/lookup.h"
 
-namespace {
-
-void put(std::string& record, size_t at, std::string_view bytes) {
+static void put(std::string& record, size_t at, std::string_view bytes) {
   record.replace(at, bytes.size(), bytes);
 }
 
-std::string shown(const char* procedure, const std::string& record, size_t width = 0) {
+static std::string shown(const char* procedure, const std::string& record, size_t width = 0) {
   return show_record(*payload_find(*lookup_name(procedure)), record, {width});
 }
 
-std::string json_of(const char* procedure, const std::string& record) {
+static std::string json_of(const char* procedure, const std::string& record) {
   decoded_reply reply{};
   reply.data = record;
   return json_reply(*lookup_name(procedure), reply);
 }
 
-std::string stations_record() {
+static std::string stations_record() {
   std::string record(5124, '\0');
   put(record, 0, std::string("\2", 1));
   // BSS 1, AID 3, power save; -48 and -51 dBm, -127 on the others; 260 s; VHT
@@ -49,7 +47,7 @@ TEST(Show, StationsAsATable) {
   EXPECT_EQ(shown("wlan_get_assoc_devices_table", std::string(5124, '\0')), "no stations\n");
 }
 
-std::string btm_record() {
+static std::string btm_record() {
   std::string record(2436, '\0');
   record[0] = 1;
   // 5 GHz VHT at 866 * 1024 kbit/s down and the lowest that the daemon says up.
@@ -133,9 +131,9 @@ TEST(Show, TextsAndTimesAreSafeAndReadable) {
             "2023-11-14 22:13:20Z    0 02:00:5e:00:00:01 \\x1b[2J\n");
 }
 
-std::string counters(uint32_t sent, uint32_t received) {
+static std::string counters(uint32_t sent, uint32_t received) {
   std::string record(20, '\0');
-  for (unsigned i = 0; i < 4; i++) {
+  for (unsigned i = 0; i < 4; ++i) {
     record[i] = static_cast<char>(sent >> (8 * i));
     record[4 + i] = static_cast<char>(received >> (8 * i));
   }
@@ -204,5 +202,3 @@ TEST(Show, FlagsAndMissingTimes) {
   const std::string out = shown("wlan_get_na_sta_report", std::string(900, '\0'));
   EXPECT_EQ(out, "valid       no\nrssi        -\ntime        -\nmac_address \n");
 }
-
-}  // namespace

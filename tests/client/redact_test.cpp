@@ -4,16 +4,14 @@
 
 #include "wire/lookup.h"
 
-namespace {
-
-std::string redacted(redaction& state, const char* procedure, const char* value) {
+static std::string redacted(redaction& state, const char* procedure, const char* value) {
   nlohmann::ordered_json answer = {{"return_code", 0},
                                    {"value", nlohmann::ordered_json::parse(value)}};
   redact(*lookup_name(procedure), answer, state);
   return answer["value"].dump();
 }
 
-std::string redacted(const char* procedure, const char* value) {
+static std::string redacted(const char* procedure, const char* value) {
   redaction state;
   return redacted(state, procedure, value);
 }
@@ -93,5 +91,3 @@ TEST(Redact, AFailureIsKept) {
   redact(*lookup_name("wlan_get_wps_uuid"), answer, state);
   EXPECT_EQ(answer.dump(), R"({"return_code":-1})");
 }
-
-}  // namespace

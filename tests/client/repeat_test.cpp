@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
 TEST(Settings, TimesOfOneHundredthOfASecondToADay) {
   double seconds = 0;
   EXPECT_TRUE(repeat_parse_time("1s", &seconds) && seconds == 1);
@@ -48,5 +46,3 @@ TEST(Settings, WrongOnesAreNamed) {
     EXPECT_NE(error.find("'" + wrong[1] + "'"), std::string::npos) << error;
   }
 }
-
-}  // namespace

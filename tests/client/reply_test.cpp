@@ -4,22 +4,20 @@
 
 #include "wire/lookup.h"
 
-namespace {
-
-byte_string words(std::initializer_list<uint32_t> list) {
+static byte_string words(std::initializer_list<uint32_t> list) {
   byte_string bytes;
   for (uint32_t word : list)
     xdr_put_word(bytes, word);
   return bytes;
 }
 
-byte_string text_record(uint32_t code, const std::string& data) {
+static byte_string text_record(uint32_t code, const std::string& data) {
   byte_string bytes = words({code, 0});
   xdr_put_opaque(bytes, data);
   return bytes;
 }
 
-bool decodes(const char* name, const byte_string& bytes, decoded_reply& reply) {
+static bool decodes(const char* name, const byte_string& bytes, decoded_reply& reply) {
   std::string error;
   bool decoded = reply_decode(*lookup_name(name), bytes, reply, error);
   EXPECT_EQ(decoded, error.empty()) << name << ": " << error;
@@ -63,7 +61,7 @@ TEST(Reply, TextEndsAtItsNul) {
 TEST(Reply, OnlyTheMeaningfulWordsAreKept) {
   decoded_reply reply;
   byte_string bytes = words({0, 12});
-  for (uint32_t i = 1; i <= 12; i++)
+  for (uint32_t i = 1; i <= 12; ++i)
     xdr_put_word(bytes, i);
   xdr_put_word(bytes, 0);
   ASSERT_TRUE(decodes("wlan_get_channel_statistics", bytes, reply));
@@ -99,10 +97,10 @@ TEST(Reply, LyingLengths) {
 }
 
 // A copy of exactly the cut length, so that the sanitizers see a byte too far.
-void expect_refused_when_cut(const char* name, const byte_string& whole) {
+static void expect_refused_when_cut(const char* name, const byte_string& whole) {
   decoded_reply reply;
   ASSERT_TRUE(decodes(name, whole, reply)) << name;
-  for (size_t length = 0; length < whole.size(); length++) {
+  for (size_t length = 0; length < whole.size(); ++length) {
     byte_string cut(whole.begin(), whole.begin() + static_cast<ptrdiff_t>(length));
     cut.shrink_to_fit();
     EXPECT_FALSE(decodes(name, cut, reply)) << name << " cut at " << length;
@@ -119,5 +117,3 @@ TEST(Reply, CutAtEveryByte) {
   expect_refused_when_cut("wlan_get_assoc_device", text_record(0, std::string(236, 'x')));
   expect_refused_when_cut("wlan_del_entry", words({0, 0, 0}));
 }
-
-}  // namespace

@@ -2,11 +2,9 @@
 
 #include <gtest/gtest.h>
 
-namespace {
+static constexpr uint32_t kXid = 0x12345678;
 
-constexpr uint32_t kXid = 0x12345678;
-
-byte_string words(std::initializer_list<uint32_t> list) {
+static byte_string words(std::initializer_list<uint32_t> list) {
   byte_string bytes;
   for (uint32_t word : list)
     xdr_put_word(bytes, word);
@@ -59,12 +57,10 @@ TEST(Rpc, ResultFollowsTheVerifier) {
 
 TEST(Rpc, HeaderCutAtEveryByte) {
   byte_string whole = words({kXid, 1, 0, 0, 0, 0});
-  for (size_t length = 0; length < whole.size(); length++) {
+  for (size_t length = 0; length < whole.size(); ++length) {
     byte_string cut(whole.begin(), whole.begin() + static_cast<ptrdiff_t>(length));
     cut.shrink_to_fit();
     rpc_status status = rpc_read_reply(kXid, cut).status;
     EXPECT_EQ(status, length < 4 ? rpc_status::kOther : rpc_status::kMalformed) << length;
   }
 }
-
-}  // namespace

@@ -11,8 +11,6 @@
 #include "run_support.h"
 #include "wire/lookup.h"
 
-namespace {
-
 TEST(Run, ResultsAsText) {
   const struct {
     std::vector<std::string> words;
@@ -209,7 +207,7 @@ TEST(Run, WrongUsageSendsNothing) {
 }
 
 // The error that is all of the output; null where it is none.
-nlohmann::json error_of(const Outcome& outcome) {
+static nlohmann::json error_of(const Outcome& outcome) {
   const auto object = nlohmann::json::parse(outcome.out, nullptr, false);
   EXPECT_TRUE(object.is_object() && object.size() == 1) << outcome.out;
   EXPECT_TRUE(one_line(outcome.out) && one_line(outcome.err)) << outcome.out << outcome.err;
@@ -278,7 +276,7 @@ TEST(Run, AnErrorOfTheNetworkIsJsonToo) {
 }
 
 // The record of what top asks, with stations of these last bytes of their addresses.
-byte_string station_list(std::initializer_list<char> addresses) {
+static byte_string station_list(std::initializer_list<char> addresses) {
   std::string record(2436, '\0');
   record[0] = static_cast<char>(addresses.size());
   size_t at = 4;
@@ -418,7 +416,7 @@ TEST(Run, EveryCommandIsOne) {
 }
 
 // What is said when there is no room for the output, with a buffer of this size.
-std::string said_when_full(const std::vector<std::string>& words, size_t buffer) {
+static std::string said_when_full(const std::vector<std::string>& words, size_t buffer) {
   FILE* full = fopen("/dev/full", "we");
   EXPECT_NE(full, nullptr);
   setvbuf(full, nullptr, _IOFBF, buffer);
@@ -529,5 +527,3 @@ TEST(Run, TopAndDumpSayWhyThereIsNoAnswer) {
     EXPECT_EQ(outcome.calls.size(), 1u) << "one is enough";
   }
 }
-
-}  // namespace

@@ -12,9 +12,7 @@
 #include "values/payload.h"
 #include "wire/lookup.h"
 
-namespace {
-
-nlohmann::json schema(const char* procedure) {
+static nlohmann::json schema(const char* procedure) {
   return nlohmann::json::parse(schema_of(*lookup_name(procedure)));
 }
 
@@ -45,7 +43,7 @@ TEST(Schema, ValueIsRequiredOfAnAnswerThatIsNoFailure) {
 }
 
 // That every property but the marks of escaped texts is required, here and below.
-void expect_all_required(const nlohmann::json& object, const std::string& where) {
+static void expect_all_required(const nlohmann::json& object, const std::string& where) {
   nlohmann::json named = nlohmann::json::array();
   for (const auto& [name, property] : object["properties"].items()) {
     if (!name.ends_with("_escaped")) named.push_back(name);
@@ -64,7 +62,7 @@ TEST(Schema, EveryFieldOfARecordIsRequired) {
   for (const procedure_row& procedure : table_procedures()) {
     const payload_layout* layout = payload_find(procedure);
     if (layout == nullptr) continue;
-    records++;
+    ++records;
     const auto value = nlohmann::json::parse(schema_of(procedure))["properties"]["value"];
     expect_all_required(value, procedure.name);
     if (layout->rows != nullptr) {
@@ -75,7 +73,7 @@ TEST(Schema, EveryFieldOfARecordIsRequired) {
 }
 
 // Records of any bytes, as lines of JSON.
-std::string answers_of(const procedure_row& procedure, std::minstd_rand& random) {
+static std::string answers_of(const procedure_row& procedure, std::minstd_rand& random) {
   decoded_reply reply{};
   std::string lines;
   for (const char fill : {'\0', '\xff', 'r'}) {
@@ -133,5 +131,3 @@ TEST(Schema, FieldsTellTheirRangeUnitAndMeaning) {
   EXPECT_EQ(station["tx_rate"]["properties"]["phy"]["enum"],
             nlohmann::json({"CCK", "OFDM", "HT", "VHT"}));
 }
-
-}  // namespace

@@ -20,8 +20,10 @@ struct terminal {
   std::string shown;  // all that came so far
 };
 
-void start(terminal& one, uint16_t port, std::vector<std::string> words, unsigned short rows,
-           unsigned short columns, const char* name = "xterm") {
+}  // namespace
+
+static void start(terminal& one, uint16_t port, std::vector<std::string> words, unsigned short rows,
+                  unsigned short columns, const char* name = "xterm") {
   const winsize size = {rows, columns, 0, 0};
   words.insert(words.begin(), {"wificonf", "--host", "127.0.0.1", "--port", std::to_string(port)});
   std::vector<char*> argv;
@@ -37,7 +39,7 @@ void start(terminal& one, uint16_t port, std::vector<std::string> words, unsigne
 
 // Reads until the condition holds. False when it does not for long, or at the end.
 template <typename Condition>
-bool read_until(terminal& one, Condition holds) {
+static bool read_until(terminal& one, Condition holds) {
   const double deadline = moment_now() + 20;
   while (!holds()) {
     pollfd input = {one.fd, POLLIN, 0};
@@ -52,7 +54,7 @@ bool read_until(terminal& one, Condition holds) {
 }
 
 // Reads to the end; the exit status, or -1 of one that did not end by itself.
-int finish(terminal& one) {
+static int finish(terminal& one) {
   const double started = moment_now();
   read_until(one, [] { return false; });
   if (moment_now() - started >= 20) kill(one.pid, SIGKILL);
@@ -62,7 +64,7 @@ int finish(terminal& one) {
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-std::vector<std::string> split(const std::string& text, const std::string& at) {
+static std::vector<std::string> split(const std::string& text, const std::string& at) {
   std::vector<std::string> parts;
   size_t from = 0;
   for (size_t end = text.find(at); end != std::string::npos; end = text.find(at, from)) {
@@ -73,19 +75,19 @@ std::vector<std::string> split(const std::string& text, const std::string& at) {
   return parts;
 }
 
-constexpr char kRedraw[] = "\033[H\033[J";
-constexpr char kWatchRedraw[] = "\033[H\033[2J";
-constexpr char kLeave[] = "\033[?1049l";
+static constexpr char kRedraw[] = "\033[H\033[J";
+static constexpr char kWatchRedraw[] = "\033[H\033[2J";
+static constexpr char kLeave[] = "\033[?1049l";
 
 // Two stations on BSS 1; from call to call the second one sends more than the first.
-byte_string stations(const byte_string& call, uint32_t samples) {
+static byte_string stations(const byte_string& call, uint32_t samples) {
   const bool has_stations = call[43] == 1;
   std::string record(2436, '\0');
   record[0] = has_stations ? 2 : 0;
-  for (size_t i = 0; i < 2; i++) {
+  for (size_t i = 0; i < 2; ++i) {
     char* row = &record[4 + 76 * i];
     const uint32_t sent = samples * 1000 * static_cast<uint32_t>(1 + 9 * i);
-    for (size_t k = 0; k < 4; k++)
+    for (size_t k = 0; k < 4; ++k)
       row[20 + k] = static_cast<char>(sent >> (8 * k));
     snprintf(row + 40, 18, "02:00:00:00:00:0%zu", i + 1);
     row[57] = 0;
@@ -95,25 +97,29 @@ byte_string stations(const byte_string& call, uint32_t samples) {
   return reply;
 }
 
+namespace {
+
 struct station_daemon {
   FakeDaemon daemon;
   uint32_t samples = 0;
 };
 
-void start_stations(station_daemon& one) {
+}  // namespace
+
+static void start_stations(station_daemon& one) {
   fake_daemon_start(one.daemon, [&one](const byte_string& call) {
     if (call[43] == 1) one.samples++;
     return std::vector<Datagram>{{stations(call, one.samples)}};
   });
 }
 
-bool has_keys_by_line(int fd) {
+static bool has_keys_by_line(int fd) {
   termios settings{};
   tcgetattr(fd, &settings);
   return (settings.c_lflag & ICANON) != 0 && (settings.c_lflag & ECHO) != 0;
 }
 
-bool soon_has_keys_by_line(int fd) {
+static bool soon_has_keys_by_line(int fd) {
   const double deadline = moment_now() + 20;
   while (!has_keys_by_line(fd) && moment_now() < deadline)
     moment_sleep_until(moment_now() + 0.005);
@@ -171,15 +177,15 @@ TEST(Terminal, TopGoesOnWithoutADaemon) {
 }
 
 // The rows of the last whole frame, which the screen shows.
-std::vector<std::string> last_frame(const terminal& one) {
+static std::vector<std::string> last_frame(const terminal& one) {
   return split(split(one.shown, kRedraw).back(), "\r\n");
 }
 
-bool soon_shows(terminal& one, const std::string& text) {
+static bool soon_shows(terminal& one, const std::string& text) {
   return read_until(one, [&] { return last_frame(one)[0].find(text) != std::string::npos; });
 }
 
-void press(const terminal& one, const std::string& keys) {
+static void press(const terminal& one, const std::string& keys) {
   EXPECT_EQ(write(one.fd, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
 }
 
@@ -191,7 +197,7 @@ TEST(Terminal, TopFillsTheScreenAndScrolls) {
   EXPECT_TRUE(soon_shows(one, "stations 1-1 of 2, ")) << one.shown;
   const char* const kLater[] = {"\033[B", "\033[6~", "\033[F", "\033OF", "j", " ", "G"};
   const char* const kEarlier[] = {"\033[A", "\033[5~", "\033[H", "\033OA", "k", "b", "g"};
-  for (size_t i = 0; i < std::size(kLater); i++) {
+  for (size_t i = 0; i < std::size(kLater); ++i) {
     press(one, kLater[i]);
     EXPECT_TRUE(soon_shows(one, "stations 2-2 of 2, ")) << i;
     press(one, std::string("x\033[Z") + kEarlier[i]);
@@ -231,7 +237,7 @@ TEST(Terminal, TopShowsStationsOnALowScreen) {
     const auto rows = split(split(one.shown, kLeave).back(), "\r\n");
     EXPECT_TRUE(rows[0].starts_with(c.title)) << c.height << rows[0];
     ASSERT_EQ(rows.size(), 1 + c.stations + 1) << one.shown;
-    for (size_t i = 0; i < c.stations; i++)
+    for (size_t i = 0; i < c.stations; ++i)
       EXPECT_NE(rows[1 + i].find("02:00:00:00:00:0" + std::to_string(i + 1)), std::string::npos)
           << rows[1 + i];
   }
@@ -239,11 +245,11 @@ TEST(Terminal, TopShowsStationsOnALowScreen) {
 }
 
 // A station on BSS 16 with counters as large as they get, and some 15 MB/s.
-byte_string busy_station(const byte_string& call, uint32_t samples) {
+static byte_string busy_station(const byte_string& call, uint32_t samples) {
   std::string record(2436, '\0');
   record[0] = call[43] == 16 ? 1 : 0;
   const uint32_t bytes = 4294000000u + samples * 300000;
-  for (size_t k = 0; k < 4; k++)
+  for (size_t k = 0; k < 4; ++k)
     record[24 + k] = record[32 + k] = static_cast<char>(bytes >> (8 * k));
   record.replace(4, 4, "\xc3\xff\xff\xff");
   record.replace(8, 8, std::string("\0\0\x36\0\0\0\x36\0", 8));  // 3456 * 1024 kbit/s
@@ -294,6 +300,8 @@ TEST(Terminal, TopLeavesOutCountersBeforeTheAddress) {
   }
 }
 
+namespace {
+
 // A station on BSS 16 that is sent a million bytes a second. In the second sample BSS 1
 // takes its time to answer, and in the third it never does.
 struct slow_daemon {
@@ -302,14 +310,16 @@ struct slow_daemon {
   int samples = 0;
 };
 
-std::vector<Datagram> answer_slowly(slow_daemon& one, const byte_string& call) {
+}  // namespace
+
+static std::vector<Datagram> answer_slowly(slow_daemon& one, const byte_string& call) {
   if (call[43] == 1) one.samples++;
   if (call[43] == 1 && one.samples == 2) moment_sleep_until(moment_now() + 1.5);
   if (one.samples >= 3) return {};
   std::string record(2436, '\0');
   record[0] = call[43] == 16 ? 1 : 0;
   const auto sent = static_cast<uint32_t>(1e6 * (moment_now() - one.started));
-  for (size_t k = 0; k < 4; k++)
+  for (size_t k = 0; k < 4; ++k)
     record[24 + k] = static_cast<char>(sent >> (8 * k));
   record.replace(44, 17, "02:00:00:00:00:01");
   byte_string reply = fake_reply(call, 0, {0, 0});
@@ -362,14 +372,15 @@ TEST(Terminal, TopSaysWhatItWaitsForWhereManyCallsTakeTheirTime) {
 
 // In the shell on the terminal: `line`, a tab where it has one, and Enter. True when
 // that calls the client with the words.
-bool calls(terminal& one, const std::string& line, const std::string& words) {
+static bool calls(terminal& one, const std::string& line, const std::string& words) {
   const std::string typed = line + "\r";
   EXPECT_EQ(write(one.fd, typed.data(), typed.size()), static_cast<ssize_t>(typed.size()));
   return read_until(one, [&] { return one.shown.find("<" + words + ">") != std::string::npos; });
 }
 
 // A shell without anybody's settings that has read `setup` and "wificonf", which tells its words.
-void start_shell(terminal& one, const std::vector<std::string>& shell, const std::string& setup) {
+static void start_shell(terminal& one, const std::vector<std::string>& shell,
+                        const std::string& setup) {
   const std::string path = testing::TempDir() + "setup." + std::to_string(getpid());
   FILE* file = fopen(path.c_str(), "w");
   ASSERT_NE(file, nullptr);
@@ -393,7 +404,7 @@ void start_shell(terminal& one, const std::vector<std::string>& shell, const std
   unlink(path.c_str());
 }
 
-void expect_completed(const std::vector<std::string>& shell, const std::string& setup) {
+static void expect_completed(const std::vector<std::string>& shell, const std::string& setup) {
   terminal one;
   start_shell(one, shell, setup);
   EXPECT_TRUE(calls(one, "wificonf wlan_get_btm_a\t", "wlan_get_btm_associated_device"));
@@ -457,7 +468,7 @@ TEST(Terminal, WatchRedrawsWithinTheScreen) {
   FakeDaemon daemon;
   fake_daemon_start(daemon, [](const byte_string& call) {
     byte_string reply = fake_reply(call, 0, {0, 16});
-    for (int i = 0; i < 17; i++)
+    for (int i = 0; i < 17; ++i)
       xdr_put_word(reply, 0);
     return std::vector<Datagram>{{reply}};
   });
@@ -554,5 +565,3 @@ TEST(Terminal, WatchSaysThatItWaits) {
   EXPECT_EQ(finish(one), 0);
   fake_daemon_stop(daemon);
 }
-
-}  // namespace

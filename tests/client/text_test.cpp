@@ -4,8 +4,6 @@
 
 #include <set>
 
-namespace {
-
 TEST(Text, EscapeKeepsTheTerminalWhole) {
   const struct {
     std::string bytes, shown;
@@ -38,9 +36,9 @@ TEST(Text, EscapeKeepsTheTerminalWhole) {
 // Every text of one and of two bytes has an escaped form of its own.
 TEST(Text, EscapeIsUnambiguous) {
   std::set<std::string> shown;
-  for (int a = 0; a < 256; a++) {
+  for (int a = 0; a < 256; ++a) {
     shown.insert(text_escape(std::string(1, static_cast<char>(a))));
-    for (int b = 0; b < 256; b++)
+    for (int b = 0; b < 256; ++b)
       shown.insert(text_escape(std::string{static_cast<char>(a), static_cast<char>(b)}));
   }
   EXPECT_EQ(shown.size(), 256u + 65536u);
@@ -88,5 +86,3 @@ TEST(Text, Wrap) {
   EXPECT_EQ(text_wrap("aaaaaaaaaa b", 4, 0, 1), "aaaaaaaaaa\n b");
   EXPECT_EQ(text_wrap("", 10, 0, 0), "");
 }
-
-}  // namespace

@@ -7,8 +7,6 @@
 #include "fake_daemon.h"
 #include "run_support.h"
 
-namespace {
-
 TEST(Watch, RepeatsGettersOnly) {
   for (const char* setter : {"wlan_reset", "wlan_init", "wlan_check_rpc_alive"}) {
     Outcome refused = run_against(0, words({0}), {"watch", "--count", "1", setter});
@@ -34,7 +32,7 @@ TEST(Watch, JsonHasItsTime) {
 }
 
 // Lines without their time stamps.
-std::string unstamped(const std::string& text) {
+static std::string unstamped(const std::string& text) {
   std::string out;
   for (size_t at = 0; at < text.size();) {
     const size_t end = text.find('\n', at) + 1;
@@ -57,14 +55,14 @@ TEST(Watch, InAPipePrintsTimedLines) {
 
 // A daemon whose counter of bytes sent, 64 bits in the first words, takes these values
 // in turn.
-std::string watched(std::vector<uint32_t> sent, const char* every) {
+static std::string watched(std::vector<uint32_t> sent, const char* every) {
   FakeDaemon daemon;
   size_t at = 0;
   fake_daemon_start(daemon, [&](const byte_string& call) {
     byte_string reply = fake_reply(call, 0, {});
     const byte_string result = words({0, 8, sent[at], 7, 0, 0, 0, 0, 0, 0, 0});
     reply.insert(reply.end(), result.begin(), result.end());
-    at++;
+    ++at;
     return std::vector<Datagram>{{reply}};
   });
   Outcome outcome = run_words({"--host", "127.0.0.1", "--port", std::to_string(daemon.port),
@@ -114,5 +112,3 @@ TEST(Watch, GoesOnAfterAFailure) {
   EXPECT_EQ(outcome.calls.size(), 2u);
   EXPECT_NE(outcome.err.find("procedure unavailable"), std::string::npos);
 }
-
-}  // namespace
