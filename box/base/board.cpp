@@ -4,7 +4,7 @@
 
 #include <cstdio>
 
-// Two root ports of the SoC, a card behind each that is populated.
+// The SoC has two root ports. Each populated one has a card.
 static constexpr pci_card kRootPort0 = {0x0000, 0x0e8d0801, 4, 0, 0, "pcieport"};
 static constexpr pci_card kRootPort1 = {0x0008, 0x0e8d0801, 24, 0, 0, "pcieport"};
 static constexpr pci_card kMt7603 = {0x0100, 0x14c37603, 4, 0x60000000, 0x100000, "mt7603e_ap"};

@@ -1,5 +1,5 @@
-// The time of a box: as the monotonic clock since the box began, as fast as its scenario says. It
-// can be paused and moved on, and never goes back.
+// The time of a box. It begins with the box, runs at the speed that the scenario sets, can be
+// paused and advanced, and never goes back.
 #pragma once
 
 #include <cstdint>

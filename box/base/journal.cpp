@@ -96,7 +96,7 @@ bool journal_open(journal& j, int copy_fd, int64_t start_us) {
   return j.fd >= 0 || report_errno(nullptr, "open %s", kJournalPath);
 }
 
-// The files change places in one step, so that there is always a journal to be opened.
+// The files are exchanged in one step, so that there is always a journal to open.
 static bool journal_rotate(journal& j) {
   unlink(kJournalOlderPath);
   int fd = open(kJournalOlderPath, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644);
@@ -112,7 +112,7 @@ static bool journal_rotate(journal& j) {
 
 void journal_append(journal& j, const journal_entry& entry) {
   std::string line = journal_line(entry, ++j.sequence, journal_now_us() - j.start_us);
-  // Where it cannot change places, it goes on for as long again.
+  // If the exchange fails, the journal may grow by its limit once more.
   if (j.size + line.size() > kJournalLimit) {
     static_cast<void>(journal_rotate(j));
     j.size = 0;

@@ -8,7 +8,7 @@
 
 using mac_address = std::array<uint8_t, 6>;
 
-// Reads six pairs of hexadecimal digits with colons between, of any case. The whole text.
+// Parses six pairs of hexadecimal digits, of either case, separated by colons. Nothing may follow.
 [[nodiscard]] bool mac_parse(const std::string& text, mac_address& mac);
 
 // "02:00:5e:00:00:01"

@@ -2,12 +2,12 @@
 // terminal.
 #pragma once
 
-// Exit statuses of gwbox itself. Of gwbox run when the box could not be made; 126, 127 and 128+N
-// are COMMAND's.
+// gwbox's own exit statuses. kExitBoxFailed: `gwbox run` could not make the box. 126, 127 and
+// 128+N are COMMAND's.
 constexpr int kExitBoxFailed = 125;
-// Of the others: no box, or what was asked could not be done.
+// Other commands: there is no box, or the request failed.
 constexpr int kExitFailed = 1;
-// Words or a scenario that are wrong.
+// Wrong usage, or a wrong scenario.
 constexpr int kExitUsage = 2;
 
 // Says FORMAT, then a newline.

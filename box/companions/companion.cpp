@@ -70,7 +70,7 @@ static box_clock clock_now() {
   return clock;
 }
 
-// It looks again often: nobody tells it that the clock was changed.
+// Polls: a change of the clock sends no message.
 bool companion_wait(companion& self, double seconds) {
   constexpr double kLookAgain = 0.02, kTick = 0.001;
   if (seconds < 0) return companion_pause(self, -1);
@@ -127,7 +127,7 @@ bool companion_receive(companion& self, int fd, companion_datagram& datagram) {
   return false;
 }
 
-// A client that is gone by now has not waited for the answer.
+// The client may be gone already.
 void companion_answer(int fd, const companion_datagram& to, const std::string& bytes) {
   if (to.from_size <= sizeof(sa_family_t)) return;  // a client without an address
   static_cast<void>(sendto(fd, bytes.data(), bytes.size(), MSG_DONTWAIT,

@@ -1,6 +1,6 @@
-// What the companions say and do is told by the member "companions" of /run/gwbox/scenario.json.
-// It is read again at every request, so that a change counts from then on. All members may be
-// missing, and so may the file.
+// The member "companions" of /run/gwbox/scenario.json says what the companions answer and do. It is
+// read again at every request, so a change takes effect at once. Every member is optional, and so
+// is the file.
 //
 //   {
 //     "speed": 1,                       box seconds per second

@@ -8,7 +8,7 @@
 constexpr uint32_t kHncGet = 0;
 constexpr uint32_t kHncSet = 1;
 
-// One extender model that is accepted.
+// One accepted extender model.
 struct hnc_supported {
   int32_t index;
   int32_t row_status;
@@ -24,8 +24,8 @@ struct hnc_supported {
 };
 static_assert(sizeof(hnc_supported) == 1232 && offsetof(hnc_supported, update_time) == 1224);
 
-// One extender that was seen. Others know the size and last_sync_attempt; the widths of the texts
-// are the controller's own business.
+// One extender in the network. Only the size and last_sync_attempt are known to others; the widths
+// of the texts are the controller's own.
 struct hnc_extender {
   uint32_t index;
   char mac[24];

@@ -1,5 +1,5 @@
-// gwbox-companion: the processes that run beside a gateway's Wi-Fi daemon, in one program. Which
-// one it is, the name says that it was started by.
+// gwbox-companion: all processes that run beside a gateway's Wi-Fi daemon, in one program. The name
+// that it is started by selects the companion.
 #include <cstdio>
 #include <cstring>
 

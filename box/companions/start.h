@@ -1,4 +1,4 @@
-// The companions that run from a box's start: whoever signals or asks them finds them there.
+// The companions that run from the start of a box.
 #pragma once
 
 #include <cstdint>

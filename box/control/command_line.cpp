@@ -63,7 +63,7 @@ args args_read(int argc, char** argv) {
     args_declare(app, a);
     app.parse(words_reversed(own, argv));
   } catch (const CLI::Success& help_or_version) {
-    // Help for a command that is not there is none.
+    // There is no help for an unknown command.
     std::vector<std::string> extra = app.remaining();
     bool is_bad = app.get_subcommands().empty() && !extra.empty() && extra[0][0] != '-';
     if (is_bad) return wrong(a, app, wrong_words(app, a));

@@ -1,5 +1,5 @@
-// What the files of the command line share. Only they see CLI11, which needs exceptions; none
-// leaves them.
+// Shared by the files of the command line. Only they include CLI11, which throws exceptions; they
+// catch all of them.
 #pragma once
 
 #include <CLI/CLI.hpp>

@@ -1,5 +1,5 @@
-// From the words of a line that is being typed to what it may go on with. What the line consists of
-// is asked from its declaration, so that nothing can be offered that is not taken.
+// What may follow the words typed so far. The answer comes from the declaration of the command
+// line, so nothing is offered that would be refused.
 #include "control/command_line_parts.h"
 #include "control/complete.h"
 

@@ -138,7 +138,7 @@ static void payload_changed(box& b, int wait_status) {
   if (b.own_job) static_cast<void>(send(b.link, &kLinkStopped, 1, MSG_NOSIGNAL));
 }
 
-// Whoever ended it on purpose need not be told.
+// No message when somebody ended it on purpose.
 static void portmap_changed(box& b, int wait_status) {
   if (WIFSTOPPED(wait_status)) return;
   b.portmapper.pid = 0;

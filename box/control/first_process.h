@@ -22,7 +22,7 @@ struct box_plan {
   bool companions;  // HncInit and the HNC listener run from the start
   bool cold;        // no driver is loaded at the start
   int log_fd;       // journal outside, or -1
-  int link;         // to the process outside, see link.h
+  int link;         // to `gwbox run`, see run_link.h
   int name;         // of reach_take_name, or -1
   int64_t start_us;
 };

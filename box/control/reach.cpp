@@ -22,7 +22,7 @@ static constexpr size_t kNameMaxSize = 64;
 static constexpr int kBacklog = 64;
 static constexpr const char* kAddressHead = "gwbox/";
 
-// An abstract address: a zero byte first, and no file.
+// An abstract socket address: it begins with a zero byte and has no file.
 static socklen_t name_address(const std::string& name, sockaddr_un& address) {
   std::string text = kAddressHead + name;
   address = {};

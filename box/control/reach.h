@@ -24,8 +24,8 @@
 // For the box's first process: from now on it is found by the name of FD. Reports a failure.
 [[nodiscard]] bool reach_listen(int fd);
 
-// Lets go whoever connected to the name; they know all there is to know.
+// Closes connections to the name: a caller learns all it needs by connecting.
 void reach_serve(int fd);
 
-// The names of the boxes that run, in the order of their letters.
+// The names of the running boxes, sorted.
 std::vector<std::string> reach_names();

@@ -1,5 +1,5 @@
-// What the process outside (gwbox run) and the box's first process say to each other over a
-// socket pair, one byte a message. Its end, when the one outside is gone, ends the box.
+// Messages between `gwbox run` and the box's first process over a socket pair, one byte each. The
+// box ends when `gwbox run` closes its end.
 #pragma once
 
 constexpr char kLinkStopped = 'S';     // inside to outside: the payload was stopped (Ctrl-Z)

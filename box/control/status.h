@@ -1,4 +1,4 @@
-// What a box really is at the moment: what its radios beacon, who is there, what runs.
+// The state of a box: what its radios beacon, which stations are there, what runs.
 #pragma once
 
 #include <string>

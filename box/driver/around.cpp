@@ -16,7 +16,7 @@ static bool same(const scenario_bss& a, const scenario_bss& b) {
          a.ssid_rx_bytes == b.ssid_rx_bytes && a.ssid_tx_bytes == b.ssid_tx_bytes;
 }
 
-// Counters are set where the scenario's values for them are new, and go on growing elsewhere.
+// Sets the counters whose scenario values are new. The others keep growing.
 static void take_bss(driver_state& state, const std::vector<scenario_bss>& before) {
   for (const scenario_bss& given : state.around.bss) {
     auto was = std::find_if(before.begin(), before.end(),

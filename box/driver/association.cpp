@@ -1,4 +1,4 @@
-// Which station is on which BSS, and who may be.
+// Which station is associated with which BSS, and where it may be.
 #include <algorithm>
 #include <cmath>
 
@@ -57,7 +57,7 @@ static bool is_about(const driver_state& state, const driver_station& station) {
          station.returns_us <= state.now_us && (!station.is.by_wps || station.joined_by_wps);
 }
 
-// Where it belongs now: where it was sent, at home, elsewhere; -1: nowhere.
+// The BSS that it belongs to now: where it was sent, else its own, else another; -1: none.
 static int place_of(const driver_state& state, const driver_station& station) {
   if (!is_about(state, station)) return -1;
   for (int n : {station.preferred, station.is.bss}) {

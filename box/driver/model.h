@@ -128,7 +128,7 @@ struct driver_request {
   uint8_t address[6];  // of the interface, as the kernel has it
   // The answer.
   std::string output;      // for the caller's buffer; never more than the caller announced
-  std::string frame;       // for the request frame itself, behind the name; at most 16 bytes
+  std::string frame;       // for the request frame itself, after the name; at most 16 bytes
   bool has_answer_length;  // the frame's length field is to be set to answer_length
   uint16_t answer_length;
   bool has_answer_flags;  // the same for the flags
@@ -137,7 +137,7 @@ struct driver_request {
 };
 
 // A freshly loaded driver on that board, with the default scenario or with that one around it.
-// The clock stands until it is set.
+// The clock does not run until it is set.
 void driver_init(driver_state& state, const board& hardware);
 void driver_init(driver_state& state, const board& hardware, const scenario& around);
 
@@ -157,7 +157,7 @@ void driver_interface_up(driver_state& state, int n, const std::string& profile,
 void driver_interface_down(driver_state& state, int n, int64_t now_us);
 
 // Lets everything happen that is due by then: stations come and go, counters grow, events. It stops
-// early when an event changes the speed, for the clock then says another time.
+// early when an event changes the speed, since the clock then shows another time.
 void driver_advance(driver_state& state, int64_t now_us);
 
 // When something will next happen by itself, kDriverNever when nothing will.

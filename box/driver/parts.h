@@ -1,5 +1,5 @@
-// What the files of the driver model share among each other: helpers, and the handlers that the
-// tables of requests, objects and texts name.
+// Shared by the files of the driver model: helpers, and the handlers in the tables of requests,
+// objects and texts.
 #pragma once
 
 #include <cstddef>

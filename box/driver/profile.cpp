@@ -5,7 +5,7 @@
 
 using profile = std::map<std::string, std::string>;
 
-// Of the lines with one key, the first counts.
+// The first line with a key counts.
 static profile read_profile(const std::string& text) {
   profile found;
   for (size_t start = 0; start < text.size();) {

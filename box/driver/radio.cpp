@@ -39,7 +39,7 @@ int driver_query_operating_class(driver_state& state, driver_request& r) {
   return driver_answer(r, &number, sizeof number, sizeof number);
 }
 
-// Usual limits, where the scenario has none of its own.
+// The default limits, for a scenario without limits.
 static std::vector<scenario_power> limits_of(const driver_state& state, int radio) {
   std::vector<scenario_power> limits = state.around.radios[radio].power;
   if (!limits.empty()) return limits;
@@ -84,7 +84,7 @@ static bool parse_hex(const std::string& text, unsigned long highest, unsigned l
 }
 
 // "52" reads the word there, "52=0002" writes it; several with commas between. The answer has a
-// line for each, after an empty one: tools print it behind a name.
+// line for each, after an empty one, since tools print a name first.
 int driver_do_e2p(driver_state& state, driver_request& r) {
   int owner = driver_is_dual_band_chip(state) ? 0 : driver_radio_of(r.bss);
   uint16_t* words = state.radios[owner].eeprom;

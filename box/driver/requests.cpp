@@ -22,7 +22,7 @@ static constexpr private_entry kPrivateEntries[] = {
     {kRequestE2p, kArgumentText | kDriverTextMax, kArgumentText | kDriverTextMax, "e2p"},
 };
 
-// The list is all or nothing: whoever has too little room learns how much is needed.
+// All or nothing: a caller with too little room learns how much it needs.
 static int query_private(driver_state&, driver_request& r) {
   constexpr uint16_t kCount = sizeof kPrivateEntries / sizeof *kPrivateEntries;
   r.has_answer_length = true;

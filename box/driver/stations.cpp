@@ -8,7 +8,7 @@ static int64_t seconds_since(const driver_state& state, int64_t time_us) {
   return (state.now_us - time_us) / 1000000;
 }
 
-// Counters of 32 bits begin anew at zero.
+// 32-bit counters wrap around.
 static uint32_t counter(double value) {
   return static_cast<uint32_t>(static_cast<uint64_t>(value));
 }

@@ -1,4 +1,4 @@
-// The site survey, and what it is good for: the choice of a channel.
+// The site survey, and the choice of a channel from it.
 #include <cerrno>
 #include <cstring>
 

@@ -21,7 +21,7 @@ int driver_query_name(driver_state& state, driver_request& r) {
   return 0;
 }
 
-// The driver tells the channel, not the frequency: tools take small numbers for channels.
+// The driver reports the channel, not the frequency: tools take small numbers for channels.
 int driver_query_frequency(driver_state& state, driver_request& r) {
   layout_frequency frequency = {};
   frequency.mantissa = state.radios[driver_radio_of(r.bss)].channel;
@@ -35,7 +35,7 @@ static int frequency_of(int channel, int radio) {
   return radio == 0 ? 2407000 + 5000 * channel : 5000000 + 5000 * channel;
 }
 
-// From this table tools learn which frequency a channel is.
+// Tools look up a channel's frequency in this table.
 int driver_query_range(driver_state&, driver_request& r) {
   static constexpr int kLow[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13};
   static constexpr int kHigh[] = {36,  40,  44,  48,  52,  56,  60,  64,  100, 104, 108, 112,

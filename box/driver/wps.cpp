@@ -1,4 +1,4 @@
-// Wi-Fi Protected Setup: one session per radio, whose codes every interface of the radio tells.
+// Wi-Fi Protected Setup: one session per radio. Every interface of the radio reports its codes.
 //
 // A session goes through the states of a registrar, evenly over the time that the scenario gives
 // it, and comes to the scenario's outcome. One that nobody answers waits until it times out.
@@ -53,7 +53,7 @@ static int64_t end_us(const driver_state& state, int radio) {
   return wps.running ? wps.start_us + session_us(state, radio) : kDriverNever;
 }
 
-// A session that takes no time, or whose time was cut short, is overdue: it ends next.
+// A session whose time has passed already ends at the next step.
 int64_t driver_wps_next_us(const driver_state& state, int radio) {
   return std::max(end_us(state, radio), state.now_us + 1);
 }
@@ -100,7 +100,7 @@ static int32_t state_now(const driver_state& state, int radio) {
   return kSteps[step < kStepCount ? step : kStepCount - 1];
 }
 
-// These codes are whole numbers to their callers: no byte of them can be left out.
+// Callers read these codes as whole numbers: they get all bytes.
 static int answer_code(driver_request& r, int32_t code) {
   return r.length < sizeof code ? -EMSGSIZE : driver_answer(r, &code, sizeof code, sizeof code);
 }

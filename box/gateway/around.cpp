@@ -19,7 +19,7 @@ bool around_publish(const driver_state& state) {
   return replace(kClockPath, clock_text(state.clock)) && replace(kScenarioPath, state.around.text);
 }
 
-// The calls that are delayed go on as soon as the box gets to them.
+// Makes all delayed calls due. The box serves them in its next round.
 static void end_delays(trap_state& trap) {
   int64_t now = journal_now_us();
   for (trap_delayed& held : trap.delayed) {

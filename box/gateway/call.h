@@ -1,4 +1,4 @@
-// One trapped call on its way through the trap layer, and the kinds of calls that there are.
+// One trapped call while it is handled, and the kinds of calls.
 #pragma once
 
 #include "gateway/state.h"
@@ -9,7 +9,7 @@ struct trap_call {
   uint32_t arch;
   int number;
   uint64_t arguments[kTrapArguments];
-  uint32_t request;  // of an ioctl; else one of FAULT_..._MODULE
+  uint32_t request;  // of an ioctl; else one of kFault...Module
   bool is_short;     // a fault cuts the answer to short_bytes
   size_t short_bytes;
   bool has_count;  // a fault has the answer begin with count

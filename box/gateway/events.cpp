@@ -61,7 +61,7 @@ static void follow_sysfs(trap_state& trap) {
   }
 }
 
-// Every trapped call comes by here, and mostly there is no news.
+// Every trapped call gets here, and usually there is no news.
 void trap_catch_up(trap_state& trap) {
   pollfd news[] = {{trap.links, POLLIN, 0}, {trap.sysfs.notify, POLLIN, 0}};
   if (poll(news, 2, 0) <= 0) return;

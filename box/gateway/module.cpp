@@ -9,7 +9,7 @@
 #include "gateway/call.h"
 #include "host/module_image.h"
 
-// No more of an image is looked at: the name stands at its beginning.
+// The name is near the beginning of an image: the rest is not read.
 static constexpr size_t kImageLimit = 65536;
 static constexpr size_t kNameLimit = 55;  // as the kernel's, without the terminator
 static constexpr size_t kParamsLimit = 4096;
@@ -39,7 +39,7 @@ static int read_init(trap_call& c, journal_entry& entry) {
   return recognise(c, entry, image);
 }
 
-// Opens anew what the caller has open. Anything but a plain file is not even touched.
+// Reopens the caller's file. Anything but a plain file is not touched.
 static int read_open_file(const trap_call& c, std::string& image) {
   std::string path =
       caller_proc_path(c.tid, "fd/" + std::to_string(static_cast<int>(c.arguments[0])));

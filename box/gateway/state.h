@@ -1,6 +1,5 @@
-// The driver's door: takes the trapped calls of all processes in the box, reads what they carry
-// from the caller's memory, lets the driver model, the modules or the VLANs do them, writes the
-// answer back.
+// The state of a running gateway, and the trapped calls of all its processes: read from the
+// caller's memory, done by the driver model, the modules or the VLANs, and answered.
 #pragma once
 
 #include <cstdint>

@@ -51,7 +51,7 @@ static void respond(const trap_state& trap, const trap_call& c, int status) {
   seccomp_notif_resp response = {};
   response.id = c.id;
   response.error = status;
-  // It fails only when the caller is gone, and then nobody waits for the answer.
+  // Fails only when the caller is gone, and then nobody waits for the answer.
   static_cast<void>(ioctl(trap.listener, SECCOMP_IOCTL_NOTIF_SEND, &response));
 }
 

@@ -1,5 +1,5 @@
-// What becomes of the box's interfaces: the kernel tells whenever one goes up, down or away, before
-// the call that did it returns. So whoever takes the news before anything else has all of it.
+// News of the box's interfaces. The kernel reports each one that goes up, down or away before the
+// call that did it returns: who reads the news first misses nothing.
 #pragma once
 
 #include <string>
@@ -14,8 +14,8 @@ struct links_change {
 // A descriptor that is readable when there is news, or -1 after a report.
 [[nodiscard]] int links_open();
 
-// All news since the last time, oldest first. When the kernel had to drop some, LOST is set: then
-// only asking for each interface tells how it stands.
+// All news since the last call, oldest first. When the kernel had to drop some, LOST is set: then
+// the state of each interface has to be asked for.
 std::vector<links_change> links_take(int fd, bool& lost);
 
 // True when the interface is there and up. FD: any socket.

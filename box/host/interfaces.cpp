@@ -27,7 +27,7 @@ static constexpr size_t kPeerTail = 12;  // of an upper interface's name, in its
 
 struct ethernet_pair {
   std::string name;  // the interface of the gateway
-  std::string peer;  // its cable or the air
+  std::string peer;  // its cable, or the air
   uint8_t mac[6];
   uint32_t group;
   unsigned flags;
@@ -124,7 +124,7 @@ bool net_make_radios(int first, int count) {
   return report_errno(link_hint(), "make the interfaces ra%d to ra%d", first, first + count - 1);
 }
 
-// With nothing left of the group there is nothing to do.
+// Nothing is left of the group: done.
 bool net_remove_radios(int first) {
   netlink_batch links = {};
   ifinfomsg link = {};

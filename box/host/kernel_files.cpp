@@ -14,7 +14,7 @@ static const std::string kPciDirectory = "/sys/bus/pci";
 static const std::string kIrqDirectory = "/proc/irq";
 static constexpr const char* kSlots[] = {"0000:02:00.0", "0000:03:00.0"};
 
-// Interrupts of the boards; udma1 is the one that moves packets.
+// Interrupts of the boards. udma1 moves the packets.
 static constexpr struct {
   int number;
   const char* name;

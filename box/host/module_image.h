@@ -1,5 +1,5 @@
-// The driver's module files: small, but real module files in that modinfo(8) reads them, and all
-// that a loader does with them works. The name inside is what the box goes by.
+// The driver's module files: small, but real enough for modinfo(8) and for loaders. The box
+// identifies a module by the name inside.
 #pragma once
 
 #include <string>

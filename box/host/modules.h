@@ -1,5 +1,5 @@
-// The driver's kernel modules: which there are, which are loaded, and what loading one does to the
-// box: its radio's interfaces appear, /sys/module and /proc/modules show it.
+// The driver's kernel modules: which exist, which are loaded, and what loading one does to the box:
+// its radio's interfaces appear, and /sys/module and /proc/modules show it.
 #pragma once
 
 #include <string>

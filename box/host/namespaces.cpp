@@ -55,7 +55,7 @@ static bool setting_is_zero(const std::string& path) {
   return file_read("/proc/sys/" + path) == "0\n";
 }
 
-// Asked for the sake of a message, which has the errno of before.
+// Only asked for a message, which shows the earlier errno.
 bool namespaces_are_confined() {
   int error = errno;
   std::string value = file_read("/proc/sys/kernel/apparmor_restrict_unprivileged_userns");
@@ -63,7 +63,7 @@ bool namespaces_are_confined() {
   return !value.empty() && value != "0\n";
 }
 
-// The one of the kernel's limits that allows no namespace at all.
+// The kernel limit that is zero and so allows no namespace.
 static std::string limit_hint() {
   for (const char* kind : {"user", "mnt", "net", "pid", "uts", "ipc"}) {
     std::string limit = std::string("max_") + kind + "_namespaces";
@@ -116,7 +116,7 @@ static std::string user_namespace_hint(int error) {
   return "a seccomp filter or security policy, such as a container's, forbids one";
 }
 
-// Why it takes a user namespace, and why there is none.
+// Why a user namespace is needed, and why there is none.
 static std::string clone_hint(bool user, int error) {
   if (!user) return error == ENOSPC ? limit_hint() : "";
   std::string lacking = geteuid() == 0 ? missing_capabilities() : "root";

@@ -62,8 +62,8 @@ static std::vector<std::string> copy_level(const std::string& from, const std::s
 
 static bool mount_tree(const overlay_layers& place, const std::string& path);
 
-// In a user namespace the kernel parts no directory from what is mounted in it. Then the lower
-// layer is a copy of this level, and each directory in it gets an overlay of its own.
+// In a user namespace the kernel does not separate a directory from the mounts in it. Then the
+// lower layer is a copy of this level, and each directory in it gets its own overlay.
 static bool mount_level(const overlay_layers& place, const std::string& path) {
   std::string copy = place.layers + "/lower" + path;
   if (!directory_make(copy)) return false;

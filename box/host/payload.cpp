@@ -35,7 +35,7 @@ void payload_reset_signals() {
   sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
-// Programs of the build first; the system programs of a gateway are on everybody's path.
+// The build's programs come first, then the system's.
 static void set_environment(const payload_plan& plan) {
   const char* inherited = getenv("PATH");
   std::string path = plan.program_dir + ":" + (inherited ? inherited : "/usr/bin:/bin");
@@ -97,7 +97,7 @@ static void take_place(payload_terminal terminal) {
   set_environment(plan);
   take_place(plan.terminal);
   std::vector<std::string> command = plan.command;
-  // Also for a COMMAND that becomes a shell in the end.
+  // Also for a COMMAND that ends up as a shell.
   static_cast<void>(write_shell_start_file());
   if (command.empty()) command = shell_command();
   std::vector<char*> arguments;

@@ -29,7 +29,7 @@ static constexpr int kTryMs = 1;
 static constexpr size_t kLinesShown = 5;
 static constexpr const char* kSystemLog = "/dev/log";
 
-// Its messages come line by line on a terminal only, hence stdbuf; the name stays portmap.
+// It buffers its messages unless it writes to a terminal, hence stdbuf. The name stays portmap.
 [[noreturn]] static void become_portmap() {
   payload_reset_signals();
   int null = open("/dev/null", O_RDONLY | O_CLOEXEC);
@@ -44,7 +44,7 @@ static constexpr const char* kSystemLog = "/dev/log";
   _exit(127);
 }
 
-// A box has no system log of its own. Nobody is listened to any more once the portmapper answers.
+// A box has no system log of its own, so this process is it until the portmapper answers.
 static int system_log_open() {
   sockaddr_un address = {};
   address.sun_family = AF_UNIX;
@@ -123,7 +123,7 @@ void portmap_report_end(int status) {
                              : "ended with status " + std::to_string(WEXITSTATUS(status)));
 }
 
-// While nobody listens, a call is refused at once; then the pause keeps the loop from spinning.
+// A call is refused at once while nobody listens: the pause keeps the loop from spinning.
 static bool await_answer(int fd, const portmap& p) {
   for (int i = 0; i < kTries; ++i) {
     int status = 0;

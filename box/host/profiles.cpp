@@ -4,7 +4,7 @@
 
 #include "base/files.h"
 
-// The files of box/share are part of the program, which so needs nothing but itself.
+// The files of box/share are embedded, so the program needs no other files.
 // The build passes their paths and rebuilds this file when one changes.
 #define EMBED(symbol, path)        \
   asm(".section .rodata\n" #symbol \

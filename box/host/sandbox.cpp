@@ -79,7 +79,7 @@ static unsigned long flags_of(const std::string& path) {
   return flags;
 }
 
-// With everything mounted below. Kernels before 5.12 do it for the mount at PATH alone.
+// Includes everything mounted below. Kernels before 5.12 change only the mount at PATH.
 static bool make_readonly(const std::string& path) {
   mount_attr attributes = {};
   attributes.attr_set = MOUNT_ATTR_RDONLY;
@@ -116,7 +116,7 @@ static held_tree hold(const std::string& path) {
   return {path, open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC)};
 }
 
-// Over what shows the same directory already, too: that is read-only.
+// Also where the same directory is visible already: there it is read-only.
 static bool show_held(const held_tree& tree) {
   std::string target = kRoot + tree.path;
   if (tree.fd < 0) return true;
@@ -160,7 +160,7 @@ static bool fill_var(const std::string& upper) {
   return report_errno(nullptr, "make the link /var/run");
 }
 
-// The layers are filled before they are mounted, and out of sight once they are.
+// The layers are filled before they are mounted. Afterwards they are not visible.
 static bool overlay_system(const sandbox_plan& plan) {
   overlay_layers place = {kRoot, kLayers};
   std::string usr = overlay_upper(place, "/usr"), etc = overlay_upper(place, "/etc"),
@@ -186,7 +186,7 @@ static bool is_made_anew(std::string_view name) {
   return false;
 }
 
-// One that could not be kept from changes is not shown.
+// One that could not be made read-only is left out.
 static bool show_directory(const std::string& source, const std::string& target) {
   if (mount(source.c_str(), target.c_str(), nullptr, MS_BIND | MS_REC, nullptr) < 0) return false;
   if (make_readonly(target)) return true;
@@ -229,7 +229,7 @@ static constexpr device_row kDevices[] = {
     {"random", 1, 8}, {"urandom", 1, 9}, {"tty", 5, 0},
 };
 
-// A node of the box's own; in a user namespace, where nobody makes any, the host's.
+// The box's own device node, or the host's in a user namespace, where none can be made.
 static bool make_device(const device_row& row) {
   std::string source = std::string("/dev/") + row.name, target = kRoot + source;
   dev_t number = makedev(row.major_number, row.minor_number);
@@ -263,7 +263,7 @@ static bool mount_devices() {
          mount_at("tmpfs", kRoot + "/dev/shm", kPlain, "mode=1777");
 }
 
-// Files of the host's whole kernel. What is of a network belongs to the box's own.
+// Files of the whole kernel. Those of the network are the box's own.
 static bool protect_proc() {
   for (const char* name : {"sys", "sysrq-trigger", "irq", "bus", "fs", "acpi", "scsi", "mtrr"}) {
     std::string path = kRoot + "/proc/" + name;
@@ -313,7 +313,7 @@ static bool change_root(const std::string& work_dir) {
   return report_errno(nullptr, "enter / of the box");
 }
 
-// Nothing in a box needs to do these to the machine: loading a module is answered by the model.
+// Nothing in a box needs these capabilities: the model answers when a module is loaded.
 static bool drop_capabilities() {
   for (int capability : {CAP_SYS_RAWIO, CAP_SYS_TIME, CAP_SYS_BOOT, CAP_SYS_MODULE}) {
     if (prctl(PR_CAPBSET_DROP, capability, 0, 0, 0) < 0) {

@@ -58,14 +58,14 @@ static std::string less_newline(std::string text) {
   return text;
 }
 
-// Moves what came through the pipe into the file's rest.
+// Moves what is in the pipe to the file's unread rest.
 static void drain(sysfs_file& file) {
   char piece[4096];
   for (ssize_t got; (got = read(file.pipe, piece, sizeof piece)) > 0;)
     file.rest.append(piece, static_cast<size_t>(got));
 }
 
-// Gives out one line of the rest, or what there is of it.
+// Returns one line of the rest, or all of an unfinished one.
 static void give_line(sysfs_file& file, std::vector<sysfs_write>& writes) {
   size_t end = file.rest.find('\n');
   size_t size = end == std::string::npos ? file.rest.size() : end + 1;

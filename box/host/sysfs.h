@@ -1,5 +1,5 @@
-// Files below /sys and /proc that take what a gateway's software writes to its hardware. Every
-// write is kept, in order, also when several come while nobody looks.
+// Files below /sys and /proc that record what a gateway's software writes to its hardware. Every
+// write is kept, in order, even when several arrive before the box looks.
 //
 // The files of /sys are named pipes that this process holds open: nothing that is written to them
 // is lost to the next writer. Reading them would take what was written, so they are write-only.
@@ -23,7 +23,7 @@ struct sysfs_state {
 
 struct sysfs_write {
   std::string path;
-  std::string text;  // less the newline at its end
+  std::string text;  // without its final newline
 };
 
 // To be called once, before the others. Reports what failed.

@@ -6,7 +6,7 @@
 
 #include "host/interfaces.h"
 
-static constexpr int32_t kIdLimit = 4095;  // the kernel takes no 4095 either
+static constexpr int32_t kIdLimit = 4095;  // the kernel rejects 4095 too
 static constexpr size_t kNameLimit = 15;
 
 // How a new interface is called: vlan0010, eth0.0010, vlan10, eth0.10.

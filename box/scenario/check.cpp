@@ -77,7 +77,7 @@ static std::string expected(const scenario_json& schema) {
 }
 
 static bool matches(const std::string& text, const std::string& pattern) {
-  // Never taken down: it lasts as long as the program.
+  // Never freed: it is used until the program ends.
   static auto& compiled = *new std::map<std::string, regex_t>;
   auto [at, is_new] = compiled.try_emplace(pattern);
   if (is_new && regcomp(&at->second, pattern.c_str(), REG_EXTENDED | REG_NOSUB) != 0) return false;

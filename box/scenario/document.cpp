@@ -16,7 +16,7 @@
 #include "scenario/parts.h"
 #include "trap/faults.h"
 
-// Notes where the parser stumbles.
+// Records where parsing failed.
 struct syntax_listener : nlohmann::json_sax<scenario_json> {
   size_t position = 0;
   std::string message;
@@ -111,7 +111,7 @@ static std::vector<size_t> in_order(const scenario_json& events) {
   return order;
 }
 
-// Only of a document that keeps to the schema.
+// Only for a document that satisfies the schema.
 static void check_events(scenario_json document, std::vector<scenario_finding>& findings) {
   const scenario_json events = document.value("events", scenario_json::array());
   for (size_t i : in_order(events)) {
@@ -134,7 +134,7 @@ static std::vector<scenario_finding> check_all(const scenario_json& document) {
   return findings;
 }
 
-// Line by line, as an editor goes through them.
+// In the order of the lines.
 static std::string told(const std::string& text, const std::string& name,
                         const std::vector<scenario_finding>& findings) {
   std::vector<std::pair<int, std::string>> lines;

@@ -1,4 +1,4 @@
-// What the files of the scenario share among each other: the document, and what is wrong with it.
+// Shared by the files of the scenario: the document, and the mistakes in it.
 #pragma once
 
 #include <nlohmann/json.hpp>

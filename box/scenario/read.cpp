@@ -13,7 +13,7 @@ static const scenario_json& member(const scenario_json& object, const char* name
 
 static mac_address mac_of(const scenario_json& object, const char* name) {
   mac_address mac = {};
-  static_cast<void>(mac_parse(object.value(name, std::string()), mac));  // the schema saw to it
+  static_cast<void>(mac_parse(object.value(name, std::string()), mac));  // guaranteed by the schema
   return mac;
 }
 

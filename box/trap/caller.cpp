@@ -19,7 +19,7 @@ bool caller_write(int32_t tid, uint64_t address, const void* from, size_t size) 
   return process_vm_writev(tid, &here, 1, &there, 1, 0) == static_cast<ssize_t>(size);
 }
 
-// Never reads beyond the page of the last byte needed: what lies behind may not be there.
+// Never reads beyond the page of the last byte needed: the next page may not be mapped.
 bool caller_read_text(int32_t tid, uint64_t address, size_t limit, std::string& text) {
   constexpr uint64_t kPage = 4096;
   char piece[kPage];
@@ -59,8 +59,8 @@ static void learn(caller_known& known, int32_t tid) {
   known.comm_fd = open(caller_proc_path(tid, "comm").c_str(), O_RDONLY | O_CLOEXEC);
 }
 
-// Callers come in runs, so the last one stays known. Its open file tells when it is gone, even
-// if its thread id belongs to another by now, and a new name after it executes something else.
+// Callers come in runs, so the last one is cached. Its open file shows when it is gone, even if its
+// thread id has been reused, and its new name after an exec.
 void caller_identify(caller_known& known, int32_t tid, pid_t& pid, std::string& comm) {
   char name[32];
   ssize_t size = known.tid == tid ? pread(known.comm_fd, name, sizeof name, 0) : -1;
@@ -69,5 +69,5 @@ void caller_identify(caller_known& known, int32_t tid, pid_t& pid, std::string& 
     size = pread(known.comm_fd, name, sizeof name, 0);
   }
   pid = known.pid;
-  if (size > 0) comm.assign(name, static_cast<size_t>(size - 1));  // less its newline
+  if (size > 0) comm.assign(name, static_cast<size_t>(size - 1));  // without its newline
 }

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-// Trapped calls that are no ioctl stand among the requests under numbers of their own.
+// Trapped calls other than ioctl have request numbers of their own.
 constexpr uint32_t kFaultInitModule = 0x10000001;
 constexpr uint32_t kFaultFinitModule = 0x10000002;
 constexpr uint32_t kFaultDeleteModule = 0x10000003;
@@ -52,7 +52,7 @@ struct fault_rule {
 std::vector<std::string> fault_names();
 std::vector<std::string> fault_hows();
 
-// Puts the rule in force. Of those that are used up only the last ones stay.
+// Puts the rule in force. Only the most recent of the used-up rules are kept.
 void fault_add(std::vector<fault_rule>& rules, const fault_rule& rule);
 
 // Takes one use of the first rule that matches and copies that rule to TAKEN; false when none

@@ -32,8 +32,8 @@ static constexpr uint32_t kWirelessFirst = 0x8B00;
 static constexpr uint32_t kWirelessLast = 0x8BFF;
 static constexpr uint32_t kVlanRequest = 0x8983;
 
-// Set in the numbers of a second kind of 32-bit programs, which have the architecture of the
-// 64-bit ones: their calls are not done either.
+// Set in the system call numbers of x32 programs, which report the 64-bit architecture: their calls
+// are refused, too.
 static constexpr uint32_t kX32Bit = 0x40000000;
 static constexpr uint32_t kNoCall = 0xFFFFFFFF;  // what a tracer makes of a call to skip
 

@@ -1,4 +1,4 @@
-// Which system calls of a box meet its driver instead of the kernel.
+// Which system calls of a box are handled by its driver model instead of the kernel.
 //
 // The box's first process puts the filter on itself before it starts anything, so that every
 // process of the box has it, however it was started. That process must never make a trapped call
