@@ -1,4 +1,4 @@
-// Small file helpers. Those that return bool report their failure.
+// Small file functions. Those that return bool report their failure.
 #pragma once
 
 #include <string>

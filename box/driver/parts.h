@@ -1,4 +1,4 @@
-// Shared by the files of the driver model: helpers, and the handlers in the tables of requests,
+// Shared by the files of the driver model: common functions, and the handlers in the tables of requests,
 // objects and texts.
 #pragma once
 

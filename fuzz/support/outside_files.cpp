@@ -240,7 +240,7 @@ int sim_stat(const char* path, struct stat* status) {
   return 0;
 }
 
-// Nothing that is looked at so is a link.
+// No path that is read this way is a link.
 int sim_lstat(const char* path, struct stat* status) {
   return sim_stat(path, status);
 }
