@@ -2,8 +2,8 @@
 #include "base/clock.h"
 
 #include <gtest/gtest.h>
-#include <string.h>
 #include <unistd.h>
+#include <cstring>
 
 #include "inside.h"
 #include "model.h"

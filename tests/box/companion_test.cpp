@@ -2,10 +2,10 @@
 // gateway's software asks them.
 #include <gtest/gtest.h>
 #include <signal.h>
-#include <string.h>
 #include <sys/socket.h>
 #include <time.h>
 #include <unistd.h>
+#include <cstring>
 
 #include "inside.h"
 #include "watch.h"
@@ -31,7 +31,7 @@ static const std::string RESULT("result", 7);
 TEST(Companion, IsFoundAndEndedByItsName) {
   start("wapp -d2 -v2 -f /etc/wapp_ap.conf", "wapp");
   // The shell that runs this has the name in its own command line, so it is ended as well.
-  (void)run("/bin/kill $(pgrep -f wapp | awk '{print $1}')");
+  static_cast<void>(run("/bin/kill $(pgrep -f wapp | awk '{print $1}')"));
   EXPECT_TRUE(wait_until([] { return !runs("wapp"); }));
   start("/sbin/rtdot1xd", "rtdot1xd");
   EXPECT_EQ(run("pgrep -l rtdot1xd | grep -c rtdot1xd").output, "1\n");
@@ -207,7 +207,7 @@ TEST(Radstat, SaysWhatItIsTold) {
   std::string reply = ask(fd, RESULT);
   ASSERT_EQ(reply.size(), 192u);
   const int32_t expected[] = {41, 13, 32, -84, -95, -91, -90, 3, -5, 2000, -71, -72, 0};
-  for (size_t i = 0; i < sizeof expected / sizeof *expected; i++)
+  for (size_t i = 0; i < sizeof expected / sizeof *expected; ++i)
     EXPECT_EQ(number_at(reply, 4 * i), expected[i]) << i;
   close(fd);
 }

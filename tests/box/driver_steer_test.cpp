@@ -1,6 +1,6 @@
 // Who is let in and who is sent away in the driver model.
-#include <errno.h>
 #include <gtest/gtest.h>
+#include <cerrno>
 
 #include "model.h"
 

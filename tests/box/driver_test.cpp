@@ -1,6 +1,6 @@
 // The radios of the driver model: profile, texts, survey, load, capabilities.
-#include <errno.h>
 #include <gtest/gtest.h>
+#include <cerrno>
 
 #include "model.h"
 
@@ -81,7 +81,7 @@ TEST(Radio, AutomaticSelectionTakesTheQuietestChannel) {
 
 TEST(Survey, TriesAgainForAWhileThenHasAllNeighbours) {
   std::string list;
-  for (int i = 0; i < 70; i++) {
+  for (int i = 0; i < 70; ++i) {
     char entry[128];
     snprintf(entry, sizeof entry,
              "%s{\"bssid\":\"02:00:5e:10:00:%02x\",\"radio\":\"ra8\",\"channel\":44}", i ? "," : "",

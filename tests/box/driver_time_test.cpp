@@ -1,6 +1,6 @@
 // What time does in the driver model: stations come and go, counters grow, events happen.
-#include <errno.h>
 #include <gtest/gtest.h>
+#include <cerrno>
 
 #include "model.h"
 
@@ -49,7 +49,7 @@ TEST(Time, CountersGrowAtTheirRates) {
   EXPECT_EQ(traffic.u32(4 + 20), 10000u);
   answer counters = query(state, 0, 0x067D, 56);
   uint32_t expected[] = {101, 42, 1003, 10004, 25, 6, 7, 8, 9, 10, 11, 12, 13, 14};
-  for (size_t i = 0; i < 14; i++)
+  for (size_t i = 0; i < 14; ++i)
     EXPECT_EQ(counters.u32(4 * i), expected[i]) << i;
   EXPECT_EQ(query(state, 1, 0x067D, 56).u32(0), 0u);
   EXPECT_EQ(stations(state, 0, 20 * kSecond).u32(4 + 32), 200u);
@@ -97,7 +97,7 @@ TEST(Time, EventsChangeTheScenario) {
 
 TEST(Time, MoreStationsThanTheTableHoldsStayOut) {
   std::string list;
-  for (int i = 0; i < 130; i++) {
+  for (int i = 0; i < 130; ++i) {
     char entry[96];
     snprintf(entry, sizeof entry, "%s{\"mac\":\"02:00:5e:00:00:%02x\",\"bss\":%d}", i ? "," : "", i,
              1 + i % 3);

@@ -1,6 +1,6 @@
 // WPS sessions of the driver model, to each of their ends.
-#include <errno.h>
 #include <gtest/gtest.h>
+#include <cerrno>
 
 #include <set>
 

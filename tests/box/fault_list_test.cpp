@@ -1,7 +1,7 @@
 // `gwbox fail list`, and what `gwbox fail clear` does to a call that a delay holds back.
-#include <errno.h>
 #include <gtest/gtest.h>
 #include <time.h>
+#include <cerrno>
 
 #include <thread>
 
@@ -51,7 +51,7 @@ TEST(FaultList, ForgetsTheOldestOfMany) {
   std::vector<fault_rule> rules;
   fault_rule rule, taken;
   std::string wrong;
-  for (int i = 0; i < 300; i++) {
+  for (int i = 0; i < 300; ++i) {
     ASSERT_TRUE(fault_parse("set", "delay=" + std::to_string(i), 1, rule, wrong)) << wrong;
     fault_add(rules, rule);
     if (i == 0) continue;

@@ -1,7 +1,7 @@
 // `gwbox fail` by name, with short answers, and what the journal says of objects.
-#include <errno.h>
 #include <gtest/gtest.h>
-#include <string.h>
+#include <cerrno>
+#include <cstring>
 
 #include "inside.h"
 #include "trap/faults.h"

@@ -1,7 +1,7 @@
 // `gwbox fail`, seen by programs that do not know of it.
-#include <errno.h>
 #include <gtest/gtest.h>
 #include <time.h>
+#include <cerrno>
 
 #include <thread>
 
@@ -29,7 +29,7 @@ TEST(Fault, MakesTheNextIwprivSetFailOnce) {
 
 TEST(Fault, AsOftenAsAsked) {
   ASSERT_EQ(run("gwbox fail 0x8BE2 EAGAIN 3").status, 0);
-  for (int i = 0; i < 3; i++)
+  for (int i = 0; i < 3; ++i)
     EXPECT_EQ(set_text("ra0", "A=1"), EAGAIN);
   EXPECT_EQ(set_text("ra0", "A=1"), 0);
 }
@@ -67,7 +67,7 @@ TEST(Fault, DelayHoldsOneCallerAndNobodyElse) {
     EXPECT_EQ(set_text("ra0", "Slow=1"), 0);
     slow_end = now_ms();
   });
-  for (int i = 0; i < 10; i++)
+  for (int i = 0; i < 10; ++i)
     EXPECT_EQ(set_text("ra1", "Fast=1"), 0);
   int64_t fast_end = now_ms();
   slow.join();

@@ -7,7 +7,7 @@
 #include "inside.h"
 
 TEST(Gateway, RadioInterfacesAreThereAndDown) {
-  for (int i = 0; i < 16; i++) {
+  for (int i = 0; i < 16; ++i) {
     std::string name = "ra" + std::to_string(i);
     run_result shown = run("ip -o link show " + name);
     EXPECT_EQ(shown.status, 0) << shown.output;
@@ -64,7 +64,7 @@ static void check_profile(const std::string& path) {
   std::set<std::string> keys;
   std::string line;
   int lines = 0;
-  for (; std::getline(file, line); lines++) {
+  for (; std::getline(file, line); ++lines) {
     EXPECT_LT(line.size(), 250u) << line;
     size_t equals = line.find('=');
     if (lines < 2 || equals == std::string::npos) continue;
@@ -72,7 +72,7 @@ static void check_profile(const std::string& path) {
   }
   EXPECT_GE(lines, 280) << path;
   EXPECT_LE(lines, 350) << path;
-  for (int i = 1; i <= 8; i++) {
+  for (int i = 1; i <= 8; ++i) {
     EXPECT_TRUE(keys.contains("SSID" + std::to_string(i)));
     EXPECT_TRUE(keys.contains("WPAPSK" + std::to_string(i)));
   }

@@ -33,7 +33,7 @@ TEST(Sysfs, EveryWriteIsRecordedInOrder) {
   ASSERT_TRUE(wait_until([&] { return writes().size() >= expected.size(); }));
   auto found = writes();
   ASSERT_EQ(found.size(), expected.size());
-  for (size_t i = 0; i < expected.size(); i++) {
+  for (size_t i = 0; i < expected.size(); ++i) {
     EXPECT_EQ(found[i]["path"], expected[i].first) << i;
     EXPECT_EQ(found[i]["text"], expected[i].second) << i;
   }
@@ -45,7 +45,7 @@ TEST(Sysfs, NothingIsLostHoweverFastItComes) {
       0);
   ASSERT_TRUE(wait_until([] { return writes().size() >= 500; }));
   auto found = writes();
-  for (size_t i = 0; i < 500; i++)
+  for (size_t i = 0; i < 500; ++i)
     EXPECT_EQ(found[i]["text"], std::to_string(i));
 }
 
@@ -132,6 +132,7 @@ TEST(Firmware, TheMeshScriptStartsItsDaemonOnce) {
   ASSERT_EQ(run("/sbin/EasyMesh_openwrt.sh").status, 0);
   EXPECT_EQ(run("pgrep -cx bs20").output, "1\n");
   EXPECT_EQ(records("/run/gwbox/easymesh.jsonl").size(), 2u);
-  (void)run("/bin/kill $(pgrep -f bs20 | awk '{print $1}')");  // ends its own shell as well
+  static_cast<void>(
+      run("/bin/kill $(pgrep -f bs20 | awk '{print $1}')"));  // ends its own shell as well
   EXPECT_TRUE(wait_until([] { return run("pgrep -x bs20").status != 0; }));
 }

@@ -2,9 +2,9 @@
 // anew.
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
-#include <string.h>
 #include <sys/socket.h>
 #include <unistd.h>
+#include <cstring>
 
 #include "inside.h"
 #include "watch.h"

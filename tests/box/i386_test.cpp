@@ -1,12 +1,12 @@
 // 32-bit programs have call numbers and a frame layout of their own. A 64-bit program reaches
 // that side of the kernel through interrupt 0x80, with everything below 4 GB.
-#include <errno.h>
 #include <gtest/gtest.h>
-#include <string.h>
 #include <sys/mman.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <cerrno>
+#include <cstring>
 
 #include "inside.h"
 

@@ -1,13 +1,13 @@
 #include "inside.h"
 
-#include <errno.h>
 #include <gtest/gtest.h>
-#include <stdio.h>
-#include <string.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
 
 #include <fstream>
 

@@ -1,8 +1,8 @@
 // What the tests that run inside a box share. Each test has a fresh mt7603+mt7612 box to itself.
 #pragma once
 
-#include <stdint.h>
 #include <sys/types.h>
+#include <cstdint>
 
 #include <nlohmann/json.hpp>
 #include <string>

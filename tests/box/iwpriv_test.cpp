@@ -26,7 +26,7 @@ TEST(Iwpriv, SetIsDoneAndJournalled) {
 }
 
 TEST(Iwpriv, EveryInterfaceOfTheBoardTakesASet) {
-  for (int i = 0; i < 16; i++) {
+  for (int i = 0; i < 16; ++i) {
     std::string name = "ra" + std::to_string(i);
     run_result set = run("iwpriv " + name + " set SSID=net" + std::to_string(i));
     EXPECT_EQ(set.status, 0) << set.output;

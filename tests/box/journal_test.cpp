@@ -1,13 +1,13 @@
 // The journal's lines and what `gwbox log` makes of them.
 #include "base/journal.h"
 
-#include <errno.h>
 #include <gtest/gtest.h>
 #include <signal.h>
-#include <stdio.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <cerrno>
+#include <cstdio>
 
 #include "inside.h"
 
@@ -126,7 +126,7 @@ TEST(Journal, ChangesPlacesAtItsLimit) {
   journal j;
   ASSERT_TRUE(journal_open(j, -1, 0));
   journal_entry entry = text_entry(std::string(1 << 20, 'x'));
-  for (int i = 0; i < 65; i++)
+  for (int i = 0; i < 65; ++i)
     journal_append(j, entry);
   std::string older = run(std::string("tail -c 200 ") + kJournalOlderPath).output;
   EXPECT_NE(older.find("\"result\":0}"), std::string::npos);

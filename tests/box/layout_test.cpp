@@ -1,7 +1,7 @@
 // Records of the driver against bytes written by hand.
-#include <errno.h>
 #include <gtest/gtest.h>
-#include <string.h>
+#include <cerrno>
+#include <cstring>
 
 #include "model.h"
 

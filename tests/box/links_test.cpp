@@ -1,10 +1,10 @@
 // What becomes of interfaces reaches the driver before any request that follows.
 #include "host/interface_news.h"
 
-#include <errno.h>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <unistd.h>
+#include <cerrno>
 
 #include "inside.h"
 #include "watch.h"
@@ -51,7 +51,7 @@ TEST(Links, AnInterfaceIsAskedWhetherItIsUp) {
 }
 
 TEST(Links, TheDriverKnowsAtOnceThatItsInterfaceIsUpOrDown) {
-  for (int i = 0; i < 20; i++) {
+  for (int i = 0; i < 20; ++i) {
     EXPECT_EQ(frequency_error("ra0"), ENETDOWN);
     ASSERT_EQ(run("ip link set ra0 up").status, 0);
     EXPECT_EQ(frequency_error("ra0"), 0);

@@ -1,7 +1,7 @@
 #include "model.h"
 
 #include <gtest/gtest.h>
-#include <string.h>
+#include <cstring>
 
 uint16_t answer::u16(size_t at) const {
   uint16_t word;

@@ -1,6 +1,6 @@
 // The driver model by itself: plain data in, plain data out.
-#include <errno.h>
 #include <gtest/gtest.h>
+#include <cerrno>
 
 #include "driver/model.h"
 #include "trap/faults.h"

@@ -1,9 +1,9 @@
 // The driver's modules, loaded and unloaded by the tools of kmod, which know nothing of the box.
-#include <errno.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/syscall.h>
 #include <unistd.h>
+#include <cerrno>
 
 #include "inside.h"
 #include "watch.h"
@@ -16,7 +16,7 @@ static bool has_interface(int n) {
 
 static int interfaces() {
   int count = 0;
-  for (int n = 0; n < 20; n++)
+  for (int n = 0; n < 20; ++n)
     count += has_interface(n);
   return count;
 }

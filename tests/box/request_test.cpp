@@ -1,13 +1,13 @@
 // Requests as programs make them through ioctl(2), right and wrong.
-#include <errno.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <string.h>
 #include <sys/ioctl.h>
 #include <sys/mman.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <cerrno>
+#include <cstring>
 
 #include <thread>
 
@@ -30,7 +30,7 @@ TEST(Request, NeverWritesMoreThanAnnounced) {
   EXPECT_EQ(request(0x8BE1, frame), 0);
   EXPECT_EQ(frame.length, 3);
   EXPECT_EQ(buffer[0], 115);
-  for (int i = 3; i < 8; i++)
+  for (int i = 3; i < 8; ++i)
     EXPECT_EQ(buffer[i], 0xEE) << i;
 }
 
@@ -160,10 +160,10 @@ TEST(Request, ThreadsAreJournalledUnderTheirProcess) {
 TEST(Request, ManyCallersAtOnceAllGetThroughInOrder) {
   constexpr int kThreads = 8, EACH = 100;
   std::vector<std::thread> threads;
-  for (int t = 0; t < kThreads; t++) {
+  for (int t = 0; t < kThreads; ++t) {
     threads.emplace_back([t] {
       std::string interface = "ra" + std::to_string(t);
-      for (int i = 0; i < EACH; i++) {
+      for (int i = 0; i < EACH; ++i) {
         EXPECT_EQ(set_text(interface.c_str(), "Step=" + std::to_string(i)), 0);
       }
     });
@@ -173,7 +173,7 @@ TEST(Request, ManyCallersAtOnceAllGetThroughInOrder) {
   auto entries = journal_entries();
   ASSERT_EQ(entries.size(), size_t{kThreads * EACH});
   std::map<std::string, int> next;
-  for (size_t i = 0; i < entries.size(); i++) {
+  for (size_t i = 0; i < entries.size(); ++i) {
     EXPECT_EQ(entries[i]["seq"], i + 1);
     int step = next[entries[i]["interface"]]++;
     EXPECT_EQ(entries[i]["text"], "Step=" + std::to_string(step));
@@ -187,14 +187,14 @@ TEST(Request, ACallerThatDiesInItsRequestHarmsNobody) {
   ASSERT_EQ(pipe(ready), 0);
   pid_t child = fork();
   if (child == 0) {
-    (void)!write(ready[1], "x", 1);
+    static_cast<void>(!write(ready[1], "x", 1));
     _exit(set_text("ra0", "Doomed=1"));
   }
   char byte;
   ASSERT_EQ(read(ready[0], &byte, 1), 1);
   // Inside the request once the kernel shows it asleep in ioctl, number 16.
   std::string state = "grep -q '^16 ' /proc/" + std::to_string(child) + "/syscall";
-  for (int i = 0; i < 200 && run(state).status != 0; i++)
+  for (int i = 0; i < 200 && run(state).status != 0; ++i)
     usleep(1000);
   ASSERT_EQ(run(state).status, 0);
   kill(child, SIGKILL);

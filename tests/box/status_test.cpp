@@ -1,6 +1,6 @@
 // `gwbox status`, `gwbox set` and the scenario in force, in a box.
-#include <errno.h>
 #include <gtest/gtest.h>
+#include <cerrno>
 
 #include "inside.h"
 
@@ -94,7 +94,7 @@ TEST(Status, NamesAreShownAsTheClientShowsThem) {
 TEST(Status, NamesAreCutBetweenCharacters) {
   ASSERT_EQ(run("ip link set ra0 up").status, 0);
   std::string name;
-  for (int i = 0; i < 10; i++)
+  for (int i = 0; i < 10; ++i)
     name += "\xe6\x97\xa5";
   EXPECT_EQ(shown_ssid(name), name);
   EXPECT_EQ(shown_ssid("\xff\xff\xff\xff\xff\xff\xff\xff"),

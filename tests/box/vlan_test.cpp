@@ -1,15 +1,15 @@
 // VLAN interfaces and bridges, made by the kernel's requests and seen by ip and bridge.
-#include <errno.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <linux/if_bridge.h>
 #include <linux/if_vlan.h>
 #include <linux/sockios.h>
 #include <net/if.h>
-#include <string.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
+#include <cerrno>
+#include <cstring>
 
 #include "inside.h"
 

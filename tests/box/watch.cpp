@@ -2,11 +2,11 @@
 
 #include <gtest/gtest.h>
 #include <poll.h>
-#include <stdio.h>
-#include <string.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
+#include <cstdio>
+#include <cstring>
 
 #include <fstream>
 #include <sstream>
@@ -17,7 +17,7 @@ static constexpr int kStepMs = 2;
 static constexpr int kSteps = 3000 / kStepMs;
 
 bool wait_until(const std::function<bool()>& condition) {
-  for (int i = 0; i < kSteps; i++) {
+  for (int i = 0; i < kSteps; ++i) {
     if (condition()) return true;
     poll(nullptr, 0, kStepMs);
   }

@@ -1,9 +1,9 @@
 // The real iwconfig and iwpriv on the model's standard and private queries.
-#include <errno.h>
 #include <gtest/gtest.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
+#include <cerrno>
 
 #include "inside.h"
 

@@ -34,7 +34,7 @@ static void start_planted() {
 static size_t count(const std::string& text, const std::string& what) {
   size_t found = 0;
   for (size_t at = text.find(what); at != text.npos; at = text.find(what, at + 1))
-    found++;
+    ++found;
   return found;
 }
 
