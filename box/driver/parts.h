@@ -1,5 +1,5 @@
-// Shared by the files of the driver model: common functions, and the handlers in the tables of requests,
-// objects and texts.
+// Shared by the files of the driver model: common functions, and the handlers in the tables of
+// requests, objects and texts.
 #pragma once
 
 #include <cstddef>

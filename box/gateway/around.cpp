@@ -19,7 +19,7 @@ bool around_publish(const driver_state& state) {
   return replace(kClockPath, clock_text(state.clock)) && replace(kScenarioPath, state.around.text);
 }
 
-// Makes all delayed calls due. The box serves them in its next round.
+// Makes all delayed calls due; trap_run_delayed does them.
 static void end_delays(trap_state& trap) {
   int64_t now = journal_now_us();
   for (trap_delayed& held : trap.delayed) {

@@ -67,7 +67,7 @@ static std::string replace(std::string& word, bool* input_read) {
 bool argument_files_read(const procedure_row& procedure, std::vector<std::string>& given,
                          std::string& error) {
   const std::vector<argument_spec> arguments = table_arguments(procedure);
-  if (given.size() != arguments.size()) return true;  // for who counts them to say
+  if (given.size() != arguments.size()) return true;  // the caller reports the wrong number
   bool input_read = false;
   for (size_t i = 0; i < given.size(); ++i) {
     if (!is_text(arguments[i]) || !given[i].starts_with('@')) continue;

@@ -28,7 +28,7 @@ static constexpr help_entry kOptions[] = {
     {"--force", "send arguments that are refused, such as BSS 17, all the same"},
     {"--inert-ok", "a procedure that does nothing is a success: status 0, not 5"},
     {"--version", "version of this program"},
-    {"-h, --help", "this text; behind a command or PROCEDURE, of that"},
+    {"-h, --help", "this text; after a command or PROCEDURE, its own"},
 };
 
 static std::string usage_line(const char* usage, bool first) {

@@ -31,10 +31,10 @@ struct top_view {
 
 }  // namespace
 
-// A call that is late is said to be, once it is this late, and from then on as often.
+// Seconds after which a call is shown as late, and between updates of how late it is.
 static constexpr double kLate = 1;
 static constexpr size_t kTableHead = 2;  // lines: headings and their units
-// A lower screen has the title and stations alone.
+// Shorter screens show only the title and the stations.
 static constexpr size_t kHeightOfAll = 6;
 
 // Bytes would be up to ten digits, for which a terminal of 80 columns has no room.

@@ -31,7 +31,7 @@ static std::string plain_value(const procedure_row& procedure, const decoded_rep
   return text_format("code %d", reply.code);
 }
 
-// A call that is late is said to be, once it is this late, and from then on as often.
+// Seconds after which a call is shown as late, and between updates of how late it is.
 static constexpr double kLate = 1;
 
 // The whole screen, cleared before.

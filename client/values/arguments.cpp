@@ -60,12 +60,12 @@ static std::string form_of(const procedure_row& procedure, const argument_spec& 
   return constraint_form(meanings_limits(procedure, argument));
 }
 
-// "12 bytes, of which byte 5 is a line end"
+// "12 bytes", or "a text whose byte 5 is a line end" when that is what is wrong.
 static std::string shown_as_bytes(const constraint& limits, const std::string& given) {
   const char* what = nullptr;
   const size_t place = constraint_misfit(limits, given, &what);
-  const std::string length = text_format("%zu byte%s", given.size(), given.size() == 1 ? "" : "s");
-  return place == 0 ? length : length + text_format(", of which byte %zu is %s", place, what);
+  if (place == 0) return text_format("%zu byte%s", given.size(), given.size() == 1 ? "" : "s");
+  return text_format("a text whose byte %zu is %s", place, what);
 }
 
 // What was given, as a message shows it. What may be a secret is not shown.

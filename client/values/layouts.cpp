@@ -154,7 +154,7 @@ static constexpr payload_field kNeighbour[] = {
 };
 static constexpr payload_rows kNeighbours = {"networks", 0, 4, 100, 64, kNeighbour};
 static constexpr payload_field kSurvey[] = {
-    {"driver_data", kBytes, 6404, 360, "", "", "the driver's own, behind its entries"}};
+    {"driver_data", kBytes, 6404, 360, "", "", "the driver's own, after its entries"}};
 
 static constexpr payload_field kMacText[] = {{"mac_address", kText, 0, 18, "", "", "", kAddress}};
 

@@ -33,7 +33,7 @@ static constexpr char kWps[] =
 static constexpr char kWpsOn[] =
     "Does nothing, though the answer is \"ok\", unless the profile has WPS on (WscEnable).";
 
-// What needs it and has no note of its own.
+// For procedures that depend on it and have no note of their own.
 static constexpr std::string_view kControllerSwitch = "HNC_SET_ENABLE";
 static constexpr char kController[] = "Fails while the home network controller does not run.";
 

@@ -33,8 +33,7 @@ enum class field_type {
   kBytes,        // `width` bytes without a known meaning
 };
 
-// Whose business a value is, for what is handed on: a redacted dump keeps only what is
-// said to be free.
+// How confidential a value is. A redacted dump keeps only free values.
 enum class content {
   kUnsaid,   // nobody has looked: left out
   kFree,     // a number, or words that the daemon itself chose
@@ -118,7 +117,8 @@ std::string_view payload_row(const payload_rows& rows, std::string_view record, 
 uint64_t payload_unsigned(const payload_field& field, std::string_view record);
 int64_t payload_signed(const payload_field& field, std::string_view record);
 std::string_view payload_bytes(const payload_field& field, std::string_view record);
-// The values that are none; whether a value is one. A time of 0 is none, either.
+// The values that mean "not known", and whether a value is another one. A time of 0 is not known
+// either.
 std::span<const int> payload_unknown(not_known unknown);
 bool payload_is_known(not_known unknown, int64_t value);
 bool payload_is_known(const payload_field& field, std::string_view record);
@@ -129,8 +129,8 @@ std::string payload_meaning(const char* meaning, not_known unknown);
 bool payload_is_signed(field_type type);
 bool payload_is_counter(field_type type);
 
-// How much a counter grew since an earlier record. False when it is not known, then or
-// now, or has gone back, as after a restart of the radio. One that is full goes on from 0, which is
-// told from going back by what is the shorter way; behind 64 bits there may be 32 of the driver.
+// How much a counter grew since an earlier record. False when it was or is not known, or
+// was reset, as after a restart of the radio. The shorter distance decides between a wrap and a
+// reset. A 64-bit field may carry a 32-bit counter of the driver.
 [[nodiscard]] bool payload_growth(const payload_field& field, std::string_view earlier,
                                   std::string_view record, uint64_t* growth);

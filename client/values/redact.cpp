@@ -52,7 +52,7 @@ static std::string other_name(std::map<std::string, std::string>& names, const s
   return found->second;
 }
 
-// Addresses that nobody has: locally administered, and those kept for measurements and for
+// Addresses that are never assigned: locally administered, and those kept for measurements and for
 // documentation.
 static std::string other_address(const std::string& text, redaction& state) {
   std::string mac = mac_of(text);

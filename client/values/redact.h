@@ -11,9 +11,9 @@
 struct redaction {
   // What stands for each address and name, the same wherever it occurs.
   std::map<std::string, std::string> macs, ipv4s, ipv6s, names;
-  size_t left_out = 0;  // values of which nothing says what they hold
+  size_t left_out = 0;  // values that nobody has classified
 };
 
 // Of an answer as json_result() has it: secrets become "(redacted)", addresses and names
-// others, and what nothing is known of goes. Empty texts and null stay.
+// are replaced, unclassified values are left out. Empty texts and null stay.
 void redact(const procedure_row& procedure, nlohmann::ordered_json& answer, redaction& state);

@@ -1,6 +1,6 @@
 #include "values/payload.h"
 
-// What answers that are one value mean, and what the codes of the others do.
+// Meanings of answers that are a single value, and of codes.
 
 using enum content;
 using enum not_known;

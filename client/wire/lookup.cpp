@@ -94,7 +94,7 @@ std::vector<std::string> lookup_near(std::string_view name, std::span<const char
     return std::pair(a.nearness, a.inert) < std::pair(b.nearness, b.inert);
   });
   found.resize(std::min(found.size(), size_t{3}));
-  // What does something is the better advice, though it is farther away.
+  // Prefer an active procedure even if it is a worse match.
   std::stable_partition(found.begin(), found.end(), [](const Candidate& c) { return !c.inert; });
   std::vector<std::string> names(found.size());
   std::ranges::transform(found, names.begin(), &Candidate::name);

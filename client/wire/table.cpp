@@ -1,5 +1,7 @@
 #include "wire/table.h"
 
+#include <string_view>
+
 #include "rpc/back_ends.h"
 #include "rpc/operation_types.h"
 
@@ -91,9 +93,10 @@ static constexpr procedure_row make_row(procedure_row row, answer_spec answer, u
 #define INERT(number, name, stem, about, members, answer, back_end, summary, ...)    \
   make_row(columns(number, #name, about, kNoMembers members, summary, true), answer, \
            kTextSize<void>, {__VA_ARGS__}),
-#define OWN(number, name, stem, about, members, answer, back_end, summary, ...)       \
-  make_row(columns(number, #name, about, kNoMembers members, summary, false), answer, \
-           kTextSize<void>, {__VA_ARGS__}),
+#define OWN(number, name, stem, about, members, answer, back_end, summary, ...) \
+  make_row(columns(number, #name, about, kNoMembers members, summary,           \
+                   std::string_view(#back_end) == "none"),                      \
+           answer, kTextSize<void>, {__VA_ARGS__}),
 
 static constexpr procedure_row kProcedures[] = {
 #include "rpc/procedures.def"

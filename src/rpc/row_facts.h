@@ -25,11 +25,11 @@ enum class topic : uint8_t {
   kExtenders,
 };
 
-// What asking does beside answering.
+// What asking does besides answering.
 enum class asking : uint8_t {
   kByAnswer,  // CODE, UPDATE and NONE act, all others read
   kReads,
-  kAdvances,  // reads, but moves on what the next caller is answered: not for polling
+  kAdvances,  // reads, but changes what the next caller is answered: not for polling
   kActs,
 };
 

@@ -63,7 +63,7 @@ int open_lock_file(const char* path, mode_t mode, struct stat* status) {
     const bool removed = planted_remove(path);
     if (old >= 0) close(old);
     errno = error;
-    // The first time somebody else may have removed it meanwhile.
+    // On the first try another process may have removed it already.
     if (!removed && tries > 0) return -1;
     file = own_file_open(AT_FDCWD, path, O_RDWR | O_CREAT, mode, status);
   }

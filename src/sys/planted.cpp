@@ -12,7 +12,7 @@
 #include "diag/own_file.h"
 #include "diag/trace.h"
 
-// Only who makes and removes directories in a loop takes more than two.
+// More than two are needed only against somebody who keeps making and removing directories.
 static constexpr int kTriesMax = 64;
 static constexpr mode_t kMode = 0644;
 
@@ -89,7 +89,7 @@ static bool may_stay(const struct stat& status, bool keep_link) {
 static bool make_first(const char* path) {
   const int file = open(path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kMode);
   if (file >= 0) close(file);
-  // What cannot be made for another reason, the command tells.
+  // Any other error is reported by the command itself.
   return file >= 0 || errno != EEXIST;
 }
 

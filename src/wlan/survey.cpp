@@ -82,7 +82,7 @@ int wlan_getCurrentChannel(int bss, int* channel) {
       break;
   }
   long double value = frequency.mantissa;
-  // What does not fit any more never fits again.
+  // Once it does not fit, further powers of ten do not either.
   for (int i = 0; i < frequency.exponent && fits_channel(value); ++i)
     value *= 10;
   *channel = fits_channel(value) ? static_cast<int>(value) : 0;

@@ -46,7 +46,7 @@ int wlan_getOnChannelMaxTxPowerdBm(int radio, int* dbm) {
   *dbm = 0;
   power_limits limits;
   if (!query(__func__, radio, &limits)) return -1;
-  int channel = -1;  // of no entry, where it stays unknown
+  int channel = -1;  // matches no entry, for a channel that stays unknown
   if (wlan_getCurrentChannel(radio, &channel) != 0) return -1;
   for (size_t i = 0; i < limits.count; ++i) {
     if (entry(limits, i)[kPowerChannel] != channel) continue;

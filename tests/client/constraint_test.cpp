@@ -306,17 +306,16 @@ TEST(Constraint, ARefusalNamesTheCharacterAndShowsNoText) {
     return error;
   };
   EXPECT_TRUE(refusal("wlan_set_key_passphrase", {"1", "1", "tell-no\none"})
-                  .ends_with("not 11 bytes, of which byte 8 is a line end"));
+                  .ends_with("not a text whose byte 8 is a line end"));
   EXPECT_TRUE(refusal("wlan_set_radius_server_key", {"1", "tell-no\x1b"})
-                  .ends_with("not 8 bytes, of which byte 8 is a control character"));
+                  .ends_with("not a text whose byte 8 is a control character"));
   EXPECT_TRUE(refusal("wlan_set_hnc_replicate_radio", {"1", "1;2"})
-                  .ends_with("not 3 bytes, of which byte 2 is ';', which separates the BSSs in the "
+                  .ends_with("not a text whose byte 2 is ';', which separates the BSSs in the "
                              "profile"));
-  EXPECT_TRUE(
-      refusal("wlan_set_hnc_action_frame_payload", {"1", "zz"})
-          .ends_with("an even number, not 2 bytes, of which byte 1 is no hexadecimal digit"));
+  EXPECT_TRUE(refusal("wlan_set_hnc_action_frame_payload", {"1", "zz"})
+                  .ends_with("an even number, not a text whose byte 1 is no hexadecimal digit"));
   EXPECT_TRUE(refusal("wlan_set_wps_pinstart", {"1", "123x"})
-                  .ends_with("not 4 bytes, of which byte 4 is no digit"));
+                  .ends_with("not a text whose byte 4 is no digit"));
 }
 
 TEST(Constraint, Words) {
