@@ -30,3 +30,6 @@
 #include "wlan/survey.h"
 #include "wlan/tx_power.h"
 #include "wlan/wps.h"
+
+// The operation of a procedure whose handler does nothing.
+inline constexpr int none = 0;

@@ -51,7 +51,10 @@ using value_of = typename Row::answer::value;
   inline constexpr auto& stem##_1_svc = derived<row_##stem, inert<0>>::handler;
 #define INERT_REFUSED(number, name, stem, ...) \
   inline constexpr auto& stem##_1_svc = derived<row_##stem, inert<-1>>::handler;
-#define OWN(number, name, stem, ...) row_##stem::handler stem##_1_svc;
+// The operation of an OWN row is one that there is.
+#define OWN(number, name, stem, topic, members, answer, back_end, ...) \
+  row_##stem::handler stem##_1_svc;                                    \
+  using operation_of_##stem = decltype(back_end);
 #include "rpc/procedures.def"
 
 // Names that differ from their procedures': kept on purpose.

@@ -25,6 +25,10 @@ MISTAKES = [
      ": wlan_config.x declares another result"),
     ("WLAN_GET_BASIC_STATS", r"WORDS\(\w+\)", "WORDS(bssid_port)",
      "has to take the members of the row"),
+    ("WLAN_GET_NA_STA_REPORT", r"IMAGE\(\w+\)", "IMAGE(mac_answer)",
+     "has to take the members of the row"),
+    ("WLAN_GET_CHANNEL_UTILIZATION", r"INT\(\w+\)", "TEXT(channel_utilization)",
+     "has to take the members of the row"),
 ]
 
 
