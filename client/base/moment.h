@@ -9,12 +9,11 @@ double moment_now();
 
 void moment_sleep_until(double moment);
 
-// `every` seconds after `moment`, or now when that is over: what was late is not
-// made up for.
+// `every` seconds after `moment`, or now if that has passed: missed times are not made up.
 double moment_next(double moment, double every);
 
-// "2026-01-31T12:00:00Z", of now.
+// The current time as "2026-01-31T12:00:00Z".
 std::string moment_stamp();
 
-// "2026-01-31 12:00:00Z" of seconds since the epoch; "-" of none.
+// "2026-01-31 12:00:00Z" from seconds since the epoch; "-" for 0.
 std::string moment_text(uint64_t seconds);

@@ -1,5 +1,4 @@
-// Bytes for people: texts that come from the network are bytes, never trusted
-// to be printable.
+// Bytes shown to people. Text from the network is never assumed to be printable.
 #pragma once
 
 #include <cstddef>
@@ -8,37 +7,36 @@
 #include <string_view>
 #include <vector>
 
-// Decodes the UTF-8 sequence at `at`; its length in bytes, or 0 when it is no
-// valid one (overlong forms and surrogates are not).
+// Decodes the UTF-8 sequence at `at`. Returns its length in bytes, or 0 if it is invalid
+// (overlong forms and surrogates are).
 size_t text_decode(std::string_view bytes, size_t at, uint32_t* code_point);
 
 bool text_is_utf8(std::string_view bytes);
 
-// Safe on a terminal: printable ASCII and valid UTF-8 as they are; control
-// characters (C0, DEL, C1), characters that change the direction of writing
-// and bytes that are no UTF-8 as \xNN, one per byte; a backslash as two.
-// So every output stands for exactly one input.
+// Makes text safe for a terminal. Printable ASCII and valid UTF-8 stay as they are. Control
+// characters (C0, DEL, C1), direction marks and bytes that are not UTF-8 become \xNN, one per
+// byte; a backslash is doubled. So each output has exactly one input.
 std::string text_escape(std::string_view bytes);
 
-// What somebody gave, for a message: escaped, in quotes, cut when it is long.
+// User input for a message: escaped, in quotes, cut if long.
 std::string text_quote(std::string_view bytes);
 
-// For a JSON string: valid UTF-8 comes back unchanged and *escaped is false;
-// else every byte that is no UTF-8 is \xNN, every backslash is two, and
-// *escaped is true. The result is always valid UTF-8.
+// For a JSON string. Valid UTF-8 is returned unchanged and *escaped is false. Otherwise bytes
+// that are not UTF-8 become \xNN, backslashes are doubled, and *escaped is true. The result is
+// always valid UTF-8.
 std::string text_for_json(std::string_view bytes, bool* escaped);
 
 // Lower-case hexadecimal digits, two per byte.
 std::string text_hex(std::string_view bytes);
 
-// Lines of an offset and up to 16 bytes, with their printable ASCII. Of full lines with
-// the same bytes the first stands for all, and one "*" for the others; the last line is
-// always there, so that the length can be read off.
+// A hex dump: offset, up to 16 bytes, printable ASCII. A run of identical full lines is shown
+// as its first line and a "*". The last line is always shown, so that the length can be read
+// off.
 std::string text_dump_bytes(std::string_view bytes);
 
-// Words of `text` in lines of at most `width` columns, all lines but the first
-// indented by `indent`; the first begins in column `column`. A longer word has
-// a line of its own. Width 0 leaves the text as it is. No newline at the end.
+// Wraps `text` at `width` columns. All lines but the first are indented by `indent`; the first
+// starts in column `column`. A longer word gets its own line. Width 0 leaves the text as it is.
+// No newline at the end.
 std::string text_wrap(std::string_view text, size_t width, size_t column, size_t indent);
 
 std::string text_lower(std::string_view text);

@@ -10,14 +10,14 @@
 #include "wire/lookup.h"
 #include "wire/rpc.h"
 
-// No call takes more.
+// No call can be longer.
 static constexpr size_t kLongest = kCallBytesMax;
 
 static bool is_text(const argument_spec& argument) {
   return argument.type == argument_type::kString || argument.type == argument_type::kText;
 }
 
-// Appends what there is, up to one byte more than is taken; why it cannot, or "".
+// Appends everything that can be read. Returns the error, or ""; too long is an error.
 static std::string read_all(int fd, std::string& text) {
   char bytes[4096];
   while (text.size() <= kLongest) {
@@ -44,7 +44,7 @@ static void drop_line_end(std::string& text) {
   if (text.ends_with('\r')) text.pop_back();
 }
 
-// Replaces the word by what its "@" names; why it cannot, or "".
+// Replaces an "@..." word by the text that it names. Returns the error, or "".
 static std::string replace(std::string& word, bool* input_read) {
   if (word.starts_with("@@")) {
     word.erase(0, 1);

@@ -1,5 +1,5 @@
-// Texts that a command line names rather than holds: what is in an argument stands in
-// every list of processes.
+// Texts read from a file or standard input, because command-line arguments show up in every
+// process list.
 #pragma once
 
 #include <string>
@@ -7,8 +7,8 @@
 
 #include "wire/table.h"
 
-// Of the words for arguments that are texts, replaces "@FILE" by what the file holds, "@-"
-// by what standard input holds, each without the line end at its end, and "@@..." by
-// "@...". False: `error` is one line, without anything that was read.
+// For text arguments, replaces "@FILE" by the file's content, "@-" by standard input, both
+// without the final line end, and "@@..." by "@...". False: `error` is one line that shows
+// nothing of what was read.
 bool argument_files_read(const procedure_row& procedure, std::vector<std::string>& given,
                          std::string& error);

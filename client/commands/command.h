@@ -1,5 +1,5 @@
-// The commands: what may stand where a procedure does. The row of each is beside its function,
-// in the file of its name. Help, completion and the search for what was meant derive from the rows.
+// The commands. Each has its row beside its function, in the file of its name. Help, completion
+// and "did you mean" derive from the rows.
 #pragma once
 
 #include <span>
@@ -10,15 +10,15 @@
 struct client_options;
 struct output_streams;
 
-// Words that complete a command line.
+// Words offered when completing a command line.
 struct command_offer {
-  // "0", "1": the first or second word after the command; "*": any other; "--sort": after that
-  // option. Of a command that calls a procedure, "0" is the procedure and "*" follows its
-  // arguments.
+  // Where they are offered: "0", "1": first or second word after the command; "*": any other
+  // word; "--sort": after that option. For a command that calls a procedure, "0" is the
+  // procedure and "*" comes after its arguments.
   const char* at;
-  const char* words;                // with blanks between
-  std::string (*list)() = nullptr;  // the words instead, of a table
-  bool procedures = false;          // names of procedures too
+  const char* words;                // separated by blanks
+  std::string (*list)() = nullptr;  // used instead of `words`
+  bool procedures = false;          // procedure names too
 };
 
 struct command_row {
@@ -26,16 +26,16 @@ struct command_row {
   std::span<const char* const> usages;  // after "wificonf"
   const char* meaning;
   std::span<const command_offer> offers;
-  // Options that take a value of which no words are offered; those of a command that calls a
-  // procedure are so after every word.
+  // Options whose value has no words to offer. If the command calls a procedure, they may
+  // follow any word.
   const char* valued = "";
   bool calls_procedure = false;  // PROCEDURE ARGUMENT... follow
-  bool has_json = true;          // --json changes what is printed, or it is JSON anyway
+  bool has_json = true;          // --json changes the output, or it is always JSON
   exit_status (*run)(const output_streams& streams, const client_options& options);
 };
 
 extern const command_row kPingCommand, kListCommand, kDescribeCommand, kSchemaCommand;
 extern const command_row kDumpCommand, kWatchCommand, kTopCommand, kCompletionCommand;
 
-// All, in the order of the help.
+// All commands, in the order of the help.
 std::span<const command_row* const> command_all();

@@ -21,7 +21,7 @@ static std::string names() {
   return out;
 }
 
-// Words that make sense for an argument; "" where they are not few.
+// Words to offer for an argument; "" if there are too many.
 static std::string values_of(const procedure_row& procedure, const argument_spec& argument) {
   std::string out;
   for (const std::string& value : constraint_values(meanings_limits(procedure, argument)))
@@ -29,8 +29,7 @@ static std::string values_of(const procedure_row& procedure, const argument_spec
   return out;
 }
 
-// "NAME|NAME...) offers='...';;" for each list of words that arguments in that
-// place have.
+// "NAME|NAME...) offers='...';;" for each list of words that arguments in this place have.
 static std::string cases_of(size_t place) {
   std::map<std::string, std::string> procedures_by_values;
   for (const procedure_row& procedure : table_procedures()) {
@@ -73,7 +72,8 @@ static std::string words_of(const command_offer& offer) {
   return offer.list == nullptr ? offer.words : offer.list();
 }
 
-// "--bss" of top: "|top/--bss". Options of a command that calls a procedure may follow any word.
+// "|top/--bss" for the "--bss" of top. Options of a command that calls a procedure may follow
+// any word.
 static std::string valued_options(command_rows commands) {
   std::string out;
   for (const command_row* command : commands) {
@@ -84,7 +84,7 @@ static std::string valued_options(command_rows commands) {
   return out;
 }
 
-// What follows an option, or stands in a place of a command's own.
+// The words after an option, or in a place of the command's own.
 static std::string command_cases(command_rows commands, bool after_option) {
   std::string out;
   for (const command_row* command : commands) {
@@ -98,8 +98,8 @@ static std::string command_cases(command_rows commands, bool after_option) {
   return out;
 }
 
-// A line for each command that calls a procedure: where the shell's variable of its name is set,
-// `condition` or else `offers` followed by the words that the command has in the place.
+// One line for each command that calls a procedure. If the shell variable of its name is set,
+// the line sets `offers`, with the command's words for that place, unless `condition` holds.
 static std::string caller_lines(command_rows commands, std::string_view place,
                                 const char* condition, const char* offers) {
   std::string out;
@@ -113,7 +113,6 @@ static std::string caller_lines(command_rows commands, std::string_view place,
   return out;
 }
 
-// Each such command's variable.
 static std::string caller_variables(command_rows commands) {
   std::string out;
   for (const command_row* command : commands)
@@ -129,10 +128,10 @@ static std::string caller_marks(command_rows commands) {
   return out;
 }
 
-// What both shells run: from the words before the one to complete to `offers`, and
-// `kind`: names, where the client takes dashes and capitals too, or values, which
-// have an order of their own. Options and what they take are passed over; where bash
-// takes "=" for a word of its own, so is that.
+// The code that both shells run. From the words before the one to complete it sets `offers` and
+// `kind`: names, which may have dashes and capitals, or values, which keep their own order.
+// Options and their values are skipped. Bash makes "=" a word of its own, so that is skipped
+// too.
 static std::string chooser(command_rows commands) {
   return "_wificonf_words() {\n"
          "  local word procedure=''" +
@@ -187,8 +186,8 @@ static constexpr char kBash[] =
     "}\n"
     "complete -F _wificonf wificonf\n";
 
-// What zsh has in `words` is the command line, which a local of that name would hide
-// from it. As a file that zsh loads with the first completion, it is the function.
+// In zsh `words` is the command line, so no local variable may have that name. When zsh
+// autoloads this file, the file itself is the function.
 static constexpr char kZsh[] =
     "_wificonf() {\n"
     "  local before=(\"${words[@]:1:$((CURRENT - 2))}\")\n"

@@ -1,5 +1,5 @@
-// Completion scripts: they hold every word that they offer, so that a Tab
-// runs neither this program nor a call.
+// Completion scripts. They contain every word that they offer, so pressing Tab runs neither
+// this program nor a call.
 #pragma once
 
 #include <span>

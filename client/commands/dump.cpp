@@ -26,7 +26,7 @@ struct dump_state {
   redaction so_far;
 };
 
-// One call and where its answer goes.
+// One call and the place for its answer.
 struct dump_call {
   const procedure_row* procedure;
   std::vector<uint32_t> arguments;
@@ -34,8 +34,8 @@ struct dump_call {
 
 }  // namespace
 
-// Calls and keeps the answer in `place`, a failure's code too. False when the
-// daemon does not answer; *code is the answer's.
+// Calls and stores the answer, or the failure code, in `place`. False if the daemon does not
+// answer; *code is the return code.
 static bool ask(dump_state& state, ordered_json& place, const dump_call& call, int32_t* code) {
   prepared_call prepared = {call.procedure, {}};
   for (const uint32_t word : call.arguments)
@@ -51,8 +51,7 @@ static bool ask(dump_state& state, ordered_json& place, const dump_call& call, i
   return true;
 }
 
-// The getters whose first argument has the name, all there is being the index;
-// "" for those without an argument.
+// The getters whose only argument is `index`; with "", those without arguments.
 static std::vector<const procedure_row*> getters_by(std::string_view index) {
   std::vector<const procedure_row*> found;
   for (const procedure_row& procedure : table_procedures()) {
@@ -79,7 +78,7 @@ static bool ask_stats(dump_state& state, ordered_json& place, uint32_t index, ui
   return ask(state, place, {lookup_name("wlan_get_stats"), {index, type}}, &code);
 }
 
-// The rows of a table of the controller, up to the first that it does not have.
+// The rows of a controller table, up to the first missing one.
 static bool ask_rows(dump_state& state, ordered_json& place) {
   for (const procedure_row* procedure : getters_by("row")) {
     int32_t code = 0;
@@ -109,10 +108,9 @@ bool dump_is_safe(const procedure_row& procedure) {
   return !procedure.inert && procedure.effect == asking::kReads;
 }
 
-// Words: dump [--redact]. Calls every getter that reads without side effects,
-// for each radio, BSS and row. --redact keeps what the layouts say to be free,
-// gives addresses and names others, the same wherever they are, and counts in "left_out"
-// the values of which nothing says what they hold.
+// Words: dump [--redact]. Calls every side-effect-free getter for each radio, BSS and row.
+// --redact keeps only values that the layouts mark as free, replaces addresses and names
+// consistently, and counts unclassified values in "left_out".
 static exit_status run_dump(const output_streams& streams, const client_options& options) {
   const bool redacted = options.words.size() == 2 && options.words[1] == "--redact";
   if (options.words.size() > 1 && !redacted)

@@ -1,7 +1,6 @@
-// "wificonf dump": what the gateway tells of itself, in one JSON object.
+// "wificonf dump": the gateway's whole state in one JSON object.
 #pragma once
 
 #include "wire/table.h"
 
-// Whether a dump calls the procedure.
 bool dump_is_safe(const procedure_row& procedure);

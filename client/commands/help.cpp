@@ -3,7 +3,7 @@
 #include "base/text.h"
 
 static constexpr size_t kWidth = 79;
-static constexpr size_t kIndent = 20;  // of the meanings
+static constexpr size_t kIndent = 20;  // column of the meanings
 
 struct help_entry {
   const char* word;

@@ -1,4 +1,4 @@
-// What --help prints, of the program and of each of its commands.
+// The output of --help, for the program and for each command.
 #pragma once
 
 #include <span>
@@ -8,5 +8,4 @@
 
 std::string help_text(std::span<const command_row* const> commands);
 
-// Usage and meaning of one command.
 std::string help_of(const command_row& command);

@@ -1,4 +1,4 @@
-// "wificonf list": which procedures there are.
+// "wificonf list": the procedures there are.
 #include "base/text.h"
 #include "commands/command.h"
 #include "commands/session.h"
@@ -31,8 +31,8 @@ static exit_status wrong_topic(const output_streams& streams, const std::string&
   return fail(streams, kExitUsage, line + " 'wificonf list --topics' has all");
 }
 
-// Takes "--active" and "--topic TOPIC" off the front of the words; `wrong` is a topic
-// that is none.
+// Takes "--active" and "--topic TOPIC" off the front of the words. `wrong` is set to an unknown
+// topic.
 static void take_options(std::vector<std::string>& words, search_choice& choice,
                          std::string& wrong) {
   while (!words.empty()) {

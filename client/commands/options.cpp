@@ -1,5 +1,5 @@
-// The one file of the client that has exceptions and RTTI: CLI11 needs them.
-// None leaves it.
+// The only file of the client with exceptions and RTTI, because CLI11 needs them. No exception
+// leaves it.
 #include "commands/options.h"
 
 #include <CLI/CLI.hpp>
@@ -46,7 +46,7 @@ static std::string one_line(std::string text) {
   return text;
 }
 
-// PROCEDURE and what follows; what is wrong with them, or "".
+// Takes PROCEDURE and the words after it. Returns the error, or "".
 static std::string take_words(std::vector<std::string> words, client_options& options) {
   if (!words.empty() && words[0] == "--") words.erase(words.begin());
   options.words = std::move(words);
@@ -69,7 +69,7 @@ options_outcome options_parse(const std::vector<std::string>& arguments, client_
     error = one_line(e.what());
   }
   if (error.empty()) error = take_words(app.remaining(), options);
-  // Where an option is wrong, those that follow it may not have been taken.
+  // After a bad option CLI11 may not have seen the later ones.
   const bool said_json = std::find(arguments.begin(), arguments.end(), "--json") != arguments.end();
   options.json = options.json || (!error.empty() && said_json);
   return error.empty() ? options_outcome::kRun : options_outcome::kError;

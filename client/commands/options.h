@@ -1,4 +1,4 @@
-// The command line: options, then PROCEDURE, then words that are its own.
+// The command line: options, then PROCEDURE, then its words.
 #pragma once
 
 #include <cstdint>
@@ -13,18 +13,17 @@ struct client_options {
   uint16_t port = 60001;
   double timeout = 10;  // seconds
   bool json = false;
-  bool raw = false;                // the result's bytes, undecoded
-  bool force = false;              // arguments that make no sense are sent all the same
-  bool inert_ok = false;           // a procedure that does nothing is a success
-  std::vector<std::string> words;  // PROCEDURE and what follows, verbatim
-  // What may stand for PROCEDURE besides: not given, but known to who reads the words.
+  bool raw = false;                // print the result's bytes undecoded
+  bool force = false;              // send arguments even if they make no sense
+  bool inert_ok = false;           // a procedure that does nothing counts as a success
+  std::vector<std::string> words;  // PROCEDURE and the words after it, verbatim
+  // Set by the program, not by an option: commands accepted in place of PROCEDURE.
   std::span<const command_row* const> commands;
 };
 
 enum class options_outcome { kRun, kHelp, kVersion, kError };
 
-// `arguments` are those of the program, without its name. kError: `error` is
-// one line, and `json` is true when --json is anywhere. From PROCEDURE on nothing is an option, so
-// -5 is an argument.
+// `arguments` are without the program's name. kError: `error` is one line, and `json` is true
+// if --json appears anywhere. Nothing after PROCEDURE is an option, so -5 is an argument.
 options_outcome options_parse(const std::vector<std::string>& arguments, client_options& options,
                               std::string& error);

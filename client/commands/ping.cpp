@@ -1,4 +1,4 @@
-// "wificonf ping": whether the daemon is there.
+// "wificonf ping": checks that the daemon answers.
 #include <algorithm>
 #include <cstdlib>
 
@@ -11,12 +11,13 @@
 static constexpr const char* kUsages[] = {"[OPTION...] ping [--wait SECONDS]"};
 static constexpr command_offer kOffers[] = {{"0", "--wait"}};
 
-// Of "--wait": the longest, how long one try waits for its answer, and the pause between two.
+// For "--wait", in seconds: the longest wait, the timeout of one try, and the pause between
+// tries.
 static constexpr double kWaitMax = 86400;
 static constexpr double kWaitTry = 0.5;
 static constexpr double kWaitPause = 0.02;
 
-// The seconds of "ping --wait SECONDS", 0 without; false on other words.
+// Reads "ping --wait SECONDS"; 0 seconds without the option. False for other words.
 static bool read_wait(const std::vector<std::string>& words, double* seconds) {
   *seconds = 0;
   if (words.size() == 1) return true;
@@ -26,7 +27,8 @@ static bool read_wait(const std::vector<std::string>& words, double* seconds) {
   return end != words[2].c_str() && *end == '\0' && *seconds > 0 && *seconds <= kWaitMax;
 }
 
-// Asks until something answers or the time is over. A ping may be sent again: it does nothing.
+// Pings until there is an answer or the time is up. A ping has no effect, so it may be sent
+// again.
 static void wait_for_answer(const client_options& options, double seconds) {
   const double end = moment_now() + seconds;
   const call_target target{options.host, options.port, options.timeout};

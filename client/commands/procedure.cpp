@@ -7,7 +7,7 @@
 #include "values/payload.h"
 #include "wire/lookup.h"
 
-static constexpr int32_t kTryAgain = 3;  // of the getters whose result is a record
+static constexpr int32_t kTryAgain = 3;  // from getters whose result is a record
 
 static const char* code_meaning(int32_t code) {
   switch (code) {
@@ -38,7 +38,7 @@ static std::string payload_text(const procedure_row& procedure, const decoded_re
   return text_format("ok (code %d%s)\n", reply.code, code_meaning(reply.code));
 }
 
-// Told on standard error: standard output has the value alone, for scripts.
+// Reported on standard error: scripts expect the value alone on standard output.
 static exit_status inert_status(const output_streams& streams, const client_options& options,
                                 const procedure_row& procedure) {
   if (!procedure.inert || procedure.answer_is_all || options.inert_ok) return kExitDone;
@@ -75,7 +75,6 @@ static exit_status show_reply(const output_streams& streams, const client_option
   return inert_status(streams, options, procedure);
 }
 
-// A result as the bytes that came.
 static void show_bytes(const output_streams& streams, const client_options& options,
                        uint32_t number, const byte_string& result) {
   std::string_view bytes(reinterpret_cast<const char*>(result.data()), result.size());

@@ -1,4 +1,4 @@
-// The call of one procedure, by name or by number.
+// Calls one procedure, by name or by number.
 #pragma once
 
 #include "commands/session.h"
@@ -6,5 +6,5 @@
 // Words: PROCEDURE ARGUMENT... Shows the result as text, as JSON or, with --raw, as bytes.
 exit_status procedure_by_name(const output_streams& streams, const client_options& options);
 
-// Words: NUMBER. Without arguments; the result is shown as bytes.
+// Words: NUMBER. Calls without arguments and shows the result as bytes.
 exit_status procedure_by_number(const output_streams& streams, const client_options& options);

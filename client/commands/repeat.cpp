@@ -4,7 +4,7 @@
 
 #include "base/text.h"
 
-// In milliseconds: whole numbers are the same in registers of any width.
+// In milliseconds: whole numbers are the same in floating-point registers of any width.
 static constexpr double kShortest = 10;
 static constexpr double kLongest = 86400e3;
 
@@ -19,7 +19,7 @@ static bool parse_count(const std::string& text, unsigned long* count) {
   return *count >= 1;
 }
 
-// False when `name` is no setting; true with an `error` when its value is wrong.
+// False if `name` is not one of the options. True with an `error` if its value is wrong.
 static bool take_one(const std::string& name, const std::string& value, repeat_settings& settings,
                      std::string& error) {
   if (name != "--every" && name != "--count") return false;

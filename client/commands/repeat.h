@@ -1,4 +1,4 @@
-// "--every TIME" and "--count N" of the commands that go on.
+// "--every TIME" and "--count N" of the commands that repeat.
 #pragma once
 
 #include <string>
@@ -6,11 +6,11 @@
 
 struct repeat_settings {
   double every = 1;         // seconds
-  unsigned long count = 0;  // 0: without end
+  unsigned long count = 0;  // 0: endless
 };
 
-// Takes them off both ends of the words. False: `error` is one line.
+// Takes the options off both ends of the words. False: `error` is one line.
 bool repeat_take(std::vector<std::string>& words, repeat_settings& settings, std::string& error);
 
-// "1s", "500ms", "5m", "1h" or "2" (seconds), of 10 ms to a day.
+// "1s", "500ms", "5m", "1h" or "2" (seconds), from 10 ms to a day.
 bool repeat_parse_time(const std::string& text, double* seconds);

@@ -27,7 +27,7 @@ static exit_status run_command(const output_streams& streams, const client_optio
   return chosen.run(streams, options);
 }
 
-// "PROCEDURE --help" and "COMMAND --help". False when the words are not that.
+// Handles "PROCEDURE --help" and "COMMAND --help". False for other words.
 static bool show_help(const output_streams& streams, const std::vector<std::string>& words) {
   if (words.size() != 2 || (words[1] != "--help" && words[1] != "-h")) return false;
   const procedure_row* procedure = lookup_procedure(words[0]);

@@ -1,4 +1,4 @@
-// The whole program, without the process around it.
+// The whole program, apart from its process.
 #pragma once
 
 #include <cstdio>
@@ -7,6 +7,6 @@
 
 #include "base/exit_status.h"
 
-// `arguments` without the program's name. Results go to `out`, each failure as
-// one line to `err` (wrong arguments have the usage line besides).
+// `arguments` are without the program's name. Results go to `out`. Each failure is one line on
+// `err`; wrong arguments add a usage line.
 exit_status run(const std::vector<std::string>& arguments, FILE* out, FILE* err);

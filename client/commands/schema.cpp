@@ -1,4 +1,4 @@
-// "wificonf schema": JSON Schemas of what --json prints, and of arguments.
+// "wificonf schema": JSON Schemas of --json output and of arguments.
 #include "show/schema.h"
 
 #include "commands/command.h"

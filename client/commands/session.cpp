@@ -43,7 +43,7 @@ bool session_prepare(const output_streams& streams, const client_options& option
   std::string error;
   std::vector<std::string> given(words.begin() + 1, words.end());
   if (!argument_files_read(*prepared.procedure, given, error)) {
-    // The message is complete as it is.
+    // The error is complete; it needs no usage line.
   } else if (!arguments_encode(*prepared.procedure, given, prepared.arguments, error)) {
     error += "; usage: " + arguments_usage(*prepared.procedure);
   } else if (!options.force && !arguments_check(*prepared.procedure, given, error)) {

@@ -1,4 +1,4 @@
-// "wificonf top": the stations of all BSSs, the busiest first.
+// "wificonf top": the stations of all BSSs, busiest first.
 #include <algorithm>
 #include <cmath>
 
@@ -16,28 +16,28 @@
 
 namespace {
 
-// What is on the screen, and what goes on beside it.
+// What the screen shows, and the state of the sampling.
 struct top_view {
   const output_streams& streams;
   const client_options& options;
   const top_options& settings;
-  top_sample shown;        // the last that was complete
-  failure_report failure;  // of the last try
-  size_t first;            // of the stations, in the first row
-  int asking;              // BSS that is to answer; 0: none
-  double asking_since;     // for the whole sample
+  top_sample shown;        // the last complete one
+  failure_report failure;  // of the last attempt
+  size_t first;            // index of the first station on the screen
+  int asking;              // BSS being asked; 0: none
+  double asking_since;     // start of the whole sample
   double drawn;
 };
 
 }  // namespace
 
-// Seconds after which a call is shown as late, and between updates of how late it is.
+// In seconds: when a call is shown as late, and how often that is updated.
 static constexpr double kLate = 1;
-static constexpr size_t kTableHead = 2;  // lines: headings and their units
-// Shorter screens show only the title and the stations.
+static constexpr size_t kTableHead = 2;  // lines: headings and units
+// On fewer lines only the title and the stations are shown.
 static constexpr size_t kHeightOfAll = 6;
 
-// Bytes would be up to ten digits, for which a terminal of 80 columns has no room.
+// Bytes can take ten digits, too wide for a terminal of 80 columns.
 static std::string kilobytes(const char* name, const top_station& station) {
   const uint64_t bytes = payload_unsigned(stations_field(name), station.record);
   return text_format("%.0f", static_cast<double>(bytes) / 1000);
@@ -65,7 +65,7 @@ static std::vector<std::string> cells_of(const top_station& station) {
 }
 
 static std::string table_of(const top_sample& sample, size_t width) {
-  // Where the terminal is narrow, the highest rank goes first.
+  // On a narrow terminal the highest rank is dropped first.
   static constexpr text_column kColumns[] = {
       {"BSS", true, "", 1},        {"STATION", false},        {"RSSI", true, "dBm", 2},
       {"DOWN", true, "Mbit/s", 5}, {"UP", true, "Mbit/s", 6}, {"OUT", true, "B/s", 3},
@@ -89,7 +89,7 @@ static std::string title_of(const top_sample& sample, size_t first, size_t room)
   return stations + ", " + sample.stamp + "\n";
 }
 
-// What is below the title: empty, or why what is shown is old.
+// The text below the title: why the table is old, or "".
 static std::string note_of(const top_view& view, size_t width) {
   const double now = moment_now();
   const std::string age = view.shown.taken == 0 ? ""
@@ -102,7 +102,7 @@ static std::string note_of(const top_view& view, size_t width) {
                      width, 0, 0) +
            "\n";
   if (view.failure.line.empty()) return "\n";
-  // Without an answer the table is that of an earlier sample.
+  // Without an answer the table shows an earlier sample.
   const bool is_old = view.failure.status == kExitNoAnswer;
   return text_wrap(view.failure.line + (is_old ? age : ""), width, 0, 0) + "\n";
 }
@@ -115,20 +115,20 @@ static size_t head_of(size_t height) {
   return height < kHeightOfAll ? 0 : kTableHead;
 }
 
-// Rows of the screen for stations; below them the cursor stands.
+// Screen rows left for stations; the cursor is below them.
 static size_t room_of(const top_view& view, size_t note_lines) {
   const size_t height = screen_height(view.streams.out);
   const size_t others = 1 + note_lines + head_of(height) + 1;  // title and cursor too
   return height > others ? height - others : 0;
 }
 
-// Moves the first station so that the screen is full as far as there are stations.
+// Scrolls so that the screen is as full as the stations allow.
 static void keep_in_bounds(top_view& view, size_t room) {
   const size_t all = view.shown.stations.size();
   view.first = std::min(view.first, all > room ? all - room : 0);
 }
 
-// The first `head` lines of a table's headings, and `count` of its rows from `first` on.
+// The first `head` heading lines of a table, and `count` rows starting at `first`.
 static std::string window_of(const std::string& table, size_t head, size_t first, size_t count) {
   std::string out;
   size_t number = 0;
@@ -172,7 +172,7 @@ static void scroll(top_view& view, live_key key) {
   draw(view);
 }
 
-// While a call has no answer; false when it is to be given up.
+// Called during a call without an answer; false gives the call up.
 static bool go_on(void* context) {
   top_view& view = *static_cast<top_view*>(context);
   for (live_key key = live_read(); key != live_key::kNone; key = live_read()) {
@@ -184,7 +184,7 @@ static bool go_on(void* context) {
   return true;
 }
 
-// False when the user has had enough.
+// False if the user quits.
 static bool wait(top_view& view, double moment) {
   while (true) {
     const live_key key = live_wait(moment);
@@ -194,7 +194,7 @@ static bool wait(top_view& view, double moment) {
   }
 }
 
-// False when the user has had enough.
+// False if the user quits.
 static bool take(top_view& view) {
   const call_idle idle = {live_fd(), go_on, &view};
   view.asking_since = moment_now();
@@ -225,7 +225,7 @@ static exit_status run_on_terminal(const output_streams& streams, const client_o
   live_begin(streams, true);
   redraw_until_quit(view);
   live_end();
-  // What was seen last stays on the terminal.
+  // Leave the last screen on the terminal.
   print(streams, screen_of(view));
   print_flush(streams);
   return view.failure.status;
@@ -250,8 +250,8 @@ static exit_status run_in_pipe(const output_streams& streams, const client_optio
   return kExitDone;
 }
 
-// Words: top [--every TIME] [--count N]. A terminal is redrawn until q is
-// pressed; elsewhere a table is printed N times, once without --count.
+// Words: top [--every TIME] [--count N]. Redraws a terminal until q is pressed. Elsewhere
+// prints a table N times, once without --count.
 static exit_status run_top(const output_streams& streams, const client_options& options) {
   top_options settings;
   std::string error;

@@ -6,7 +6,7 @@
 #include "values/stations.h"
 #include "wire/lookup.h"
 
-// "1,3,9"; false when it is no such list.
+// "1,3,9"; false for anything else.
 static bool read_bsses(const std::string& text, std::vector<int>& bsses) {
   bsses.clear();
   for (size_t at = 0; at <= text.size();) {
@@ -28,8 +28,8 @@ static std::string order_names() {
   return names;
 }
 
-// Takes "--sort KEY" or "--bss LIST" off the front. False, with an error or without one,
-// when it is not there.
+// Takes "--sort KEY" or "--bss LIST" off the front. Returns false if it is missing, or wrong,
+// which sets the error.
 static bool take_choice(std::vector<std::string>& words, top_choice& choice, std::string& error) {
   if (words.size() < 2 || (words[0] != "--sort" && words[0] != "--bss")) return false;
   if (words[0] == "--bss") {

@@ -12,6 +12,6 @@ struct top_options {
   top_choice choice;
 };
 
-// From the words after the command; without them every BSS, the busiest first. False:
-// `error` is one line.
+// Parses the words after the command. Default: every BSS, busiest first. False: `error` is one
+// line.
 bool top_options_read(std::vector<std::string> words, top_options& settings, std::string& error);

@@ -28,7 +28,7 @@ static double busy_value(const top_station& station) {
 static double bss_value(const top_station& station) {
   return -station.bss;
 }
-// Its digits as a number; more digits than an address has count up to a double's end.
+// The address as a number. One with too many digits may become infinite.
 static double station_value(const top_station& station) {
   double value = 0;
   for (const char c : text_lower(address(station))) {
@@ -73,7 +73,7 @@ static double rate_since(const char* name, const top_station& then, const top_st
   return static_cast<double>(growth) / (current.taken - then.taken);
 }
 
-// Fills in the rates of a station that was there before.
+// Fills in the rates of a station that was in the earlier sample.
 static void add_rates(top_station& current, const top_sample& before) {
   for (const top_station& then : before.stations) {
     if (then.bss != current.bss || address(then) != address(current)) continue;
@@ -114,11 +114,11 @@ top_sample top_take(const client_options& options, const top_choice& choice,
     decoded_reply reply;
     sample.failure = session_try(options, prepared, reply, idle);
     if (!sample.failure.line.empty()) return sample;
-    if (reply.code >= 0) {  // else the driver does not have the BSS up
+    if (reply.code >= 0) {  // otherwise the driver does not have the BSS up
       ++answering;
       take_stations(sample, bss, reply.data, before);
     }
-    // Many calls that each are quick enough take their time together.
+    // Even if each call is quick, all of them together take time.
     sample.failure.given_up = idle != nullptr && !idle->go_on(idle->context);
     if (sample.failure.given_up) return sample;
   }

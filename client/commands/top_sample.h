@@ -1,4 +1,4 @@
-// What "wificonf top" shows: the stations of the BSSs at one time.
+// One sample for "wificonf top": the stations of the BSSs at one time.
 #pragma once
 
 #include <span>
@@ -10,33 +10,33 @@
 
 struct top_station {
   int bss;             // 1 to 16
-  std::string record;  // its row of the answer
-  double taken;        // when the answer came, of moment_now()
-  // Bytes per second since the sample before; negative: not known.
+  std::string record;  // its row in the answer
+  double taken;        // time of the answer, as moment_now()
+  // Bytes per second since the previous sample; negative: unknown.
   double sent_rate, received_rate;
 };
 
 struct top_order {
   const char* name;
-  double (*value)(const top_station& station);  // the highest is first
+  double (*value)(const top_station& station);  // sorts highest first
 };
 
 struct top_choice {
-  std::vector<int> bsses;  // that are asked
+  std::vector<int> bsses;  // to ask
   const top_order* order;
 };
 
 struct top_sample {
   std::vector<top_station> stations;
-  double taken = 0;  // when it was complete; 0: never
+  double taken = 0;  // when it was completed; 0: never
   std::string stamp;
-  failure_report failure;  // why it is not complete, or has no BSS that is up
+  failure_report failure;  // why it is incomplete, or why no BSS is up
 };
 
-// "busy", the first, "bss", "rssi", ...
+// "busy" (the default), "bss", "rssi", ...
 std::span<const top_order> top_orders();
 
-// Asks one BSS after the other; `*asking` is the one. Rates are those since `before`.
+// Asks one BSS after the other; `*asking` is the current one. Rates are those since `before`.
 top_sample top_take(const client_options& options, const top_choice& choice,
                     const top_sample& before, const call_idle* idle, int* asking);
 

@@ -1,4 +1,4 @@
-// "wificonf watch": one call again and again.
+// "wificonf watch": repeats one call.
 #include <cmath>
 
 #include "base/moment.h"
@@ -15,7 +15,7 @@
 
 namespace {
 
-// What is kept from one answer to the next.
+// Kept from one answer to the next.
 struct sample {
   decoded_reply reply;
   double taken;
@@ -31,10 +31,10 @@ static std::string plain_value(const procedure_row& procedure, const decoded_rep
   return text_format("code %d", reply.code);
 }
 
-// Seconds after which a call is shown as late, and between updates of how late it is.
+// In seconds: when a call is shown as late, and how often that is updated.
 static constexpr double kLate = 1;
 
-// The whole screen, cleared before.
+// The whole screen, starting with a clear.
 static std::string screen_of(const output_streams& streams, const procedure_row& procedure,
                              double every, const std::string& text) {
   const std::string title =
@@ -44,7 +44,7 @@ static std::string screen_of(const output_streams& streams, const procedure_row&
          screen_lines(title + text, screen_height(streams.out) - 1, terminal_width(streams.out));
 }
 
-// The answer, for the width of a terminal or, with 0, in lines.
+// The answer as text for a terminal of `width` columns, or as lines if 0.
 static std::string shown(const prepared_call& prepared, size_t width, const sample& before,
                          const sample& current) {
   const procedure_row& procedure = *prepared.procedure;
@@ -62,7 +62,7 @@ static std::string shown(const prepared_call& prepared, size_t width, const samp
 
 namespace {
 
-// What goes on from call to call.
+// State kept from call to call.
 struct watching {
   const output_streams& streams;
   const client_options& options;
@@ -83,7 +83,7 @@ static void draw(watching& state, const std::string& text) {
   state.drawn = moment_now();
 }
 
-// While a call has no answer; false when it is to be given up.
+// Called during a call without an answer; false gives the call up.
 static bool go_on(void* context) {
   watching& state = *static_cast<watching*>(context);
   if (live_read() == live_key::kQuit) return false;
@@ -104,7 +104,7 @@ static std::string answer_text(const watching& state, size_t width, const sample
   return shown(state.prepared, width, state.before, current);
 }
 
-// What failed, where the answer would be.
+// Shows the failure where the answer would be.
 static void show_failure(watching& state, size_t width, const failure_report& failure) {
   if (state.redrawn) {
     state.shown = text_wrap(failure.line, width, 0, 0) + "\n";
@@ -123,7 +123,7 @@ static void show_answer(watching& state, size_t width, const sample& current) {
     print(state.streams, state.shown);
 }
 
-// False when the user has had enough; else *status is that of the one call alone.
+// False if the user quits; otherwise *status is that of this call alone.
 static bool take_sample(watching& state, exit_status* status) {
   const size_t width = state.redrawn ? terminal_width(state.streams.out) : 0;
   const call_idle idle = {state.redrawn ? live_fd() : -1, go_on, &state};
@@ -147,7 +147,7 @@ static bool take_sample(watching& state, exit_status* status) {
   return true;
 }
 
-// Waits for the next call; false when the user has had enough.
+// Waits for the next call; false if the user quits.
 static bool wait_for_next(const watching& state, double moment) {
   if (!state.redrawn) {
     moment_sleep_until(moment);
@@ -179,10 +179,9 @@ static bool take_force(std::vector<std::string>& words) {
   return true;
 }
 
-// Words: watch PROCEDURE ARGUMENT... [--every TIME] [--count N]. A terminal is
-// redrawn with what fits it; elsewhere every answer gives lines that begin with the time. A call
-// that fails is reported and made again at its time. Returns after N calls, or
-// never.
+// Words: watch PROCEDURE ARGUMENT... [--every TIME] [--count N]. Redraws a terminal with what
+// fits. Elsewhere every answer is printed as lines that start with the time. A failed call is
+// reported and made again at its time. Returns after N calls, or never.
 static exit_status run_watch(const output_streams& streams, const client_options& options) {
   std::vector<std::string> words(options.words.begin() + 1, options.words.end());
   repeat_settings settings;

@@ -60,7 +60,7 @@ static std::string arguments_lua(const procedure_row& procedure) {
   return "{" + out + "}";
 }
 
-// The values that are none, as the keys of a table; "" where there is no such value.
+// The values that mean "not known", as the keys of a Lua table; "" if there are none.
 static std::string unknown_lua(not_known unknown, const char* start) {
   std::string out;
   for (const int value : payload_unknown(unknown))

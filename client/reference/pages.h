@@ -1,4 +1,4 @@
-// The reference pages, made from the table.
+// The reference pages, generated from the table.
 #pragma once
 
 #include <string>
@@ -6,5 +6,5 @@
 // docs/procedures.md
 std::string reference_markdown();
 
-// packaging/wireshark/wlan_config_tables.lua: what the packet dissector knows of them.
+// packaging/wireshark/wlan_config_tables.lua: the packet dissector's tables.
 std::string reference_dissector();

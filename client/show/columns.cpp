@@ -9,7 +9,7 @@
 
 #include "base/text.h"
 
-// Without a locale for UTF-8 only ASCII can be measured: all else as \xNN.
+// Without a UTF-8 locale only the width of ASCII is known, so the rest becomes \xNN.
 static std::string ascii_of(const std::string& text) {
   std::string out;
   for (const char byte : text)
@@ -31,7 +31,7 @@ static bool has_units(std::span<const text_column> columns) {
                      [](const text_column& column) { return *column.unit != '\0'; });
 }
 
-// A heading followed by its unit, unless `below`.
+// A heading followed by its unit, unless units go `below`.
 static std::string heading_of(const text_column& column, bool below) {
   const bool alone = below || *column.unit == '\0';
   return alone ? column.heading : std::string(column.heading) + " " + column.unit;
@@ -74,7 +74,7 @@ static size_t characters_in(std::string_view text) {
 
 using text_lines = std::vector<std::vector<std::string>>;
 
-// Columns of the terminal that the table takes, its units below the headings.
+// The width of the table with its units below the headings.
 static size_t width_of(const std::vector<text_column>& columns, const text_lines& lines) {
   size_t all = 0;
   for (size_t i = 0; i < columns.size(); ++i) {
@@ -86,7 +86,7 @@ static size_t width_of(const std::vector<text_column>& columns, const text_lines
   return all;
 }
 
-// Takes columns away until the others have room, or have to stay.
+// Removes columns until the rest fit or must stay.
 static void leave_out(std::vector<text_column>& columns, text_lines& lines, size_t width) {
   while (width_of(columns, lines) > width) {
     const auto last = std::max_element(
