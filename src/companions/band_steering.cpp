@@ -14,9 +14,9 @@
 
 static constexpr char kMarker[] = "/tmp/mtk_bnd_file";
 
-// Its lock is not held while the marker is waited for, so that a setting on the RPC
-// thread does not wait those seconds with the worker. On MT7615 boards `running` means
-// the EasyMesh script instead.
+// The lock is not held during the wait for the marker, so that a setting on the RPC
+// thread does not wait for seconds with the worker. On MT7615 boards `running` refers to
+// the EasyMesh script.
 static companion band_steering = {
     .control = "bndstrgStart",
     .name = "bndstrg_1",
@@ -38,8 +38,8 @@ struct identity {
 
 }  // namespace
 
-// What a station sees of the first BSS of a radio; empty where the profile has
-// nothing that fits.
+// What a station sees of a radio's first BSS; empty where the profile has no usable
+// value.
 static identity identity_of(int radio) {
   const char* profile = bss_profile(radio);
   identity bss = {};
@@ -67,7 +67,6 @@ int isAbleToEnableBandSteering() {
 
 namespace {
 
-// What decides on band steering.
 struct steering_settings {
   int enabled;
   int radio24;
@@ -113,7 +112,7 @@ static void stop_locked(const steering_settings& settings) {
   band_steering.running = false;
 }
 
-// Runs what starts it. Returns whether it did.
+// Returns whether a start command was run.
 static bool start_locked(const steering_settings& settings) {
   if (band_steering.running) return false;
   if (!wanted(settings)) {
@@ -135,8 +134,8 @@ static bool start_locked(const steering_settings& settings) {
   return true;
 }
 
-// Looks for the daemon's marker file up to ten times, a second apart. Returns
-// how often it looked.
+// Looks for the daemon's marker file up to ten times, one second apart. Returns how often
+// it looked.
 static int wait_for_marker() {
   int looks = 0;
   while (looks <= 9) {
@@ -168,7 +167,7 @@ void bndstrgStart(int mode) {
     stop_locked(settings);
   }
   pthread_mutex_unlock(&band_steering.lock);
-  // A marker found at the ninth look counts as not started, none after ten
-  // looks as started: kept on purpose.
+  // Finding the marker at the ninth look counts as a failed start, and never finding it
+  // as a success: kept on purpose.
   if (started && hasMTK7615() == 0 && wait_for_marker() == 9) forget_start();
 }

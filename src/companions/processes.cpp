@@ -47,7 +47,7 @@ static int radio_on(int radio) {
   return profile_number(bss_profile(radio), "RadioOn", kSwitchLimit);
 }
 
-// "0" or nothing is automatic; the first character tells.
+// "0" or an empty value means automatic; only the first character counts.
 static bool channel_is_automatic() {
   char channel[kProfileFieldBuffer] = {};
   const int found =
@@ -55,8 +55,8 @@ static bool channel_is_automatic() {
   return found == 0 || channel[0] == '0' || channel[0] == '\0';
 }
 
-// The controls read all their keys whatever the mode and the first ones say, and
-// the store reports each time what it cannot read.
+// The controls read all their keys, even after the first has decided, because the store
+// reports every key that it cannot read.
 
 void dcsStart(int mode) {
   const char* profile = bss_profile(kRadio24);
@@ -77,8 +77,9 @@ void wappStart(int mode) {
   if (hasMTK7615() != 0) switch_companion(&wapp, mode, true);
 }
 
-// Whether any of 16 BSSes from the radio on names a server. From radio 1 the
-// walk runs on into the 5 GHz profile, from radio 9 past its lists: kept.
+// Whether any of 16 BSSes, starting at the radio's first, names a server. From radio 1
+// the walk goes on into the 5 GHz profile, from radio 9 past the end of its lists: kept
+// on purpose.
 static bool has_radius_server(int radio) {
   static constexpr int kSteps = 16;
   static constexpr int kServerLimit = 16;
@@ -119,8 +120,8 @@ static bool listed(const char* name) {
   return probe_number(probe, kCountSize, &running) && running >= 1;
 }
 
-// Neither the lock nor `running` is used: calls come in a turn, and the process list
-// tells what runs.
+// Needs neither the lock nor `running`: calls are made in a turn, and the process list
+// shows what runs.
 void rtdot1x_start(int radio, int mode) {
   companion* process = radio == kRadio24 ? &rtdot1xd : &rtinicapd;
   if (mode == 1 && has_radius_server(radio)) {

@@ -2,26 +2,26 @@
 
 #include <pthread.h>
 
-// A process beside the driver that is started once and killed by its name.
+// A process beside the driver, started once and killed by name.
 struct companion {
-  const char* control;  // the function that switches it, for traces
+  const char* control;  // name of its control function, for traces
   const char* name;
   const char* start;
   const char* stop;
-  bool quiet;  // its output is thrown away, and its commands are logged
-  // Held from the look at `running` to the end of the command: two threads start it
-  // once, and no stop overtakes a start. So a setting on the RPC thread waits for a
-  // command of the worker at most.
+  bool quiet;  // discards its output and logs its commands
+  // Held from the check of `running` to the end of the command, so that two threads start
+  // it only once and a stop never overtakes a start. A setting on the RPC thread waits at
+  // most for one command of the worker.
   pthread_mutex_t lock;
   bool running;  // started by this child; written under the lock
-  bool asked;    // whether one was left running has been looked at; written under the lock
+  bool asked;    // left_running has been called; written under the lock
 };
 
-// Starts it for a mode other than 0 where it is wanted, and stops it for mode 0. Nothing
+// Starts it if `mode` is not 0 and it is `wanted`; stops it if `mode` is 0. Does nothing
 // when it is in that state already.
 void switch_companion(companion* process, int mode, bool wanted);
 
-// Whether a process of its name goes on from an earlier service child, which is traced
-// as the control's. Only the first start of this child's own asks: after a stop the
-// process may only be about to end. With the lock held.
+// Whether a process of this name, started by an earlier service child, is still running;
+// traced under the control's name. Checked only before this child's first start: after a
+// stop the process may be about to exit. Call with the lock held.
 [[nodiscard]] bool left_running(companion* process);

@@ -10,7 +10,7 @@
 int main(int, char** argv) {
   reserve_standard_streams();
   survive_failed_writes();
-  // A trace is seen when it is written, also through a pipe.
+  // Traces appear at once, even through a pipe.
   setvbuf(stdout, nullptr, _IOLBF, 0);
   if (!portmapper_running()) {
     RPC_TRACE("%s - Network and/or portmapper has not been setup\n", argv[0]);

@@ -19,7 +19,7 @@ void unregister_service() {
   pmap_unset(kProgram, kVersion);
 }
 
-// Does not wait when there is no place for the result.
+// Does not wait when `result` is null.
 static void call_portmapper(CLIENT* portmapper, rpcproc_t procedure, rpcb* row, bool_t* result) {
   const timeval patience = {result != nullptr ? 1 : 0, 0};
   const xdrproc_t encoder = FILTER(xdr_rpcb);
@@ -27,8 +27,8 @@ static void call_portmapper(CLIENT* portmapper, rpcproc_t procedure, rpcb* row, 
   clnt_call(portmapper, procedure, encoder, row, decoder, result, patience);
 }
 
-// The library sends a call that does not wait together with the next one. So hardly
-// ever does somebody else's call get between removal and registration.
+// The library sends a call that does not wait together with the next one, so another
+// caller can hardly get in between removal and registration.
 static bool replace_registration(CLIENT* portmapper, u_short port) {
   char empty[] = "";
   char udp[] = "udp";
@@ -59,7 +59,7 @@ static double seconds_since(const timespec& start) {
          static_cast<double>(now.tv_nsec - start.tv_nsec) / 1e9;
 }
 
-// Any user of the box may register the program once it was removed.
+// Any user of the box may register the program once it has been removed.
 static bool replace_others(u_short port) {
   static constexpr int kTries = 100;
   static constexpr double kSeconds = 1;

@@ -4,9 +4,8 @@
 
 // The program's registration with the portmapper.
 
-// Has the transport serve the program, and registers the program's version over UDP
-// with the portmapper. Another user's registration is replaced: at most 100 tries, for
-// one second.
+// Registers the program with the transport and, over UDP, with the portmapper. Another
+// user's registration is replaced, in at most 100 tries over one second.
 [[nodiscard]] bool register_service(SVCXPRT* transport);
 
 // Removes the program from the portmapper.

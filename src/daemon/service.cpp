@@ -12,7 +12,7 @@
 #include "diag/trace.h"
 #include "sys/limits.h"
 
-// The end of the internal link that the management stack talks to.
+// Our end of the internal link to the management stack.
 static constexpr char kAddress[] = "192.168.254.254";
 static constexpr int kPort = 60001;
 
@@ -60,8 +60,8 @@ void run_service(int kept) {
     fputs("unable to register (WLAN_CONFIG_RPC_PROG, WLAN_CONFIG_API_VERSION, udp).\n", stderr);
     exit(0);
   }
-  // The controller's exchanges keep their sockets. Only now, since the library
-  // has sized its tables by the limit that it found.
+  // The controller's exchanges keep their sockets. Raise the limit only after libtirpc
+  // has sized its tables from it.
   set_descriptor_limit();
   if (replaces)
     RPC_ERROR(

@@ -11,8 +11,8 @@
 #include "daemon/service.h"
 #include "diag/trace.h"
 
-// Written by the supervisor with the stop signals blocked, read by their
-// handler; 0 while there is no child.
+// Written by the supervisor with the stop signals blocked, read by their handler; 0 when
+// there is no child.
 static volatile sig_atomic_t child_pid;
 // Written by the handler, read by the supervisor.
 static volatile sig_atomic_t stopping;
@@ -22,7 +22,7 @@ static void stop(int) {
   stopping = 1;
   if (child_pid > 0) {
     kill(child_pid, SIGTERM);
-    // A stopped child dies of it only once it goes on.
+    // A stopped child dies only after it is continued.
     kill(child_pid, SIGCONT);
   }
   errno = error;
@@ -44,8 +44,8 @@ static void set_disposition(void (*handler)(int)) {
   sigaction(SIGINT, &action, nullptr);
 }
 
-// A signal between fork and the noting of the child would miss it: the stop
-// signals wait that long.
+// The stop signals are blocked from fork until the child is recorded: one in between
+// would miss it.
 static pid_t fork_child() {
   const sigset_t signals = stop_signals();
   sigprocmask(SIG_BLOCK, &signals, nullptr);
@@ -56,9 +56,9 @@ static pid_t fork_child() {
   return child;
 }
 
-// Waits for this child and no other: a process that this one was made from may
-// have left it some. The child is reaped with the stop signals blocked, so that
-// their handler never signals a process that got its number after it.
+// Waits for this child only: the process may have inherited others. Reaps it with the
+// stop signals blocked, so that their handler never signals another process with the same
+// number.
 static bool wait_for_child(pid_t child, int* status) {
   siginfo_t info;
   int result;
@@ -82,10 +82,10 @@ static void exit_if_stopping() {
 
 void supervise() {
   set_disposition(stop);
-  // Ignored by whoever started this process, it would hide the child's end.
+  // If our parent ignored this signal, we would never learn of the child's end.
   signal(SIGCHLD, SIG_DFL);
-  // Every child inherits it and the first one binds it. So the port is never free
-  // while a child is replaced, and calls wait in the socket.
+  // Every child inherits it and the first one binds it. The port thus stays bound while a
+  // child is replaced, and calls wait in the socket.
   int kept = -1;
   for (;;) {
     if (kept < 0) kept = make_service_socket();

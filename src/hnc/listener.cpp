@@ -45,7 +45,7 @@ static int receive_reply(int sock, sockaddr_in* peer, hnc_reply* reply) {
 
 int sendMessage(const char* host, uint16_t port, const hnc_request* request, hnc_reply* reply) {
   REV_TRACE("DEBUG >>>>>>>>>>>>>>>>>>>>>>>>> In func sendMessage. \n");
-  // Never closed, so that no later request gets the port that a late reply goes to: kept on
+  // Never closed, so that a late reply cannot reach the port of a later request: kept on
   // purpose.
   const int sock = open_socket();
   const timeval second = {1, 0};

@@ -34,7 +34,7 @@ constexpr bool kNullUNCHECKED = false;
 
 }  // namespace
 
-// Leaves the answer in reply->value, with a terminator.
+// Leaves the answer in reply->value, NUL-terminated.
 static bool ask(const char* caller, const setting& row, int index, hnc_reply* reply) {
   trace_rev(caller, "%s entered\n", caller);
   hnc_request request = hnc_make_request(kHncGet, row.key, static_cast<uint32_t>(index));
@@ -107,7 +107,7 @@ static int set_value(const char* caller, const setting& row, int index, int valu
 
 namespace {
 
-// What switching the controller does, by whether its marker file is there.
+// What switching the controller does, depending on whether its marker file exists.
 struct switching {
   bool running;
   int value;

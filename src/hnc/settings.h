@@ -2,22 +2,23 @@
 
 #include "hnc/listener.h"
 
-// Settings of the home network controller. All but its own switch are kept by
-// the listener: each operation is one exchange with it, of at most one second.
-// Every operation answers 0, or -1 when the controller does not run, the request
+// Settings of the home network controller. All but its own switch are kept by the
+// listener: each operation is one exchange with it, of at most one second. Every
+// operation returns 0, or -1 when the controller does not run, the request cannot be sent
+// or no reply comes. settings.def says which failures are reported.
 // cannot be sent or no reply comes; the messages are those of settings.def.
 //
 //   int hnc_getTopologyEnable(int instance, int* result);
 //   int hnc_setTopologyEnable(int instance, int value);
 //
-// A getter's result stays as it is when the getter fails; a text is stored
-// without its terminator, so the buffer must be zeroed.
-// A flag is 1 when the answer begins with '1', else 0; a number is what atoi
-// makes of it. An empty answer is a success: 0 or an empty text.
+// A getter's result is unchanged when the getter fails. A text is stored without its
+// terminator, so the buffer must be zeroed. A flag is 1 when the answer begins with '1',
+// else 0. A number is converted by atoi. An empty answer is a success: 0 or an empty
+// text.
 //
-// A setter does not look at the reply: a value that the listener refuses is not
-// noticed. Texts are cut to 127 bytes. A null text is answered -1 and nothing is
-// sent where the row is CHECKED; the others must not be given one.
+// A setter does not look at the reply, so a value that the listener refuses goes
+// unnoticed. Texts are cut to 127 bytes. Where the row is CHECKED, a null text returns -1
+// and nothing is sent; other setters must not be given one.
 
 constexpr size_t kHncTextSize = sizeof(hnc_reply::value);
 
@@ -38,6 +39,6 @@ constexpr size_t kHncTextSize = sizeof(hnc_reply::value);
   int hnc_set##name(HNC_ARGUMENT_##instance HNC_VALUE_##type);
 #include "hnc/settings.def"
 
-// Makes (1) or removes (0) the marker file that the controller's watcher starts
-// and stops it by, and says what it did; any other value does nothing. Always 0.
+// Creates (1) or removes (0) the marker file by which the watcher starts and stops the
+// controller, and reports what it did; any other value does nothing. Always 0.
 int hnc_setEnable(int instance, int value);

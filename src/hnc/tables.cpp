@@ -9,7 +9,7 @@
 
 static constexpr hnc_reports kReports = {" ", true};
 
-// `separator` is what stands behind the operation's name in its messages.
+// `separator` follows the operation's name in its messages.
 static bool ask_for_row(const char* caller, const char* separator, const char* key, unsigned row,
                         hnc_reply* reply) {
   const hnc_request request = hnc_make_request(kHncGet, key, row);
@@ -44,8 +44,8 @@ int hnc_setHneDeviceName(unsigned row, const char* name) {
   return reply.table_error != kHncTableError ? 0 : -1;
 }
 
-// The texts may fill their fields. The time is asctime's without its line end, so
-// that a message stays one line.
+// The texts may fill their fields. The time is asctime's without its newline, so that a
+// message stays on one line.
 static void trace_record(const char* caller, unsigned row, const hnc_supported_hne& record) {
   if (!console_trace_on()) return;
   const time_t when = record.update_time;
@@ -66,7 +66,7 @@ static void trace_record(const char* caller, unsigned row, const hnc_supported_h
             record.index, record.row_status, record.config_on_demand);
 }
 
-// Into a zeroed field, to its last byte; nothing of what is behind a NUL.
+// Copies a text into a zeroed field, which it may fill without a terminator.
 template <size_t Size>
 static void copy_text(char (&to)[Size], const char (&from)[Size]) {
   memcpy(to, from, strnlen(from, Size));

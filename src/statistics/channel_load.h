@@ -7,7 +7,7 @@
 
 constexpr uint16_t kObjectChannelLoad = 0x0693;
 
-// How long the channel was busy, in the unit of the period.
+// How long the channel was busy, in the same unit as the period.
 struct channel_load_record {
   uint32_t period;
   uint8_t unused[12];

@@ -34,7 +34,7 @@ int wlan_getChannelUtilizationEnable(int radio, int* enable) {
     REV_TRACE(" channel utilization enabled. \n ");
     return 0;
   }
-  // So the driver answers while its statistics are off.
+  // The driver's answer while its statistics are off.
   if (errno == EFAULT) {
     *enable = 0;
     REV_TRACE(" channel utilization disabled. \n ");
@@ -44,8 +44,8 @@ int wlan_getChannelUtilizationEnable(int radio, int* enable) {
   return -1;
 }
 
-// The share of the period in percent. Rounded to single precision at each step,
-// on every machine alike; what a driver answers beyond the period is all of it.
+// The share of the period in percent, at most 100. Rounded to single precision at each
+// step, so that every machine gives the same result.
 static int percentage(const channel_load_record& load) {
   if (load.period == 0) return 0;
   if (load.busy >= load.period) return 100;

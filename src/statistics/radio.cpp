@@ -83,7 +83,7 @@ static void execute(const char* command) {
   run_command(command);
 }
 
-// A program of its own name per radio, so that killall finds the right one.
+// A separate program name for each radio, so that killall finds the right one.
 static void make_program(int number) {
   char path[64];
   snprintf(path, sizeof path, "/var/run/radstat%d", number);
@@ -124,7 +124,7 @@ int wlan_setRadStatEnable_1(int index, int enable, int report, int measure, int 
 }
 
 int wlan_setRadStatEnable(int index, int enable, int report, int measure) {
-  // A refused index answers 0 as well: kept on purpose.
+  // Also 0 for a refused index: kept on purpose.
   wlan_setRadStatEnable_1(index, enable, report, measure, 0);
   return 0;
 }

@@ -47,7 +47,7 @@ rad_ctrl* rad_ctrl_open(const char* daemon_path) {
 
 int rad_ctrl_request(rad_ctrl* client, const void* request, size_t request_len, void* reply,
                      size_t* reply_len) {
-  // The answer to an earlier client's request, bound to the same path.
+  // Drop answers to an earlier client's request: the path is the same.
   unix_datagram_discard(client->sock);
   if (unix_datagram_send(client->sock, request, request_len, kRoomTimeoutMs) != 0) return -1;
   const ssize_t received = unix_datagram_receive(client->sock, reply, *reply_len, kReplyTimeoutMs);

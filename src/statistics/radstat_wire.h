@@ -3,10 +3,10 @@
 #include <cstddef>
 #include <cstdint>
 
-// What the radio statistics daemon is asked and answers: one datagram each, in
-// host byte order. The layout and the meaning of the fields are the daemon's.
+// Request and reply of the radio statistics daemon: one datagram each, in host byte
+// order. The layout and the fields' meaning are the daemon's.
 
-// The request, its terminator included.
+// Sent with its terminator.
 constexpr char kRadstatRequest[] = "result";
 static_assert(sizeof kRadstatRequest == 7);
 

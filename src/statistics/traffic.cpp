@@ -9,11 +9,11 @@
 
 static constexpr int kBsssPerRadio = 8;
 
-// The driver's counter that each word of the reply takes.
+// Which driver counter each word of the reply takes.
 enum { kPacketsSent, kPacketsReceived, kBytesReceived, kBytesSent };
 static constexpr uint8_t kStatsCounters[] = {6, 4, 8, 9, 7, 5, 10, 11, 12, 13};
 
-// A radio's sums; the words in between are not filled: kept on purpose.
+// A radio's sums. The words in between are not filled: kept on purpose.
 struct radio_word {
   uint8_t word;
   uint8_t counter;
@@ -24,7 +24,6 @@ static constexpr radio_word kRadioCounters[] = {
 
 static driver_counters read_counters(int bss) {
   driver_counters counters = {};
-  // A failure leaves zeros.
   static_cast<void>(rtpriv_get_ioctl(bss, kRtprivObject, kBssCounters, &counters, sizeof counters));
   return counters;
 }
@@ -32,7 +31,6 @@ static driver_counters read_counters(int bss) {
 int wlan_getBasicStats(int bss, basic_stats* out) {
   const driver_counters counters = read_counters(bss);
   int stations = 0;
-  // A failure leaves the count at 0.
   static_cast<void>(wlan_getAssocDevicesNum(bss, &stations));
   out->bytes_sent = counters.words[kBytesSent];
   out->bytes_received = counters.words[kBytesReceived];

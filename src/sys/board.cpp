@@ -34,14 +34,14 @@ interface_name bss_interface(int bss) {
   return name;
 }
 
-// Written by whichever thread probes first; two first calls at once only read
-// the list twice.
+// Written by whichever thread probes first; if two probe at once, the list is merely read
+// twice.
 static std::atomic<bool> mtk7615_probed;
 static std::atomic<bool> mtk7615_found;
 static std::atomic<bool> single_band_probed;
 static std::atomic<bool> single_band = true;
 
-// Vendor and device as /proc/bus/pci/devices prints them, 14c3 being MediaTek.
+// Vendor and device in the form of /proc/bus/pci/devices; 14c3 is MediaTek.
 static bool list_holds(FILE* devices, std::initializer_list<const char*> ids) {
   char line[256];
   while (fgets(line, sizeof line, devices) != nullptr) {
@@ -78,8 +78,8 @@ static bool probe_single_band() {
       trace_rpc(kName, "MTK PCIE detected\n");
       return false;
     }
-    // Says 2.4 GHz though the search is for the 5 GHz parts, and is followed by
-    // the line below though the file was read: both kept on purpose.
+    // Says 2.4 GHz although the search is for the 5 GHz parts, and the line below follows
+    // although the file was read: both kept on purpose.
     trace_rpc(kName, "No MTK 2.4GHz PCIE detected\n");
   }
   trace_rpc(kName, "Cannot open file /proc/bus/pci/devices\n");

@@ -21,7 +21,7 @@ bool command_succeeds(const char* command) {
 
 void run_captured(const char* caller, const char* command) {
   char* output = nullptr;
-  // A command that cannot be run is reported by ex_cmd; nothing here depends on it.
+  // ex_cmd reports a command that cannot be run.
   static_cast<void>(ex_cmd(caller, command, &output));
   free(output);
 }
@@ -46,7 +46,7 @@ static bool is_plain(const char* text) {
 void quote_for_shell(const char* text, char* out, size_t size) {
   static constexpr char kQuote[] = "'\\''";
   const bool plain = is_plain(text);
-  // Room for the closing quote and the NUL is kept to the end.
+  // Always leaves room for the closing quote and the NUL.
   const char* end = out + size - (plain ? 1 : 2);
   if (!plain) *out++ = '\'';
   for (; *text != '\0'; ++text) {

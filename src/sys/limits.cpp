@@ -10,7 +10,7 @@ void set_descriptor_limit() {
   rlimit limit;
   if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return;
   limit.rlim_cur = std::min(limit.rlim_max, kMost);
-  // A soft limit up to the hard one is always granted; if not, it stays as it is.
+  // Raising a soft limit up to the hard one cannot fail; if it does, the limit stays.
   static_cast<void>(setrlimit(RLIMIT_NOFILE, &limit));
 }
 
@@ -18,7 +18,7 @@ static void do_nothing(int) {}
 
 void survive_failed_writes() {
   struct sigaction action = {};
-  // Not ignored: programs that are started would inherit that.
+  // Not SIG_IGN: child programs would inherit that.
   action.sa_handler = do_nothing;
   action.sa_flags = SA_RESTART;
   sigaction(SIGPIPE, &action, nullptr);

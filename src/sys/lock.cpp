@@ -43,9 +43,9 @@ static void report(const char* what, const char* which, const char* reason) {
   perror(reason);
 }
 
-// Waits a while for whoever holds what is to be removed, so that no two processes
-// hold the lock, one by the old file and one by the new. Not for ever: every user
-// can hold a file that he may open. Returns its descriptor, or -1.
+// Waits a while for the holder of a file that is to be removed, so that no two processes
+// hold the lock, one through the old file and one through the new. Not forever: any user
+// can lock a file that he may open. Returns its descriptor, or -1.
 static int wait_for_holder(const char* path) {
   const int file = open(path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
   if (file < 0) return -1;
@@ -63,15 +63,15 @@ int open_lock_file(const char* path, mode_t mode, struct stat* status) {
     const bool removed = planted_remove(path);
     if (old >= 0) close(old);
     errno = error;
-    // On the first try another process may have removed it already.
+    // On the first try, another process may have removed it already.
     if (!removed && tries > 0) return -1;
     file = own_file_open(AT_FDCWD, path, O_RDWR | O_CREAT, mode, status);
   }
   return file;
 }
 
-// Whether the locked file is the one that others find at the path: one that was
-// removed while it was waited for is no lock.
+// Whether the locked file is still the one at the path: a lock on a file that was removed
+// during the wait is worthless.
 static bool still_in_place(const char* path, const struct stat& file) {
   struct stat now;
   return stat(path, &now) == 0 && now.st_dev == file.st_dev && now.st_ino == file.st_ino &&
@@ -85,8 +85,8 @@ static int close_failing(int fd) {
   return -1;
 }
 
-// Opens the file at `path` and locks it. Returns its descriptor, or -1 with errno
-// and `*opened` as far as it came.
+// Opens the file at `path` and locks it. Returns its descriptor, or -1 with errno;
+// `*opened` is set when opening succeeded.
 static int lock_file(const char* path, int operation, bool* opened) {
   for (int tries = 0; tries < kTriesMax; ++tries) {
     struct stat status;

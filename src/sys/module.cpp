@@ -11,7 +11,7 @@
 #include "diag/trace.h"
 
 int insert_module(const char* path, const char* params) {
-  // An unopenable file shows up as a failed mapping of descriptor -1.
+  // If the file cannot be opened, mapping descriptor -1 fails.
   const int file = open(path, O_RDONLY | O_CLOEXEC);
   struct stat status = {};
   fstat(file, &status);

@@ -19,7 +19,6 @@ static int open_handle(const char* caller, int type) {
   return sock;
 }
 
-// Places a dotted address in the record and issues the request.
 static bool set_address(int sock, ifreq* record, const char* address, unsigned long request) {
   sockaddr_in value = {};
   value.sin_family = AF_INET;
@@ -28,20 +27,20 @@ static bool set_address(int sock, ifreq* record, const char* address, unsigned l
   return ioctl(sock, request, record) >= 0;
 }
 
-// Returns the name of the request that the kernel refused, null when it refused
-// none that counts.
+// Returns the name of the request that the kernel refused; null when none was refused, or
+// the interface does not exist.
 static const char* configure(int sock, ifreq* record, const char* address, const char* netmask,
                              int flags, int up) {
-  // A flags word of 0 takes the interface down before it is changed. One that
-  // is not there counts as done: kept on purpose.
+  // A flags word of 0 takes the interface down before the changes. A missing interface
+  // counts as done: kept on purpose.
   if (ioctl(sock, SIOCSIFFLAGS, record) < 0) return nullptr;
   if (address != nullptr) {
     if (!set_address(sock, record, address, SIOCSIFADDR)) return "SIOCSIFADDR";
     const bool masked = netmask != nullptr && strcmp(address, "0.0.0.0") != 0;
     if (masked && !set_address(sock, record, netmask, SIOCSIFNETMASK)) return "SIOCSIFNETMASK";
   }
-  // The flags share storage with an address placed before, whose family stays
-  // in them: kept on purpose.
+  // The flags share storage with the address set before, whose family remains in them:
+  // kept on purpose.
   const int word = record->ifr_flags | flags;
   record->ifr_flags = static_cast<short>(up != 0 ? word | IFF_UP : word & ~IFF_UP);
   return ioctl(sock, SIOCSIFFLAGS, record) < 0 ? "SIOCSIFFLAGS" : nullptr;

@@ -12,7 +12,8 @@
 #include "diag/own_file.h"
 #include "diag/trace.h"
 
-// More than two are needed only against somebody who keeps making and removing directories.
+// More than two are needed only against someone who keeps making and removing
+// directories.
 static constexpr int kTriesMax = 64;
 static constexpr mode_t kMode = 0644;
 
@@ -24,7 +25,7 @@ static bool has_second_name(const struct stat& status) {
   return !S_ISDIR(status.st_mode) && status.st_nlink > 1;
 }
 
-// A directory of others is not walked through: its owner may move it meanwhile.
+// Another user's directory is not walked through: its owner may move it meanwhile.
 static bool move_aside(const char* path) {
   char place[] = "/tmp/.planted.XXXXXX";
   if (mkdtemp(place) == nullptr) return false;
@@ -37,8 +38,8 @@ static bool move_aside(const char* path) {
   return false;
 }
 
-// Puts an empty file of ours over what is no directory. One step, so that there is no
-// moment in which others find the place empty.
+// Puts an empty file of ours over anything but a directory, in one step, so that the path
+// is never free for others.
 static bool put_over(const char* path) {
   char file[] = "/tmp/.planted.XXXXXX";
   const int made = mkostemp(file, O_CLOEXEC);
@@ -61,7 +62,7 @@ static const char* clear_file(const char* path, bool replace) {
   return cleared ? "removed" : nullptr;
 }
 
-// A directory is never replaced in one step.
+// A directory cannot be replaced in one step.
 static bool remove_planted(const char* path, const struct stat& status, bool replace) {
   const char* done = S_ISDIR(status.st_mode) ? clear_directory(path) : clear_file(path, replace);
   if (done == nullptr) {
@@ -85,11 +86,11 @@ static bool may_stay(const struct stat& status, bool keep_link) {
   return S_ISREG(status.st_mode) || (keep_link && S_ISLNK(status.st_mode));
 }
 
-// Whether an own file is at `path`, which was missing.
+// Creates an own file at `path`. False when something is there already.
 static bool make_first(const char* path) {
   const int file = open(path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kMode);
   if (file >= 0) close(file);
-  // Any other error is reported by the command itself.
+  // The command itself will report any other error.
   return file >= 0 || errno != EEXIST;
 }
 

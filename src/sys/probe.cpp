@@ -16,14 +16,14 @@ bool probe_number(const char* command, size_t size, int* number) {
   if (stream == nullptr) return false;
   char text[33] = {};
   const size_t length = fread(text, 1, std::min(size, sizeof text - 1), stream);
-  // pclose, so that the probe does not wait to be collected as a child.
+  // pclose, so that the probe does not remain as a zombie.
   pclose(stream);
   *number = atoi(text);
   return length > 0;
 }
 
-// Whether /proc/PID/status tells of such a process. The user is the real one: a
-// program that runs with its owner's rights is still of who started it.
+// Whether /proc/PID/status describes such a process. Compares the real user: a
+// set-user-ID program still belongs to whoever started it.
 static bool tells_of(FILE* status, const char* name) {
   char line[128];
   char process[32] = "";

@@ -16,8 +16,8 @@
 static constexpr mode_t kRecordFileMode = 0600;
 static constexpr int kTriesMax = 16;
 
-// The user who started a process; false when it cannot be told. /proc/PID itself is
-// root's for a process that wants it so.
+// The user who started a process; false when unknown. The owner of /proc/PID would not do:
+// a process can make that root.
 static bool user_of(pid_t process, uid_t* user) {
   char path[32];
   char text[512] = {};
@@ -35,7 +35,7 @@ static struct flock whole_file() {
   return whole;
 }
 
-// Whether a lock that was refused is another user's, who can lock what he may open.
+// Whether another user holds the lock: anyone who may open the file can lock it.
 static bool held_by_stranger(int file, const struct stat& status) {
   if ((status.st_mode & 077) == 0) return false;
   struct flock held = whole_file();

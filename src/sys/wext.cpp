@@ -11,8 +11,8 @@
 #include "diag/trace.h"
 #include "sys/board.h"
 
-// A request to the interface of a BSS, whatever its index: one without an interface is
-// the kernel's to refuse. With a record, its data form.
+// A request to the interface of any BSS index; the kernel refuses one without an
+// interface. With a record, its data form.
 static iwreq frame_of(int bss) {
   const interface_name name = bss_interface(bss);
   iwreq frame = {};
@@ -29,8 +29,8 @@ static iwreq frame_of(int bss, const void* record, uint16_t length, uint16_t fla
   return frame;
 }
 
-// Issues one request on a socket of its own. Returns 1, or 0 with errno kept
-// from the request; `blank` is what the caller's message has before its line end.
+// Issues one request on its own socket. Returns 1, or 0 with errno from the request;
+// `blank` is what the caller's message has before its newline.
 static int issue(const char* caller, unsigned request, unsigned subcmd, iwreq* frame,
                  const char* blank = "") {
   const int sock = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
@@ -114,7 +114,7 @@ void wireless_close(int sock) {
   close(sock);
 }
 
-// Asks for what the driver answers in the frame itself.
+// Queries what the driver returns in the frame itself.
 static wireless_result ask(unsigned request, iwreq* frame) {
   const int sock = wireless_open();
   if (sock < 0) return wireless_result::kNoSocket;

@@ -2,34 +2,32 @@
 
 #include <cstdint>
 
-// The one door to the radio driver: private ioctls (wireless extensions, struct iwreq
-// in its data form) and the few standard requests. Every function addresses the interface of a
-// 1-based BSS index, "ra" followed by the index minus one; a radio index selects ra0 or ra8.
-// Request numbers and sub-commands are the driver's. Each call uses a socket
-// of its own; all may be called from any thread. They return 1 for success and
-// 0 for failure, which they report as an RPC error naming request and
-// sub-command.
+// All requests to the radio driver go through here: private ioctls (wireless extensions,
+// struct iwreq in its data form) and a few standard requests. Functions address the
+// interface of a 1-based BSS index, "ra" followed by the index minus one; a radio index
+// selects ra0 or ra8. Request numbers and sub-commands are the driver's. Each call uses
+// its own socket, so any thread may call. They return 1 for success and 0 for failure,
+// which they report as an RPC error naming request and sub-command.
 
 constexpr unsigned kRtprivObject = 0x8BE1;        // object query or set, sub-command in the flags
-constexpr uint16_t kRtprivSet = 0x8000;           // beside the sub-command of a set
+constexpr uint16_t kRtprivSet = 0x8000;           // added to the sub-command of a set
 constexpr unsigned kRtprivText = 0x8BE2;          // "Key=Value", as "iwpriv raN set" passes it
 constexpr unsigned kRtprivStationTable = 0x8BEF;  // the associated-station table
 
-// Reads an object into `buffer` of `size` bytes. The driver is told one byte
-// less than the buffer holds, on purpose, and writes at most that many: these
-// bytes are zeros after a failure, whatever the driver wrote before it failed.
+// Reads an object into `buffer` of `size` bytes. The driver is given one byte less, on
+// purpose, and writes at most that many. After a failure these bytes are zeros, whatever
+// the driver wrote.
 [[nodiscard]] int rtpriv_get_ioctl(int bss, unsigned request, unsigned subcmd, void* buffer,
                                    unsigned size);
 
-// The same; returns 3 when the driver answers EAGAIN (try again: a site survey
-// is still running), after reporting it like any failure. The buffer then keeps
-// what the driver has so far.
+// The same, but returns 3 when the driver answers EAGAIN (a site survey is still
+// running), reported like any failure. The buffer then keeps what the driver has so far.
 constexpr int kRtprivTryAgain = 3;
 [[nodiscard]] int rtpriv_get_ioctl_2(int bss, unsigned request, unsigned subcmd, void* buffer,
                                      unsigned size);
 
-// Reads an object of up to 4095 bytes into `buffer` of 4096, which is zeroed
-// first; `*out_length` receives the length that the driver returned.
+// Reads an object of up to 4095 bytes into `buffer` of 4096, which is zeroed first;
+// `*out_length` receives the length that the driver returned.
 constexpr unsigned kRtprivStructSize = 4096;
 [[nodiscard]] int rtpriv_get_int_struct_ioctl(int bss, unsigned request, unsigned subcmd,
                                               void* buffer, unsigned* out_length);
@@ -38,16 +36,16 @@ constexpr unsigned kRtprivStructSize = 4096;
 [[nodiscard]] int rtpriv_get_int_ioctl(int bss, unsigned request, unsigned subcmd,
                                        int32_t* out_value);
 
-// Sends a text; its terminator is counted when `subcmd` is 0. An empty text
-// still issues the request, with a null data part. A text beyond the frame's
-// 16-bit length is refused with E2BIG.
+// Sends a text; its terminator is counted when `subcmd` is 0. An empty text still issues
+// the request, with a null data part. A text longer than the frame's 16-bit length is
+// refused with E2BIG.
 [[nodiscard]] int rtpriv_set_ioctl(int bss, unsigned request, unsigned subcmd, const char* text);
 
-// Writes an object: the sub-command goes out with kRtprivSet.
+// Writes an object: adds kRtprivSet to the sub-command.
 [[nodiscard]] int rtpriv_set_ioctl_2(int bss, unsigned request, unsigned subcmd, const void* buffer,
                                      uint16_t length);
 
-// ---- Requests that report nothing: their callers have words of their own.
+// ---- Requests that report nothing: their callers have their own messages.
 
 enum class wireless_result { kDone, kNoSocket, kRefused };
 
@@ -55,26 +53,26 @@ enum class wireless_result { kDone, kNoSocket, kRefused };
 constexpr unsigned kWirelessGetRate = 0x8B21;
 [[nodiscard]] wireless_result wireless_get_rate(int bss, int32_t* bits_per_second);
 
-// The frequency of an interface, mantissa times ten to the exponent
-// (SIOCGIWFREQ); the driver answers its channel.
+// The frequency of an interface, mantissa times ten to the exponent (SIOCGIWFREQ); the
+// driver returns its channel number.
 struct wireless_frequency {
   int32_t mantissa;
   int16_t exponent;
 };
 [[nodiscard]] wireless_result wireless_get_frequency(int bss, wireless_frequency* frequency);
 
-// An object to set: sub-command with its set bit, and the record.
+// An object to set: the sub-command with its set bit, and the record.
 struct wireless_object {
   uint16_t flags;
   uint16_t length;
   const void* record;
 };
 
-// Sets objects one after the other, on one socket, until the driver refuses one. Returns how many
-// it took.
+// Sets objects in order, on one socket, until the driver refuses one. Returns how many it
+// accepted.
 [[nodiscard]] int wireless_set_objects(int sock, int bss, const wireless_object* objects,
                                        int count);
 
-// The socket for them, -1 when there is none; the caller closes it.
+// A socket for that, which the caller closes; -1 on failure.
 [[nodiscard]] int wireless_open();
 void wireless_close(int sock);

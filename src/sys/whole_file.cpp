@@ -15,10 +15,10 @@
 
 static constexpr mode_t kNewFileMode = 0666;
 static constexpr mode_t kPrivateMode = 0600;
-// One byte more has to fit a size_t of 32 bits.
+// With one more byte it must still fit a 32-bit size_t.
 static constexpr off_t kLargest = INT32_MAX;
 
-// Closes on a failing path without losing the reason.
+// Closes after a failure and preserves errno.
 static bool fail_closing(int file) {
   const int error = errno;
   close(file);
@@ -97,7 +97,7 @@ bool file_read_piece(const char* path, off_t offset, char* data, size_t size, si
   const int file = open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
   if (file < 0) return false;
   *length = 0;
-  // An offset before the file's begin has nothing behind it, as one beyond its end.
+  // A negative offset gives nothing, like one beyond the end.
   if (lseek(file, offset, SEEK_SET) >= 0) {
     static_cast<void>(read_fully(file, data, size, length));
   }
@@ -132,15 +132,15 @@ static bool replace_content(int file, const char* data, size_t length) {
   return write_fully(file, data, length) && ftruncate(file, static_cast<off_t>(length)) == 0;
 }
 
-// Has the filesystem set aside what the file will grow by, its size unchanged:
-// a reader must not see it grow before it is written.
+// Reserves disk space for the growth without changing the size: a reader must not see the
+// file grow before it is written.
 static bool make_room(int file, size_t length, const file_image* old) {
   if (length <= old->length) return true;
   const off_t size = static_cast<off_t>(length);
   return fallocate(file, FALLOC_FL_KEEP_SIZE, 0, size) == 0 || errno == EOPNOTSUPP;
 }
 
-// A FIFO in its place cannot block the writer.
+// Never blocks, even if the path is a FIFO.
 static int open_to_overwrite(const char* path) {
   const int file = open(path, O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK, kNewFileMode);
   if (file < 0) return -1;
@@ -157,19 +157,19 @@ bool file_overwrite(const char* path, const char* data, size_t length, const fil
   if (make_room(file, length, old) && replace_content(file, data, length)) return close(file) == 0;
   const int error = errno;
   if (lseek(file, 0, SEEK_SET) == 0) {
-    // The old content fits where it was; there is nothing left to do if not.
+    // The old content fits where it was; if not, there is nothing left to do.
     static_cast<void>(replace_content(file, old->data, old->length));
   }
   errno = error;
   return fail_closing(file);
 }
 
-// A filesystem without modes, as on many a drive, refuses to set one.
+// A filesystem without modes, common on USB drives, refuses to set one.
 static bool give_mode(int file, const struct stat& status, mode_t mode) {
   return (status.st_mode & 07777) == mode || fchmod(file, mode) == 0 || errno == EPERM;
 }
 
-// A file that others may have in their hands is replaced by a new one.
+// Replaces a file that others may have open.
 static int open_own(const char* path, mode_t mode, struct stat* status) {
   constexpr int kFlags = O_WRONLY | O_CREAT;
   const int file = own_file_open(AT_FDCWD, path, kFlags, mode, status);
