@@ -108,8 +108,8 @@ std::string columns_text(std::span<const text_column> all_columns,
   if (width != 0) leave_out(columns, lines, width);
   libscols_table* table = scols_new_table();
   if (table == nullptr) return "";
-  // The library measures characters as the thread's locale has them, and in one
-  // that is not for UTF-8 it never comes to the end of a text that is.
+  // The library measures characters by the thread's locale. In a locale without UTF-8 it loops
+  // forever on UTF-8 text.
   const locale_t utf8 = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
   const locale_t before = uselocale(utf8);
   fill(table, columns, lines, headings && width != 0 && has_units(all_columns), utf8 != nullptr);

@@ -12,9 +12,9 @@
 #include "wire/topic.h"
 
 static constexpr size_t kWidth = 80;
-static constexpr size_t kNameColumnMax = 36;  // longer names stand out of their column
+static constexpr size_t kNameColumnMax = 36;  // longer names overflow the column
 static constexpr int kTypeColumn = 10;
-static constexpr size_t kSummaryMin = 24;  // narrower than this is not worth a column
+static constexpr size_t kSummaryMin = 24;  // a narrower column is not worth having
 
 static std::string pad(std::string text, size_t width) {
   if (text.size() < width) text.append(width - text.size(), ' ');
@@ -27,7 +27,7 @@ static std::string list_line(const procedure_row& procedure, size_t number_width
   std::string line = std::string(number_width - number.size(), ' ') + number + "  " +
                      pad(lookup_display_name(procedure), name_width) + "  ";
   size_t indent = number_width + name_width + 4;
-  if (width != 0 && line.size() > indent) {  // the name takes a line of its own
+  if (width != 0 && line.size() > indent) {  // a long name gets its own line
     line = line.substr(0, line.size() - 2) + "\n" + std::string(indent, ' ');
   }
   const std::string mark = procedure.inert ? " (does nothing)" : "";
@@ -94,7 +94,7 @@ static std::string shell_quote(std::string_view word) {
   const char* plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-.,:/";
   bool is_plain = word.find_first_not_of(plain) == std::string_view::npos;
   if (is_plain && !word.empty()) return std::string(word);
-  return std::string("'").append(word).append("'");  // no example has a quote of its own
+  return std::string("'").append(word).append("'");  // no example contains a quote
 }
 
 std::string describe_list(const std::vector<const procedure_row*>& procedures, size_t width) {
@@ -157,7 +157,7 @@ std::string describe_type(const argument_spec& argument) {
 std::string describe_field(const payload_field& field) {
   switch (field.type) {
     case field_type::kFlag:
-      return "flag";  // 32 bits, 0 or not
+      return "flag";
     case field_type::kText:
       return text_format("text[%u]", field.width);
     case field_type::kBytes:
@@ -165,9 +165,9 @@ std::string describe_field(const payload_field& field) {
     case field_type::kMac:
       return "MAC";
     case field_type::kRate:
-      return "rate";  // 16 bits
+      return "rate";
     case field_type::kTime:
-      return "time";  // 32 bits
+      return "time";
     case field_type::kU8:
     case field_type::kI8:
     case field_type::kU16:

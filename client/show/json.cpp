@@ -24,7 +24,7 @@ static ordered_json head(const procedure_row& procedure) {
   return object;
 }
 
-// A text under its name; "NAME_escaped" tells that it is no UTF-8.
+// A text under its name. "NAME_escaped" marks a text that is not UTF-8.
 static void put_text(ordered_json& object, const std::string& name, std::string_view bytes) {
   bool escaped = false;
   object[name] = text_for_json(bytes, &escaped);

@@ -10,7 +10,7 @@
 #include "base/moment.h"
 
 static constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGTSTP, SIGWINCH};
-// A signal between the look and the wait is noticed this much later, in seconds.
+// In seconds: how late a signal may be noticed that comes between check and wait.
 static constexpr double kLongestWait = 0.25;
 
 static constexpr struct {
@@ -35,7 +35,7 @@ struct live_terminal {
   bool own_screen;
   bool has_keys;
   termios before;
-  std::string typed;  // read and not yet used
+  std::string typed;  // read but not yet used
 } terminal;
 
 }  // namespace
@@ -52,7 +52,7 @@ static void note_signal(int number) {
 static void enter() {
   for (const int number : kSignals)
     signal(number, note_signal);
-  // In the background the terminal is another program's.
+  // A background process must not touch the terminal.
   terminal.has_keys =
       tcgetpgrp(STDIN_FILENO) == getpgrp() && tcgetattr(STDIN_FILENO, &terminal.before) == 0;
   termios raw = terminal.before;
@@ -76,7 +76,7 @@ static void stop() {
   enter();
 }
 
-// How many bytes of what was typed are the first key; 0 when its end is still to come.
+// The length of the first key in `typed`; 0 if it is incomplete.
 static size_t first_key_length(std::string_view typed) {
   if (typed[0] != '\033') return 1;
   if (typed.size() < 2) return 0;

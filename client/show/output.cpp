@@ -8,7 +8,7 @@
 #include "base/text.h"
 #include "show/json.h"
 
-// The stream keeps that a write failed, not why.
+// The stream remembers that a write failed, but not why.
 static void note_error(const output_streams& streams, bool written) {
   const int error_number = errno;
   if (!written && streams.notes->error_number == 0) streams.notes->error_number = error_number;

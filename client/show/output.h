@@ -1,4 +1,4 @@
-// Where a command's output goes: results to one stream, each failure as one line to the other.
+// Where output goes: results to one stream, each failure as one line to the other.
 #pragma once
 
 #include <cstdio>
@@ -7,9 +7,9 @@
 #include "base/exit_status.h"
 #include "show/failure.h"
 
-// What is told of at the end, when the output could not be written.
+// Needed at the end to report that the output could not be written.
 struct output_notes {
-  int error_number;  // of the first write that failed, 0: none has
+  int error_number;  // of the first failed write; 0: none
   bool called;       // a call was made and answered
 };
 
@@ -17,20 +17,19 @@ struct output_streams {
   FILE* out;
   FILE* err;
   output_notes* notes;
-  bool json;  // failures are told on `out` too
+  bool json;  // failures are reported on `out` too
 };
 
 void print(const output_streams& streams, const std::string& text);
 
-// What was printed goes out now.
 void print_flush(const output_streams& streams);
 
-// One line to standard error; returns `status`.
+// Prints one line to standard error; returns `status`.
 exit_status note(const output_streams& streams, exit_status status, const std::string& line);
 
-// The same for what ends a command without a result, which --json tells, too.
+// Reports a failure that ends the command, with --json on `out` too.
 exit_status fail(const output_streams& streams, const failure_report& failure);
 exit_status fail(const output_streams& streams, exit_status status, const std::string& line);
 
-// Columns of the terminal that `out` is, or 0.
+// The width of the terminal `out`; 0 if it is not one.
 size_t terminal_width(FILE* out);

@@ -16,7 +16,7 @@ static std::string show_mac(std::string_view mac) {
   return text;
 }
 
-// Bytes as they are; of many only the first: all are in the JSON.
+// Bytes in hexadecimal. Long values are cut; the JSON has them whole.
 static std::string show_bytes(std::string_view bytes) {
   constexpr size_t kMost = 16;
   if (bytes.size() <= kMost) return text_hex(bytes);
@@ -27,8 +27,8 @@ static bool is_text(field_type type) {
   return type == field_type::kText || type == field_type::kMac || type == field_type::kTime;
 }
 
-// A counter's growth per second; "" for other fields, without an earlier record,
-// and when it has gone back.
+// A counter's growth per second. "" for other fields, without an earlier record, or if the
+// counter went back.
 static std::string show_rate(const payload_field& field, std::string_view record,
                              const earlier_record* earlier) {
   if (earlier == nullptr || earlier->record.empty() || !payload_is_counter(field.type)) return "";
@@ -38,7 +38,7 @@ static std::string show_rate(const payload_field& field, std::string_view record
   return text_format(rate < 100 ? "%.1f" : "%.0f", rate);
 }
 
-// The row as it was; an empty record when it was not there.
+// The same row earlier; an empty record if there was none.
 static earlier_record earlier_row(const payload_rows& rows, std::string_view row,
                                   const earlier_record& earlier) {
   for (const payload_field& field : rows.fields) {
@@ -65,12 +65,12 @@ static std::string show_fields(std::span<const payload_field> fields, std::strin
   return columns_text(std::span(kColumns).first(earlier == nullptr ? 2 : 3), lines, false, width);
 }
 
-// Whether a counter has a column for its rate beside its own.
+// Whether a counter has a column for its rate.
 static bool has_rate(const payload_field& field, const earlier_record* earlier) {
   return earlier != nullptr && payload_is_counter(field.type);
 }
 
-// As tables have it: all rates in the one unit.
+// In tables all rates have the same unit.
 static const char* unit_in_table(const payload_field& field) {
   return field.type == field_type::kRate1024 ? "Mbit/s" : field.unit;
 }
@@ -106,7 +106,7 @@ static std::string show_rows(const payload_rows& rows, std::string_view record,
   return columns_text(columns, lines, true, settings.width);
 }
 
-// A value as one word: in quotes where it has blanks, and never ending them.
+// A value as one word: quoted if it has blanks, with quotes inside escaped.
 static std::string quoted(const std::string& value) {
   if (value.find_first_of(" \"") == std::string::npos) return value;
   std::string out = "\"";

@@ -17,7 +17,7 @@ static ordered_json integer(int64_t minimum, uint64_t maximum) {
   return {{"type", "integer"}, {"minimum", minimum}, {"maximum", maximum}};
 }
 
-// A value that may be not known.
+// Allows null, for a value that may be unknown.
 static ordered_json or_null(ordered_json schema) {
   schema["type"] = {schema["type"], "null"};
   return schema;
@@ -72,7 +72,7 @@ static ordered_json field_schema(field_type type) {
   return {};
 }
 
-// JSON has null for the daemon's numbers that say so.
+// The values that mean "not known" are null in JSON.
 static std::string meaning_of(const char* meaning, not_known unknown) {
   if (unknown == not_known::kNever) return meaning;
   return std::string(meaning) + (*meaning == '\0' ? "" : "; ") + "null: not known";
@@ -138,7 +138,7 @@ static ordered_json value_schema(const procedure_row& procedure) {
   return schema;
 }
 
-// Adds "value" and requires it of every answer that is no failure.
+// Adds "value", required in every successful answer.
 static void add_value(ordered_json& object, const procedure_row& procedure) {
   switch (procedure.payload) {
     case payload_kind::INT:
@@ -159,7 +159,7 @@ static void add_value(ordered_json& object, const procedure_row& procedure) {
   object["then"] = {{"required", {"value"}}};
 }
 
-// Adds "inert" and requires it, of a procedure that does nothing alone.
+// Adds "inert", required for a procedure that does nothing, and for no other.
 static void add_inert(ordered_json& object, const procedure_row& procedure) {
   if (!procedure.inert) return;
   object["properties"]["inert"] = {{"const", true}, {"description", describe_note(procedure)}};

@@ -27,7 +27,7 @@ static ordered_json any_text_schema(const constraint& limits) {
   return {{"type", "string"}, {"not", {{"pattern", constraint_misfit_pattern(limits)}}}};
 }
 
-// JSON Schema counts characters, the limits are of bytes: the same in ASCII.
+// JSON Schema counts characters, the limits count bytes. In ASCII they are the same.
 static ordered_json text_schema(const constraint& limits, const constraint_range& range) {
   ordered_json schema = any_text_schema(limits);
   schema.update({{"minLength", range.low},

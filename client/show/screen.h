@@ -1,15 +1,15 @@
-// A terminal's screen, redrawn whole.
+// A terminal's screen, redrawn as a whole.
 #pragma once
 
 #include <cstdio>
 #include <string>
 
-// Whether `out` is a terminal that can be redrawn: one by the name of "dumb" cannot.
+// Whether `out` is a terminal that can be redrawn. A terminal of type "dumb" cannot.
 bool screen_is(FILE* out);
 
-// Lines of the terminal that `out` is; 24 when it does not tell.
+// The number of lines of the terminal `out`; 24 if unknown.
 size_t screen_height(FILE* out);
 
-// The first `count` lines of `text`, whose lines all end, each at most `width` columns; the last of
-// them says how many are left out where there are more.
+// The first `count` lines of `text`, each cut to `width` columns. Every line of `text` ends in
+// a newline. If there are more, the last line says how many are left out.
 std::string screen_lines(const std::string& text, size_t count, size_t width);

@@ -22,7 +22,7 @@ static bool put_switch(byte_string& bytes, std::string_view text) {
   return true;
 }
 
-// Each char of the field takes a word, with its sign as a signed char has it.
+// Each char takes a word on the wire, sign-extended like a signed char.
 static bool put_text(byte_string& bytes, std::string_view text, uint32_t characters) {
   if (text.size() >= characters) return false;
   for (uint32_t i = 0; i < characters; ++i) {
@@ -34,7 +34,7 @@ static bool put_text(byte_string& bytes, std::string_view text, uint32_t charact
 
 static bool put(byte_string& bytes, const argument_spec& argument, const constraint& limits,
                 std::string_view text) {
-  // An integer that is a switch takes a switch's words, too.
+  // An integer argument that is a switch also takes words such as "on".
   if (limits.kind == constraint_kind::kSwitch && put_switch(bytes, text)) return true;
   switch (argument.type) {
     case argument_type::kInt:
@@ -51,7 +51,7 @@ static bool put(byte_string& bytes, const argument_spec& argument, const constra
       xdr_put_opaque(bytes, text);
       return true;
     case argument_type::kSupportedHne:
-      break;  // comes as its fields
+      break;  // given field by field
   }
   return false;
 }
@@ -60,7 +60,7 @@ static std::string form_of(const procedure_row& procedure, const argument_spec& 
   return constraint_form(meanings_limits(procedure, argument));
 }
 
-// "12 bytes", or "a text whose byte 5 is a line end" when that is what is wrong.
+// "12 bytes", or "a text whose byte 5 is a line end" if that is the fault.
 static std::string shown_as_bytes(const constraint& limits, const std::string& given) {
   const char* what = nullptr;
   const size_t place = constraint_misfit(limits, given, &what);
@@ -68,7 +68,7 @@ static std::string shown_as_bytes(const constraint& limits, const std::string& g
   return text_format("a text whose byte %zu is %s", place, what);
 }
 
-// What was given, as a message shows it. What may be a secret is not shown.
+// The given value as a message shows it. A possible secret is not shown.
 static std::string shown(const constraint& limits, const std::string& given) {
   switch (limits.kind) {
     case constraint_kind::kAnyText:

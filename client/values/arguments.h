@@ -1,4 +1,4 @@
-// From words of the command line to the bytes of a call.
+// Encodes words of the command line as a call.
 #pragma once
 
 #include <string>
@@ -7,15 +7,15 @@
 #include "wire/table.h"
 #include "wire/xdr.h"
 
-// Checks every word by the type of its argument and appends the encoding to
-// `bytes`. False: `error` is one line that names the argument, the form that
-// is expected and what was given; bytes is then without meaning.
+// Checks each word against the type of its argument and appends the encoding to `bytes`. False:
+// `error` is one line that names the argument, the expected form and the given value; the
+// content of `bytes` is undefined.
 bool arguments_encode(const procedure_row& procedure, const std::vector<std::string>& given,
                       byte_string& bytes, std::string& error);
 
-// Checks every word by the constraint of its argument, which is narrower than its type:
-// what the daemon takes and does not make sense of. False: `error` as above. The count
-// of the words is that of the arguments.
+// Checks each word against the constraint of its argument, which is narrower than its type: the
+// daemon would accept other values but make no sense of them. False: `error` as above. There
+// must be as many words as arguments.
 bool arguments_check(const procedure_row& procedure, const std::vector<std::string>& given,
                      std::string& error);
 

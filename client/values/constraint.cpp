@@ -9,7 +9,7 @@
 #include "wire/lookup.h"
 
 static constexpr size_t kKeyDigits = 64;
-// Longer ranges are not offered value by value.
+// Longer ranges are not listed value by value.
 static constexpr int64_t kOfferedMax = 8;
 
 static bool within(const constraint& limits, int64_t value) {
@@ -87,7 +87,7 @@ static bool is_control(char c) {
   return static_cast<unsigned char>(c) < 0x20 || c == 0x7f;
 }
 
-// 0 when there is none.
+// 0 if there is none.
 static size_t misfit_in_text(const constraint& limits, std::string_view given, const char** what) {
   for (size_t i = 0; i < given.size(); ++i) {
     const bool separates = limits.list_field && given[i] == ';';
@@ -232,8 +232,8 @@ std::string constraint_nearest(const constraint& limits, std::string_view given)
   size_t least = SIZE_MAX;
   for (const std::string& word : words_of(limits)) {
     const std::string candidate = text_lower(word);
-    // A beginning of a word stands for it, however much is missing. Of two that are as
-    // near, the one of the same length is meant.
+    // A prefix counts as close, however much is missing. If two are equally close, prefer the
+    // one of the same length.
     const bool begins = wanted.size() >= 3 && candidate.starts_with(wanted);
     const size_t other = wanted.size() == candidate.size() ? 0 : 1;
     const size_t farness = begins ? 1 : 2 * lookup_distance(wanted, candidate) + other;

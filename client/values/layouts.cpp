@@ -1,15 +1,13 @@
 #include "values/payload.h"
 
-// The layouts. Offsets of the driver's own records are those of its 32-bit
-// little-endian structures; what a result type of wlan_config.x names has the
-// same names here.
+// The layouts. The driver's own records have the offsets of its 32-bit little-endian
+// structures. Fields of wlan_config.x result types have the same names here.
 
 using enum field_type;
 using enum content;
 using enum not_known;
 
-// The driver keeps byte counters before packet counters and what it sent before
-// what it received.
+// In the driver's records byte counters come before packet counters, and sent before received.
 static constexpr payload_field kBasicStats[] = {
     {"bytes_sent", kCounter32, 0, 0, "B", "", "", kFree},
     {"bytes_received", kCounter32, 4, 0, "B", "", "", kFree},
@@ -100,7 +98,7 @@ static constexpr payload_field kAssocDevice[] = {
     {"ssid", kText, 200, 32, "", "", "", kName},
 };
 
-// An entry of the driver's station table.
+// An entry in the driver's station table.
 static constexpr payload_field kStation[] = {
     {"bss_position", kBssPosition, 0, 0, "", "BSS", "position of its BSS within the radio, from 0",
      kFree},
@@ -120,7 +118,7 @@ static constexpr payload_field kStation[] = {
 };
 static constexpr payload_rows kStations = {"stations", 0, 4, 40, 128, kStation};
 
-// As wlan_get_btm_associated_device packs it.
+// As packed by wlan_get_btm_associated_device.
 static constexpr payload_field kBtmStation[] = {
     {"mac_address", kText, 40, 17, "", "STATION", "", kAddress},
     {"rssi", kI32, 0, 0, "dBm", "RSSI", "strongest of its chains", kFree, kNoSignal},
@@ -142,8 +140,8 @@ static constexpr payload_field kBtmStation[] = {
 };
 static constexpr payload_rows kBtmStations = {"stations", 0, 4, 76, 32, kBtmStation};
 
-// The driver's own entries, passed on as they are. The layout is that of the
-// simulated driver: to be held against hardware here, and only here.
+// The driver's own entries, passed on unchanged. This layout is the simulated driver's. Check
+// it against hardware; only this place needs changing.
 static constexpr payload_field kNeighbour[] = {
     {"bssid", kMac, 0, 0, "", "BSSID", "", kAddress},
     {"channel", kU8, 6, 0, "", "CH", "", kFree},
@@ -173,9 +171,8 @@ static constexpr payload_field kSteerEvent[] = {
 };
 static constexpr payload_rows kSteerEvents = {"events", 1152, 0, 36, 32, kSteerEvent};
 
-// Others know the size of the record and where last_sync_attempt stands; the
-// widths of the texts are those of the simulated controller: to be held against
-// the real one here, and only here.
+// The record's size and the offset of last_sync_attempt are certain. The text widths are those
+// of the simulated controller. Check them against a real one; only this place needs changing.
 static constexpr payload_field kExtender[] = {
     {"index", kU32, 0, 0, "", "", "row of the table", kFree},
     {"mac_address", kText, 4, 24, "", "", "of the extender", kAddress},
@@ -239,7 +236,7 @@ static constexpr payload_layout kLayouts[] = {
     {"HNC_GET_SUPPORTED_HNE_TABLE_ENTRY", kSupported, nullptr},
 };
 
-// Every record has one: without it nobody could read the answer.
+// Every record must have a layout, or nobody could read the answer.
 static constexpr bool has_layout(std::string_view procedure) {
   for (const payload_layout& layout : kLayouts) {
     if (procedure == layout.procedure) return true;

@@ -11,7 +11,7 @@ static constexpr constraint number(int64_t low, int64_t high) {
   return of_ranges(constraint_kind::kNumber, constraint_range{low, high, nullptr});
 }
 
-// Numbers that mean something each.
+// Numbers with a meaning each.
 template <typename... Ranges>
 static constexpr constraint choices(Ranges... ranges) {
   return of_ranges(constraint_kind::kNumber, ranges...);
@@ -36,7 +36,7 @@ static constexpr constraint kMac = {constraint_kind::kMac};
 static constexpr constraint kIpv4 = {constraint_kind::kIpv4};
 static constexpr constraint kBss = choices(values{1, 8, "2.4 GHz"}, values{9, 16, "5 GHz"});
 static constexpr constraint kRadio = choices(values{1, 1, "2.4 GHz"}, values{9, 9, "5 GHz"});
-// Where the daemon goes by the band of the index or by the interface that it names.
+// The daemon picks the radio by the band of the index, or by the interface that it names.
 static constexpr constraint kRadioOfBss =
     choices(values{1, 1, "2.4 GHz"}, values{9, 9, "5 GHz"}, values{1, 16, "the radio of that BSS"});
 static constexpr constraint kRestarted =
@@ -49,7 +49,7 @@ static constexpr constraint kPin = of_ranges(
     constraint_kind::kDigits, constraint_range{4, 4, nullptr}, constraint_range{8, 8, nullptr});
 static constexpr constraint kWepKey = of_ranges(
     constraint_kind::kHex, constraint_range{10, 10, nullptr}, constraint_range{26, 26, nullptr});
-// The controller's messages cut longer ones off.
+// The controller's messages cut longer texts.
 static constexpr constraint kControllerText = text(0, 127);
 static constexpr constraint kListField = {.kind = constraint_kind::kAnyText, .list_field = true};
 static constexpr constraint kAccessCategory =
@@ -61,7 +61,7 @@ static constexpr const char* kUnused = "accepted and not used";
 
 // clang-format off
 static constexpr meaning_entry kMeanings[] = {
-    // Meanings of a procedure's own come first: they are found first.
+    // Meanings specific to one procedure come first, because the first match wins.
     {"WLAN_SET_ENABLE", "index", "BSS index", "3", kBss},
     {"WLAN_SET_BS_ENABLE", "enable", "band steering", "1", kSwitch},
     {"WLAN_SET_LED_ENABLE", "enable", "LEDs of both radios", "0", kSwitch},
@@ -87,7 +87,7 @@ static constexpr meaning_entry kMeanings[] = {
     {"WLAN_UNDO_PREK_OPERATION", "radio", kUnused, "9"},
     {"WLAN_GET_PREK_STATUS", "radio", kUnused, "9"},
 
-    // Which one.
+    // Indexes.
     {nullptr, "bss", "BSS index", "3", kBss},
     {nullptr, "radio", "radio", "9", kRadioOfBss},
     {nullptr, "instance", kInstance, "1"},
@@ -198,7 +198,7 @@ static constexpr meaning_entry kMeanings[] = {
     {nullptr, "report_period", "period of the reports, passed to the statistics daemon as given", "10", number(0, INT_MAX)},
     {nullptr, "measure_period", "period of the measurements, passed to the statistics daemon as given", "1", number(0, INT_MAX)},
 
-    // Dynamic channel selection; the values go to its daemon as given.
+    // Dynamic channel selection. The values go to its daemon unchanged.
     {nullptr, "serving_channel_sample_time", "time of a sample on the serving channel, for the channel selection daemon", "50"},
     {nullptr, "serving_channel_sample_num", "samples on the serving channel, for the channel selection daemon", "10"},
     {nullptr, "medium_utilization_threshold", "utilization from which another channel is sought, for the channel selection daemon", "70"},

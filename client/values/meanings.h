@@ -1,5 +1,5 @@
-// What the arguments mean, for people, and what they must be: one entry per member
-// name of the table, and one more where a procedure gives a name a meaning of its own.
+// What the arguments mean, and which values they take. One entry per member name of the table,
+// plus one where a procedure gives a name a different meaning.
 #pragma once
 
 #include <string>
@@ -9,18 +9,18 @@
 #include "wire/table.h"
 
 struct meaning_entry {
-  const char* procedure;  // as in the table; nullptr: of every procedure
+  const char* procedure;  // as in the table; nullptr: every procedure
   const char* argument;
-  const char* text;     // meaning and unit; what values there are is the constraint's to say
-  const char* example;  // an accepted value
+  const char* text;     // meaning and unit; the constraint describes the values
+  const char* example;  // a valid value
   constraint limits = {constraint_kind::kByType};
 };
 
-// nullptr when the argument has no entry.
+// nullptr if the argument has no entry.
 const meaning_entry* meanings_find(const procedure_row& procedure, std::string_view argument);
 
-// What the argument's values must be: the entry's constraint, else that of its type.
+// The values that the argument takes: the entry's constraint, or else that of its type.
 constraint meanings_limits(const procedure_row& procedure, const argument_spec& argument);
 
-// Meaning, unit and the constraint's words, for people.
+// Meaning, unit and the constraint in words.
 std::string meanings_text(const procedure_row& procedure, const argument_spec& argument);

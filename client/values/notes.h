@@ -1,5 +1,5 @@
-// What a caller should know before a call: which procedures must have been called, as
-// the table says, and what the answer does not tell.
+// What a caller should know before a call: the procedures to call first, as the table lists
+// them, and what the answer does not say.
 #pragma once
 
 #include <span>
@@ -15,8 +15,8 @@ struct procedure_note {
 
 std::span<const procedure_note> notes_all();
 
-// "" when there is nothing to say.
+// "" if there is nothing to say.
 const char* notes_text(const procedure_row& procedure);
 
-// The procedures to call first, as people write them.
+// The names of the procedures to call first, in lower case.
 std::vector<std::string> notes_needs(const procedure_row& procedure);

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-// Reads `count` bytes, the low one first; none beyond the record.
+// Reads up to `count` bytes, low byte first, stopping at the end of the record.
 static uint64_t little_endian(std::string_view record, size_t at, size_t count) {
   uint64_t value = 0;
   for (size_t i = count; i-- > 0;) {

@@ -5,11 +5,10 @@
 static constexpr unsigned kCck[] = {1000, 2000, 5500, 11000};
 static constexpr unsigned kOfdm[] = {6000, 9000, 12000, 18000, 24000, 36000, 48000, 54000};
 
-// Codes 8 to 15 of the OFDM rates, as they stand in a frame's SIGNAL field.
+// OFDM rates by the codes 8 to 15 of a frame's SIGNAL field.
 static constexpr unsigned kOfdmOfSignal[] = {6, 4, 2, 0, 7, 5, 3, 1};
 
-// IEEE 802.11: data subcarriers by bandwidth, coded bits per subcarrier and
-// coding rate by MCS.
+// IEEE 802.11: data subcarriers by bandwidth; coded bits per subcarrier and coding rate by MCS.
 static constexpr unsigned kSubcarriers[] = {52, 108, 234, 468};
 static constexpr struct {
   unsigned bits, numerator, denominator;
@@ -20,7 +19,7 @@ static unsigned mimo_kilobits(unsigned bandwidth, unsigned streams, unsigned mcs
                               bool short_guard) {
   if (mcs >= sizeof kMcs / sizeof *kMcs) return 0;
   const auto& scheme = kMcs[mcs];
-  // Bits of a symbol of 4 us, or of 3.6 us with the short guard interval.
+  // Bits per symbol of 4 us, or 3.6 us with the short guard interval.
   const unsigned bits =
       kSubcarriers[bandwidth] * streams * scheme.bits * scheme.numerator / scheme.denominator;
   return short_guard ? bits * 2500 / 9 : bits * 250;

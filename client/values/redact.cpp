@@ -13,8 +13,7 @@ using ordered_json = nlohmann::ordered_json;
 static constexpr char kRedacted[] = "(redacted)";
 static constexpr size_t kMacLength = 17;
 
-// Six pairs of digits joined by colons or dashes, in one way of writing; "" of any other
-// text.
+// Six pairs of digits joined by colons or dashes, normalised; "" for any other text.
 static std::string mac_of(const std::string& text) {
   if (text.size() != kMacLength) return "";
   std::string mac = text_lower(text);
@@ -36,14 +35,14 @@ static bool is_ipv6(const std::string& text) {
   return inet_pton(AF_INET6, text.c_str(), &address) == 1;
 }
 
-// A number, a time of day or a version; too short for a telephone number, and no address.
+// A number, a time of day or a version. Not an address, and too short for a telephone number.
 static bool is_plain_number(const std::string& text) {
   constexpr size_t kLongest = 8;
   return text.size() <= kLongest && text.find_first_not_of("0123456789.:") == std::string::npos &&
          !is_ipv4(text) && !is_ipv6(text);
 }
 
-// The number of the text among those so far, from 1 on.
+// The replacement of a text. `format` makes it from the number of texts so far, including this.
 template <typename Format>
 static std::string other_name(std::map<std::string, std::string>& names, const std::string& text,
                               Format format) {
@@ -52,8 +51,8 @@ static std::string other_name(std::map<std::string, std::string>& names, const s
   return found->second;
 }
 
-// Addresses that are never assigned: locally administered, and those kept for measurements and for
-// documentation.
+// Addresses that are never assigned: locally administered ones, and those reserved for
+// benchmarks and documentation.
 static std::string other_address(const std::string& text, redaction& state) {
   std::string mac = mac_of(text);
   if (mac == "00:00:00:00:00:00" || mac == "ff:ff:ff:ff:ff:ff") return mac;
@@ -82,7 +81,7 @@ static ordered_json redacted(const ordered_json& value, content holds, redaction
                     [](size_t number) { return text_format("name-%zu", number); });
 }
 
-// A member of an object; only free texts keep the mark that they are escaped.
+// A member of an object. Only free texts keep their "escaped" mark.
 static void put_redacted(ordered_json& object, const ordered_json& from, const std::string& name,
                          content holds, redaction& state) {
   if (holds == content::kUnsaid) {

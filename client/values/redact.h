@@ -1,5 +1,4 @@
-// Makes a dump fit to be handed on: of what the gateway tells only that is kept as it is
-// which the layouts say to be free.
+// Makes a dump safe to share: only values that the layouts mark as free are kept unchanged.
 #pragma once
 
 #include <map>
@@ -7,13 +6,13 @@
 
 #include "wire/table.h"
 
-// What goes on from answer to answer.
+// State kept from answer to answer.
 struct redaction {
-  // What stands for each address and name, the same wherever it occurs.
+  // The replacement of each address and name, the same wherever it occurs.
   std::map<std::string, std::string> macs, ipv4s, ipv6s, names;
-  size_t left_out = 0;  // values that nobody has classified
+  size_t left_out = 0;  // values that are not classified
 };
 
-// Of an answer as json_result() has it: secrets become "(redacted)", addresses and names
-// are replaced, unclassified values are left out. Empty texts and null stay.
+// Redacts an answer of json_result(). Secrets become "(redacted)", addresses and names are
+// replaced, unclassified values are left out. Empty texts and null stay.
 void redact(const procedure_row& procedure, nlohmann::ordered_json& answer, redaction& state);

@@ -1,6 +1,6 @@
 #include "values/payload.h"
 
-// Meanings of answers that are a single value, and of codes.
+// Meanings of single-value answers and of return codes.
 
 using enum content;
 using enum not_known;

@@ -27,8 +27,8 @@ static call_answer failed_system(int error_number) {
   return failed(refused ? call_status::kRefused : call_status::kNetwork, error_number);
 }
 
-// A connected socket: the kernel drops what comes from elsewhere and reports
-// that the port is closed. -1 with *answer filled when there is none.
+// Opens a connected socket: the kernel drops datagrams from elsewhere and reports a closed
+// port. On failure returns -1 and fills *answer.
 static int open_socket(const call_target& target, call_answer* answer) {
   addrinfo hints{};
   hints.ai_family = AF_INET;
@@ -56,7 +56,7 @@ static uint32_t new_xid() {
   return xid;
 }
 
-// Seconds between two looks at what else goes on.
+// Seconds between two calls of go_on.
 static constexpr double kIdlePeriod = 0.2;
 
 namespace {
@@ -65,7 +65,7 @@ enum class wait_result { kReadable, kTimeOver, kGivenUp, kFailed };
 
 }  // namespace
 
-// Waits for the socket to have something until `deadline`; kFailed: see errno.
+// Waits until `deadline` for the socket to be readable. kFailed: see errno.
 static wait_result wait_readable(int fd, double deadline, const call_idle* idle) {
   while (true) {
     const double left = deadline - moment_now();

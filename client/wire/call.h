@@ -1,4 +1,4 @@
-// One call of one procedure over UDP: sent once, answered or not.
+// One call of one procedure over UDP, sent only once.
 #pragma once
 
 #include <cstdint>
@@ -6,8 +6,8 @@
 
 #include "wire/rpc.h"
 
-// What else goes on while a call has no answer: `go_on` is called whenever `fd` (-1: none)
-// is readable, and a few times a second; when it returns false the call is given up.
+// What else goes on during a call. `go_on` is called whenever `fd` (-1: none) is readable, and
+// a few times a second. If it returns false, the call is given up.
 struct call_idle {
   int fd;
   bool (*go_on)(void* context);
@@ -22,13 +22,13 @@ struct call_target {
 };
 
 enum class call_status {
-  kAnswered,     // see `rpc`: accepted, or refused by the service
+  kAnswered,     // accepted, or refused by the service: see `rpc`
   kUnknownHost,  // no IPv4 address
-  kTooLong,      // the daemon could not read a call of this length
+  kTooLong,      // too long for the daemon to read
   kRefused,      // nothing listens on the port
   kNetwork,      // `error_number`: the system could not send or receive
-  kTimeout,      // nothing came
-  kGivenUp,      // its call_idle gave it up
+  kTimeout,      // no answer came
+  kGivenUp,      // go_on returned false
 };
 
 struct call_answer {
@@ -40,16 +40,15 @@ struct call_answer {
   double seconds;  // from sending to the answer
 };
 
-// Some procedures act, so the call is sent once, never again. Only a datagram
-// from the address that was called is looked at, and only one that carries the
-// call's transaction id ends the wait.
+// The call is sent once and never repeated, because some procedures act. Only datagrams from
+// the called address are read, and only the call's transaction id ends the wait.
 call_answer call_procedure(const call_target& target, uint32_t number,
                            const byte_string& arguments);
 
-// One line without a newline: what went wrong and what to do next. `what`
-// names the procedure. Empty when the call was accepted and answered.
+// One line without a newline: what went wrong and what to do next. `what` names the procedure.
+// Empty if the call was accepted and answered.
 std::string call_explain(const call_answer& answer, const call_target& target,
                          const std::string& what);
 
-// What went wrong as one word, for programs; "" when nothing did.
+// The failure as one word, for programs; "" if there is none.
 const char* call_kind(const call_answer& answer);

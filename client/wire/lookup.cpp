@@ -6,11 +6,11 @@
 
 #include "base/text.h"
 
-// Smaller is nearer; SIZE_MAX is not near. What lacks its prefix or its end is
-// near, whatever the number of edits.
+// Smaller is closer; SIZE_MAX is not close. A name without its prefix or its end is close,
+// however many edits that takes.
 static size_t nearness(std::string_view wanted, std::string_view candidate) {
   size_t edits = lookup_distance(wanted, candidate);
-  size_t prefix = candidate.find('_') + 1;  // 0 where there is none
+  size_t prefix = candidate.find('_') + 1;  // 0 if there is none
   std::string_view bare = candidate.substr(prefix);
   if (prefix > 0) edits = std::min(edits, lookup_distance(wanted, bare) + 1);
   size_t allowed = wanted.size() < 6 ? 2 : 3;

@@ -5,7 +5,7 @@
 // wlan_config_result_data_t: opaque return_data<WLAN_CONFIG_RETURN_DATA_MAX>
 static constexpr uint32_t kReturnDataMax = 8256;
 
-// Whether there is enough for the record, `size` of its `unit`.
+// Whether the whole record was received; sizes are in `unit`.
 static bool suffices(size_t there, size_t size, const char* unit, std::string& error) {
   if (there >= size) return true;
   error = text_format("it has %zu of %zu %s", there, size, unit);
@@ -14,8 +14,8 @@ static bool suffices(size_t there, size_t size, const char* unit, std::string& e
 
 static bool take_words(const procedure_row& procedure, const std::vector<uint32_t>& words,
                        decoded_reply& reply, std::string& error) {
-  // The count on the wire is the payload's size in bytes, so there are about
-  // four times as many words as have meaning.
+  // The wire's count is the payload's size in bytes, so it has about four times as many words
+  // as have meaning.
   size_t meaningful = procedure.size / 4;
   if (!suffices(words.size(), meaningful, "words", error)) return false;
   for (size_t i = 0; i < 4 * meaningful; ++i)

@@ -1,5 +1,5 @@
-// Messages of ONC RPC version 2 (RFC 5531) for the one program that the daemon
-// serves: the call with no credentials, and its reply.
+// ONC RPC version 2 messages (RFC 5531) for the daemon's program: a call without credentials,
+// and its reply.
 #pragma once
 
 #include <cstdint>
@@ -10,13 +10,13 @@
 inline constexpr uint32_t kProgram = 0x20131337;
 inline constexpr uint32_t kVersion = 1;
 
-// The daemon reads a call into a buffer of this many bytes.
+// Size of the daemon's buffer for a call.
 inline constexpr size_t kCallBytesMax = 8800;
 
 enum class rpc_status {
   kSuccess,
-  kOther,      // reply to another call, or too short to tell: wait on
-  kMalformed,  // ours by its transaction id, but no valid reply
+  kOther,      // a reply to another call, or too short to know: keep waiting
+  kMalformed,  // has our transaction id, but is not a valid reply
   kDenied,     // credentials or RPC version refused
   kProgramUnavailable,
   kVersionMismatch,
@@ -27,8 +27,8 @@ enum class rpc_status {
 
 byte_string rpc_call(uint32_t xid, uint32_t procedure, const byte_string& arguments);
 
-// Reads the reply to call `xid`. kSuccess: *result is what follows the header,
-// a part of `message`. kVersionMismatch: low and high are what is served.
+// The reply to call `xid`. kSuccess: *result is the part of `message` after the header.
+// kVersionMismatch: low and high are the served versions.
 struct rpc_reply {
   rpc_status status;
   unread_bytes result;

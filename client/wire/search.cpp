@@ -15,7 +15,7 @@ static bool glob(std::string_view pattern, std::string_view text) {
       ++p;
       ++t;
     } else if (star != std::string_view::npos) {
-      p = star + 1;  // let the star take one more character
+      p = star + 1;  // let the star match one more character
       t = ++resume;
     } else {
       return false;

@@ -1,4 +1,4 @@
-// Finding the procedures that a pattern or a topic describes.
+// Finds procedures by pattern or topic.
 #pragma once
 
 #include <string_view>
@@ -8,11 +8,11 @@
 
 struct search_choice {
   std::string_view pattern = "";  // see search_matches
-  const char* topic = nullptr;    // one of topics(); nullptr: of all
-  bool active = false;            // without those that do nothing
+  const char* topic = nullptr;    // one of topics(); nullptr: all
+  bool active = false;            // without procedures that do nothing
 };
 
 std::vector<const procedure_row*> search_procedures(const search_choice& choice);
 
-// True when name or summary has the pattern somewhere in it; * and ? are wildcards.
+// Whether the name or summary contains the pattern; * and ? are wildcards.
 bool search_matches(const procedure_row& procedure, std::string_view pattern);

@@ -44,11 +44,11 @@ static constexpr answer_spec answering(payload_kind kind, uint32_t size, bool up
   return {kind, size, update};
 }
 
-// By names of their own: CODE is a macro below.
+// Constants, because the macro CODE below hides payload_kind::CODE.
 static constexpr answer_spec kCode = answering(payload_kind::CODE, 0);
 static constexpr answer_spec kUpdate = answering(payload_kind::CODE, 0, true);
 
-// The columns that go over as they are.
+// The columns that are copied unchanged.
 static constexpr procedure_row columns(uint32_t number, const char* name, topic about,
                                        member_list members, const char* summary, bool inert) {
   procedure_row row = {};
@@ -85,8 +85,8 @@ static constexpr procedure_row make_row(procedure_row row, answer_spec answer, u
 #define WORDS(type) answering(payload_kind::WORDS, sizeof(type))
 #define IMAGE(type) answering(payload_kind::IMAGE, sizeof(type))
 #define NONE answering(payload_kind::NONE, 0)
-// A text has the room that its back end has for it. Without one it is empty, and that
-// of an OWN row need not be declared here.
+// The room for a text is what its back end has. Without a back end the text is empty, and the
+// back end of an OWN row need not be declared here.
 #define PROCEDURE(number, name, stem, about, members, answer, back_end, summary, ...) \
   make_row(columns(number, #name, about, kNoMembers members, summary, false), answer, \
            kTextSize<decltype(back_end)>, {__VA_ARGS__}),
@@ -112,7 +112,7 @@ struct record_field {
 
 }  // namespace
 
-// struct hnc_supported_hne_table of wlan_config.x
+// struct hnc_supported_hne_table in wlan_config.x
 static constexpr record_field kSupportedHneFields[] = {
     {argument_type::kUnsigned, "index", 0},
     {argument_type::kUnsigned, "row_status", 0},

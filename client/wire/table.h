@@ -1,6 +1,6 @@
-// The procedures as the client sees them: one record per row of
-// rpc/procedures.def, in the order of their numbers. There is no second list;
-// everything that the client knows of a procedure it derives from here.
+// The client's view of the procedures: one record per row of rpc/procedures.def, in numeric
+// order. There is no second list; everything that the client knows of a procedure derives from
+// it.
 #pragma once
 
 #include <cstdint>
@@ -14,14 +14,14 @@
 enum class argument_type {
   kInt,           // signed, 32 bits
   kUnsigned,      // unsigned, 32 bits
-  kShort,         // unsigned, 16 bits in a word of 32
-  kBool,          // 0 or 1 in a word of 32
+  kShort,         // unsigned, 16 bits sent as 32
+  kBool,          // 0 or 1, sent as 32 bits
   kString,        // length, bytes, padding
-  kText,          // char[N]: each char takes a word of 32 bits
+  kText,          // char[N], each char sent as 32 bits
   kSupportedHne,  // structure hnc_supported_hne_table: its fields in order
 };
 
-// What comes back; spelled as in the table.
+// The kind of answer, spelled as in the table.
 enum class payload_kind { CODE, INT, TEXT, WORDS, IMAGE, NONE };
 
 struct member_spec {
@@ -41,28 +41,27 @@ struct procedure_row {
   const char* name;  // as in the table, upper case
   member_list members;
   payload_kind payload;
-  uint32_t size;       // bytes of what the back end fills, 0 where that is a code alone
+  uint32_t size;       // bytes that the back end fills; 0 if it returns only a code
   bool update;         // the code is a profile update's: 1 written, 2 no change, 0 failed
-  bool inert;          // accepted, deliberately does nothing
-  bool answer_is_all;  // inert, and who calls it wants no more than an answer
+  bool inert;          // accepted, but deliberately does nothing
+  bool answer_is_all;  // inert, and the caller only needs an answer
   topic about;
   asking effect;      // never kByAnswer
-  const char* needs;  // procedures to call first, with blanks between
+  const char* needs;  // procedures to call first, separated by blanks
   const char* summary;
 };
 
-// One word of the command line. A member that is a structure gives one
-// argument per field, named MEMBER.FIELD.
+// One word of the command line. A structure member gives one argument per field, named
+// MEMBER.FIELD.
 struct argument_spec {
   std::string name;
   argument_type type;   // never kSupportedHne
-  uint32_t characters;  // kText: N of char[N], a NUL included; else 0
+  uint32_t characters;  // kText: N of char[N], including the NUL; otherwise 0
 };
 
 std::span<const procedure_row> table_procedures();
 
-// Whether the procedure does not act.
+// Whether the procedure only reads.
 bool table_reads(const procedure_row& procedure);
 
-// The arguments that a caller gives, in order.
 std::vector<argument_spec> table_arguments(const procedure_row& procedure);

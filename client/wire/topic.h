@@ -1,4 +1,4 @@
-// What a procedure is about, for people who look for one.
+// The subject of a procedure, for people who look for one.
 #pragma once
 
 #include <span>
@@ -8,15 +8,15 @@
 
 #include "wire/table.h"
 
-// As headings, "Traffic and channel statistics" for one.
+// As headings, such as "Traffic and channel statistics".
 std::span<const char* const> topics();
 
 // The topic of a procedure, one of topics().
 const char* topic_of(const procedure_row& procedure);
 
-// A topic as one word: "traffic-and-channel-statistics".
+// A topic as one word, such as "traffic-and-channel-statistics".
 std::string topic_word(const char* topic);
 
-// The topics that have the text in their word, blanks being dashes and capitals
-// no difference; the one that is the text alone when there is one.
+// The topics whose word contains the text, ignoring case, with dashes for blanks. If one is
+// exactly the text, only that one.
 std::vector<const char*> topics_near(std::string_view text);
