@@ -36,7 +36,7 @@ static size_t read_profile(void) {
   return (size_t)length;
 }
 
-// The value of a key by its line starts, or null; its end is a line end.
+// The key's value in the content, up to the line end. Null if the key is missing.
 static char* find_value(size_t length, const char* key) {
   const size_t key_length = strlen(key);
   char* const end = content + length;
@@ -68,7 +68,7 @@ static void unlock_profile(int lock) {
   close(lock);
 }
 
-// Replaces the value in the content. Returns the new length.
+// Replaces the value in place. Returns the new length of the content.
 static size_t replace(char* value, size_t length, const char* new_value) {
   const size_t old_length = strcspn(value, "\n");
   const size_t new_length = strlen(new_value);
@@ -123,7 +123,7 @@ void bare_query(struct query query, char* buffer) {
   close(sock);
 }
 
-// Of an entry of the station table: its size, BSS and address.
+// Station table: offset of the first entry, entry size, offsets of BSS and address in an entry.
 enum { kFirstEntry = 4, kEntrySize = 40, kEntryBss = 0, kEntryMac = 1, kListed = 32 };
 
 void bare_station_list(int asked, char* buffer) {

@@ -1,6 +1,5 @@
-// The bare alternative: a libtirpc server with the daemon's argument and result
-// types, on the same address, registered in the same way, that does for each
-// procedure the system calls which its task cannot do without, and nothing else.
+// The bare alternative: a libtirpc server with the daemon's types, address and registration.
+// For each procedure it makes only the system calls that the task needs.
 
 #include <arpa/inet.h>
 #include <rpc/pmap_clnt.h>
@@ -67,8 +66,7 @@ static void serve_command(SVCXPRT* transport) {
   }
 }
 
-// Getters of a BSS: an integer that is at hand, a number of the profile, and what
-// the driver says.
+// BSS getters: a value in memory, a number from the profile, or a driver query.
 static void serve_getter(unsigned long procedure, SVCXPRT* transport) {
   static char bytes[8192];
   int bss = 0;

@@ -23,7 +23,7 @@ static void put_header(uint8_t* at, uint32_t program, uint32_t procedure) {
   memcpy(at, words, sizeof words);
 }
 
-// Adds one encoded argument. Returns what follows it.
+// Adds one encoded argument. Returns the text after it.
 static const char* add_variant(struct side* side, uint32_t program, uint32_t procedure,
                                const char* hex) {
   const int number = side->variants++;
@@ -73,7 +73,7 @@ bool side_send(struct side* side) {
   return send(side->sock, datagram, length, 0) == (ssize_t)length;
 }
 
-// Accepted, with an empty verifier, a success, and 0 as the first result.
+// Expects an accepted reply with an empty verifier, success, and 0 as the first result word.
 static void check_reply(const uint32_t* reply, size_t words) {
   const uint32_t wanted[kReplyHeaderWords] = {reply[0], htonl(1)};
   if (words < kReplyHeaderWords || memcmp(reply, wanted, sizeof wanted) != 0) {
@@ -89,7 +89,7 @@ bool side_receive(struct side* side, int milliseconds) {
     if (milliseconds >= 0 && poll(&wait, 1, milliseconds) <= 0) return false;
     const ssize_t length = recv(side->sock, reply, sizeof reply, 0);
     if (length < 0) return false;
-    // A late answer to an earlier call is passed over.
+    // Skip late answers to earlier calls.
     if (length >= 4 && reply[0] == htonl(side->xid)) {
       check_reply(reply, (size_t)length / 4);
       return true;

@@ -4,13 +4,13 @@
 #include <stddef.h>
 #include <stdint.h>
 
-// Prepared ONC RPC calls over UDP, the same for both sides of a comparison: the
-// datagrams are made before anything is timed, and a call is one send, one recv.
+// Prepared ONC RPC calls over UDP, the same for both sides of a comparison. The datagrams are
+// made before timing starts, so a call is one send and one recv.
 
-// Most argument variants that one side takes in turn.
+// The maximum number of argument variants that a side uses in turn.
 enum { kVariantsMax = 4, kDatagramMax = 1024 };
 
-// One side: a procedure of one server.
+// One side of a comparison: a procedure of one server.
 struct side {
   int sock;  // connected
   int variants;
@@ -20,19 +20,19 @@ struct side {
   uint8_t datagram[kVariantsMax][kDatagramMax];
 };
 
-// Makes a side of "PORT:PROGRAM:PROCEDURE:HEX[,HEX...]"; each HEX is an encoded
-// argument, and the calls take them in turn. Ends the process when it cannot.
+// Opens a side from "PORT:PROGRAM:PROCEDURE:HEX[,HEX...]". Each HEX is an encoded argument; the
+// calls use them in turn. Ends the process on failure.
 void side_open(struct side* side, const char* text);
 
-// Sends the next call. False where nobody listens.
+// Sends the next call. False if nobody listens.
 bool side_send(struct side* side);
 
-// Waits `milliseconds` for the answer. False when there is none. Ends the process
-// for an answer that is no success, its first result word included.
+// Waits `milliseconds` for the answer. False if there is none. Ends the process if the answer
+// is not a success, or if its first result word is not 0.
 bool side_receive(struct side* side, int milliseconds);
 
-// Both. Waits ten seconds; ends the process when there is no answer.
+// Sends and waits up to ten seconds. Ends the process if there is no answer.
 void side_call(struct side* side);
 
-// Of the monotonic clock.
+// Time on the monotonic clock.
 double microseconds(void);

@@ -40,7 +40,6 @@ static void add_sample(struct samples* to, double us) {
   if (to->count < kSamplesMax) to->us[to->count++] = us;
 }
 
-// Prints and frees them.
 static void print_samples(const struct samples* sides, int count) {
   printf("{\"us\": [");
   for (int s = 0; s < count; ++s) {
@@ -59,8 +58,8 @@ static void timed_call(struct side* side, struct samples* to) {
   if (to != NULL) add_sample(to, microseconds() - start);
 }
 
-// Blocks of each side in turn. The first call of a block finds the other side's
-// caches and is not counted.
+// Calls each side in blocks, in turn. The first call of a block is not counted, because it
+// finds the other side's data in the caches.
 static int alternate(int argc, char** argv) {
   const int calls = atoi(argv[0]);
   const int count = argc - 1;
@@ -135,7 +134,7 @@ static int commands(int argc, char** argv) {
   return 0;
 }
 
-// One client of several: calls until the time is over, and counts.
+// One of several clients: counts its calls until the time is up.
 static void call_until(const char* side_text, double end, long* calls) {
   struct side side;
   side_open(&side, side_text);
@@ -200,8 +199,8 @@ static void call_for(struct side* side, double us, struct samples* to) {
     timed_call(side, to);
 }
 
-// A restart begins a second after it was asked for, and makes the marker file as
-// its last step but one. Calls are counted between the two.
+// A restart begins a second after it is requested, and creates the marker file in its
+// second-last step. Calls are counted between the two.
 static int restart(int argc, char** argv) {
   static const char kMarker[] = "/tmp/wifi_restart";
   if (argc != 2) return 2;
@@ -210,7 +209,7 @@ static int restart(int argc, char** argv) {
   side_open(&inert, argv[0]);
   side_open(&request, argv[1]);
   struct samples samples[2] = {new_samples(), new_samples()};
-  // What an earlier restart still does behind its marker is over by then.
+  // By then an earlier restart has finished its last step, after the marker.
   sleep_until(microseconds() + 200e3);
   unlink(kMarker);
   const double asked = microseconds();
@@ -227,8 +226,8 @@ static int restart(int argc, char** argv) {
   return 0;
 }
 
-// Calls until there is an answer. A refused call is repeated after a tenth of a
-// millisecond, which the server has to itself on a CPU that both share.
+// Calls until there is an answer. Retries a refused call after 0.1 ms, so that a server on the
+// same CPU can run meanwhile.
 static void call_until_answered(struct side* side) {
   static const struct timespec kPause = {.tv_nsec = 100000};
   while (!side_send(side) || !side_receive(side, 20))

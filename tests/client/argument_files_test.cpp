@@ -19,7 +19,7 @@ static std::string new_file(const std::string& content) {
   return path;
 }
 
-// The text that becomes of a word; or the error.
+// The text that a word is replaced by, or the error.
 static std::string text_of(const std::string& word, const char* procedure = "wlan_set_ssid") {
   std::vector<std::string> given = {"1", word};
   std::string error;
@@ -67,7 +67,7 @@ TEST(ArgumentText, WhatCannotBeReadIsNamed) {
   EXPECT_NE(nul.find("has a NUL byte"), std::string::npos) << nul;
 }
 
-// In a process of its own, whose standard input holds this.
+// Returns the exit status of a child with this standard input.
 static int status_with_input(const std::string& input, const std::vector<std::string>& words) {
   const std::string path = new_file(input);
   const pid_t child = fork();
@@ -91,7 +91,7 @@ TEST(ArgumentText, StandardInputHoldsItOnce) {
   EXPECT_EQ(status_with_input("from input\n", {"1", "@-", "@-"}), 1);
 }
 
-// What was read is in the call, and in no message.
+// The text is sent in the call but is in no message.
 TEST(ArgumentText, IsSentAndNotShown) {
   const std::string path = new_file("correct horse\n");
   Outcome sent = run_against(0, words({0}), {"wlan_set_key_passphrase", "1", "1", "@" + path});

@@ -112,7 +112,7 @@ TEST(Arguments, OptionsAmongThemAreToldWhereTheyGo) {
                 hint);
   const std::string among = refused("wlan_get_stats", {"--json", "1"});
   EXPECT_TRUE(among.ends_with("not '--json'" + hint)) << among;
-  // What begins like an option may be a text, and a negative number is none.
+  // A text argument may begin like an option, and a negative number is not an option.
   EXPECT_EQ(refused("wlan_get_stats", {"1", "-0x"}).find(hint), std::string::npos);
   byte_string bytes;
   std::string error;
@@ -126,7 +126,7 @@ static Words hne_record() {
 TEST(Arguments, TheRecordComesAsItsFields) {
   const char* name = "hnc_set_hne_table_entry";
   std::string bytes = encoded(name, hne_record());
-  // row, then index, row_status, 3 * 64 and 4 * 256 chars of four bytes, two words
+  // row, then index, row_status, 3 * 64 and 4 * 256 chars of four bytes each, two words
   EXPECT_EQ(bytes.size(), 2u * 4 * (1 + 2 + 3 * 64 + 4 * 256 + 2));
   EXPECT_EQ(bytes.substr(0, 8 * 5),
             "000000010000000200000003"

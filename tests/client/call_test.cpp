@@ -26,7 +26,7 @@ static Outcome exchange(double timeout, Script script) {
   return {answer, daemon.calls, taken.count()};
 }
 
-// As a reply with another transaction id.
+// The reply with another transaction id.
 static byte_string with_other_xid(byte_string reply) {
   reply[0] ^= 0xff;
   return reply;

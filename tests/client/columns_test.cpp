@@ -30,7 +30,7 @@ TEST(Columns, AlignsWhatIsNotAscii) {
             "home n\n");
 }
 
-// On a terminal, that is; elsewhere there is room for all.
+// On a terminal only; elsewhere there is room for all.
 TEST(Columns, TheLeastImportantGoFirst) {
   constexpr text_column kRanked[] = {
       {"A", true, "", 1}, {"NAME", false}, {"LONGEST", true, "B", 3}, {"C", true, "", 2}};
@@ -52,7 +52,7 @@ TEST(Columns, CutsBetweenCharacters) {
             "home    n\n");
 }
 
-// Takes the machine's locales away; in a process of its own, which ends.
+// Prints with the machine's locales hidden. Call it in a child process, which it ends.
 static void print_without_locales(int to) {
   constexpr const char* kLocales = "/usr/lib/locale";
   const bool hidden = unshare(CLONE_NEWUSER | CLONE_NEWNS) == 0 &&

@@ -9,7 +9,7 @@
 
 #include "wire/lookup.h"
 
-// Of all procedures, or those of them that begin so.
+// All procedures whose names begin so.
 static std::string names_with(const char* beginning) {
   std::string all;
   for (const procedure_row& procedure : table_procedures()) {
@@ -19,8 +19,8 @@ static std::string names_with(const char* beginning) {
   return all + "\n";
 }
 
-// What the shell's script offers for the last of the words. No program can be
-// started from it: what it offers it must know.
+// What the shell's script offers for the last word. The script cannot start any program, so it
+// must know the words itself.
 static std::string offered_by(const std::string& shell, const std::string& around,
                               const std::string& words) {
   const std::string path = testing::TempDir() + "completion." + std::to_string(getpid());
@@ -44,7 +44,7 @@ static std::string offered(const std::string& words) {
                     words);
 }
 
-// All that zsh is given; it picks those that fit itself.
+// Everything passed to zsh, which picks the matches itself.
 static std::string offered_by_zsh(const std::string& words) {
   return offered_by("zsh",
                     "compadd() { while [ $1 != -- ]; do shift; done; shift; echo $@ }\n"
@@ -114,7 +114,7 @@ TEST(Completion, ArgumentsThatAreEnumerations) {
   EXPECT_EQ(offered("wificonf wlan_init \"\""), "\n");
 }
 
-// What bash is told about the order, in which it else would sort by the letters.
+// The order that bash is told to use; by default it sorts alphabetically.
 static std::string order_of(const std::string& words) {
   return offered_by("bash",
                     "compopt() { echo $@; }\n"

@@ -21,10 +21,10 @@ static std::string repeat(size_t count, char character) {
 
 namespace {
 
-// What the daemon makes sense of and the neighbours that it does not, written down apart
-// from the client's own table.
+// Values that the daemon understands, and their neighbours that it does not. Written down
+// independently of the client's table.
 struct Expected {
-  const char* procedure;  // nullptr: of every other
+  const char* procedure;  // nullptr: every other procedure
   const char* argument;
   Words passes;
   Words refused;
@@ -174,7 +174,7 @@ static const Expected* expected_of(const procedure_row& procedure, const std::st
   return nullptr;
 }
 
-// The example of the call with one word replaced.
+// The call's example with one word replaced.
 static Words example_with(const procedure_row& procedure, size_t place, const std::string& word) {
   Words given;
   for (const argument_spec& argument : table_arguments(procedure))
@@ -191,7 +191,7 @@ static bool accepted(const procedure_row& procedure, size_t place, const std::st
          arguments_check(procedure, given, error);
 }
 
-// Calls for every argument of every procedure that does something.
+// Visits every argument of every procedure that does something.
 template <typename Visit>
 static void for_every_argument(Visit visit) {
   for (const procedure_row& procedure : table_procedures()) {
@@ -223,7 +223,7 @@ TEST(Constraint, WhatMakesSensePassesAndANeighbourDoesNot) {
   });
 }
 
-// A word of the command line as a JSON value of the argument.
+// A command-line word as a JSON value of the argument.
 static nlohmann::json as_json(const argument_spec& argument, const constraint& limits,
                               const std::string& word) {
   int64_t number = 0;
@@ -235,7 +235,7 @@ static nlohmann::json as_json(const argument_spec& argument, const constraint& l
   return word;
 }
 
-// One line for the validator: the schema, a value, and whether it is to be valid.
+// One line for the validator: the schema, a value, and whether it should be valid.
 static std::string schema_line(const procedure_row& procedure, const argument_spec& argument,
                                const std::string& word, bool valid) {
   const nlohmann::json value = as_json(argument, meanings_limits(procedure, argument), word);

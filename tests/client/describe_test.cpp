@@ -67,7 +67,7 @@ TEST(Describe, EveryRowDescribesItself) {
 TEST(Describe, FitsATerminal) {
   for (const procedure_row& procedure : table_procedures()) {
     for (const std::string& line : lines(describe_procedure(procedure))) {
-      bool example = line.starts_with("  wificonf ");  // is for copying: one line
+      bool example = line.starts_with("  wificonf ");  // stays on one line, to be copied
       EXPECT_TRUE(example || line.size() <= 80u) << line;
     }
   }
@@ -100,7 +100,7 @@ TEST(Describe, OneInWhole) {
   EXPECT_TRUE(contains(describe_procedure(*lookup_name("wlan_init")), "\nArguments\n  none\n"));
 }
 
-// Letters and digits alone, in lower case.
+// Only letters and digits, in lower case.
 static std::string bare(std::string_view text) {
   std::string out;
   for (const char c : text)

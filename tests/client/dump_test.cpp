@@ -1,4 +1,4 @@
-// What "wificonf dump" calls.
+// Which procedures "wificonf dump" calls.
 #include "commands/dump.h"
 
 #include <gtest/gtest.h>
@@ -24,9 +24,9 @@ TEST(Dump, CallsNothingThatDoesMoreThanRead) {
   EXPECT_TRUE(dump_is_safe(*lookup_name("wlan_get_btm_associated_device")));
 }
 
-// What a dump calls: per procedure the indexes, or other words, that it is given.
+// The calls of a dump: for each procedure, the indexes or other words that it is given.
 static std::map<std::string, std::string> dumped() {
-  // A row below 3 is there, everything else fails.
+  // Rows below 3 exist; everything else fails.
   FakeDaemon daemon;
   fake_daemon_start(daemon, [](const byte_string& call) {
     const bool row = call[20] == 1 && (call[23] == 0x76 || call[23] == 0x78);
@@ -53,7 +53,7 @@ static std::map<std::string, std::string> dumped() {
   return given;
 }
 
-// A getter that takes anything but one index is left out: nobody knows with what to ask.
+// A getter that takes anything but one index is left out: there is no knowing what to ask.
 TEST(Dump, CallsEverySafeGetterOfEveryBss) {
   const std::map<std::string, std::string> given = dumped();
   const std::string kBsses = "1 ,2 ,3 ,4 ,5 ,6 ,7 ,8 ,9 ,10 ,11 ,12 ,13 ,14 ,15 ,16 ,";

@@ -21,7 +21,7 @@ static int bound_socket(uint16_t* port) {
   return fd;
 }
 
-// Answers one call; false when there is none.
+// Answers one call; false if there is none.
 static bool serve_one(FakeDaemon& daemon) {
   byte_string call(65536);
   sockaddr_in from{};

@@ -1,5 +1,5 @@
-// A daemon for the client's tests: answers calls on a port of 127.0.0.1 by a
-// script, in a thread of its own.
+// A scripted daemon for the client's tests. It answers calls on a port of 127.0.0.1 in a thread
+// of its own.
 #pragma once
 
 #include <cstdint>
@@ -11,10 +11,10 @@
 
 struct Datagram {
   byte_string bytes;
-  bool from_elsewhere = false;  // sent from another port than was called
+  bool from_elsewhere = false;  // sent from a port other than the one called
 };
 
-// Given a call, the datagrams to answer with, in order.
+// Returns the datagrams that answer a call, in order.
 using Script = std::function<std::vector<Datagram>(const byte_string& call)>;
 
 struct FakeDaemon {
@@ -22,17 +22,16 @@ struct FakeDaemon {
   int socket = -1, other_socket = -1, stop_event = -1;
   Script script;
   std::thread thread;
-  std::vector<byte_string> calls;  // the thread's until it is stopped
+  std::vector<byte_string> calls;  // owned by the thread until it is stopped
 };
 
 void fake_daemon_start(FakeDaemon& daemon, Script script);
 
-// Ends the thread after it has read everything that was sent to it: `calls` is
-// then all of it.
+// Ends the thread after it has read everything sent to it, so that `calls` is complete.
 void fake_daemon_stop(FakeDaemon& daemon);
 
 // A port of 127.0.0.1 on which nothing listens.
 uint16_t fake_closed_port();
 
-// Reply to `call`: accepted with this state, then the words.
+// A reply to `call`: accepted with this state, then the words.
 byte_string fake_reply(const byte_string& call, uint32_t state, const std::vector<uint32_t>& words);

@@ -1,5 +1,5 @@
-// Holds what the client writes and reads against the filters that rpcgen makes
-// from wlan_config.x: the client has an encoder and a decoder of its own.
+// Compares the client's own encoder and decoder with the filters that rpcgen makes from
+// wlan_config.x.
 #include <gtest/gtest.h>
 #include <rpc/rpc.h>
 
@@ -13,8 +13,8 @@
 #include "wire/lookup.h"
 #include "wire/reply.h"
 
-// Decodes `in` with the filter and encodes what came out again. False when the
-// filter fails or leaves bytes over.
+// Decodes `in` with the filter and encodes the result again. False if the filter fails or bytes
+// are left over.
 template <typename T>
 static bool through(bool_t (*filter)(XDR*, T*), const byte_string& in, byte_string& out) {
   T object{};
@@ -75,7 +75,7 @@ TEST(Filters, EveryProceduresArgumentsAreWhatItsFilterReads) {
   }
 }
 
-// One filter for all: what the daemon refuses is refused here.
+// The daemon uses the same filter, so it rejects what is rejected here.
 TEST(Filters, TextWithANulInsideDoesNotDecode) {
   for (const char* inside : {"a", "\0"}) {
     byte_string bytes = {0, 0, 0, 3, 0, 0, 0, 3, 'a', static_cast<unsigned char>(*inside), 'b', 0};
@@ -97,7 +97,7 @@ TEST(Filters, CharactersOfARecordKeepTheirSign) {
   const procedure_row& procedure = *lookup_name("hnc_set_hne_table_entry");
   ASSERT_TRUE(arguments_encode(procedure, given, bytes, error)) << error;
   ASSERT_TRUE(through(xdr_hnc_set_supported_hne_table_entry_1_argument, bytes, again));
-  // The filter writes a character as the processor's char is, on ARM without a sign.
+  // The filter encodes a character as the processor's char, which is unsigned on ARM.
   for (size_t i = 0; i < bytes.size(); ++i) {
     const bool compared = std::is_signed_v<char> || i % 4 == 3;
     EXPECT_TRUE(!compared || bytes[i] == again[i]) << i;

@@ -1,5 +1,5 @@
-// What is in each record, byte by byte: written from the layouts of the back end's
-// structures, and read as JSON and as text.
+// The content of each record, byte by byte: written as the back end lays it out, read as JSON
+// and as text.
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
@@ -8,7 +8,7 @@
 #include "show/record.h"
 #include "wire/lookup.h"
 
-// A record under construction, little-endian.
+// A little-endian record under construction.
 struct record {
   std::string bytes;
 
@@ -27,7 +27,6 @@ static record blank(const char* procedure) {
   return {std::string(lookup_name(procedure)->size, '\0')};
 }
 
-// The value in JSON.
 static nlohmann::json value_of(const char* procedure, const record& from) {
   decoded_reply reply{};
   reply.data = from.bytes;

@@ -10,7 +10,7 @@ static bool is_record(const procedure_row& procedure) {
   return procedure.payload == payload_kind::WORDS || procedure.payload == payload_kind::IMAGE;
 }
 
-// That the fields have names of their own and lie side by side within `size`.
+// Checks that field names are unique, and that fields neither overlap nor exceed `size`.
 static void expect_fields_fit(std::span<const payload_field> fields, uint32_t size,
                               const char* procedure) {
   std::set<std::string> names;
@@ -61,7 +61,7 @@ TEST(Payload, WhatIsNotKnownIsNoValue) {
   EXPECT_EQ(payload_meaning("signal", not_known::kNoSignal), "signal; 0 or -127: not known");
   EXPECT_EQ(payload_meaning("", not_known::kMinusOne), "-1: not known");
   EXPECT_EQ(payload_meaning("always 0", not_known::kNever), "always 0");
-  // A counter that is not known, then or now, has not grown.
+  // A counter that is or was unknown has not grown.
   const payload_field packets = payload_find(*lookup_name("wlan_get_radio_tx_packets"))->fields[0];
   const std::string none(8, '\xff'), some("\5\0\0\0\0\0\0\0", 8);
   uint64_t growth = 0;
@@ -70,14 +70,14 @@ TEST(Payload, WhatIsNotKnownIsNoValue) {
   EXPECT_TRUE(payload_growth(packets, some, some, &growth));
 }
 
-// A value of which nobody has said what it holds is left out of what is handed on.
+// A redacted dump leaves out unclassified values.
 TEST(Payload, EveryValueOfAnActiveGetterSaysWhatItHolds) {
   std::string unsaid;
   const auto look = [&](const procedure_row& procedure, std::span<const payload_field> fields) {
     for (const payload_field& field : fields) {
       if (field.holds == content::kUnsaid)
         unsaid.append(" ").append(procedure.name).append(".").append(field.name);
-      // A text is free only where the daemon itself chooses it.
+      // A text is free only if the daemon itself chooses it.
       const bool text = field.type == field_type::kText || field.type == field_type::kMac;
       EXPECT_FALSE(text && field.holds == content::kFree && std::string_view(field.name) != "code")
           << procedure.name << " " << field.name;

@@ -50,7 +50,7 @@ TEST(Show, StationsAsATable) {
 static std::string btm_record() {
   std::string record(2436, '\0');
   record[0] = 1;
-  // 5 GHz VHT at 866 * 1024 kbit/s down and the lowest that the daemon says up.
+  // 5 GHz VHT at 866 * 1024 kbit/s down, and up the lowest rate that the daemon reports.
   put(record, 4, std::string("\xc3\xff\xff\xff\x00\x88\x0d\x00\xe8\3", 10));
   put(record, 4 + 20, "\xff\xff\xff\xff");
   put(record, 4 + 28, std::string("\0\1", 2));
@@ -92,7 +92,7 @@ TEST(Show, StationAsJson) {
       "\n");
 }
 
-// The driver counts from 0 within the radio, people from 1 to 16, as the setters do.
+// The driver counts from 0 within the radio; people count from 1 to 16, like the setters.
 TEST(Show, BssesHaveTheNumbersThatProceduresTake) {
   const payload_layout& layout = *payload_find(*lookup_name("wlan_get_assoc_devices_table"));
   const std::string table = show_record(layout, stations_record(), {0, 9});
@@ -173,7 +173,7 @@ TEST(Show, RowsHaveTheirOwnRates) {
     return record;
   };
   std::string then = stations("\x10", "\x20");
-  then.replace(45, 6, "\2\2\2\2\2\3");  // the second came later
+  then.replace(45, 6, "\2\2\2\2\2\3");  // the second station came later
   std::swap_ranges(then.begin() + 4, then.begin() + 44, then.begin() + 44);
   const earlier_record earlier = {then, 4};
   const std::string lines = show_lines(layout, stations("\x12", "\x21"), "NOW", {0, 1, &earlier});

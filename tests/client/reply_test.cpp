@@ -96,7 +96,7 @@ TEST(Reply, LyingLengths) {
   EXPECT_FALSE(decodes("wlan_get_ssid", large, reply)) << "more than return_data may have";
 }
 
-// A copy of exactly the cut length, so that the sanitizers see a byte too far.
+// Copies exactly the cut length, so that the sanitizers catch a read past the end.
 static void expect_refused_when_cut(const char* name, const byte_string& whole) {
   decoded_reply reply;
   ASSERT_TRUE(decodes(name, whole, reply)) << name;

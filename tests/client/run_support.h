@@ -7,7 +7,7 @@
 #include "commands/run.h"
 #include "wire/xdr.h"
 
-// The whole program, run within the test, and what it printed, sent and exited with.
+// The whole program, run within the test: what it printed, sent and exited with.
 
 struct Outcome {
   exit_status status;
@@ -19,11 +19,11 @@ constexpr uint32_t kMinus1 = 0xffffffff;
 
 Outcome run_words(const std::vector<std::string>& words);
 
-// Runs against a daemon that answers with this state and result.
+// Runs the program against a daemon that answers with this state and result.
 Outcome run_against(uint32_t state, const byte_string& result, std::vector<std::string> words,
                     const char* timeout = "10");
 
-// Results as they come over the wire: words, and a status with data behind no words.
+// Results as sent: words; or a status, no words, and data.
 byte_string words(std::initializer_list<uint32_t> list);
 byte_string data_record(uint32_t code, const std::string& data);
 

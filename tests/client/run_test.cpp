@@ -1,5 +1,4 @@
-// The whole program against a daemon of the test's own: what it prints and how
-// it exits.
+// The whole program against a fake daemon: its output and exit status.
 #include "commands/run.h"
 
 #include <gtest/gtest.h>
@@ -206,7 +205,7 @@ TEST(Run, WrongUsageSendsNothing) {
   }
 }
 
-// The error that is all of the output; null where it is none.
+// The error, if it is the whole output; otherwise null.
 static nlohmann::json error_of(const Outcome& outcome) {
   const auto object = nlohmann::json::parse(outcome.out, nullptr, false);
   EXPECT_TRUE(object.is_object() && object.size() == 1) << outcome.out;
@@ -275,7 +274,7 @@ TEST(Run, AnErrorOfTheNetworkIsJsonToo) {
   EXPECT_EQ(error_of(timeout)["kind"], "timeout");
 }
 
-// The record of what top asks, with stations of these last bytes of their addresses.
+// The record that top reads, for stations with these last address bytes.
 static byte_string station_list(std::initializer_list<char> addresses) {
   std::string record(2436, '\0');
   record[0] = static_cast<char>(addresses.size());
@@ -325,7 +324,7 @@ TEST(Run, ForceSendsWhatMakesNoSense) {
   EXPECT_EQ(type.calls.size(), 0u);
 }
 
-// A mistyped one is nearly right: nobody else is to read it.
+// A mistyped secret is almost the real one, so nobody else may see it.
 TEST(Run, ARefusedSecretIsNotShown) {
   const std::vector<std::string> calls[] = {{"wlan_set_key_passphrase", "1", "1", "geh1m"},
                                             {"wlan_set_wps_pinstart", "1", "geh1m"},
@@ -376,7 +375,7 @@ TEST(Run, Ping) {
   EXPECT_NEAR(milliseconds * 1000, std::round(milliseconds * 1000), 1e-6) << "microseconds";
 }
 
-// The first three calls of a daemon that is slow to start are lost.
+// The first three calls are lost, as with a daemon that starts slowly.
 TEST(Run, PingWaitsUntilTheDaemonAnswers) {
   FakeDaemon starting;
   int lost = 0;
@@ -417,7 +416,7 @@ TEST(Run, EveryCommandIsOne) {
   EXPECT_EQ(command_all().size(), 8u);
 }
 
-// What is said when there is no room for the output, with a buffer of this size.
+// The message printed when the output is full, with a buffer of this size.
 static std::string said_when_full(const std::vector<std::string>& words, size_t buffer) {
   FILE* full = fopen("/dev/full", "we");
   EXPECT_NE(full, nullptr);
@@ -432,7 +431,7 @@ static std::string said_when_full(const std::vector<std::string>& words, size_t 
 
 TEST(Run, OutputThatCannotBeWrittenIsAnError) {
   const std::string said = "wificonf: cannot write the output: No space left on device";
-  // Written at the end, and before it: what the system said then is not asked for again.
+  // The write fails at the end, or before it; then the reason must have been kept.
   for (const size_t buffer : {1 << 20, 64}) {
     EXPECT_EQ(said_when_full({"list"}, buffer), said + "\n") << buffer;
     EXPECT_EQ(said_when_full({"describe", "wlan_set_ssid"}, buffer), said + "\n") << buffer;

@@ -24,7 +24,7 @@ TEST(Schema, EveryProcedureHasOne) {
         procedure.payload != payload_kind::CODE && procedure.payload != payload_kind::NONE;
     EXPECT_EQ(object["properties"].contains("value"), has_value) << procedure.name;
     EXPECT_EQ(object["additionalProperties"], false);
-    // "inert": true is in the answer of every procedure that does nothing, and of no other.
+    // Procedures that do nothing, and only they, answer "inert": true.
     nlohmann::json required = {"procedure", "number", "return_code"};
     if (procedure.inert) required.push_back("inert");
     EXPECT_EQ(object["required"], required) << procedure.name;
@@ -42,7 +42,7 @@ TEST(Schema, ValueIsRequiredOfAnAnswerThatIsNoFailure) {
   EXPECT_FALSE(schema("wlan_set_ssid").contains("then"));
 }
 
-// That every property but the marks of escaped texts is required, here and below.
+// Every property must be required, at all levels, except the marks of escaped texts.
 static void expect_all_required(const nlohmann::json& object, const std::string& where) {
   nlohmann::json named = nlohmann::json::array();
   for (const auto& [name, property] : object["properties"].items()) {
@@ -72,7 +72,7 @@ TEST(Schema, EveryFieldOfARecordIsRequired) {
   EXPECT_GT(records, 0);
 }
 
-// Records of any bytes, as lines of JSON.
+// Random records as lines of JSON.
 static std::string answers_of(const procedure_row& procedure, std::minstd_rand& random) {
   decoded_reply reply{};
   std::string lines;

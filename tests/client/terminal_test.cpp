@@ -1,4 +1,4 @@
-// What redraws itself, on a terminal of the test's own.
+// Commands that redraw, on a pseudo-terminal.
 #include <gtest/gtest.h>
 
 #include <poll.h>
@@ -17,7 +17,7 @@ namespace {
 struct terminal {
   pid_t pid = -1;
   int fd = -1;
-  std::string shown;  // all that came so far
+  std::string shown;  // all output so far
 };
 
 }  // namespace
@@ -37,7 +37,7 @@ static void start(terminal& one, uint16_t port, std::vector<std::string> words, 
   _exit(127);
 }
 
-// Reads until the condition holds. False when it does not for long, or at the end.
+// Reads until the condition holds. False on timeout or at the end.
 template <typename Condition>
 static bool read_until(terminal& one, Condition holds) {
   const double deadline = moment_now() + 20;
@@ -53,7 +53,7 @@ static bool read_until(terminal& one, Condition holds) {
   return true;
 }
 
-// Reads to the end; the exit status, or -1 of one that did not end by itself.
+// Reads to the end. Returns the exit status, or -1 if the program was killed.
 static int finish(terminal& one) {
   const double started = moment_now();
   read_until(one, [] { return false; });
@@ -79,7 +79,7 @@ static constexpr char kRedraw[] = "\033[H\033[J";
 static constexpr char kWatchRedraw[] = "\033[H\033[2J";
 static constexpr char kLeave[] = "\033[?1049l";
 
-// Two stations on BSS 1; from call to call the second one sends more than the first.
+// Two stations on BSS 1. The second sends more than the first from call to call.
 static byte_string stations(const byte_string& call, uint32_t samples) {
   const bool has_stations = call[43] == 1;
   std::string record(2436, '\0');
@@ -176,7 +176,7 @@ TEST(Terminal, TopGoesOnWithoutADaemon) {
   EXPECT_EQ(finish(one), 3);
 }
 
-// The rows of the last whole frame, which the screen shows.
+// The rows of the last complete frame, which the screen shows.
 static std::vector<std::string> last_frame(const terminal& one) {
   return split(split(one.shown, kRedraw).back(), "\r\n");
 }
@@ -244,7 +244,7 @@ TEST(Terminal, TopShowsStationsOnALowScreen) {
   fake_daemon_stop(stations.daemon);
 }
 
-// A station on BSS 16 with counters as large as they get, and some 15 MB/s.
+// A station on BSS 16 with the largest possible counters and about 15 MB/s.
 static byte_string busy_station(const byte_string& call, uint32_t samples) {
   std::string record(2436, '\0');
   record[0] = call[43] == 16 ? 1 : 0;
@@ -302,8 +302,8 @@ TEST(Terminal, TopLeavesOutCountersBeforeTheAddress) {
 
 namespace {
 
-// A station on BSS 16 that is sent a million bytes a second. In the second sample BSS 1
-// takes its time to answer, and in the third it never does.
+// A station on BSS 16 that is sent a million bytes a second. BSS 1 answers late in the second
+// sample and never in the third.
 struct slow_daemon {
   FakeDaemon daemon;
   double started = moment_now();
@@ -346,7 +346,7 @@ TEST(Terminal, TopSaysWhatItWaitsForAndCountsTheTime) {
   EXPECT_EQ(sscanf(rows.at(4).c_str(), " 16 02:00:00:00:00:01 %*s %*f %*f %lf", &rate), 1);
   EXPECT_GT(rate, 0.8e6) << rows.at(4);
   EXPECT_LT(rate, 1.2e6) << rows.at(4);
-  // Not after the ten seconds that a call may take.
+  // It must quit now, not after the ten-second timeout of the call.
   const double pressed = moment_now();
   press(one, "q");
   EXPECT_EQ(finish(one), 0);
@@ -354,7 +354,7 @@ TEST(Terminal, TopSaysWhatItWaitsForAndCountsTheTime) {
   fake_daemon_stop(slow.daemon);
 }
 
-// None of the sixteen calls of a sample is slow, all of them are.
+// No single call of the sixteen is slow, but together they are.
 TEST(Terminal, TopSaysWhatItWaitsForWhereManyCallsTakeTheirTime) {
   FakeDaemon daemon;
   fake_daemon_start(daemon, [](const byte_string& call) {
@@ -370,15 +370,16 @@ TEST(Terminal, TopSaysWhatItWaitsForWhereManyCallsTakeTheirTime) {
   fake_daemon_stop(daemon);
 }
 
-// In the shell on the terminal: `line`, a tab where it has one, and Enter. True when
-// that calls the client with the words.
+// Types `line` and Enter in the shell; a tab in it completes. True if the client is then called
+// with the words.
 static bool calls(terminal& one, const std::string& line, const std::string& words) {
   const std::string typed = line + "\r";
   EXPECT_EQ(write(one.fd, typed.data(), typed.size()), static_cast<ssize_t>(typed.size()));
   return read_until(one, [&] { return one.shown.find("<" + words + ">") != std::string::npos; });
 }
 
-// A shell without anybody's settings that has read `setup` and "wificonf", which tells its words.
+// Starts a shell without user settings that has read `setup`, and in which "wificonf" prints
+// its words.
 static void start_shell(terminal& one, const std::vector<std::string>& shell,
                         const std::string& setup) {
   const std::string path = testing::TempDir() + "setup." + std::to_string(getpid());
@@ -423,7 +424,7 @@ TEST(Terminal, ZshCompletes) {
   expect_completed({"zsh", "-f"}, start + ". <(wificonf completion zsh)");
 }
 
-// As it is installed: zsh loads it when it is needed for the first time.
+// As installed: zsh autoloads the file on first use.
 TEST(Terminal, ZshCompletesWithAFileOfItsPath) {
   char directory[] = "/tmp/completions.XXXXXX";
   ASSERT_NE(mkdtemp(directory), nullptr);
@@ -449,7 +450,7 @@ TEST(Terminal, DumbOneIsTakenForAPipe) {
   fake_daemon_stop(stations.daemon);
 }
 
-// Every BSS is answered with a failure code, as before the drivers are loaded.
+// Every BSS answers with a failure code, as before the drivers are loaded.
 TEST(Terminal, TopSaysThatNoRadioIsUp) {
   FakeDaemon daemon;
   fake_daemon_start(daemon, [](const byte_string& call) {
@@ -509,7 +510,7 @@ TEST(Terminal, WatchEndsWithQ) {
   fake_daemon_stop(daemon);
 }
 
-// Stopped from the keyboard it gives the terminal back, and takes it again to go on.
+// Stopped from the keyboard, it gives the terminal back. It takes it again when continued.
 TEST(Terminal, TopCanBeStoppedAndGoesOn) {
   station_daemon stations;
   start_stations(stations);

@@ -16,7 +16,7 @@ TEST(Text, EscapeKeepsTheTerminalWhole) {
       {"back\\slash", "back\\\\slash"},
       {"\\x41", "\\\\x41"},
       {"\xff\xfe", "\\xff\\xfe"},
-      {"\xc2\x9b", "\\xc2\\x9b"},                    // C1: begins a control sequence
+      {"\xc2\x9b", "\\xc2\\x9b"},                    // C1: starts a control sequence
       {"\xe2\x80\xae!", "\\xe2\\x80\\xae!"},         // right-to-left override
       {"\xc0\xaf", "\\xc0\\xaf"},                    // overlong
       {"\xe0\x80\x80", "\\xe0\\x80\\x80"},           // overlong
@@ -33,7 +33,7 @@ TEST(Text, EscapeKeepsTheTerminalWhole) {
     EXPECT_EQ(text_escape(c.bytes), c.shown);
 }
 
-// Every text of one and of two bytes has an escaped form of its own.
+// Each text of one or two bytes has a different escaped form.
 TEST(Text, EscapeIsUnambiguous) {
   std::set<std::string> shown;
   for (int a = 0; a < 256; ++a) {

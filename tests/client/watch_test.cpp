@@ -1,4 +1,4 @@
-// "wificonf watch" in a pipe; on a terminal it is tested with what redraws itself.
+// "wificonf watch" in a pipe. terminal_test.cpp tests it on a terminal.
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
@@ -31,7 +31,7 @@ TEST(Watch, JsonHasItsTime) {
   EXPECT_EQ(object["value"], 6);
 }
 
-// Lines without their time stamps.
+// The lines without their time stamps.
 static std::string unstamped(const std::string& text) {
   std::string out;
   for (size_t at = 0; at < text.size();) {
@@ -53,8 +53,8 @@ TEST(Watch, InAPipePrintsTimedLines) {
   EXPECT_EQ(outcome.calls.size(), 3u);
 }
 
-// A daemon whose counter of bytes sent, 64 bits in the first words, takes these values
-// in turn.
+// The output for a daemon whose 64-bit counter of bytes sent, in the first words, takes these
+// values in turn.
 static std::string watched(std::vector<uint32_t> sent, const char* every) {
   FakeDaemon daemon;
   size_t at = 0;
@@ -83,7 +83,7 @@ TEST(Watch, CountersHaveTheirRates) {
             1)
       << lines;
   EXPECT_EQ(static_cast<size_t>(length), lines.size()) << "none of the first, and none back";
-  // A busy machine makes it less.
+  // A busy machine lowers the rate.
   EXPECT_GT(rate, 1e5);
   EXPECT_LT(rate, 1.2e7);
 }
@@ -101,8 +101,8 @@ TEST(Watch, DoesNotMakeUpForWhatWasLate) {
              "wlan_get_channel", "1", "--every", "100ms", "--count", "4"});
   fake_daemon_stop(daemon);
   ASSERT_EQ(called.size(), 4u);
-  // 0.2 in truth, next to nothing where it made up for the late one; a busy machine may
-  // hold a call back.
+  // Normally 0.2 s, but almost 0 if watch made up for the late call. A busy machine may delay a
+  // call.
   EXPECT_GE(called[3] - called[1], 0.1);
 }
 

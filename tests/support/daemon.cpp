@@ -34,8 +34,7 @@ static void redirect(int stream, const char* path) {
   close(file);
 }
 
-// What a sanitizer says in the daemon fails the test that the daemon ran in,
-// which is the only one of its process.
+// A sanitizer report from the daemon fails the test. Each process runs only one test.
 static void check_reports() {
   for (const char* sign :
        {"AddressSanitizer", "LeakSanitizer", "ThreadSanitizer", "runtime error:"}) {
@@ -45,7 +44,7 @@ static void check_reports() {
   }
 }
 
-// The process for the daemon: 0 in it, its pid in the test.
+// Forks for the daemon: returns 0 in it and its pid in the test.
 static pid_t fork_daemon() {
   static const int registered = atexit(check_reports);
   static_cast<void>(registered);

@@ -31,7 +31,7 @@ std::string json_member(const std::string& line, const std::string& name) {
   return text;
 }
 
-// Those that change which radios there are: called after all others.
+// Procedures that change which radios there are. They are called last.
 static bool takes_radios_down(const std::string& description) {
   static const char* const kNames[] = {"wlan_load",
                                        "wlan_init",
@@ -53,7 +53,7 @@ static std::vector<std::string> descriptions() {
   return all;
 }
 
-// The command line of a description's example, answering in JSON.
+// The command line of the description's example, with --json.
 static std::string command_of(const std::string& description) {
   return "wificonf --json" + json_member(description, "example").substr(strlen("wificonf"));
 }

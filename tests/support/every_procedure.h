@@ -4,18 +4,17 @@
 #include <string>
 #include <vector>
 
-// A call of every procedure, with the example of its description.
+// Calls every procedure with the example from its description.
 
 struct procedure_call {
   std::string name;
-  std::string answer;  // one line of JSON; empty when none came
+  std::string answer;  // one line of JSON; empty if there was none
 };
 
-// Brings a gateway without a driver up, calls `ready`, and then every procedure
-// through wificonf: all but those that take the radios down first, these last.
-// Fails the test when a procedure does not answer.
+// Brings up a gateway without a driver, calls `ready`, then calls every procedure through
+// wificonf. Those that take the radios down come last. Fails the test if a procedure does not
+// answer.
 std::vector<procedure_call> call_every_procedure(const std::function<void()>& ready = [] {});
 
-// The member of the one-line JSON object, a text without its quotes; empty when
-// it has none.
+// A member of the one-line JSON object, texts without their quotes; empty if missing.
 std::string json_member(const std::string& line, const std::string& name);

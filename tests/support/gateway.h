@@ -7,34 +7,32 @@
 // "mt7603", "mt7603+mt7612" or "mt7615".
 std::string board();
 
-// Radio interfaces, a line each in the order of their numbers: those that are
-// there, those that the board's modules make, and those that are up and match
-// an extended regular expression.
+// Radio interfaces, one per line in numeric order: the existing ones, all that the board's
+// modules create, and those that are up and match an extended regular expression.
 std::string interfaces();
 std::string all_interfaces();
 std::string interfaces_up(const std::string& pattern);
 
-// What the interface beacons; empty when it does not.
+// The SSID that the interface beacons; empty if none.
 std::string beaconed_ssid(const std::string& interface);
 
-// Members of a bridge, a line each, sorted.
+// Members of a bridge, sorted, one per line.
 std::string bridge_members(const std::string& bridge);
 
-// The value of a key, and its replacement in a profile that has it; appended
-// where it has not.
+// Reads a key's value in a profile; sets it, appending the key if it is missing.
 std::string profile_value(const std::string& profile, const std::string& key);
 void set_profile_value(const std::string& profile, const std::string& key,
                        const std::string& value);
 
-// Gives both bands' first BSS the same SSID, security and pass phrase, and
-// switches band steering on in both profiles.
+// Gives the first BSS of both bands the same SSID, security and pass phrase, and enables band
+// steering in both profiles.
 void make_bands_alike();
 
-// Gives the profiles VLANs, band steering, DCS and RADIUS servers.
+// Adds VLANs, band steering, DCS and RADIUS servers to the profiles.
 void switch_everything_on();
 
-// Changes how a companion behaves, see "gwbox set".
+// Changes how a companion behaves; see "gwbox set".
 void set_companion(const std::string& path, const std::string& value);
 
-// The signals that HncInit got, "USR1 USR2 " in their order.
+// The signals that HncInit received, in order, such as "USR1 USR2 ".
 std::string hnc_signals();

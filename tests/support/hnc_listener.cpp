@@ -13,8 +13,8 @@ static constexpr size_t kRequestSize = 1496;
 static constexpr size_t kReplySize = 2860;
 
 static int listener_socket = -1;
-// Between the test and the listener's thread; never destroyed, since that thread
-// outlives the test.
+// Shared by the test and the listener's thread. Never destroyed, because the thread outlives
+// the test.
 static std::mutex mutex;
 static auto& behaviour = *new std::function<std::optional<std::string>(const std::string&)>;
 static auto& requests = *new std::vector<std::string>;

@@ -37,7 +37,7 @@ pid_t start_lifecycle_daemon(const std::vector<std::string>& environment) {
 }
 
 bool wait_for_trace(const std::string& text) {
-  // A window of a second, and up to a load of the slowest board.
+  // Allows for a window of one second plus loading the drivers on the slowest board.
   return wait_until([&] { return count_traces(text) > 0; }, 15);
 }
 
@@ -88,7 +88,7 @@ std::vector<lifecycle_step> lifecycle_steps() {
 }
 
 void start_traced_daemon() {
-  // Leak checking does not work under strace.
+  // LeakSanitizer does not work under strace.
   const pid_t child = start_lifecycle_daemon({"ASAN_OPTIONS=detect_leaks=0"});
   traced_child = child;
   run("strace -f -qq -s 400 -e signal=none "
@@ -107,22 +107,22 @@ void run_step(const lifecycle_step& step) {
     queue_and_wait(step.procedure, step.trace);
     return;
   }
-  // Under strace, with a sanitizer, it can take seconds.
+  // Under strace and a sanitizer it can take seconds.
   reply_message reply = {};
   EXPECT_TRUE(call(kReset, "", &reply, 20));
   EXPECT_EQ(word_at(reply.payload, 0), 0U);
 }
 
-// The call of a traced line, without its thread's number and the padding before
-// its result. One that strace tells in two halves, because another thread came
-// in between, is empty at the first and whole at the second.
+// The call of a traced line, without the thread id and the padding before the result. If
+// another thread came in between, strace prints a call in two halves. Then the result is "" for
+// the first half and the whole call for the second.
 static std::string whole_call(const std::string& line, std::map<std::string, std::string>& halves) {
   static const std::string unfinished = " <unfinished ...>";
   const size_t call = line.find_first_not_of("0123456789 ");
   if (call == line.npos) return "";
   const std::string thread = line.substr(0, line.find(' '));
   std::string text = line.substr(call);
-  // What is executed is told whole by the first half.
+  // An execve's first half already has everything.
   if (text.ends_with(unfinished) && !text.starts_with("execve(")) {
     halves[thread] = text.substr(0, text.size() - unfinished.size());
     return "";
@@ -140,8 +140,8 @@ static std::string whole_call(const std::string& line, std::map<std::string, std
 
 static constexpr size_t kAddressWidth = 10;  // "0x" and 8 digits, of a 32-bit daemon
 
-// Takes out what differs from run to run, descriptors, addresses and indexes,
-// and how a 32-bit daemon opens files.
+// Removes what differs between runs (descriptors, addresses, indexes), and the flag with which
+// a 32-bit daemon opens files.
 static std::string without_numbers(std::string text) {
   static const std::string large = "|O_LARGEFILE";
   if (const size_t at = text.find(large); at != text.npos) text.erase(at, large.size());
@@ -158,16 +158,16 @@ static std::string without_numbers(std::string text) {
   return text;
 }
 
-// One traced call as the transcript has it: a shell command line of anybody, any
-// other call of the daemon's own threads, of the opened files the modules; empty
-// for the rest.
+// A traced call as a line of the transcript: shell command lines of any process, and other
+// calls of the daemon's own threads. Of opened files only modules are kept. "" for everything
+// else.
 static std::string transcript_line(const std::string& thread, const std::string& text) {
   static const std::string shell = "execve(\"/bin/sh\", [\"sh\", \"-c\", ";
   if (text.starts_with(shell)) {
     return "sh -c " + text.substr(shell.size(), text.find("], 0x") - shell.size());
   }
   const bool own = exists("/proc/" + std::to_string(traced_child) + "/task/" + thread);
-  // FIONREAD is the service asking for the length of a request.
+  // With FIONREAD the service reads the length of a request.
   const bool service = text.find("FIONREAD") != text.npos;
   const bool other_file = text.starts_with("openat(") && text.find(".ko\"") == text.npos;
   if (!own || service || other_file || text.starts_with("execve")) return "";

@@ -2,9 +2,9 @@
 
 #include <cstddef>
 
-// How many procedures the committed wire snapshot, tests/wire_snapshot.txt, has.
+// The number of procedures in the committed wire snapshot, tests/wire_snapshot.txt.
 size_t snapshot_procedures();
 
-// For who finds another number.
+// The message for a different number.
 constexpr char kSnapshotGrows[] =
     "scripts/generate adds a new procedure to tests/wire_snapshot.txt; none may go";

@@ -2,22 +2,21 @@
 
 #include <string>
 
-// Stations around the simulated gateway, and what its driver answers.
+// Stations around the simulated gateway, and the answers of its driver.
 
-// Runs gwbox with these words. Fails the test when it refuses them.
+// Runs gwbox with these words. Fails the test if it rejects them.
 void gwbox(const std::string& words);
 
-// Takes the scenario's stations away, which would have sent something by now, and
-// brings interfaces up ("ra0 ra8").
+// Removes the scenario's stations, which would have sent traffic by now, and brings interfaces
+// up ("ra0 ra8").
 void start_radios(const std::string& interfaces);
 
-// A station 02:00:5e:00:01:<n> with further words, such as "bss=1 rssi=[-50]". A
-// station that is there already is changed.
+// Adds or changes station 02:00:5e:00:01:<n> with further words, such as "bss=1 rssi=[-50]".
 void set_station(int n, const std::string& words);
 void remove_station(int n);
 
-// The same as text, lower case.
+// Its MAC address, in lower case.
 std::string station_mac(int n);
 
-// So many stations of one BSS, numbered from 1 on.
+// Adds `count` stations to one BSS, numbered from 1.
 void set_stations(int count, int bss);

@@ -2,14 +2,12 @@
 
 #include <string>
 
-// Terminal sessions kept as texts: a command behind "$ " in a line of its own,
-// and below it what it prints on both streams.
+// Terminal sessions kept as text: each command on its own line after "$ ", followed by what it
+// prints on both streams.
 
-// Runs the commands of a session, each in a shell, and returns the session as it
-// is today. A command that exits non-zero has "[STATUS]" behind its output when
-// `with_status`.
+// Runs each command of a session in a shell and returns the session with today's output. If
+// `with_status`, "[STATUS]" follows the output of a command that fails.
 std::string replay(const std::string& session, bool with_status);
 
-// The session without what is different each time: moments, durations, pids,
-// addresses of memory.
+// The session without what varies between runs: times, durations, pids, memory addresses.
 std::string masked(const std::string& session);

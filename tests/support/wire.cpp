@@ -85,7 +85,7 @@ bool call(uint32_t procedure, const std::string& arguments, reply_message* reply
 
 int32_t call_for_code(uint32_t procedure, const std::string& arguments) {
   reply_message reply = {};
-  // A reset whose commands are traced takes seconds on a machine that is busy.
+  // On a busy machine a reset with traced commands takes seconds.
   EXPECT_TRUE(call(procedure, arguments, &reply, 10)) << "procedure " << procedure;
   EXPECT_EQ(reply.accept_status, kAcceptSuccess) << "procedure " << procedure;
   return static_cast<int32_t>(word_at(reply.payload, 0));
