@@ -3,13 +3,13 @@
 #include <cstdlib>
 #include <cstring>
 
-// The formats are checked where the messages are made; here they come in parts.
+// The compiler checks formats at the call sites; here they come in parts.
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
 
 namespace {
 
-// What is not written yet: a stream without a buffer, as standard error is, takes
-// a message in one call all the same.
+// Output that is not yet written. It makes each message one call even on a stream without
+// a buffer, such as standard error.
 struct piece {
   FILE* stream;
   size_t length;
@@ -20,11 +20,11 @@ struct piece {
 struct conversion {
   char text[16];
   size_t length;
-  char kind;  // its last letter
+  char kind;  // the last letter
 };
 
-// A lead byte of UTF-8: its range, and that of the byte behind it, which leaves
-// out long forms, surrogates and the control characters from U+0080 on.
+// A lead byte of UTF-8: its range and that of the next byte, which excludes overlong
+// forms, surrogates and the control characters from U+0080 on.
 struct lead_range {
   unsigned char first, last;
   unsigned char second_first, second_last;
@@ -114,7 +114,7 @@ static void put_number(piece* out, const conversion& how, va_list* values) {
   put_as<int>(out, how.text, values);
 }
 
-// The conversion that begins at the "%". False when it is none.
+// Parses the conversion that starts at the "%". False when there is none.
 static bool parse_conversion(const char* format, conversion* how) {
   how->length = 1 + strspn(format + 1, "-+ #0123456789.*hlz") + 1;
   if (how->length >= sizeof how->text) return false;
@@ -131,7 +131,7 @@ static int precision_of(const conversion& how, va_list* values) {
   return dot[1] == '*' ? va_arg(*values, int) : atoi(dot + 1);
 }
 
-// Writes what begins at the "%" and returns how much of the format that was.
+// Writes what starts at the "%" and returns its length in the format.
 static size_t put_conversion(piece* out, const char* format, va_list* values) {
   conversion how;
   if (format[1] == '%' || !parse_conversion(format, &how)) {

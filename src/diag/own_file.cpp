@@ -10,13 +10,13 @@
 
 static constexpr int kLinksMax = 8;
 
-// Every update of a profile asks three times: the kernel's note from the start costs
-// no system call.
+// Every profile update asks three times. The kernel supplied this value at start, so it
+// costs no system call.
 uid_t own_user() {
   return static_cast<uid_t>(getauxval(AT_EUID));
 }
 
-// Why a file is not an own one, or 0.
+// Why a file is not an own file, or 0.
 static int objection(const struct stat& status) {
   if (status.st_uid != own_user()) return EACCES;
   if (!S_ISREG(status.st_mode)) return EINVAL;
@@ -34,7 +34,7 @@ static int checked(int file, struct stat* status) {
 int own_directory_open(const char* path) {
   static constexpr int kFlags = O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
   const int directory = open(path, kFlags);
-  // A link is no directory.
+  // These are the errors for a link.
   if (directory >= 0 || (errno != ENOTDIR && errno != ELOOP)) return directory;
   char target[PATH_MAX];
   return own_file_resolve(AT_FDCWD, path, target) ? open(target, kFlags) : -1;
@@ -52,12 +52,12 @@ int own_file_open(int directory, const char* path, int flags, mode_t mode, struc
   return file < 0 ? -1 : checked(file, status);
 }
 
-// Replaces the path of a link, which is open as itself, by the link's target.
+// Replaces the path of a link, which is itself open, by the link's target.
 static bool follow(int link, char (&path)[PATH_MAX]) {
   char target[PATH_MAX];
   const ssize_t length = readlinkat(link, "", target, sizeof target);
   if (length <= 0) return false;
-  // A relative target begins in the link's directory.
+  // A relative target starts in the link's directory.
   const char* slash = target[0] == '/' ? nullptr : strrchr(path, '/');
   const size_t kept = slash == nullptr ? 0 : static_cast<size_t>(slash + 1 - path);
   if (kept + static_cast<size_t>(length) >= sizeof path) {
@@ -69,13 +69,13 @@ static bool follow(int link, char (&path)[PATH_MAX]) {
   return true;
 }
 
-// Takes one step along the links; `*more` tells whether `path` was one.
+// Takes one step along the links; `*more` is set when `path` was one.
 static bool step(int place, char (&path)[PATH_MAX], bool* more) {
   struct stat status;
   if (fstat(place, &status) != 0) return false;
   *more = S_ISLNK(status.st_mode);
   if (!*more) return true;
-  // A second name of a link of ours may have been given by anybody.
+  // Anybody may have given a link of ours a second name.
   if (status.st_uid == own_user() && status.st_nlink == 1) return follow(place, path);
   errno = ELOOP;
   return false;
@@ -85,7 +85,7 @@ bool own_file_resolve(int directory, const char* path, char (&target)[PATH_MAX])
   snprintf(target, sizeof target, "%s", path);
   bool more = true;
   for (int links = 0; more && links <= kLinksMax; ++links) {
-    // The link itself is looked at and read, whatever takes its place meanwhile.
+    // Inspect and read the link itself, even if the path is replaced meanwhile.
     const int place = openat(directory, target, O_PATH | O_NOFOLLOW | O_CLOEXEC);
     if (place < 0) return errno == ENOENT;
     const bool done = step(place, target, &more);

@@ -19,7 +19,7 @@ static constexpr char kLogSwitch[] = "/tmp/auto_debug/rpc_dbg_en";
 static constexpr char kLogDirectory[] = "/tmp/auto_debug";
 static constexpr char kLog[] = "dbg_rpc.log";
 static constexpr char kBackupEnd[] = ".bak";
-// It holds pass phrases.
+// The log contains pass phrases.
 static constexpr mode_t kLogMode = 0600;
 static constexpr int32_t kRotateAbove = 1024000;
 
@@ -39,14 +39,15 @@ void log_time_stamp(const struct tm* when, char (&stamp)[kTimeStampSize]) {
   stamp[length - 1] = '\0';
 }
 
-// The debug log is not there to fill the console: each complaint about it comes once.
+// Each complaint about the debug log is printed once, so as not to flood the console.
 static void complain_once(bool* said, const char* complaint) {
   if (!*said)
     fprintf(stderr, "logToFile %s/%s %s: %s\n", kLogDirectory, kLog, complaint, strerror(errno));
   *said = true;
 }
 
-// The backup is beside the log: when that is a link, on the drive that it leads to.
+// The backup is in the log's directory. If the log is a link, that is on the target
+// drive.
 static bool move_to_backup(int directory) {
   char log[PATH_MAX];
   char backup[sizeof log + sizeof kBackupEnd];
@@ -59,8 +60,7 @@ static int open_any_log(int directory, struct stat* status) {
   return own_file_open(directory, kLog, O_RDWR | O_APPEND | O_CREAT, kLogMode, status);
 }
 
-// A log that others may have in their hands, under whatever name it had, becomes the
-// backup.
+// A log that others may have open becomes the backup, whatever its earlier name.
 static int open_log(int directory, struct stat* status) {
   const int file = open_any_log(directory, status);
   if (file < 0 || !own_file_was_shared(file, kLogMode, *status)) return file;
@@ -68,7 +68,7 @@ static int open_log(int directory, struct stat* status) {
   return move_to_backup(directory) ? open_any_log(directory, status) : -1;
 }
 
-// Makes room in the log that is open, and returns the one to write to.
+// Makes room in the open log and returns the one to write to.
 static int rotate_log(int directory, int file) {
   static bool said = false;
   struct stat status;
@@ -82,16 +82,16 @@ static int rotate_log(int directory, int file) {
   return -1;
 }
 
-// The log with room for a line, or -1.
+// The log with room for one more line, or -1.
 static int open_log_with_room(int directory) {
   struct stat status;
   const int file = open_log(directory, &status);
-  // A size of 2 GiB and more is negative here and counts as small: kept on purpose.
+  // A size of 2 GiB or more is negative here and counts as small: kept on purpose.
   const bool full = file >= 0 && static_cast<int32_t>(status.st_size) > kRotateAbove;
   return full ? rotate_log(directory, file) : file;
 }
 
-// The directory is held: it is the same one for all steps, whoever replaces it meanwhile.
+// All steps use one open directory, even if its path is replaced meanwhile.
 static int open_log_file() {
   const int directory = own_directory_open(kLogDirectory);
   if (directory < 0) return -1;
@@ -112,8 +112,8 @@ static FILE* open_log_stream() {
   return nullptr;
 }
 
-// One thread at a time: of two that find the log full, the second would move the new
-// log over the backup.
+// One thread at a time: if two found the log full, the second would move the new log over
+// the backup.
 static FILE* open_log_in_turn() {
   static pthread_mutex_t turn = PTHREAD_MUTEX_INITIALIZER;
   pthread_mutex_lock(&turn);
@@ -147,10 +147,10 @@ int logToFile(const char* format, ...) {
 
 namespace {
 
-// A trace family: its prefix has one %s, the emitting function.
+// A trace family: its prefix has one %s, for the calling function.
 struct family {
   const char* prefix;
-  bool error;   // standard error, always; else standard output, while it is switched on
+  bool error;   // standard error, always; else standard output, if enabled
   bool logged;  // copied to the debug log
 };
 
@@ -164,8 +164,7 @@ constexpr family kRevError = {"[REV-RPC] \033[40m\033[31;40m**ERROR**\033[0m %s 
 // The families' prefixes are formats of their own.
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
 
-// The stream is locked so that prefix and message stay together when two
-// threads trace at once.
+// Locks the stream so that prefix and message stay together when two threads trace.
 static void write_console(const family& kind, const char* function, const char* format,
                           va_list values) {
   FILE* stream = kind.error ? stderr : stdout;
@@ -175,7 +174,7 @@ static void write_console(const family& kind, const char* function, const char* 
   funlockfile(stream);
 }
 
-// Returns logToFile's status of the copy, 0 where there is none.
+// Returns logToFile's status for the copy, 0 without one.
 static int emit(const family& kind, const char* function, const char* format, va_list values) {
   if (kind.error || console_trace_on()) {
     va_list again;

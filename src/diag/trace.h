@@ -2,16 +2,14 @@
 
 #include <ctime>
 
-// Diagnostics: four trace families and the debug log. Two marker files decide
-// what is written, and both are tested afresh at every message, so that they
-// take effect without restarting the daemon:
+// Diagnostics: four trace families and the debug log. Two marker files decide what is
+// written. Both are checked at every message, so changes take effect at once:
 //
 //   /tmp/wlandbg                  console traces on standard output
 //   /tmp/auto_debug/rpc_dbg_en    /tmp/auto_debug/dbg_rpc.log, one backup
 //
-// Each family prefixes the name of the function that emits the message; the
-// message carries its own line end. Texts in a message are shown as message.h says:
-// a control character in one is written in hexadecimal.
+// Each family prefixes the name of the calling function; the message brings its own
+// newline. Control characters in its texts are written in hexadecimal, see message.h.
 //
 //   family     stream   console gate   copied to the log
 //   RPC_TRACE  stdout   /tmp/wlandbg   yes, whatever the console does
@@ -24,7 +22,7 @@
 #define REV_TRACE(...) trace_rev(__func__, __VA_ARGS__)
 #define REV_ERROR(...) trace_rev_error(__func__, __VA_ARGS__)
 
-// trace_rpc returns what became of the copy in the log, as logToFile does.
+// trace_rpc returns logToFile's status for the copy in the log.
 int trace_rpc(const char* function, const char* format, ...) __attribute__((format(printf, 2, 3)));
 void trace_rpc_error(const char* function, const char* format, ...)
     __attribute__((format(printf, 2, 3)));
@@ -35,15 +33,15 @@ void trace_rev_error(const char* function, const char* format, ...)
 // Whether console traces are on now.
 [[nodiscard]] bool console_trace_on();
 
-// Appends "<time stamp> - <message>" to the debug log, rotating a log of more
-// than 1,024,000 bytes into its backup first; where it cannot be renamed it is cut
-// off, and standard error told once. Returns 0 when logging is off or the message
-// was written, -1 when format is null or the log is none of our own, see own_file.h,
-// which standard error is told once too. A new log is for its owner alone: it holds
-// pass phrases. The directory of the log is never created.
+// Appends "<time stamp> - <message>" to the debug log. A log of more than 1,024,000 bytes
+// is first renamed to its backup, or truncated, with one complaint on standard error,
+// when that fails. Returns 0 when logging is off or the message was written; -1 when
+// format is null or the log is not our own (see own_file.h), which is also reported there
+// once. Only the owner may read a new log: it contains pass phrases. The log's directory
+// is never created.
 int logToFile(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
-// The log's time stamp: asctime's text without its line end, or "NULL" when
-// the time cannot be formatted (a null pointer, a year out of range).
+// The log's time stamp: asctime's text without its newline, or "NULL" when the time
+// cannot be formatted (a null pointer, a year out of range).
 constexpr unsigned long kTimeStampSize = 26;
 void log_time_stamp(const struct tm* when, char (&stamp)[kTimeStampSize]);

@@ -4,11 +4,11 @@
 #include "diag/trace.h"
 #include "profile/store.h"
 
-// The updates whose settings come as lists of arguments.
+// Updates whose settings come as lists of arguments.
 
 namespace {
 
-// `data` is owned by the record: freed by update_from_list.
+// The record owns `data`; update_from_list frees it.
 struct setting_list {
   profile_setting* data = nullptr;
   size_t length = 0;
@@ -29,9 +29,9 @@ static bool append_setting(setting_list* list, const profile_setting& setting) {
   return true;
 }
 
-// Takes the arguments up to the empty key; nothing after a negative index, which
-// the update refuses. A va_list passed by itself is a copy on most processors: the
-// caller's would not move on. False when memory runs out.
+// Reads arguments up to the empty key, or up to a negative index, which the update
+// refuses. Takes a pointer, because a va_list passed by value may not advance the
+// caller's. False when memory runs out.
 static bool take_settings(bool with_index, va_list* arguments, setting_list* list) {
   for (int index = 0; index >= 0;) {
     const char* key = va_arg(*arguments, const char*);

@@ -20,7 +20,7 @@ static int find_value(std::string_view content, std::string_view key, char* buff
       buffer[length] = '\0';
       return 1;
     }
-    // Says malloc though nothing is allocated, and counts the line end: kept.
+    // Says malloc although nothing is allocated, and counts the newline: kept on purpose.
     trace_rpc_error("wifiprofile_getParam",
                     "malloc failed. value:%.*s, param_len=%d, value_len=%d\n", length,
                     found.value.data(), max_len, length + 1);
@@ -56,7 +56,7 @@ int wifiprofile_getParam_with_index(const char* path, const char* key, int index
   std::string_view field;
   bool last = false;
   if (!find_field(value, index, &field, &last)) return 0;
-  // The last field is not bounded by max_len: kept on purpose, see the header.
+  // max_len does not limit the last field: kept on purpose, see store.h.
   if (!last && max_len >= 0) field = front_part(field, static_cast<size_t>(max_len));
   memcpy(buffer, field.data(), field.size());
   buffer[field.size()] = '\0';

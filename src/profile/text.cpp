@@ -8,7 +8,7 @@ bool parse_setting(std::string_view line, setting* out) {
   if (equals == line.npos) return false;
   out->key = front_part(line, equals);
   out->value = back_part(line, equals + 1);
-  // The last character is taken to be the line end even where it is not one.
+  // The last character is taken to be the newline even if it is not.
   if (!out->value.empty()) out->value.remove_suffix(1);
   return true;
 }

@@ -16,7 +16,7 @@ namespace {
 
 // One update on its way to the new content.
 struct update {
-  const char* name;  // the function in messages
+  const char* name;  // the function to name in messages
   bool with_index;
   bool forced;
   std::span<const profile_setting> settings;
@@ -28,10 +28,10 @@ struct update {
 
 }  // namespace
 
-// Every key and value that are taken fit one line, "Key=Value" and its end.
+// Every accepted key and value fit in one line, "Key=Value" and its newline.
 static_assert(kProfileKeyMax + 1 + (kProfileValueBuffer - 1) + 1 <= kProfileLineMax);
 
-// Why a setting cannot be stored, or null.
+// Why a setting cannot be stored; null if it can.
 static const char* objection(const profile_setting& wanted, bool with_index) {
   if (wanted.key.find_first_of("\r\n=") != wanted.key.npos) return "line end or '=' in the key";
   if (wanted.value.find_first_of("\r\n") != wanted.value.npos) return "line end in the value";
@@ -49,7 +49,7 @@ static void report_refusal(const update& work, std::string_view key, const char*
   trace_rpc_error(work.name, "%.*s refused: %s\n", shown_length(key), key.data(), reason);
 }
 
-// False for a setting that cannot be stored, reported.
+// Reports a setting that cannot be stored and returns false.
 static bool accept_setting(const update& work, const profile_setting& wanted) {
   trace_rpc(work.name, "%s: param:%.*s[%d]=%.*s\n", work.name, shown_length(wanted.key),
             wanted.key.data(), wanted.index, shown_length(wanted.value), wanted.value.data());
@@ -58,7 +58,7 @@ static bool accept_setting(const update& work, const profile_setting& wanted) {
   return reason == nullptr;
 }
 
-// False for a negative index among them, reported.
+// Reports a negative index and returns false.
 static bool accept_indexes(const update& work) {
   for (const profile_setting& wanted : work.settings) {
     if (wanted.index >= 0) continue;
@@ -69,7 +69,7 @@ static bool accept_indexes(const update& work) {
 }
 
 static const profile_setting* match(const update& work, std::string_view line) {
-  // A forced update acts on its first key only.
+  // A forced update uses its first setting only.
   const size_t count = work.forced && !work.settings.empty() ? 1 : work.settings.size();
   for (const profile_setting& wanted : work.settings.first(count)) {
     if (sets_key(line, wanted.key)) return &wanted;
@@ -77,7 +77,7 @@ static const profile_setting* match(const update& work, std::string_view line) {
   return nullptr;
 }
 
-// The value that the setting gives a line, in `out`. False when it does not fit.
+// The setting's new value for a line, in `out`. False when it does not fit.
 static bool new_value(const update& work, const profile_setting& wanted, std::string_view old,
                       char (&out)[kProfileValueBuffer], std::string_view* value) {
   if (!work.with_index) {
@@ -99,17 +99,17 @@ static void append_setting(update* work, std::string_view key, std::string_view 
   text_append(&work->content, "\n");
   ++work->changed;
   if (!work->forced || work->content.failed) return;
-  // The whole line is shown, its line end too.
+  // The trace shows the whole line, including its newline.
   const int length = static_cast<int>(work->content.length - start - 1);
   trace_rpc(work->name, "%s %.*s\n success\n", forced_trace, length, work->content.data + start);
 }
 
-// Works on a line that a setting names. `kept` is where the lines before it begin
-// that stay as they are and are not written yet: they are copied in one piece.
+// Changes a line that a setting names. `kept` is the start of the unchanged lines before
+// it that are not yet written: they are copied in one piece.
 static void change_line(update* work, const profile_setting& wanted, std::string_view line,
                         const char** kept) {
   setting found = {};
-  // It has a "=", since it sets the key.
+  // A line that sets the key has a "=".
   static_cast<void>(parse_setting(line, &found));
   char buffer[kProfileValueBuffer];
   std::string_view value;
@@ -137,7 +137,7 @@ static void build_content(update* work, std::string_view old) {
   }
   text_append(&work->content, {kept, static_cast<size_t>(old.data() - kept)});
   if (!work->forced || work->changed > 0 || work->settings.empty() || work->refused) return;
-  // A last line without a line end must not swallow the appended one.
+  // Terminate a last line without a newline before appending.
   const text_buffer& content = work->content;
   if (content.length > 0 && content.data[content.length - 1] != '\n') {
     text_append(&work->content, "\n");
@@ -160,9 +160,8 @@ static void make_temporary_name(const update& work, int band, char* name, size_t
            static_cast<int>(random() % 1000));
 }
 
-// Puts the new content in the place of the profile, then of the mirror. From
-// the first rename or write on the update counts as done: what fails then is
-// reported and does not change the result.
+// Replaces the profile, then the mirror. From the first rename or write on the update
+// counts as done: failures are reported and do not change the result.
 static void replace_profile(const update& work, const char* path, const char* temporary,
                             const file_image& old) {
   const text_buffer& content = work.content;

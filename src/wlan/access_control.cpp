@@ -9,8 +9,7 @@ static int send_text(int bss, const char* text) {
   return rtpriv_set_ioctl(bss, kRtprivText, 0, text) == 1 ? 0 : -1;
 }
 
-// The whole text goes out however long it is: what is no address is the
-// driver's to refuse.
+// Sends the whole text, however long: the driver rejects what is not an address.
 static int send_address(int bss, const char* command, const char* mac_address) {
   char* text = nullptr;
   if (asprintf(&text, "%s=%s", command, mac_address) < 0) return -1;

@@ -15,7 +15,7 @@ static constexpr int kRadioBound = 1;
 static int read_field(const char* caller, int bss, const char* key,
                       char (&field)[kProfileFieldBuffer], int bound) {
   if (read_bss_field(bss, key, field, bound) != 0) return 0;
-  // Speaks of an update though it read: kept.
+  // Says "update" although it was a read: kept on purpose.
   report_profile_failure(caller, "update", kBlankEnd);
   return -1;
 }
@@ -29,7 +29,7 @@ int wlan_getBSSHNCService(int bss, int* service) {
   return 0;
 }
 
-// Gives a backhaul BSS the VLAN id of the first 2.4 GHz BSS, whatever its band.
+// Gives a backhaul BSS, of either band, the VLAN id of the first 2.4 GHz BSS.
 static void copy_vlan(const char* caller, int bss) {
   char vlan[kProfileFieldBuffer] = {};
   if (read_bss_field(kRadio24, "VLANID", vlan, kVlanBound) == 0) return;

@@ -7,7 +7,6 @@
 #include "wlan/bss_field.h"
 #include "wlan/bss_service.h"
 
-// Writes the whole-value key "<prefix><n>" of a BSS on behalf of `caller`.
 static int write_numbered_key(const char* caller, const char* prefix, int bss, const char* value) {
   char key[32];
   snprintf(key, sizeof key, "%s%d", prefix, bss_key_number(bss));
@@ -26,7 +25,7 @@ int wlan_setKeyPassphrase(int bss, int /*key_index*/, const char* passphrase) {
 
 int wlan_setEnable(int index, int enable) {
   const number_text value = decimal(enable);
-  // The host takes seven characters.
+  // The host accepts seven characters.
   char told[8];
   snprintf(told, sizeof told, "%.7s", value.text);
   wlan_syncBhSetting(index, kBackhaulEnable, told);

@@ -2,12 +2,10 @@
 
 #include <atomic>
 
-// What says that the driver may be asked.
-
-// 1 while the interfaces are up and the driver may be queried; operations that
-// query it refuse while it is 0. Written by the lifecycle sequences, by the thread that
-// has the turn; read by the RPC thread at any time.
+// 1 while the interfaces are up and the driver may be queried; while it is 0, operations
+// that query the driver refuse. Written by the lifecycle sequences in their turn, read by
+// the RPC thread at any time.
 extern std::atomic<int> drivers_inited;
 
-// Whether the driver may be queried; reports on behalf of `caller` when not.
+// Whether the driver may be queried; if not, reported in the name of `caller`.
 [[nodiscard]] bool driver_is_inited(const char* caller);

@@ -1,6 +1,6 @@
 #include "wlan/inert.h"
 
-// The parameters have names for the reader of the catalogue only.
+// The parameter names are there only for readers of the catalogue.
 #pragma GCC diagnostic ignored "-Wunused-parameter"
 
 #define INERT_OPERATION(status, operation, parameters) \

@@ -2,6 +2,5 @@
 
 #include <rpc/types.h>
 
-// The inert operations, declared from their catalogue.
 #define INERT_OPERATION(status, operation, parameters) int operation parameters;
 #include "wlan/inert.def"

@@ -1,7 +1,7 @@
 #pragma once
 
-// Switches the LEDs of both radios in the driver: on when `enable` is not zero.
-// Always tries both. Returns 0 when both took it, else -1.
+// Switches the LEDs of both radios: on when `enable` is not zero. Always tries both.
+// Returns 0 when the driver accepted both, else -1.
 int wlan_setLedEnable(int enable);
 
 // Switches the LED of the radio of a BSS. Returns 1 for success, else 0.

@@ -7,9 +7,9 @@
 
 constexpr uint16_t kObjectPowerLimits = 0x0AA2;
 
-// Power limits: a signed 32-bit count at 0, then entries. Each has its channel
-// in the first byte and the limit in dBm in the fifth. The dual-band chip has
-// a layout of its own.
+// Power limits: a signed 32-bit count at offset 0, then entries, each with its channel in
+// the first byte and the limit in dBm in the fifth. The dual-band chip has a different
+// layout.
 struct power_layout {
   size_t size;
   size_t first_entry;

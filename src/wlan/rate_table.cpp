@@ -1,7 +1,7 @@
 #include "wlan/rate_table.h"
 
-// As the driver has it, with entries that no rate of the standard equals: kept on
-// purpose. HT and VHT have a line for each number of streams, a column for each MCS.
+// A copy of the driver's table, including entries that match no standard rate: kept on
+// purpose. HT and VHT have one line per number of streams and one column per MCS.
 
 // clang-format off
 const int32_t MCSMappingRateTable[kRateEntries] = {
@@ -67,7 +67,7 @@ const int32_t MCSMappingRateTable[kRateEntries] = {
     130, 260, 390, 520, 780, 1040, 1170, 1300, 1560, 1733,
     195, 390, 585, 780, 1170, 1560, 1755, 1950, 2340, 0,
     260, 520, 780, 1040, 1560, 2080, 2340, 2600, 3120, 3466,
-    // not rates: the numbers from 0 on
+    // not rates: counting from 0
     0, 1, 2, 3, 4, 5, 6, 7, 8, 9,
     10, 11, 12, 13, 14, 15, 16, 17, 18, 19,
     20, 21, 22, 23, 24, 25, 26, 27, 28, 29,

@@ -19,7 +19,7 @@ static bool has_short_guard(uint16_t word) {
 
 static constexpr unsigned kMcsField = 0x3F;
 
-// The MT7615's codes of the OFDM rates 6 to 54 Mbit/s.
+// The MT7615's codes for the OFDM rates 6 to 54 Mbit/s.
 static constexpr uint8_t kOfdmCodes[] = {11, 15, 10, 14, 9, 13, 8, 12};
 
 static unsigned ofdm_index(unsigned code, unsigned otherwise) {
@@ -33,7 +33,7 @@ unsigned getLegacyOFDMMCSIndex(unsigned code) {
   return hasMTK7615() != 0 ? ofdm_index(code, code) : code;
 }
 
-// Where the table has a word's rate, and by what it is multiplied.
+// Where the table has a word's rate, and its multiplier.
 struct rate_place {
   unsigned index;
   unsigned mcs;
@@ -48,12 +48,12 @@ static constexpr unsigned kVhtBases[] = {112, 152, 192, 232};
 static constexpr unsigned kVhtRun = 10;
 static constexpr unsigned kVhtShortGuard = 160;
 
-// No word leads beyond the table, whatever its fields hold.
+// No word indexes beyond the table, whatever its fields hold.
 static_assert(kMcsField + kOfdmBase < kRateEntries);
 static_assert(kHtBase + 3 * kHtRun + kHtShortGuard + 7 < kRateEntries);
 static_assert(kVhtShortGuard + 3 * kVhtRun + kVhtBases[3] + 15 < kRateEntries);
 
-// The rate of one stream, times the streams that the MCS stands for.
+// The rate of one stream, multiplied by the MCS's number of streams.
 static rate_place ht_place(uint16_t word) {
   const unsigned field = word & kMcsField;
   const unsigned mcs = field % 8;
@@ -89,10 +89,10 @@ static rate_place place_of(uint16_t word) {
 void getRate(uint16_t rate_word, int32_t* rate_out, uint8_t* mcs_out) {
   const rate_place place = place_of(rate_word);
   int32_t rate = MCSMappingRateTable[place.index];
-  // Modes above VHT are halved too, though their entries are whole Mbit/s: kept
-  // on purpose.
+  // Modes above VHT are halved too, although their entries are whole Mbit/s: kept on
+  // purpose.
   if (mode_of(rate_word) != kVht) rate = rate * 5 / 10;
-  // Units of 1024 with a floor of 1000: kept on purpose.
+  // Units of 1024 with a minimum of 1000: kept on purpose.
   const int32_t scaled = rate * place.factor * 1024;
   *rate_out = scaled < 1000 ? 1000 : scaled;
   *mcs_out = static_cast<uint8_t>(place.mcs);

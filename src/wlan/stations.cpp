@@ -12,7 +12,7 @@ static void trace_entry(const char* caller, unsigned number, const driver_statio
   trace_rev(caller, "AvgRssi0=%d, AvgRssi1=%d, AvgRssi2=%d\n", entry.rssi[0], entry.rssi[1],
             entry.rssi[2]);
   trace_rev(caller, "TxPkts=%u, TxFailures=%u\n", entry.tx_packets, entry.tx_failures);
-  // Shown with its bytes reversed: kept on purpose.
+  // Printed with its bytes reversed: kept on purpose.
   trace_rev(caller, "ConnectedTime=%u\n", __builtin_bswap32(entry.connected_time));
   trace_rev(caller, "%02X:%02X:%02X:%02X:%02X:%02X\n\n", mac[0], mac[1], mac[2], mac[3], mac[4],
             mac[5]);
@@ -26,7 +26,7 @@ static void trace_table(const char* caller, const driver_station_table& table) {
 
 static int read_table(const char* caller, int bss, driver_station_table* table) {
   if (rtpriv_get_ioctl(bss, kRtprivStationTable, 0, table, sizeof *table) != 1) return -1;
-  // Some hundred messages, each of which would look for the switch.
+  // Skip some hundred messages, each of which would check the switch.
   if (console_trace_on()) trace_table(caller, *table);
   return 0;
 }

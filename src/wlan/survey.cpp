@@ -12,8 +12,8 @@ static constexpr unsigned kObjectSurvey = 0x069B;
 
 static int survey_state = kSurveyNone;
 
-// Asks for the results into `answer`, zeroed by the caller, and notes what the
-// outcome says of the survey.
+// Asks for the results into `answer`, zeroed by the caller, and updates the survey's
+// state.
 static void query_results(int bss, survey_answer* answer) {
   switch (rtpriv_get_ioctl_2(bss, kRtprivObject, kObjectSurvey, answer, sizeof *answer)) {
     case 1:
@@ -72,7 +72,7 @@ int wlan_getCurrentChannel(int bss, int* channel) {
   wireless_frequency frequency = {};
   switch (wireless_get_frequency(bss, &frequency)) {
     case wireless_result::kNoSocket:
-      // Answered as a success: kept on purpose.
+      // Returns success: kept on purpose.
       REV_ERROR("socket failed\n");
       return 0;
     case wireless_result::kRefused:
@@ -82,7 +82,7 @@ int wlan_getCurrentChannel(int bss, int* channel) {
       break;
   }
   long double value = frequency.mantissa;
-  // Once it does not fit, further powers of ten do not either.
+  // Stop at the first power of ten that does not fit.
   for (int i = 0; i < frequency.exponent && fits_channel(value); ++i)
     value *= 10;
   *channel = fits_channel(value) ? static_cast<int>(value) : 0;

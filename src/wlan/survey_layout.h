@@ -3,15 +3,15 @@
 #include <cstddef>
 #include <cstdint>
 
-// Records of the site survey, host byte order. An entry tells of one
-// neighbouring network; its layout is the driver's and passes through unchanged,
-// as do the bytes behind the entries.
+// Records of the site survey, in host byte order. An entry describes one neighbouring
+// network; its layout is the driver's. Entries, and the bytes after them, are passed on
+// unchanged.
 
 constexpr uint32_t kSurveyEntryMax = 64;  // that a caller receives
 constexpr size_t kSurveyEntrySize = 100;
 constexpr size_t kSurveyTailSize = 360;
 
-// The driver's answer to the object query 0x069B.
+// The driver's answer to object query 0x069B.
 struct survey_answer {
   uint32_t count;
   uint8_t entries[128][kSurveyEntrySize];
@@ -20,7 +20,7 @@ struct survey_answer {
 static_assert(sizeof(survey_answer) == 13164);
 static_assert(offsetof(survey_answer, tail) == 12804);
 
-// What a caller receives.
+// What a caller gets.
 struct survey_record {
   uint32_t count;  // at most kSurveyEntryMax
   uint8_t entries[kSurveyEntryMax][kSurveyEntrySize];

@@ -32,7 +32,7 @@ static bool query(const char* caller, int radio, power_limits* limits) {
   }
   int32_t count = 0;
   memcpy(&count, limits->bytes, sizeof count);
-  // The last entry may lack its end: it counts where its limit is in the answer.
+  // The last entry may be truncated: it counts if its limit is in the answer.
   const size_t room = (layout.size - layout.first_entry - kPowerDbm - 1) / layout.entry_size + 1;
   limits->count = std::min(static_cast<size_t>(std::max(count, 0)), room);
   return true;
@@ -46,7 +46,7 @@ int wlan_getOnChannelMaxTxPowerdBm(int radio, int* dbm) {
   *dbm = 0;
   power_limits limits;
   if (!query(__func__, radio, &limits)) return -1;
-  int channel = -1;  // matches no entry, for a channel that stays unknown
+  int channel = -1;  // matches no entry, if the channel stays unknown
   if (wlan_getCurrentChannel(radio, &channel) != 0) return -1;
   for (size_t i = 0; i < limits.count; ++i) {
     if (entry(limits, i)[kPowerChannel] != channel) continue;

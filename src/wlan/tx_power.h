@@ -1,11 +1,11 @@
 #pragma once
 
-// Transmit power limits of a radio (1 or 9) as the driver has them per channel.
-// The limit starts at 0; 0, or -1 with a report when the driver fails.
+// Transmit power limits of a radio (1 or 9), which the driver keeps per channel. 0, or
+// -1, reported, when the driver fails; the limit is 0 then.
 
-// The limit of the channel in use, dBm; -1, without a report, when the driver
-// has none for it.
+// The limit of the current channel, dBm; returns -1, unreported, when the driver has
+// none.
 int wlan_getOnChannelMaxTxPowerdBm(int radio, int* dbm);
 
-// The highest of all channels, dBm; 0 without any.
+// The highest limit of all channels, dBm; 0 if there are none.
 int wlan_getRadioMaxTxPowerdBm(int radio, int* dbm);

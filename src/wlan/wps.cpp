@@ -12,8 +12,7 @@
 #include "sys/command.h"
 #include "sys/wext.h"
 
-// Bits of "WscConfMethods", as the WPS standard numbers its configuration
-// methods.
+// Bits of "WscConfMethods", as numbered by the WPS standard.
 static constexpr unsigned kMethodLabel = 0x0004;
 static constexpr unsigned kMethodDisplay = 0x0008;
 static constexpr unsigned kMethodPushButton = 0x0080;
@@ -34,7 +33,7 @@ static void set_driver(const char* caller, int bss, const char* setting) {
   run_captured(caller, command);
 }
 
-// What does not fit the command is cut inside the PIN's quotes.
+// If the command does not fit, the PIN is cut inside its quotes.
 static void set_pin(const char* caller, int bss, const char* pin) {
   char command[kCommandSize];
   const int length =
@@ -56,7 +55,7 @@ static bool wps_enabled(int bss) {
   return bss_number(bss, "WscEnable", kSwitchLimit) != 0;
 }
 
-// What the profile says of a BSS's sessions.
+// The profile's switches for a BSS's sessions.
 struct wps_switches {
   bool on;  // radio, BSS and WPS
   unsigned methods;
@@ -69,7 +68,7 @@ static unsigned configuration_methods(int bss) {
   return found != 0 ? static_cast<uint16_t>(strtol(field, nullptr, 16)) : 0;
 }
 
-// All are read, also behind one that is off.
+// Reads all keys, even after one that is off.
 static wps_switches read_switches(int bss) {
   const bool radio = profile_number(bss_profile(bss), "RadioOn", kSwitchLimit) != 0;
   const bool enabled = bss_number(bss, "BssEnabled", kSwitchLimit) != 0;
@@ -126,18 +125,17 @@ static constexpr unsigned kObjectWpsState = 0x0AA0;
 
 int wlan_getWpsUuid(int bss, char (&uuid)[kWpsUuidSize]) {
   memset(uuid, 0, kWpsUuidSize);
-  // A failure is reported by the request and leaves the text empty.
   static_cast<void>(rtpriv_get_ioctl(bss, kRtprivObject, kObjectWpsUuid, uuid, kWpsUuidSize));
   return 0;
 }
 
-// The driver's state and status codes of a session, and what they mean together.
+// The driver's state and status codes of a session.
 static constexpr int32_t kStatusFailed = 2;
 static constexpr int32_t kStatusDone = 34;
 
 static constexpr char kUnknown[] = "Unknown result";
 
-// Texts of the states, null where the status decides.
+// Texts of the states; null where the status decides.
 static constexpr const char* kStates[] = {
     nullptr,
     "Init",
@@ -178,7 +176,7 @@ struct decided_state {
 static constexpr decided_state kDecidedStates[] = {
     {0, "Idle", "Failed", kUnknown},
     {3, kUnknown, "Failed", "Success"},
-    // The one state that does not know a failure: kept on purpose.
+    // The one state without a failure text: kept on purpose.
     {4, kUnknown, kUnknown, "Success"},
 };
 static constexpr decided_state kOtherState = {-1, kUnknown, "Failed", kUnknown};
@@ -212,7 +210,7 @@ int wlan_getWpsResultStatus(int radio, char (&status)[kWpsResultStatusSize]) {
     REV_TRACE("Bad index\n");
     return -1;
   }
-  // What the driver does not tell stands for a radio without a session.
+  // Without an answer, report a radio without a session.
   int32_t state = 0;
   int32_t code = 1;
   static_cast<void>(rtpriv_get_int_ioctl(radio, kRtprivObject, kObjectWpsState, &state));
