@@ -19,8 +19,8 @@ static bool has_results() {
   return path_exists(kResults1) && path_exists(kResults2);
 }
 
-// Copies the images aside. A copy that is cut short is removed: an undo would put it
-// in the place of the image.
+// Makes backups of the images. A truncated copy is removed: an undo would restore it over
+// the image.
 static void back_up_images() {
   static constexpr const char* kImages[][2] = {
       {"/nvram/MT7615_EEPROM_2G.bin", "/nvram/backup_EEPROM_CALDATA/MT7615_EEPROM_2G.bin"},
@@ -57,7 +57,7 @@ int wlan_undo_prek_operation() {
   return 0;
 }
 
-// "[0x0052]:0x0002": the six characters after one separator.
+// Parses "[0x0052]:0x0002": the six characters after one separator.
 static void take_word(const char* line, void* word) {
   static constexpr char kLabel[] = "[0x0052]";
   const char* label = strstr(line, kLabel);

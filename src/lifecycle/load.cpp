@@ -19,8 +19,8 @@ static constexpr size_t kDirectorySize = 128;
 static constexpr size_t kPathSize = kDirectorySize + 32;
 static constexpr char kDefaultDirectory[] = "/lib/modules/wifi/";
 
-// Runs the copy after a notice, which has no line end. What a copy that failed has
-// left is removed: it would be taken for the file ever after.
+// Prints a notice, which has no newline, and runs the copy. Removes what a failed copy
+// has left: it would be taken for the file from then on.
 static void copy_default(const char* target, const char* notice, const char* command) {
   fputs(notice, stdout);
   if (command_succeeds(command)) return;
@@ -32,13 +32,13 @@ static void provide(const char* target, const char* notice, const char* command)
   if (!file_is_filled(target)) copy_default(target, notice, command);
 }
 
-// The profile of a board's power levels, which the driver takes from where everybody
-// may make files.
+// Provides a board's power-level profile, which the driver reads from a directory where
+// anyone may create files.
 static void provide_power_levels() {
   static constexpr char kTarget[] = "/tmp/l1profile.dat";
   planted_remove(kTarget);
   if (path_exists(kTarget) || !planted_make_way(kTarget, false)) return;
-  // The notice of the EEPROM image for another file: kept on purpose.
+  // The notice names an EEPROM image instead: kept on purpose.
   copy_default(kTarget, "Loading default 5G 7615 EEPROM bin file to nvram",
                "cp /etc/Wireless/7615AP/l1profile.dat /tmp/l1profile.dat");
 }
@@ -68,7 +68,7 @@ static bool holds_module(const char* directory) {
   return path_exists(path);
 }
 
-// The module tree on the drive, when it is mounted and has one.
+// Uses the module tree on the drive, if it is mounted and has one.
 static void choose_mount_point(char (&directory)[kDirectorySize]) {
   char* output = nullptr;
   const int status = ex_cmd("wifi_load", "df -h /dev/sda1 | awk 'NR==2{print $NF}'", &output);
@@ -106,7 +106,7 @@ static void insert(const char* directory, const char* module, const char* chip) 
   }
 }
 
-// Power-cycles both PCIe slots and has the bus looked through again.
+// Power-cycles both PCIe slots and rescans the bus.
 static void enumerate_pci_slots() {
   static constexpr const char* kSteps[] = {
       "echo 0 > /sys/bus/pci/slots/0000:02:00.0/power",

@@ -1,6 +1,5 @@
 #pragma once
 
-// Prepares calibration images and power tables, inserts the driver modules of
-// the board and marks them loaded. Module failures are reported and do not stop
-// it. Returns 1.
+// Prepares calibration images and power tables, inserts the board's driver modules and
+// marks them loaded. Module failures are reported and otherwise ignored. Returns 1.
 int wifi_load();

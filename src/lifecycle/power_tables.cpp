@@ -14,7 +14,7 @@ static constexpr int kCountryLimit = 6;
 static constexpr int kStreamsLimit = 4;
 static constexpr size_t kCommandSize = 128;
 
-// A country whose every character is quoted.
+// Large enough for a country whose every character is quoted.
 static constexpr size_t kWordSize = 4 * kCountryLimit + 3;
 
 int isEtsiCountry(const char* code) {
@@ -53,14 +53,14 @@ static void link_table(const char* country, int radio, const char* chip) {
   char command[kCommandSize];
   snprintf(link, sizeof link, "/tmp/.mt%s_SingleSKU.dat", chip);
   snprintf(command, sizeof command, "ln -sf /tmp/%s_%d.dat %s", country, radio, link);
-  // "ln" would make its link inside a directory.
+  // In place of a directory, "ln" would make its link inside it.
   if (!planted_make_way(link, true)) return;
   run_captured("setup_single_sku", command);
   planted_give_up(link);
 }
 
-// Generates the table of one radio when there is none yet, and links it. A table that
-// another user made is none.
+// Generates one radio's table if there is none yet, and links it. A table that another
+// user made does not count.
 static void setup_radio(int radio, const char* country, const char* chip) {
   const auto word = shell_word_of<kWordSize>(country);
   char table[kCommandSize];
@@ -70,7 +70,7 @@ static void setup_radio(int radio, const char* country, const char* chip) {
   if (!path_exists(table)) {
     snprintf(command, sizeof command, "/scripts/SKU_generator.sh %d %s %s", radio, word.text,
              isEtsiCountry(country) != 0 ? "ETSI" : "FCC");
-    // The generator opens its table by name: it finds one of ours.
+    // The generator opens its table by name and must find one of ours.
     if (!planted_make_way(table, false)) return;
     run_captured("setup_single_sku", command);
     planted_give_up(table);

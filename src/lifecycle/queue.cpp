@@ -15,7 +15,7 @@
 static void* lir_handler_thread(void*);
 
 static void create_worker() {
-  // Below the system's minimum, so the default is used: kept.
+  // Below the system's minimum, so the default is used: kept on purpose.
   static constexpr size_t kStackSize = 1024;
   pthread_attr_t attributes;
   pthread_attr_init(&attributes);
@@ -34,14 +34,14 @@ static void trace_queued(const lifecycle_request* request) {
             request->state != nullptr && request->state->load());
 }
 
-// Whether a restart waits at the head that has not taken its radios yet.
+// Whether a restart that has not taken its radios yet is at the head.
 static bool restart_waits() {
   return lifecycle.queue_head != nullptr && lifecycle.queue_head->routine == restart_handler_func &&
          !lifecycle.queue_head->started;
 }
 
-// Links the request, or drops it where a waiting restart covers it. The queue
-// holds two: a third one takes the place of the second, on purpose.
+// Links the request, or drops it if a waiting restart covers it. The queue holds two: a
+// third request replaces the second, on purpose.
 static void link_request(lifecycle_request* request) {
   if (request->has_mask) {
     lifecycle.pending_restart |= request->mask;
@@ -114,7 +114,7 @@ static void* lir_handler_thread(void*) {
   REV_TRACE("lir_handler_thread started\n");
   for (;;) {
     lifecycle_request* request = wait_for_request();
-    // The window in which requests meet, and the pace of one a second.
+    // The window in which requests meet; it also limits them to one a second.
     sleep_one_second();
     begin_turn();
     if (request->routine != nullptr) request->routine(request->has_mask ? &request->mask : nullptr);

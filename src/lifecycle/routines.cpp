@@ -94,8 +94,8 @@ static void restart_radios(uint8_t mask) {
   }
 }
 
-// Takes the radios that restarts have asked for and marks the restart as running: a
-// restart asked for from then on is one more request.
+// Takes the radios of all pending restarts and marks the restart as running: a restart
+// asked for from now on is another request.
 static uint8_t begin_restart() {
   pthread_mutex_lock(&lifecycle.lock);
   const uint8_t mask = lifecycle.pending_restart;

@@ -23,7 +23,7 @@ static bool loaded(const char* caller) {
   return false;
 }
 
-// Whether the controller's process runs, as its marker tells; reports when not.
+// Whether the controller's marker exists; reported when it does not.
 static bool hnc_running(const char* caller) {
   if (path_exists(kHncMarker)) return true;
   trace_rpc_error(caller, "%s HNC Process is not running \n", caller);
@@ -76,7 +76,7 @@ int wifi_init() {
   wifi_setupVlanBridges();
   start_companions();
   if (hnc_running(__func__)) {
-    // Refused on a first init, since the driver may not be queried yet: kept.
+    // Refused on a first init, since the driver may not be queried yet: kept on purpose.
     static_cast<void>(wlan_setChannelUtilizationEnable(kRadio24, 1));
     static_cast<void>(wlan_setChannelUtilizationEnable(kRadio5, 1));
   }
@@ -85,7 +85,7 @@ int wifi_init() {
   return 1;
 }
 
-// Any marker counts, whoever made it; a link that leads nowhere is none.
+// Any user's marker counts; a link that leads nowhere does not.
 static void mark_restart() {
   static constexpr char kMarker[] = "/tmp/wifi_restart";
   if (path_exists(kMarker) || !planted_make_way(kMarker, false)) return;
@@ -125,7 +125,7 @@ static void remove_modules() {
 int wifi_reset() {
   if (!loaded(__func__)) return 1;
   RPC_TRACE("Reseting WLAN\n");
-  // An index that addresses no radio: kept on purpose.
+  // 0 is no radio's index: kept on purpose.
   if (hnc_running(__func__)) static_cast<void>(wlan_setChannelUtilizationEnable(0, 0));
   notify_hnc(0);
   bndstrgStart(0);

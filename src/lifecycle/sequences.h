@@ -1,19 +1,19 @@
 #pragma once
 
-// The sequences that bring the radios up, cycle one of them and take them down.
-// Without loaded modules they report that and do nothing. No failed step stops
-// them. All return 1.
+// Brings the radios up, cycles one of them, or takes them down. Without loaded modules
+// the sequences report that and do nothing. A failed step does not stop them. All return
+// 1.
 
-// Raises the interfaces, bridges VLANs, sets interrupt affinities, starts the
-// companions and lets the driver be queried.
+// Raises the interfaces, bridges VLANs, sets interrupt affinities, starts the companions
+// and allows queries of the driver.
 int wifi_init();
 
-// Cycles the interfaces of radio 1 or 9, its companions stopped meanwhile.
+// Cycles the interfaces of radio 1 or 9 with its companions stopped.
 int wifi_restart(int radio);
 
 // Stops the companions, takes the interfaces down and unloads the modules.
 int wifi_reset();
 
-// Tells the home network controller that Wi-Fi is up again, or going down.
-// Returns cfg_executecmd's result.
+// Notifies the home network controller that Wi-Fi is up again, or going down. Returns
+// cfg_executecmd's result.
 int notify_hnc(int up);

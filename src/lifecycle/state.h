@@ -5,16 +5,16 @@
 #include <atomic>
 #include <cstdint>
 
-// What the daemon knows of its lifecycle, in one record. Two threads touch it: the RPC
-// thread, which queues requests and resets, and the worker, which runs requests. Beside
-// this record they share `drivers_inited` (wlan/driver_gate.h) and the companions.
+// The daemon's lifecycle state, in one record. Two threads use it: the RPC thread, which
+// queues requests and runs resets, and the worker, which runs requests. They also share
+// `drivers_inited` (wlan/driver_gate.h) and the companions.
 
-// Works off one request; returns the address of the last result.
+// Runs one request; returns the address of the last result.
 using lifecycle_routine = void* (*)(const uint8_t* mask);
 
 constexpr int kRequestName = 16;
 
-// A queued request. Its members are set before it is queued and changed under the lock.
+// A queued request. Its members are set before queueing and changed under the lock.
 struct lifecycle_request {
   lifecycle_routine routine;
   bool has_mask;
@@ -27,20 +27,20 @@ struct lifecycle_request {
 
 struct lifecycle_state {
   pthread_mutex_t lock;         // held for moments only, never while a sequence runs
-  pthread_cond_t turn_changed;  // `turn_taken` or a running flag, under the lock
-  pthread_cond_t queue_filled;  // `queue_head`, under the lock
+  pthread_cond_t turn_changed;  // signals `turn_taken` or a running flag, under the lock
+  pthread_cond_t queue_filled;  // signals `queue_head`, under the lock
 
-  // Written by both threads under the lock: whether a sequence runs (see turn.h).
+  // Written by both threads under the lock: a sequence is running (see turn.h).
   bool turn_taken;
 
-  // Written under the lock by the thread that has the turn, with set_running, while
-  // a request of that kind runs; read by both at any time.
+  // Written with set_running under the lock by the thread that has the turn, while a
+  // request of that kind runs; read by both at any time.
   std::atomic<bool> load_running;
   std::atomic<bool> init_running;
   std::atomic<bool> restart_running;
   std::atomic<bool> reset_running;
 
-  // Written by load and reset, in a turn; read in a turn: the kernel has the modules.
+  // Written by load and reset in a turn; read in a turn: the kernel has the modules.
   bool modules_loaded;
   // Written by the worker's load and by resets, in a turn; read in a turn. Starts true,
   // so that an init is accepted before any load.
@@ -48,13 +48,13 @@ struct lifecycle_state {
   // Written by the worker's init and by resets, in a turn; read in a turn. Starts true,
   // so that a restart is accepted before any init.
   bool wlan_initialized;
-  // Written by the worker alone: what its last request came to, 0 or -1.
+  // Written by the worker alone: its last request's result, 0 or -1.
   int last_result;
 
-  // Written under the lock: the RPC thread appends, the worker removes what is done.
+  // Written under the lock: the RPC thread appends, the worker removes finished requests.
   lifecycle_request* queue_head;
-  // Written under the lock: the RPC thread adds radios, a restart on the worker takes
-  // them all.
+  // Written under the lock: the RPC thread adds radios; a restart on the worker takes
+  // all.
   uint8_t pending_restart;
   // Written and read by the RPC thread alone.
   bool worker_created;

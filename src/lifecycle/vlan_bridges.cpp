@@ -20,7 +20,7 @@ struct device_name {
   char text[16];
 };
 
-// A walk over the positions that gathers those of one VLAN.
+// A walk over the BSS positions that collects those of one VLAN.
 struct vlan_walk {
   int ids[kPositions];
   int count;
@@ -29,9 +29,8 @@ struct vlan_walk {
 
 }  // namespace
 
-// The VLAN ids that setups bridged, at the position of the first BSS of each
-// group; never forgotten, so that a teardown finds those of all setups. Read and
-// written in a turn only.
+// The VLAN ids that were bridged, at the position of each group's first BSS. Never
+// cleared, so that a teardown finds those of all setups. Read and written in a turn only.
 static int vlan_table[kPositions];
 
 static bool in_range(int id) {
@@ -55,7 +54,7 @@ static bool udma_enabled(int max_len) {
 }
 
 static void make_bridge(const device_name& bridge, int id) {
-  // The add fails harmlessly for a bridge that is there, such as br0.
+  // The add fails harmlessly if the bridge exists, such as br0.
   bridge_ioctl(bridge.text, nullptr, kBridgeAdd);
   vconfig_ioctl("eth0", id, kVlanAdd);
   const device_name device = vlan_device(id);
@@ -64,8 +63,8 @@ static void make_bridge(const device_name& bridge, int id) {
   if_ioctl(device.text, nullptr, nullptr, 0, 1);
 }
 
-// The next position from `from` on that has an id in range and is not handled
-// yet; `count` when there is none.
+// The next position, from `from` on, with an id in range that is not handled yet; `count`
+// when there is none.
 static int next_vlan(const vlan_walk& walk, int from) {
   int position = from;
   while (position < walk.count && (walk.handled[position] || !in_range(walk.ids[position])))
@@ -73,8 +72,8 @@ static int next_vlan(const vlan_walk& walk, int from) {
   return position;
 }
 
-// Adds the interfaces of a VLAN, from its first position on, to the bridge or
-// deletes them from it.
+// Adds the interfaces of a VLAN, from its first position on, to the bridge or removes
+// them from it.
 static void change_members(vlan_walk* walk, int first, const device_name& bridge, int op) {
   for (int position = first; position < walk->count; ++position) {
     if (walk->handled[position] || walk->ids[position] != walk->ids[first]) continue;

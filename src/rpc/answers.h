@@ -6,11 +6,10 @@
 #include "rpc/reply.h"
 #include "rpc/row_types.h"
 
-// Handlers that follow from what a procedure answers: each traces what it was
-// asked, calls the back end, keeps the status and packs the value, whether or not
-// the back end succeeded.
+// Handlers that follow from a procedure's answer: each traces its arguments, calls the
+// back end, keeps the status and packs the value, even if the back end failed.
 
-// ---- What a setter shows: " WLAN RPC server : [ssid=%s]\n".
+// ---- A setter's trace: " WLAN RPC server : [ssid=%s]\n".
 
 template <typename Type>
 inline constexpr const char* kConversion = nullptr;
@@ -23,7 +22,7 @@ inline constexpr const char* kConversion<u_short> = "%hu";
 template <>
 inline constexpr const char* kConversion<string_t> = "%s";
 
-// Writes text at `*at` and moves it on.
+// Writes text at `*at` and advances it.
 constexpr void append(char* to, size_t* at, const char* text) {
   for (; *text != '\0'; ++text)
     to[(*at)++] = *text;
@@ -43,7 +42,7 @@ template <typename Members>
 struct shown_input;
 template <typename... Members>
 struct shown_input<member_list<void, Members...>> {
-  // Room for the longest list of the table, cut to what is used below.
+  // Room for the longest list in the table, cut to the used length below.
   static constexpr size_t kRoom = 256;
   static constexpr size_t fill(char* to) {
     size_t at = 0;
@@ -67,7 +66,7 @@ struct shown_input<member_list<void, Members...>> {
   static constexpr auto kFormat = make();
 };
 
-// The formats are literals that the compiler has put together.
+// The formats are literals put together at compile time.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
 #pragma GCC diagnostic ignored "-Wformat-security"
@@ -92,8 +91,8 @@ requires(Row::kLeadsWithIndex) void trace_input(Index, Values... values) {
   trace_values(Row::kHandler, shown_input<typename Row::members>::kFormat.data(), values...);
 }
 
-// ---- What a getter was asked for: its first argument. Numbers and records differ
-// in the form: kept on purpose.
+// ---- A getter's trace: its first argument. Numbers and records differ in the form: kept
+// on purpose.
 
 enum class asked_form { kPlain, kBracketed };
 
@@ -113,7 +112,7 @@ inline void trace_asked(const char* handler, asked_form, const char* text) {
 
 // ---- The handlers, by answer.
 
-// The back end of a procedure that does nothing.
+// The back end of an inert procedure.
 template <int status>
 struct inert_operation {
   template <typename... Members>

@@ -1,6 +1,6 @@
 #pragma once
 
-// The operations that procedures.def names, and the records that they fill.
+// The operations named in procedures.def, and the records that they fill.
 
 #include "hnc/settings.h"
 #include "hnc/tables.h"
@@ -31,5 +31,5 @@
 #include "wlan/tx_power.h"
 #include "wlan/wps.h"
 
-// The operation of a procedure whose handler does nothing.
+// The operation of a procedure whose handler has none.
 inline constexpr int none = 0;

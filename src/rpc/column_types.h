@@ -4,14 +4,12 @@
 
 #include "rpc/wlan_config.h"
 
-// Types that the columns of procedures.def name, and the filters of the
-// arguments that are no structure.
+// Types named in the columns of procedures.def, and the filters of arguments that are not
+// structures.
 
-// A text argument.
 using string_t = char*;
 
-// Refuses a text with a NUL inside, which the back end would otherwise see cut
-// short.
+// Refuses a text with an embedded NUL, which would be truncated for the back end.
 bool_t xdr_string_t(XDR* stream, string_t* text);
 
 inline bool_t xdr_bool_t(XDR* stream, bool_t* value) {

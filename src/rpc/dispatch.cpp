@@ -25,7 +25,7 @@ struct procedure {
   int (*stub)(void* argument, void* result, svc_req* request);
 };
 
-// One result area for the two shapes of a result.
+// One result area for both shapes of a result.
 union result_area {
   wlan_config_return_code_e code;
   wlan_config_result_data_t record;
@@ -38,8 +38,8 @@ constexpr size_t kSizeOf<void> = 0;
 
 }  // namespace
 
-// The stubs: each traces its entry, where its row says so, and hands the members of
-// its argument, in order, to its handler.
+// The stubs: each traces its entry, if its row says so, and passes the members of its
+// argument, in order, to its handler.
 template <typename Row, typename... Members>
 static int serve(typename Row::handler& handler, void* result, svc_req* request,
                  Members... members) {
@@ -64,8 +64,7 @@ static int serve(typename Row::handler& handler, void* result, svc_req* request,
   }
 #include "rpc/procedures.def"
 
-// By way of a type that any function pointer converts to: XDR filters have
-// signatures of their own.
+// XDR filters have different signatures: cast through a neutral function type.
 #define FILTER(filter) reinterpret_cast<xdrproc_t>(reinterpret_cast<void (*)()>(filter))
 #define ARGUMENT_FILTER(type) ARGUMENT_FILTER_(type)
 #define ARGUMENT_FILTER_(type) FILTER(xdr_##type)
@@ -136,7 +135,7 @@ void wlan_config_rpc_prog_1(svc_req* request, SVCXPRT* transport) {
   memset(argument, 0, row->argument_size);
   if (!svc_getargs(transport, row->argument_decoder, argument)) {
     svcerr_decode(transport);
-    // What was decoded before the failing member.
+    // Frees what was decoded before the failing member.
     xdr_free(row->argument_decoder, argument);
     return;
   }

@@ -4,11 +4,11 @@
 #include "rpc/back_ends.h"
 #include "rpc/row_types.h"
 
-// The service handlers, one per procedure, named STEM_1_svc. Each takes the members
-// of its argument in order, the zeroed result and the request, which none looks at.
-// It traces, calls its back-end operation, copies the status into the result and
-// packs the value, if any, into heap memory that the dispatcher frees after the
-// reply. Returns 1: send the reply; 0 or less: none.
+// The service handlers, one per procedure, named STEM_1_svc. Each takes the members of
+// its argument in order, the zeroed result and the unused request. It traces,
+// calls its back-end operation, copies the status into the result and packs the value, if
+// any, into heap memory that the dispatcher frees after the reply. Returns 1 to send the
+// reply, 0 or less for none.
 
 // The rows as types: row_STEM has the members, the answer and the facts.
 
@@ -34,11 +34,11 @@
   };
 #include "rpc/procedures.def"
 
-// What a row's handler packs: the type that its answer names.
+// What a row's handler packs: the type named by its answer.
 template <typename Row>
 using value_of = typename Row::answer::value;
 
-// Handlers that are written out are functions; all others follow from their rows.
+// Hand-written handlers are functions; all others follow from their rows.
 
 #define PROCEDURE(number, name, stem, topic, members, answer, back_end, ...) \
   static_assert(kFits<row_##stem, decltype(back_end)>,                       \
@@ -51,13 +51,13 @@ using value_of = typename Row::answer::value;
   inline constexpr auto& stem##_1_svc = derived<row_##stem, inert<0>>::handler;
 #define INERT_REFUSED(number, name, stem, ...) \
   inline constexpr auto& stem##_1_svc = derived<row_##stem, inert<-1>>::handler;
-// The operation of an OWN row is one that there is.
+// Checks that an OWN row's operation exists.
 #define OWN(number, name, stem, topic, members, answer, back_end, ...) \
   row_##stem::handler stem##_1_svc;                                    \
   using operation_of_##stem = decltype(back_end);
 #include "rpc/procedures.def"
 
-// Names that differ from their procedures': kept on purpose.
+// Names that differ from the procedure's: kept on purpose.
 
 #define PROCEDURE(...)
 #define HANDLER(stem) stem##_1_svc
@@ -65,8 +65,8 @@ using value_of = typename Row::answer::value;
   inline constexpr auto& handler = stem##_1_svc;
 #include "rpc/procedures.def"
 
-// Handlers without a procedure number: getters for the DCS settings that only
-// the setters ever got numbers for. They answer an empty record.
+// Handlers without a procedure number: getters for the DCS settings, of which only the
+// setters have numbers. They answer an empty record.
 #define DCS_GETTERS(GETTER)                                          \
   GETTER(wlan_get_mso_dcs_on_1_svc)                                  \
   GETTER(wlan_get_user_dcs_on_1_svc)                                 \

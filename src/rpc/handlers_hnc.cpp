@@ -5,8 +5,8 @@
 #include "hnc/tables.h"
 #include "rpc/handlers.h"
 
-// The handler whose argument is a row of a table: decoded, it has the layout of
-// the listener's record.
+// The handler whose argument is a row of a table. Once decoded, it has the layout of the
+// listener's record.
 
 static_assert(sizeof(hnc_supported_hne_table) == sizeof(hnc_supported_hne));
 static_assert(offsetof(hnc_supported_hne_table, manufacturer) ==

@@ -4,8 +4,8 @@
 #include "rpc/handlers.h"
 #include "rpc/reply.h"
 
-// Handlers whose back ends take none of the procedure's members, or not as they
-// come: the lifecycle requests and the calibration data.
+// Handlers that do not pass the procedure's members on unchanged: the lifecycle requests
+// and the calibration data.
 
 int wlan_load_1_svc(int, wlan_config_return_code_e* result, svc_req*) {
   RPC_TRACE("WLAN RPC server :\n");

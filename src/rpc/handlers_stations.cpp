@@ -5,12 +5,12 @@
 #include "steer/btm_list.h"
 #include "wlan/stations.h"
 
-// Handlers of stations and counters that choose between back ends or show more
-// than the derived ones.
+// Handlers of stations and counters that choose between back ends or trace more than the
+// derived ones.
 
 enum { kStatsOfBss, kStatsOfRadio };
 
-// An unknown type fails and asks the driver nothing.
+// An unknown type fails without a query of the driver.
 static int read_stats(int bss, u_int type, traffic_stats& words) {
   if (type == kStatsOfBss) return wlan_getStats(bss, words);
   if (type == kStatsOfRadio) return wlan_getRadioStats(bss, words);

@@ -5,7 +5,7 @@
 #include "rpc/reply.h"
 #include "steer/keys.h"
 
-// Handlers of MAC addresses, which go out in a record of their own.
+// Handlers of MAC addresses, which are sent in their own record.
 
 using key_getter = int (*)(int index, char (&text)[kMacKeyLength + 1]);
 

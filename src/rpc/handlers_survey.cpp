@@ -3,7 +3,7 @@
 #include "rpc/reply.h"
 #include "wlan/survey.h"
 
-// The handler whose back end tells the length of what it writes.
+// The handler whose back end returns the length of what it writes.
 
 int wlan_get_ap_scan_result_1_svc(int radio, wlan_config_result_data_t* result, svc_req*) {
   value_of<row_wlan_get_ap_scan_result> record = {};

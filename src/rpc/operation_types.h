@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-// What the type of a back-end operation tells: its last parameter is what it fills.
+// What follows from a back-end operation's type: its last parameter is what it fills.
 
 template <typename Operation>
 struct last_parameter {
@@ -17,8 +17,8 @@ requires(sizeof...(Rest) > 0) struct last_parameter<int(First, Rest...)>
     : last_parameter<int(Rest...)> {
 };
 
-// Bytes of the text buffer that a back end fills: Size of its last parameter, a
-// char (&)[Size]; 1, for the NUL alone, where it fills none.
+// Size of the text buffer that a back end fills, if its last parameter is a char
+// (&)[Size]; otherwise 1, for the NUL alone.
 template <typename Parameter>
 inline constexpr size_t kTextRoom = 1;
 template <size_t Size>

@@ -1,5 +1,5 @@
-// Holds procedures.def against wlan_config.x when it is compiled. Each message names
-// the procedure and what to write.
+// Checks procedures.def against wlan_config.x at compile time. Each message names the
+// procedure and what to write.
 
 #include <cstddef>
 #include <iterator>
@@ -10,8 +10,8 @@
 
 using string_t = char*;
 
-// ---- Every row is of a procedure of wlan_config.x. What is looked up in `contract` is
-// found there or else in `listed`.
+// ---- Every row belongs to a procedure of wlan_config.x. A name looked up in `contract`
+// is found there or else in `listed`.
 
 namespace listed {
 #define PROCEDURE(number, name, ...) constexpr bool declares_##name = false;
@@ -30,9 +30,10 @@ using namespace listed;
                 " has a row and is not in wlan_config.x: declare it there, with number " #number);
 #include "rpc/procedures.def"
 
-// ---- Number, argument and answer. The client stub that rpcgen declares tells them.
+// ---- Number, argument and answer, taken from the client stub that rpcgen declares.
 
-// So that a structure that is not there is another argument, no error of its own.
+// Declares every structure, so that a missing one is merely a different argument and not
+// a separate error.
 #define PROCEDURE(number, name, stem, ...) struct stem##_1_argument;
 #include "rpc/procedures.def"
 
@@ -63,7 +64,7 @@ struct declared<clnt_stat(Argument*, Result*, CLIENT*)> {
                 "wlan_config_return_code_e, all others for a record");
 #include "rpc/procedures.def"
 
-// ---- The members: a record of them as the row lists them ...
+// ---- The members: a record of them as listed in the row ...
 
 #define NOTHING
 #define SHARED(stem)
@@ -77,8 +78,8 @@ struct declared<clnt_stat(Argument*, Result*, CLIENT*)> {
   };
 #include "rpc/procedures.def"
 
-// ... has the layout of the argument, member by member. In templates, where a member
-// that is not there is no error of its own.
+// ... has the layout of the argument, member by member. In templates, so that a missing
+// member is not a separate error.
 
 template <typename Listed, typename In>
 constexpr bool kAllListed = true;
@@ -109,14 +110,14 @@ constexpr bool kAllListed<Listed, In> = sizeof(Listed) == sizeof(In);
                 "for all others");
 #include "rpc/procedures.def"
 
-// ---- The order, and that no procedure is without a row.
+// ---- The order, and that every procedure has a row.
 
 constexpr unsigned kNumbers[] = {
 #define PROCEDURE(number, ...) number##u,
 #include "rpc/procedures.def"
 };
 
-// Whether the number of the row before it is smaller.
+// Whether the previous row's number is smaller.
 constexpr bool in_order(unsigned number) {
   unsigned before = 0;
   for (const unsigned other : kNumbers) {
@@ -138,7 +139,7 @@ constexpr unsigned times(unsigned number) {
   static_assert(times(number) == 1, #name ": another row has its number");
 #include "rpc/procedures.def"
 
-// What is looked up in `rows` is found there or else in `program`.
+// A name looked up in `rows` is found there or else in `program`.
 namespace program {
 #define PROGRAM_PROCEDURE(name) constexpr bool has_row_##name = false;
 #include "rpc/program_procedures.h"

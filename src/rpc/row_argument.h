@@ -1,7 +1,7 @@
 #pragma once
 
-// ARGUMENT(stem, FIRST_##members): the type of a row's argument in procedures.def,
-// told by the first of its members.
+// ARGUMENT(stem, FIRST_##members): the argument type of a row in procedures.def, derived
+// from its first member.
 //
 //   ARGUMENT(wlan_set_ssid, FIRST_INDEX(bss) ...)      wlan_set_ssid_1_argument
 //   ARGUMENT(wlan_restart, FIRST_ONLY_INDEX(radio))    int

@@ -2,10 +2,10 @@
 
 #include <cstdint>
 
-// What a row of procedures.def says of its procedure beside its types. Daemon and
+// Facts about a procedure, apart from its types, in a row of procedures.def. Daemon and
 // client read the same rows; each takes what it needs.
 
-// What lists a procedure beside others of its kind.
+// The list that a procedure appears in.
 enum class topic : uint8_t {
   kLifecycle,
   kBss,
@@ -25,7 +25,7 @@ enum class topic : uint8_t {
   kExtenders,
 };
 
-// What asking does besides answering.
+// Effects of a call besides its answer.
 enum class asking : uint8_t {
   kByAnswer,  // CODE, UPDATE and NONE act, all others read
   kReads,
@@ -33,8 +33,8 @@ enum class asking : uint8_t {
   kActs,
 };
 
-// The form of the trace of a call's entry, which some procedures of the controller
-// write before their handler.
+// The form of the entry trace that some of the controller's procedures write before their
+// handler.
 enum class entry_form : uint8_t {
   kNone,
   kNothing,       // "DEBUG:>>>"
@@ -49,10 +49,10 @@ struct entry_trace {
 };
 
 struct row_facts {
-  const char* handler = nullptr;  // its name where that is not STEM_1_svc
+  const char* handler = nullptr;  // its name if not STEM_1_svc
   asking effect = asking::kByAnswer;
-  const char* needs = "";  // procedures to call first, with blanks between
+  const char* needs = "";  // procedures to call first, separated by blanks
   entry_trace entry = {};
   bool answer_shown_twice = false;  // the trace repeats the answer's text
-  bool answer_is_all = false;       // inert, and who calls it wants no more than an answer
+  bool answer_is_all = false;       // inert, and callers need only an answer
 };

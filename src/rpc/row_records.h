@@ -4,8 +4,8 @@
 
 #include "wlan/station_layout.h"
 
-// Records of procedures whose operations do nothing, and what two getters answer
-// that is no record of a lower layer.
+// Records of procedures whose operations do nothing, and the answers of two getters that
+// are not records of a lower layer.
 
 struct bssid_port {
   uint8_t bssid[6];
@@ -13,8 +13,8 @@ struct bssid_port {
 };
 static_assert(sizeof(bssid_port) == 8);
 
-// One station as wlan_device_t of wlan_config.x lays it out in memory, and four
-// bytes more that are always zero.
+// One station in the memory layout of wlan_config.x's wlan_device_t, and four more bytes
+// that are always zero.
 struct device_image {
   uint8_t device[232];
   uint8_t zero[4];
@@ -30,5 +30,5 @@ struct dot11u_attribute {
 };
 static_assert(sizeof(dot11u_attribute) == 20);
 
-// A MAC address as text, its NUL included.
+// A MAC address as text, including its NUL.
 using mac_answer = char[18];

@@ -9,7 +9,7 @@
 
 // The columns of procedures.def as types, from which handlers and stubs follow.
 
-// A name that a type may carry.
+// A name as a template argument.
 template <size_t Size>
 struct fixed_text {
   char text[Size];
@@ -19,8 +19,8 @@ struct fixed_text {
   }
 };
 
-// A member that the handler is given. `Shown`: setters show it in their trace,
-// which a leading index is not.
+// A member passed to the handler. `Shown`: setters show it in their trace, except a
+// leading index.
 template <typename Type, fixed_text Name, bool Shown>
 struct member {
   using type = Type;
@@ -28,12 +28,12 @@ struct member {
   static constexpr bool kShown = Shown;
 };
 
-// What a row's members expand to: `void`, then a member each.
+// Expansion of a row's members: `void`, then one type per member.
 template <typename Nothing, typename... Members>
 struct member_list;
 
-// What comes back. Of all but a code, `value` is what the back end fills: its last
-// parameter is a pointer to that, or a reference where it is a text.
+// The answer. Except for a code, `value` is what the back end fills: its last parameter
+// is a pointer to it, or a reference for a text.
 struct code_answer {
   using result = wlan_config_return_code_e;
 };
@@ -75,10 +75,10 @@ struct row_types<member_list<void, Members...>, Answer> {
   static constexpr bool kLeadsWithIndex = (!Members::kShown || ...);
 };
 
-// ---- Whether a back end is what a row needs.
+// ---- Checks of a back end's type against its row.
 
-// Whether `Operation` can be called with the members and `Output`, and takes the
-// latter as just that type.
+// Whether `Operation` can be called with the members and `Output`, with exactly that type
+// for the latter.
 template <typename Operation, typename Members, typename Output>
 inline constexpr bool kTakes = false;
 template <typename Operation, typename... Members, typename Output>

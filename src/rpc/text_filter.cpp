@@ -10,7 +10,7 @@ bool_t wlan_xdr_string(XDR* stream, char** text, u_int max_length) {
   u_int length = 0;
   const u_int start = xdr_getpos(stream);
   if (!xdr_u_int(stream, &length) || !xdr_setpos(stream, start)) return FALSE;
-  // Refused before memory is taken for it: no request can hold that much.
+  // Refuse it before allocating: no request can hold that much.
   if (length > max_length || length > UDPMSGSIZE) return FALSE;
   if (!xdr_string(stream, text, max_length)) return FALSE;
   if (strlen(*text) == length) return TRUE;

@@ -2,8 +2,8 @@
 
 #include <rpc/rpc.h>
 
-/* C: the filters that rpcgen makes call this in place of xdr_string, see wire_filters.c.
- * It refuses a text with a NUL inside, which whoever reads it would see cut short. */
+/* C: rpcgen's filters call this instead of xdr_string, see wire_filters.c.
+ * It refuses a text with an embedded NUL, which its readers would see truncated. */
 #ifdef __cplusplus
 extern "C"
 #endif

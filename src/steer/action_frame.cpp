@@ -11,7 +11,7 @@ static constexpr char kName[] = "send_btm_action_frame_request";
 
 static int set_frame_and_steer(int sock, int index, const action_frame_record& frame,
                                const steer_record& steer) {
-  // The whole frame goes out, however long its body is.
+  // The whole frame is sent, however short its body.
   const wireless_object objects[] = {
       {.flags = kObjectActionFrame | kRtprivSet, .length = sizeof frame, .record = &frame},
       {.flags = kObjectSteer | kRtprivSet, .length = sizeof steer, .record = &steer},
@@ -20,7 +20,7 @@ static int set_frame_and_steer(int sock, int index, const action_frame_record& f
             objects[0].length, MAC_BYTES(frame.mac), objects[0].flags);
   const int taken = wireless_set_objects(sock, index, objects, 2);
   if (taken == 2) return 0;
-  // The second is named without its set bit: kept on purpose.
+  // The second is reported without its set bit: kept on purpose.
   const unsigned refused = taken == 0 ? objects[0].flags : kObjectSteer;
   trace_rev_error(kName, "ioctl failed (cmd=0x%X, sub_cmd=0x%X)\n", kRtprivObject, refused);
   return -1;
@@ -37,7 +37,7 @@ int send_btm_action_frame_request(int index, uint32_t category, const uint8_t (&
   steer.kind = kSteerAfterBtm;
   const int sock = wireless_open();
   if (sock < 0) {
-    // Without a line end: kept on purpose.
+    // No newline: kept on purpose.
     REV_ERROR("socket failed");
     return -1;
   }

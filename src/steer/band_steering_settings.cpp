@@ -24,7 +24,7 @@ int wlan_setBandSteerEnable(int enable) {
   const char* value = enable == 1 ? "1" : "0";
   force_value(kRadio24, kKey, value);
   force_value(kRadio5, kKey, value);
-  // The daemon never runs beside a driver that is switched off.
+  // The daemon never runs while the driver's band steering is off.
   if (enable == 1) switch_driver(1);
   bndstrgStart(enable);
   if (enable == 0) switch_driver(0);

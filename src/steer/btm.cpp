@@ -10,7 +10,7 @@
 #include "sys/wext.h"
 #include "wlan/driver_gate.h"
 
-// The object that tells of a station tells of the radio where none is named.
+// The station's object describes the radio when no station is named.
 static bool query(int index, btm_state* state) {
   return rtpriv_get_ioctl_2(index, kRtprivObject, kStationBtm, state, sizeof *state) == 1;
 }

@@ -13,17 +13,16 @@
 #include "wlan/rates.h"
 #include "wlan/stations.h"
 
-// The list of a BSS's stations: what the driver's tables say of each, its rates
-// and, on the chip that tells, whether it knows BSS transition management.
+// The list of a BSS's stations: the data in the driver's tables, rates and, on the chip
+// that reports it, BSS transition capability.
 
 // Messages name the handler: kept on purpose.
 static constexpr char kHandler[] = "wlan_get_btm_associated_device_1_svc";
 
-// All that the driver and the profile say of a BSS.
 struct bss_facts {
   int index;
   bool backhaul;
-  bool mt7615;  // the chip that tells receive rates and capabilities
+  bool mt7615;  // the chip that reports receive rates and capabilities
   driver_station_table stations;
   driver_statistics_table statistics;
 };
@@ -66,7 +65,7 @@ static const driver_station_statistics* find_statistics(const driver_statistics_
 static constexpr uint8_t kPhyOfdm = 1;
 static constexpr uint8_t kPhyVht = 4;
 
-// A station without statistics keeps zeros.
+// A station without statistics gets zeros.
 static void fill_traffic(const driver_station_statistics* statistics, btm_station* out) {
   if (statistics == nullptr) return;
   out->bytes_sent[0] = statistics->sent_bytes;
@@ -122,7 +121,7 @@ static void trace_station(const char* mac, const btm_station& station) {
             station.is_vht);
 }
 
-// False when the driver does not tell the station's capability.
+// False when the driver does not report the station's capability.
 static bool fill_station(const bss_facts& bss, const driver_station& station, btm_station* out) {
   const mac_text mac = text_of(station.mac);
   fill_signal(station, mac.text, out);
@@ -135,7 +134,7 @@ static bool fill_station(const bss_facts& bss, const driver_station& station, bt
   return true;
 }
 
-// A walk that breaks off fails and leaves the count at 0.
+// Stops at the first failure and leaves the count at 0.
 static int fill_list(const bss_facts& bss, btm_list* list) {
   unsigned found = 0;
   for (unsigned i = 0; i < stations_in(bss.stations) && found < kBtmListMax; ++i) {
@@ -163,7 +162,7 @@ int list_btm_stations(int index, btm_list* list) {
   int service = 0;
   if (wlan_getBSSHNCService(index, &service) != 0) {
     trace_rpc_error(kHandler, "can't get BSS HNC Service.\n");
-    // An empty list and no failure: kept on purpose.
+    // Returns success with an empty list: kept on purpose.
     return 0;
   }
   // The first BSS of a radio is never a backhaul.

@@ -3,13 +3,13 @@
 #include <cstddef>
 #include <cstdint>
 
-// What WLAN_GET_BTM_ASSOCIATED_DEVICE answers: the stations of one BSS as raw
+// The answer to WLAN_GET_BTM_ASSOCIATED_DEVICE: the stations of one BSS as raw
 // little-endian bytes, which the management stack reads by these offsets.
 
 constexpr unsigned kBtmListMax = 32;
 
 struct btm_station {
-  int32_t rssi;           // of the strongest chain, dBm; -127: of none
+  int32_t rssi;           // of the strongest chain, dBm; -127 without a signal
   int32_t downlink_rate;  // units of 1/1024 Mbit/s, see wlan/rates.h
   int32_t uplink_rate;
   int32_t tx_mcs;
@@ -39,7 +39,7 @@ struct btm_list {
 };
 static_assert(sizeof(btm_list) == 2436);
 
-// Fills a zeroed list with the stations of a BSS. 0, also without the BSS's service, when
-// the list stays empty; -1 when the driver refuses a table or a station's capability,
-// when the count stays 0. All are reported.
+// Fills a zeroed list with the stations of a BSS. Returns 0, also when the BSS's service
+// cannot be read, with an empty list. Returns -1, with the count 0, when the driver
+// refuses a table or a station's capability. All failures are reported.
 int list_btm_stations(int index, btm_list* list);

@@ -19,7 +19,7 @@ static constexpr int kActionWithTime = 2;
 
 using mac_text = char[kMacKeyLength + 1];
 
-// The value of a hexadecimal digit, -1 for any other character.
+// The value of a hexadecimal digit, or -1.
 static int digit_value(char digit) {
   if (digit >= '0' && digit <= '9') return digit - '0';
   if (digit >= 'A' && digit <= 'F') return digit - 'A' + 10;
@@ -27,7 +27,7 @@ static int digit_value(char digit) {
   return -1;
 }
 
-// Two digits a byte, up to the first pair that has another character or none.
+// Two digits per byte, up to the first incomplete or invalid pair.
 static size_t decode_payload(const char* text, uint8_t (&body)[kActionFrameBody]) {
   size_t length = 0;
   for (; length < sizeof body; ++length, text += 2) {
@@ -60,7 +60,7 @@ static int request_transition(int index) {
   return send_btm_action_frame_request(index, kCategoryWnm, mac, body, length);
 }
 
-// The station of a steer that is no transition request. False when there is none.
+// Reads the station for any steer but a transition request. False when there is none.
 static bool read_station(int index, mac_text& station) {
   if (wifiprofile_getParam(bss_profile(index), "HNCSteerSTAMac", station, kMacKeyLength) != 0)
     return true;
@@ -83,7 +83,7 @@ static int disconnect(int index) {
   return 0;
 }
 
-// Without an action to take, the access list keeps the station out.
+// Without an action to perform, the access list keeps the station out.
 static int add_to_access_list(int index, const char* station) {
   set_text(index, "AccessPolicy", "2");
   set_text(index, "ACLAddEntry", station);
@@ -123,7 +123,7 @@ static int blacklist(int index) {
 
 int wlan_setHncSteerStaType(int index, int type) {
   if (!driver_is_inited(__func__)) return -1;
-  // Noted before it is looked at, an illegal one too: kept on purpose.
+  // Stored before it is checked, even if invalid: kept on purpose.
   if (write_number_key(__func__, index, "HNCSteerSTAType", type) != 0) return -1;
   switch (type) {
     case kSteerTypeBtmRequest:

@@ -12,7 +12,7 @@
 static constexpr char kDaemonPath[] = "/var/run/dcsD";
 
 static int send_to_daemon(int sock, const void* datagram) {
-  // A daemon that is not running is no error.
+  // It is no error if the daemon is not running.
   if (unix_datagram_connect(sock, kDaemonPath) != 0) return 0;
   if (unix_datagram_send(sock, datagram, sizeof(dcs_message), kRoomTimeoutMs) == 0) return 0;
   static constexpr const char* kCaller = "notifyDCSSettingChanges";
@@ -31,7 +31,7 @@ int notifyDCSSettingChanges(int /*index*/, const void* datagram) {
   return status;
 }
 
-// A profile that cannot be written is traced only.
+// A profile that cannot be written is only traced.
 static void note_setting(const char* caller, const char* word, int index, const char* key,
                          const char* value) {
   const unsigned written = write_value(index, key, value);
@@ -67,7 +67,7 @@ int dcsSetNoitfyF(int index, const char* key, unsigned value) {
 
 int wlan_setDCSRSSIWeight(int index, const char* weight) {
   note_setting(__func__, "", index, "DCSRSSIWeight", weight);
-  // The bare text is the datagram, without type and length: kept on purpose.
+  // The datagram is just the text, without type and length: kept on purpose.
   static constexpr size_t kTextSize = 96;
   char datagram[sizeof(dcs_message)] = {};
   snprintf(datagram, kTextSize, "DCSRSSIWeight=%s", weight);

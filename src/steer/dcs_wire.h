@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 
-// What the dynamic channel selection daemon is told: one datagram, in host byte
-// order. It does not answer.
+// One datagram to the dynamic channel selection daemon, in host byte order. The daemon
+// does not answer.
 
 struct dcs_message {
   uint32_t type;

@@ -3,9 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 
-// The driver's records for steering, transition management and
-// stations that are not associated: sub-commands of its object
-// request, and layouts in host byte order as the driver defines them.
+// The driver's records for steering, transition management and stations that are not
+// associated: sub-commands of its object request, and layouts in host byte order.
 
 constexpr uint16_t kObjectActionFrame = 0x06B0;
 constexpr uint16_t kObjectSteer = 0x06B1;
@@ -29,7 +28,7 @@ static_assert(sizeof(steer_record) == 20);
 static_assert(offsetof(steer_record, kind) == 8 && offsetof(steer_record, action) == 12);
 static_assert(offsetof(steer_record, seconds) == 16);
 
-// An action frame to be sent to a station; a body may be shorter than its room.
+// An action frame to send to a station; the body may be shorter than its field.
 constexpr uint32_t kCategoryWnm = 10;
 constexpr size_t kActionFrameBody = 1024;
 struct [[gnu::packed]] action_frame_record {
@@ -44,8 +43,8 @@ static_assert(offsetof(action_frame_record, mac) == 4 && offsetof(action_frame_r
 constexpr unsigned kStationBtm = 0x494A;
 constexpr uint8_t kStationBtmAsk = 4;
 
-// Question and answer in one. Passed as one byte more than it has, of which the
-// request announces all but the last: these nine.
+// Question and answer in one record. The driver gets one byte more than the record has,
+// and the request announces all but the last: these nine.
 struct driver_station_btm {
   uint8_t kind;     // kStationBtmAsk: of the station with this address
   uint8_t capable;  // the answer
@@ -55,15 +54,15 @@ struct driver_station_btm {
 static_assert(sizeof(driver_station_btm) == 9);
 static_assert(offsetof(driver_station_btm, mac) == 2);
 
-// BSS transition management of a radio, as the driver tells it: kStationBtm asked
-// without a station.
+// A radio's BSS transition management, the driver's answer to kStationBtm without a
+// station.
 struct btm_state {
   uint8_t enabled;  // 1 while it is on
   uint8_t unused;
 };
 static_assert(sizeof(btm_state) == 2);
 
-// And as it takes it.
+// The record that sets it.
 constexpr uint8_t kBtmOfRadio = 2;
 struct btm_switch {
   uint8_t kind;  // kBtmOfRadio
@@ -79,11 +78,11 @@ struct nonassoc_request {
 };
 static_assert(sizeof(nonassoc_request) == 7 && offsetof(nonassoc_request, first) == 6);
 
-// A probe request of a station that is not associated, at local time.
+// A probe request from a station that is not associated, in local time.
 struct probe_record {
   int8_t rssi;
   uint8_t unused[3];
-  int32_t year;  // in full
+  int32_t year;  // all four digits
   int32_t month;
   int32_t day;
   int32_t hour;

@@ -3,10 +3,10 @@
 #include <cstddef>
 #include <cstdint>
 
-// Steer events as the driver control daemon tells them and as the protocol's
-// clients get them. Numbers are in host byte order.
+// Steer events, as the driver control daemon sends them and as the protocol's clients get
+// them. Numbers are in host byte order.
 
-// Asks the daemon for the events of a radio.
+// Requests the events of a radio.
 struct steer_event_request {
   uint32_t command;
   uint32_t reserved[2];
@@ -18,7 +18,7 @@ static_assert(sizeof(steer_event_request) == 16);
 
 constexpr uint32_t kGetSteerEvents = 1;
 
-// Types and codes are the daemon's; they are passed on.
+// Types and codes are the daemon's and are passed on unchanged.
 struct control_event {
   uint8_t type;
   int8_t code;
@@ -36,7 +36,7 @@ struct control_reply {
   uint32_t status;
   uint32_t reserved[2];
   control_event events[kSteerEvents];
-  uint8_t count;  // also of events that found no room
+  uint8_t count;  // includes events that found no room
   uint8_t padding[7];
 };
 static_assert(offsetof(control_reply, status) == 0);
@@ -44,7 +44,7 @@ static_assert(offsetof(control_reply, events) == 12);
 static_assert(offsetof(control_reply, count) == 396);
 static_assert(sizeof(control_reply) == 404);
 
-// The status of a daemon that could not deliver the events; all others are good.
+// The daemon's status when it could not deliver the events; any other means success.
 constexpr uint32_t kEventsNotDelivered = 4;
 
 // One event of the report that a client gets.
@@ -63,7 +63,7 @@ static_assert(sizeof(steer_event) == 36);
 
 struct steer_event_report {
   steer_event events[kSteerEvents];
-  uint32_t count;  // as the daemon said, which may be more than there are
+  uint32_t count;  // the daemon's count, which may exceed the events here
 };
 static_assert(offsetof(steer_event_report, count) == 1152);
 static_assert(sizeof(steer_event_report) == 1156);

@@ -24,7 +24,7 @@ static bool fetch_events(rad_ctrl* client, int radio, control_reply* reply) {
     trace_rev_error(kCaller, "get event failed.\n");
     return false;
   }
-  // No error, but told as one: kept on purpose.
+  // Not an error, but reported as one: kept on purpose.
   trace_rev_error(kCaller, "rcv reply_len = %d, event_data->count = %d\n", static_cast<int>(length),
                   reply->count);
   return true;

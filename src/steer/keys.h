@@ -2,14 +2,14 @@
 
 #include "profile/values.h"
 
-// Operations on the keys of keys.def, declared from it.
+// The operations on the keys of keys.def.
 
 // Longest values that are read, in characters; of a number kKeyLength.
 constexpr int kMacKeyLength = 18;
 constexpr int kPayloadKeyLength = 1025;
 
-// A getter's buffer holds one byte more than its max_length and stays as it is
-// where the key is missing; a setter's number is written signed.
+// A getter's buffer holds max_length bytes and one more. It is unchanged when the key is
+// missing. A setter writes its number signed.
 #define TEXT_SETTER(operation, ...) int operation(int index, const char* text);
 #define TEXT_GETTER(operation, key, max_length, ...) \
   int operation(int index, char(&text)[max_length + 1]);

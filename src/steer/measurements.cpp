@@ -26,7 +26,7 @@ int wlan_getOperatingClass(int radio, int* operating_class) {
 
 namespace {
 
-// The driver's wireless modes that have HT, and which of them have VHT.
+// The driver's wireless modes that have HT, and whether they have VHT too.
 struct mode_row {
   int mode;
   bool band5;

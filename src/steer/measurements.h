@@ -1,7 +1,7 @@
 #pragma once
 
-// What a radio (1 or 9) can do. Each returns 0, or -1 with a report where the
-// driver fails; the value then stays as it is.
+// Capabilities of a radio (1 or 9). Each returns 0, or -1, reported, with the value
+// unchanged when the driver fails.
 
 // Global operating class of the channel. Not before the driver may be queried.
 int wlan_getOperatingClass(int radio, int* operating_class);

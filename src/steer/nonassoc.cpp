@@ -60,7 +60,7 @@ int wlan_setNonAssocRequestMac(int radio, const char* mac) {
   nonassoc_request station = {};
   parse_mac(mac, station.mac);
   station.first = mac[0];
-  // A query, though it names something: what it answers is not looked at.
+  // A query although it sets something; its answer is ignored.
   if (rtpriv_get_ioctl_2(radio, kRtprivObject, kObjectNonAssoc, &station, sizeof station) != 1) {
     REV_ERROR("set non associated req mac failed. \n ");
     return -1;
@@ -82,7 +82,7 @@ static int32_t time_of(const probe_record& probe) {
   date.tm_hour = probe.hour;
   date.tm_min = probe.minute;
   date.tm_sec = probe.second;
-  date.tm_isdst = -1;  // the zone knows
+  date.tm_isdst = -1;  // determined by the time zone
   return static_cast<int32_t>(mktime(&date));
 }
 
@@ -108,7 +108,7 @@ static void take_probe(const probe_record& probe, const char* mac, nonassoc_answ
   trace_rev(kReportName, "rssi = %d, mac = %s\n", filled.rssi, mac);
 }
 
-// The first entry of the station whose newest probe is told counts.
+// Uses the station's first entry with a valid newest probe.
 static void find_probe(const nonassoc_report& report, const char* mac, nonassoc_answer* answer) {
   uint8_t wanted[6];
   parse_mac(mac, wanted);
