@@ -89,7 +89,6 @@ bool side_receive(struct side* side, int milliseconds) {
     if (milliseconds >= 0 && poll(&wait, 1, milliseconds) <= 0) return false;
     const ssize_t length = recv(side->sock, reply, sizeof reply, 0);
     if (length < 0) return false;
-    // Skip late answers to earlier calls.
     if (length >= 4 && reply[0] == htonl(side->xid)) {
       check_reply(reply, (size_t)length / 4);
       return true;

@@ -134,7 +134,6 @@ static int commands(int argc, char** argv) {
   return 0;
 }
 
-// One of several clients: counts its calls until the time is up.
 static void call_until(const char* side_text, double end, long* calls) {
   struct side side;
   side_open(&side, side_text);

@@ -26,7 +26,6 @@ std::string text_quote(std::string_view bytes);
 // always valid UTF-8.
 std::string text_for_json(std::string_view bytes, bool* escaped);
 
-// Lower-case hexadecimal digits, two per byte.
 std::string text_hex(std::string_view bytes);
 
 // A hex dump: offset, up to 16 bytes, printable ASCII. A run of identical full lines is shown

@@ -26,7 +26,6 @@ struct dump_state {
   redaction so_far;
 };
 
-// One call and the place for its answer.
 struct dump_call {
   const procedure_row* procedure;
   std::vector<uint32_t> arguments;

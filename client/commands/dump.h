@@ -1,4 +1,4 @@
-// "wificonf dump": the gateway's whole state in one JSON object.
+// "wificonf dump": the answers of all safe getters in one JSON object.
 #pragma once
 
 #include "wire/table.h"

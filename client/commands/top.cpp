@@ -16,7 +16,6 @@
 
 namespace {
 
-// What the screen shows, and the state of the sampling.
 struct top_view {
   const output_streams& streams;
   const client_options& options;
@@ -128,7 +127,6 @@ static void keep_in_bounds(top_view& view, size_t room) {
   view.first = std::min(view.first, all > room ? all - room : 0);
 }
 
-// The first `head` heading lines of a table, and `count` rows starting at `first`.
 static std::string window_of(const std::string& table, size_t head, size_t first, size_t count) {
   std::string out;
   size_t number = 0;

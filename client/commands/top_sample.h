@@ -40,5 +40,4 @@ std::span<const top_order> top_orders();
 top_sample top_take(const client_options& options, const top_choice& choice,
                     const top_sample& before, const call_idle* idle, int* asking);
 
-// One object on one line.
 std::string top_json(const top_sample& sample);

@@ -15,7 +15,6 @@
 
 namespace {
 
-// Kept from one answer to the next.
 struct sample {
   decoded_reply reply;
   double taken;
@@ -62,7 +61,6 @@ static std::string shown(const prepared_call& prepared, size_t width, const samp
 
 namespace {
 
-// State kept from call to call.
 struct watching {
   const output_streams& streams;
   const client_options& options;
@@ -104,7 +102,6 @@ static std::string answer_text(const watching& state, size_t width, const sample
   return shown(state.prepared, width, state.before, current);
 }
 
-// Shows the failure where the answer would be.
 static void show_failure(watching& state, size_t width, const failure_report& failure) {
   if (state.redrawn) {
     state.shown = text_wrap(failure.line, width, 0, 0) + "\n";
@@ -147,7 +144,7 @@ static bool take_sample(watching& state, exit_status* status) {
   return true;
 }
 
-// Waits for the next call; false if the user quits.
+// False if the user quits.
 static bool wait_for_next(const watching& state, double moment) {
   if (!state.redrawn) {
     moment_sleep_until(moment);

@@ -32,7 +32,6 @@ static constexpr char kHead[] =
     "\"Does nothing\" marks a procedure that is accepted and answered, but deliberately\n"
     "reads and changes nothing.\n";
 
-// A table cell, with bars escaped.
 static std::string cell(const std::string& text) {
   std::string out;
   for (const char c : text)
@@ -136,7 +135,6 @@ static std::string entry(const procedure_row& procedure) {
   return out + "\n    " + describe_example(procedure) + "\n";
 }
 
-// The procedures that do nothing, a line each.
 static std::string inert_table(const char* topic) {
   std::string out;
   for (const procedure_row* procedure : procedures_of(topic, true)) {

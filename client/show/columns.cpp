@@ -31,7 +31,6 @@ static bool has_units(std::span<const text_column> columns) {
                      [](const text_column& column) { return *column.unit != '\0'; });
 }
 
-// A heading followed by its unit, unless units go `below`.
 static std::string heading_of(const text_column& column, bool below) {
   const bool alone = below || *column.unit == '\0';
   return alone ? column.heading : std::string(column.heading) + " " + column.unit;

@@ -25,7 +25,6 @@ std::string describe_field(const payload_field& field);
 // "MEANING [UNIT]", or whichever of the two there is.
 std::string describe_meaning(const std::string& meaning, const char* unit);
 
-// The output of a successful call.
 std::string describe_result(const procedure_row& procedure);
 
 // A valid command line, quoted for a shell.

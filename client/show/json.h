@@ -19,7 +19,6 @@
 // "procedure", "number", "return_code" and "value": a number, a text or, for a record, an
 // object of its fields. With a negative return code there is no "value".
 nlohmann::ordered_json json_result(const procedure_row& procedure, const decoded_reply& reply);
-// A record's or row's fields as an object.
 nlohmann::ordered_json json_fields(std::span<const payload_field> fields, std::string_view record);
 
 // On one line, in ASCII, so that no character of a text reaches the terminal unescaped.
@@ -29,7 +28,6 @@ std::string json_line(const nlohmann::ordered_json& value);
 // repeat add the time.
 std::string json_error(const failure_report& failure, const std::string& time = "");
 
-// A result with the time at which it came.
 std::string json_sample(const procedure_row& procedure, const decoded_reply& reply,
                         const std::string& time);
 

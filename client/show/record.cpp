@@ -65,7 +65,6 @@ static std::string show_fields(std::span<const payload_field> fields, std::strin
   return columns_text(std::span(kColumns).first(earlier == nullptr ? 2 : 3), lines, false, width);
 }
 
-// Whether a counter has a column for its rate.
 static bool has_rate(const payload_field& field, const earlier_record* earlier) {
   return earlier != nullptr && payload_is_counter(field.type);
 }

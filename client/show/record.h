@@ -16,7 +16,6 @@ std::string show_value(const payload_field& field, std::string_view record);
 // its BSS number. `first_bss` is the number of the radio's first BSS.
 std::string show_cell(const payload_field& field, std::string_view record, int first_bss = 1);
 
-// The same record some time ago.
 struct earlier_record {
   std::string_view record;
   double seconds;  // ago

@@ -17,7 +17,6 @@ static ordered_json integer(int64_t minimum, uint64_t maximum) {
   return {{"type", "integer"}, {"minimum", minimum}, {"maximum", maximum}};
 }
 
-// Allows null, for a value that may be unknown.
 static ordered_json or_null(ordered_json schema) {
   schema["type"] = {schema["type"], "null"};
   return schema;

@@ -19,7 +19,6 @@ bool screen_is(FILE* out) {
   return able && isatty(fileno(out)) != 0;
 }
 
-// The number of bytes in the first `width` characters.
 static size_t cut(std::string_view line, size_t width) {
   size_t end = 0;
   uint32_t code_point = 0;

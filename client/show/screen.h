@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <string>
 
-// Whether `out` is a terminal that can be redrawn. A terminal of type "dumb" cannot.
+// Whether `out` is a terminal that can be redrawn. One of type "dumb" cannot be.
 bool screen_is(FILE* out);
 
 // The number of lines of the terminal `out`; 24 if unknown.

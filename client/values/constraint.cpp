@@ -87,7 +87,6 @@ static bool is_control(char c) {
   return static_cast<unsigned char>(c) < 0x20 || c == 0x7f;
 }
 
-// 0 if there is none.
 static size_t misfit_in_text(const constraint& limits, std::string_view given, const char** what) {
   for (size_t i = 0; i < given.size(); ++i) {
     const bool separates = limits.list_field && given[i] == ';';

@@ -98,7 +98,6 @@ static constexpr payload_field kAssocDevice[] = {
     {"ssid", kText, 200, 32, "", "", "", kName},
 };
 
-// An entry in the driver's station table.
 static constexpr payload_field kStation[] = {
     {"bss_position", kBssPosition, 0, 0, "", "BSS", "position of its BSS within the radio, from 0",
      kFree},

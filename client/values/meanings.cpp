@@ -11,7 +11,6 @@ static constexpr constraint number(int64_t low, int64_t high) {
   return of_ranges(constraint_kind::kNumber, constraint_range{low, high, nullptr});
 }
 
-// Numbers with a meaning each.
 template <typename... Ranges>
 static constexpr constraint choices(Ranges... ranges) {
   return of_ranges(constraint_kind::kNumber, ranges...);
@@ -87,7 +86,6 @@ static constexpr meaning_entry kMeanings[] = {
     {"WLAN_UNDO_PREK_OPERATION", "radio", kUnused, "9"},
     {"WLAN_GET_PREK_STATUS", "radio", kUnused, "9"},
 
-    // Indexes.
     {nullptr, "bss", "BSS index", "3", kBss},
     {nullptr, "radio", "radio", "9", kRadioOfBss},
     {nullptr, "instance", kInstance, "1"},

@@ -22,5 +22,4 @@ const meaning_entry* meanings_find(const procedure_row& procedure, std::string_v
 // The values that the argument takes: the entry's constraint, or else that of its type.
 constraint meanings_limits(const procedure_row& procedure, const argument_spec& argument);
 
-// Meaning, unit and the constraint in words.
 std::string meanings_text(const procedure_row& procedure, const argument_spec& argument);

@@ -15,7 +15,6 @@ struct procedure_note {
 
 std::span<const procedure_note> notes_all();
 
-// "" if there is nothing to say.
 const char* notes_text(const procedure_row& procedure);
 
 // The names of the procedures to call first, in lower case.

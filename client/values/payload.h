@@ -103,7 +103,6 @@ std::span<const value_meaning> payload_values();
 const char* payload_codes(const procedure_row& procedure);
 bool payload_failed(const procedure_row& procedure, int32_t code);
 
-// Width of a field in bytes.
 uint32_t payload_width(const payload_field& field);
 
 // Used rows in `record`, which must have the size given in the table.

@@ -6,7 +6,6 @@
 
 #include "wire/table.h"
 
-// State kept from answer to answer.
 struct redaction {
   // The replacement of each address and name, the same wherever it occurs.
   std::map<std::string, std::string> macs, ipv4s, ipv6s, names;

@@ -33,7 +33,6 @@ size_t lookup_distance(std::string_view a, std::string_view b);
 // A name as in the table: upper case, underscores for dashes.
 std::string lookup_fold(std::string_view name);
 
-// The name in lower case.
 std::string lookup_display_name(const procedure_row& procedure);
 
 // Decimal below 0x1000, hexadecimal above, in the range of the extensions.

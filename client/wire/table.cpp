@@ -48,7 +48,6 @@ static constexpr answer_spec answering(payload_kind kind, uint32_t size, bool up
 static constexpr answer_spec kCode = answering(payload_kind::CODE, 0);
 static constexpr answer_spec kUpdate = answering(payload_kind::CODE, 0, true);
 
-// The columns that are copied unchanged.
 static constexpr procedure_row columns(uint32_t number, const char* name, topic about,
                                        member_list members, const char* summary, bool inert) {
   procedure_row row = {};

@@ -61,7 +61,6 @@ struct argument_spec {
 
 std::span<const procedure_row> table_procedures();
 
-// Whether the procedure only reads.
 bool table_reads(const procedure_row& procedure);
 
 std::vector<argument_spec> table_arguments(const procedure_row& procedure);

@@ -11,7 +11,6 @@
 // As headings, such as "Traffic and channel statistics".
 std::span<const char* const> topics();
 
-// The topic of a procedure, one of topics().
 const char* topic_of(const procedure_row& procedure);
 
 // A topic as one word, such as "traffic-and-channel-statistics".

@@ -26,7 +26,6 @@ static Outcome exchange(double timeout, Script script) {
   return {answer, daemon.calls, taken.count()};
 }
 
-// The reply with another transaction id.
 static byte_string with_other_xid(byte_string reply) {
   reply[0] ^= 0xff;
   return reply;

@@ -9,7 +9,6 @@
 
 #include "wire/lookup.h"
 
-// All procedures whose names begin so.
 static std::string names_with(const char* beginning) {
   std::string all;
   for (const procedure_row& procedure : table_procedures()) {

@@ -174,7 +174,6 @@ static const Expected* expected_of(const procedure_row& procedure, const std::st
   return nullptr;
 }
 
-// The call's example with one word replaced.
 static Words example_with(const procedure_row& procedure, size_t place, const std::string& word) {
   Words given;
   for (const argument_spec& argument : table_arguments(procedure))
@@ -223,7 +222,6 @@ TEST(Constraint, WhatMakesSensePassesAndANeighbourDoesNot) {
   });
 }
 
-// A command-line word as a JSON value of the argument.
 static nlohmann::json as_json(const argument_spec& argument, const constraint& limits,
                               const std::string& word) {
   int64_t number = 0;

@@ -100,7 +100,6 @@ TEST(Describe, OneInWhole) {
   EXPECT_TRUE(contains(describe_procedure(*lookup_name("wlan_init")), "\nArguments\n  none\n"));
 }
 
-// Only letters and digits, in lower case.
 static std::string bare(std::string_view text) {
   std::string out;
   for (const char c : text)

@@ -8,7 +8,6 @@
 #include "show/record.h"
 #include "wire/lookup.h"
 
-// A little-endian record under construction.
 struct record {
   std::string bytes;
 

@@ -72,7 +72,6 @@ TEST(Schema, EveryFieldOfARecordIsRequired) {
   EXPECT_GT(records, 0);
 }
 
-// Random records as lines of JSON.
 static std::string answers_of(const procedure_row& procedure, std::minstd_rand& random) {
   decoded_reply reply{};
   std::string lines;

@@ -31,7 +31,6 @@ TEST(Watch, JsonHasItsTime) {
   EXPECT_EQ(object["value"], 6);
 }
 
-// The lines without their time stamps.
 static std::string unstamped(const std::string& text) {
   std::string out;
   for (size_t at = 0; at < text.size();) {

@@ -3,8 +3,6 @@
 #include <functional>
 #include <string>
 
-// Files and waiting, for tests.
-
 // The whole file; empty if there is none.
 std::string read_file(const std::string& path);
 

@@ -32,7 +32,6 @@ void listener_sends(uint16_t port, const std::string& bytes);
 std::string hnc_request_bytes(uint32_t type, const std::string& key, uint32_t index,
                               const std::string& value);
 
-// A reply with this value and table error.
 std::string hnc_reply_bytes(const std::string& value, int32_t table_error = 0);
 
 // A number as encoded in these datagrams.
