@@ -1,6 +1,6 @@
 #pragma once
 
-// The processes that run beside the driver. Each control takes a mode, nonzero to start
+// The processes that run alongside the driver. Each control takes a mode, nonzero to start
 // and 0 to stop. It decides from the profiles whether its process should run, and
 // remembers a start, so that starting or stopping twice does nothing. A process left
 // running by an earlier service child counts as started. The worker and the RPC thread

@@ -2,7 +2,7 @@
 
 #include <pthread.h>
 
-// A process beside the driver, started once and killed by name.
+// A process that runs alongside the driver, started once and killed by name.
 struct companion {
   const char* control;  // name of its control function, for traces
   const char* name;

@@ -12,7 +12,7 @@
 
 #include "rpc/dispatch.h"
 
-// XDR filters have signatures of their own.
+// XDR filters have different signatures.
 #define FILTER(filter) reinterpret_cast<xdrproc_t>(reinterpret_cast<void (*)()>(filter))
 
 void unregister_service() {

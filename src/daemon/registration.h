@@ -8,5 +8,4 @@
 // user's registration is replaced, in at most 100 tries over one second.
 [[nodiscard]] bool register_service(SVCXPRT* transport);
 
-// Removes the program from the portmapper.
 void unregister_service();

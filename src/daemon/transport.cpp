@@ -14,7 +14,6 @@
 static const struct SVCXPRT::xp_ops* original;
 static struct SVCXPRT::xp_ops bounded;
 
-// Bytes of the datagram being served.
 static u_int datagram_length;
 
 // xid, direction, RPC version, program, version, procedure, two empty

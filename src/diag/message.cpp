@@ -114,7 +114,6 @@ static void put_number(piece* out, const conversion& how, va_list* values) {
   put_as<int>(out, how.text, values);
 }
 
-// Parses the conversion that starts at the "%". False when there is none.
 static bool parse_conversion(const char* format, conversion* how) {
   how->length = 1 + strspn(format + 1, "-+ #0123456789.*hlz") + 1;
   if (how->length >= sizeof how->text) return false;

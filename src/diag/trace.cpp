@@ -161,7 +161,7 @@ constexpr family kRevError = {"[REV-RPC] \033[40m\033[31;40m**ERROR**\033[0m %s 
 
 }  // namespace
 
-// The families' prefixes are formats of their own.
+// The prefixes are not literals at the call.
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
 
 // Locks the stream so that prefix and message stay together when two threads trace.

@@ -30,7 +30,6 @@ void trace_rev(const char* function, const char* format, ...) __attribute__((for
 void trace_rev_error(const char* function, const char* format, ...)
     __attribute__((format(printf, 2, 3)));
 
-// Whether console traces are on now.
 [[nodiscard]] bool console_trace_on();
 
 // Appends "<time stamp> - <message>" to the debug log. A log of more than 1,024,000 bytes

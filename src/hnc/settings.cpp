@@ -83,7 +83,6 @@ static int set_value(const char* caller, const setting& row, int index, const ch
   return hnc_exchange(caller, row.set, request, &reply) ? 0 : -1;
 }
 
-// A number or a flag.
 static int set_value(const char* caller, const setting& row, int index, int value) {
   char text[16];
   snprintf(text, sizeof text, "%d", value);

@@ -9,7 +9,6 @@
 
 static constexpr hnc_reports kReports = {" ", true};
 
-// `separator` follows the operation's name in its messages.
 static bool ask_for_row(const char* caller, const char* separator, const char* key, unsigned row,
                         hnc_reply* reply) {
   const hnc_request request = hnc_make_request(kHncGet, key, row);

@@ -1,8 +1,8 @@
 #pragma once
 
-// Brings the radios up, cycles one of them, or takes them down. Without loaded modules
-// the sequences report that and do nothing. A failed step does not stop them. All return
-// 1.
+// The sequences that bring the radios up, cycle one of them and take them down. Without
+// loaded modules they report that and do nothing. A failed step does not stop them. All
+// return 1.
 
 // Raises the interfaces, bridges VLANs, sets interrupt affinities, starts the companions
 // and allows queries of the driver.

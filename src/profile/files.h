@@ -1,6 +1,5 @@
 #pragma once
 
-// The companion files of a profile.
 struct profile_files {
   int band;  // 24 or 5, as in the temporary names
   const char* lock;

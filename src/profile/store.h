@@ -48,7 +48,6 @@ constexpr int kProfileFieldBuffer = 256;
 [[nodiscard]] int wifiprofile_getParam_with_index(const char* path, const char* key, int index,
                                                   char* buffer, int max_len);
 
-// Results of an update.
 constexpr unsigned kProfileWritten = 1;
 constexpr unsigned kProfileUnchanged = 2;  // nothing to change, or a negative index
 constexpr unsigned kProfileFailed = 0;

@@ -21,7 +21,6 @@
 // Longest line, including its newline.
 constexpr size_t kProfileLineMax = 1727;
 
-// Longest key.
 constexpr size_t kProfileKeyMax = 31;
 
 // Takes the next line, with its newline, off the front of `rest`; empty at the end. A

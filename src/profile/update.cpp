@@ -49,7 +49,6 @@ static void report_refusal(const update& work, std::string_view key, const char*
   trace_rpc_error(work.name, "%.*s refused: %s\n", shown_length(key), key.data(), reason);
 }
 
-// Reports a setting that cannot be stored and returns false.
 static bool accept_setting(const update& work, const profile_setting& wanted) {
   trace_rpc(work.name, "%s: param:%.*s[%d]=%.*s\n", work.name, shown_length(wanted.key),
             wanted.key.data(), wanted.index, shown_length(wanted.value), wanted.value.data());
@@ -58,7 +57,6 @@ static bool accept_setting(const update& work, const profile_setting& wanted) {
   return reason == nullptr;
 }
 
-// Reports a negative index and returns false.
 static bool accept_indexes(const update& work) {
   for (const profile_setting& wanted : work.settings) {
     if (wanted.index >= 0) continue;

@@ -36,7 +36,6 @@ void report_profile_failure(const char* caller, const char* attempt, const char*
 // The status for an update's result: 0 when the value is stored, otherwise -1, reported.
 [[nodiscard]] int update_status(const char* caller, unsigned result, const char* end);
 
-// A number in the profiles' form.
 struct number_text {
   char text[12];
 };

@@ -22,7 +22,6 @@ inline constexpr const char* kConversion<u_short> = "%hu";
 template <>
 inline constexpr const char* kConversion<string_t> = "%s";
 
-// Writes text at `*at` and advances it.
 constexpr void append(char* to, size_t* at, const char* text) {
   for (; *text != '\0'; ++text)
     to[(*at)++] = *text;

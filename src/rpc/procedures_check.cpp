@@ -117,7 +117,6 @@ constexpr unsigned kNumbers[] = {
 #include "rpc/procedures.def"
 };
 
-// Whether the previous row's number is smaller.
 constexpr bool in_order(unsigned number) {
   unsigned before = 0;
   for (const unsigned other : kNumbers) {

@@ -28,7 +28,6 @@ int wlan_getChannelStatistics(int index, int32_t* cst, int32_t* ap_act, int32_t*
 int wlan_getChannelNoiseFloor(int index, int32_t* min, int32_t* max, int32_t* median,
                               int32_t* average);
 
-// Packets sent and received.
 int wlan_getRadioTxPackets(int index, int64_t* count);
 int wlan_getRadioRxPackets(int index, int64_t* count);
 

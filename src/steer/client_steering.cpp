@@ -19,7 +19,6 @@ static constexpr int kActionWithTime = 2;
 
 using mac_text = char[kMacKeyLength + 1];
 
-// The value of a hexadecimal digit, or -1.
 static int digit_value(char digit) {
   if (digit >= '0' && digit <= '9') return digit - '0';
   if (digit >= 'A' && digit <= 'F') return digit - 'A' + 10;

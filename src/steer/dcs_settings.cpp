@@ -31,7 +31,6 @@ int notifyDCSSettingChanges(int /*index*/, const void* datagram) {
   return status;
 }
 
-// A profile that cannot be written is only traced.
 static void note_setting(const char* caller, const char* word, int index, const char* key,
                          const char* value) {
   const unsigned written = write_value(index, key, value);

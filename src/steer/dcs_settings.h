@@ -8,7 +8,6 @@
 #define DCS_SETTING(operation, key) int operation(int index, int value);
 #include "steer/dcs_settings.def"
 
-// The common implementation.
 int dcsSetNoitfyF(int index, const char* key, unsigned value);
 
 // Weights of signal strengths, a text in the daemon's own format.

@@ -14,7 +14,6 @@ constexpr uint16_t kObjectNonAssocEnable = 0x06B4;
 constexpr uint16_t kObjectNonAssoc = 0x06B5;  // registers a station and fetches the report
 constexpr uint16_t kObjectBtmEnable = 0x094A;
 
-// Steers one station.
 constexpr uint32_t kSteerBlacklist = 0;
 constexpr uint32_t kSteerAfterBtm = 1;
 struct steer_record {

@@ -6,7 +6,6 @@
 // Steer events, as the driver control daemon sends them and as the protocol's clients get
 // them. Numbers are in host byte order.
 
-// Requests the events of a radio.
 struct steer_event_request {
   uint32_t command;
   uint32_t reserved[2];

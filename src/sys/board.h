@@ -18,7 +18,6 @@ constexpr int kRadio5 = 9;
 // 1 or 9; -1 for an index outside 1 to 16.
 [[nodiscard]] int bss_to_radio_index(int bss);
 
-// Path of the profile that holds the BSS.
 [[nodiscard]] const char* bss_profile(int bss);
 
 // 0-based position of the BSS in the per-BSS lists of its profile; negative for an index

@@ -22,8 +22,8 @@ void run_captured(const char* caller, const char* command);
 
 // Writes a text from outside into `out` for use in a command line: unchanged when it
 // consists of letters, digits, ".", "_", "-" and ":"; otherwise single-quoted, so that no
-// text runs a command of its own. A text that does not fit in `size` bytes is cut, but
-// its quotes stay complete.
+// text can run a command. A text that does not fit in `size` bytes is cut, but its quotes
+// stay complete.
 void quote_for_shell(const char* text, char* out, size_t size);
 
 // The same, returned by value, with at most Size - 1 characters.

@@ -13,7 +13,7 @@
 
 // Opens a lock file, which must be an own one; diag/own_file.h explains that, `status`
 // and errno. Creates it with `mode` when it is missing. A file that another user made, or
-// gave a second name, is removed with a message and made anew. A descriptor, or -1.
+// gave a second name, is removed with a message and created again. A descriptor, or -1.
 [[nodiscard]] int open_lock_file(const char* path, mode_t mode, struct stat* status);
 
 // Opens such a lock file at `path` and takes the exclusive or the shared lock. Returns

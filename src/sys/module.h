@@ -1,5 +1,7 @@
 #pragma once
 
+// Loads and unloads kernel modules.
+
 // Loads the .ko file at `path` with the module parameters `params` (null: none). Returns
 // the kernel's result of init_module, 0 or -1 with errno, or -1 with a message when the
 // file cannot be mapped.

@@ -12,5 +12,4 @@ int wlan_setMacAddressControlAdd(int bss, const char* mac_address, const char* n
 
 int wlan_setMacAddressControlDelete(int bss, const char* mac_address);
 
-// Empties the list.
 int wlan_setMacAddressControlClear(int bss);

@@ -17,7 +17,7 @@ int wlan_getBSSHNCService(int bss, int* service);
 // Returns the result of the profile update, 1 for written: kept on purpose.
 int wlan_setBSSHNCService(int bss, int service);
 
-// Further settings of a BSS for the home network, each a field of its own list in the
+// Further settings of a BSS for the home network, each a field of a separate list in the
 // profile: backhaul enable, replicate flag, WDS mode. 0, or -1, reported, when the
 // profile has no such field or cannot be written.
 int wlan_set_bh_enable(int bss, int enable);

@@ -4,7 +4,7 @@
 
 // The driver's packed rate words:
 //
-//   bits 0-5    MCS; for VHT 0-3 MCS, 4-5 spatial streams less one
+//   bits 0-5    MCS; for VHT 0-3 MCS, 4-5 spatial streams minus one
 //   bits 7-8    bandwidth, 0: 20, 1: 40, 2: 80, 3: 160 MHz
 //   bit 9       short guard interval
 //   bits 13-15  PHY mode, 0: CCK, 1: OFDM, 2 and 3: HT, 4 and above: VHT

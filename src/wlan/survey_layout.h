@@ -20,7 +20,6 @@ struct survey_answer {
 static_assert(sizeof(survey_answer) == 13164);
 static_assert(offsetof(survey_answer, tail) == 12804);
 
-// What a caller gets.
 struct survey_record {
   uint32_t count;  // at most kSurveyEntryMax
   uint8_t entries[kSurveyEntryMax][kSurveyEntrySize];

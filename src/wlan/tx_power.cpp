@@ -12,7 +12,6 @@
 
 namespace {
 
-// The driver's answer and how to read it.
 struct power_limits {
   const power_layout* layout;
   size_t count;  // never more than the answer has room for

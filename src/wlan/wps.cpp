@@ -55,7 +55,6 @@ static bool wps_enabled(int bss) {
   return bss_number(bss, "WscEnable", kSwitchLimit) != 0;
 }
 
-// The profile's switches for a BSS's sessions.
 struct wps_switches {
   bool on;  // radio, BSS and WPS
   unsigned methods;
