@@ -70,7 +70,7 @@ namespace {
 struct steering_settings {
   int enabled;
   int radio24;
-  int statistics;  // radio statistics that outlive it
+  int statistics;  // radio statistics that stay on afterwards
   int radio5;
   int bss24;
   int bss5;

@@ -18,7 +18,7 @@ struct companion {
 };
 
 // Starts it if `mode` is not 0 and it is `wanted`; stops it if `mode` is 0. Does nothing
-// when it is in that state already.
+// if it is already in that state.
 void switch_companion(companion* process, int mode, bool wanted);
 
 // Whether a process of this name, started by an earlier service child, is still running;

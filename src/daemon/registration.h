@@ -2,8 +2,6 @@
 
 #include "rpc/column_types.h"
 
-// The program's registration with the portmapper.
-
 // Registers the program with the transport and, over UDP, with the portmapper. Another
 // user's registration is replaced, in at most 100 tries over one second.
 [[nodiscard]] bool register_service(SVCXPRT* transport);

@@ -16,7 +16,7 @@ struct piece {
   char bytes[kMessagePiece];
 };
 
-// One conversion of a format, such as "%.16s".
+// A conversion in a format, such as "%.16s".
 struct conversion {
   char text[16];
   size_t length;

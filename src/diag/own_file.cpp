@@ -43,7 +43,7 @@ int own_directory_open(const char* path) {
 int own_file_open(int directory, const char* path, int flags, mode_t mode, struct stat* status) {
   flags |= O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
   int file = openat(directory, path, flags, mode);
-  // With O_CREAT the kernel answers EACCES for another user's link.
+  // With O_CREAT the kernel returns EACCES for another user's link.
   if (file < 0 && (errno == ELOOP || errno == EACCES)) {
     char target[PATH_MAX];
     if (!own_file_resolve(directory, path, target)) return -1;

@@ -12,7 +12,7 @@
 // newline. Control characters in its texts are written in hexadecimal, see message.h.
 //
 //   family     stream   console gate   copied to the log
-//   RPC_TRACE  stdout   /tmp/wlandbg   yes, whatever the console does
+//   RPC_TRACE  stdout   /tmp/wlandbg   yes, regardless of the console
 //   RPC_ERROR  stderr   none           yes
 //   REV_TRACE  stdout   /tmp/wlandbg   no
 //   REV_ERROR  stderr   none           no

@@ -51,7 +51,7 @@ int sendMessage(const char* host, uint16_t port, const hnc_request* request, hnc
   const timeval second = {1, 0};
   if (setsockopt(sock, SOL_SOCKET, SO_RCVTIMEO, &second, sizeof second) != 0) {
     perror("Error setting SO_RCVTIMEO");
-    // Success without a request: kept on purpose.
+    // Returns success without sending: kept on purpose.
     return 0;
   }
   sockaddr_in peer = address_of(host, port);

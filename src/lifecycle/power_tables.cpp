@@ -39,7 +39,7 @@ static void setup_mt7615(const char* country) {
   static constexpr char kBeamforming[] = "/tmp/.mt7615_SingleSKU_BF.dat";
   const auto word = shell_word_of<kWordSize>(country);
   if (profile_number(bss_profile(kRadio5), "HT_TxStream", kStreamsLimit) == 3) {
-    // FCC whatever the country, and no beam-forming table: kept on purpose.
+    // FCC for every country, and no beam-forming table: kept on purpose.
     copy_table("SingleSKU_FCC_3_TxStream", word.text, kTable);
     return;
   }

@@ -8,7 +8,7 @@ constexpr uint8_t kMask5 = 0x10;
 constexpr uint8_t kMaskAll = 0xFF;
 
 // The worker's routines for the lifecycle requests. Each returns the address of the last
-// result, 0 or -1, which is not reported to anyone.
+// result, 0 or -1, which is not reported.
 void* load_handler_func(const uint8_t* mask);
 void* init_handler_func(const uint8_t* mask);
 void* restart_handler_func(const uint8_t* mask);

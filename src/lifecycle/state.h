@@ -26,7 +26,7 @@ struct lifecycle_request {
 };
 
 struct lifecycle_state {
-  pthread_mutex_t lock;         // held for moments only, never while a sequence runs
+  pthread_mutex_t lock;         // held only briefly, never while a sequence runs
   pthread_cond_t turn_changed;  // signals `turn_taken` or a running flag, under the lock
   pthread_cond_t queue_filled;  // signals `queue_head`, under the lock
 

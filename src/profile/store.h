@@ -54,7 +54,7 @@ constexpr unsigned kProfileFailed = 0;
 
 struct profile_setting {
   std::string_view key;
-  int index;  // of the field; 0 where whole values are set
+  int index;  // of the field; 0 for whole values
   std::string_view value;
 };
 

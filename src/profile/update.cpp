@@ -14,7 +14,7 @@
 
 namespace {
 
-// One update on its way to the new content.
+// An update in progress.
 struct update {
   const char* name;  // the function to name in messages
   bool with_index;

@@ -80,7 +80,7 @@ void trace_values(const char* handler, const char* format, Values... values) {
 
 #pragma GCC diagnostic pop
 
-// A leading index is not shown.
+// Does not show a leading index.
 template <typename Row, typename... Values>
 void trace_input(Values... values) {
   trace_values(Row::kHandler, shown_input<typename Row::members>::kFormat.data(), values...);

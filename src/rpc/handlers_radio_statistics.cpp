@@ -3,7 +3,7 @@
 #include "rpc/reply.h"
 #include "statistics/radio.h"
 
-// Getters whose back ends fill several values.
+// Getters with several values.
 
 int wlan_get_channel_statistics_1_svc(int radio, wlan_config_result_data_t* result, svc_req*) {
   value_of<row_wlan_get_channel_statistics> shares = {};

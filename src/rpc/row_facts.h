@@ -29,7 +29,7 @@ enum class topic : uint8_t {
 enum class asking : uint8_t {
   kByAnswer,  // CODE, UPDATE and NONE act, all others read
   kReads,
-  kAdvances,  // reads, but changes what the next caller is answered: not for polling
+  kAdvances,  // reads, but changes the next caller's answer: not for polling
   kActs,
 };
 
@@ -40,7 +40,7 @@ enum class entry_form : uint8_t {
   kNothing,       // "DEBUG:>>>"
   kNothingTwice,  // "DEBUG:DEBUG: >>>"
   kNumber,        // with the last member, a number
-  kText,          // with the last member, a text; a null text ends the call unanswered
+  kText,          // with the last member, a text; a null text ends the call without a reply
 };
 
 struct entry_trace {

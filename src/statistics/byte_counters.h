@@ -6,7 +6,7 @@
 
 // Byte counters of BSSes and stations.
 
-// Bytes of one BSS since the start of the service. Touched by the RPC thread only.
+// Bytes of one BSS since the start of the service. RPC thread only.
 struct byte_counter {
   uint64_t received;
   uint64_t sent;

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
-// The driver's record of the channel load, object kObjectChannelLoad, in host byte order.
+// The driver's channel load record, object kObjectChannelLoad, in host byte order.
 
 constexpr uint16_t kObjectChannelLoad = 0x0693;
 

@@ -23,7 +23,7 @@ constexpr int kReplyTimeoutMs = 2000;
 [[nodiscard]] int rad_ctrl_request(rad_ctrl* client, const void* request, size_t request_len,
                                    void* reply, size_t* reply_len);
 
-// Null is allowed.
+// `client` may be null.
 void rad_ctrl_close(rad_ctrl* client);
 
 // Sends one request to a radio's statistics daemon and keeps the last good reply. That

@@ -14,7 +14,7 @@ constexpr int kRssiEntries = 37;
 
 struct radstat_reply {
   int32_t cst;     // channel busy share seen by the radio, percent
-  int32_t ap_act;  // share of the own AP's activity, percent
+  int32_t ap_act;  // our own AP's share, percent
   int32_t busy;    // busy time, percent
   int32_t noise_max;
   int32_t noise_min;

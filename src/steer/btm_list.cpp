@@ -39,7 +39,7 @@ static mac_text text_of(const uint8_t (&mac)[6]) {
 
 static constexpr int kNoRssi = -127;
 
-// Chains without a signal report 0 or -127.
+// A chain without a signal reports 0 or -127.
 static int strongest_rssi(const driver_station& station) {
   int strongest = kNoRssi;
   for (const int8_t rssi : station.rssi) {

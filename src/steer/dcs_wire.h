@@ -9,7 +9,7 @@
 struct dcs_message {
   uint32_t type;
   uint32_t reserved;
-  uint32_t length;  // of a text, its terminator included
+  uint32_t length;  // of a text, including its terminator
   char payload[256];
 };
 static_assert(offsetof(dcs_message, type) == 0);

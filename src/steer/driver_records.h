@@ -38,7 +38,7 @@ struct [[gnu::packed]] action_frame_record {
 static_assert(sizeof(action_frame_record) == 1034);
 static_assert(offsetof(action_frame_record, mac) == 4 && offsetof(action_frame_record, body) == 10);
 
-// BTM capability of one station.
+// A station's BTM capability.
 constexpr unsigned kStationBtm = 0x494A;
 constexpr uint8_t kStationBtmAsk = 4;
 
@@ -73,7 +73,7 @@ static_assert(sizeof(btm_switch) == 3 && offsetof(btm_switch, value) == 2);
 // The station to register. The last byte is not announced to the driver.
 struct nonassoc_request {
   uint8_t mac[6];
-  char first;  // character of the address as text
+  char first;  // first character of the address as text
 };
 static_assert(sizeof(nonassoc_request) == 7 && offsetof(nonassoc_request, first) == 6);
 
@@ -95,8 +95,8 @@ static_assert(offsetof(probe_record, second) == 24);
 constexpr int kProbes = 4;
 struct nonassoc_station {
   uint8_t mac[6];
-  uint8_t count;   // of the probes held
-  uint8_t newest;  // 1 to 4: position of the newest, from 1
+  uint8_t count;   // of stored probes
+  uint8_t newest;  // position of the newest, 1 to 4
   probe_record probes[kProbes];
 };
 static_assert(sizeof(nonassoc_station) == 120 && offsetof(nonassoc_station, newest) == 7);

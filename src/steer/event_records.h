@@ -46,13 +46,13 @@ static_assert(sizeof(control_reply) == 404);
 // The daemon's status when it could not deliver the events; any other means success.
 constexpr uint32_t kEventsNotDelivered = 4;
 
-// One event of the report that a client gets.
+// One event of a client's report.
 struct steer_event {
   uint32_t type;
   char mac[17];  // "02:00:5e:00:00:01", without a terminator
   char padding[3];
   uint32_t time;  // seconds since the epoch
-  char code[8];   // a number as text, with its terminator
+  char code[8];   // a number as text, NUL-terminated
 };
 static_assert(offsetof(steer_event, type) == 0);
 static_assert(offsetof(steer_event, mac) == 4);

@@ -4,7 +4,7 @@
 
 // The operations on the keys of keys.def.
 
-// Longest values that are read, in characters; of a number kKeyLength.
+// Longest values that are read, in characters; kKeyLength for a number.
 constexpr int kMacKeyLength = 18;
 constexpr int kPayloadKeyLength = 1025;
 

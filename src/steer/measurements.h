@@ -11,5 +11,5 @@ int wlan_getOperatingClass(int radio, int* operating_class);
 int wlan_getHtSupport(int radio, int* support);
 int wlan_getVHtSupport(int radio, int* support);
 
-// Highest bit rate, in whole Mbit/s.
+// Highest bit rate, whole Mbit/s.
 int wlan_getRadioMaxBitRate(int radio, int* mbit_per_second);

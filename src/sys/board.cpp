@@ -56,7 +56,7 @@ int hasMTK7615() {
   if (mtk7615_probed) return mtk7615_found;
   FILE* devices = fopen(kPciDevices, "re");
   if (devices == nullptr) {
-    // Not marked as probed: the next call tries again.
+    // Not marked as probed, so the next call tries again.
     RPC_TRACE("Unable to open file /proc/bus/pci/devices\n");
     return mtk7615_found;
   }

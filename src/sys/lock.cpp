@@ -14,7 +14,7 @@
 
 static constexpr mode_t kLockFileMode = 0666;
 static constexpr int kTriesMax = 16;
-static constexpr int kPausesMax = 100;  // a second in all
+static constexpr int kPausesMax = 100;  // one second in total
 
 static int flock_through_signals(int fd, int operation) {
   int result;

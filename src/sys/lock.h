@@ -11,7 +11,7 @@
 [[nodiscard]] int read_lock(int fd);
 [[nodiscard]] int unlock(int fd);
 
-// Opens a lock file, which must be an own one; diag/own_file.h explains that, `status`
+// Opens a lock file, which must be our own: diag/own_file.h explains that, `status`
 // and errno. Creates it with `mode` when it is missing. A file that another user made, or
 // gave a second name, is removed with a message and created again. A descriptor, or -1.
 [[nodiscard]] int open_lock_file(const char* path, mode_t mode, struct stat* status);

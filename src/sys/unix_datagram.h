@@ -20,7 +20,7 @@
 
 // Sends one datagram. When the peer's queue is full, waits up to `timeout_ms` for room,
 // then fails with EAGAIN. 0, or -1.
-constexpr int kRoomTimeoutMs = 2000;  // for a companion that does not take its datagrams
+constexpr int kRoomTimeoutMs = 2000;  // for a companion that does not read its datagrams
 [[nodiscard]] int unix_datagram_send(int sock, const void* datagram, size_t size, int timeout_ms);
 
 // Waits up to `timeout_ms` for a datagram and copies at most `size` bytes of it. Returns

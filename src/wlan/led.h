@@ -4,5 +4,5 @@
 // Returns 0 when the driver accepted both, else -1.
 int wlan_setLedEnable(int enable);
 
-// Switches the LED of the radio of a BSS. Returns 1 for success, else 0.
+// Switches the LED of a BSS's radio. Returns 1 for success, else 0.
 [[nodiscard]] int Set_LedEnableByIndex(int enable, int bss_index);

@@ -8,8 +8,8 @@
 #include "wlan/bss_service.h"
 
 struct mode_name {
-  const char* asked;    // by the management stack
-  const char* written;  // for the driver
+  const char* asked;    // the management stack's name
+  const char* written;  // the driver's name
 };
 
 static constexpr mode_name kBasicEncryption[] = {{"None", "NONE"}};
@@ -57,7 +57,7 @@ int wlan_setWpaEncryptionModes(int bss, const char* modes) {
 }
 
 int wlan_setWpaBasicAuthenticationModes(int bss, const char* modes) {
-  // Before the index is looked at: kept on purpose.
+  // Before the index is checked: kept on purpose.
   wlan_syncBhSetting(bss, kBackhaulAuthentication, modes);
   if (!bss_in_range(__func__, bss)) return 0;
   return write_mode(__func__, "AuthMode", kWpaAuthentication, bss, modes);

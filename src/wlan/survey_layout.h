@@ -7,7 +7,7 @@
 // network; its layout is the driver's. Entries, and the bytes after them, are passed on
 // unchanged.
 
-constexpr uint32_t kSurveyEntryMax = 64;  // that a caller receives
+constexpr uint32_t kSurveyEntryMax = 64;  // that a caller gets
 constexpr size_t kSurveyEntrySize = 100;
 constexpr size_t kSurveyTailSize = 360;
 

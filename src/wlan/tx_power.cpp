@@ -14,7 +14,7 @@ namespace {
 
 struct power_limits {
   const power_layout* layout;
-  size_t count;  // never more than the answer has room for
+  size_t count;  // limited to what fits in the answer
   uint8_t bytes[kPowerLargest];
 };
 

@@ -75,7 +75,7 @@ static wps_switches read_switches(int bss) {
   return {radio && enabled && wps, configuration_methods(bss)};
 }
 
-// Whether the profile permits the method; a refusal is reported.
+// Reports a method that the profile does not permit.
 static bool permitted(const char* caller, int bss, const wps_method& method, unsigned methods) {
   if ((methods & method.permitted_by) != 0) return true;
   trace_rev_error(caller, "IF(%s) WPS %s disabled, WscConfigMethods 0x%04X\n",
