@@ -32,4 +32,4 @@
 #include "wlan/wps.h"
 
 // The operation of a procedure whose handler has none.
-inline constexpr int none = 0;
+void none();
