@@ -1,14 +1,14 @@
-// Fails every outside call of the daemon, one at a time. Inside a gateway without a
-// driver, with its companions:
+// Fails every outside call of the daemon, one at a time. Run it in a gateway without a
+// driver but with companions:
 //
 //   failure_sweep [--once|--sample] [--traces] [--only NAME] [--matrix FILE] PART...
 //   failure_sweep --list PART...
 //
-// PART is procedures, sequences, in-place or start-up. Without an option every call is
-// failed with each of its errors; --once does with one of them each, --sample one call
-// of each class. --traces switches the daemon's traces and log on, --matrix appends a
-// table to FILE. Exits with 1 when a promise was broken; the last line sums up. --list
-// only tells the operations that have a row of their own; there are none of start-up.
+// PART is procedures, sequences, in-place or start-up. By default each call fails with
+// each of its errors; --once tries one error per call, --sample one call of each class.
+// --traces switches the daemon's traces and log on. --matrix appends a table to FILE.
+// --list only lists the operations that have a row of their own; start-up has none. The
+// last line sums up; the exit status is 1 when a promise was broken.
 
 #include <cstdio>
 #include <cstdlib>
@@ -63,14 +63,13 @@ static std::vector<operation> operations_of(const std::string& part) {
   exit(2);
 }
 
-// An operation is named after its procedure; a blank or a comma comes before what is
-// special about it.
+// An operation's name is its procedure's, then a blank or a comma and what is special.
 static bool is_of(const operation& op, const std::string& procedure) {
   return op.name.starts_with(procedure) &&
          (op.name.size() == procedure.size() || strchr(" ,", op.name[procedure.size()]) != nullptr);
 }
 
-// Procedures that only answer stand in one row together. A sample has one of them.
+// Procedures that only answer share one row. A sample has one of them.
 static std::vector<tally> sweep_operations(const options& given,
                                            const std::vector<operation>& all) {
   if (!start_daemon_traced()) exit(2);

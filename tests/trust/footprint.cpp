@@ -58,7 +58,7 @@ static std::set<std::string> files() {
     for (const std::string& name : names_in(directory))
       all.insert(directory + name);
   }
-  // Band steering's own, which comes and goes when it likes.
+  // Band steering makes and removes this one at any time.
   all.erase("/tmp/mtk_bnd_file");
   return all;
 }

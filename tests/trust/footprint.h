@@ -3,23 +3,23 @@
 #include <set>
 #include <string>
 
-// What the daemon holds while it stands still, and what it has left behind.
+// What an idle daemon holds, and what it has left in its directories.
 
 struct footprint {
   long heap_blocks;
-  std::set<std::string> descriptors;  // "4 socket:[123]"; without those kept on purpose
-  std::set<std::string> children;     // processes that were not collected
-  std::set<std::string> files;        // in the directories that it writes to
+  std::set<std::string> descriptors;  // "4 socket:[123]"; without those that it keeps on purpose
+  std::set<std::string> children;     // running, or not yet collected
+  std::set<std::string> files;        // in /tmp and /nvram
 };
 
 footprint take_footprint();
 
-// What stands in `now` and not in `before`, one line; empty when nothing does. The heap
-// is not compared: whether it grows, only a repetition tells.
+// What `now` has and `before` does not, on one line; empty when there is nothing. Heap
+// blocks are not compared: only repetition shows whether the heap grows.
 std::string what_is_left(const footprint& before, const footprint& now);
 
-// Names the profile lock that somebody holds; empty when both can be taken.
+// The path of a profile lock that somebody holds; empty when both are free.
 std::string held_lock();
 
-// Every network interface and whether it is up, a line each.
+// Every network interface and whether it is up, one per line.
 std::string interface_states();

@@ -1,5 +1,5 @@
-// Preloaded into the daemon: counts what is allocated, and fails one allocation where
-// the page says so. The C library calls these as everybody else does.
+// Preloaded into the daemon: counts allocations and makes one fail as the page says. The
+// C library's own allocations go through these functions too.
 
 #include <errno.h>
 #include <fcntl.h>
@@ -19,7 +19,7 @@ extern void __libc_free(void* block);
 
 static struct heap_page unshared;
 static struct heap_page* page = &unshared;
-// True on the thread that runs constructors and main(), and on its copy in a child.
+// True on the thread that runs constructors and main(), and in its forked copies.
 static __thread bool is_main;
 
 __attribute__((constructor)) static void map_page(void) {
@@ -30,7 +30,7 @@ __attribute__((constructor)) static void map_page(void) {
     if (mapped != MAP_FAILED) page = mapped;
     close(file);
   }
-  // The commands that the daemon runs are not part of it.
+  // The commands that the daemon runs are not under test.
   unsetenv("LD_PRELOAD");
   unsetenv(HEAP_PAGE_VARIABLE);
   is_main = true;
@@ -67,7 +67,7 @@ void* realloc(void* block, size_t size) {
   if (fails()) return NULL;
   note(block, -1);
   void* grown = __libc_realloc(block, size);
-  // A block that could not grow is still there; one that was to have no size is gone.
+  // A block that could not grow still exists; one shrunk to size 0 is gone.
   note(grown == NULL && size != 0 ? block : grown, 1);
   return grown;
 }

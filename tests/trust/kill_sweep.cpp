@@ -1,11 +1,12 @@
 // Kills the daemon's service child before and after each system call of a profile update.
-// Inside a gateway:
+// Run it in a gateway:
 //
 //   kill_sweep [--sample] [--matrix FILE]
 //
-// Afterwards the profile is the old or the new one, whole, and the next update, by the
-// next child, is like any other. --sample leaves out forms of the same kind, --matrix
-// appends a table to FILE. Exits with 1 when a promise was broken; the last line sums up.
+// Afterwards the profile must be the old or the new one, whole, and the next child's next
+// update must work as usual. --sample leaves out updates of the same kind. --matrix
+// appends a table to FILE. The last line sums up; the exit status is 1 when a promise was
+// broken.
 
 #include <unistd.h>
 
@@ -27,10 +28,10 @@ struct setting {
   const char* name;
   uint32_t procedure;
   uint32_t bss;
-  const char* before;  // its line while the old value stands
-  const char* after;   // what is in front of a new value, and what behind
+  const char* before;  // its line with the old value; replaced by the next two
+  const char* after;   // what comes before a new value, and what after
   const char* behind;
-  const char* values[3];  // shorter, as long, longer
+  const char* values[3];  // shorter, same length, longer
 };
 
 struct outcome {
@@ -44,11 +45,11 @@ struct outcome {
   std::vector<std::string> broken;
 };
 
-// One update of one profile, and what it makes of it.
+// One update of the profile, and its result.
 struct update {
   form which;
   const setting* row;
-  int length;  // which of the values
+  int length;  // index of the value
   std::string before;
   std::string after;
   request call;
@@ -107,8 +108,8 @@ static int remove_leftovers() {
   return atoi(count.c_str());
 }
 
-// A profile that is overwritten in place has a moment between its write and its cut to
-// length, where what is shorter still has the old one's last lines.
+// Between the write and the truncation, a profile that is overwritten in place by a
+// shorter one still ends with the old one's last lines.
 static bool is_known_tear(const update& one, const kill_point& at, const std::string& now) {
   const bool in_place = one.which != form::kPlain;
   const bool between =
@@ -133,7 +134,7 @@ static void check_profile(outcome* found, const update& one, const kill_point& a
   found->mirror_torn += mirror != one.before && mirror != one.after;
 }
 
-// The next child's update, beside what the last one left.
+// An update by the next child, with whatever the last one left behind.
 static void check_next_update(outcome* found, const update& one, const kill_point& at) {
   const std::string lock = held_lock();
   if (!lock.empty()) complain(found, one, at, "still held: " + lock);
@@ -144,7 +145,7 @@ static void check_next_update(outcome* found, const update& one, const kill_poin
   if (read_file(kMirror) != one.after) complain(found, one, at, "the next mirror is not made");
 }
 
-// False when the update makes no such system call.
+// False when the update makes fewer system calls.
 static bool kill_at(outcome* found, const update& one, const kill_point& at) {
   form_profile(one.which, one.before);
   const int child = service_children();
@@ -176,7 +177,7 @@ static outcome sweep(const update& one) {
   return found;
 }
 
-// Every name that a temporary file can have is taken by a leftover.
+// Every possible name of a temporary file is taken by a leftover.
 static bool is_blocked_by_leftovers(const std::string& profile) {
   run("for n in $(seq 0 999); do : > /tmp/wifitemp.24.1.$n; : > /tmp/wifitemp.24.$n; done;"
       " chmod 0 /tmp/wifitemp.*");
@@ -197,8 +198,9 @@ static bool holds_line(const std::string& profile, const char* line) {
 }
 
 // A BSS that becomes a backhaul gets its VLAN and its service in two updates. A kill
-// between them leaves the VLAN without the service, never the other way round. Returns
-// whether it does, with kills at all three places.
+// between them may leave the VLAN without the service, never the service without the
+// VLAN. Returns whether that holds, and whether kills fell before, between and after the
+// updates.
 static bool backhaul_keeps_its_order() {
   const request call = {0x0100009F, xdr_word(2) + xdr_word(7)};
   const std::string before = "Default\nVLANID=10;20;30\nBSSHNCService=0;0;0\n";
@@ -224,7 +226,7 @@ static void print_row(FILE* file, const update& one, const outcome& found) {
           found.broken.size());
 }
 
-// The store does the same with every setting once its new content is made.
+// Once the new content is made, the store handles every setting alike.
 static bool is_in_sample(form which, const setting& row, int length) {
   if (&row != kSettings) return which == form::kPlain && length == 0;
   return length == 0 || (length == 2 && which == form::kMountPoint);
@@ -287,7 +289,6 @@ int main(int argc, char** argv) {
   furnish_profiles();
   const std::string profile = read_file(kProfile);
   if (!start_daemon_traced()) return 2;
-  // The driver is there, as far as the forced update asks; nothing else is needed.
   const std::vector<update> updates = choose_updates(sample, profile);
   const outcome sum = sweep_all(updates, file);
   const int broken = static_cast<int>(sum.broken.size()) + is_blocked_by_leftovers(profile) +

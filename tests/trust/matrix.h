@@ -6,15 +6,15 @@
 
 #include "trust/sweep.h"
 
-// What the sweeps did, as a table in Markdown: a row per operation, a column per class
-// of calls, in each cell the failures injected.
+// What the sweeps did, as a Markdown table: a row per operation, a column per class of
+// calls, and in each cell the number of failures injected.
 
 struct matrix {
   std::string title;
   std::vector<tally> rows;
 };
 
-// Adds the counts and what is broken to a row of another name.
+// Adds the counts and the broken promises; the name stays.
 void add_tally(tally* sum, const tally& one);
 
 tally sum_of(const std::vector<tally>& rows);

@@ -1,6 +1,6 @@
 #!/bin/sh
-# matrix_rows.sh FAILURE_SWEEP PAGE: each part of the page has a row for every operation
-# that the sweep has, and for no other.
+# matrix_rows.sh FAILURE_SWEEP PAGE: checks that each part of the page has a row for every
+# operation of the sweep and no other rows.
 set -eu
 sweep=$1
 page=$2
@@ -13,7 +13,7 @@ for part in procedures in-place sequences; do
   ' "$page" >"$rows"
   "$sweep" --list "$part" | diff "$rows" - >"$rows.diff" || {
     cat "$rows.diff"
-    echo "$page: part $part is stale; what renews it:" >&2
+    echo "$page: part $part is stale; renew it with:" >&2
     sed -n 's,^[<>] \([a-z0-9_]*\).*,  scripts/trust-sweep --only \1 --write,p' "$rows.diff" |
       sort -u >&2
     exit 1

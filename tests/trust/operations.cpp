@@ -25,9 +25,9 @@ static bool is_sequence(uint32_t number) {
 
 namespace {
 
-// Words that make a procedure do more than its example does, and what is to be in place:
-// a call with other words, of the same procedure where no other is named, or a shell
-// command.
+// Arguments that make a procedure do more than its example does, and what is needed
+// beforehand: a call with other arguments, of the same procedure unless another is named,
+// or a shell command.
 struct other_words {
   const char* procedure;
   std::vector<std::string> words;
@@ -119,7 +119,7 @@ static operation operation_of(const procedure_row& procedure, const std::string&
   return one;
 }
 
-// What its example does depends on what was called before.
+// Its example depends on another procedure's call.
 static bool needs_another(const std::string& name) {
   return std::any_of(std::begin(kOtherWords), std::end(kOtherWords), [&](const other_words& other) {
     return name == other.procedure && other.procedure_before;
@@ -139,7 +139,7 @@ std::vector<operation> procedure_operations() {
   return all;
 }
 
-// Nothing loaded, and no file there that a load provides.
+// Nothing is loaded, and no file exists that a load provides.
 static void unload() {
   restore_gateway();
   serve_undisturbed({kReset, ""});
@@ -156,7 +156,7 @@ static void init() {
   serve_undisturbed({kInit, ""});
 }
 
-// Restarts lead to where they began; only a new child has to be brought there.
+// A restart ends where it began, so only a new child needs the preparation.
 static void init_once() {
   bring_up();
   restore_gateway();
@@ -170,15 +170,14 @@ std::vector<operation> sequence_operations() {
           {"reset", {kReset, ""}, init, false, true, true, false}};
 }
 
-// Both the profile and its mirror have one content while they are kept.
 static void form_kept_profile(form which) {
   unform_profile();
   restore_gateway();
   form_profile(which, read_file("/tmp/mt76xx_24.dat"));
 }
 
-// The store's two ways to an update in place: a name that leads elsewhere, and a rename
-// that the kernel refuses.
+// The store updates in place for two reasons: the path is a link, or the kernel refuses
+// the rename.
 std::vector<operation> in_place_operations() {
   const request call = {kSetSsid, xdr_word(1) + xdr_text("A name that is longer")};
   std::vector<operation> all;

@@ -17,7 +17,7 @@ static constexpr failure late(int error) {
 }
 static constexpr failure kHalf = {0, failing::kPart};
 
-// The first row that fits counts.
+// The first matching row counts.
 static constexpr outside_call kCalls[] = {
     {SYS_openat,
      "openat",
@@ -99,7 +99,7 @@ static constexpr outside_call kCalls[] = {
      {refused(ENOMEM), refused(EEXIST), refused(ENOEXEC)}},
     {SYS_listen, "listen", call_class::kSocket, 0, 0, {refused(EADDRINUSE)}},
     {SYS_getpeername, "getpeername", call_class::kSocket, 0, 0, {refused(ENOBUFS)}},
-    // Messages with a reason are printed through a copy of standard error.
+    // Messages with a reason are printed through a duplicate of standard error.
     {SYS_dup, "dup", call_class::kOpen, 0, 0, {refused(EMFILE)}},
     {SYS_pipe2, "pipe2", call_class::kProcess, 0, 0, {refused(EMFILE)}},
     {SYS_clone, "clone", call_class::kProcess, 0, 0, {refused(EAGAIN), refused(ENOMEM)}},
@@ -110,8 +110,8 @@ static constexpr outside_call kCalls[] = {
     {SYS_mprotect, "mprotect", call_class::kMemory, 0, 0, {refused(ENOMEM)}},
 };
 
-// Calls that stay inside the process, cannot fail, or whose failure the C library
-// hides. A heap that cannot grow (brk) is an allocation that fails.
+// Calls that stay inside the process, cannot fail, or whose failure the C library hides.
+// A heap that cannot grow (brk) is covered by failing allocations.
 static constexpr long kInside[] = {
     SYS_brk,
     SYS_munmap,

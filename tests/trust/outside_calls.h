@@ -6,13 +6,13 @@
 // The system calls that reach outside the daemon, and how each may fail.
 
 enum class failing {
-  kRefused,  // not made; the error is reported
-  kLate,     // made, then the error is reported: a close, a wait
+  kRefused,  // not made; returns the error
+  kLate,     // made, but returns the error: a close, a wait
   kPart,     // made for half of the bytes
 };
 
 struct failure {
-  int error;  // 0 ends a list, but for kPart
+  int error;  // 0 ends the list, except with kPart
   failing how;
 };
 
@@ -43,22 +43,22 @@ struct outside_call {
   long number;
   const char* name;
   call_class column;
-  int flag_argument;        // the row holds only for calls whose argument of this number
-  unsigned long flag_mask;  // has these bits; 0 for all calls
+  int flag_argument;        // the row holds only if this argument of the call
+  unsigned long flag_mask;  // has these bits set; 0: for all calls
   failure failures[kFailuresMax];
 };
 
-// The row of a call; null for one that stays inside the process or cannot fail. A
-// call that is in no list at all is reported once and ends the program with a
-// failure: see calls_without_row.
+// The row of a call; null for one that stays inside the process or cannot fail. A call in
+// neither list is remembered for calls_without_row.
 const outside_call* find_outside_call(long number, const uint64_t* arguments);
 
-// Numbers of calls that were made and are in no list; empty when all is well.
+// The numbers of the calls that were made and are in neither list; empty when all is
+// well.
 std::string calls_without_row();
 
 int failures_of(const outside_call& call);
 
-// Choices begin anew after the last.
+// `choice` wraps around after the last failure.
 const failure& failure_of(const outside_call& call, int choice);
 
 // "openat ENOSPC", "write, half of it"

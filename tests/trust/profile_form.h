@@ -2,19 +2,19 @@
 
 #include <string>
 
-// The 2.4 GHz profile in the forms that it may have on a box.
+// The forms that the 2.4 GHz profile may have on a box.
 
 enum class form {
   kPlain,
   kSymbolicLink,
   kTwoNames,
-  kMountPoint,  // a file bound over it
+  kMountPoint,  // a file bind-mounted over it
 };
 
 const char* form_name(form which);
 
-// Puts the content there in that form, whatever form it had, and into the mirror.
+// Writes the content to the profile, in that form, and to the mirror.
 void form_profile(form which, const std::string& content);
 
-// Undoes what stands in the way of a plain file.
+// Removes the profile in any of its forms.
 void unform_profile();

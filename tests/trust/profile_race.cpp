@@ -1,11 +1,11 @@
 // profile_race [--updates N]
 //
-// Inside the simulated gateway: several processes change the 2.4 GHz profile at
-// once, each N times a value of its own. First two processes that use the store,
-// then two daemons that are called, each in a network namespace of its own; beside
-// them each time a foreign process that takes the profile's lock by its own means.
-// Each looks, before every update, whether its last one is still there, and each
-// reader whether the profile is whole. Ends with 1 when an update was lost.
+// Run it inside the simulated gateway: several processes change the 2.4 GHz profile at
+// the same time, each N times. First two processes use the store directly, then two
+// daemons are called, one of them in its own network namespace. In both rounds a foreign
+// process joins in, which takes the profile's lock itself. Before every update, each
+// process checks that its last one is still there and that the profile is whole. Exits
+// with 1 when an update was lost or the profile was not whole.
 
 #include <fcntl.h>
 #include <sched.h>
@@ -31,11 +31,11 @@
 
 namespace {
 
-// One of the processes: its own key, and its own field of a list that all share.
+// One of the processes: it has its own key, and its own field in a list that all share.
 struct contender {
   const char* name;
-  int bss;  // of the key SSID<bss> and of the field
-  // One update, of the key or of the field. False when it was refused.
+  int bss;  // of the key SSID<bss> and the field
+  // One update, of the key or the field. False when it was refused.
   bool (*update)(const contender& self, bool field, const std::string& value, int n);
   void (*prepare)();
   void (*finish)();
@@ -86,7 +86,7 @@ static void check(const contender& self, const std::string& text, bool field,
     fault(self, "\"%s\" is there, \"%s\" was written", there.c_str(), expected.c_str());
 }
 
-// Updates key and field in turn, N times in all.
+// Updates the key and the field in turn.
 static void contend(const contender& self, int updates) {
   std::string last[2];
   for (int n = 0; n < updates; ++n) {
@@ -105,7 +105,7 @@ static void contend(const contender& self, int updates) {
 
 static void nothing() {}
 
-// The daemon's store, without the daemon.
+// The daemon's store without the daemon.
 static bool update_store(const contender& self, bool field, const std::string& value, int) {
   const unsigned result =
       field ? wifiprofile_updateParam_with_index(kProfile24, kList, self.bss - 1, value.c_str(), "")
@@ -113,7 +113,6 @@ static bool update_store(const contender& self, bool field, const std::string& v
   return result == kProfileWritten;
 }
 
-// The daemon, called.
 static bool update_daemon(const contender& self, bool field, const std::string& value, int) {
   static constexpr uint32_t kSetSsid = 22;
   static constexpr uint32_t kSetRadiusServer = 189;
@@ -162,7 +161,7 @@ static bool write_whole(const std::string& path, const std::string& text, int fl
   return written;
 }
 
-// As a shell script of the box does it, with the tools that it has.
+// As a shell script on the box does it.
 static bool update_by_shell(const contender& self, const std::string& value) {
   int status = -1;
   run("flock /tmp/.mt76xx_24.dat.lock sed -i 's/^" + key_of(self) + "=.*/" + key_of(self) + "=" +
@@ -171,7 +170,8 @@ static bool update_by_shell(const contender& self, const std::string& value) {
   return status == 0;
 }
 
-// As the driver's tools do it: under the lock, in place or by rename in turn.
+// As the driver's tools do it: under the lock, sometimes in place and sometimes by
+// rename.
 static bool update_foreign(const contender& self, bool field, const std::string& value, int n) {
   if (n % 20 == 0) return update_by_shell(self, value);
   const int lock = lock_profile(kProfile24, LOCK_EX);
@@ -189,7 +189,7 @@ static bool update_foreign(const contender& self, bool field, const std::string&
   return lock >= 0 && done;
 }
 
-// Runs them at once; returns how many found fault.
+// Runs them at the same time; returns how many of them failed.
 static int race(const char* title, const std::vector<contender>& contenders, int updates) {
   fflush(stdout);
   const auto start = std::chrono::steady_clock::now();

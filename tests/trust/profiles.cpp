@@ -16,8 +16,8 @@ static std::vector<std::string> lines_of(const std::string& text) {
   return lines;
 }
 
-// What cannot be read counts as empty when the bands are compared, and bands that
-// differ switch band steering off: a whole update of its own.
+// A profile that cannot be read counts as empty when the bands are compared. Bands that
+// differ switch band steering off, in an update of its own.
 static bool is_steering_off(const std::string& line) {
   return line == "BandSteering=0";
 }

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-// Whether what an update leaves is whole.
+// Whether the profile that an update leaves is whole.
 
 struct profile_pair {
   std::string band24;
@@ -12,7 +12,7 @@ struct profile_pair {
 
 profile_pair read_profiles();
 
-// Whether `now` is `before` or `after`, or has of several lines that differ, as several
-// updates make them, some old and some new: each line whole, none lost, none twice.
+// Whether `now` is `before` or `after`, or a mix of the two when several lines differ, as
+// several updates make them: every line is whole, none is lost.
 [[nodiscard]] bool is_whole(const std::string& before, const std::string& after,
                             const std::string& now);

@@ -1,6 +1,6 @@
 #!/bin/sh
-# rows_test.sh FAILURE_SWEEP TRUST_ROWS PAGE: rows that the page lacks come back to their
-# places, rows that it has are replaced, and what sums up is counted anew.
+# rows_test.sh FAILURE_SWEEP TRUST_ROWS PAGE: checks that TRUST_ROWS puts missing rows back
+# in their places, replaces existing ones and renews the sums.
 set -eu
 dir=$(mktemp -d)
 trap 'rm -rf "$dir"' EXIT

@@ -11,11 +11,11 @@
 
 #include "wire/table.h"
 
-// The soak: clients call the real daemon at once and without a pause, a disturber
-// changes what is around it, and a watcher looks at the service child and at the
-// profiles. Whatever is not as promised is a finding.
+// The soak: several clients call the real daemon at the same time without a pause, a
+// disturber changes its surroundings, and a watcher checks the service child and the
+// profiles. Every broken promise is a finding.
 
-// What a call is, for the figures.
+// The kind of a call, for the statistics.
 enum class call_kind { inert, getter, setter, controller, lifecycle, wrong };
 constexpr int kCallKinds = 6;
 const char* call_kind_name(call_kind kind);
@@ -23,87 +23,87 @@ const char* call_kind_name(call_kind kind);
 enum class expected {
   result,        // of the row's shape
   garbage,       // "garbage arguments"
-  no_procedure,  // the three refusals of a header
+  no_procedure,  // one of the three refusals of a header
   other_version,
   other_program,
   silence,  // no reply at all
 };
 
 struct soak_call {
-  const procedure_row* row;  // null where the number is nobody's
+  const procedure_row* row;  // null for an unknown procedure number
   call_kind kind;
   expected answer;
   uint32_t program;
   uint32_t version;
   uint32_t procedure;
   std::string arguments;  // encoded
-  size_t length;          // of the datagram that is sent; 0: all of it
+  size_t length;          // bytes of the datagram to send; 0: all of it
 };
 
-// Notes and prints a finding; the first 40 are printed.
+// Counts a finding and prints the first 40.
 void finding(const char* format, ...) __attribute__((format(printf, 1, 2)));
 int findings();
 
 double seconds_now();
 
-// soak_calls: the calls of the mix.
+// soak_calls: the mix of calls.
 
-// Makes the calls that are drawn from.
+// Makes the calls to draw from.
 void prepare_calls(unsigned seed);
 
-// The n-th call: each procedure once first, then any. `controller` says whether
-// it may ask the controller, which costs the daemon a descriptor.
+// The n-th call: each procedure once, then any at random. `controller` says whether it
+// may ask the controller; each such request costs the daemon a descriptor.
 const soak_call& draw_call(int64_t n, std::mt19937& random, bool controller);
 const soak_call& call_of(const std::string& procedure, const std::string& word = "");
 int64_t procedures_never_called();
 
 std::string message_of(const soak_call& call, uint32_t xid);
 
-// What is wrong with a reply's bytes; empty when nothing is.
+// What is wrong with a reply; empty when nothing is.
 std::string objection(const soak_call& call, uint32_t xid, const std::string& reply);
 
-// soak_client: one caller with a socket of its own.
+// soak_client: one caller with its own socket.
 
 struct soak_waiting {
   uint32_t xid;
   const soak_call* call;
   double sent;
-  std::string ssid;  // that it sets; empty for other calls
+  std::string ssid;  // the one that it sets; empty for other calls
 };
 
 struct soak_client {
   uint32_t number;
-  size_t window;  // calls that it has outstanding at most
+  size_t window;  // how many calls it may have outstanding
   int sock;
   std::mt19937 random;
   uint32_t next_xid;
-  std::vector<soak_waiting> waiting;  // in the order of their sending
-  std::string ssid;                   // the last one that was answered as written
+  std::vector<soak_waiting> waiting;  // in the order in which they were sent
+  std::string ssid;                   // the last one whose write was confirmed
   std::vector<float> times[kCallKinds];
   int64_t replies;
 };
 
 soak_client make_client(uint32_t number, size_t window, unsigned seed);
 
-// Calls until take() has no number left: a number is that of a call, -1 says wait
-// a little, -2 that there are no more.
+// Makes calls until take() returns kNoMore. take() returns the number of the next call,
+// or kNotYet to wait a little.
 constexpr int64_t kNotYet = -1;
 constexpr int64_t kNoMore = -2;
 void run_client(soak_client* client, const std::function<int64_t()>& take,
                 const std::function<bool()>& controller_free);
 
-// One call, and its reply waited for.
+// Makes one call and waits for its reply.
 void call_and_check(soak_client* client, const soak_call& call);
 
-// Calls that the daemon was at for about a second or more, by procedure. Filled by
-// the clients; read when they are done.
+// Calls that kept the daemon busy for about a second or more, by procedure. The clients
+// fill it; read it after they have ended.
 struct long_service {
   int64_t times;
   double longest;  // seconds
 };
 extern std::map<std::string, long_service> long_services;
 
-// After the last reply: a datagram that still comes is a finding.
+// Called after the last reply: any further datagram is a finding.
 void expect_silence(soak_client* client);
 
 // soak_trouble: the controller, the companions, marker files, the log.
@@ -118,12 +118,12 @@ struct soak_trouble {
   int64_t lifecycle_requests;
   int64_t rotations;
   int64_t largest_log;
-  int64_t silent;  // requests that the controller did not answer
+  int64_t silent;  // requests that the controller left unanswered
 };
 
-// Changes something every tenth of a second until *stop. `client` makes the
-// lifecycle requests; they come every `pace` ticks. `long_run`: companions that
-// wait by design are made to, now and then.
+// Changes something every tenth of a second until *stop. `client` makes a lifecycle
+// request every `pace` ticks. `long_run`: now and then companions fall silent, so that
+// calls wait for them.
 void run_trouble(soak_client* client, int pace, bool long_run, const std::atomic<bool>* stop,
                  soak_trouble* trouble);
 
@@ -140,11 +140,11 @@ struct child_sample {
 };
 child_sample sample_child(pid_t child);
 
-// Takes the profiles as they are for whole.
+// Remembers the profiles' keys as the whole set.
 void remember_profiles();
 void check_profiles();
-// How often they were looked at.
+// How often the profiles were checked.
 int64_t profile_checks();
 
-// By the sockets of the service and of its clients, because they were full.
+// Datagrams dropped because the socket of the service or of a client was full.
 int64_t dropped_datagrams();

@@ -10,7 +10,7 @@
 #include "values/arguments.h"
 #include "values/meanings.h"
 
-// Calls of every procedure, right ones and wrong ones, made once and drawn from.
+// Right and wrong calls of every procedure, made once and then drawn from.
 
 static constexpr size_t kVariants = 48;  // of each procedure
 static constexpr uint32_t kProgramNumberOther = 0x20131338;
@@ -57,7 +57,7 @@ static std::string random_text(std::mt19937& random) {
       std::string(7900, 'z'),
   };
   const size_t any = random() % (2 * std::size(kTexts));
-  // The longest are rare: they are logged whole.
+  // The long ones are rare, because they are logged whole.
   if (any >= std::size(kTexts)) return "text " + std::to_string(random() % 100);
   return kTexts[any];
 }
@@ -66,8 +66,8 @@ static bool is_index(const std::string& name) {
   return is_any(name, {"bss", "radio", "index", "instance"});
 }
 
-// Mostly the example; else what may come from a caller that errs. The first BSS
-// of a band keeps its texts, so that band steering stays possible.
+// Mostly the example, otherwise what a mistaken caller might send. The first BSS of a
+// band keeps its texts, so that band steering stays possible.
 static std::string random_word(const procedure_row& row, const argument_spec& argument,
                                std::mt19937& random) {
   const bool setter = row.payload == payload_kind::CODE;
@@ -119,8 +119,8 @@ static bool has_string(const procedure_row& row) {
   return false;
 }
 
-// The call with its first text replaced: one that ends behind the datagram, or
-// one with a NUL inside.
+// The call with its first text replaced by one that ends beyond the datagram, or by one
+// with a NUL inside.
 static soak_call with_wrong_text(const procedure_row& row, bool endless) {
   std::vector<std::string> words;
   for (const argument_spec& argument : table_arguments(row)) {
@@ -189,7 +189,7 @@ void prepare_calls(unsigned seed) {
   add_wrong_headers();
 }
 
-// How many of a hundred draws of it count: what changes all radios is rare.
+// How many of a hundred draws count: calls that change all radios are rare.
 static unsigned share(const soak_call& call) {
   if (call.kind != call_kind::lifecycle) return 100;
   return is_any(call.row->name, {"WLAN_RESET", "WLAN_SET_PREK_OPERATION"}) ? 2 : 10;
@@ -238,16 +238,15 @@ std::string message_of(const soak_call& call, uint32_t xid) {
   return message;
 }
 
-// The largest text of a result. Two steering texts may be as long as their keys'
-// values, 256 and 1025 characters, and a NUL.
+// The largest text of a result. Two steering texts may be as long as the values of their
+// keys, 256 and 1025 characters, plus a NUL.
 static size_t text_size(const procedure_row& row) {
   const std::string name = row.name;
   if (name == "WLAN_GET_HNC_ACTION_FRAME_CATEGORY_TYPE") return 257;
   return name == "WLAN_GET_HNC_ACTION_FRAME_PAYLOAD" ? 1026 : row.size;
 }
 
-// The shapes of the results, as the contract draws them: a bare status; or a
-// status, words and data.
+// A result is a bare status, or a status, words and data.
 static std::string shape_objection(const procedure_row& row, const std::string& result) {
   if (row.payload == payload_kind::CODE) return result.size() == 4 ? "" : "is no bare status";
   if (result.size() < 12) return "is too short for a record";

@@ -10,10 +10,10 @@
 #include "support/wire.h"
 #include "trust/profile_file.h"
 
-// A caller: it sends, and takes the replies in the order of its calls.
+// A client: it sends calls and receives their replies in the same order.
 
-// The longest that calls wait by design: the other callers' controllers and
-// daemons that do not answer, and a reset that waits a load out.
+// The longest that a call may wait: for the calls before it, whose controller or
+// companion does not answer, and for a reset that waits for a load.
 static constexpr double kLongest = 30;
 static constexpr uint32_t kSetSsid = 22;
 
@@ -23,7 +23,7 @@ double seconds_now() {
   return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
 
-// Each client has a BSS whose name nobody else sets; never a band's first one.
+// Each client has a BSS whose name no other client sets; never the first of a band.
 static uint32_t own_bss(const soak_client& client) {
   return client.number < 7 ? client.number + 2 : client.number + 3;
 }
@@ -74,7 +74,8 @@ static bool sets_ssid(const soak_client& client) {
   return false;
 }
 
-// A new name for the client's own BSS, one at a time: checked before the next.
+// A new name for the client's own BSS. Only one is under way at a time, so that it can be
+// checked.
 static void send_ssid(soak_client* client) {
   check_ssid(*client);
   const std::string ssid =
@@ -101,14 +102,14 @@ static void send_drawn(soak_client* client, int64_t n, bool controller) {
   }
 }
 
-// True when a datagram came.
+// True when a datagram was received.
 static bool receive(soak_client* client, double seconds, std::string* datagram) {
   static thread_local char bytes[65536];
   pollfd waiting = {client->sock, POLLIN, 0};
   if (poll(&waiting, 1, static_cast<int>(seconds * 1000)) <= 0) return false;
   const ssize_t length = recv(client->sock, bytes, sizeof bytes, 0);
   if (length < 0) {
-    // The service is away: every call that waits is lost.
+    // The service is gone, and every outstanding call is lost.
     finding("client %u: no service: %m", client->number);
     return false;
   }
@@ -120,8 +121,8 @@ static const char* name_of(const soak_call& call) {
   return call.row != nullptr ? call.row->name : "(no procedure)";
 }
 
-// Which of the waiting calls the datagram answers. Whatever it is, it is not an
-// answer that came before, nor one that overtook another.
+// Which outstanding call the datagram answers. A reply that comes twice or out of order
+// is a finding.
 static size_t answered(const soak_client& client, const std::string& datagram) {
   const uint32_t xid = word_at(datagram, 0);
   size_t i = 0;
@@ -135,8 +136,8 @@ static size_t answered(const soak_client& client, const std::string& datagram) {
   return i;
 }
 
-// How long the daemon was at this call alone, about: calls are served one by one,
-// so from the last reply to anybody, or from its sending.
+// Roughly how long the daemon took for this call alone. Calls are served one by one, so
+// it counts from the last reply to any client or, if later, from the sending.
 static void note_service(const soak_waiting& call) {
   static constexpr double kLong = 0.9;
   static std::mutex mutex;
@@ -165,7 +166,6 @@ static void note_reply(soak_client* client, const soak_waiting& call, const std:
   check_ssid(*client);
 }
 
-// Takes the next reply.
 static void take_reply(soak_client* client) {
   std::string reply;
   while (receive(client, kLongest, &reply)) {
@@ -189,7 +189,7 @@ void run_client(soak_client* client, const std::function<int64_t()>& take,
     if (n == kNotYet && client->waiting.empty())
       std::this_thread::sleep_for(std::chrono::milliseconds(5));
     if (n >= 0) send_drawn(client, n, controller_free());
-    // With nothing more to send now, what waits is taken.
+    // With nothing to send now, wait for all outstanding replies.
     const size_t room = n >= 0 ? client->window : 1;
     while (client->waiting.size() >= room)
       take_reply(client);

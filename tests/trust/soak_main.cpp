@@ -1,13 +1,13 @@
 // soak [--calls N] [--minutes M] [--seed S] [--report SECONDS] [--lifecycle TENTHS]
 //
-// Inside the simulated gateway: eight clients call the real daemon without a pause,
-// every procedure, rightly and wrongly, while radios go up and down, companions
-// die, the log rotates and the controller fails. Prints a line now and then and a
-// summary; ends with 1 when anything was not as promised.
+// Run it inside the simulated gateway: eight clients call the real daemon without a
+// pause, every procedure, with right and wrong calls, while radios go up and down,
+// companions die, the log rotates and the controller fails. Prints a line now and then
+// and a summary; exits with 1 when a promise was broken.
 //
-// At least N calls and at least M minutes. With minutes the calls come in bursts of
-// full speed, spread over the time. --report: how often a line is printed.
-// --lifecycle: tenths of a second between the lifecycle requests.
+// Makes N calls and runs for at least M minutes. With --minutes the calls come in bursts
+// at full speed, spread over that time. --report: how often a line is printed.
+// --lifecycle: tenths of a second between lifecycle requests.
 
 #include <signal.h>
 #include <sys/resource.h>
@@ -56,16 +56,16 @@ struct soak_run {
 
 static constexpr uint32_t kClients = 8;
 
-// As unit and init script set it; the controller's exchanges keep a descriptor
-// each, so they are given out over the run.
+// As the unit and the init script set it. Each exchange with the controller keeps a
+// descriptor, so the exchanges are rationed over the run.
 static constexpr rlim_t kDescriptors = 16384;
 static constexpr int64_t kExchanges = 12000;
 
 static constexpr double kBurst = 5;  // seconds from one burst to the next
 
-// What may be added between a tenth of the calls and the end, in kB: what the
-// heap's fragmentation takes, far below a byte a call in the long form.
-// A sanitizer has memory of its own, which grows with what it has seen, and threads.
+// How many kB the heap may grow from a tenth of the calls to the end: fragmentation takes
+// far less than a byte per call in the long form. A sanitizer has threads of its own, and
+// memory that grows with what it has seen.
 #if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
 static constexpr long kGrowthMax = 64 * 1024;
 static constexpr int kThreadsMax = 4;
@@ -124,7 +124,7 @@ static int64_t allowed(const soak_options& options, double elapsed) {
   return static_cast<int64_t>(static_cast<double>(options.calls) * part);
 }
 
-// The numbers of the calls, given out to the clients.
+// The number of the next call, which the clients share.
 static std::atomic<int64_t> given;
 static int64_t most_calls;
 
@@ -148,7 +148,7 @@ static std::string fast_path() {
   return std::string("PATH=/tmp/fast:") + getenv("PATH");
 }
 
-// What a sanitizer of the daemon says goes to files, which are looked for.
+// Makes the daemon's sanitizers report to files, which check_leftovers() looks for.
 static std::string sanitizer_options(const char* variable, const std::string& more) {
   const char* before = getenv(variable);
   return std::string(variable) + "=" + (before != nullptr ? std::string(before) + ":" : "") +
@@ -168,8 +168,7 @@ static pid_t start_soaked_daemon() {
   return supervisor;
 }
 
-// Once more each, so that the worker is seen alive: it says when its queue is
-// empty.
+// A last request for the worker, which then reports that its queue is empty.
 static void settle(soak_client* client) {
   write_file("/tmp/wlandbg", "");
   if (truncate("/tmp/daemon.out", 0) != 0) finding("no output of the daemon");
@@ -197,7 +196,7 @@ static bool replaced(soak_run* run) {
   return true;
 }
 
-// Looks on until the clients are done.
+// Checks profiles and child until the clients are done.
 static void look_on(const soak_options& options, soak_run* run,
                     const std::atomic<uint32_t>& running) {
   double next = run->start;
@@ -257,8 +256,8 @@ static void print_times(const std::vector<soak_client>& clients) {
   }
 }
 
-// What must be as it was before the first call, but for a socket of each
-// exchange with the controller.
+// All is as before the first call, except for one socket per exchange with the
+// controller.
 static void compare_ends(const soak_run& run) {
   const long long exchanges = controller_requests();
   if (run.last.sockets != run.first.sockets + exchanges)
@@ -279,7 +278,7 @@ static void check_leftovers() {
   if (!reports.empty()) finding("a sanitizer said:\n%s", reports.c_str());
 }
 
-// Everything at rest, the daemon's end included.
+// Checks the daemon at rest, then its end.
 static void check_end(soak_run* run) {
   settle(&run->clients[kClients]);
   for (soak_client& client : run->clients)

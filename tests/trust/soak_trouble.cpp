@@ -14,7 +14,7 @@
 #include "soak.h"
 #include "support/files.h"
 
-// What changes around the daemon while it is called.
+// What changes around the daemon while it is being called.
 
 static constexpr char kLogDirectory[] = "/tmp/auto_debug";
 static constexpr char kLogSwitch[] = "/tmp/auto_debug/rpc_dbg_en";
@@ -22,13 +22,13 @@ static constexpr char kLog[] = "/tmp/auto_debug/dbg_rpc.log";
 static constexpr char kSteeringMarker[] = "/tmp/mtk_bnd_file";
 static constexpr char kConsoleSwitch[] = "/tmp/wlandbg";
 
-// The daemon moves a log of more than this away before it writes the next
-// message, the longest of which is a text of a call.
+// The daemon moves the log away once it is longer than this, before it writes the next
+// message; the longest message is a text of a call.
 static constexpr int64_t kLogLimit = 1024000 + 16384;
 
 static constexpr off_t kOutputLimit = 4 << 20;
 
-// The controller: a thread of ours, which knows how often it was asked.
+// The controller is a thread of this program, which counts its requests.
 static std::atomic<int64_t> requests;
 static std::atomic<int> short_left;
 static std::atomic<int> silent_left;
@@ -86,7 +86,7 @@ static void toggle(const char* path) {
   }
 }
 
-// The process of that name; 0 when there is none.
+// The process with that name; 0 when there is none.
 static pid_t process_named(const std::string& wanted) {
   pid_t found = 0;
   DIR* processes = opendir("/proc");
@@ -106,7 +106,7 @@ static bool kill_companion(size_t turn) {
   return pid > 0 && kill(pid, SIGKILL) == 0;
 }
 
-// The process that the daemon signals, killed and started in turn.
+// Kills and starts, in turn, the process that the daemon signals.
 static void toggle_hnc_init() {
   static pid_t pid = 0;
   if (pid > 0) {
@@ -122,7 +122,7 @@ static void toggle_hnc_init() {
   _exit(127);
 }
 
-// What a soak of hours prints would fill the memory.
+// In a soak of hours, the daemon's output would fill the memory.
 static void cut_outputs() {
   for (const char* path : {"/tmp/daemon.out", "/tmp/daemon.err"}) {
     struct stat status;
@@ -155,7 +155,7 @@ static void next_lifecycle_request(soak_client* client, soak_trouble* trouble) {
   call_and_check(client, call_of(one.procedure, one.word));
 }
 
-// Companions whose silence costs a caller two seconds.
+// While one of these is silent, a caller waits two seconds.
 static void silence_companions(bool silent) {
   const char* behaviour = silent ? "silent" : "normal";
   for (const char* path : {"radstat.ra0.behaviour", "mtk_ctrl.behaviour"})
@@ -172,8 +172,8 @@ static void change_something(int tick, bool long_run, soak_trouble* trouble) {
     ++trouble->silent;
     controller_silent(1);
   }
-  // A restart that ends band steering while a setting waits for its marker costs
-  // all callers ten seconds: not in a short run.
+  // When a restart ends band steering while a setting waits for its marker, all callers
+  // wait ten seconds. A short run has no time for that.
   if (!long_run) write_file(kSteeringMarker, "");
   if (long_run && (tick % 3000 == 2000 || tick % 3000 == 2005))
     silence_companions(tick % 3000 == 2000);

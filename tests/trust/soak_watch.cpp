@@ -8,13 +8,14 @@
 #include "support/files.h"
 #include "trust/profile_file.h"
 
-// What the daemon holds, and what it keeps.
+// What the daemon holds and keeps.
 
 static constexpr const char* kProfiles[] = {kProfile24, kProfile5};
 
 static std::atomic<int64_t> checks;
 
-// "Rss:      1234 kB" of a /proc file; 0 where there is none.
+// The number in a line such as "Rss:      1234 kB" of a /proc file; 0 without such a
+// line.
 static long proc_number(const std::string& text, const char* label) {
   const size_t at = text.find(label);
   return at == text.npos ? 0 : atol(text.c_str() + at + strlen(label));

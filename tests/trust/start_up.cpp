@@ -19,7 +19,6 @@ static void note(tally* counts, const std::string& what, const std::string& prom
   counts->broken.push_back(counts->name + ", " + what + ": " + promise);
 }
 
-// What became of the daemon.
 static void judge(tally* counts, const std::string& what, stand how) {
   arm_failure(role::kServer, 0, 0, 0);
   counts->replaced += service_children() > 1;
@@ -42,7 +41,7 @@ static stand begin_anew() {
   return begin();
 }
 
-// The supervisor of a child that dies now.
+// Kills the child and lets the supervisor react.
 static stand lose_child() {
   kill(service_pid(), SIGKILL);
   wake();
@@ -92,8 +91,8 @@ static tally sweep_heap(extent how_much) {
   return counts;
 }
 
-// A wait that is interrupted goes on; one that fails ends the loop and, with status 0,
-// the daemon: kept on purpose.
+// An interrupted wait goes on. A failed one ends the loop and, with status 0, the daemon:
+// kept on purpose.
 static tally sweep_wait() {
   tally counts = {};
   counts.name = "wait for requests";

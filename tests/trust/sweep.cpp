@@ -11,13 +11,13 @@
 
 namespace {
 
-// One failure to come: of a call, or of an allocation where `heap` is set.
+// A failure to come: of a call or, if `heap` is set, of an allocation.
 struct planned {
   injection call;
   int heap;
 };
 
-// What an undisturbed run is like, and the state of the sweep.
+// An undisturbed run, and the state of the sweep.
 struct course {
   const operation* op;
   tally* counts;
@@ -25,11 +25,11 @@ struct course {
   profile_pair after;
   answer usual;
   std::set<std::string> makes;  // files
-  std::string interfaces;       // that its preparation leads to, or the next call
-  int calls;                    // that the service makes
+  std::string interfaces;       // after its preparation or, if that is cheap, after the next call
+  int calls;                    // made by the service's main thread
 };
 
-// How one run with a failure went.
+// The result of one run with a failure.
 struct trial {
   bool hit;
   bool replaced;
@@ -42,7 +42,7 @@ struct trial {
 
 }  // namespace
 
-// What check_next_call has just done.
+// Set when check_next_call has just prepared the operation.
 static bool is_prepared;
 
 int total_injected(const tally& counts) {
@@ -86,7 +86,7 @@ static void complain(const course& run, const planned& plan, const std::string& 
                                "): " + promise);
 }
 
-// A request whose length the service cannot tell, with its first call, is dropped.
+// If the service's first call fails, it cannot tell the request's length and drops it.
 static bool loses_request(const injection& where, const outside_call& call) {
   return where.nth == 1 && where.where == role::kServer && std::string(call.name) == "ioctl";
 }
@@ -104,8 +104,8 @@ static void count_trial(const course& run, const planned& plan, const trial& one
 static void check_footprint(const course& run, const planned& plan, const trial& one) {
   footprint before = one.before;
   before.files.insert(run.makes.begin(), run.makes.end());
-  // What cannot be removed is left: the failure itself. And the C library does not
-  // collect the command behind a pipe whose close says that it failed.
+  // A file that cannot be removed stays: that is the failure itself. When the close of a
+  // pipe fails, the C library does not collect the command at its other end.
   if (one.failed == "unlink") before.files = one.now.files;
   if (one.failed == "close") before.children = one.now.children;
   const std::string left = one.replaced ? "" : what_is_left(before, one.now);
@@ -114,7 +114,7 @@ static void check_footprint(const course& run, const planned& plan, const trial&
   if (!lock.empty()) complain(run, plan, one.what, "still held: " + lock);
 }
 
-// Runs it again and again: what grows each time is lost.
+// Only memory that grows with every repetition is lost.
 static void check_heap(const course& run, const planned& plan, const trial& one) {
   if (one.replaced || one.now.heap_blocks <= one.before.heap_blocks) return;
   long last = one.now.heap_blocks;
@@ -138,7 +138,7 @@ static void check_profiles(const course& run, const planned& plan, const trial& 
                              !is_whole(run.before.band5, run.after.band5, mirror5);
 }
 
-// Gets a daemon that hangs or is gone out of the way.
+// Replaces a daemon that hangs or is gone.
 static void start_anew(const course& run, const planned& plan, const trial& one, stand how) {
   complain(run, plan, one.what, how == stand::kHung ? "the daemon hangs" : "the daemon is gone");
   stop_traced();
@@ -150,8 +150,8 @@ static void check_interfaces(const course& run, const planned& plan, const trial
     complain(run, plan, one.what, "the next sequence leads elsewhere");
 }
 
-// A sequence shows already while the next trial is prepared that its locks are free: the
-// other sequences have to come to their end then, and where they always do.
+// After an expensive operation, preparing the next trial is the next call: it shows that
+// the locks are free and that the sequences still end where they always do.
 static void check_next_call(const course& run, const planned& plan, const trial& one) {
   run.op->prepare();
   is_prepared = run.op->expensive;
@@ -170,7 +170,7 @@ static void check_next_call(const course& run, const planned& plan, const trial&
     check_interfaces(run, plan, one);
 }
 
-// False when the operation made no call that could fail so.
+// False when the operation had no such call to fail.
 static bool try_failure(const course& run, const planned& plan, int* choices) {
   const trial one = run_trial(run, plan);
   if (!one.hit) return false;
@@ -192,9 +192,8 @@ static bool try_failure(const course& run, const planned& plan, int* choices) {
   return true;
 }
 
-// A failure must not change what is failed next: up to the last call there is one to fail
-// each time, with each of its errors. How often a sequence looks for what it waits for
-// is chance.
+// Each of the undisturbed run's calls must be there to fail again, with each of its
+// errors. The length of a sequence's waits is chance, so their calls vary.
 static void expect_hit(const course& run, const planned& plan, bool hit) {
   if (hit || run.op->sequence || plan.call.nth > run.calls) return;
   complain(run, plan, "nothing failed",
@@ -224,7 +223,7 @@ static void sweep_each_call_once(const course& run, role where, int turn) {
   }
 }
 
-// One call of each class, a different one and a different error each turn.
+// One call of each class; the call and the error differ each turn.
 static void sweep_sample(const course& run, role where, int turn) {
   run.op->prepare();
   serve_undisturbed(run.op->call);
@@ -247,7 +246,7 @@ static void sweep_heap(const course& run, role where, bool once) {
 }
 
 static void learn(course* run) {
-  // The first time warms up: buffers of streams, tables of the time zone.
+  // The first run fills stdio buffers and time zone tables.
   for (int i = 0; i < 2; ++i) {
     run->op->prepare();
     run->interfaces = interface_states();

@@ -17,7 +17,7 @@
 #include "support/wire.h"
 #include "trust/heap_page.h"
 
-// Sequences run shell commands by the dozen.
+// Sequences run dozens of shell commands.
 static constexpr double kPatience = 20;
 
 static constexpr char kHncMarker[] = "/nvram/hnc_enable";
@@ -52,7 +52,7 @@ static answer read_answer(uint32_t xid) {
   return result;
 }
 
-// Whether a datagram waits in the service's socket: its line of /proc/net/udp.
+// Whether a datagram waits in the service's socket, from /proc/net/udp.
 static bool request_waits() {
   const std::string table = read_file("/proc/net/udp");
   const size_t at = table.find(":EA61 00000000:0000");
@@ -66,7 +66,7 @@ answer serve(const request& wanted) {
   ++xid;
   const std::string datagram = call_message(wanted.procedure, wanted.arguments, xid);
   if (send(service_socket(), datagram.data(), datagram.size(), 0) < 0)
-    // An earlier datagram met no service; this one was not sent for it.
+    // The error was an earlier datagram's, which found no service; this one was not sent.
     static_cast<void>(send(service_socket(), datagram.data(), datagram.size(), 0));
   stand how;
   do {
@@ -154,7 +154,7 @@ void restore_gateway() {
   }
 }
 
-// A station to steer, a frame to send, and a backhaul that the host is told of.
+// A station to steer, a frame to send, and a backhaul to announce to the host.
 static void furnish_steering(const std::string& profile) {
   if (!exists(profile)) return;
   set_profile_value(profile, "HNCSteerSTAMac", "02:00:5e:00:00:01");

@@ -5,9 +5,9 @@
 
 #include "trust/tracee.h"
 
-// Calls of a traced daemon, and a gateway that it finds the same before each.
+// Calls to a traced daemon, which finds the gateway in the same state before each.
 
-// One call with its bytes ready.
+// A call with its encoded arguments.
 struct request {
   uint32_t procedure;
   std::string arguments;
@@ -20,31 +20,31 @@ struct answer {
   int32_t code;       // the first word of its result
 };
 
-// Starts the daemon, with the "sleep" of its commands cut short.
+// Starts the daemon; the "sleep" of its shell commands returns at once.
 void start_daemon_process();
 
-// Starts it undisturbed and waits until it is quiet. False when it is not, reported.
+// Starts the daemon without failures and waits until it is quiet. Otherwise prints why it
+// is not and returns false.
 [[nodiscard]] bool start_daemon_traced();
 
-// Sends the request and lets the daemon go until it is quiet again.
+// Sends the request and lets the daemon run until it is quiet again.
 answer serve(const request& wanted);
 
-// The same without failures to come, for what has to be in place before.
+// The same without failures, to prepare for another call.
 answer serve_undisturbed(const request& wanted);
 
-// Whether the daemon answers a NULL call.
 [[nodiscard]] bool answers_null();
 
-// Loads and initializes, and starts what the procedures talk to, as far as that has
-// not happened in the service child that there is.
+// Loads and initializes, and starts what the procedures talk to. Does only what has not
+// been done since the service child started.
 void bring_up();
 
-// Profiles, mirrors and marker files as bring_up() or keep_gateway() found them.
+// Keeps the profiles, with mirrors that match them, and a marker file; restores them.
 void keep_gateway();
 void restore_gateway();
 
-// Sets the profile so that the sequences and procedures have much to do.
+// Fills the profile so that sequences and procedures have much to do.
 void furnish_profiles();
 
-// The daemon's traces and its log, on or off.
+// Switches the daemon's traces and its log.
 void set_traces(bool on);

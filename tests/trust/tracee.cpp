@@ -28,9 +28,9 @@ struct thread {
   role who;
   bool in_call;
   bool parked;     // stopped where it would wait for requests
-  bool waits;      // its poll has no end
-  bool restarted;  // the next call is the last one again
-  bool replaced;   // `result` stands for what the call says
+  bool waits;      // its poll has no timeout
+  bool restarted;  // the next call repeats the last one
+  bool replaced;   // the call returns `result` instead of its own
   long number;
   long result;
 };
@@ -66,7 +66,7 @@ static void set_register(pid_t tid, size_t offset, long value) {
   ptrace(PTRACE_POKEUSER, tid, offset, value);
 }
 
-// The call is not made and says `result`.
+// Skips the call and makes it return `result`.
 static void skip_call(pid_t tid, thread* one, long result) {
   set_register(tid, offsetof(user, regs.orig_rax), -1);
   one->replaced = true;
@@ -83,7 +83,7 @@ static void fail_call(pid_t tid, thread* one, const call_information& call, cons
       one->result = -how.error;
       return;
     case failing::kPart:
-      // Both read and write have their length third.
+      // The length is the third argument of both read and write.
       set_register(tid, offsetof(user, regs.rdx), static_cast<long>((call.entry.args[2] + 1) / 2));
   }
 }
@@ -182,7 +182,7 @@ static int status_field(pid_t tid, const char* field) {
   return at == text.npos ? 0 : atoi(text.c_str() + at + strlen(field) + 3);
 }
 
-// A new process or thread of the daemon: told apart by whose it is.
+// Adds a new process or thread of the daemon, which is the service child or a worker.
 static thread* adopt(pid_t tid) {
   thread one = {};
   one.who = role::kWorker;
@@ -203,7 +203,7 @@ static void note_end(pid_t tid, int status) {
   }
   if (tid == server) {
     server = 0;
-    // The next child is not disturbed.
+    // The next child is left undisturbed.
     if (wanted_failure.where != role::kSupervisor) wanted_failure.nth = 0;
   }
 }
@@ -219,7 +219,7 @@ static void handle(pid_t tid, int status) {
   if (signal == (SIGTRAP | 0x80)) {
     stop_at_call(tid, one);
   } else {
-    // Events are no signals of the daemon's own.
+    // A ptrace event is not a signal to pass on.
     const bool event = status >> 16 != 0 || signal == SIGTRAP;
     resume(tid, event ? 0 : signal);
   }
@@ -235,8 +235,8 @@ static bool in_futex(const thread& one) {
   return one.in_call && one.number == SYS_futex;
 }
 
-// A worker in a futex may be about to leave it, or wait there for good: then no stop
-// will ever tell, and only the kernel knows.
+// A worker in a futex may be about to leave it or may wait there for good. No ptrace stop
+// shows which, only its state in /proc.
 static bool someone_will_stop() {
   for (const auto& [tid, one] : threads) {
     if (tid != supervisor && !one.parked && !in_futex(one)) return true;
@@ -254,7 +254,7 @@ static bool is_quiet() {
 
 static void ring(int) {}
 
-// Ends a wait that lasts too long.
+// Interrupts waitpid every second, so that a daemon that hangs is noticed.
 static void set_alarm(bool on) {
   struct sigaction action = {};
   action.sa_handler = ring;

@@ -8,64 +8,67 @@
 
 #include "trust/outside_calls.h"
 
-// The daemon under ptrace: the supervisor, each service child and its threads, not the
-// commands that they run. Every system call of theirs stops twice, so that a chosen one
-// can be failed, or the process killed, at exactly that place. Their sleeps take no
-// time. There is one daemon; all calls come from the thread that started it.
+// The daemon under ptrace: the supervisor and each service child with its threads, but
+// not the commands that they run. Each system call stops on entry and on exit, so that a
+// chosen one can fail, or the process be killed, at exactly that place. The child's sleeps
+// take no time. There is one daemon, and one thread must make all calls of this header.
 
 enum class role { kSupervisor, kServer, kWorker, kCount };
 
-// The failure to come: the `nth` outside call, counted from 1, that a thread of the
-// role makes from now on fails in the way `choice` of its row, which begin anew after the
-// last. 0: none.
+// The failure to come: of the outside calls that threads of the role make from now on,
+// the `nth`, counted from 1, fails. `choice` selects the failure of its row. 0: no
+// failure.
 struct injection {
   role where;
   int nth;
   int choice;
 };
 
-// Where to kill the service child: at the `nth` system call, of any kind, that its main
-// thread makes from now on, before it is made or after. 0: nowhere.
+// Where to kill the service child: before or after the `nth` system call, of any kind,
+// that its main thread makes from now on. 0: nowhere.
 struct kill_point {
   int nth;
   bool after;
 };
 
-// Starts the daemon with further environment, both its streams in files.
+// Starts the daemon with additional environment and both its streams in files.
 void start_traced(const std::string& path, const std::vector<std::string>& environment);
 
-// Kills what is left of it.
+// Kills the supervisor and the service child.
 void stop_traced();
 
-// From here on counts outside calls anew, with one to fail or none.
+// Counts outside calls from zero again and fails one of them, or none.
 void arm(const injection& wanted);
 
-// The call that was failed since; null when none was.
+// The call that has failed since arm(); null when none has.
 const outside_call* injected();
 
-// The outside calls that threads of the role made since, in order.
+// The outside calls that threads of the role have made since arm(), in order.
 const std::vector<const outside_call*>& calls_made(role who);
 
-// From here on counts system calls of the service child, with one to die at or none.
+// Counts the service child's system calls from zero again and kills it at one of them, or
+// at none.
 void arm_kill(const kill_point& wanted);
 
-// The call that it died at; empty when it did not die of arm_kill.
+// The call at which arm_kill() killed the child; empty when it did not.
 const std::string& killed_at();
 
 enum class stand {
   kQuiet,  // waits for requests, and every worker for work
-  kHung,   // does not get there in time
+  kHung,   // was not quiet in time
   kEnded,  // the supervisor is gone
 };
 
-// Lets the daemon go until it is quiet. Its main thread is stopped then, about to wait
-// for requests: wake() lets it go on, into the wait or, with an error, out of it.
+// Lets the daemon run until it is quiet. Its main thread is then stopped just before it
+// waits for requests; wake() lets it enter the wait or, with an error, makes the wait
+// fail.
 stand run_until_quiet(double seconds);
 void wake(int error = 0);
 
 pid_t service_pid();      // 0 while there is none
 int service_children();   // how many there have been
-int supervisor_status();  // what waitpid said of its end
+int supervisor_status();  // what waitpid returned
 
-// Descriptors that are kept on purpose: the controller's, known by their time limit.
+// Descriptors that the daemon keeps on purpose: those of exchanges with the controller,
+// recognised by their receive timeout.
 const std::set<int>& kept_descriptors();

@@ -1,4 +1,4 @@
-// What the attacks rest on: a second user of the box who is nobody special.
+// What the attacks rely on: a second, unprivileged user of the box.
 
 #include "trust/attacks/attacker.h"
 

@@ -1,4 +1,4 @@
-// Somebody on the box who has a process of his own called like a companion.
+// A user of the box runs a process with a companion's name.
 
 #include <gtest/gtest.h>
 #include <signal.h>

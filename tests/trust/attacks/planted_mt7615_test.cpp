@@ -1,4 +1,4 @@
-// What a user of the box puts into the places of the MT7615's tables.
+// What a user of the box puts in the place of the MT7615's tables.
 
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -20,7 +20,7 @@ static bool is_roots_file(const char* path) {
          status.st_size > 0;
 }
 
-// Load, init and reset come to their ends, with tables in place.
+// Load, init and reset complete, and the tables are in place.
 static void expect_sequences_run() {
   start_lifecycle_daemon();
   queue_and_wait(kLoad, kLoaded);
@@ -37,7 +37,7 @@ TEST(PlantedMt7615, FifosHangNothing) {
   EXPECT_TRUE(is_roots_file("/tmp/l1profile.dat"));
 }
 
-// "cp" would copy to the FIFO inside.
+// "cp" would copy into the FIFO in the directory.
 TEST(PlantedMt7615, DirectoryWithAFifoHangsNothing) {
   if (!has_other_users()) GTEST_SKIP() << "this box has one user id only";
   ASSERT_EQ(sh_as_nobody("cd /tmp/; mkdir .mt7615_SingleSKU.dat; cd .mt7615_SingleSKU.dat; "
@@ -54,7 +54,6 @@ TEST(PlantedMt7615, LinkLeadsNowhere) {
   EXPECT_EQ(read_file("/tmp/precious"), "content");
 }
 
-// Somebody who makes the FIFO again as soon as it is gone.
 TEST(PlantedMt7615, FifoThatIsMadeAgainAndAgainHangsNothing) {
   if (!has_other_users()) GTEST_SKIP() << "this box has one user id only";
   const pid_t attacker = start_as_nobody([] {

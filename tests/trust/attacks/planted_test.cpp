@@ -1,4 +1,4 @@
-// What a user of the box puts into /tmp where the daemon will write, read or lock.
+// What a user of the box plants in /tmp where the daemon will write, read or lock.
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -31,7 +31,7 @@ static void set_secret() {
   EXPECT_EQ(profile_value(kProfile, "WPAPSK1"), kSecret);
 }
 
-// What nobody can read of a file.
+// Whether the user nobody can read the secret in the file.
 static bool tells_nobody(const char* path) {
   return sh_as_nobody(
              (std::string("grep -q '") + kSecret + "' " + path + " 2>/dev/null").c_str()) == 0;
@@ -65,8 +65,8 @@ TEST(Planted, LogThatAnotherUserSwitchedOnIsNotForHim) {
   EXPECT_FALSE(tells_nobody(kLog));
 }
 
-// A lock that everybody may write gets a second name in the log's place. The daemon
-// takes the first name away, which leaves a file of its own with one.
+// A lock file that anyone may write is hard-linked in the log's place. Once the daemon
+// has removed the original name, the file looks like root's own, with a single link.
 TEST(Planted, LockThatBecomesTheLogTellsNoSecret) {
   SKIP_WITHOUT_OTHER_USERS();
   umask(0);
@@ -81,7 +81,7 @@ TEST(Planted, LockThatBecomesTheLogTellsNoSecret) {
   EXPECT_FALSE(tells_nobody("/tmp/auto_debug/dbg_rpc.log.bak"));
 }
 
-// The same in the mirror's place, which he keeps open.
+// The same in the mirror's place; the attacker keeps the file open.
 TEST(Planted, LockThatBecomesTheMirrorTellsNoSecret) {
   SKIP_WITHOUT_OTHER_USERS();
   umask(0);
@@ -99,7 +99,6 @@ TEST(Planted, LockThatBecomesTheMirrorTellsNoSecret) {
     return std::string(text).find(kSecret) == std::string::npos ? 0 : 1;
   });
   ASSERT_TRUE(wait_until([] { return exists(kMirror); }));
-  // Until the reader has it open.
   ASSERT_TRUE(wait_until([reader] {
     return run("readlink /proc/" + std::to_string(reader) + "/fd/*").find(kMirror) !=
            std::string::npos;
@@ -130,7 +129,7 @@ TEST(Planted, MirrorOfAPrivateProfileIsPrivate) {
   EXPECT_FALSE(tells_nobody(kMirror));
 }
 
-// The kernel may forbid a user the link itself.
+// The kernel may refuse a user such a link.
 TEST(Planted, SecondNameOfAFileOfRootsIsNotWrittenToNorTruncated) {
   SKIP_WITHOUT_OTHER_USERS();
   write_file("/tmp/precious", "content");
@@ -144,7 +143,8 @@ TEST(Planted, SecondNameOfAFileOfRootsIsNotWrittenToNorTruncated) {
   EXPECT_EQ(read_file("/tmp/precious"), "content");
 }
 
-// Makes the file as nobody, if it is not there, and locks it until the end.
+// Opens the file as nobody, creates it if `flags` say so, and holds its locks until
+// killed.
 static pid_t lock_as_nobody(const char* path, int flags, short type) {
   const pid_t attacker = start_as_nobody([=] {
     const int file = open(path, flags, 0666);
@@ -166,7 +166,7 @@ TEST(Planted, InstanceLockOfAnotherUserKeepsNobodyFromStarting) {
   end_process(attacker, SIGKILL);
 }
 
-// As a daemon leaves it that was started with another version, or by hand.
+// The lock file of a daemon of another version, or one made by hand.
 TEST(Planted, LockOfAnotherUserOnRootsInstanceLockKeepsNobodyFromStarting) {
   SKIP_WITHOUT_OTHER_USERS();
   write_file(kInstanceLock, "");
@@ -211,7 +211,7 @@ TEST(Planted, DirectoryInThePlaceOfAProfileLockDoesNotUnlock) {
   EXPECT_TRUE(S_ISREG(status.st_mode));
 }
 
-// A table is what the driver takes its power limits from.
+// The driver takes its power limits from a table.
 TEST(Planted, PowerTableOfAnotherUserIsNotUsed) {
   SKIP_WITHOUT_OTHER_USERS();
   const std::string table = "/tmp/" + profile_value(kProfile, "CountryCode") + "_1.dat";
@@ -234,8 +234,8 @@ TEST(Planted, RestartMakesNoFileWhereALinkLeads) {
   EXPECT_FALSE(exists("/etc/nologin"));
 }
 
-// The generator of the power tables opens its table by name: somebody makes a FIFO there
-// as soon as it is gone.
+// The generator of the power tables opens its table by name. The attacker makes a FIFO
+// there as soon as the name is free.
 TEST(Planted, FifoInTheGeneratorsPlaceHangsNothing) {
   SKIP_WITHOUT_OTHER_USERS();
   set_profile_value(kProfile, "CountryCode", "FR");

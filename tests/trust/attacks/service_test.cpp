@@ -1,4 +1,4 @@
-// Attacks on the service's own sockets: its memory, its port, its registration.
+// Attacks on the service itself: its memory, its port, its registration.
 
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
@@ -33,21 +33,21 @@ static int client_socket() {
   return sock;
 }
 
-// Kilobytes of memory that the process has resident.
+// The resident memory of a process, in kB.
 static long resident(pid_t process) {
   const std::string status = read_file("/proc/" + std::to_string(process) + "/status");
   const size_t at = status.find("VmRSS:");
   return at == status.npos ? 0 : atol(status.c_str() + at + 6);
 }
 
-// A null call with a body that the RPC library's GSS takes for a new context.
+// A null call whose credential the RPC library's GSS code takes for a new context.
 static std::string context_call(uint32_t flavor, uint32_t xid) {
   const std::string body = xdr_word(1) + xdr_word(1) + xdr_word(1) + xdr_word(1) + xdr_word(0);
   return call_message(0, "", xid).substr(0, 24) + xdr_word(flavor) + xdr_text(body) +
          xdr_word(flavor) + xdr_text(body) + xdr_text(std::string(36, 't'));
 }
 
-// Sends so many calls, of one flavor after the other, and takes each reply.
+// Sends `calls` calls with the flavors in turn and returns the number of replies.
 static int send_flavors(int sock, int calls) {
   static constexpr int kAtOnce = 32;
   static std::mt19937 random(1);
@@ -78,7 +78,7 @@ TEST(Service, NoFlavorOfACredentialCostsMemory) {
   close(sock);
 }
 
-// Tries to get the service's port until it has it: 0 then.
+// Tries to bind the service's port until it succeeds.
 static int take_port() {
   const sockaddr_in service = service_address();
   const int sock = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
@@ -102,7 +102,7 @@ TEST(Service, NobodyElseGetsThePortWhileAChildIsReplaced) {
   EXPECT_EQ(end_process(attack, SIGKILL), 128 + SIGKILL) << "it has got the port";
 }
 
-// Registers the service's program as its own, again and again.
+// Registers the service's program as the attacker's, again and again.
 static int register_program() {
   const netconfig* udp = getnetconfigent("udp");
   sockaddr_in service = service_address();

@@ -1,5 +1,5 @@
-// Attacks on what the daemon writes to: its traces are switched on by a file that
-// any user of the box can make.
+// Attacks on the daemon's output. Any user of the box can make the file that switches its
+// traces on.
 
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -11,7 +11,7 @@
 
 static constexpr uint32_t kSetSsid = 22;
 
-// A daemon that is started like this keeps its child, and serves, while it traces.
+// A daemon started through `start` serves while it traces, and its child survives.
 static void serves_and_traces(const std::string& start) {
   if (!has_other_users()) GTEST_SKIP() << "this box has one user id only";
   const pid_t supervisor = start_supervisor_through(start);
@@ -19,7 +19,7 @@ static void serves_and_traces(const std::string& start) {
   const pid_t child = service_child(supervisor);
   ASSERT_EQ(sh_as_nobody(": >/tmp/wlandbg"), 0);
   for (int i = 0; i < 100; ++i) {
-    // Traced on standard output, and refused on standard error.
+    // This call writes a trace to standard output and a refusal to standard error.
     reply_message reply = {};
     ASSERT_TRUE(call(kSetSsid, xdr_word(99) + xdr_text("On air"), &reply)) << i;
   }

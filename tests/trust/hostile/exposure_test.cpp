@@ -1,5 +1,5 @@
-// What another machine reaches that has an address of the gateway's as its router's,
-// and what the rules of docs/security.md leave of it.
+// What another machine can reach when it uses the gateway as its router, and what the
+// rules of docs/security.md leave of that.
 
 #include <arpa/inet.h>
 #include <fcntl.h>
@@ -31,7 +31,7 @@ static constexpr uint32_t kPort = 60001;
 static constexpr char kHere[] = "/proc/self/ns/net";
 static constexpr char kThere[] = "/run/netns/home";
 
-// A machine 192.168.1.2 in the home network, to which the gateway is 192.168.1.1.
+// A machine 192.168.1.2 in the home network; the gateway is 192.168.1.1.
 static void add_machine() {
   int status = -1;
   const std::string said =
@@ -44,7 +44,7 @@ static void add_machine() {
   ASSERT_EQ(status, 0) << said;
 }
 
-// Runs a function with that machine's network as this thread's own.
+// Runs a function in that machine's network namespace.
 template <typename Function>
 static void there(Function function) {
   const int here = open(kHere, O_RDONLY | O_CLOEXEC);
@@ -66,7 +66,7 @@ static int connected_to(const char* address, uint16_t port) {
   return sock;
 }
 
-// What the port of the address answers; empty when nothing came in time.
+// The answer from that address and port; empty when none came in time.
 static std::string ask(const char* address, uint16_t port, const std::string& datagram) {
   const int sock = connected_to(address, port);
   EXPECT_EQ(send(sock, datagram.data(), datagram.size(), 0), static_cast<ssize_t>(datagram.size()));
@@ -78,7 +78,7 @@ static std::string ask(const char* address, uint16_t port, const std::string& da
   return std::string(bytes, length > 0 ? static_cast<size_t>(length) : 0);
 }
 
-// Whether the kernel says that nobody has the port.
+// Whether the kernel answers that the port is closed.
 static bool refused(const char* address, uint16_t port) {
   const int sock = connected_to(address, port);
   char byte = 0;
@@ -113,7 +113,7 @@ TEST(Exposure, ServiceHasOneSocketAtTheInternalAddress) {
             "udp 192.168.254.254:60001\n");
 }
 
-// The kernel takes a datagram for any of its addresses on any interface.
+// The kernel accepts a datagram for any of its addresses on any interface.
 TEST(Exposure, AnotherMachineWithARouteReachesIt) {
   add_machine();
   start_daemon();
@@ -129,12 +129,12 @@ TEST(Exposure, PortmapperTellsAnotherMachineAndTakesNothingFromIt) {
   there([] {
     const std::string told = ask_portmapper("192.168.1.1", kPmapDump, "");
     EXPECT_NE(told.find(mapping(kPort)), told.npos);
-    // Denied for a credential that is too weak.
+    // Denied: the credential is too weak.
     const std::string denied = xdr_word(1) + xdr_word(1) + xdr_word(1) + xdr_word(1) + xdr_word(5);
     EXPECT_EQ(ask_portmapper("192.168.1.1", kPmapUnset, mapping(kPort)), denied);
     EXPECT_EQ(ask_portmapper("192.168.1.1", kPmapSet, mapping(5555)), denied);
     EXPECT_EQ(ask_portmapper("192.168.254.254", kPmapUnset, mapping(kPort)), denied);
-    // A NULL call that the portmapper would pass on.
+    // A NULL call for the portmapper to forward.
     const std::string indirect =
         xdr_word(kProgramNumber) + xdr_word(kVersionNumber) + xdr_word(0) + xdr_word(0);
     EXPECT_EQ(ask_portmapper("192.168.1.1", kPmapCallIt, indirect), "");
@@ -151,7 +151,7 @@ TEST(Exposure, UserOfTheBoxDoesNotRemoveTheRegistration) {
   EXPECT_TRUE(registered());
 }
 
-// The lines of the document from the table's name to the brace that closes it.
+// The table's lines in the document, from its name to its closing brace.
 static std::string documented_rules(const std::string& table) {
   std::ifstream document(SECURITY_DOCUMENT);
   std::string rules;
@@ -178,14 +178,14 @@ TEST(Exposure, DocumentedRulesKeepAnotherMachineOut) {
     EXPECT_FALSE(daemon_answers());
     EXPECT_EQ(ask_portmapper("192.168.1.1", kPmapDump, ""), "");
     EXPECT_EQ(ask_portmapper("192.168.254.254", kPmapDump, ""), "");
-    // What the rules do not name is answered as ever.
+    // The rules change nothing else.
     EXPECT_TRUE(refused("192.168.1.1", 9));
   });
   EXPECT_TRUE(daemon_answers());
   EXPECT_TRUE(registered());
 }
 
-// A burst of one call, as fast as it goes, with all else left to the daemon's queue.
+// Sends the same call many times at full speed, without waiting for replies.
 static void send_burst(uint32_t procedure, const std::string& arguments, int calls) {
   const int sock = connected_to("192.168.254.254", kPort);
   for (int i = 0; i < calls; ++i) {
@@ -214,7 +214,7 @@ TEST(Exposure, DocumentedLimitsLetNoBurstHoldUpTheOthers) {
   const int statistics = count_errors("rad_ctrl_request_buffered Could not connect\n");
   EXPECT_GE(statistics, 20);
   EXPECT_LE(statistics, 30) << "some more as time passes";
-  // Others are not limited.
+  // Local callers are not limited.
   for (int i = 0; i < 200; ++i)
     ASSERT_TRUE(daemon_answers()) << i;
 }

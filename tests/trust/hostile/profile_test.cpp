@@ -1,4 +1,4 @@
-// Hostile values of every key that the daemon reads, and all that reads them.
+// Hostile values for every key that the daemon reads, and calls to all procedures.
 
 #include <gtest/gtest.h>
 
@@ -14,8 +14,8 @@
 
 static constexpr const char* kProfiles[] = {"/tmp/mt76xx_24.dat", "/tmp/mt76xx_5.dat"};
 
-// The keys of the manual page, which is held against the code: the bold words of
-// each line that an indented one follows.
+// The keys of the manual page, which is checked against the code: the bold words in a
+// line before an indented one.
 static std::vector<std::string> documented_keys() {
   std::istringstream page(read_file(KEYS_PAGE));
   std::vector<std::string> keys;
@@ -38,7 +38,7 @@ static void plant(const std::vector<std::string>& keys, const std::string& text)
   }
 }
 
-// All but those that move radios, of one band: what takes no more than an index first.
+// Calls all procedures that do not move radios, those with at most an index first.
 static void call_everything(uint32_t index, const std::string& what) {
   for (const bool setters : {false, true}) {
     for (const row& procedure : all_rows()) {
@@ -51,7 +51,7 @@ static void call_everything(uint32_t index, const std::string& what) {
   }
 }
 
-// The bands take turns; the lines of keys that the calls write are theirs to change.
+// The bands take turns. Calls may change the lines of the keys that they write.
 TEST(Profile, ValuesAreHarmlessToEveryProcedure) {
   start_watched_daemon();
   const std::vector<std::string> keys = documented_keys();
@@ -67,8 +67,8 @@ TEST(Profile, ValuesAreHarmlessToEveryProcedure) {
   }
 }
 
-// A line that is longer than the daemon takes counts as further lines, so only the
-// service's life is looked at.
+// The daemon reads a line that is too long as several lines, so the profile's lines are
+// not compared.
 TEST(Profile, LineThatIsTooLongIsHarmless) {
   start_watched_daemon();
   plant(documented_keys(), std::string(8000, '\''));
@@ -76,7 +76,7 @@ TEST(Profile, LineThatIsTooLongIsHarmless) {
   expect_harmless("long lines");
 }
 
-// Texts of the profile that decide on no path of the lifecycle by being hostile.
+// Keys that, with hostile texts, do not change the path of the lifecycle.
 static const std::vector<std::string> kTextKeys = {"SSID1", "WPAPSK1", "AuthMode", "RADIUS_Server",
                                                    "EncrypType"};
 
@@ -94,7 +94,7 @@ static void run_lifecycle_with(const std::string& country) {
   expect_harmless(country);
 }
 
-// Each longer than other tests: radios come up twice.
+// These two take longer than other tests: radios come up twice.
 TEST(Profile, SubstitutionIsHarmlessToTheLifecycle) {
   run_lifecycle_with("$(c)");
 }

@@ -40,7 +40,7 @@ bool moves_radios(const row& procedure) {
          std::end(kNumbers);
 }
 
-// Its texts travel as one number per character.
+// Each character of the record's texts is sent as a number.
 static std::string record_of(const std::string& text, uint32_t number) {
   std::string bytes = xdr_word(number) + xdr_word(number);
   for (const size_t size : {64, 64, 64, 256, 256, 256, 256}) {

@@ -4,14 +4,14 @@
 #include <string>
 #include <vector>
 
-// The procedures with their members, expanded from the table, so that one that is
-// added is tested without a word here. A member of a type that is new does not
-// compile until rows.cpp knows it.
+// The procedures and their members, expanded from the table, so that a new procedure is
+// tested without a change here. A member of a new type does not compile until rows.cpp
+// handles it.
 
 enum class member_kind {
   number,
   text,
-  record,  // the row of an extender model: texts of a fixed size, and numbers
+  record,  // the row of an extender model: texts of a fixed size and numbers
 };
 
 struct row {
@@ -22,12 +22,11 @@ struct row {
 
 const std::vector<row>& all_rows();
 
-// Whether the procedure loads the driver or takes radios down or up: to be called
-// after all others.
+// Whether the procedure loads the driver or takes radios down or up. Call these last.
 [[nodiscard]] bool moves_radios(const row& procedure);
 
-// Bytes of arguments: numbers are `number`, texts are "x", but for the member at
-// `place`, which is the text or the other number.
+// Encoded arguments: numbers are `number`, or 1, and texts are "x", except for the member
+// at `place`.
 std::string arguments(const row& procedure, uint32_t number = 1);
 std::string arguments_with(const row& procedure, size_t place, const std::string& text);
 std::string arguments_with(const row& procedure, size_t place, uint32_t number);

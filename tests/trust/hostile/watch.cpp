@@ -26,7 +26,7 @@ static std::string repeated(const std::string& part, size_t length) {
   return text;
 }
 
-// "c" is found in the daemon's path; "/tmp/c" is what a redirection would leave.
+// The daemon's path has a command "c"; a redirection would make "/tmp/c".
 static std::vector<hostile_text> one_line_texts() {
   return {
       {"backquotes", "`c`"},
@@ -99,7 +99,7 @@ void start_watched_daemon() {
   queue_and_wait(kInit, kInitialized);
 }
 
-// Without the sequences that the families begin with.
+// Removes the colour sequences with which the daemon's own messages begin.
 static std::string without_prefixes(std::string text) {
   for (const char* sequence :
        {"\033[1;32;40m", "\033[1;31;40m", "\033[40m", "\033[31;40m", "\033[0m", "\033[1;32m"}) {
@@ -109,8 +109,8 @@ static std::string without_prefixes(std::string text) {
   return text;
 }
 
-// A control character of ASCII, one of Latin-1 by itself or in UTF-8, or a byte that
-// UTF-8 does not have.
+// An ASCII control character, a Latin-1 one by itself or in UTF-8, or a byte that never
+// occurs in UTF-8.
 static bool is_control(unsigned char before, unsigned char byte) {
   if (byte < ' ') return byte != '\n' && byte != '\t';
   if (byte >= 0x80 && byte < 0xA0) return before < 0x80 || before == 0xC2;

@@ -1,4 +1,4 @@
-// Hostile texts and numbers in every argument of every procedure, through the wire.
+// Hostile texts and numbers in every argument of every procedure.
 
 #include <gtest/gtest.h>
 #include <limits.h>
@@ -18,7 +18,6 @@ static void expect_answer(const row& procedure, const std::string& bytes, const 
   EXPECT_EQ(reply.accept_status, kAcceptSuccess) << what;
 }
 
-// Calls the procedure with the text in one place.
 static void call_with(const row& procedure, size_t place, const hostile_text& hostile) {
   const std::string what = procedure.name + " with " + hostile.name;
   const std::vector<std::string> before = profile_lines();
@@ -39,17 +38,17 @@ static int call_everything_with(const hostile_text& hostile) {
   return calls;
 }
 
-// Those that add the key where it is missing have added it after this.
+// Afterwards the profiles have every key that a call adds.
 static void call_everything_plainly() {
   for (const row& procedure : all_rows()) {
     if (!moves_radios(procedure)) expect_answer(procedure, arguments(procedure), procedure.name);
   }
   expect_harmless("plain calls");
-  // Some have switched things off.
+  // Some calls have switched things off.
   switch_all_on();
 }
 
-// Random bytes but NUL, which no text has; the first is 1 to seed the next with.
+// Random bytes other than NUL.
 static hostile_text random_text(unsigned seed) {
   std::mt19937 random(seed);
   std::string text(random() % 300, ' ');
@@ -61,13 +60,13 @@ static hostile_text random_text(unsigned seed) {
   return {"a random text", text};
 }
 
-// Further texts by chance: WIFICONFD_HOSTILE_TEXTS says how many.
+// Additional random texts; WIFICONFD_HOSTILE_TEXTS says how many.
 static unsigned further_texts() {
   const char* count = getenv("WIFICONFD_HOSTILE_TEXTS");
   return count != nullptr ? static_cast<unsigned>(strtoul(count, nullptr, 10)) : 0;
 }
 
-// Longer than other tests: radios come up once for 1,300 calls.
+// Takes longer than other tests: radios come up once for 1,300 calls.
 TEST(Wire, TextsAreHarmlessInEveryArgument) {
   start_watched_daemon();
   call_everything_plainly();
@@ -75,13 +74,13 @@ TEST(Wire, TextsAreHarmlessInEveryArgument) {
   const std::vector<hostile_text> texts = wire_texts();
   for (const hostile_text& hostile : texts)
     calls += call_everything_with(hostile);
-  // The table has that many texts today.
+  // The number of text arguments in the table today.
   EXPECT_GE(calls, 48 * static_cast<int>(texts.size()));
   for (unsigned seed = 1; seed <= further_texts(); ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     call_everything_with(random_text(seed));
   }
-  // They have reached the shell and the host.
+  // The texts have reached the shell and the host.
   const std::string journal = read_file("/run/gwbox/journal.jsonl");
   EXPECT_NE(journal.find("WscPinCode=$(c)"), journal.npos);
   EXPECT_NE(journal.find("WscPinCode=;c;"), journal.npos);
@@ -103,7 +102,7 @@ TEST(Wire, TextIsTracedAsItCame) {
 static constexpr uint32_t kNumbers[] = {
     static_cast<uint32_t>(INT_MIN), static_cast<uint32_t>(-1), 0, 17, 4096, INT_MAX};
 
-// A number as each argument by itself, then as all of them.
+// Tries a number as each argument alone, then as all of them.
 static void call_with_number(const row& procedure, uint32_t number) {
   const std::string what = procedure.name + " with " + std::to_string(number);
   const std::vector<std::string> before = profile_lines();
@@ -124,7 +123,7 @@ static void call_with_numbers(bool moving) {
   expect_harmless("numbers");
 }
 
-// Longer than other tests: radios come up once for 4,000 calls.
+// Takes longer than other tests: radios come up once for 4,000 calls.
 TEST(Wire, NumbersAreHarmlessInEveryArgument) {
   start_watched_daemon();
   call_everything_plainly();
