@@ -53,7 +53,7 @@ static void serve_one(datagram_daemon* daemon) {
 static void serve(datagram_daemon* daemon) {
   pollfd readable = {daemon->sock, POLLIN, 0};
   while (true) {
-    // Before the look: what is there when the end is asked for is still taken.
+    // Read before poll(), so that datagrams sent before the end are still served.
     const bool ending = daemon->ending;
     if (poll(&readable, 1, ending ? 0 : 5) > 0)
       serve_one(daemon);

@@ -7,9 +7,9 @@
 #include <thread>
 #include <vector>
 
-// A daemon on a UNIX datagram socket that a test makes up. It answers each
-// request with the next of its replies, by silence where there is none, and
-// keeps on listening without an answer when they are used up.
+// A test's own daemon on a UNIX datagram socket. It answers each request with the next of
+// its replies, where nullopt means silence. After the last one it keeps receiving without
+// answering.
 
 struct datagram_daemon {
   int sock = -1;
@@ -19,25 +19,25 @@ struct datagram_daemon {
   std::atomic<bool> ending;
 };
 
-// Starts it; the directories of the path are made.
+// Starts the daemon and creates the directories of the path.
 void start_datagram_daemon(const std::string& path,
                            const std::vector<std::optional<std::string>>& replies,
                            datagram_daemon* daemon);
 
-// Ends it once it has taken what was sent to it. Returns the requests.
+// Ends the daemon after it has received everything sent to it. Returns the requests.
 std::vector<std::string> end_datagram_daemon(datagram_daemon* daemon);
 
-// A bound socket that nobody reads from, its path connected to until no more
-// datagrams fit. The descriptor stays open.
+// A bound socket that nobody reads from and whose queue is full. Returns its descriptor,
+// which stays open.
 int start_stuck_daemon(const std::string& path);
 
-// Sends one datagram from a bound socket to a path; 0, or errno.
+// Sends one datagram to a path and returns 0 or errno.
 int send_to_path(int sock, const std::string& path, const std::string& datagram);
 
 // A bound UNIX datagram socket.
 int listen_on(const std::string& path);
 
-// Seconds that the function takes.
+// How many seconds the function takes.
 template <typename Function>
 double seconds_of(Function function) {
   const auto start = std::chrono::steady_clock::now();
@@ -45,5 +45,5 @@ double seconds_of(Function function) {
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-// The bytes of 32-bit numbers, low byte first.
+// 32-bit numbers as little-endian bytes.
 std::string little_endian(const std::vector<int64_t>& numbers);

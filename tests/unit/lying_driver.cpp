@@ -22,7 +22,7 @@ static std::map<uint16_t, lie>& answers() {
 }
 
 static constexpr unsigned kObjects = 0x8BE1;
-static constexpr unsigned kStations = 0x8BEF;  // takes no object: 0 stands for it
+static constexpr unsigned kStations = 0x8BEF;  // has no object: stored under 0
 
 static const iw_freq* frequency_answer;
 
@@ -59,7 +59,7 @@ static int answer_with(const lie& answer, iwreq* frame) {
   return -1;
 }
 
-// Stands before the library's own in this program.
+// This program calls this function instead of the C library's.
 extern "C" int ioctl(int file, unsigned long request, ...) noexcept {
   va_list list;
   va_start(list, request);

@@ -44,7 +44,7 @@ void switch_console_on() {
   write_file("/tmp/wlandbg", "");
 }
 
-// "Sat Nov 21 03:25:05 2026 - "
+// The size of "Sat Nov 21 03:25:05 2026", the time stamp.
 constexpr size_t kStampSize = 24;
 
 static bool begins_with_stamp(const std::string& line) {
@@ -87,7 +87,7 @@ static void install(sock_filter* filter, unsigned short length) {
 }
 
 #ifdef __i386__
-// glibc makes these through one call, whose first argument tells which is meant.
+// On this processor glibc makes these through one call, selected by its first argument.
 static constexpr struct {
   long number;
   unsigned within;

@@ -99,7 +99,7 @@ TEST(Authenticator, OtherModesDoNothing) {
   EXPECT_EQ(commands(), "");
 }
 
-// What a service child that died has left.
+// A service child that died has left the authenticator running.
 TEST(Authenticator, OneThatWasLeftRunningIsNotStartedBesideItself) {
   set_servers(kEighth, kEighth);
   note_commands("1\n");

@@ -18,8 +18,8 @@ static int looks_until_marker;
 static int seconds_slept;
 static void (*during_wait)();
 
-// The daemon's wait for the marker; in this suite without the seconds: the
-// marker appears after a number of looks.
+// Replaces the daemon's wait for the marker: no time passes, and the marker appears after
+// a given number of checks.
 extern "C" unsigned sleep(unsigned seconds) {
   if (!sleeps_are_counted) {
     const timespec whole = {static_cast<time_t>(seconds), 0};
@@ -43,7 +43,7 @@ static std::string start_with_marker_at(int look) {
   return output_of([] { bndstrgStart(1); });
 }
 
-// Whether a stop finds that it runs, which ends it.
+// Whether a stop finds it running. A stop also ends it.
 static bool stops() {
   switch_log_on();
   bndstrgStart(0);
@@ -144,14 +144,14 @@ TEST(BandSteering, NeedsItsSwitchBothRadiosAndBothFirstBsses) {
     set_profile_value(item.profile, item.key, item.on);
   }
   EXPECT_EQ(commands(), "");
-  // Its switch in the 5 GHz profile is not looked at.
+  // The switch in the 5 GHz profile does not count.
   set_profile_value(kProfile5, "BandSteering", "0");
   write_file(kMarker, "");
   bndstrgStart(1);
   EXPECT_EQ(commands(), "bndstrg_1&\n");
 }
 
-// Makes settings of the 5 GHz band differ and tells what is said.
+// Makes 5 GHz settings differ and returns the first message.
 static std::string refusal(std::initializer_list<std::pair<const char*, const char*>> values) {
   make_bands_alike();
   for (const auto& [key, value] : values)
@@ -178,7 +178,7 @@ TEST(BandSteering, FirstDifferenceOfTheBandsIsNamedAndSwitchesItOff) {
   EXPECT_EQ(profile_value(kProfile24, "BandSteering"), "1");
 }
 
-// Whether two values of a key that differ in their last character are seen to.
+// Whether a difference in the last character of two values is noticed.
 static bool difference_is_seen(const char* key, const std::string& value, const char* rest) {
   make_bands_alike();
   set_profile_value(kProfile24, key, value + "a" + rest);

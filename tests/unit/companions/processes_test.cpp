@@ -113,8 +113,8 @@ TEST(Companions, StartsAndStopsAreLoggedAndTheCommandsOfTwo) {
             "Sart wapp\nStop wapp\n");
 }
 
-// Gives the keys values that the store reports when they are read: too long,
-// each beginning with its name and the band.
+// Gives the keys values that are too long, so that the store reports each read. Each
+// value begins with its key and band.
 static void make_unreadable(std::initializer_list<const char*> keys) {
   for (const char* key : keys) {
     for (const char* profile : {kProfile24, kProfile5}) {
@@ -124,7 +124,7 @@ static void make_unreadable(std::initializer_list<const char*> keys) {
   }
 }
 
-// The keys that the store reported, in their order.
+// The keys that the store reported, in order.
 static std::string read_keys() {
   std::string keys;
   const std::string log = logged();
@@ -157,7 +157,7 @@ TEST(Companions, KeysAreAllReadInTheirOrderWhateverTheMode) {
   EXPECT_EQ(commands(), "");
 }
 
-// What a service child that died has left.
+// A service child that died has left companions running.
 
 TEST(LeftCompanion, IsNotStartedBesideItself) {
   switch_dcs_on();

@@ -78,7 +78,7 @@ TEST(Instance, ProcessNamedPortmapIsAPortmapper) {
 }
 
 TEST(Instance, ProbeWithoutOutputCountsAsAPortmapper) {
-  // Neither of the probe's commands is found.
+  // The probe finds neither of its commands.
   setenv("PATH", "/nowhere", 1);
   errors_of([] { EXPECT_TRUE(portmapper_running()); });
 }

@@ -75,7 +75,7 @@ TEST(Service, NoSocketEndsTheProcess) {
 TEST(Service, NoTransportEndsTheProcessWithOne) {
   EXPECT_EXIT(
       {
-        // The library asks what kind of socket it is given.
+        // The library uses this call to ask for the type of its socket.
         fail_system_call(SYS_getsockopt, ENOBUFS);
         run_service(-1);
       },

@@ -17,7 +17,7 @@
 
 #include "unit_support.h"
 
-// There is no portmapper here, so that a service child gives up at once.
+// No portmapper runs here, so a service child gives up at once.
 
 TEST(Supervisor, EndsWithZeroWhenTheChildCannotRegister) {
   switch_log_on();
@@ -42,7 +42,7 @@ TEST(Supervisor, TraceNamesParentAndChild) {
   EXPECT_GT(atoi(log.c_str() + head.size()), parent) << log;
 }
 
-// Only what fork() asks for fails: the leak detector has clones of its own.
+// Fails only the calls that fork() makes: the leak detector clones in its own way.
 static void fail_forks() {
   fail_system_call_if(SYS_clone, 0, CLONE_CHILD_SETTID | CLONE_CHILD_CLEARTID | SIGCHLD, EAGAIN);
 #ifdef SYS_fork
@@ -76,7 +76,7 @@ TEST(Supervisor, ForksAgainWithoutEndUntilItIsTerminated) {
   EXPECT_EQ(status, 0);
 }
 
-// Waits for a supervisor to end by itself. Returns its status, -1 when it does not.
+// The exit status of a supervisor that ends by itself; -1 when it does not.
 static int status_of(pid_t supervisor) {
   int status = -1;
   if (wait_until([&] { return waitpid(supervisor, &status, WNOHANG) == supervisor; }))
@@ -90,7 +90,7 @@ static void stop_myself() {
   raise(SIGSTOP);
 }
 
-// In the supervisor, inside of fork(): its child is there and stands still.
+// Runs in the supervisor, inside fork(), when its child is already stopped.
 static void terminate_before_fork_returns() {
   siginfo_t info;
   waitid(P_ALL, 0, &info, WSTOPPED | WNOWAIT);
@@ -106,7 +106,7 @@ TEST(Supervisor, SignalBeforeTheChildIsNotedEndsTheChildToo) {
   EXPECT_EQ(status_of(supervisor), 0);
 }
 
-// Shared by this process and those that it forks.
+// Shared with forked processes.
 static int* forks;
 
 static void count_fork() {

@@ -17,17 +17,17 @@
 
 namespace {
 
-// A bounded UDP transport and a client socket that is connected to it.
+// A bounded UDP transport and a client socket connected to it.
 struct connection {
   SVCXPRT* transport;
   int client;
 };
 
-// What became of a datagram.
+// What happened to a datagram.
 struct outcome {
   bool served = false;   // it reached the service routine
-  bool decoded = false;  // so did its argument
-  std::string ssid;      // "(null)" where none was decoded
+  bool decoded = false;  // its argument was decoded too
+  std::string ssid;      // "(null)" when none was decoded
 };
 
 }  // namespace
@@ -43,7 +43,7 @@ static xdrproc_t untyped(bool_t (*filter)(XDR*, T*)) {
   return reinterpret_cast<xdrproc_t>(reinterpret_cast<void (*)()>(filter));
 }
 
-// The service routine: notes what it could decode.
+// The service routine: notes what it can decode.
 static void serve(svc_req* request, SVCXPRT* transport) {
   wlan_set_ssid_1_argument argument = {};
   last.served = true;
@@ -77,7 +77,7 @@ static connection make_connection() {
   SVCXPRT* transport = svcudp_create(server);
   EXPECT_NE(transport, nullptr);
   bound_transport(transport);
-  // Without a protocol: the portmapper is not told.
+  // With protocol 0 the portmapper is not told.
   EXPECT_TRUE(svc_register(transport, kProgram, kVersion, serve, 0));
   return {transport, client};
 }
@@ -137,14 +137,14 @@ TEST(Transport, CallCutWithinItsHeaderIsDropped) {
 TEST(Transport, HeaderThatAnnouncesMoreCredentialsThanItHasIsDropped) {
   const connection ends = make_connection();
   const std::string plain = header(kAnswerNothing);
-  // What is left of this one would complete the next.
+  // If its remains stayed in the buffer, they would complete the next datagram.
   EXPECT_TRUE(take(ends, plain + word(3) + text_item("x") + zeros(100)).decoded);
   const std::string greedy = plain.substr(0, 24) + word(AUTH_NONE) + word(200) + zeros(2);
   EXPECT_FALSE(take(ends, greedy).served);
   cut_connection(ends);
 }
 
-// A null call with such a credential and such a verifier, both with this body.
+// A null call whose credential and verifier both have this body.
 static std::string null_call(uint32_t credential, uint32_t verifier, const std::string& body) {
   return header(NULLPROC).substr(0, 24) + word(credential) + text_item(body) + word(verifier) +
          text_item(body);
@@ -159,11 +159,11 @@ static std::string reply_at(const connection& ends) {
 
 TEST(Transport, CredentialsOfOtherFlavorsAreRejected) {
   const connection ends = make_connection();
-  // What the library's GSS takes for the beginning of a context.
+  // The library's GSS code takes this for the beginning of a context.
   const std::string begin = word(1) + word(1) + word(1) + word(1) + word(0);
   for (const uint32_t flavor : {2u, 3u, 4u, 5u, 6u, 7u, 8u, 9u, 10u, 390003u, 0xFFFFFFFFu}) {
     EXPECT_FALSE(take(ends, null_call(flavor, AUTH_NONE, begin)).served) << flavor;
-    // Denied, for its authentication, rejected credential.
+    // Denied: authentication error, rejected credential.
     EXPECT_EQ(reply_at(ends), word(7) + word(1) + word(1) + word(1) + word(2)) << flavor;
   }
   cut_connection(ends);
@@ -171,7 +171,7 @@ TEST(Transport, CredentialsOfOtherFlavorsAreRejected) {
 
 TEST(Transport, NoneAndSysAreServedWithAnyVerifier) {
   const connection ends = make_connection();
-  // Stamp, an empty name, user, group, no groups.
+  // Stamp, an empty name, user, group and no groups.
   const std::string nobody = zeros(5);
   for (uint32_t verifier = 0; verifier <= 10; ++verifier) {
     EXPECT_TRUE(take(ends, null_call(AUTH_NONE, verifier, nobody)).served) << verifier;
@@ -202,7 +202,7 @@ TEST(Transport, DatagramBeyondTheReceiveBufferDoesNoHarm) {
   cut_connection(ends);
 }
 
-// A transport as a release would make it that lays its record out otherwise.
+// The transport of a library release with another record layout.
 struct changed_transport {
   SVCXPRT transport;
   struct {
@@ -217,7 +217,6 @@ static SVCXPRT* make_transport() {
   return transport;
 }
 
-// As `sound` is.
 static void copy_transport(const SVCXPRT* sound, changed_transport* copy) {
   copy->transport = *sound;
   memcpy(&copy->record.data, sound->xp_p2, sizeof copy->record.data);

@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <string>
 
-// Formats that no message of the daemon has are among the cases.
+// Some cases use formats that no message of the daemon has.
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
 #pragma GCC diagnostic ignored "-Wformat-security"
 
@@ -82,14 +82,14 @@ TEST(Message, BytesThatAreNoUtf8AreWrittenInHexadecimal) {
   EXPECT_EQ(message("%s", "\xE2\x82"), "\\xe2\\x82");
   EXPECT_EQ(message("%.2s", "\xE2\x82\xAC"), "\\xe2\\x82");
   EXPECT_EQ(message("%s", "\x80"), "\\x80");
-  // Long forms of "/", a surrogate, a character beyond the last.
+  // Overlong forms of "/", a surrogate, and a character beyond the last.
   EXPECT_EQ(message("%s", "\xC0\xAF"), "\\xc0\\xaf");
   EXPECT_EQ(message("%s", "\xE0\x80\xAF"), "\\xe0\\x80\\xaf");
   EXPECT_EQ(message("%s", "\xED\xA0\x80"), "\\xed\\xa0\\x80");
   EXPECT_EQ(message("%s", "\xF4\x90\x80\x80"), "\\xf4\\x90\\x80\\x80");
 }
 
-// A terminal may take U+009B for the begin of a sequence, as it does ESC "[".
+// A terminal may take U+009B for the beginning of a sequence, like ESC "[".
 TEST(Message, ControlCharactersBeyondAsciiAreWrittenInHexadecimal) {
   EXPECT_EQ(message("%s",
                     "\xC2\x9B"

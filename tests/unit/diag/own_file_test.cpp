@@ -10,7 +10,7 @@
 
 static constexpr char kFile[] = "/tmp/own";
 
-// 0, or the error of opening it for reading and writing.
+// 0, or the error when the file is opened with these flags.
 static int error_of_opening(const char* path = kFile, int flags = O_RDWR) {
   struct stat status;
   const int file = own_file_open(AT_FDCWD, path, flags, 0640, &status);

@@ -8,20 +8,20 @@
 
 #include "unit_support.h"
 
-// A null format is one of the cases.
+// One case is a null format.
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
 #pragma GCC diagnostic ignored "-Wformat-security"
 
 static constexpr char kLog[] = "/tmp/auto_debug/dbg_rpc.log";
 
-// A log as the daemon makes it, for its owner alone.
+// A log as the daemon makes it, with access for its owner only.
 static void fill_log(size_t size) {
   write_file(kLog, std::string(size, 'x'));
   ASSERT_EQ(chmod(kLog, 0600), 0);
 }
 static constexpr char kBackup[] = "/tmp/auto_debug/dbg_rpc.log.bak";
 
-// The message of a log line: what follows the time stamp and its separator.
+// The part of a log line after the time stamp and its separator.
 static std::string after_stamp(const std::string& line) {
   const size_t separator = line.find(" - ");
   return separator == std::string::npos ? line : line.substr(separator + 3);
@@ -57,7 +57,7 @@ TEST(Trace, ConsoleSwitchShowsTheTraceFamilies) {
 TEST(Trace, ConsoleSwitchIsTestedAtEveryMessage) {
   catch_stream(1);
   RPC_TRACE("off\n");
-  mkdir("/tmp/wlandbg", 0755);  // any type counts
+  mkdir("/tmp/wlandbg", 0755);  // any file type counts
   RPC_TRACE("on\n");
   rmdir("/tmp/wlandbg");
   RPC_TRACE("off again\n");
@@ -66,7 +66,7 @@ TEST(Trace, ConsoleSwitchIsTestedAtEveryMessage) {
   EXPECT_EQ(text.find("off"), text.npos);
 }
 
-// A wire text would otherwise begin a line that looks like the daemon's own.
+// Otherwise a text from the wire could begin a line that looks like the daemon's own.
 TEST(Trace, TextNeitherDrivesTheTerminalNorForgesALine) {
   static constexpr char kText[] = "x\n[RPC] forged\033[2J";
   write_file("/tmp/wlandbg", "");
@@ -143,7 +143,7 @@ TEST(Log, IsForItsOwnerAloneWhateverTheUmask) {
   EXPECT_EQ(mode_of(kLog), 0600u);
 }
 
-// As boxes have it that keep their log on a drive.
+// Some boxes keep their log on a drive and link to it.
 TEST(Log, LinkOfOursIsFollowedAndTheBackupIsBesideTheRealLog) {
   switch_log_on();
   mkdir("/tmp/drive", 0755);
@@ -158,7 +158,7 @@ TEST(Log, LinkOfOursIsFollowedAndTheBackupIsBesideTheRealLog) {
   EXPECT_EQ(after_stamp(read_file(kLog)), "next\n");
 }
 
-// What is refused is said once, with the log's name and why.
+// The refusal is reported once, with the log's name and the reason.
 static void expect_refused(const std::string& reason) {
   catch_stream(2);
   EXPECT_EQ(logToFile("lost\n"), -1);
@@ -200,7 +200,7 @@ TEST(Log, FileWithASecondNameIsNotWritten) {
   EXPECT_EQ(read_file("/tmp/precious"), "content");
 }
 
-// More than a pipe holds: it would wait for a reader.
+// The text is more than a pipe holds, so a write would wait for a reader.
 TEST(Log, FifoInItsPlaceDoesNotHoldTheDaemonUp) {
   switch_log_on();
   ASSERT_EQ(mkfifo(kLog, 0666), 0);
@@ -247,7 +247,7 @@ TEST(Log, LogThatCannotBeRenamedIsCutOffAndThatIsSaidOnce) {
                 " cannot be moved to its backup and is cut off: Is a directory\n");
 }
 
-// Its size as 32 bits with a sign is below the threshold.
+// As a signed 32-bit number, the size is below the threshold.
 TEST(Log, ThreeGigabytesAreNotRotatedAndGoOnGrowing) {
   switch_log_on();
   fill_log(0);
@@ -290,7 +290,8 @@ TEST(Log, LinkOfAnotherUserInPlaceOfTheDirectoryIsNotFollowed) {
   EXPECT_FALSE(exists("/tmp/elsewhere/dbg_rpc.log"));
 }
 
-// The second of two that find it full must not move the new log over the backup.
+// Of two threads that find the log full, the second must not move the new log over the
+// backup.
 TEST(Log, BackupOutlivesThreadsThatFindTheLogFullAtOnce) {
   switch_log_on();
   for (int i = 0; i < 50; ++i) {

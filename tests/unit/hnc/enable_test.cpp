@@ -1,4 +1,3 @@
-// The controller's own switch.
 #include <gtest/gtest.h>
 
 #include <climits>

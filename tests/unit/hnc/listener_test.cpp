@@ -18,7 +18,7 @@
 #include "support/hnc_listener.h"
 #include "unit_support.h"
 
-// A reply with something behind it that must stay as it is.
+// A reply followed by bytes that must not change.
 namespace {
 struct guarded_reply {
   hnc_reply reply;
@@ -44,7 +44,7 @@ static hnc_request make_request(const char* name) {
   return request;
 }
 
-// Sends a get of the key and returns the status.
+// Sends a get request for the key and returns the status.
 static int ask(const char* name, hnc_reply* reply) {
   const hnc_request request = make_request(name);
   return sendMessage(HOST_IP, HOST_PORT, &request, reply);
@@ -137,8 +137,8 @@ static void expect_no_reply_after_a_second() {
   std::string output;
   const double waited = seconds_of(
       [&] { output = output_of([&] { EXPECT_EQ(ask("TopologyEnable", &reply), -1); }); });
-  // Two clocks may differ by a tick, of 10 ms at most; a busy machine wakes the test
-  // late, but not by half a second. WaitsForOneSecond has it exactly.
+  // Two clocks may differ by a tick of up to 10 ms, and a busy machine may wake the test
+  // late, but not by half a second. WaitsForOneSecond checks the exact time.
   EXPECT_GE(waited, 0.99);
   EXPECT_LT(waited, 1.5);
   EXPECT_EQ(output, kEntered + kSent +
@@ -152,7 +152,7 @@ TEST(Listener, SilentOneIsWaitedForOneSecond) {
   expect_no_reply_after_a_second();
 }
 
-// Its port is unreachable, which the network says at once: the wait is the same.
+// The network reports at once that the port is unreachable; the wait is the same.
 TEST(Listener, MissingOneIsWaitedForOneSecond) {
   expect_no_reply_after_a_second();
 }
@@ -163,7 +163,7 @@ TEST(Listener, LateReplyIsNotTakenForALaterOne) {
   hnc_reply reply;
   EXPECT_EQ(ask("First", &reply), -1);
   const uint16_t first = listener_ports().back();
-  // The late reply is there before the second request is sent, and while it waits.
+  // One late reply arrives before the second request is sent, another while it waits.
   listener_sends(first, hnc_reply_bytes("late"));
   listener_asks([first](const std::string&) {
     listener_sends(first, hnc_reply_bytes("later"));
@@ -173,7 +173,6 @@ TEST(Listener, LateReplyIsNotTakenForALaterOne) {
   EXPECT_STREQ(reply.value, "second");
 }
 
-// Open sockets of this process.
 static std::set<int> open_sockets() {
   std::set<int> sockets;
   for (const std::string& name : names_in("/proc/self/fd")) {
@@ -207,7 +206,7 @@ static double time_out_of(int sock, int option) {
   return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
 }
 
-// As its socket, which stays open, still tells.
+// The socket stays open, so its timeout can still be read.
 TEST(Listener, WaitsForOneSecond) {
   start_listener();
   const std::set<int> before = open_sockets();
@@ -221,8 +220,8 @@ TEST(Listener, WaitsForOneSecond) {
   EXPECT_EQ(open_sockets().size(), before.size() + 1);
 }
 
-// A socket of the internal link's address that waits two seconds at most; port 0
-// is any.
+// A socket bound to the internal link's address, with a timeout of two seconds. Port 0
+// means any.
 static int bound_socket(uint16_t port) {
   const int sock = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
   sockaddr_in address = {};
@@ -235,7 +234,7 @@ static int bound_socket(uint16_t port) {
   return sock;
 }
 
-// Takes one request from the one socket and answers it through the other.
+// Receives one request on one socket and answers through the other.
 static void answer_one(int from, int through, const char* answer) {
   char request[2000];
   sockaddr_in client = {};
@@ -261,7 +260,7 @@ TEST(Listener, MayHaveAnotherPortAndAnswerThroughAnotherSocket) {
 }
 
 TEST(Listener, RequestThatCannotBeSentFailsAtOnce) {
-  // No route leads there.
+  // There is no route to this address.
   switch_console_on();
   hnc_reply reply;
   memset(&reply, '#', sizeof reply);

@@ -10,7 +10,7 @@
 
 static constexpr char kFile[] = "/tmp/remote";
 
-// What a piece from `offset` on holds; "(failed)" where it cannot be read.
+// The piece of the file that begins at `offset`; "(failed)" when it cannot be read.
 static std::string piece(const char* path, int32_t offset) {
   std::string data(kRemoteFilePiece + 16, '#');
   rpc_file_chunk chunk = {4711, data.data()};

@@ -15,14 +15,14 @@
 
 namespace {
 
-// Which of its two messages an operation writes.
+// Which of the two messages an operation writes.
 enum messages { kNone, kNotRunning, kBoth };
 
 struct number_row {
-  std::string name;  // of the operations, behind hnc_get and hnc_set
+  std::string name;  // of the operations, after hnc_get and hnc_set
   std::string key;
   bool flag;
-  uint32_t index;  // that instance 7 is sent with
+  uint32_t index;  // the one sent for instance 7
   std::string filler;
   messages get_says;
   messages set_says;
@@ -101,7 +101,6 @@ static void start_controller() {
   start_listener();
 }
 
-// From here on no request can be sent.
 static void move_listener_out_of_reach() {
   HOST_IP = "203.0.113.1";
 }
@@ -114,7 +113,7 @@ static std::string not_sent(const std::string& operation) {
   return rev_error_prefix(operation) + operation + " Failed to send messgae to HNC Listner\n";
 }
 
-// The lines of the operation itself, without those of the exchange.
+// The operation's own lines, without those of the exchange.
 static std::string own_lines(const std::string& output, const std::string& operation) {
   std::string lines;
   const std::string prefix = rev_prefix(operation);
@@ -206,7 +205,7 @@ TEST(HncSettings, NumberIsWhatTheAnswerBeginsWith) {
       {"", 0},
       {"2147483647", INT_MAX},
       {"-2147483648", INT_MIN},
-      // Whatever is behind the value is not part of it.
+      // Anything after the value is not part of it.
       {std::string(131, '0') + "99999", 0},
   };
   for (const auto& [answer, expected] : answers) {
@@ -220,7 +219,7 @@ TEST(HncSettings, NumberIsWhatTheAnswerBeginsWith) {
   }
 }
 
-// Which number it is then, is not said.
+// The resulting number is unspecified.
 TEST(HncSettings, NumberOutOfRangeIsASuccess) {
   start_controller();
   for (const std::string answer : {"2147483648", "-99999999999", "9999999999999999999999"}) {
@@ -281,7 +280,7 @@ TEST(HncSettings, TextIsStoredWithoutATerminator) {
   EXPECT_STREQ(text, "ab####");
 }
 
-// The messages of every operation while `what` holds, by its failing calls.
+// Checks the messages of all operations; `least` is the one that `message` makes.
 static void expect_messages(const std::function<std::string(const std::string&)>& message,
                             messages least) {
   const auto expected = [&](messages says, const std::string& operation) {
@@ -352,7 +351,7 @@ TEST(HncSettings, NullTextIsRefusedByTheFirmwareSetters) {
   EXPECT_TRUE(listener_requests().empty());
 }
 
-// No caller has one for them: it ends the process.
+// No caller passes null to these: it would end the process.
 TEST(HncSettingsDeathTest, NullTextIsNotLookedForByTheSettersOfSupportedExtenders) {
   start_controller();
   int unchecked = 0;
@@ -364,7 +363,7 @@ TEST(HncSettingsDeathTest, NullTextIsNotLookedForByTheSettersOfSupportedExtender
   EXPECT_EQ(unchecked, 3);
 }
 
-// What an operation writes on standard output while the controller does not run.
+// What an operation writes to standard output while the controller is not running.
 static std::string output_of_refused(const std::function<int()>& operation) {
   std::string output;
   errors_of([&] { output = output_of([&] { EXPECT_EQ(operation(), -1); }); });

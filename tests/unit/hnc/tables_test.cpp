@@ -12,12 +12,12 @@
 static void start_controller() {
   write_file("/nvram/hnc_enable", "");
   start_listener();
-  // Times of the traces are local ones.
+  // Traces show local times.
   setenv("TZ", "UTC", 1);
   tzset();
 }
 
-// A reply whose every byte but the table error's is different from its neighbours'.
+// A reply in which every byte differs from its neighbours, except in the table error.
 static std::string patterned_reply(int32_t table_error) {
   std::string bytes;
   for (int i = 0; i < 2860; ++i)
@@ -25,7 +25,6 @@ static std::string patterned_reply(int32_t table_error) {
   return bytes.replace(2856, 4, little_endian(static_cast<uint32_t>(table_error)));
 }
 
-// The record at the start of a longer buffer.
 static hnc_hne* as_hne(std::string& buffer) {
   return reinterpret_cast<hnc_hne*>(buffer.data());
 }
@@ -186,7 +185,7 @@ TEST(HneTables, RowStatusIsSentAsDecimalText) {
   }
 }
 
-// Every operation fails; its messages, behind its name and a separator.
+// Every operation fails with the message, after its name and a separator.
 static void expect_failures(const std::string& message, const std::string& first_separator,
                             const std::string& separator) {
   const auto expected = [&](const char* operation, const std::string& between) {
@@ -288,7 +287,7 @@ TEST(HneTables, RecordIsTracedBeforeTheControllerIsLookedFor) {
 TEST(HneTables, TracedTimeIsALocalOne) {
   start_controller();
   switch_console_on();
-  // Five and a half hours ahead.
+  // Five and a half hours ahead of UTC.
   setenv("TZ", "AHEAD-5:30", 1);
   tzset();
   hnc_supported_hne record = sample_record();

@@ -111,7 +111,7 @@ TEST(Calibration, OperationWithResultsNeedsTheBackupAndLeavesIt) {
   EXPECT_EQ(commands(), kSelfTests);
 }
 
-// An undo would put it in the place of the image.
+// Otherwise an undo would put the truncated copy in the image's place.
 TEST(Calibration, CopyThatIsCutShortIsRemovedFromTheBackup) {
   mount_tmpfs("/nvram", "size=20k");
   const std::string image(5000, 'e');

@@ -20,7 +20,7 @@ static int result_of(void* result) {
   return *static_cast<int*>(result);
 }
 
-// A reset that stands in the queue; the operations never put one there.
+// A queued reset. The operations never queue one.
 
 TEST(QueuedReset, ResetsAndForgetsThatTheDriverWasLoaded) {
   switch_console_on();
@@ -75,8 +75,8 @@ TEST(Reset, IsRefusedWhileAnInitOrARestartRunsAndTouchesNothing) {
   EXPECT_EQ(interfaces(), all_interfaces());
 }
 
-// A reset that comes while the worker has the turn, but not yet its flag: what
-// it says and returns as soon as the flag is set.
+// The message of a reset that waits because the worker has the turn. It is refused as
+// soon as the worker sets its flag.
 static std::string said_of_waiting_reset(std::atomic<bool>* kind) {
   begin_turn();
   std::atomic<pid_t> thread = 0;
@@ -105,7 +105,7 @@ TEST(Reset, DoesNotWaitOutAnInitOrARestartThatBegins) {
   EXPECT_EQ(said_of_waiting_reset(&lifecycle.restart_running),
             rev_error_prefix("wlan_reset") + "wlan_reset restart process is running !!!\n");
   EXPECT_TRUE(lifecycle.modules_loaded);
-  // A refused one has not kept the turn.
+  // The refused reset has not kept the turn.
   note_commands();
   begin_turn();
   end_turn();

@@ -8,7 +8,7 @@
 static constexpr char kCommands[] = "/tmp/commands";
 static constexpr char kHeld[] = "/tmp/held";
 
-// The held part is compared without patterns.
+// Quoted, the held part is compared literally, not as a pattern.
 static constexpr char kStandIn[] = R"(#!/bin/bash
 command="${@: -1}"
 printf '%s\n' "$command" >> /tmp/commands

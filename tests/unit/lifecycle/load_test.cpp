@@ -12,7 +12,7 @@ static std::string failed(const std::string& chip) {
   return rpc_error_prefix("wifi_load") + "Failed to load the " + chip + " AP driver\n";
 }
 
-// What a load prints and says, with no module in the default directory.
+// What a load writes when the default directory has no module.
 static void load_without_modules(std::string* output, std::string* errors) {
   run("rm -f /lib/modules/wifi/*.ko");
   note_commands();
@@ -66,7 +66,7 @@ TEST(Load, ModulesAreInsertedInTheOrderOfTheBands) {
 }
 
 TEST(Load, MountPointThatIsTooLongIsNotCut) {
-  // 127 characters of the candidate end inside the directory's last name.
+  // Cut to 127 characters, the longer candidate below would lose its final slash.
   const std::string name(103, 'm');
   const std::string mounted = "/tmp/" + name;
   run("mkdir -p " + mounted + "/lib/modules/wifi; touch " + mounted +
@@ -103,7 +103,7 @@ static std::string not_copied(const std::string& path) {
   return rpc_error_prefix("wifi_load") + "Failed to copy the default to " + path + "\n";
 }
 
-// What a load says beside what "cp" says.
+// What a load reports, and what "cp" reports.
 static std::string errors_of_load() {
   std::string errors;
   output_of([&] { errors = errors_of([] { EXPECT_EQ(wifi_load(), 1); }); });

@@ -111,7 +111,7 @@ static bool is_plain(const char* path) {
   return lstat(path, &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink == 1;
 }
 
-// What a command would follow, or wait for, is gone before it runs.
+// Anything that a command would follow or wait for is removed before it runs.
 TEST(PowerTables, NothingButAPlainFileIsCopiedTo) {
   pretend_mt7615();
   set_country("DE", "2");
@@ -160,7 +160,7 @@ TEST(PowerTables, LinkIsMadeInThePlaceOfADirectory) {
   EXPECT_EQ(target_of(kTable03), "/tmp/US_1.dat");
   set_country("FR", "2");
   unlink(kTable03);
-  // As posix_spawn calls it, not as the leak checker does at the end.
+  // Fails only the calls that posix_spawn makes: the leak checker clones in its own way.
   fail_system_call(SYS_clone3, EAGAIN);
   fail_system_call_if(SYS_clone, 0, CLONE_VM | CLONE_VFORK | SIGCHLD, EAGAIN);
   errors_of(setup_single_sku);

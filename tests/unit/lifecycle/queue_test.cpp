@@ -19,7 +19,7 @@
 #include "lifecycle/turn.h"
 #include "unit_support.h"
 
-// The worker's second, by hand: it waits in one until the test opens it.
+// Controls the worker's wait of one second: it lasts until the test lets it pass.
 static std::atomic<bool> seconds_by_hand;
 static std::atomic<int> seconds_begun;
 static sem_t seconds_opened;
@@ -34,8 +34,8 @@ extern "C" int nanosleep(const timespec* time, timespec* left) {
   return 0;
 }
 
-// Traces go to a file from here on until they are taken back with
-// caught_stream(1); what a test expects meanwhile is not seen when it fails.
+// From now on traces go to a file until caught_stream(1) takes them back. In between,
+// messages of failed expectations go there too.
 static void begin() {
   sem_init(&seconds_opened, 0, 0);
   seconds_by_hand = true;
@@ -122,7 +122,6 @@ TEST(Queue, RestartOfAllRadiosRestartsTheOnlyOneInSilence) {
   EXPECT_FALSE(contains(traces, "restarted\n")) << traces;
 }
 
-// The captures of the first match.
 static std::smatch match(const std::string& text, const std::string& pattern) {
   static std::string kept;
   kept = text;
@@ -209,7 +208,7 @@ TEST(Queue, ResetWaitsForALoadThatRuns) {
   EXPECT_FALSE(lifecycle.modules_loaded);
 }
 
-// Lets the worker's next second pass and waits for the end of the request.
+// Lets the worker's next second pass and waits until the request has ended.
 static bool run_request(int number) {
   const bool waits = wait_for_second(number);
   let_a_second_pass();
@@ -243,7 +242,7 @@ TEST(Queue, DisplacedRequestsTakeNoMemory) {
   wlan_load();
   bool done = wait_for_second(1);
   wlan_init();
-  // What stays allocated; a sanitizer says so itself at the end.
+  // Memory that stays allocated; a sanitizer reports it itself at the end.
   const size_t before = mallinfo2().uordblks;
   for (int i = 0; i < kRequests; ++i)
     wlan_init();
@@ -289,7 +288,7 @@ TEST(Queue, HeadHasMovedWhenTheEndOfARequestIsTraced) {
   let_a_second_pass();
   const bool tracing = wait_until([] { return worker != 0 && blocked_in_write(worker); });
   unlink("/tmp/wlandbg");
-  // Both find room: what has ended takes none.
+  // Both fit, because the request that has ended no longer takes a place.
   wlan_queueLifecycleRequest(count_routine, nullptr, nullptr, nullptr);
   wlan_queueLifecycleRequest(count_routine, nullptr, nullptr, nullptr);
   char bytes[65536];

@@ -67,7 +67,7 @@ TEST(Sequences, RestartMakesItsMarkerWhereALinkLeadsElsewhere) {
   EXPECT_FALSE(exists("/tmp/not there"));
 }
 
-// The message on standard error and in the log.
+// The message goes to standard error and to the log.
 static void expect_no_controller(const char* name, int (*sequence)()) {
   lifecycle.modules_loaded = true;
   unlink("/tmp/auto_debug/dbg_rpc.log");
@@ -107,7 +107,7 @@ TEST(Sequences, DriverIsNotQueriedWhileARestartCyclesTheInterfaces) {
   hold_command("pgrep -l rtdot1xd");
   std::thread restart([] { wifi_restart(1); });
   const bool stopped = wait_for_held_command();
-  // Next it looks whether the radio is on, its interfaces down by then.
+  // With its interfaces down, the restart next reads whether the radio is on.
   const int lock = try_exclusive(kLock24);
   release_command();
   const bool cycles = wait_until([] { return lock_awaited(kLock24); });

@@ -10,8 +10,8 @@
 #include "lifecycle/lifecycle_support.h"
 #include "unit_support.h"
 
-// Takes the turn with `take` on a thread of its own, while this one has it: it has to
-// wait, and to get it when it is free.
+// Calls `take` on another thread while this one has the turn: it must wait, and must get
+// the turn once it is free.
 template <typename Function>
 static void expect_passed_on(Function take) {
   begin_turn();
@@ -27,7 +27,7 @@ static void expect_passed_on(Function take) {
   EXPECT_FALSE(taken);
   end_turn();
   EXPECT_TRUE(wait_until([&] { return taken.load(); })) << "it was not passed on";
-  // Wakes one that was not, so that the test ends.
+  // Wakes the thread if it still waits, so that the test ends.
   set_running(&lifecycle.load_running, false);
   other.join();
 }

@@ -11,7 +11,7 @@ static void set_vlans(const std::string& ids24, const std::string& ids5 = "0;0;0
   set_profile_value(kProfile5, "VLAN_ID", ids5);
 }
 
-// Bridges and VLAN devices, a line each.
+// Bridges and VLAN devices, one per line.
 static std::string devices() {
   return run("ls /sys/class/net | grep -E '^br|^eth0\\.' | sort");
 }
@@ -68,7 +68,7 @@ TEST(VlanBridges, UdmaLeavesSetupAndTeardownAlone) {
   set_vlans("10;20;30;0;0;0;0;0");
   wifi_setupVlanBridges();
   EXPECT_EQ(devices(), before);
-  // More than the teardown reads: it goes on.
+  // The value is longer than the teardown reads, so the teardown goes on.
   set_profile_value(kProfile24, "UdmaEnable", "00001");
   errors_of(wifi_teardownVlanBridges);
   EXPECT_EQ(devices(), "br0\n");

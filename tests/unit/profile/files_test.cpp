@@ -8,10 +8,10 @@
 #include "profile/store.h"
 #include "unit_support.h"
 
-// The file sets of the bands.
+// The sets of files of the bands.
 
 static void update_with_blocked_temporary(const char* path, const char* pattern, bool forced) {
-  // All thousand names are taken by directories, so that the message shows the name.
+  // Directories take all thousand names, so that the message shows the name.
   for (int i = 0; i < 1000; ++i) {
     char name[64];
     snprintf(name, sizeof name, "%s%d", pattern, i);
@@ -47,7 +47,7 @@ TEST(ProfileFiles, ForcedTemporaryHasNamesOfItsOwn) {
   set_up();
   update_with_blocked_temporary(kProfile24, "/tmp/wifitemp.24.", true);
   EXPECT_EQ(read_file(kProfile24), kContent);
-  // The names of a normal update are free.
+  // A normal update uses other names, which are free.
   EXPECT_EQ(wifiprofile_updateParam(kProfile24, "SSID1", "New", ""), 1u);
 }
 

@@ -8,8 +8,6 @@
 #include "profile/store.h"
 #include "unit_support.h"
 
-// The forced forms.
-
 TEST(ProfileForcedUpdate, RewritesTheLineAndSaysSo) {
   set_up();
   switch_log_on();

@@ -1,4 +1,4 @@
-// Several users of one profile at once.
+// Several users of one profile at the same time.
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -46,7 +46,7 @@ TEST(ProfileLock, ReaderWithoutALockAlwaysSeesAWholeProfile) {
   EXPECT_EQ(torn, 0);
 }
 
-// Counts its key up; exits with the number of updates that did not stick.
+// Increments the key's value; exits with the number of lost updates.
 [[noreturn]] static void count_up(const char* key, int updates) {
   int lost = 0;
   for (int i = 1; i <= updates; ++i) {
@@ -142,15 +142,15 @@ TEST(ProfileLock, BandsDoNotWaitForEachOther) {
   close(held);
 }
 
-// Whether an update has begun to write, as its lock tells nobody.
+// Whether an update has begun to write. Its lock does not show this.
 static bool update_under_way(ino_t old_profile) {
   struct stat status = {};
   return !names_in("/tmp", "wifitemp").empty() ||
          (stat(kProfile24, &status) == 0 && status.st_ino != old_profile);
 }
 
-// Whoever waits for the lock looks as soon as it is free; the profile is so large that a
-// mirror that is written later would not be there yet.
+// A waiting user looks as soon as the lock is free. In so large a profile, a mirror
+// written after the unlock would not be there yet.
 TEST(ProfileLock, HeldUntilTheMirrorIsWritten) {
   const std::string content = "A=0\n" + std::string(8 << 20, '\n') + "SSID1=";
   write_file(kProfile24, content + "0\n");

@@ -4,7 +4,7 @@
 
 #include "unit_support.h"
 
-// A profile for tests of updates, and what became of it.
+// A profile for tests of updates, and checks of what became of it.
 
 constexpr char kContent[] =
     "#The word of \"Default\" must not be removed\n"
@@ -14,16 +14,16 @@ constexpr char kContent[] =
     "SSID10=Other\n"
     "Empty=\n";
 
-// The function in messages of an update.
+// The name of the updating function in its messages.
 constexpr char kUpdate[] = "_wifiprofile_updateParam";
 
-// A fresh profile, no mirror and no lock file.
+// Makes a fresh profile without a mirror or lock file.
 void set_up(const std::string& content = kContent);
 
-// kContent with a part of it replaced.
+// kContent with one part replaced.
 std::string with(const std::string& old_part, const std::string& new_part);
 
-// The profile is as it was set up, or has the content, as the mirror has; no
-// temporary file is left.
+// The profile is unchanged, or it and the mirror have the content. No temporary file is
+// left.
 void expect_untouched(const std::string& content = kContent);
 void expect_written(const std::string& content);

@@ -8,7 +8,7 @@
 #include "profile/store.h"
 #include "unit_support.h"
 
-// The value of a key in a profile with that content, or "(none)".
+// The value of a key in a profile with the content; "(none)" when it is not found.
 static std::string value_in(const std::string& content, const char* key, int max_len = 255) {
   write_file(kProfile24, content);
   std::string buffer(2048, '#');
@@ -43,7 +43,7 @@ TEST(ProfileRead, CarriageReturnBelongsToTheValue) {
   EXPECT_EQ(value_in("Key=dos\r\n", "Key"), "dos\r");
 }
 
-// A caller takes a C string and sees it up to the NUL; the lines after it are there.
+// A caller gets a C string, which ends at the NUL. Later lines are still found.
 TEST(ProfileRead, NulEndsNeitherLineNorProfile) {
   using std::string_literals::operator""s;
   const std::string content = "Key=ab\0cd\nK\0y=no\nNext=line\n"s;
@@ -106,7 +106,7 @@ TEST(ProfileRead, NoValueThatFitsIsNotFound) {
 }
 
 TEST(ProfileRead, LongLineIsReadInPiecesThatCountAsLines) {
-  // The first piece has 1727 characters; the value loses the last of them.
+  // The first piece has 1727 characters, and the value loses the last of them.
   const std::string first = "Long=" + std::string(1722, 'v');
   const std::string content = first + "Tail=behind\nNext=line\n";
   EXPECT_EQ(value_in(content, "Long", 2000), std::string(1721, 'v'));

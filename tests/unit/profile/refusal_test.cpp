@@ -7,9 +7,7 @@
 #include "profile/store.h"
 #include "unit_support.h"
 
-// Refusals.
-
-// `shown` is the key as the messages have it.
+// `shown` is the key as it appears in messages.
 static void expect_refused(const char* key, const char* value, const char* reason,
                            const char* shown) {
   set_up();
@@ -67,7 +65,7 @@ TEST(ProfileRefusal, LongestValueIsTaken) {
   EXPECT_EQ(std::string(buffer.c_str()), value);
 }
 
-// The longest key with the longest list: one character more does not fit.
+// The longest key with the longest list; one more character would not fit.
 TEST(ProfileRefusal, LongestLineIsWrittenByTheIndexedFormToo) {
   const std::string key(31, 'k');
   const std::string field(kProfileValueBuffer - 3, 'v');

@@ -1,5 +1,5 @@
-// How an update takes the place of the profile: links, mounts, full disks,
-// failing system calls, leftovers.
+// How an update replaces the profile: links, mounts, full disks, failing system calls,
+// leftovers.
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -39,7 +39,7 @@ TEST(ProfileReplace, PlainFileIsRenamedOver) {
   write_file(kProfile24, kOld);
   const int old = open(kProfile24, O_RDONLY | O_CLOEXEC);
   EXPECT_EQ(set_ssid(), 1u);
-  // Whoever has the profile open goes on seeing the old one, whole.
+  // A reader with the old profile open still sees all of it.
   char text[64] = {};
   EXPECT_GT(read(old, text, sizeof text - 1), 0);
   EXPECT_STREQ(text, kOld);
@@ -189,7 +189,7 @@ TEST(ProfileMirror, FileWithASecondNameIsNotWritten) {
   EXPECT_EQ(read_file("/tmp/precious"), "content");
 }
 
-// What the profile keeps from others the mirror does too, also one that was there.
+// The mirror is as private as the profile, even if it existed before.
 TEST(ProfileMirror, HasTheProfilesModeWhateverTheUmask) {
   write_file(kProfile24, kOld);
   for (const mode_t mode : {0600u, 0644u, 0600u, 0666u}) {
@@ -221,7 +221,7 @@ TEST(ProfileMirror, ModeThatCannotBeSetLeavesItUnwritten) {
   EXPECT_EQ(read_file(kMirror24), "");
 }
 
-// With a reader at its other end or without.
+// With and without a reader at the other end.
 TEST(ProfileReplace, FifoInTheMirrorsPlaceDoesNotHoldTheUpdateUp) {
   write_file(kProfile24, kOld);
   ASSERT_EQ(mkfifo(kMirror24, 0666), 0);
@@ -247,7 +247,7 @@ TEST(ProfileReplace, LongerOldMirrorIsCutToTheNewContent) {
   EXPECT_EQ(read_file(kMirror24), kNew);
 }
 
-// A profile of 16 KiB in a /tmp that has no room for a second one.
+// Makes a profile of 16 KiB in a /tmp without room for a second one.
 static std::string fill_tmp_to_the_brim() {
   mount_tmpfs("/tmp", "size=28k");
   std::string content = "SSID1=Home\n";
@@ -303,7 +303,7 @@ TEST(ProfileReplace, ProfileThatCannotBeRenamedOverIsOverwrittenInPlace) {
   EXPECT_TRUE(no_temporary());
 }
 
-// Leftovers of a crashed update in the way of every temporary name.
+// Leftovers of a crashed update occupy every temporary name.
 
 template <typename Make>
 static void in_the_way(Make make) {
@@ -365,8 +365,6 @@ TEST(ProfileLeftover, HardLinkInTheWayDoesNotReachItsOtherName) {
   EXPECT_EQ(set_ssid(), 1u);
   EXPECT_EQ(read_file("/tmp/precious"), "precious");
 }
-
-// Descriptors.
 
 TEST(ProfileDescriptors, NoCallLeavesOneOpen) {
   write_file(kProfile24, "SSID1=Home\nLast=1;2\n");

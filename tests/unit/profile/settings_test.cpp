@@ -48,7 +48,7 @@ TEST(ProfileSettings, NoneChangesNothing) {
   expect_untouched();
 }
 
-// A part of a longer text: what follows it is not looked at.
+// The texts are parts of a longer one, so nothing after them may be read.
 TEST(ProfileSettings, TextsNeedNoEndMark) {
   set_up();
   const std::string_view line = "SSID1=New\n";
@@ -90,7 +90,7 @@ TEST(ProfileSettings, ContentThatMemoryDoesNotHoldIsReported) {
   while (content.size() < size_t{16} << 20)
     content += "Padding=" + std::string(1000, 'x') + "\n";
   set_up(content);
-  // Room for the old content, not for the new one beside it.
+  // Room for the old content, but not also for the new.
   const long pages = atol(read_file("/proc/self/statm").c_str());
   const rlim_t used = static_cast<rlim_t>(pages * sysconf(_SC_PAGESIZE));
   const rlimit limit = {used + content.size() * 3 / 2, RLIM_INFINITY};

@@ -47,8 +47,8 @@ TEST(ProfileText, ListThatWouldNotFitLeavesTheOutputEmpty) {
 }
 
 TEST(ProfileText, NegativeIndexDoesNotWriteBeyondTheOutput) {
-  // Callers refuse a negative index before; the function itself must still be
-  // bounded, whatever the list.
+  // Callers refuse a negative index earlier, but the function itself must stay within its
+  // bounds for any list.
   EXPECT_EXIT(
       {
         const std::string list = replaced("a;b", "a field of some length", -5);

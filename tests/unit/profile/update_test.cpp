@@ -133,7 +133,7 @@ TEST(ProfileUpdate, NulBytesOfOtherLinesAreKept) {
   expect_written(std::string("Bin=a\0b\n", 8) + "SSID1=New\n");
 }
 
-// A file of another system: its carriage returns belong to the values.
+// In a file from another system, carriage returns are part of the values.
 TEST(ProfileUpdate, CarriageReturnsOfOtherLinesAreKept) {
   set_up("A=1\r\nSSID1=Home\r\nL=a;b\r\n");
   EXPECT_EQ(wifiprofile_updateParam(kProfile24, "SSID1", "Home", ""), 1u) << "it was \"Home\\r\"";
@@ -170,8 +170,6 @@ TEST(ProfileUpdate, RequestsAreTracedInLogAndOnConsole) {
   const std::string prefix = rpc_prefix(kUpdate);
   EXPECT_EQ(output, prefix + first + prefix + second + prefix + third);
 }
-
-// The indexed form.
 
 TEST(ProfileIndexedUpdate, ReplacesOneFieldOfEachKey) {
   set_up();

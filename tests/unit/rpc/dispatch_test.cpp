@@ -41,8 +41,7 @@ static std::set<uint32_t> procedure_numbers() {
   return numbers;
 }
 
-// Numbers without a procedure: all within and around each range of numbers, and
-// some far away.
+// Numbers without a procedure: all those within and around each range, and some far away.
 static std::set<uint32_t> gaps() {
   constexpr uint32_t kAround = 100;
   std::set<uint32_t> near = {0x7FFFFFFF, 0x80000000, 0x80000001, 0xFFFFFFFE, 0xFFFFFFFF};
@@ -75,7 +74,7 @@ TEST(Dispatch, EveryProcedureTakesAllOfItsArgumentAndAnswers) {
       fake_call call;
       call.argument = row.sample;
       dispatch(row.number, &call);
-      // Switched on, the controller would be asked, and waited for, from here on.
+      // An enabled controller would be asked and waited for from here on.
       unlink("/nvram/hnc_enable");
       ASSERT_EQ(call.replies.size(), 1u) << row.name;
       EXPECT_EQ(call.replies[0].status, SUCCESS) << row.name;
@@ -109,7 +108,7 @@ TEST(Dispatch, UndecodableArgumentReachesNoHandler) {
   EXPECT_EQ(read_file(kProfile24), "SSID3=old\n");
 }
 
-// The procedures that are traced.
+// Traced procedures.
 
 static constexpr char kArrows[] = "DEBUG >>>>>>>>>>>>>>>>>>>>>>>>> ";
 
@@ -148,7 +147,7 @@ static constexpr text_setter kTextSetters[] = {
     {0x01000069, "HNC_SET_SUPPORTEDHNEMODELNUMBER", "_hnc_set_supportedhnemodelnumber_1"},
 };
 
-// Returns what the call with a text that is a null pointer logs.
+// The log of a call whose text is a null pointer.
 static std::string log_of_absent_text(const text_setter& setter) {
   const size_t start = logged().size();
   fake_call call;
@@ -168,7 +167,7 @@ TEST(Dispatch, AbsentTextReachesNoHandlerAndGetsNoReply) {
                                               setter.stub + ". \n" + kArrows +
                                               "Pointer is NULL in " + setter.stub + " func. \n");
   }
-  // The log cannot be written: -1, which is no reply either.
+  // With a log that cannot be written the status is -1, and still no reply is sent.
   unlink("/tmp/auto_debug/dbg_rpc.log");
   ASSERT_EQ(mkdir("/tmp/auto_debug/dbg_rpc.log", 0755), 0);
   EXPECT_EQ(log_of_absent_text(kTextSetters[0]), "");
@@ -182,7 +181,7 @@ TEST(Dispatch, NulInsideATextIsGarbage) {
   EXPECT_EQ(read_file(kProfile24), "SSID3=old\n");
 }
 
-// Under AddressSanitizer the heap counts as empty here, and its leak detector looks.
+// AddressSanitizer reports an empty heap here, but its leak detector checks the same.
 TEST(Dispatch, GarbageArgumentsAreGivenBack) {
   static constexpr size_t kSize = 4000;
   const std::string garbage = word(3) + text_item(std::string(kSize, 'x') + '\0');
@@ -214,7 +213,7 @@ TEST(Dispatch, ArgumentThatCannotBeFreedEndsTheProcess) {
       testing::ExitedWithCode(1), "^unable to free arguments$");
 }
 
-// Leaves its marks where the dispatcher will have its areas.
+// Leaves marks on the stack where the dispatcher's areas will be.
 __attribute__((noinline)) static void dirty_the_stack() {
   volatile char block[65536];
   for (size_t i = 0; i < sizeof block; ++i) {
@@ -233,7 +232,7 @@ TEST(Dispatch, ArgumentAreaIsZeroBeforeDecoding) {
 }
 
 TEST(Dispatch, ResultAreaIsZeroBeforeTheHandler) {
-  // The handler of this one fills nothing in.
+  // This procedure's handler fills in nothing.
   dirty_the_stack();
   EXPECT_EQ(answer_to(300, word(1)), zeros(3));
 }
@@ -294,7 +293,7 @@ TEST(Dispatch, FreeingAResultAnswersOne) {
   EXPECT_EQ(result.return_data.return_data_val, nullptr);
 }
 
-// The inert operations.
+// Inert operations.
 
 static bool is_inert(const table_row& row) {
   return row.kind == row_kind::inert || row.kind == row_kind::refused;

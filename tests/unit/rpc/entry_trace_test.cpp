@@ -14,7 +14,7 @@
 
 namespace {
 
-// What a stub logs for the instance 3 with the number 5 or the text "given".
+// What a stub logs for instance 3 with the number 5 or the text "given".
 struct stub_case {
   uint32_t procedure;
   const char* stub;
@@ -74,7 +74,7 @@ static std::string log_since(size_t start) {
   return logged().substr(start);
 }
 
-// What the row of a procedure says of its entry.
+// The entry traces in a procedure's row.
 static const entry_trace& entry_of(uint32_t wanted) {
 #define PROCEDURE(number, name, stem, ...) \
   if (number == wanted) return row_##stem::kFacts.entry;
@@ -137,7 +137,7 @@ static std::string stub_of(std::string procedure) {
   return "_" + procedure + "_1";
 }
 
-// Through the dispatcher: which procedures have which of the traces.
+// Through the dispatcher: which procedures have which traces.
 TEST(EntryTrace, ProceduresTracedAtDispatchAreThoseWhoseStubsAre) {
   switch_log_on();
   std::set<std::string> stubs;

@@ -9,7 +9,7 @@
 #include "rpc/wire_support.h"
 #include "unit_support.h"
 
-// The first message of a handler.
+// The first message that a handler logs.
 template <typename Handler, typename Result>
 static std::string first_logged(Handler handler, Result* result) {
   unlink("/tmp/auto_debug/dbg_rpc.log");

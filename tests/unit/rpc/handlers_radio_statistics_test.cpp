@@ -5,7 +5,7 @@
 #include "rpc/wire_support.h"
 #include "unit_support.h"
 
-// 41 13 32, noise -84 -95 -91 -90, retry 3, packets, RSSI values from -100 up.
+// 41 13 32, noise -84 -95 -91 -90, retry 3, packets, and RSSI values from -100 upwards.
 static std::string reply() {
   std::vector<int64_t> words = {41, 13, 32, -84, -95, -91, -90, 3, 1000, -5};
   for (int i = 0; i < 38; ++i)
@@ -35,7 +35,7 @@ static outcome handle(Handler handler) {
   return seen;
 }
 
-// A record: code 0, so many words announced, the given ones and zeros.
+// A record: code 0, the announced number of words, then these words and zeros.
 static std::string record(unsigned announced, const std::vector<int>& words) {
   std::string bytes = word(0) + word(announced);
   for (const int value : words)

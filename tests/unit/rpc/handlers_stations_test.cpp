@@ -11,7 +11,7 @@
 
 using getter = int (*)(int, wlan_config_result_data_t*, svc_req*);
 
-// The reply of a getter as XDR.
+// A getter's reply as XDR.
 template <typename Handler>
 static std::string reply_of(Handler handler) {
   wlan_config_result_data_t result = {};
@@ -32,7 +32,7 @@ static std::string sixteen(std::initializer_list<unsigned> values) {
   return bytes + zeros(16 - static_cast<unsigned>(values.size()));
 }
 
-// 64 words announced for the record's 64 bytes; those beyond it are zeros.
+// The record has 64 bytes but announces 64 words; the rest are zeros.
 static std::string stats_payload(unsigned code, const std::string& sixteen_words) {
   return word(code) + word(64) + sixteen_words + zeros(48) + word(0);
 }
@@ -149,7 +149,7 @@ TEST(BytesHandlers, EveryCallAddsWhatCameSince) {
   EXPECT_EQ(bytes_reply(kBytesCases[3], 1), bytes_payload(0, 1000));
   EXPECT_EQ(bytes_reply(kBytesCases[3], 1), bytes_payload(0, 1000));
   gwbox("set bss 1 ssid_rx_bytes=234");
-  // Added by the call of another direction.
+  // Counted by the earlier call for the other direction.
   EXPECT_EQ(bytes_reply(kBytesCases[0], 1), bytes_payload(0, 0));
   EXPECT_EQ(bytes_reply(kBytesCases[3], 1), bytes_payload(0, 1234));
 }

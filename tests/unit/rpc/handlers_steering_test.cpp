@@ -31,7 +31,7 @@ static std::string answer_of(int (*handler)(int, wlan_config_result_data_t*, svc
   return bytes;
 }
 
-// Code, no words, eighteen bytes and their padding.
+// Code, no words, eighteen bytes and padding.
 static std::string mac_reply(uint32_t code, std::string text) {
   text.resize(20, '\0');
   return word(code) + word(0) + word(18) + text;

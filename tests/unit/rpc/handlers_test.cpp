@@ -8,7 +8,7 @@
 #include "support/hnc_listener.h"
 #include "unit_support.h"
 
-// What a handler logs; its result is released.
+// What a handler logs. Releases its result.
 template <typename Handler>
 static std::string log_of_getter(Handler handler) {
   switch_log_on();
@@ -145,7 +145,7 @@ TEST(Handlers, TextGetterIsTracedOnTheConsoleWithItsName) {
                         " WLAN RPC server : [len = 1]\n" + prefix + " WLAN RPC server : [ssid ]\n");
 }
 
-// The controller's getters.
+// Getters of the controller.
 
 TEST(Handlers, EveryTextGetterOfTheControllerShowsItsTextTwice) {
   write_file("/nvram/hnc_enable", "");

@@ -37,7 +37,7 @@ static std::string without_tail(std::string members) {
   return members;
 }
 
-// Rows are expanded twice: once for the names of the members, once for bytes.
+// The rows are expanded twice: for the names of the members and for their bytes.
 
 static std::vector<std::string> member_lists() {
   return {

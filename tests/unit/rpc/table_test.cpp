@@ -1,8 +1,8 @@
-// The procedure table against the committed wire snapshot, tests/wire_snapshot.txt:
-// a line per procedure, then a line per type of the contract.
+// Checks the procedure table against the committed wire snapshot,
+// tests/wire_snapshot.txt: a line per procedure, then a line per type of the contract.
 //
-// Clients in the field depend on every line. Lines may be added together with
-// what they describe, never changed or removed. scripts/generate adds them.
+// Clients in the field depend on every line. Never change or remove one; scripts/generate
+// adds those of new procedures and types.
 
 #include <gtest/gtest.h>
 
@@ -17,7 +17,7 @@
 #include "rpc/table_rows.h"
 #include "unit_support.h"
 
-// Types of the contract, one "struct name { members };" each without line breaks.
+// The types of the contract, each as "struct name { members };" without line breaks.
 static std::string type_lines() {
   const std::string contract = read_file(WIRE_CONTRACT);
   std::string lines;
@@ -52,14 +52,14 @@ static std::vector<std::string> lines_of(const std::string& text) {
   return lines;
 }
 
-// Older lines have a number after TEXT: the room that the daemon had. Texts travel
-// with their own length, so it is not compared.
+// Older lines have a number after TEXT, the size of the daemon's buffer. Texts travel
+// with their own length, so the number is not compared.
 static std::string compared(const std::string& line) {
   const size_t text = line.rfind(" TEXT ");
   return text == line.npos ? line : line.substr(0, text + 5);
 }
 
-// The snapshot's lines by what is compared of them.
+// The snapshot's lines by the part that is compared.
 static std::map<std::string, std::string> committed_lines() {
   std::map<std::string, std::string> lines;
   for (const std::string& line : lines_of(read_file(WIRE_SNAPSHOT)))
@@ -67,7 +67,7 @@ static std::map<std::string, std::string> committed_lines() {
   return lines;
 }
 
-// Today's lines, those of the snapshot as they stand there.
+// Writes today's lines; those already in the snapshot stay as they are.
 static void extend_snapshot(const std::string& file) {
   const auto committed = committed_lines();
   std::string text;
@@ -94,7 +94,7 @@ TEST(WireSnapshot, AdditionsAreRecorded) {
   EXPECT_EQ(recorded, lines_of(snapshot())) << "when this was added on purpose: scripts/generate";
 }
 
-// What the library sends in one piece, less the reply's header and lengths.
+// What the library can send in one piece, without the reply's header and lengths.
 static constexpr size_t kLargestAnswer = 8256;
 
 TEST(Table, EveryAnswerFitsAReply) {

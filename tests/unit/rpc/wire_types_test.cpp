@@ -1,4 +1,4 @@
-// Every type of the wire contract: its bytes, and decoding of whatever is cut.
+// Every type of the wire contract: its bytes, and decoding when bytes are missing.
 
 #include <gtest/gtest.h>
 
@@ -12,8 +12,8 @@
 #include "rpc/wire_support.h"
 #include "unit_support.h"
 
-// A stream to decode from without end: every item has the same value, every
-// byte is a letter. Texts and arrays get that many characters and elements.
+// An endless stream to decode from: every item has the same value, and every byte is a
+// letter. The value is also the length of texts and arrays.
 
 static long endless_value;
 
@@ -35,7 +35,7 @@ static bool_t endless_reposition(XDR*, u_int) {
   return TRUE;
 }
 
-// No buffer at hand: the filters take one item at a time.
+// No buffer, so that the filters take one item at a time.
 static int32_t* endless_inline(XDR*, u_int) {
   return nullptr;
 }
@@ -53,7 +53,7 @@ static XDR endless_stream() {
   return stream;
 }
 
-// The bytes of an object with that value in every place.
+// The bytes of an object with the value in every place.
 template <typename T>
 static std::string sample_bytes(bool_t (*filter)(XDR*, T*), long value) {
   endless_value = value;
@@ -79,7 +79,7 @@ static void round_trip(const char* name, bool_t (*filter)(XDR*, T*)) {
   }
 }
 
-// Large tables are cut at a sample of places only.
+// Large tables are cut at a sample of places.
 static size_t step_of(size_t length) {
   return length < 1500 ? 1 : length / 97;
 }
@@ -126,7 +126,7 @@ TEST(WireTypes, EveryTypeIsRefusedWhereTheRoomEnds) {
 #undef TYPE
 }
 
-// That the tests here miss none: wire_types.def is made from the contract.
+// wire_types.def is made from the contract. This shows that it misses no type.
 TEST(WireTypes, EveryStructureOfTheSnapshotIsAmongThem) {
   std::set<std::string> types;
 #define TYPE(name) types.insert(#name);
@@ -150,7 +150,7 @@ TEST(WireTypes, CharacterOfAVectorTakesFourBytes) {
   memcpy(device.ssid, "Home", 4);
   const std::string with = encoded(xdr_wlan_device_t, &device);
   ASSERT_EQ(with.size(), without.size());
-  // The network name is the last member: 32 characters, 128 bytes.
+  // The network name is the last member: 32 characters in 128 bytes.
   const std::string name = with.substr(with.size() - 128);
   EXPECT_EQ(with.substr(0, with.size() - 128), without.substr(0, with.size() - 128));
   EXPECT_EQ(name, word('H') + word('o') + word('m') + word('e') + zeros(28));
@@ -184,8 +184,8 @@ TEST(WireTypes, StationMembersAreInOrder) {
   EXPECT_TRUE(encoded(xdr_wlan_device_t, &device) == expected);
 }
 
-// libtirpc widens a character as the processor's char is, on ARM without a sign. Read
-// into a char, both are the same.
+// libtirpc widens a char with the processor's signedness; on ARM it is unsigned. Reading
+// into a char gives the same value either way.
 TEST(WireTypes, NegativeCharacterIsSignExtendedWhereCharHasASign) {
   scan_entry entry = {};
   entry.rssi = -70;
@@ -287,7 +287,7 @@ TEST(WireTypes, EveryStatusIsCarriedUnchanged) {
   }
 }
 
-// Texts as the daemon decodes them.
+// Decoding texts.
 
 static std::string text_from(const std::string& bytes) {
   string_t text = nullptr;

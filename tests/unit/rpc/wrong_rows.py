@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""wrong_rows.py BUILD SOURCE: rows with mistakes do not compile, and the messages name the
-procedure and what to write. All mistakes are made in one copy of procedures.def."""
+"""wrong_rows.py BUILD SOURCE: checks that rows with mistakes do not compile and that the
+messages name the procedure and what to write. One copy of procedures.def has all mistakes."""
 import json
 import os
 import re
@@ -9,7 +9,7 @@ import subprocess
 import sys
 import tempfile
 
-# What is replaced in the row of a procedure, and what the compiler is to say.
+# Procedure, pattern in its row, replacement, message of the compiler, name in the message.
 MISTAKES = [
     ("WLAN_RESET", r"(?s)OWN.*", "", "has no row: write one in procedures.def"),
     ("WLAN_INIT", r"OWN\(2, WLAN_INIT", "OWN(2, WLAN_INITIALIZE",
@@ -42,7 +42,7 @@ def with_mistakes(rows):
 
 
 def compile_command(build):
-    """What compiles procedures_check.cpp, without compiler cache, input and output."""
+    """The command for procedures_check.cpp without compiler cache, input and output."""
     with open(f"{build}/compile_commands.json", encoding="utf-8") as file:
         command = next(shlex.split(entry["command"]) for entry in json.load(file)
                        if entry["file"].endswith("/src/rpc/procedures_check.cpp"))
@@ -64,13 +64,13 @@ def main(build, source):
             [compiler, f"-I{directory}", *flags, "-fsyntax-only", f"{directory}/all.cpp"],
             cwd=build, capture_output=True, text=True, check=False).stderr
     messages = [line for line in said.splitlines() if "static assertion failed" in line]
-    # None is hidden among others: two mistakes make their neighbours wrong, too.
+    # No flood of messages may hide the right ones; some mistakes cause a second message.
     status = 0 if len(messages) <= 2 * len(MISTAKES) else 1
     for name, _, _, message, *other in MISTAKES:
         name = (other or [name])[0]
         named = rf"[ :]{name}\b"
         if not any(re.search(named, line) and message in line for line in messages):
-            print(f"nothing names {name} and says: {message}")
+            print(f"no message names {name} and says: {message}")
             status = 1
     if status:
         print(f"{len(messages)} messages:\n" + "\n".join(messages[:20]))

@@ -68,7 +68,7 @@ TEST(ByteCounters, OfABssAndOfARadioAreOneDirectionEach) {
 TEST(ByteCounters, FailureIsReportedAndAddsNothing) {
   start_radios("ra0");
   set_bytes(1, "100", "200");
-  // Asked to try again is a failure here.
+  // EAGAIN counts as a failure here too.
   for (const char* error : {"EIO", "EAGAIN"}) {
     gwbox(std::string("fail ssid_traffic ") + error);
     const std::string errors = errors_of([] { EXPECT_EQ(wlan_getSSIDTxRxBytes(1), -1); });
@@ -103,7 +103,7 @@ TEST(ByteCounters, CountsThatLieAreBounded) {
     EXPECT_EQ(wlan_getSSIDTxRxBytes(1), 0);
     EXPECT_EQ(mbss_stat_24g[0].received - before[0].received, c.added >= 1 ? 11u : 0u) << c.said;
     EXPECT_EQ(mbss_stat_24g[7].sent - before[7].sent, c.added == 8 ? 82u : 0u) << c.said;
-    // Taken by the driver, or left there by the lie.
+    // Clears counters that a false count has kept from being read.
     set_bytes(1, "0", "0");
     set_bytes(8, "0", "0");
   }

@@ -52,7 +52,7 @@ TEST(ChannelUtilization, ProfileThatCannotBeWrittenStopsIt) {
 TEST(ChannelUtilization, CommandWhoseEndIsUnknownIsReported) {
   drivers_inited = 1;
   write_file(kProfile24, "ChannelUtilizationEnable=0\n");
-  // In a process of its own, which ends without waiting for any other.
+  // A child process, because no later wait would succeed.
   EXPECT_EXIT(
       {
         fail_system_call(SYS_wait4, ECHILD);
@@ -68,12 +68,12 @@ TEST(ChannelUtilization, CommandThatFailsDoesNotCountAsFailure) {
   EXPECT_EQ(wlan_setChannelUtilizationEnable(1, 1), 0);
 }
 
-// A load record: period, twelve bytes of something else, busy time.
+// A load record: period, twelve other bytes, busy time.
 static std::string load(uint32_t period, uint32_t busy) {
   return bytes_of(period) + std::string(12, '\xEE') + bytes_of(busy);
 }
 
-// The last byte is never asked for: 24 bits of the busy time count.
+// The query never asks for the last byte, so the busy time has 24 bits.
 static constexpr uint16_t kLoad = 0x0693;
 
 struct load_case {
@@ -148,7 +148,7 @@ TEST(ChannelUtilization, OtherFailuresAreReported) {
         errors_of([&] { EXPECT_EQ(wlan_getChannelUtilization(1, &value), -1); });
     EXPECT_TRUE(load.ends_with(rev_error_prefix("wlan_getChannelUtilization") + failed)) << load;
   }
-  // Off: no failure of the switch's getter, one of the value's.
+  // Channel statistics are off, which is a failure only for the value's getter.
   errors_of([&] { EXPECT_EQ(wlan_getChannelUtilization(1, &value), -1); });
   EXPECT_EQ(value, 99);
 }

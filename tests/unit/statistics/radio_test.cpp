@@ -13,7 +13,7 @@ static const std::string kRa0 = "/var/run/radstat/ra0";
 static const std::string kRa8 = "/var/run/radstat/ra8";
 static const std::string kRequest("result\0", 7);
 
-// What all getters deliver, in their order.
+// The values of all getters, in order.
 static std::vector<int64_t> all_values(int index) {
   int32_t cst = 7, ap_act = 7, busy = 7, min = 7, max = 7, median = 7, average = 7, retry = 7;
   int64_t sent = 7, received = 7;
@@ -31,15 +31,15 @@ static std::vector<int64_t> all_values(int index) {
   return values;
 }
 
-// The getters' presets: -1, and 0 for the packet counts.
+// The getters' initial values: -1, and 0 for the packet counts.
 static std::vector<int64_t> presets() {
   std::vector<int64_t> values(10 + 37, -1);
   values[8] = values[9] = 0;
   return values;
 }
 
-// A reply in the daemon's order: 41 13 32, noise -84 -95 -91 -90, retry 3,
-// packets, 37 RSSI values from -100 up.
+// A reply in the daemon's order: 41 13 32, noise -84 -95 -91 -90, retry 3, packets, and
+// 37 RSSI values from -100 upwards.
 static std::string good_reply(int64_t sent = 123456) {
   std::vector<int64_t> words = {41, 13, 32, -84, -95, -91, -90, 3, sent, -5};
   for (int i = 0; i < 37; ++i)
@@ -106,7 +106,7 @@ TEST(RadioStatistics, ShortReplyReadsAsZeroBehindItsEnd) {
   start_datagram_daemon(kRa0, times(6, good_reply().substr(0, 42)), &daemon);
   std::vector<int64_t> expected = good_values();
   std::fill(expected.begin() + 10, expected.end(), 0);
-  // The first entry lost its upper half: -100 is 0xFFFFFF9C.
+  // The reply ends within the first entry: half of -100, which is 0xFFFFFF9C.
   expected[10] = 0xFF9C;
   EXPECT_EQ(all_values(1), expected);
   end_datagram_daemon(&daemon);
@@ -156,7 +156,7 @@ TEST(RadioStatistics, ValuesAreTracedWhenTheyCame) {
   EXPECT_EQ(output_of([] { errors_of([] { all_values(1); }); }), "");
 }
 
-// What the switch runs, without "executing" and the prefix.
+// The commands that the switch runs, without "executing" and the prefix.
 static std::string commands_of(int index, int enable, int report, int measure) {
   switch_console_on();
   std::string commands;

@@ -26,8 +26,7 @@ static bool sleeps(pid_t thread) {
   return contains(status, "State:\tS");
 }
 
-// Takes datagrams from a full queue until the one given comes; false when none
-// comes any more.
+// Receives datagrams from a full queue until `wanted` comes; false when no more come.
 static bool make_room_for(int sock, char wanted) {
   pollfd readable = {sock, POLLIN, 0};
   char byte = 0;
@@ -143,7 +142,7 @@ TEST(RadCtrl, DaemonThatSendsWithoutPauseHoldsNoRequest) {
   EXPECT_LT(waited, 2.0);
   EXPECT_STREQ(reply, "more");
   ending = true;
-  // Wakes a sender that waits for room.
+  // Wakes a sender that is waiting for room.
   rad_ctrl_close(client);
   for (std::thread& sender : senders)
     sender.join();
@@ -240,7 +239,7 @@ struct answer {
 
 }  // namespace
 
-// One buffered request; the reply buffer has dots where nothing was written.
+// One buffered request. Dots in the reply buffer mark bytes that were not written.
 static answer ask(int radio) {
   answer said = {99, 7, std::string(200, '.')};
   said.result = rad_ctrl_request_buffered(radio, "q", 1, said.bytes.data(), &said.length);
@@ -336,7 +335,7 @@ TEST(RadCtrlBuffered, WithoutADaemonTheLastGoodReplyComesWithAFailure) {
 }
 
 TEST(RadCtrlBuffered, IndexSelectsDaemonAndKeptReply) {
-  // Up to 7 the reply of the 2.4 GHz radio is shared, from 8 on the other.
+  // Indexes up to 7 share the 2.4 GHz radio's kept reply, those from 8 on the other's.
   struct {
     int index;
     const char* interface;

@@ -16,7 +16,7 @@
 static constexpr char kFailed[] = "ioctl failed (cmd=0x8BE1, sub_cmd=0x67D)\n";
 using words = std::vector<uint32_t>;
 
-// Counters first, first + 1, ... of a BSS.
+// Sets a BSS's counters to first, first + 1, ...
 static void set_counters(int bss, unsigned first) {
   std::string list;
   for (unsigned i = 0; i < 14; ++i)
@@ -117,7 +117,7 @@ TEST(Traffic, RadioSumsItsEnabledBsses) {
   set_counters(3, 1000);
   set_counters(9, 50000);
   set_counters(10, 70000);
-  // Counters 6, 4, 7, 5, 3, 2, 0 and 1 of BSS 1 and 3; the rest stays zero.
+  // Counters 6, 4, 7, 5, 3, 2, 0 and 1 of BSSs 1 and 3. The rest stay zero.
   const words first = {1112, 1108, 0, 0, 1114, 1110, 0, 0, 0, 0, 0, 1106, 1104, 1100, 1102, 0};
   EXPECT_EQ(radio_stats(1), first);
   EXPECT_EQ(radio_stats(8), first) << "any BSS names its radio";
@@ -127,7 +127,7 @@ TEST(Traffic, RadioSumsItsEnabledBsses) {
 
 TEST(Traffic, OnlyAOneEnablesABss) {
   start_radios("ra0 ra1 ra2 ra3 ra4 ra5 ra6 ra7");
-  // The fields are cut at two characters, the last one is not; 01 and "1x" are 1.
+  // All fields but the last are cut to two characters; 01 and "1x" count as 1.
   set_profile_value(kProfile24, "BssEnabled", "2;-1;;x;11;01;1x;100");
   for (int bss = 1; bss <= 8; ++bss)
     set_counters(bss, bss == 6 || bss == 7 ? 100 : 5000);

@@ -12,8 +12,8 @@
 #include "support/gateway.h"
 #include "unit_support.h"
 
-// Puts an iwpriv first in the PATH that notes its arguments and whether band
-// steering's marker is there.
+// Puts an iwpriv first in the PATH that records its arguments and whether band steering's
+// marker exists.
 static void note_iwpriv() {
   mkdir("/tmp/noting", 0755);
   write_file("/tmp/noting/iwpriv",
@@ -28,7 +28,7 @@ static void set_quietly(int enable, int status) {
 }
 
 TEST(BandSteeringSettings, DriverIsSwitchedOnBeforeTheDaemonStartsAndOffAfterItStopped) {
-  // The start looks for the daemon's marker at once and then after a second.
+  // A start looks for the marker at once and again after a second.
   make_bands_alike();
   for (const char* profile : {kProfile24, kProfile5})
     set_profile_value(profile, "BandSteering", "0");
@@ -47,12 +47,12 @@ TEST(BandSteeringSettings, DriverIsSwitchedOnBeforeTheDaemonStartsAndOffAfterItS
   EXPECT_EQ(profile_value(kProfile5, "BandSteering"), "0");
 }
 
-// What both profiles have for the switch.
+// The switch's values in both profiles.
 static std::string noted_switches() {
   return profile_value(kProfile24, "BandSteering") + profile_value(kProfile5, "BandSteering");
 }
 
-// Sets the switch; the profiles have to have it once the command is reached.
+// Sets the switch and checks that the profiles have it when the command runs.
 static void expect_noted_before(int enable, const std::string& command) {
   hold_command(command);
   std::thread setter([&] { EXPECT_EQ(wlan_setBandSteerEnable(enable), 0); });

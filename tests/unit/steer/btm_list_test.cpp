@@ -15,13 +15,13 @@
 
 static constexpr char kHandler[] = "wlan_get_btm_associated_device_1_svc";
 
-// The dual-band chip, as far as the daemon looks.
+// Makes the daemon see the dual-band chip.
 static void make_mt7615() {
   mount_tmpfs("/proc/bus/pci", "size=64k");
   write_file("/proc/bus/pci/devices", "0100\t14c37615\t4\tdriver\n");
 }
 
-// A reply taken apart by the offsets that clients know.
+// A reply, split at the offsets that clients know.
 struct btm_reply {
   int code = 99;
   std::string image;
@@ -69,7 +69,8 @@ TEST(BtmList, RecordHasItsFieldsAtTheirOffsets) {
   EXPECT_EQ(reply.image.substr(0, 4), std::string("\1\0\0\0", 4));
   const std::string expected(
       "\xd1\xff\xff\xff"                  // -47
-      "\x00\x40\x02\x00\x00\x40\x02\x00"  // 144 Mbit/s, twice 72; receive rate unknown: the same
+      "\x00\x40\x02\x00\x00\x40\x02\x00"  // 144 Mbit/s: 2 x 72. The receive rate is unknown, so the
+                                          // same
       "\x07\x00\x00\x00\x07\x00\x00\x00"
       "\xcc\xdd\xee\xff\x00\x00\x00\x00"  // bytes sent
       "\x01\x02\x03\x04\x00\x00\x00\x00"  // bytes received
@@ -105,7 +106,7 @@ TEST(BtmList, DualBandChipTellsReceiveRateAndCapability) {
 TEST(BtmList, DualBandChipsRatesAreNormalised) {
   make_mt7615();
   start_radios("ra0");
-  // OFDM 54 sent, CCK 5.5 with a short preamble received.
+  // OFDM 54 sent, CCK 5.5 with short preamble received.
   set_station(1, "bss=1 tx_rate=0x200C rx_rate=0x0006 btm=false");
   const std::string station = station_of(list_of(1), 0);
   EXPECT_EQ(number_at(station, 4), 54 * 1024);
@@ -224,7 +225,7 @@ TEST(BtmList, StationWithoutStatisticsHasZeros) {
   EXPECT_EQ(mac_of(reply, 0), station_mac(1));
 }
 
-// Statistics of one station: sent bytes, and VHT as its mode.
+// One station's statistics: the bytes sent, and VHT as its mode.
 static std::string statistics_of(int n, char sent) {
   std::string entry(52, '\0');
   entry.replace(1, 6, std::string("\x02\x00\x5e\x00\x01", 5) + static_cast<char>(n));
@@ -274,7 +275,7 @@ TEST(BtmList, CountsThatLieAreBounded) {
   for (const char* count : {"129", "4294967295"}) {
     gwbox(std::string("fail stations count=") + count);
     EXPECT_EQ(count_in(list_of(2)), 2) << count;
-    // Entries that nobody wrote are those of BSS 1.
+    // Unwritten entries are zeros, which count as stations of BSS 1.
     gwbox(std::string("fail stations count=") + count);
     EXPECT_EQ(count_in(list_of(1)), 32) << count;
   }
@@ -290,8 +291,8 @@ TEST(BtmList, CountsThatLieAreBounded) {
   }
 }
 
-// What the handler logs and writes to standard error, and that nothing but the
-// code is in its reply.
+// Checks the handler's message on standard error, and that the reply has nothing but the
+// code.
 static void expect_failure(int bss, int code, const std::string& message) {
   const std::string errors = errors_of([&] {
     const btm_reply reply = list_of(bss);
@@ -325,7 +326,7 @@ TEST(BtmList, CapabilityThatIsNotToldBreaksTheListOff) {
   start_radios("ra0");
   for (int n = 1; n <= 3; ++n)
     set_station(n, "bss=1 btm=true");
-  gwbox("fail btm delay=1");  // the first one is told, late
+  gwbox("fail btm delay=1");  // answers the first one correctly, so that the second fails
   gwbox("fail btm EIO");
   switch_log_on();
   const std::string errors = errors_of([] {
@@ -341,7 +342,7 @@ TEST(BtmList, CapabilityThatIsNotToldBreaksTheListOff) {
   EXPECT_EQ(errors, rpc_error_prefix("rtpriv_get_ioctl") +
                         "ioctl failed (cmd=0x8BE1, sub_cmd=0x494A)\n" + rpc_error_prefix(kHandler) +
                         "query STA 02:00:5e:00:01:02 btm capability failed. \n ");
-  // The first station is told of, the second is not, and nothing is summed up.
+  // The first station is logged, the second is not, and no total follows.
   const std::string log = read_file("/tmp/auto_debug/dbg_rpc.log");
   EXPECT_EQ(count_of(log, "STA 02:00:5e:00:01:01 rssi="), 1) << log;
   EXPECT_FALSE(contains(log, "STA 02:00:5e:00:01:02 rssi=")) << log;
@@ -364,7 +365,7 @@ TEST(BtmList, ShortCapabilityIsNotThePreviousStations) {
 TEST(BtmList, IsTraced) {
   start_radios("ra0 ra1");
   set_station(0xAB, kFullStation);
-  EXPECT_EQ(hasMTK7615(), 0);  // which is reported, but once
+  EXPECT_EQ(hasMTK7615(), 0);  // logs this once now, and not in the list below
   switch_log_on();
   EXPECT_EQ(list_of(2).code, 0);
   const std::string expected =
@@ -375,7 +376,7 @@ TEST(BtmList, IsTraced) {
       "rx_mcs=7, bytes_sent=4293844428, bytes_rcv=67305985, backhaul_sta=0 is_ht = 1 is_vht = 0 \n"
       "total assoc STA num on SSID [2] is 1\n"
       " WLAN RPC server : result->return_data.return_data_len = 2436 \n";
-  // Time stamps also stand behind the blank that follows a line end.
+  // A time stamp also follows the blank after a line end.
   static const std::regex kStamp("[A-Z][a-z]{2} [A-Z][a-z]{2} [ 0-9:]+ [0-9]{4} - ");
   const std::string log = std::regex_replace(read_file("/tmp/auto_debug/dbg_rpc.log"), kStamp, "");
   EXPECT_EQ(log, expected);

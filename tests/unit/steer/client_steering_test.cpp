@@ -42,12 +42,12 @@ TEST(TransitionRequest, GoesOutAsActionFrameAndSteerRecord) {
   EXPECT_EQ(member(requests[0], "sub"), "0x06B0");
   EXPECT_EQ(member(requests[0], "interface"), "ra0");
   EXPECT_EQ(member(requests[0], "length"), "1034");
-  // Category, address, two bytes of body, the rest of the room.
+  // Category, address, two body bytes, and the rest of the buffer.
   EXPECT_EQ(member(requests[0], "bytes"), "0a00000002005e0000010a1b" + zeros(1022));
   EXPECT_EQ(member(requests[1], "name"), "object_set");
   EXPECT_EQ(member(requests[1], "sub"), "0x06B1");
   EXPECT_EQ(member(requests[1], "length"), "20");
-  // Address, padding, kind 1, action and time 0.
+  // Address, padding, kind 1, action 0 and time 0.
   EXPECT_EQ(member(requests[1], "bytes"), "02005e000001000001000000" + zeros(8));
 }
 
@@ -225,7 +225,7 @@ TEST(Disconnect, ShellThatCannotBeRunDoesNotMatter) {
   for (const char* profile : {kProfile24, kProfile5})
     set_profile_value(profile, "HNCSteerSTAMac", kStation);
   remove_key(kProfile5, "HNCSteerBlackListAction");
-  // In a process of its own, which ends without waiting for any other.
+  // A child process, because no later wait would succeed.
   EXPECT_EXIT(
       {
         fail_system_call(SYS_wait4, ECHILD);
@@ -250,7 +250,7 @@ TEST(Disconnect, AddressHasAtMost18Characters) {
 struct blacklist_case {
   const char* action;
   const char* seconds;  // null: no such key
-  std::string record;   // behind address and padding: kind, action, time
+  std::string record;   // after address and padding: kind, action, time
 };
 
 TEST(Blacklist, RecordCarriesActionAndTime) {

@@ -41,7 +41,7 @@ static const setting kSettings[] = {
     {wlan_setDCSDebugLevel, "DCSDebugLevel", false},
 };
 
-// The datagram that tells a setting as a text.
+// The datagram that announces a setting as text.
 static std::string text_message(const std::string& text) {
   std::string bytes = little_endian({1, 0, static_cast<int64_t>(text.size()) + 1}) + text;
   bytes.resize(268, '\0');
@@ -177,7 +177,7 @@ TEST(DcsSettings, ValueInPlaceIsNoFailureAndToldAgain) {
 }
 
 TEST(DcsSettings, SwitchesActThoughTheProfileCannotBeWritten) {
-  // What is looked at is the 2.4 GHz profile; an index from 9 on writes the other.
+  // The 2.4 GHz profile decides, but an index from 9 on writes the 5 GHz one.
   for (const char* key : {"MSODCSOn", "USERDCSOn", "RadioOn"})
     set_profile_value(kProfile24, key, "1");
   set_profile_value(kProfile24, "Channel", "0");
@@ -191,7 +191,7 @@ TEST(DcsSettings, SwitchesActThoughTheProfileCannotBeWritten) {
   }
 }
 
-// What the bare text makes of a datagram.
+// The datagram of a bare text.
 static std::string bare_message(std::string text) {
   text.resize(268, '\0');
   return text;
@@ -207,7 +207,7 @@ TEST(DcsSettings, RssiWeightIsATextWithoutTypeAndLength) {
       {"", "", "DCSRSSIWeight="},
       {"'$(touch /tmp/pwned)`\"%n%s", "'$(touch /tmp/pwned)`\"%n%s",
        "DCSRSSIWeight='$(touch /tmp/pwned)`\"%n%s"},
-      // Cut to 95 characters for the daemon.
+      // The message to the daemon is cut to 95 characters.
       {std::string(200, 'w'), std::string(200, 'w'), "DCSRSSIWeight=" + std::string(81, 'w')},
       {std::string(81, 'x'), std::string(81, 'x'), "DCSRSSIWeight=" + std::string(81, 'x')},
   };
@@ -246,7 +246,7 @@ TEST(DcsSettings, FailureToSendIsReportedWithTheTextBehindTheHeader) {
   EXPECT_EQ(errors_of([] { EXPECT_EQ(wlan_setDCSMediumUtilizationWeight(1, 51), -1); }),
             not_sent("DCSMedUtWeight=51"));
   EXPECT_EQ(errors_of([] { EXPECT_EQ(wlan_setDCSDebugLevel(1, 5), -1); }), not_sent("\\x05"));
-  // Of a bare text what stands at the place of the payload.
+  // For a bare text, the message shows the bytes at the payload's position.
   EXPECT_EQ(errors_of([] { EXPECT_EQ(wlan_setDCSRSSIWeight(1, "%n50"), -1); }), not_sent("t=%n50"));
   const std::string unterminated(268, 'u');
   EXPECT_EQ(errors_of([&] { EXPECT_EQ(notifyDCSSettingChanges(1, unterminated.data()), -1); }),

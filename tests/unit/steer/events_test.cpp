@@ -13,7 +13,7 @@
 static const std::string kDaemon = "/var/run/mtk_ctrl_path";
 static const std::string kReported = rev_error_prefix("wlan_getSteerEventReport");
 
-// One event of the daemon's reply.
+// An event in the daemon's reply.
 static std::string event(int type, int code, const std::string& mac, int64_t time) {
   std::string bytes;
   bytes += static_cast<char>(type);
@@ -32,7 +32,7 @@ static std::string reply_of(int64_t status, const std::vector<std::string>& even
   return reply;
 }
 
-// One event of the report: 36 bytes.
+// An event in the report: 36 bytes.
 static std::string reported(int64_t type, const std::string& mac, int64_t time, std::string code) {
   code.resize(8, '\0');
   return little_endian({type}) + mac + std::string(3, '\0') + little_endian({time}) + code;
@@ -56,7 +56,7 @@ struct outcome {
 
 }  // namespace
 
-// Asks for the report of a radio. The buffer holds zeros before, dots behind.
+// Asks for a radio's report. The buffer is filled with zeros and followed by dots.
 static outcome ask(int radio) {
   outcome result = {99, std::string(1156, '\0') + "....", ""};
   result.errors = errors_of([&] {
@@ -78,7 +78,7 @@ static outcome ask_daemon(const std::string& reply) {
 }
 
 TEST(SteerEvents, RequestNamesTheRadio) {
-  // Command 1, eight bytes of zeros, index less one.
+  // Command 1, eight zero bytes, and the index minus one.
   const std::pair<int, int64_t> kCases[] = {
       {1, 0}, {9, 8}, {0, -1}, {17, 16}, {INT_MAX, 0x7FFFFFFE}, {INT_MIN, 0x7FFFFFFF}};
   for (const auto& [index, number] : kCases) {

@@ -38,7 +38,7 @@ static constexpr number_setter kNumberSetters[] = {
 struct text_getter {
   const char* name;
   const char* key;
-  int (*get)(int index, char* text);  // into room for any of them
+  int (*get)(int index, char* text);  // the buffer must be large enough for any of them
   size_t longest;
   int missing;
   const char* message;
@@ -47,7 +47,7 @@ struct text_getter {
 static constexpr char kGet[] = "failed to get wifi profile, ret:0\n ";
 static constexpr char kUpdate[] = "failed to update wifi profile, ret:0\n ";
 
-// The getters take buffers of their own sizes.
+// Each getter takes a buffer of its own size.
 template <size_t Size, int (*get)(int, char (&)[Size])>
 static int read_text(int index, char* text) {
   return get(index, *reinterpret_cast<char(*)[Size]>(text));

@@ -24,7 +24,7 @@ TEST(OperatingClass, IsTheDriversThirtyTwoBitValue) {
   switch_console_on();
   answer_object_with(0x06B2, "\x01\x02\x03\x04");
   const std::string output = output_of([&] { EXPECT_EQ(wlan_getOperatingClass(1, &value), 0); });
-  // The last byte is never asked for.
+  // The query never asks for the last byte.
   EXPECT_EQ(value, 0x030201);
   EXPECT_TRUE(contains(output, "wlan_getOperatingClass\033[0m  opt class = 197121. \n ")) << output;
 }
@@ -48,7 +48,7 @@ TEST(OperatingClass, FailureIsReported) {
 
 struct mode_case {
   int index;
-  const char* mode;  // null: no such key
+  const char* mode;  // null: the key is missing
   int ht;
   int vht;
 };
@@ -90,7 +90,7 @@ TEST(WirelessMode, IsTraced) {
 
 TEST(RadioMaxBitRate, IsInWholeMegabits) {
   bring_radios_up();
-  // 300 Mbit/s of two HT40 streams, 866.7 of two VHT80 streams.
+  // Two HT40 streams have 300 Mbit/s, two VHT80 streams 866.7.
   int value = 99;
   switch_console_on();
   const std::string output = output_of([&] { EXPECT_EQ(wlan_getRadioMaxBitRate(1, &value), 0); });

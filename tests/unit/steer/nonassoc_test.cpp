@@ -167,7 +167,7 @@ TEST(NonAssocRequestMac, IsWrittenAndNamedToTheDriver) {
   EXPECT_EQ(member(request, "name"), "query");
   EXPECT_EQ(member(request, "interface"), "ra8");
   EXPECT_EQ(member(request, "sub"), "0x06B5");
-  // Of seven bytes all but the last are announced.
+  // The query announces all but the last of its seven bytes.
   EXPECT_EQ(member(request, "length"), "6");
   EXPECT_EQ(member(request, "bytes"), "02005e200001");
 }
@@ -213,7 +213,7 @@ static std::string probe_bytes(const probe& p) {
   return bytes;
 }
 
-// Four probes of the given RSSI upwards, at noon of the first four days of 2024.
+// Four probes with RSSI values from `rssi` upwards, at noon on 1 to 4 January 2024.
 static std::string station(const std::string& mac, int count, int newest, int8_t rssi) {
   std::string bytes = mac + static_cast<char>(count) + static_cast<char>(newest);
   for (int i = 0; i < 4; ++i) {
@@ -253,7 +253,7 @@ TEST(NonAssocReport, NewestProbeOfTheStationIsTold) {
                      report(2, station(kOtherMac, 4, 1, -90) + station(kProberMac, 4, 2, -70)));
   nonassoc_answer answer = {};
   EXPECT_EQ(errors_of([&] { EXPECT_EQ(wlan_getNonAssocRptTable(1, &answer), 0); }), "");
-  // Valid, RSSI -69, 2024-01-02 12:00:00, the text, three zeros, room for others.
+  // Valid, RSSI -69, 2024-01-02 12:00:00, the text, and zeros.
   std::string expected = bytes_of(1) + bytes_of(0xFFFFFFBB) + bytes_of(1704196800) + kProber;
   expected.resize(900, '\0');
   EXPECT_EQ(std::string(reinterpret_cast<char*>(&answer), sizeof answer), expected);
@@ -344,9 +344,9 @@ TEST(NonAssocReport, DateIsTheTimeThatMktimeGives) {
       {{1970, 1, 1, 0, 0, 1}, 1},
       {{2024, 2, 29, 23, 59, 59}, 1709251199},
       {{2024, 13, 1, 0, 0, 0}, 1735689600},  // January of the next year
-      {{2024, 1, 0, 0, 0, 0}, 1703980800},   // the last of December
+      {{2024, 1, 0, 0, 0, 0}, 1703980800},   // 31 December 2023
       {{2024, 1, 1, 0, 0, -1}, 1704067199},
-      {{INT32_MAX, INT32_MAX, 1, 0, 0, 0}, -1},  // none that fits
+      {{INT32_MAX, INT32_MAX, 1, 0, 0, 0}, -1},  // does not fit
       {{INT32_MIN, INT32_MIN, INT32_MIN, INT32_MIN, INT32_MIN, INT32_MIN}, -1},
   };
   for (const date_case& c : cases) {
@@ -361,7 +361,7 @@ TEST(NonAssocReport, DateIsTheTimeThatMktimeGives) {
 
 TEST(NonAssocReport, DateIsOneOfTheBoxsTimeZone) {
   use_utc();
-  // One hour east, two in summer.
+  // One hour east of UTC, two in summer.
   setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);
   const date_case cases[] = {{{2024, 1, 15, 12, 0, 0}, 1705316400},
                              {{2024, 7, 15, 12, 0, 0}, 1721037600}};

@@ -7,7 +7,7 @@
 
 #include "unit_support.h"
 
-// The device list of the box is replaced as a whole: the directory is covered.
+// Covers the directory, which replaces the whole device list.
 static void set_devices(const std::string& list) {
   mount_tmpfs("/proc/bus/pci", "size=64k");
   write_file("/proc/bus/pci/devices", list);
@@ -171,7 +171,7 @@ TEST(Board, MessagesAreProgressTracesOfTheProbes) {
 }
 
 TEST(Board, ListOfTheBoxShowsTwoCards) {
-  // The board that these tests run on.
+  // The board on which these tests run.
   EXPECT_EQ(hasMTK7615(), 0);
   EXPECT_EQ(isSingleBand(), 0);
 }

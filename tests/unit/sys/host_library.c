@@ -1,5 +1,5 @@
-/* The host's library as the tests see it: notes every call in a file, and of
- * that moment whether the value was in the 2.4 GHz profile, and the profile. */
+/* A stand-in for the host's library: it records every call and, as of that moment, the
+ * 2.4 GHz profile and whether the value is in it. */
 #include <stdio.h>
 #include <string.h>
 

@@ -1,4 +1,6 @@
-/* A library of the same name that lacks the function. */
+/* A library with the same name but without the function. */
 int rev_something_else(void);
 
-int rev_something_else(void) { return 0; }
+int rev_something_else(void) {
+  return 0;
+}

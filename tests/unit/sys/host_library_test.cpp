@@ -7,7 +7,7 @@
 
 #include "unit_support.h"
 
-// The gateway has the library among its own or does not have it at all.
+// A gateway has the host's library here or does not have it at all.
 static constexpr char kInstalled[] = "/usr/lib/libvexal_rev_rpc_client.so";
 
 static void install_library(const char* from) {

@@ -56,7 +56,7 @@ TEST(Limits, WriteBeyondTheLargestFileFails) {
 }
 
 TEST(Limits, CommandsAreEndedByFailedWritesAsEver) {
-  // Also where the daemon was started with it ignored, as systemd does.
+  // Also when the daemon was started with SIGPIPE ignored, as systemd does.
   signal(SIGPIPE, SIG_IGN);
   survive_failed_writes();
   const int status = system("kill -PIPE $$");

@@ -18,7 +18,7 @@
 
 static constexpr char kFile[] = "/tmp/.some.lock";
 
-// Whether somebody else could take the lock in that mode now.
+// Whether another user of the file could take the lock in that mode now.
 static bool obtainable(int operation) {
   const int file = open(kFile, O_RDWR | O_CLOEXEC);
   const bool free = file >= 0 && flock(file, operation | LOCK_NB) == 0;
@@ -98,7 +98,7 @@ TEST(Lock, WhatAnotherUserMadeIsReplaced) {
   EXPECT_FALSE(exists("/tmp/not there"));
 }
 
-// The holder of what another user made is waited for, but not for ever.
+// The daemon waits for the holder of another user's file, but not forever.
 TEST(Lock, HolderOfWhatIsReplacedIsWaitedForAWhile) {
   write_file(kFile, "");
   if (!give_to_nobody(kFile)) GTEST_SKIP() << kOneUser;
@@ -114,7 +114,7 @@ TEST(Lock, HolderOfWhatIsReplacedIsWaitedForAWhile) {
   close(held);
 }
 
-// Whoever waits for the file that is removed takes the new one.
+// Users that were waiting for the removed file take the new one.
 TEST(Lock, SecondNameIsRemovedAndNobodyHoldsBothFiles) {
   write_file(kFile, "");
   ASSERT_EQ(link(kFile, "/tmp/.second"), 0);
@@ -153,7 +153,7 @@ TEST(Lock, SecondNameIsRemovedAndNobodyHoldsBothFiles) {
   EXPECT_EQ(status.st_nlink, 1u);
 }
 
-// One that took its lock after the file had been replaced has no lock.
+// A lock taken on a file that has been replaced is worthless, so the new one is taken.
 TEST(Lock, FileThatWasReplacedMeanwhileIsNoLock) {
   write_file(kFile, "");
   const int held = open(kFile, O_RDWR | O_CLOEXEC);

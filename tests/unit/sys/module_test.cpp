@@ -16,11 +16,11 @@
 
 namespace {
 
-// One system call as the kernel is asked for it.
+// A system call as the kernel sees it.
 struct seen_call {
   bool seen = false;
   unsigned long long arguments[6] = {};
-  std::string text;  // at the argument that was asked for
+  std::string text;  // at the chosen argument
 };
 
 }  // namespace
@@ -41,8 +41,8 @@ static std::string text_at(pid_t child, unsigned long long address) {
   return text;
 }
 
-// Runs the function in a child and watches for the call; `text` is the number
-// of an argument that points to a text.
+// Runs the function in a child and watches for the call. `text` is the position of an
+// argument that points to a text.
 template <typename Function>
 static seen_call watch(long number, int text, Function function) {
   const pid_t child = fork();
@@ -100,7 +100,7 @@ TEST(Module, RefusalOfTheKernelIsReturnedWithoutAMessage) {
   const std::string errors = errors_of([] {
     errno = 0;
     EXPECT_EQ(insert_module(kModule, nullptr), -1);
-    // Not allowed to, not a module, or a kernel without modules.
+    // Not allowed, not a module, or a kernel without modules.
     EXPECT_TRUE(errno == EPERM || errno == ENOEXEC || errno == ENOSYS) << errno;
   });
   EXPECT_EQ(errors, "");

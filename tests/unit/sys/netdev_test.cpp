@@ -11,7 +11,6 @@
 
 #include "unit_support.h"
 
-// On a link of the test's own.
 static void make_link() {
   run("ip link add test0 type veth peer name test1");
 }
@@ -52,7 +51,7 @@ TEST(Interface, AddressAndMaskAreSet) {
 TEST(Interface, NoMaskGoesWithTheZeroAddress) {
   make_link();
   catch_stream(2);
-  // A mask without an address would be refused.
+  // The kernel would refuse a mask without an address.
   EXPECT_EQ(if_ioctl("test0", "0.0.0.0", "255.255.0.0", 0x1041, 1), 1u);
   EXPECT_EQ(caught_stream(2), "");
   EXPECT_EQ(address(), "");
@@ -66,8 +65,8 @@ TEST(Interface, RefusedMaskIsReported) {
             std::string::npos);
 }
 
-// The requests of an if_ioctl on test0 in a child, a line each, without their
-// descriptor; the one with the number fails, none with 0.
+// The requests of an if_ioctl on test0 in a child, one per line, without their
+// descriptors. Request `failing`, counted from 1, fails; with 0 none does.
 static std::string requests_of(const char* address, int failing, unsigned* result) {
   int go[2];
   EXPECT_EQ(pipe(go), 0);

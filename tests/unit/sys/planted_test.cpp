@@ -16,7 +16,7 @@ static std::string message(const std::string& what) {
 
 static const std::string kNotPlain = message(" is removed: it is no plain file with one name");
 
-// Whether a plain file of ours by one name is there.
+// Whether the place has a plain file of ours with a single name.
 static bool is_ours() {
   struct stat status = {};
   return lstat(kPlace, &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink == 1 &&

@@ -68,8 +68,8 @@ TEST(Probe, LinesComeInPiecesOf63Characters) {
   EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "the shell was collected";
 }
 
-// Closes some of the standard streams in a child, reserves them, and returns
-// how many descriptors are wrong then.
+// Closes some of the standard streams in a child, reserves them, and returns how many
+// descriptors are then wrong.
 static int wrong_after_reserving(int first, int last) {
   const pid_t child = fork();
   if (child == 0) {

@@ -14,8 +14,7 @@
 
 static constexpr char kFile[] = "/tmp/.record_lock";
 
-// Holds a record lock on the file in a child until its standard input, the
-// returned descriptor's other end, is closed.
+// Holds a record lock on the file in a child until *release is closed.
 static pid_t hold_record_lock(int* release) {
   int ready[2];
   int hold[2];
@@ -104,7 +103,7 @@ TEST(RecordLock, ReplacesWhatAnotherUserMade) {
   EXPECT_EQ(errors_of([] { EXPECT_TRUE(try_record_lock(kFile)); }), who + "moved out of the way\n");
 }
 
-// Whether a lock of nobody's on a file of ours with that mode keeps us from ours.
+// Whether nobody's lock on our file with that mode keeps us from locking it.
 static bool locked_out_by_nobody(mode_t mode) {
   unlink(kFile);
   close(open(kFile, O_RDWR | O_CREAT | O_CLOEXEC, 0600));
@@ -114,7 +113,7 @@ static bool locked_out_by_nobody(mode_t mode) {
   const pid_t child = fork();
   if (child == 0) {
     if (setresuid(65534, 65534, 65534) != 0) _exit(1);
-    // What is asked of /proc about such a process is root's.
+    // /proc then shows root as the process's owner.
     prctl(PR_SET_DUMPABLE, 0);
     const int file = open(kFile, (mode & 2) != 0 ? O_RDWR : O_RDONLY);
     struct flock whole = {};

@@ -19,7 +19,7 @@
 #include "sys/lock.h"
 #include "unit_support.h"
 
-// What the command prints, as ex_cmd returns it.
+// The command's output as ex_cmd returns it.
 static std::string output_by_ex_cmd(const std::string& command) {
   char* output = nullptr;
   EXPECT_EQ(ex_cmd("caller", command.c_str(), &output), 0) << command;
@@ -83,7 +83,7 @@ TEST(ExCmd, OutputThatMemoryDoesNotHoldIsAFailureAndWhatThereIsGoesToTheCaller) 
 #endif
   switch_log_on();
   const int before = open_descriptors();
-  // Room for the shell, not for what it prints.
+  // Enough memory for the shell but not for its output.
   const long pages = atol(read_file("/proc/self/statm").c_str());
   const rlim_t room = static_cast<rlim_t>(pages * sysconf(_SC_PAGESIZE)) + (4 << 20);
   const rlimit limit = {room, RLIM_INFINITY};
@@ -145,7 +145,7 @@ TEST(ExCmd, LeavesNoChildAndNoDescriptor) {
   EXPECT_EQ(errno, ECHILD);
 }
 
-// Descriptors that a child lists as its own: target of each link.
+// Lists the child's own descriptors with their targets.
 static const char kListDescriptors[] = "ls -l /proc/self/fd";
 
 TEST(ExCmd, ChildInheritsNoDescriptorOfTheDaemon) {
@@ -168,7 +168,7 @@ TEST(Executecmd, OutputIsDiscarded) {
 }
 
 TEST(Executecmd, StandardOutputOfTheCommandIsTheNullDevice) {
-  // Written by the end of a pipe, so that the shell itself redirects nothing.
+  // The end of a pipe writes the file, so that the shell itself redirects nothing.
   EXPECT_EQ(cfg_executecmd("caller", "readlink /proc/$$/fd/1 | tee /tmp/where; true"), 0);
   EXPECT_EQ(read_file("/tmp/where"), "/dev/null\n");
 }
@@ -188,7 +188,7 @@ TEST(Executecmd, MissingCommandIsNoFailure) {
 
 TEST(Executecmd, ShellThatCannotBeStartedIsReported) {
   switch_log_on();
-  // Only what a spawn asks for fails: the leak detector has clones of its own.
+  // Fails only the calls that a spawn makes: the leak detector clones in its own way.
   fail_system_call(SYS_clone3, EAGAIN);
   fail_system_call_if(SYS_clone, 0, CLONE_VM | CLONE_VFORK | SIGCHLD, EAGAIN);
   EXPECT_EQ(cfg_executecmd("wifi_init", "true"), -1);
@@ -221,7 +221,7 @@ TEST(Executecmd, LeavesNoDescriptor) {
   EXPECT_EQ(open_descriptors(), before);
 }
 
-// A megabyte of every byte value, NUL among them, without a line end.
+// A megabyte of all byte values, including NUL, without a line end.
 static std::string binary_content() {
   std::string content(1 << 20, '\0');
   for (size_t i = 0; i < content.size(); ++i) {

@@ -104,7 +104,7 @@ TEST(UnixDatagram, AtMostSoManyAreDiscarded) {
   const int peer = listen_on("/tmp/peer");
   const int sock = unix_datagram_socket();
   ASSERT_EQ(unix_datagram_bind(sock, "/tmp/own"), 0);
-  // The queue of a socket that is connected to its sender is not limited.
+  // Linux does not limit the queue of a socket that is connected to its sender.
   ASSERT_EQ(unix_datagram_connect(sock, "/tmp/peer"), 0);
   for (int i = 0; i < 100; ++i)
     ASSERT_EQ(send_to_path(peer, "/tmp/own", std::to_string(i)), 0);

@@ -11,7 +11,7 @@
 #include "lying_driver.h"
 #include "unit_support.h"
 
-// The line of the last request that reached the driver, and whether it says so.
+// The last request that reached the driver.
 static std::string last_request() {
   const auto requests = driver_requests();
   return requests.empty() ? "(none)" : requests.back();
@@ -146,7 +146,7 @@ TEST(Wext, FirstQueryFormKnowsNoTryAgain) {
 TEST(Wext, SecondQueryFormFailsForAnyOtherReason) {
   char buffer[64];
   const std::string errors = errors_of([&] {
-    errno = EAGAIN;  // left by somebody else
+    errno = EAGAIN;  // left over from an earlier call
     EXPECT_EQ(rtpriv_get_ioctl_2(1, kRtprivObject, kUnknown, buffer, sizeof buffer), 0);
   });
   EXPECT_EQ(errors, rpc_error_prefix("rtpriv_get_ioctl_2") +
@@ -223,7 +223,7 @@ TEST(Wext, EmptyTextIssuesTheRequestWithoutData) {
   expect_request("ra0", "0x8BE2", "", 0);
   EXPECT_EQ(errors,
             rpc_error_prefix("rtpriv_set_ioctl") + "ioctl failed (cmd=0x8BE2, sub_cmd=0x0)\n");
-  // The flags stay zero too: sub-command 0 is what the driver is asked for.
+  // The flags stay zero too, so the driver is asked for sub-command 0.
   errors_of([] { EXPECT_EQ(rtpriv_set_ioctl(1, kRtprivObject, kOperatingClass, ""), 0); });
   expect_request("ra0", "0x8BE1", "0x0000", 0);
 }
@@ -255,7 +255,7 @@ TEST(Wext, ObjectIsSetWithTheSetBitAndTheLengthAsGiven) {
 }
 
 TEST(Wext, ObjectSetThatTheDriverTakesSucceeds) {
-  // A text request carries any flags: it stands for an object that can be set.
+  // A text request accepts any flags, so it serves as an object that can be set.
   char text[] = "BtmEnable=1";
   EXPECT_EQ(rtpriv_set_ioctl_2(1, kRtprivText, 0x094A, text, sizeof text), 1);
   expect_request("ra0", "0x8BE2", "", 12);

@@ -7,7 +7,7 @@
 
 #include "unit_support.h"
 
-// The last request to the driver, which must be a text of an interface.
+// Checks that the last request to the driver was this text for the interface.
 static void expect_text(const std::string& interface, const std::string& text) {
   const auto requests = driver_requests();
   ASSERT_FALSE(requests.empty());
@@ -15,7 +15,7 @@ static void expect_text(const std::string& interface, const std::string& text) {
   EXPECT_TRUE(contains(line, "\"interface\":\"" + interface + "\"")) << line;
   EXPECT_TRUE(contains(line, "\"request\":\"0x8BE2\"")) << line;
   EXPECT_TRUE(contains(line, "\"text\":\"" + text + "\"")) << line;
-  // With its terminator.
+  // Including the terminator.
   EXPECT_TRUE(contains(line, "\"length\":" + std::to_string(text.size() + 1) + ",")) << line;
 }
 

@@ -16,7 +16,7 @@ struct number_pair {
   const char* key;
   int (*set)(int bss, int value);
   int (*get)(int bss, int* value);
-  const char* trace;  // of the getter, null: none
+  const char* trace;  // of the getter; null: none
 };
 
 static constexpr number_pair kPairs[] = {
@@ -70,7 +70,7 @@ TEST(BssServiceSettings, IndexOutsideTheBoardTouchesNoFieldOfABss) {
       for (const int bss : {0, -5, INT_MIN, INT_MAX}) {
         EXPECT_EQ(row.get(bss, &value), -1) << bss;
       }
-      // The store takes a negative position for nothing to change.
+      // For the store, a negative position means that nothing changes.
       EXPECT_EQ(row.set(0, 1), 0);
       EXPECT_EQ(row.set(-5, 1), 0);
       EXPECT_EQ(row.set(INT_MIN, 1), 0);
@@ -103,7 +103,7 @@ TEST(ReplicateRadio, IsWrittenAsGivenAndReadByItsFirstCharacter) {
   EXPECT_EQ(wlan_set_hnc_replicate_radio(9, ""), 0);
   EXPECT_EQ(wlan_get_hnc_replicate_radio(9, text), 0);
   EXPECT_STREQ(text, "");
-  // The store bounds no last field.
+  // The store does not cut a last field.
   EXPECT_EQ(wlan_set_hnc_replicate_radio(16, "24"), 0);
   EXPECT_EQ(wlan_get_hnc_replicate_radio(16, text), 0);
   EXPECT_STREQ(text, "24");
@@ -159,7 +159,7 @@ TEST(SetBssHncService, BackhaulBssGetsTheFirstVlan) {
 
 TEST(SetBssHncService, VlanInPlaceIsNoFailure) {
   set_profile_value(kProfile24, "VLANID", "10;20;10;0;0;0;0;0");
-  // The store's own line.
+  // The store's own message.
   EXPECT_EQ(errors_of([] { EXPECT_EQ(wlan_setBSSHNCService(3, 7), 1); }), "no change\n");
   EXPECT_EQ(profile_value(kProfile24, "VLANID"), "10;20;10;0;0;0;0;0");
 }
@@ -190,7 +190,8 @@ TEST(SetBssHncService, VlanThatCannotBeWrittenIsReportedAndNoMore) {
   EXPECT_EQ(errors_of([] { EXPECT_EQ(wlan_setBSSHNCService(1, 7), 1); }), "");
 }
 
-// A kill between the two leaves a VLAN without its service, not the other way round.
+// A kill between the two writes leaves a VLAN without its service, not a service without
+// its VLAN.
 TEST(SetBssHncService, VlanIsWrittenFirst) {
   give_vlans();
   write_file(kProfile5, "BSSHNCService=0;7\n");

@@ -9,7 +9,7 @@
 #include "profile/store.h"
 #include "unit_support.h"
 
-// Profiles with eight BSSes each; BSS 3 and 10 are backhaul BSSes.
+// Profiles with eight BSSs each; BSSs 3 and 10 are backhaul.
 static void set_up() {
   std::string content;
   for (int i = 1; i <= 8; ++i) {
@@ -165,7 +165,7 @@ TEST(BssSettings, BackhaulBssWithoutAHostLibraryIsSetAllTheSame) {
   EXPECT_EQ(value_of(kProfile24, "SSID3"), "Mesh");
 }
 
-// Profiles that have the switches, BSS 3 and 10 being backhaul BSSes.
+// Profiles with the switches; BSSs 3 and 10 are backhaul.
 static void set_up_switches() {
   write_file(kProfile24, "BssEnabled=1;1;1;1;1;1;1;1\nBSSHNCService=0;1;7;0\n");
   write_file(kProfile5, "BssEnabled=1;1;1;1;1;1;1;1\nBSSHNCService=0;7;0\n");

@@ -8,9 +8,8 @@
 #include "unit_support.h"
 #include "wlan/rate_table.h"
 
-// The rates as the standard defines them: data subcarriers of the bandwidth times
-// coded bits per subcarrier times the code rate times streams, per symbol of 4 or
-// 3.6 microseconds.
+// The rates as the standard defines them: data subcarriers x coded bits per subcarrier x
+// code rate x streams, per symbol of 4 or 3.6 microseconds.
 struct modulation {
   int bits, numerator, denominator;
 };
@@ -20,14 +19,14 @@ static constexpr modulation kModulations[] = {
 };
 static constexpr int kSubcarriers[] = {52, 108, 234, 468};
 
-// In units of 1/`parts` Mbit/s, cut off.
+// Rounded down to units of 1/`parts` Mbit/s.
 static int standard_rate(int bandwidth, int mcs, int streams, bool short_guard, int parts) {
   const modulation& m = kModulations[mcs];
   return kSubcarriers[bandwidth] * m.bits * m.numerator * streams * 10 * parts /
          (m.denominator * (short_guard ? 36 : 40));
 }
 
-// Combinations that the standard leaves out, as no whole number of bits fits.
+// Combinations that the standard leaves out because they give no whole number of bits.
 static bool is_left_out(int bandwidth, int mcs, int streams) {
   return (bandwidth == 0 && mcs == 9 && streams != 3) ||
          (bandwidth == 2 && mcs == 6 && streams == 3) ||
@@ -130,14 +129,14 @@ TEST(Rates, WordsHaveTheirRatesAndIndexes) {
   }
 }
 
-// What getRate answers for a table entry and a number of streams that multiply it.
+// What getRate returns for a table entry that is multiplied by the number of streams.
 static int scaled(int entry, bool halved, int streams) {
   const int rate = (halved ? entry / 2 : entry) * streams * 1024;
   return rate < 1000 ? 1000 : rate;
 }
 
 static void expect_rate(unsigned word, int rate, unsigned mcs) {
-  // The bits that mean nothing: 6 and 10 to 12.
+  // The unused bits, 6 and 10 to 12.
   for (unsigned rest = 0; rest < 16; ++rest) {
     int32_t got_rate = -1;
     uint8_t got_mcs = 99;
@@ -185,7 +184,7 @@ TEST(Rates, OfdmCodesAreKnownOnTheDualBandChip) {
   for (const unsigned code : {0U, 7U, 16U, 63U, 300U})
     EXPECT_EQ(getLegacyOFDMMCSIndex(code), code);
   expect_rate(word_of(1, 0, 7), 55296, 7);
-  expect_rate(word_of(1, 0, 63), 28 * 1024, 63);  // entry 67, 57 halved
+  expect_rate(word_of(1, 0, 63), 28 * 1024, 63);  // entry 67: 57, halved
 }
 
 TEST(Rates, OfdmCodesStayOnOtherChips) {
@@ -193,7 +192,7 @@ TEST(Rates, OfdmCodesStayOnOtherChips) {
     EXPECT_EQ(getLegacyOFDMMCSIndex(code), code);
 }
 
-// The MCS field that a word's becomes, on any chip.
+// The value that a word's MCS field becomes, on any chip.
 static unsigned normalised(unsigned mode, unsigned mcs) {
   static constexpr unsigned kCck[] = {0, 1, 2, 3, 0, 1, 2, 3};
   if (mode == 0) return mcs < 8 ? kCck[mcs] : 0;

@@ -12,8 +12,7 @@
 
 static constexpr char kList[] = "o1;o2;o3;o4;o5;o6;o7;o8";
 
-// Lists of eight BSSes; BSS 3 and 10 are backhaul BSSes, as is an index behind
-// the last one.
+// Lists for eight BSSs. BSSs 3 and 10 are backhaul, as is an index after the last one.
 static void set_up() {
   const std::string lists = std::string("AuthMode=") + kList + "\nEncrypType=" + kList +
                             "\nHideSSID=" + kList + "\nRADIUS_Server=" + kList + "\n";
@@ -86,7 +85,7 @@ TEST(Security, ModeThatIsNotKnownEmptiesTheField) {
       EXPECT_EQ(list_of(kProfile24, setter.key), ";o2;o3;o4;o5;o6;o7;o8") << setter.name << mode;
     }
   }
-  // Each knows its own modes only.
+  // Each setter knows only its own modes.
   set_up();
   EXPECT_EQ(wlan_setBasicEncryptionModes(1, "AESEncryption"), 1);
   EXPECT_EQ(wlan_setWpaBasicAuthenticationModes(1, "None"), 1);

@@ -38,7 +38,7 @@ TEST(Stations, AreCountedPerBss) {
   const std::string line = driver_requests().back();
   EXPECT_TRUE(contains(line, R"("interface":"ra15")")) << line;
   EXPECT_TRUE(contains(line, R"("request":"0x8BEF")")) << line;
-  // One byte less than the table has.
+  // One byte less than the size of the table.
   EXPECT_TRUE(contains(line, R"("length":5123,)")) << line;
 }
 
@@ -104,7 +104,7 @@ TEST(Stations, CountsThatLieAreBounded) {
   start_radios("ra0 ra1");
   set_station(1, "bss=1");
   set_station(2, "bss=2");
-  // Entries that nobody wrote are zeros, which is BSS 1.
+  // Unwritten entries are zeros, which count as stations of BSS 1.
   static constexpr struct {
     const char* said;
     int first, second;
@@ -145,7 +145,7 @@ TEST(Stations, AppearMoveAndLeaveBetweenCalls) {
   EXPECT_EQ(stations_of(9), 0);
 }
 
-// What a function says of the table with one station that it reads.
+// The traces of a function that reads a table with one station.
 static std::string traced_table(const std::string& function, const char* connected) {
   const std::string prefix = rev_prefix(function);
   return prefix + "p_deviceTable->Num = 1\n" + prefix + "RT_802_11_MAC_TABLE entry 0\n" + prefix +
@@ -162,7 +162,7 @@ TEST(Stations, TableIsTracedOnTheConsoleWithItsConnectedTimeReversed) {
               "start.tx_failures=7");
   switch_log_on();
   switch_console_on();
-  // One second is 1 << 24 with its bytes reversed.
+  // One second with its bytes reversed is 1 << 24.
   int count = 0;
   EXPECT_TRUE(wait_until([&] {
     return output_of([&] { EXPECT_EQ(wlan_getAssocDevicesNum(1, &count), 0); }) ==

@@ -21,7 +21,7 @@ static int state_of(int bss) {
   return state;
 }
 
-// Objects that the driver was asked for.
+// How often the driver was asked for a survey.
 static int queries() {
   int count = 0;
   for (const std::string& request : driver_requests()) {
@@ -83,7 +83,7 @@ TEST(Survey, RefusedStartFailsWithoutAQuery) {
     }
   });
   EXPECT_EQ(queries(), 0);
-  // The next one may succeed.
+  // A later survey may succeed.
   EXPECT_EQ(wlan_ApSiteSurvey(1), 0);
   errors_of([] { EXPECT_EQ(state_of(1), 1); });
 }
@@ -104,7 +104,7 @@ TEST(Survey, QueryThatFailsEndsIt) {
 TEST(Survey, BothRadiosShareItsState) {
   start_radios();
   EXPECT_EQ(wlan_ApSiteSurvey(1), 0);
-  // The other radio has no survey to wait for: its answer ends the first one's.
+  // The other radio has no survey to wait for, and its answer ends the first one's.
   EXPECT_EQ(state_of(9), 3);
   EXPECT_EQ(state_of(1), 3);
 }
@@ -142,8 +142,7 @@ TEST(SurveyResult, IndexWithoutAnInterfaceFails) {
   });
 }
 
-// A whole answer of the driver; entry n consists of the byte n + 1 and the tail
-// of 0xAA.
+// The driver's whole answer: entry n consists of bytes n + 1, and the tail of 0xAA.
 static std::string answer_of(uint32_t count) {
   std::string bytes(reinterpret_cast<const char*>(&count), sizeof count);
   for (int entry = 0; entry < 128; ++entry)
@@ -166,7 +165,7 @@ TEST(SurveyResult, EntriesAndTailArePassedThrough) {
     for (int entry = 0; entry < 64; ++entry) {
       ASSERT_EQ(image.substr(4 + entry * 100, 100), std::string(100, static_cast<char>(entry + 1)));
     }
-    // One byte less than the buffer is announced to the driver: the last stays 0.
+    // The query announces one byte less than the buffer has, so the last stays 0.
     EXPECT_EQ(image.substr(6404), std::string(359, '\xAA') + '\0');
   }
 }
@@ -256,7 +255,7 @@ TEST(CurrentChannel, MantissaIsMultipliedByTenExponentTimes) {
       {INT_MIN, 0, INT_MIN},
       {1, 9, 1000000000},
       {-2, 9, -2000000000},
-      // What no channel holds is none.
+      // A result that does not fit counts as no channel.
       {2412, 6, 0},
       {2, 10, 0},
       {-2, 10, 0},

@@ -17,9 +17,8 @@ struct limit {
   int dbm;
 };
 
-// A driver's answer: count, then entries of `size` bytes from `first` on, each
-// with the channel in its first and the limit in its fifth byte, all other
-// bytes something else.
+// A driver's answer: the count, then from `first` on entries of `size` bytes, with the
+// channel in the first byte and the limit in the fifth. All other bytes are filler.
 static std::string answer(int32_t count, size_t first, size_t size, size_t whole,
                           const std::vector<limit>& limits) {
   std::string bytes = bytes_of(static_cast<uint32_t>(count));
@@ -110,7 +109,7 @@ TEST(TxPower, CountThatLiesReadsNothingBeyondTheDualBandChipsAnswer) {
   EXPECT_EQ(highest(1), 12);
 }
 
-// The 59th entry begins in the answer and has its limit there, but not its end.
+// The 59th entry's limit is within the answer, but its end is not.
 TEST(TxPower, EntryWithoutItsEndCounts) {
   bring_radios_up();
   std::vector<limit> limits(58, {1, 12});

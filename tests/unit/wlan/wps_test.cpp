@@ -11,7 +11,7 @@
 #include "lying_driver.h"
 #include "unit_support.h"
 
-// Profiles in which everything is switched on for every BSS.
+// Profiles with everything switched on for every BSS.
 static void set_up(const std::string& methods = "0084", const std::string& radio_on = "1",
                    const std::string& bss_enabled = "1", const std::string& wsc_enable = "1") {
   const auto list = [](const std::string& field) {
@@ -26,7 +26,7 @@ static void set_up(const std::string& methods = "0084", const std::string& radio
   write_file(kProfile5, profile);
 }
 
-// The texts that reached the driver since the last call, "ra0 WscMode=2" a line.
+// The texts that reached the driver since the last call, each as "ra0 WscMode=2".
 static std::string new_texts() {
   static size_t seen = 0;
   const auto requests = driver_requests();
@@ -59,7 +59,7 @@ TEST(Wps, PinIsSentFirst) {
             "ra8 WscConfMode=7\nra8 WscConfStatus=2\nra8 WscMode=1\nra8 WscGetConf=1\n");
 }
 
-// Which commands a start runs, as the shell sees them.
+// The commands that a start runs, as the shell parses them.
 static std::string commands_of(int bss, const char* pin) {
   write_file("/usr/local/bin/iwpriv", "#!/bin/sh\nprintf '<%s>' \"$0\" \"$@\" >>/tmp/commands\n");
   run("chmod +x /usr/local/bin/iwpriv; rm -f /tmp/commands");
@@ -199,11 +199,11 @@ TEST(Wps, NothingRunsWhileSomethingIsSwitchedOff) {
               {"1", "", "1"},
               {"1", "1", ""},
               {"001", "1", "1"},
-              // A field in front of others is cut at two characters.
+              // All fields but the last are cut to two characters.
               {"1", "001", "1"},
               {"1", "1", "001"}};
   for (const auto& row : rows) {
-    // Methods that permit nothing: what is off is not even refused.
+    // No method is permitted, but what is off is not even refused.
     set_up("0000", row.radio_on, row.bss_enabled, row.wsc_enable);
     const std::string errors = errors_of([] {
       EXPECT_EQ(wlan_setWpsPbcTrigger(1), 0);
@@ -302,7 +302,7 @@ static std::string code_bytes(int32_t code) {
 static std::string result_of(int32_t state, int32_t status) {
   answer_object_with(0x0AA0, code_bytes(state));
   answer_object_with(0x0751, code_bytes(status));
-  // The longest text and a guard after it.
+  // The longest text, and a guard after it.
   struct {
     char text[kWpsResultStatusSize];
     char guard;
