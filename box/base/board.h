@@ -1,5 +1,5 @@
-// The boards that a box can be: which radio cards sit on the PCI bus and which interfaces the
-// driver would bring for them.
+// The boards that a box can simulate: the radio cards on the PCI bus and the interfaces that the
+// driver creates for them.
 #pragma once
 
 #include <span>
@@ -18,7 +18,7 @@ struct pci_card {
 struct board {
   const char* name;
   int interfaces;  // ra0 .. ra<interfaces-1>
-  bool dual_band;  // ra8 and up are the 5 GHz band, which has a profile of its own
+  bool dual_band;  // ra8 and up are on the 5 GHz band, which has its own profile
   pci_card cards[4];
   int card_count;
 };
@@ -27,7 +27,7 @@ constexpr const char* kBoardDefault = "mt7603+mt7612";
 constexpr int kBoardMaxInterfaces = 16;
 constexpr int kBoardFirst5ghz = 8;  // number of the first 5 GHz interface
 
-// The board of that name, or null.
+// The board with that name, or null.
 const board* board_find(std::string_view name);
 
 std::span<const board> board_all();
@@ -35,8 +35,8 @@ std::span<const board> board_all();
 // All board names, separated by ", ".
 std::string board_names();
 
-// N of an interface name raN, or -1 for any other name.
+// N of the interface names ra0 to ra15, -1 for any other name.
 int board_interface_number(const char* name);
 
-// The text of /proc/bus/pci/devices on that board, in the kernel's format.
+// The content of /proc/bus/pci/devices on that board, in the kernel's format.
 std::string board_pci_devices(const board& b);

@@ -1,4 +1,4 @@
-// Small file functions. Those that return bool report their failure.
+// Small file functions. Those that return bool report failures.
 #pragma once
 
 #include <string>
@@ -6,10 +6,10 @@
 // The whole file, or "" when it cannot be read (not reported).
 std::string file_read(const std::string& path);
 
-// Makes or replaces the file, mode 0644.
+// Creates the file with mode 0644, or overwrites it.
 [[nodiscard]] bool file_write(const std::string& path, const std::string& text);
 
-// Makes the directory and those above it; existing ones are fine.
+// Creates the directory and its parents; existing ones are fine.
 [[nodiscard]] bool directory_make(const std::string& path);
 
 // "/a/b" of "/a/b/c", "/" of "/a".

@@ -96,7 +96,7 @@ bool journal_open(journal& j, int copy_fd, int64_t start_us) {
   return j.fd >= 0 || report_errno(nullptr, "open %s", kJournalPath);
 }
 
-// The files are exchanged in one step, so that there is always a journal to open.
+// Exchanges the files in one step, so that there is always a journal to open.
 static bool journal_rotate(journal& j) {
   unlink(kJournalOlderPath);
   int fd = open(kJournalOlderPath, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644);

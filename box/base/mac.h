@@ -1,4 +1,4 @@
-// Station addresses.
+// MAC addresses.
 #pragma once
 
 #include <cstdint>
@@ -14,5 +14,5 @@ using mac_address = std::array<uint8_t, 6>;
 // "02:00:5e:00:00:01"
 std::string mac_text(const mac_address& mac);
 
-// Of the first six bytes there.
+// The address in the first six bytes.
 mac_address mac_at(const void* bytes);

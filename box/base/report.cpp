@@ -13,7 +13,7 @@
 
 static constexpr size_t kIndent = 7;  // the width of "gwbox: "
 
-// Columns of the terminal on standard error, 0 where there is none.
+// Columns of the terminal on standard error, 0 if that is not a terminal.
 static size_t terminal_width() {
   winsize size = {};
   if (!isatty(STDERR_FILENO)) return 0;

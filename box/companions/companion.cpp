@@ -70,7 +70,7 @@ static box_clock clock_now() {
   return clock;
 }
 
-// Polls: a change of the clock sends no message.
+// Polls, because nothing announces a change of the clock.
 bool companion_wait(companion& self, double seconds) {
   constexpr double kLookAgain = 0.02, kTick = 0.001;
   if (seconds < 0) return companion_pause(self, -1);
@@ -83,7 +83,7 @@ bool companion_wait(companion& self, double seconds) {
   return !self.ended;
 }
 
-// Inode of the socket that this process made; a companion makes one at most.
+// Inode of the socket that this process created; a companion creates at most one.
 static ino_t own_inode;
 
 static ino_t inode_of(const char* path) {
@@ -127,7 +127,7 @@ bool companion_receive(companion& self, int fd, companion_datagram& datagram) {
   return false;
 }
 
-// The client may be gone already.
+// Errors are ignored: the client may be gone already.
 void companion_answer(int fd, const companion_datagram& to, const std::string& bytes) {
   if (to.from_size <= sizeof(sa_family_t)) return;  // a client without an address
   static_cast<void>(sendto(fd, bytes.data(), bytes.size(), MSG_DONTWAIT,

@@ -11,19 +11,19 @@
 //       "mtk_ctrl": {
 //         "behaviour": "normal",        or "silent", "short", "late"
 //         "status": 0,                  of its answers; 4: it could not deliver the events
-//         "events": [                   the newest last; what is beyond 32 is only counted
+//         "events": [                   the newest last; beyond 32 they are only counted
 //           {"type": 1, "code": -3, "mac": "02:0c:43:00:00:01",
 //            "age": 12.5,               seconds ago
-//            "radio": 0}                0 or 8, as in the request; missing: of every radio
+//            "radio": 0}                0 or 8, as in the request; missing: every radio
 //         ]
 //       },
 //       "radstat": {
 //         "ra0": {                      and "ra8"
 //           "behaviour": "normal",      or "zeros", "short", "late", "silent"
-//           "cst": 40, "ap_act": 12, "busy": 31,             percent; without them: moving
+//           "cst": 40, "ap_act": 12, "busy": 31,             percent; these vary if not given
 //           "nf_max": -84, "nf_min": -95, "nf_med": -91, "nf_avg": -90,
 //           "retry": 3,                 percent
-//           "tx": 1000, "tx_rate": 10,  packets at the box's start, and per second from there
+//           "tx": 1000, "tx_rate": 10,  packets at the box's start, and per second after that
 //           "rx": 2000, "rx_rate": 20,
 //           "rssi": [-90, ...]          up to 37 numbers, the rest is 0
 //         }
@@ -32,7 +32,7 @@
 //         "behaviour": "normal",        or "silent", "empty", "short", "huge", "late",
 //                                       "unterminated"
 //         "settings": {"TopologyEnable": "1", "UpdateFwUrl/3": "..."},     KEY or KEY/INDEX
-//         "hne": [                      the table of extenders; "index" counts from 1 without it
+//         "hne": [                      the table of extenders; "index" defaults to 1, 2, ...
 //           {"index": 1, "mac": "...", "name": "...", "status": 1, "active": true,
 //            "manufacturer": "...", "model_name": "...", "model_number": "...",
 //            "serial_number": "...", "last_sync_attempt": 1700000000,
@@ -50,17 +50,17 @@
 //     }
 //   }
 //
-// The listener keeps what it is told by requests; a value in the file counts again as soon as the
-// file has another one.
+// The listener keeps what requests set; a value in the file takes effect again once it changes
+// there.
 #pragma once
 
 #include <nlohmann/json.hpp>
 #include <string>
 
-// The object of that companion; empty when there is none.
+// The companion's object; empty when there is none.
 nlohmann::json companion_data(const char* name);
 
-// Box seconds per second.
+// Box seconds per second; 1 if the scenario's speed is 0.
 double companion_speed();
 
 // A member of an object, or OTHERWISE when it is missing or of another type.
@@ -68,8 +68,8 @@ double companion_number(const nlohmann::json& object, const char* member, double
 std::string companion_text(const nlohmann::json& object, const char* member,
                            const std::string& otherwise);
 
-// "behaviour", "normal" without it.
+// The member "behaviour", or "normal" without it.
 std::string companion_behaviour(const nlohmann::json& object);
 
-// The six bytes of "02:0c:43:00:00:01"; zeros for a text that is no address.
+// The six bytes of "02:0c:43:00:00:01"; zeros for a text that is not an address.
 std::string companion_mac(const std::string& text);

@@ -8,7 +8,7 @@
 static constexpr const char* kPath = "/var/run/dcsD";
 static constexpr const char* kRecord = "/run/gwbox/dcs.jsonl";
 
-// What it is sent: a setting as a text, or the level of its messages.
+// What dcs is sent: a setting as a text, or its log level.
 struct dcs_message {
   uint32_t type;
   uint32_t reserved;
@@ -19,7 +19,7 @@ static_assert(sizeof(dcs_message) == 268);
 
 static constexpr uint32_t kTypeText = 1, TYPE_LEVEL = 3;
 
-// A setting may also come as a bare text from the first byte on.
+// A setting may also arrive as bare text, without the header.
 static void decode(const std::string& bytes, nlohmann::ordered_json& line) {
   dcs_message message = {};
   memcpy(&message, bytes.data(), bytes.size() < sizeof message ? bytes.size() : sizeof message);

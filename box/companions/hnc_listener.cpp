@@ -55,7 +55,7 @@ static void record(size_t size, const hnc_request& request, const hnc_reply& rep
   companion_record(kRecord, line);
 }
 
-// Answers as a listener in that state would; false when there is none.
+// Changes BYTES to what a listener that behaves like that would send; false for no answer.
 static bool shape_answer(const std::string& behaviour, companion& self, std::string& bytes) {
   if (behaviour == "silent") return false;
   if (behaviour == "empty") bytes.clear();

@@ -8,13 +8,13 @@
 
 #include "companions/hnc_wire.h"
 
-// The text may fill the field to its last byte.
+// A text that fills the field has no terminator.
 template <size_t SIZE>
 void hnc_put(char (&field)[SIZE], const std::string& text) {
   memset(field, 0, SIZE);
   memcpy(field, text.data(), text.size() < SIZE ? text.size() : SIZE);
 }
 
-// INDEX: of a row that names none.
+// INDEX is for rows that do not give one.
 hnc_extender hnc_extender_row(const nlohmann::json& data, uint32_t index);
 hnc_supported hnc_supported_row(const nlohmann::json& data, uint32_t index);

@@ -30,7 +30,7 @@ static constexpr const char* kUsual = R"({
   ]
 })";
 
-// Keys that are fields of a row when there is a row of that index.
+// Keys that stand for a field of a row if there is a row with that index.
 struct field_row {
   const char* key;
   std::string (*get)(const hnc_supported&);

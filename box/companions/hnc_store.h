@@ -11,16 +11,16 @@ struct hnc_store {
   std::map<std::string, std::string> settings;  // KEY, or KEY/INDEX
   std::map<uint32_t, hnc_extender> extenders;
   std::map<uint32_t, hnc_supported> supported;
-  nlohmann::json data;  // what the scenario said last
+  nlohmann::json data;  // of the scenario, at the last update
 };
 
-// With the built-in settings and tables.
+// Starts with the built-in settings and tables.
 void hnc_store_init(hnc_store& store);
 
-// Takes over what the scenario says now and did not say before.
+// Takes over what has changed in the scenario since the last update.
 void hnc_store_update(hnc_store& store, const nlohmann::json& data);
 
-// Does one request; REPLY is zeroed first.
+// Serves one request; REPLY is zeroed first.
 void hnc_store_serve(hnc_store& store, const hnc_request& request, hnc_reply& reply);
 
 // A text field, which may lack its terminator.

@@ -1,5 +1,5 @@
-// What the home network controller's listener is asked and answers, each in one datagram. Numbers
-// are in host byte order; a text ends at its first zero byte or fills its field.
+// Requests to the home network controller's listener and its replies, each in one datagram.
+// Numbers are in host byte order; a text ends at its first zero byte or fills its field.
 #pragma once
 
 #include <cstddef>
@@ -24,8 +24,8 @@ struct hnc_supported {
 };
 static_assert(sizeof(hnc_supported) == 1232 && offsetof(hnc_supported, update_time) == 1224);
 
-// One extender in the network. Only the size and last_sync_attempt are known to others; the widths
-// of the texts are the controller's own.
+// One extender in the network. Other programs rely only on the size and on last_sync_attempt; the
+// widths of the texts are the controller's choice.
 struct hnc_extender {
   uint32_t index;
   char mac[24];
@@ -54,7 +54,7 @@ struct hnc_request {
   char name[128];
   uint32_t index;
   char value[128];
-  hnc_supported supported;  // of a set of a whole row
+  hnc_supported supported;  // for a set of a whole row
 };
 static_assert(sizeof(hnc_request) == 1496 && offsetof(hnc_request, supported) == 264);
 

@@ -1,5 +1,5 @@
 // gwbox-companion: all processes that run beside a gateway's Wi-Fi daemon, in one program. The name
-// that it is started by selects the companion.
+// it is started under selects the companion.
 #include <cstdio>
 #include <cstring>
 

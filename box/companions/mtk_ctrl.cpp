@@ -33,7 +33,7 @@ struct ctrl_reply {
   uint32_t status;
   uint32_t reserved[2];
   ctrl_event events[kEventsMax];
-  uint8_t count;  // also of those that found no room
+  uint8_t count;  // includes the events that did not fit
   uint8_t padding[7];
 };
 static_assert(sizeof(ctrl_reply) == 404 && offsetof(ctrl_reply, count) == 396);

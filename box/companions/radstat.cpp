@@ -42,7 +42,7 @@ static radstat_options read_options(int argc, char** argv) {
   return options;
 }
 
-// A load that swings by AROUND percent once a minute.
+// A value that swings around MIDDLE by AROUND, once a minute.
 static double swing(double seconds, double middle, double around) {
   return middle + around * sin(seconds * 2 * M_PI / 60);
 }

@@ -21,7 +21,7 @@ bool companions_tell_start(int64_t start_us) {
   return file_write(kCompanionsStartFile, std::to_string(start_us) + "\n");
 }
 
-// The companion writes a byte to the descriptor that the environment names.
+// The companion writes a byte to the descriptor named in the environment.
 [[noreturn]] static void become_companion(const char* path, int ready) {
   payload_reset_signals();
   int null = open("/dev/null", O_RDWR | O_CLOEXEC), told = dup(ready);
@@ -47,7 +47,7 @@ bool companions_start(companions_starting& starting) {
   return true;
 }
 
-// The pipe ends when all of them have ended or said that they are ready.
+// The pipe ends once every companion has exited or said that it is ready.
 bool companions_await(companions_starting& starting) {
   int64_t give_up = journal_now_us() + kPatienceUs;
   int ready = 0;
