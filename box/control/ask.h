@@ -1,14 +1,14 @@
-// The commands' side of the control socket, see connection.h.
+// The commands' end of the control socket, see connection.h.
 #pragma once
 
 #include <string>
 #include <vector>
 
-// BOX as for reach_root. Sends the words and gets what follows the "ok"; reports anything else.
-// Returns the exit status: 0, kExitFailed without a box, kExitUsage when the box takes the words
-// for wrong.
+// BOX as for reach_root. Sends WORDS and puts what follows the "ok" in ANSWER; reports any other
+// answer. Returns the exit status: 0, kExitFailed if the box cannot be reached, kExitUsage if it
+// rejects the words.
 [[nodiscard]] int control_ask(const std::string& box, const std::vector<std::string>& words,
                               std::string& answer);
 
-// The same for commands without an answer that anybody reads.
+// The same for commands that need no more than the "ok".
 int control_tell(const std::string& box, const std::vector<std::string>& words);

@@ -5,7 +5,7 @@
 #include "control/command_line_parts.h"
 #include "scenario/document.h"
 
-// What CLI11 let pass; empty when nothing.
+// What is wrong although CLI11 accepted it; empty if nothing is.
 static std::string wrong_words(const CLI::App& app, const args& a) {
   std::vector<std::string> extra = app.remaining(true);
   std::string word = extra.empty() ? "" : text_quote(extra[0]);
@@ -32,7 +32,7 @@ static args wrong(args a, const CLI::App& app, const std::string& message) {
   return a;
 }
 
-// What follows "--" belongs to COMMAND and is never looked at.
+// What follows "--" belongs to COMMAND and is not parsed.
 static int split_payload(int argc, char** argv, args& a) {
   for (int i = 1; i < argc; ++i) {
     if (std::string_view(argv[i]) != "--") continue;
@@ -42,8 +42,8 @@ static int split_payload(int argc, char** argv, args& a) {
   return argc;
 }
 
-// The words in the order that CLI11 takes them in, the last first. It would split one in brackets
-// at its commas; the blank in front keeps it whole, and JSON does not mind.
+// CLI11 takes the words in reverse order. It would split a word in brackets at its commas; a
+// leading blank prevents that and means nothing in JSON.
 static std::vector<std::string> words_reversed(int argc, char** argv) {
   std::vector<std::string> words;
   for (int i = argc - 1; i > 0; --i)

@@ -26,7 +26,7 @@ struct args {
   int status;  // with kArgsDone: the exit status (help printed: 0, usage error reported: 2)
 
   // all but run, scenario and completion
-  std::string box;  // name or process id; empty: the one around
+  std::string box;  // name or process id; empty: the box that gwbox runs in
 
   // run
   std::string board;     // empty: as the scenario says, else kBoardDefault
@@ -37,13 +37,13 @@ struct args {
   bool portmap;
   bool companions;
   bool cold;
-  std::vector<std::string> payload;  // empty: an interactive shell; complete: the line's words
+  std::vector<std::string> payload;  // empty: an interactive shell; complete: words of the line
 
-  // set: the words as they are; scenario show and check: which one
+  // set: all its words; scenario show and check: which one
   std::vector<std::string> words;
   std::string which;
 
-  // fail: empty where they are not given
+  // fail: empty if not given
   std::string what;
   std::string how;
   std::string count;
@@ -56,8 +56,8 @@ struct args {
   bool json;
 };
 
-// What the command line offers for the last of the words, which follow "gwbox"; see complete.h.
+// Offers for the last of WORDS, which are those after "gwbox"; see complete.h.
 std::vector<std::string> args_offers(const std::vector<std::string>& words);
 
-// Reads the command line. Help and usage errors are printed here and leave kArgsDone.
+// Reads the command line. Help and usage errors are printed here and result in kArgsDone.
 args args_read(int argc, char** argv);

@@ -7,8 +7,8 @@
 
 #include "control/command_line.h"
 
-// Declares commands and options, which parse into A.
+// Declares the commands and the options, whose values go into A.
 void args_declare(CLI::App& app, args& a);
 
-// The commands below APP that people use.
+// The subcommands of APP, without the hidden ones.
 std::vector<const CLI::App*> args_commands(const CLI::App& app);

@@ -1,4 +1,4 @@
-// What the command line consists of, and its help.
+// The commands and options of the command line, and their help.
 #include "base/board.h"
 #include "client/base/text.h"
 #include "control/command_line_parts.h"
@@ -8,7 +8,7 @@
 #include "trap/faults.h"
 
 static constexpr size_t kHelpWidth = 79;
-static constexpr size_t kHelpColumn = 23;  // where descriptions begin
+static constexpr size_t kHelpColumn = 23;  // where descriptions start
 
 struct command_row {
   const char* name;
@@ -39,7 +39,7 @@ static std::string usage_of(const std::string& command) {
   return all;
 }
 
-// "  HEAD  description", the description in a column of its own, folded.
+// "  HEAD  description", with the description wrapped in its own column.
 static std::string help_row(const std::string& head, const std::string& description) {
   std::string text = "  " + head;
   if (text.size() + 2 > kHelpColumn) text += "\n";
@@ -246,7 +246,7 @@ void args_declare(CLI::App& app, args& a) {
   app.formatter_fn(help_of);
   app.set_help_flag("-h,--help", "print this text; after a command, that of the command");
   app.set_version_flag("--version", "gwbox " GWBOX_VERSION, "print the version");
-  app.allow_extras();  // for messages of our own
+  app.allow_extras();  // for our own messages
   app.add_option("--box", a.box,
                  "which box, from outside: its name, or the process id of its "
                  "gwbox run or of a process in it")
@@ -260,7 +260,7 @@ void args_declare(CLI::App& app, args& a) {
   declare_log(app, a);
   declare_scenario(app, a);
   declare_completion(app, a);
-  // The last: commands that are declared after it would take it for theirs.
+  // Set last: commands declared after it would inherit it.
   app.footer(
       "Exit status of run: that of COMMAND, 128+N when signal N ended it, 125 without\n"
       "a box, 2 wrong usage. Of the others: 0 done, 1 no box, no answer or an output\n"

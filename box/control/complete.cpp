@@ -24,7 +24,7 @@ static words_list scenarios(const char* more) {
   return names;
 }
 
-// After "@" come the interfaces.
+// An interface follows "@".
 static words_list whats(const std::string& current) {
   words_list names = fault_names();
   size_t at = current.find('@');
@@ -43,7 +43,7 @@ static words_list hows(const words_list& before) {
   return takes_none ? words_list() : fault_hows();
 }
 
-// The scenario in force in that box; nothing where there is none.
+// The current scenario of that box; an empty object if there is none.
 static scenario_json document_of(const std::string& box) {
   std::string root;
   if (!reach_root(box, root)) return scenario_json::object();
@@ -65,7 +65,7 @@ static words_list kinds() {
   return names;
 }
 
-// Names below the schema's object, with dots for what is deeper.
+// Adds the names of the schema's members; dots join those of nested ones.
 static void add_keys(const scenario_json& schema, const std::string& head, words_list& keys) {
   for (const auto& [name, given] : schema["properties"].items()) {
     const scenario_json& below = scenario_schema_resolve(given);
@@ -84,7 +84,7 @@ static words_list keys_at(const words_list& path) {
   return keys;
 }
 
-// What is there to be changed: the ids of the box, all BSSs, radios, what companions have.
+// What WHICH may be: the ids in the box, all BSSs, the radios, or the members of the companions.
 static words_list ids(const scenario_kind& kind, const std::string& box) {
   words_list found;
   if (!kind.id) {
@@ -106,7 +106,7 @@ static words_list ids(const scenario_kind& kind, const std::string& box) {
   return found;
 }
 
-// "outcome=success", where the schema says which values there are; else "outcome=".
+// Adds "outcome=success" and so on, if the schema lists the values.
 static void add_values(const std::string& key, const words_list& path, words_list& offers) {
   words_list whole = path;
   std::string step;

@@ -1,29 +1,29 @@
 // Completion of gwbox's command line. The shell's script asks gwbox itself ("gwbox complete --
-// WORD...") what the last word may become, so that boxes and stations that have just come are
-// known.
+// WORD...") what the last word may become, so that it knows the boxes and stations of the moment.
 //
-// An offer is a word; one that ends in "=" or "@" goes on. Two say that the shell knows better:
+// An offer is a word; one that ends in "=" or "@" needs more after it. Two offers stand for what
+// the shell completes itself:
 #pragma once
 
 #include <string>
 #include <vector>
 
-constexpr const char* kCompleteFiles = ":files";      // the names of files as well
-constexpr const char* kCompleteCommand = ":command";  // a command line of its own follows "--"
+constexpr const char* kCompleteFiles = ":files";      // file names
+constexpr const char* kCompleteCommand = ":command";  // the command line after "--"
 
-// What may stand for WORD, which is an option ("--board") or a positional word ("WHAT"), in the
-// place after BEFORE, which stand for it already. CURRENT is what is there so far; BOX as for
-// reach_root. The offers need not begin with CURRENT.
+// Offers for WORD, an option ("--board") or a positional argument ("WHAT"). BEFORE: the positional
+// arguments already given; CURRENT: what has been typed of this one; BOX as for reach_root. The
+// offers need not begin with CURRENT.
 std::vector<std::string> complete_value(const std::string& word,
                                         const std::vector<std::string>& before,
                                         const std::string& current, const std::string& box);
 
-// For "bash" or "zsh"; "" for any other shell.
+// The script for "bash" or "zsh"; "" for any other shell.
 std::string complete_script(const std::string& shell);
 
-// Those that have one.
+// The shells that have a script.
 std::vector<std::string> complete_shells();
 
-// Print the script, the offers. They return the exit status.
+// These print the script and the offers, and return the exit status.
 int complete_print_script(const std::string& shell);
 int complete_print(const std::vector<std::string>& offers);

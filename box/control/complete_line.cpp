@@ -1,18 +1,18 @@
-// What may follow the words typed so far. The answer comes from the declaration of the command
-// line, so nothing is offered that would be refused.
+// What may follow the words typed so far. It comes from the declaration of the command line, so
+// nothing is offered that would be rejected.
 #include "control/command_line_parts.h"
 #include "control/complete.h"
 
-// Where the walk along the line has come to.
+// How far the walk along the line has come.
 struct walk {
   const CLI::App* root;
   const CLI::App* app;              // the command, or gwbox itself
   const CLI::Option* pending;       // waits for its value
-  std::vector<std::string> values;  // what stands for the positional words of the command
+  std::vector<std::string> values;  // the command's positional arguments so far
   std::string box;
 };
 
-// An option of the command, or of gwbox where the command leaves those to it.
+// An option of the command, or of gwbox if the command falls through to it.
 static const CLI::Option* find_option(const walk& w, const std::string& name) {
   const CLI::Option* option = w.app->get_option_no_throw(name);
   if (!option && w.app->get_fallthrough()) option = w.root->get_option_no_throw(name);
@@ -62,7 +62,7 @@ static std::vector<std::string> options_of(const walk& w) {
   return names;
 }
 
-// The positional word that comes next; the last one of a command may take many.
+// The next positional argument; the last one of a command may take many words.
 static const CLI::Option* next_positional(const walk& w) {
   size_t place = 0;
   for (const CLI::Option* option : w.app->get_options()) {

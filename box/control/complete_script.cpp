@@ -3,8 +3,8 @@
 
 #include "control/complete.h"
 
-// bash takes "=", ":" and "@" for the end of a word, and puts what is chosen in place of what
-// follows the last of them; gwbox gets the words as it would get them when the line is run.
+// bash ends a word at "=", ":" and "@", and replaces only what follows the last of them. gwbox gets
+// the words as it would when the line is run.
 static constexpr char kBash[] = R"(# bash completion for gwbox
 _gwbox_add() {
   local offer=$1
@@ -18,7 +18,7 @@ _gwbox_files() {
     _gwbox_add "${current%"$value"}$file"
   done < <(compgen -f -- "$value")
 }
-# What follows "--" is completed as a line of its own, where bash-completion is there for it.
+# Completes what follows "--" as a command line of its own, if bash-completion is loaded.
 _gwbox_command() {
   local i=1
   while ((i < COMP_CWORD)) && [[ ${COMP_WORDS[i]} != -- ]]; do i=$((i + 1)); done
@@ -54,7 +54,7 @@ _gwbox() {
 complete -F _gwbox gwbox
 )";
 
-// As a file that zsh loads with the first completion, it is the function.
+// When zsh autoloads the script as a file, the script is the body of the function.
 static constexpr char kZsh[] = R"(#compdef gwbox
 _gwbox() {
   local -a before

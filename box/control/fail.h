@@ -5,5 +5,5 @@
 #include <vector>
 
 // WORDS after `gwbox fail`: WHAT HOW [COUNT], "clear" or "list". BOX as for reach_root; AS_JSON:
-// how a list is printed. Returns the exit status.
+// prints the list as JSON. Returns the exit status.
 int fail_run(const std::string& box, const std::vector<std::string>& words, bool as_json);

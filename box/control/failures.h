@@ -6,5 +6,5 @@
 
 #include "gateway/state.h"
 
-// The answer to "fail WORD...", for serve.h.
+// Carries out the message "fail WORD..." and returns the answer, see connection.h.
 std::string fail_act(trap_state& trap, const std::vector<std::string>& words);

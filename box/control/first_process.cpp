@@ -31,7 +31,7 @@
 #include "host/profiles.h"
 #include "trap/filter.h"
 
-// How long processes of the box have after SIGTERM before the kernel kills them.
+// How long the box's processes have after SIGTERM before the kernel kills them.
 static constexpr int64_t kGraceUs = 2000000;
 
 struct box {
@@ -44,10 +44,10 @@ struct box {
   portmap portmapper;
   companions_starting starting;
   pid_t payload;
-  bool own_job;  // the payload is a process group that takes turns with gwbox at the terminal
-  int status;    // what the box ends with, once ending
+  bool own_job;  // the payload is a process group that shares the terminal with gwbox in turns
+  int status;    // the box's exit status, once ending
   bool ending;
-  int64_t give_up_us;  // when ending: monotonic time after which nobody is waited for
+  int64_t give_up_us;  // when ending: monotonic time until which processes are waited for
 };
 
 static int status_of(int wait_status) {
@@ -77,7 +77,7 @@ static bool open_trap(box& b, const box_plan& plan) {
   return b.trap.listener >= 0;
 }
 
-// The portmapper and the companions start up while the radios are made.
+// The portmapper and the companions start up while the radios are created.
 static bool start_services(box& b, const box_plan& plan) {
   if (!net_start() || !profiles_install(*plan.hardware)) return false;
   if ((plan.portmap && !portmap_start(b.portmapper)) ||
@@ -103,7 +103,7 @@ static bool build(box& b, const box_plan& plan) {
   return b.payload > 0;
 }
 
-// Calls ACT for every process of the box but this one and the portmapper; returns their number.
+// Calls ACT for every process in the box except this one and the portmapper; returns their number.
 template <typename Act>
 static int for_each_process(const box& b, Act act) {
   int count = 0;
@@ -119,7 +119,7 @@ static int for_each_process(const box& b, Act act) {
   return count;
 }
 
-// The portmapper stays until the others are gone: services take back their registrations.
+// The portmapper stays until the others are gone, so that services can unregister.
 static void begin_end(box& b, int status) {
   if (b.ending) return;
   b.ending = true;
@@ -131,14 +131,14 @@ static void begin_end(box& b, int status) {
   });
 }
 
-// The outer shell has to know when a job of its own stops, else the terminal would stay with
-// nobody. What is alongside in gwbox's process group stops together with gwbox.
+// The outer shell must learn that its job has stopped, or nobody would have the terminal. A payload
+// in gwbox's own process group stops together with gwbox.
 static void payload_changed(box& b, int wait_status) {
   if (!WIFSTOPPED(wait_status)) return begin_end(b, status_of(wait_status));
   if (b.own_job) static_cast<void>(send(b.link, &kLinkStopped, 1, MSG_NOSIGNAL));
 }
 
-// No message when somebody ended it on purpose.
+// No message if it was ended on purpose.
 static void portmap_changed(box& b, int wait_status) {
   if (WIFSTOPPED(wait_status)) return;
   b.portmapper.pid = 0;
@@ -179,13 +179,13 @@ static void take_control(box& b) {
   if (client >= 0) b.clients.push_back(client);
 }
 
-// Of two waiting times, -1 meaning for ever.
+// The shorter of two waiting times; -1 is without limit.
 static int sooner(int a, int b) {
   if (a < 0 || b < 0) return a < 0 ? b : a;
   return a < b ? a : b;
 }
 
-// Milliseconds that the loop may sleep, -1: for ever.
+// Milliseconds that the loop may sleep; -1: without limit.
 static int next_timeout(box& b) {
   around_go_on(b.trap);
   int timeout = sooner(trap_run_delayed(b.trap), around_timeout_ms(b.trap.driver));
@@ -218,13 +218,13 @@ static void serve_once(box& b) {
   if (watched[2].revents) take_control(b);
 }
 
-// True when nothing is left to wait for. Until then trapped calls are answered.
+// True when nothing is left to wait for. Until then trapped calls are still answered.
 static bool ended(box& b) {
   if (!b.ending) return false;
   return journal_now_us() >= b.give_up_us || for_each_process(b, [](pid_t) {}) == 0;
 }
 
-// Whatever is left, the portmapper for one, is killed by the kernel when this process ends.
+// The kernel kills whatever is left, such as the portmapper, when this process ends.
 int box_main(const box_plan& plan) {
   box b = {};
   b.link = plan.link;

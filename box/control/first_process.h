@@ -1,5 +1,5 @@
-// The box's first process (pid 1 inside): builds the box, starts what belongs in it, then
-// supervises: trapped calls, control socket, children, end.
+// The box's first process (pid 1 inside). It builds the box, starts the services and the payload,
+// and then serves trapped calls and the control socket until the box ends.
 #pragma once
 
 #include <sys/types.h>
@@ -21,12 +21,12 @@ struct box_plan {
   bool portmap;
   bool companions;  // HncInit and the HNC listener run from the start
   bool cold;        // no driver is loaded at the start
-  int log_fd;       // journal outside, or -1
+  int log_fd;       // copy of the journal outside, or -1
   int link;         // to `gwbox run`, see run_link.h
-  int name;         // of reach_take_name, or -1
+  int name;         // from reach_take_name, or -1
   int64_t start_us;
 };
 
-// Runs as the first process of new namespaces. The result is what the box ends with: the
-// payload's exit status, 128+N for its signal N, or 125 when the box could not be built.
+// Runs as the first process of new namespaces. Returns the box's exit status: the payload's, 128+N
+// if signal N ended the payload or the box, or 125 if the box could not be built.
 [[nodiscard]] int box_main(const box_plan& plan);

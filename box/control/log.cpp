@@ -17,7 +17,7 @@
 
 using json = nlohmann::ordered_json;
 
-// Members that have a place of their own in a readable line; the others stand as name=value.
+// Members that have their own place in a readable line; the others are printed as name=value.
 static constexpr const char* kPlaced[] = {
     "seq",   "time", "pid",      "comm",   "interface", "request",  "name",     "sub",  "object",
     "bytes", "text", "text_hex", "length", "result",    "injected", "delay_ms", "error"};
@@ -71,7 +71,7 @@ static std::string printable(std::string text) {
   return text;
 }
 
-// Prints the whole lines that the journal has beyond what was printed; keeps the rest in PART.
+// Prints the journal's new complete lines; keeps the rest in PART.
 static void print_new(int fd, std::string& part, bool as_json) {
   char piece[65536];
   for (ssize_t got; (got = read(fd, piece, sizeof piece)) > 0;) {
@@ -92,8 +92,8 @@ static int open_journal(const std::string& path) {
   return fd;
 }
 
-// The journal at the path and a watch of it: new lines, and its becoming the older one. The watch
-// is set before the first read, so that no line is missed in between.
+// The journal and a watch that reports new lines and the change to a new journal. The watch is set
+// before the first read, so that no line is missed in between.
 struct followed {
   int fd, watch;
 };
@@ -115,7 +115,7 @@ static bool await_change(int watch, int end) {
   return waiting[1].revents == 0;
 }
 
-// Takes what has changed; MOVED: no more lines come to this journal.
+// Reads the events of the watch. MOVED: this is the older journal now and gets no more lines.
 static bool take_news(int watch, bool& moved) {
   alignas(inotify_event) char events[4096];
   ssize_t got = read(watch, events, sizeof events);

@@ -4,5 +4,5 @@
 #include <string>
 
 // BOX as for reach_root. JSON: the lines as they are; else one readable line per request. FOLLOW:
-// goes on until it is interrupted. Returns the exit status.
+// goes on until the box ends. Returns the exit status.
 int log_print(const std::string& box, bool follow, bool json);

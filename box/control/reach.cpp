@@ -71,7 +71,7 @@ void reach_serve(int fd) {
     close(caller);
 }
 
-// The kernel lists an address with "@" for its zero byte, and once for each connection, too.
+// The kernel lists an address with "@" for its zero byte, and again for each connection.
 std::vector<std::string> reach_names() {
   std::set<std::string> names;
   std::istringstream lines(file_read("/proc/net/unix"));
@@ -83,7 +83,7 @@ std::vector<std::string> reach_names() {
   return {names.begin(), names.end()};
 }
 
-// The process that listens on the name, 0 when none does, -1 when it has too many callers.
+// The process that listens on the name; 0 if none does, -1 if it does not accept in time.
 static pid_t process_named(const std::string& name) {
   sockaddr_un address;
   socklen_t size = name_address(name, address), credentials_size = sizeof(ucred);

@@ -69,8 +69,8 @@ static bool make_plan(const args& a, const board& hardware, box_plan& plan) {
   return open_log(a.log_file, plan.log_fd);
 }
 
-// The box must end with the process outside, however that one ends. The other end of the link
-// is closed by then when it ended before this was asked for.
+// The box must end with the process outside, however that one ends. If it ended before the prctl
+// call, its end of the link is closed already.
 static int live_in_box(const box_plan& plan) {
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   pollfd link = {plan.link, POLLIN, 0};
@@ -78,8 +78,8 @@ static int live_in_box(const box_plan& plan) {
   return box_main(plan);
 }
 
-// A stopped payload stops this process as well, so that the shell it was started from takes the
-// terminal back; when that shell continues it, the payload goes on where it belongs.
+// When the payload stops, this process stops as well, so that the shell outside takes the terminal
+// back. When that shell continues it, so does the payload, in the foreground or the background.
 static void follow_stop(int link) {
   payload_to_foreground(getpgrp());
   kill(getpid(), SIGSTOP);
@@ -111,7 +111,7 @@ static int await_end(pid_t box, int link, int signals) {
   return 128 + WTERMSIG(status);
 }
 
-// Blocked before the box exists, so that none is lost; the box's processes start unblocked.
+// Signals are blocked before the box exists, so that none is lost; the payload unblocks them.
 static int block_signals() {
   sigset_t watched;
   sigemptyset(&watched);

@@ -1,8 +1,9 @@
-// `gwbox run`: the process outside. Starts the box in namespaces of its own, waits for its end,
-// passes signals and job control on.
+// `gwbox run`, the process outside. It starts the box in new namespaces, passes on signals and job
+// control, and waits for the box to end.
 #pragma once
 
 #include "control/command_line.h"
 
-// Returns the exit status: COMMAND's, 128+N for its signal N, 125 when there is no box.
+// Returns the exit status: COMMAND's, 128+N if signal N ended it, 125 if there is no box, 2 if the
+// scenario, the board or the name is wrong.
 int run_box(const args& a);

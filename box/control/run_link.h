@@ -3,5 +3,5 @@
 #pragma once
 
 constexpr char kLinkStopped = 'S';     // inside to outside: the payload was stopped (Ctrl-Z)
-constexpr char kLinkContinue = 'C';    // outside to inside: let it go on, in the background
-constexpr char kLinkForeground = 'F';  // outside to inside: let it go on with the terminal
+constexpr char kLinkContinue = 'C';    // outside to inside: continue it in the background
+constexpr char kLinkForeground = 'F';  // outside to inside: continue it with the terminal

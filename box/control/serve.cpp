@@ -14,9 +14,9 @@
 #include "gateway/around.h"
 
 static constexpr int kBacklog = 16;
-static constexpr double kTimeMax = 1e12;  // seconds, far below what 64 bits hold in microseconds
+static constexpr double kTimeMax = 1e12;  // seconds; 64 bits hold it in microseconds
 
-// Everybody in the box may use it: a box has no users to protect from each other.
+// Every user in the box may use it: a box has no users to protect from each other.
 int control_listen() {
   sockaddr_un address;
   int fd = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
@@ -90,7 +90,7 @@ void control_serve(int client, trap_state& trap) {
     around_go_on(trap);
     message.resize(static_cast<size_t>(got));
     std::string answer = act(message, trap);
-    // Whoever ends the delays finds the lines of the calls in the journal.
+    // Runs before the answer: whoever ended delays then finds those calls in the journal.
     static_cast<void>(trap_run_delayed(trap));
     if (answer.size() > kControlMessageMax) answer = "the answer is too long for one message";
     static_cast<void>(send(client, answer.data(), answer.size(), MSG_NOSIGNAL));

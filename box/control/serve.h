@@ -1,4 +1,4 @@
-// The box's side of its control socket, see connection.h.
+// The box's end of its control socket, see connection.h.
 #pragma once
 
 #include "gateway/state.h"
@@ -6,8 +6,8 @@
 // Returns the listening descriptor, or -1 after a report.
 [[nodiscard]] int control_listen();
 
-// Accepts one client of LISTENER; its descriptor, or -1 when there is none after all.
+// Accepts one client of LISTENER and returns its descriptor, or -1 if there is none.
 int control_accept(int listener);
 
-// Reads the client's message, does what it asks, answers and closes CLIENT.
+// Reads the client's message, carries it out, answers and closes CLIENT.
 void control_serve(int client, trap_state& trap);

@@ -36,7 +36,7 @@ static int64_t seconds(int64_t us) {
   return us / 1000000;
 }
 
-// Its bytes in hexadecimal when it is not UTF-8, which JSON text must be.
+// Adds the bytes in hexadecimal if they are not UTF-8, which JSON requires.
 static void put_ssid(json& object, const std::string& ssid) {
   object["ssid"] = ssid;
   if (!text_is_utf8(ssid)) object["ssid_hex"] = text_hex(ssid);

@@ -20,7 +20,7 @@ static constexpr size_t kSecurityWidth = 16;
 
 struct column {
   const char* name;
-  double width;  // a hint: columns of the screen, or below 1 a part of it
+  double width;  // a hint: a number of columns, or below 1 a share of the screen
   int flags;
 };
 
@@ -57,8 +57,8 @@ static std::string table_of(const column (&columns)[N],
   return result;
 }
 
-// Safe on a terminal, as wificonf shows it, and at most so wide: cut between characters, and never
-// inside of what stands for one byte.
+// Escaped for a terminal as wificonf does it, and at most WIDTH columns wide. Text is cut between
+// characters and never inside an escape.
 static std::string fitted(const std::string& bytes, size_t width) {
   std::string text, kept;
   size_t used = 0;
@@ -125,7 +125,7 @@ static std::vector<std::string> station_row(const json& s) {
           s.value("btm", false) ? "yes" : "no"};
 }
 
-// "modules: a, b", broken into lines before they get too wide.
+// "modules: a, b", wrapped at kWidth.
 static std::string listed(const std::string& head, const std::vector<std::string>& words) {
   std::string text = head, line = head;
   if (words.empty()) return text + " none\n";
@@ -151,7 +151,7 @@ static std::string heading(const json& status) {
 }
 
 std::string status_tables(const std::string& text) {
-  // Texts are UTF-8 whatever the caller's language; widths are counted accordingly.
+  // The texts are UTF-8 whatever the caller's locale is; wcwidth has to know.
   setlocale(LC_CTYPE, "C.UTF-8");
   json status = json::parse(text, nullptr, false);
   if (!status.is_object()) return "";

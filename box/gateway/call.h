@@ -12,7 +12,7 @@ struct trap_call {
   uint32_t request;  // of an ioctl; else one of kFault...Module
   bool is_short;     // a fault cuts the answer to short_bytes
   size_t short_bytes;
-  bool has_count;  // a fault has the answer begin with count
+  bool has_count;  // a fault puts count at the start of the answer
   uint32_t count;
   // A wireless request:
   uint64_t pointer;  // of the caller's buffer
@@ -21,11 +21,11 @@ struct trap_call {
   // A VLAN request:
   vlan_request vlan;
   // A module call:
-  const module_row* module;  // null: another, or none
+  const module_row* module;  // null: not one of the driver's
 };
 
-// How one kind of call is done. READ finds out what is wrong with the call itself and fills ENTRY;
-// ACT does it. Both return 0 or a negative errno, and only ACT writes to the caller's memory.
+// How one kind of call is handled. READ checks the call itself and fills ENTRY; ACT carries it out.
+// Both return 0 or a negative errno, and only ACT writes to the caller's memory.
 struct trap_kind {
   int (*read)(trap_state&, trap_call&, journal_entry&);
   int (*act)(trap_state&, trap_call&, journal_entry&);
@@ -33,5 +33,5 @@ struct trap_kind {
 
 extern const trap_kind kTrapKindWireless, kTrapKindVlan, kTrapKindModule;
 
-// False once the caller is gone: its thread id may by now be somebody else's.
+// False once the caller is gone; its thread id may have been reused by then.
 bool trap_still_waiting(const trap_state& trap, const trap_call& c);

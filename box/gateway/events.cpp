@@ -1,4 +1,4 @@
-// What happens around the driver: interfaces go up and down, files of /sys are written.
+// What happens around the driver: interfaces go up and down, files of /sys and /proc are written.
 #include <poll.h>
 
 #include "base/files.h"
@@ -20,7 +20,7 @@ static void journal_cut_ssid(trap_state& trap, int n) {
   journal_append(trap.log, entry);
 }
 
-// The driver reads its profile at the moment when an interface goes up.
+// The driver reads its profile when an interface goes up.
 static void set_up(trap_state& trap, int n, bool up) {
   if (trap.up[n] == up) return;
   trap.up[n] = up;
@@ -61,7 +61,7 @@ static void follow_sysfs(trap_state& trap) {
   }
 }
 
-// Every trapped call gets here, and usually there is no news.
+// Polls first: every trapped call comes here, and usually there is no news.
 void trap_catch_up(trap_state& trap) {
   pollfd news[] = {{trap.links, POLLIN, 0}, {trap.sysfs.notify, POLLIN, 0}};
   if (poll(news, 2, 0) <= 0) return;

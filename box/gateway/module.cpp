@@ -9,11 +9,11 @@
 #include "gateway/call.h"
 #include "host/module_image.h"
 
-// The name is near the beginning of an image: the rest is not read.
+// The name is near the start of an image, so the rest is not read.
 static constexpr size_t kImageLimit = 65536;
 static constexpr size_t kNameLimit = 55;  // as the kernel's, without the terminator
 static constexpr size_t kParamsLimit = 4096;
-static constexpr uint64_t kFinitFlags = 7;  // all that there are
+static constexpr uint64_t kFinitFlags = 7;  // all the flags that there are
 
 static int recognise(trap_call& c, journal_entry& entry, const std::string& image) {
   std::string name = module_image_name(image);
@@ -39,7 +39,7 @@ static int read_init(trap_call& c, journal_entry& entry) {
   return recognise(c, entry, image);
 }
 
-// Reopens the caller's file. Anything but a plain file is not touched.
+// Reopens the caller's file. Only a regular file is opened.
 static int read_open_file(const trap_call& c, std::string& image) {
   std::string path =
       caller_proc_path(c.tid, "fd/" + std::to_string(static_cast<int>(c.arguments[0])));
@@ -104,7 +104,7 @@ static int load(trap_state& trap, const module_row& module) {
 static int do_module(trap_state& trap, trap_call& c, journal_entry&) {
   if (c.request != kFaultDeleteModule) return load(trap, *c.module);
   int status = modules_unload(trap.modules, *c.module);
-  trap_catch_up(trap);  // the interfaces are gone: the model knows it before the caller does
+  trap_catch_up(trap);  // the model learns before the caller does that the interfaces are gone
   return status;
 }
 

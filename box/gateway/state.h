@@ -1,5 +1,5 @@
 // The state of a running gateway, and the trapped calls of all its processes: read from the
-// caller's memory, done by the driver model, the modules or the VLANs, and answered.
+// caller's memory, carried out by the driver model, the modules or the VLANs, and answered.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +15,7 @@
 #include "trap/caller.h"
 #include "trap/faults.h"
 
-constexpr int kTrapArguments = 3;  // of a call, as far as any needs them
+constexpr int kTrapArguments = 3;  // as many arguments as any trapped call needs
 
 // A call that a delay rule holds back; the caller sleeps in it meanwhile.
 struct trap_delayed {
@@ -30,7 +30,7 @@ struct trap_delayed {
 
 struct trap_state {
   int listener;                  // of the filter
-  int socket;                    // any socket of the box's network, to ask about interfaces
+  int socket;                    // a socket of the box's network, to ask about interfaces
   int links;                     // news of interfaces
   bool up[kBoardMaxInterfaces];  // what the driver model was told
   driver_state driver;
@@ -46,12 +46,13 @@ struct trap_state {
 // Loads all modules that the board has a card for. Reports what failed.
 [[nodiscard]] bool trap_load_modules(trap_state& trap);
 
-// Takes in what happened around the driver: interfaces that went up or down, writes to the files
-// of /sys. Every trapped call does so first; to be called when one of both is readable.
+// Takes in what happened around the driver: interfaces that went up or down, writes to the files of
+// /sys and /proc. Every trapped call does so first. Also to be called when trap.links or
+// trap.sysfs.notify is readable.
 void trap_catch_up(trap_state& trap);
 
 // Takes one trapped call. To be called when the listener is readable.
 void trap_take(trap_state& trap);
 
-// Does the delayed calls that are due; returns milliseconds until the next one, -1: none waits.
+// Handles the delayed calls that are due; returns milliseconds until the next one, -1: none waits.
 int trap_run_delayed(trap_state& trap);

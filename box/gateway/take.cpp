@@ -12,7 +12,7 @@
 #include "gateway/around.h"
 #include "gateway/call.h"
 
-// Trapped calls other than ioctl, by their numbers for programs of either width.
+// Trapped calls other than ioctl, by their numbers in 64-bit and in 32-bit programs.
 static constexpr struct {
   int number_64;
   int number_32;
@@ -38,7 +38,7 @@ static const trap_kind& kind_of(const trap_call& c) {
   return c.request == kFaultVlan ? kTrapKindVlan : kTrapKindWireless;
 }
 
-// Everything up to the act: what is wrong with the call itself.
+// Reads and checks the call itself; 0 or a negative errno.
 static int read_call(trap_state& trap, trap_call& c, journal_entry& entry) {
   entry.request = is_ioctl(c) ? c.request : 0;
   int status = kind_of(c).read(trap, c, entry);
@@ -68,7 +68,7 @@ static void delay(trap_state& trap, const trap_call& c, const fault_rule& rule) 
   trap.delayed.push_back(held);
 }
 
-// RULE: the one whose delay is over, or null when the call has only just come in.
+// RULE: the one whose delay is over, or null for a new call.
 static void serve(trap_state& trap, trap_call& c, const fault_rule* rule) {
   trap_catch_up(trap);
   around_go_on(trap);
@@ -116,8 +116,8 @@ static trap_call call_of(uint64_t id, int32_t tid, uint32_t arch, int number,
   return c;
 }
 
-// Kernels may append to the record; this size is what this program was built for, and what the
-// kernel fills is never more than a seccomp_notif of its own, hence the spare room.
+// A newer kernel may fill a longer record than the one this program was built with, hence the spare
+// room.
 void trap_take(trap_state& trap) {
   union {
     seccomp_notif notification;

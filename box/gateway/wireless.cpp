@@ -21,7 +21,7 @@ static uint16_t word_at(const char* frame, size_t at) {
   return word;
 }
 
-// Takes the frame apart; false when it cannot be read.
+// Reads and parses the frame; false when it cannot be read.
 static bool read_frame(trap_call& c, std::string& interface) {
   char frame[kFrameSize] = {};
   if (!caller_read(c.tid, c.arguments[2], frame, sizeof frame)) return false;
@@ -64,8 +64,7 @@ static int read_wireless(trap_state& trap, trap_call& c, journal_entry& entry) {
   return 0;
 }
 
-// The driver's answer goes out only while the caller still waits for it, and never beyond what
-// the caller announced.
+// Writes the answer only while the caller still waits, and never beyond the room that it announced.
 static int write_answer(const trap_state& trap, const trap_call& c) {
   const driver_request& r = c.asked;
   size_t room = driver_room(r.request, r.length);

@@ -19,7 +19,7 @@ bool caller_write(int32_t tid, uint64_t address, const void* from, size_t size) 
   return process_vm_writev(tid, &here, 1, &there, 1, 0) == static_cast<ssize_t>(size);
 }
 
-// Never reads beyond the page of the last byte needed: the next page may not be mapped.
+// Never reads beyond the page of the text's last byte: the next page may not be mapped.
 bool caller_read_text(int32_t tid, uint64_t address, size_t limit, std::string& text) {
   constexpr uint64_t kPage = 4096;
   char piece[kPage];
@@ -40,7 +40,8 @@ std::string caller_proc_path(int32_t tid, const std::string& name) {
   return "/proc/" + std::to_string(tid) + "/" + name;
 }
 
-// Most callers are the first thread of their process, whose id is the process's.
+// Most callers are the first thread of their process, whose id is also that of the process.
+// pidfd_open fails for any other thread.
 static pid_t process_of(int32_t tid) {
   int fd = static_cast<int>(syscall(SYS_pidfd_open, tid, 0));
   if (fd >= 0) {
@@ -59,8 +60,8 @@ static void learn(caller_known& known, int32_t tid) {
   known.comm_fd = open(caller_proc_path(tid, "comm").c_str(), O_RDONLY | O_CLOEXEC);
 }
 
-// Callers come in runs, so the last one is cached. Its open file shows when it is gone, even if its
-// thread id has been reused, and its new name after an exec.
+// Calls from one thread come in runs, so the last caller is cached. Its open file shows when it is
+// gone, even if its thread id has been reused, and its new name after an exec.
 void caller_identify(caller_known& known, int32_t tid, pid_t& pid, std::string& comm) {
   char name[32];
   ssize_t size = known.tid == tid ? pread(known.comm_fd, name, sizeof name, 0) : -1;

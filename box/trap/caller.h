@@ -1,4 +1,4 @@
-// Whoever waits in a trapped call: its memory, its descriptors, its name.
+// The thread that waits in a trapped call: its memory, its descriptors, its name.
 #pragma once
 
 #include <sys/types.h>
@@ -23,5 +23,5 @@ struct caller_known {
 // "/proc/<tid>/NAME"
 std::string caller_proc_path(int32_t tid, const std::string& name);
 
-// Process and name of the thread. KNOWN is kept between calls.
+// Process and name of the thread. KNOWN caches the last caller.
 void caller_identify(caller_known& known, int32_t tid, pid_t& pid, std::string& comm);

@@ -62,7 +62,7 @@ static bool is_module_call(uint32_t request) {
          request == kFaultDeleteModule;
 }
 
-// A VLAN may be asked for on any device; everything else comes by a radio's interface.
+// A VLAN may be asked for on any device; all other requests name a radio's interface.
 static bool check_interface(const fault_rule& rule, std::string& wrong) {
   if (rule.interface.empty() || rule.request == kFaultVlan) return true;
   if (is_module_call(rule.request)) {
@@ -94,7 +94,7 @@ static bool parse_what(const std::string& what, fault_rule& rule) {
   return true;
 }
 
-// What HOW begins with when it has a number, and the highest one.
+// What HOW starts with when a number follows, and the highest number.
 struct how_row {
   const char* head;
   unsigned long highest;

@@ -35,16 +35,16 @@ static constexpr uint32_t kVlanRequest = 0x8983;
 // Set in the system call numbers of x32 programs, which report the 64-bit architecture: their calls
 // are refused, too.
 static constexpr uint32_t kX32Bit = 0x40000000;
-static constexpr uint32_t kNoCall = 0xFFFFFFFF;  // what a tracer makes of a call to skip
+static constexpr uint32_t kNoCall = 0xFFFFFFFF;  // set by a tracer to skip a call
 
 enum filter_action {
-  kFilterIoctl,      // trapped when its request is one of the above
-  kFilterSetgroups,  // answered 0 when the options say so
+  kFilterIoctl,      // trapped if its request is one of the above
+  kFilterSetgroups,  // answered with 0 if the options say so
   kFilterModule,     // loading and unloading a driver: always trapped
 };
 
-// Numbers per architecture: a 32-bit program's calls have numbers of their own. Calls of an
-// architecture that is not listed would pass untrapped, so none of them is done.
+// The calls of a 32-bit program have other numbers. Calls of an architecture that is not listed
+// would pass untrapped, so they are refused.
 struct filter_row {
   uint32_t arch;
   uint32_t number;
@@ -77,7 +77,7 @@ static void jump(program& p, uint16_t test, uint32_t value, uint8_t if_true, uin
   p.push_back(BPF_JUMP(static_cast<uint16_t>(BPF_JMP | test | BPF_K), value, if_true, if_false));
 }
 
-// The request is the second argument; its low half comes first in memory.
+// The request is the low half of the second argument, which comes first in memory.
 static program ioctl_part() {
   program p;
   load(p, offsetof(seccomp_data, args[1]));
@@ -156,8 +156,8 @@ static const char* install_hint() {
 int filter_install(const filter_options& options) {
   program p = whole_program(options);
   sock_fprog code = {static_cast<unsigned short>(p.size()), p.data()};
-  // Once a call has been taken up, only a deadly signal interrupts it: kernels before 5.19
-  // restart such calls instead, and a restarted set is done twice.
+  // With this flag only a fatal signal interrupts a call that has been received. Kernels before
+  // 5.19 lack it and restart the call, so that a set is done twice.
   int listener = install(code, SECCOMP_FILTER_FLAG_WAIT_KILLABLE_RECV);
   if (listener < 0 && errno == EINVAL) listener = install(code, 0);
   if (listener < 0) {
@@ -165,7 +165,7 @@ int filter_install(const filter_options& options) {
     return -1;
   }
   // Caller and supervisor take turns, so waking another processor only costs time. Kernels
-  // before 6.6 do not know the flag and do without.
+  // before 6.6 lack the flag, which does no harm.
   static_cast<void>(
       ioctl(listener, SECCOMP_IOCTL_NOTIF_SET_FLAGS, SECCOMP_USER_NOTIF_FD_SYNC_WAKE_UP));
   return listener;

@@ -1,5 +1,5 @@
-// The driver's requests by number and by name. Numbers as the wireless extensions have them;
-// private ones begin at 0x8BE0.
+// The driver's requests by number and by name. The numbers are those of the wireless extensions;
+// private ones start at 0x8BE0.
 #pragma once
 
 #include <cstdint>
@@ -13,16 +13,16 @@ constexpr uint32_t kRequestE2p = 0x8BE7;       // reads and writes the EEPROM, b
 constexpr uint32_t kRequestStations = 0x8BEF;  // table of the associated stations
 constexpr uint16_t kRequestSetFlag = 0x8000;   // in the flags: a set, not a query
 
-// True when the request's flags are a sub-command (kRequestSetFlag is not part of it).
+// True if the request's flags are a sub-command, of which kRequestSetFlag is not a part.
 bool request_has_sub(uint32_t request);
 
-// What the journal calls the request: "set", "query", "object_set", "get_priv" or "unknown".
+// The request's name in the journal, such as "set", "query" or "object_set"; or "unknown".
 const char* request_name(uint32_t request, uint16_t flags);
 
-// What an object of kRequestObject is called, "survey" for 0x069B; null for an unknown one.
+// The name of an object of kRequestObject, such as "survey" for 0x069B; null for an unknown one.
 const char* request_object_name(uint16_t sub);
 
-// The request or object of that name, "set", "stations" or "survey"; false for an unknown one.
+// The request or object with that name, such as "set" or "survey"; false for an unknown one.
 [[nodiscard]] bool request_find(const std::string& name, uint32_t& request, bool& has_sub,
                                 uint16_t& sub);
 
