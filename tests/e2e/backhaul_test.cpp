@@ -4,7 +4,7 @@
 #include "support/gateway.h"
 #include "support/wire.h"
 
-// What the home network is told of a BSS, through the wire.
+// What the host is told about a BSS.
 
 static constexpr uint32_t kSetService = 0x0100009F;
 

@@ -21,7 +21,7 @@ static std::string driver_texts() {
 }
 
 TEST(BandSteering, IsSwitchedOnAndOffWithDriverAndDaemon) {
-  // The start waits for the steering daemon's marker, a second per look.
+  // The start checks for the steering daemon's marker once a second.
   make_bands_alike();
   start_daemon();
   reply_message reply = {};

@@ -5,10 +5,10 @@
 #include "support/daemon.h"
 #include "support/files.h"
 
-// The words that wificonf takes for a setting are those that the daemon knows: any other
-// one clears it.
+// wificonf accepts exactly the words that the daemon knows for a setting: any other word
+// clears the setting.
 
-// Writes the setting of BSS 2 and returns its field of the profile's list.
+// Writes the setting of BSS 2 and returns its field from the profile.
 static std::string written(const std::string& procedure, const std::string& word,
                            const std::string& key) {
   int status = -1;

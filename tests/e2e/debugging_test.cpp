@@ -4,9 +4,9 @@
 #include "support/files.h"
 #include "support/transcript.h"
 
-// The sessions in docs/debugging.md are what a user sees today.
+// Checks that the sessions in docs/debugging.md are what a user sees today.
 
-// The text of the blocks that are marked "console", one after the other.
+// The text of all "console" blocks.
 static std::string sessions_of(const std::string& document) {
   static const std::string start = "```console\n";
   std::string text;
@@ -26,6 +26,6 @@ TEST(Debugging, TheDocumentShowsWhatTheDaemonPrints) {
   ASSERT_NE(in_use.find("$ wificonf wlan_set_ssid 1 \"On air\"\nok\n"), in_use.npos);
   start_daemon();
   EXPECT_EQ(masked(replay(in_use, false)), masked(in_use));
-  // Last, as it ends the portmapper.
+  // This comes last because it ends the portmapper.
   EXPECT_EQ(replay(not_started, false), not_started);
 }

@@ -17,12 +17,12 @@
 #include "support/snapshot.h"
 #include "support/wire.h"
 
-// The packet dissector in tshark, on what goes over the wire.
+// The packet dissector in tshark, applied to real traffic.
 
 static constexpr char kCapture[] = "/tmp/calls.pcapng";
 static constexpr char kErrors[] = "/tmp/tshark.err";
 
-// Procedures that nobody has: their calls mark begin and end of a capture.
+// Numbers without a procedure. Calls to them mark the beginning and end of a capture.
 static constexpr uint32_t kFirst = 0x0FFFFF01;
 static constexpr uint32_t kLast = 0x0FFFFF02;
 
@@ -30,8 +30,7 @@ static constexpr char kProtocol[] = " WLAN_CONFIG ";
 
 static constexpr char kMalformed[] = "[Expert Info (Error/Malformed): cut off or malformed]";
 
-// Calls it now and then until the capture has it: tshark writes what it has got
-// twice a second.
+// Repeats the call until the capture has it: tshark writes to the file twice a second.
 static void capture_mark(uint32_t procedure) {
   const std::string number = xdr_word(procedure);
   int looks = 0;
@@ -42,12 +41,11 @@ static void capture_mark(uint32_t procedure) {
 }
 
 static void start_capture() {
-  // Of two ports tshark goes by the lower: with one that belongs to another protocol
-  // it would take the callers for that.
+  // tshark chooses the protocol by the lower of the two ports. If another protocol had
+  // the caller's port and it were lower, tshark would choose that one.
   write_file("/proc/sys/net/ipv4/ip_local_port_range", "60100 65000");
   run("tshark -q -i lo -w " + std::string(kCapture) + " udp port 60001 >/dev/null 2>" + kErrors +
       " & echo $! >/tmp/tshark.pid");
-  // tshark takes seconds to start on a busy machine.
   EXPECT_TRUE(
       wait_until([] { return read_file(kErrors).find("Capturing on") != std::string::npos; }, 15))
       << read_file(kErrors);
@@ -61,8 +59,8 @@ static void end_capture() {
   EXPECT_TRUE(wait_until([pid] { return kill(pid, 0) != 0; }));
 }
 
-// What the dissector shows of each packet of the capture, without indentation: first
-// "Info: " and what is in that column, then the details.
+// The dissector's output for each packet without indentation: first "Info: " and that
+// column, then the details.
 static std::vector<std::string> dissected() {
   int status = -1;
   const std::string said = run("tshark -r " + std::string(kCapture) +
@@ -77,7 +75,7 @@ static std::vector<std::string> dissected() {
     const size_t text = line.find_first_not_of(' ');
     const size_t protocol = line.find(kProtocol);
     if (protocol != line.npos) {
-      const size_t info = line.find(' ', protocol + strlen(kProtocol)) + 1;  // behind the length
+      const size_t info = line.find(' ', protocol + strlen(kProtocol)) + 1;  // after the length
       packets.push_back("Info: " + line.substr(info) + "\n");
     } else if (text != line.npos && text > 0) {
       packets.back() += line.substr(text) + "\n";
@@ -86,7 +84,7 @@ static std::vector<std::string> dissected() {
   return packets;
 }
 
-// The packets that have a text.
+// The packets that contain the text.
 static std::vector<std::string> with(const std::vector<std::string>& packets,
                                      const std::string& text) {
   std::vector<std::string> found;
@@ -104,9 +102,8 @@ static std::string reply_of(const std::vector<std::string>& packets, const std::
   return first(with(with(packets, "Message: Reply (1)\n"), "[Procedure: " + name + "]\n"));
 }
 
-// Rates of all kinds.
 static constexpr struct {
-  const char* rate;  // as the gateway is told it
+  const char* rate;  // as given to gwbox
   const char* shown;
 } kRates[] = {
     {"VHT80 MCS9 NSS2 SGI", "0x8319 (866.7 Mbit/s)"},
@@ -134,7 +131,7 @@ static void expect_rates(const std::vector<std::string>& packets) {
   }
 }
 
-// The Info column of the first packet that has a text.
+// The Info column of the first packet that contains the text.
 static std::string info_of(const std::vector<std::string>& packets, const std::string& text) {
   const std::string packet = first(with(packets, text));
   return packet.substr(0, packet.find('\n'));
@@ -148,10 +145,10 @@ static void expect_known_infos(const std::vector<std::string>& packets) {
       {true, "wlan_set_ssid", " 1 \"caf\xc3\xa9 \"7\"\""},
       {false, "wlan_set_ssid", " -> 0"},
       {false, "wlan_get_hnc_action_frame_payload", " -> 1: \"caf\xc3\xa9 \"7\"\""},
-      {false, "wlan_get_assoc_devices_num", " -> 0: 14"},  // seven of the scenario's
+      {false, "wlan_get_assoc_devices_num", " -> 0: 14"},  // seven from the scenario
       {false, "wlan_get_assoc_devices_table", " -> 0"},
       {true, "wlan_get_wps_result_status", " 1"},
-      // Cut behind 40 characters, the quote one of them.
+      // Cut after 40 characters, including the quote.
       {true, "wlan_set_pre_shared_key", " 3 1 \"0123456789abcdef0123456789abcdef0123456..."},
       {true, "hnc_set_hne_table_entry", " 1 1 1 ..."},
   };
@@ -164,7 +161,7 @@ static void expect_known_infos(const std::vector<std::string>& packets) {
   EXPECT_TRUE(info_of(packets, "Return code: -1\n").ends_with(" -> -1"));
 }
 
-// The lines from one on, without that of the time since the station came.
+// `count` lines from `line` on, without the station's connection time, which varies.
 static std::string lines_from(const std::string& packet, const std::string& line, int count) {
   size_t end = packet.find(line);
   if (end == packet.npos) return "no \"" + line + "\" in\n" + packet;
@@ -178,7 +175,7 @@ static std::string lines_from(const std::string& packet, const std::string& line
   return lines;
 }
 
-// Calls with known answers: a station that stands still, and a changed name.
+// Calls with known answers: a station that does not change, and a new SSID.
 static void make_known_calls() {
   start_capture();
   run("gwbox set station 02:00:5e:00:00:77 bss=1 'rssi=[-61,-63]' 'tx_rate=HT20 MCS15 SGI' "
@@ -235,7 +232,7 @@ namespace {
 using ordered_json = nlohmann::ordered_json;
 }
 
-// The words of a command line in which only texts with blanks are quoted.
+// The words of a command line in which single quotes protect blanks.
 static std::vector<std::string> words_of(const std::string& line) {
   std::vector<std::string> words(1);
   bool quoted = false;
@@ -250,7 +247,7 @@ static std::vector<std::string> words_of(const std::string& line) {
   return words;
 }
 
-// What the dissector shows of the arguments that the example gives.
+// What the dissector shows for the example's arguments.
 static std::string expected_arguments(const std::string& name) {
   const ordered_json about = ordered_json::parse(run("wificonf --json describe " + name));
   const std::vector<std::string> words = words_of(about["example"]);
@@ -305,7 +302,7 @@ static std::string expected_fields(const ordered_json& record) {
   return lines;
 }
 
-// What the dissector shows of the answer that wificonf decoded.
+// What the dissector shows for an answer that wificonf has decoded.
 static std::string expected_result(const ordered_json& answer) {
   std::string lines = "Return code: " + answer["return_code"].dump() + "\n";
   if (!answer.contains("value")) return lines;
@@ -314,15 +311,15 @@ static std::string expected_result(const ordered_json& answer) {
   return lines + "Value: " + (value.is_null() ? "(not known)" : value.dump()) + "\n";
 }
 
-// Addresses that are six bytes have no quotes, those that are texts have: JSON does not
-// tell them apart. Nor does it have the number that stands for one that is not known.
+// The dissector quotes addresses that are texts but not those of six bytes, and it shows
+// the number that means "not known". JSON has neither distinction.
 static std::string unquoted_addresses(const std::string& lines) {
   static const std::regex address("\"(([0-9a-f]{2}:){5}[0-9a-f]{2})\"");
   static const std::regex not_known("-?[0-9]+ (\\(not known\\))");
   return std::regex_replace(std::regex_replace(lines, address, "$1"), not_known, "$1");
 }
 
-// What follows a line.
+// The packet's details after a line.
 static std::string comparable(const std::string& packet, const std::string& start) {
   const size_t at = packet.find(start);
   return at == packet.npos ? "" : packet.substr(at + start.size());
@@ -340,14 +337,14 @@ static void expect_as_wificonf_says(const std::vector<std::string>& packets,
   const std::string result = answered.back().substr(
       std::min(answered.back().find("Return code: "), answered.back().size()));
   const std::string expected = expected_result(answer);
-  // A failure may have a payload all the same.
+  // A failure may still have a payload.
   if (answer["return_code"] < 0)
     EXPECT_TRUE(result.starts_with(expected)) << call.name << "\n" << result;
   else
     EXPECT_EQ(unquoted_addresses(result), unquoted_addresses(expected)) << call.name;
 }
 
-// Takes longer than others: tshark starts twice, the radios come up, and every
+// Takes longer than other tests: tshark starts twice, the radios come up, and every
 // procedure is called.
 TEST(Dissector, DecodesEveryCallAndReply) {
   const std::vector<procedure_call> calls = call_every_procedure(make_known_calls);
@@ -374,7 +371,7 @@ TEST(Dissector, DecodesEveryCallAndReply) {
 namespace {
 
 struct odd_datagram {
-  std::string bytes;  // behind the transaction
+  std::string bytes;  // after the transaction id
   std::string info;
   std::string shown;
   bool malformed;
@@ -382,7 +379,7 @@ struct odd_datagram {
 
 }  // namespace
 
-// Behind the transaction of a call that sets the name of BSS 3.
+// A call that sets the SSID of BSS 3, without its transaction id.
 static std::string set_ssid(const std::string& text) {
   return call_message(22, xdr_word(3) + text).substr(sizeof(uint32_t));
 }
@@ -402,16 +399,16 @@ static std::vector<odd_datagram> odd_datagrams() {
   };
 }
 
-// Texts as bytes, and what is shown of them.
+// Texts as bytes and as the dissector shows them.
 static std::vector<odd_datagram> odd_texts() {
   static const struct {
     const char* bytes;
     const char* shown;
   } kTexts[] = {
       {"\xe2\x82\xac \xf0\x9f\x93\xb6 \xd8\xb9", "\xe2\x82\xac \xf0\x9f\x93\xb6 \xd8\xb9"},
-      {"caf\xe9 \xe2\x82", "caf\\xe9 \\xe2\\x82"},            // no UTF-8, and cut off
-      {"\x1b[2J\x7f\xc2\x9b", "\\x1b[2J\\x7f\\xc2\\x9b"},     // controls
-      {"\xd8\x9c\xe2\x80\x8f", "\\xd8\\x9c\\xe2\\x80\\x8f"},  // direction of writing
+      {"caf\xe9 \xe2\x82", "caf\\xe9 \\xe2\\x82"},            // not UTF-8, and truncated
+      {"\x1b[2J\x7f\xc2\x9b", "\\x1b[2J\\x7f\\xc2\\x9b"},     // control characters
+      {"\xd8\x9c\xe2\x80\x8f", "\\xd8\\x9c\\xe2\\x80\\x8f"},  // text direction
       {"\xe2\x80\xae\xe2\x81\xa6", "\\xe2\\x80\\xae\\xe2\\x81\\xa6"},
       {"\xc0\xaf\xe0\x80\x80", "\\xc0\\xaf\\xe0\\x80\\x80"},  // overlong
       {"\xed\xa0\x80", "\\xed\\xa0\\x80"},                    // surrogate
@@ -423,7 +420,7 @@ static std::vector<odd_datagram> odd_texts() {
     odd.push_back({set_ssid(xdr_text(text.bytes)), "Call wlan_set_ssid 3 " + quoted,
                    "ssid: " + quoted + "\n", false});
   }
-  // The quote and 39 characters of two bytes.
+  // The quote and 39 two-byte characters.
   std::string many, most;
   for (int i = 0; i < 50; ++i) {
     many += "\xc3\xa9";
@@ -455,7 +452,7 @@ TEST(Dissector, SaysOfWhatIsCutOffThatItIs) {
     EXPECT_NE(packet.find(odd[i].shown), std::string::npos) << transaction << packet;
     EXPECT_EQ(packet.find(kMalformed) != std::string::npos, odd[i].malformed) << packet;
   }
-  // The two that are nothing of ours, and five of those above.
+  // Five of the datagrams above, and the two that are not calls of this program.
   EXPECT_EQ(with(packets, kMalformed).size(), 7u);
   EXPECT_NE(first(with(packets, "Number: 268435202 (0x0fffff02)\n")), "");
   EXPECT_EQ(info_of(packets, "Number: 268435202 (0x0fffff02)\n"), "Info: Call procedure 268435202");

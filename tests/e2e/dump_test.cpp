@@ -8,10 +8,10 @@
 #include "support/files.h"
 #include "support/lifecycle.h"
 
-// That nothing secret is in what "wificonf dump --redact" prints, whatever holds it.
+// "wificonf dump --redact" prints no secrets, wherever they are kept.
 
-// Every secret that a setter takes and that is a word of its own. Those that a getter
-// tells are marked: the plain dump has them.
+// Every secret that a setter takes. `told` marks those that a getter returns, so that the
+// plain dump has them.
 static constexpr struct {
   const char* command;
   const char* secret;

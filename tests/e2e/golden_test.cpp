@@ -8,8 +8,8 @@
 #include "support/lifecycle.h"
 #include "support/transcript.h"
 
-// What wificonf prints, kept in golden/ as sessions: to the letter, but for
-// moments and durations. Time stands still in these gateways.
+// Compares wificonf's output with the sessions in golden/, except for times and
+// durations. Time stands still in these gateways.
 
 static void expect_golden(const std::string& name) {
   const std::string session = read_file(GOLDEN_DIR "/" + name);
@@ -28,7 +28,7 @@ static void bring_radios_up() {
   queue_and_wait(kInit, kInitialized);
 }
 
-// Lists that a new procedure makes longer; scripts/generate writes the file.
+// New procedures make these lists longer; scripts/generate writes the file.
 TEST(Golden, Lists) {
   const std::string session = read_file(GOLDEN_DIR "/lists.txt");
   ASSERT_NE(session, "");

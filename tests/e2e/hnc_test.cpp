@@ -11,8 +11,8 @@
 #include "support/hnc_listener.h"
 #include "support/wire.h"
 
-// The home network controller through the wire: with gwbox's listener, and with
-// the stand-in where thousands of calls are made.
+// The home network controller: with gwbox's listener or, for thousands of calls, with the
+// stand-in.
 
 static constexpr uint32_t kGetEnable = 0x0100004E;
 static constexpr uint32_t kSetEnable = 0x0100004F;
@@ -39,7 +39,7 @@ static std::string payload_of(uint32_t procedure, const std::string& arguments) 
   return reply.payload;
 }
 
-// What the getters answer.
+// Answers of the getters.
 static std::string int_answer(uint32_t value, int32_t code = 0) {
   return xdr_word(static_cast<uint32_t>(code)) + xdr_word(4) + xdr_word(value) +
          std::string(12, '\0') + xdr_word(0);
@@ -60,15 +60,15 @@ static pid_t start_with_controller() {
   return start_daemon();
 }
 
-// The requests that the listener noted, "type name index value" a line.
+// The requests that the listener recorded, one per line: "type name index value".
 static std::string noted() {
   return run("jq -r '\"\\(.type) \\(.name) \\(.index) \\(.value)\"' /run/gwbox/hnc.jsonl");
 }
 
 namespace {
 
-// A setting: its procedures, whether they take an instance, its key and the
-// instance that the listener hears of when it is 2.
+// A setting: its getter, whether it takes an instance, its key, and the instance that the
+// listener receives for instance 2.
 struct setting {
   uint32_t get;
   bool instance;
@@ -98,7 +98,7 @@ static constexpr setting kTexts[] = {
     {0x01000068, true, "HNEModelnumber", "2"},
 };
 
-// Sets, then gets; the getters' filler is of no interest here.
+// Sets, then gets, and checks what the listener received.
 static void expect_round_trip(const setting& row, const std::string& value, const std::string& text,
                               const std::string& answer) {
   unlink("/run/gwbox/hnc.jsonl");
@@ -173,11 +173,11 @@ TEST(Hnc, ItsSwitchMakesAndRemovesTheMarker) {
                 "Stopping HNC by deleting hnc_enable fle. \n");
 }
 
-// What each operation says when it fails.
+// What each operation reports when it fails.
 
 namespace {
 
-// Which messages an operation has, and what stands between its name and the first.
+// Which messages an operation has, and whether its name and a blank precede the first.
 enum says { kNothing, kNotRunning, kBoth, kBothWithABlank };
 
 struct operation {
@@ -248,8 +248,8 @@ static std::string not_sent(const operation& row) {
          " Failed to send messgae to HNC Listner\n";
 }
 
-// An argument that any procedure of the controller takes: numbers, or a number
-// and an empty text, with zeros behind them.
+// Fits every procedure of the controller: a number, then zeros, which also make an empty
+// text.
 static const std::string kAnyArgument = xdr_word(1) + std::string(6000, '\0');
 
 static void expect_refusals(std::string (*message)(const operation&)) {
@@ -278,7 +278,7 @@ TEST(Hnc, WithoutTheMarkerEverythingFailsAndNothingIsSent) {
 
 TEST(Hnc, WhenNothingCanBeSentEverythingFails) {
   start_with_controller();
-  // The listener's port is out of reach from here on, and all others are not.
+  // From now on only the listener's port is unreachable.
   ASSERT_EQ(run("ip rule add pref 5 ipproto udp dport 4567 prohibit 2>&1 && "
                 "ip rule add pref 10 lookup local 2>&1 && ip rule del pref 0 2>&1"),
             "");
@@ -301,7 +301,7 @@ TEST(Hnc, ExtenderRowsComeAsTheyAre) {
   }
 }
 
-// The characters of a vector of the wire, a word each.
+// The characters of a vector on the wire, one word each.
 static std::string char_words(const std::string& text, size_t size) {
   std::string words;
   for (size_t i = 0; i < size; ++i)
@@ -333,7 +333,7 @@ TEST(Hnc, SupportedRowsGoThereAndBack) {
   EXPECT_EQ(call_for_code(kSetSupportedRow, argument), 0);
   EXPECT_EQ(payload_of(kGetSupportedRow, xdr_word(7)), image_answer(image));
   EXPECT_EQ(run("jq -r .record.manufacturer /run/gwbox/hnc.jsonl | head -1"), full + "\n");
-  // Row status 6 removes it.
+  // Row status 6 removes the row.
   EXPECT_EQ(call_for_code(kSetRowStatus, xdr_word(7) + xdr_word(6)), 0);
   EXPECT_EQ(payload_of(kGetSupportedRow, xdr_word(7)), image_answer(std::string(1232, '\0'), -1));
   EXPECT_EQ(call_for_code(kSetRowStatus, xdr_word(7) + xdr_word(6)), 0) << "not looked at";
@@ -418,8 +418,6 @@ TEST(Hnc, SupportedRowIsTracedByItsHandler) {
       << daemon_output();
 }
 
-// Descriptors.
-
 static size_t occurrences(const std::string& text, const std::string& part) {
   size_t count = 0;
   for (size_t at = text.find(part); at != text.npos; at = text.find(part, at + 1))
@@ -427,7 +425,7 @@ static size_t occurrences(const std::string& text, const std::string& part) {
   return count;
 }
 
-// Starts the daemon behind a limit, and the stand-in, and waits for both.
+// Starts the daemon with a limit, and the stand-in, and waits for the daemon.
 static pid_t start_limited(const std::string& limits) {
   write_file(kMarker, "");
   const pid_t supervisor = start_supervisor_through(limits + "; exec ");
@@ -437,8 +435,8 @@ static pid_t start_limited(const std::string& limits) {
   return supervisor;
 }
 
-// Makes 5,000 calls in a row, each waiting for the service to be there; returns
-// how many were not answered.
+// Makes 5,000 calls one after the other and returns how many were not answered. After
+// each of these it waits for the service.
 static int lost_of_5000_calls(double seconds) {
   int lost = 0;
   for (int i = 0; i < 5000; ++i) {
@@ -461,9 +459,9 @@ static size_t descriptors_of(pid_t pid) {
   return count;
 }
 
-// Takes four seconds: so long the four lost calls are waited for.
+// Takes four seconds: each of the four lost calls times out after one.
 TEST(HncDescriptors, ChildThatRunsOutIsReplacedAndOnlyTheCallAtHandIsLost) {
-  // The leak checker needs descriptors of its own when the child ends.
+  // The leak checker would need descriptors when the child ends.
   const pid_t supervisor =
       start_limited("export ASAN_OPTIONS=$ASAN_OPTIONS:detect_leaks=0; ulimit -n 1024");
   const pid_t first = service_child(supervisor);

@@ -1,6 +1,6 @@
 #include <cstdio>
 
-// Stands in for the host's reverse RPC client: one line per call.
+// Stands in for the host's reverse RPC client and writes a line per call.
 extern "C" void rev_set_bh_setting(int bss_index, int kind, const char* value);
 
 void rev_set_bh_setting(int bss_index, int kind, const char* value) {

@@ -5,8 +5,8 @@
 #include "support/lifecycle.h"
 #include "support/snapshot.h"
 
-// What "wificonf --json" prints of a call of every procedure, against the JSON
-// Schema that "wificonf schema" prints for it.
+// The output of "wificonf --json" for a call of every procedure, checked against the JSON
+// Schema from "wificonf schema".
 
 static std::string failed_procedures(const std::vector<procedure_call>& calls) {
   std::string names;
@@ -16,8 +16,8 @@ static std::string failed_procedures(const std::vector<procedure_call>& calls) {
   return names;
 }
 
-// Takes longer than others: the radios come up, every procedure is called and
-// its schema is read.
+// Takes longer than other tests: the radios come up, every procedure is called and its
+// schema is read.
 TEST(Json, EveryAnswerIsAsItsSchemaSays) {
   const std::vector<procedure_call> calls = call_every_procedure();
   ASSERT_EQ(calls.size(), snapshot_procedures()) << kSnapshotGrows;
@@ -29,7 +29,7 @@ TEST(Json, EveryAnswerIsAsItsSchemaSays) {
   const std::string said = run(VALIDATOR " </tmp/answers 2>&1", &status);
   EXPECT_EQ(status, 0) << said;
   EXPECT_EQ(said, std::to_string(calls.size()) + " answers are valid\n");
-  // A failure has no value to validate: only these may have none.
+  // A failure has no value to validate, so only these may fail.
   EXPECT_EQ(failed_procedures(calls),
             "wlan_get_igmp_snooping\n"
             "wlan_get_dot11u_enable\n"

@@ -6,7 +6,7 @@
 #include "support/lifecycle.h"
 #include "support/wire.h"
 
-// Run on boards with both layouts of the power limits.
+// Runs on boards with both layouts of the power limits.
 
 static constexpr uint32_t kGetBtmCapable = 256;
 static constexpr uint32_t kSetBtmEnable = 257;
@@ -21,7 +21,7 @@ static constexpr uint32_t kGetMaxBitRate = 299;
 static constexpr uint32_t kGetOnChannelPower = 0x0100007B;
 static constexpr uint32_t kGetMaxPower = 0x0100007C;
 
-// Code and value of an integer getter.
+// The code and value of an integer getter.
 static std::pair<int, int> get(uint32_t procedure, uint32_t radio) {
   reply_message reply = {};
   EXPECT_TRUE(call(procedure, xdr_word(radio), &reply));
@@ -40,7 +40,7 @@ static int32_t set(uint32_t procedure, uint32_t radio, uint32_t value) {
 }
 
 TEST(Measurements, OfBothRadiosThroughTheWire) {
-  // A window of a second before the load and before the init.
+  // Takes longer than other tests: the load and the init each wait for a second.
   start_lifecycle_daemon();
   queue_and_wait(kLoad, kLoaded);
   for (const uint32_t procedure :

@@ -4,7 +4,7 @@
 #include "support/daemon.h"
 #include "support/files.h"
 
-// In these the gateway has no portmapper.
+// The gateway of these tests has no portmapper.
 
 TEST(NoPortmapper, EndsTheDaemonAtOnceWithStatusZero) {
   write_file("/tmp/wlandbg", "");
@@ -22,7 +22,7 @@ TEST(NoPortmapper, IsSilentWithoutTheConsoleSwitch) {
 }
 
 TEST(NoPortmapper, FailedRegistrationEndsChildAndSupervisorWithStatusZero) {
-  // A process of that name that maps no ports.
+  // This process is called portmap but maps no ports.
   write_file("/tmp/wlandbg", "");
   ASSERT_EQ(symlink("/bin/sleep", "/tmp/portmap"), 0);
   const pid_t name_only = fork();

@@ -20,7 +20,7 @@ static std::string payload_of(uint32_t procedure, uint32_t radio) {
   return reply.payload;
 }
 
-// Code and value of an integer getter's reply.
+// An integer getter's reply.
 static std::string integer(uint32_t code, uint32_t value) {
   return xdr_word(code) + xdr_word(4) + xdr_word(value) + std::string(16, '\0');
 }

@@ -7,11 +7,11 @@
 #include "support/files.h"
 #include "support/lifecycle.h"
 
-// That a redacted dump has nothing of any text which the gateway holds: the scenario has
-// "planted" in all that stations, neighbours and the controller tell, and the profiles
-// have it in every value here.
+// A redacted dump has no text from the gateway. Here the scenario has "planted" in
+// everything that stations, neighbours and the controller report, and the profiles have
+// it in every value.
 
-// But where the radios' BSSs are enabled and serve, without which there is no station.
+// Spares the keys that enable BSSs, because there would be no stations otherwise.
 static std::string planted(const std::string& profile) {
   static const std::regex value("((?:^|\n)(?!BssEnabled=|BSSHNCService=)[A-Za-z0-9_]+=)[^\n]*");
   static constexpr char kSteering[] =
@@ -44,7 +44,7 @@ TEST(Dump, RedactedHasNothingOfAnyTextOfTheGateway) {
   const std::string redacted = run("wificonf dump --redact");
   const auto shown = nlohmann::json::parse(redacted, nullptr, false);
   ASSERT_TRUE(shown.is_object()) << redacted;
-  // What the controller tells, and of the profiles at least what steering reads.
+  // What the controller reports and, from the profiles, at least what steering reads.
   for (const char* text : {"planted-mac", "planted-name", "planted-manufacturer", "planted-model",
                            "planted-number", "planted-serial", "planted-version", "planted-ip",
                            "planted-uplink", "planted-error", "planted-description", "planted-url",

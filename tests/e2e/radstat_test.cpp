@@ -31,7 +31,7 @@ static void enable_and_wait(uint32_t radio) {
   })) << daemon_errors();
 }
 
-// The words of a getter's reply that have meaning.
+// The meaningful words of a getter's reply.
 static std::vector<int32_t> words_of(uint32_t procedure, uint32_t radio, double seconds = 2) {
   reply_message reply = {};
   EXPECT_TRUE(call(procedure, xdr_word(radio), &reply, seconds));
@@ -117,7 +117,7 @@ TEST(RadioStatistics, SwitchReachesDriverAndDaemonOfItsRadioOnly) {
 }
 
 TEST(RadioStatistics, LateAndShortRepliesNeitherHangNorEndTheService) {
-  // The wait for a late reply takes its two seconds.
+  // Waiting for the late reply takes two seconds.
   set_companion("radstat.ra0.retry", "17");
   set_companion("radstat.ra0.behaviour", "late");
   const pid_t child = service_child(start_daemon());
@@ -128,7 +128,7 @@ TEST(RadioStatistics, LateAndShortRepliesNeitherHangNorEndTheService) {
   EXPECT_GE(waited.count(), 1.99);
   EXPECT_LT(waited.count(), 3.0);
   set_companion("radstat.ra0.behaviour", "short");
-  // Answered in its turn: behind the late one.
+  // The daemon answers in order, so it has sent the late reply before.
   EXPECT_TRUE(wait_until([] { return retries(1) == 17; }));
   EXPECT_EQ(words_of(kRssiTable, 1), std::vector<int32_t>(74, 0));
   EXPECT_FALSE(exists("/tmp/rad_ctrl_" + std::to_string(child)));

@@ -1,4 +1,4 @@
-// What callers and operators see of a service child that is replaced.
+// What callers and operators see when a service child is replaced.
 
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
@@ -46,7 +46,7 @@ static void send_null_call(int sock, uint32_t xid) {
   EXPECT_EQ(send(sock, datagram.data(), datagram.size(), 0), static_cast<ssize_t>(datagram.size()));
 }
 
-// Whether the next datagram is the answer to `xid`.
+// Whether the next datagram answers `xid`.
 static bool takes_answer(int sock, uint32_t xid) {
   char bytes[256];
   pollfd answer = {sock, POLLIN, 0};
@@ -66,7 +66,7 @@ TEST(Replacement, CallsWaitWhileThereIsNoChild) {
   const pid_t supervisor = start_daemon();
   const int sock = client_socket();
   for (uint32_t round = 0; round < kKills; ++round) {
-    // Held still, the supervisor starts no other one.
+    // A stopped supervisor starts no other child.
     kill(supervisor, SIGSTOP);
     const pid_t child = service_child(supervisor);
     kill(child, SIGKILL);
@@ -114,11 +114,11 @@ TEST(Replacement, IsReportedWithWhatToDo) {
 }
 
 TEST(Replacement, WhatItSaysToDoLeavesOneOfEachCompanion) {
-  // Four requests, a second's window each.
+  // Takes longer than other tests: four requests, each a second later.
   switch_everything_on();
   start_lifecycle_daemon();
   const std::string companions[] = {"mtk_ctrl", "dcs", "rtdot1xd"};
-  // As the child left them.
+  // The companions that the child has left running.
   for (const std::string& name : companions)
     run(name + " >/dev/null 2>&1 &");
   ASSERT_EQ(system("pkill -9 -n -x wificonfd"), 0);

@@ -44,14 +44,14 @@ TEST(Security, EveryModeIsWrittenToTheFieldOfItsBss) {
   EXPECT_EQ(profile_value(kProfile24, "RADIUS_Server"),
             "0.0.0.0;192.0.2.7;0.0.0.0;0.0.0.0;0.0.0.0;0.0.0.0;0.0.0.0;0.0.0.0");
   EXPECT_EQ(profile_value(kProfile24, "HideSSID"), "1;0;0;0;0;0;0;1");
-  // A mode that is not known empties its field; the same twice is no change.
+  // An unknown mode empties its field; the second time nothing changes.
   EXPECT_EQ(set_text(kSetBasicAuthentication, 1, "EAPAuthentication"), 1);
   EXPECT_EQ(set_text(kSetBasicAuthentication, 1, "EAPAuthentication"), 2);
   EXPECT_EQ(profile_value(kProfile24, "AuthMode"),
             ";WPA2PSK;WPAPSKWPA2PSK;WPA2PSK;OPEN;OPEN;OPEN;WPA2PSK");
 }
 
-// Security and hiding of an interface that has read its profile anew.
+// The security of an interface that has read its profile again, and whether it is hidden.
 static std::string on_air(const std::string& interface) {
   run("ip link set " + interface + " down; ip link set " + interface + " up");
   return run("gwbox status --json | jq -c '.interfaces[] | select(.name == \"" + interface +
@@ -127,7 +127,7 @@ TEST(Security, HostOfABackhaulBssIsToldOfAuthenticationAndAdvertisement) {
   EXPECT_EQ(read_file("/tmp/host_calls"), "2 4 WPA2PSK\n2 4 None\n2 3 1\n");
 }
 
-// Whether the station of the scenario is there.
+// Whether the scenario's station is on the interface.
 static bool station_on(const std::string& interface) {
   return run("gwbox status").find("02:00:5e:00:00:01 " + interface) != std::string::npos;
 }

@@ -52,7 +52,7 @@ TEST(Startup, TracesForkAndBindWithTheRealPids) {
 }
 
 TEST(Startup, WithoutProbeOutputItStartsAnyway) {
-  // No pgrep and no grep on the path: the probe prints nothing.
+  // Without pgrep and grep in the PATH, the probe prints nothing.
   start_daemon({"PATH=/nonexistent"});
   EXPECT_TRUE(daemon_answers());
 }
@@ -148,8 +148,8 @@ TEST(Supervision, TermEndsTheTightLoop) {
   EXPECT_EQ(run("pgrep -c wificonfd"), "0\n");
 }
 
-// How many descriptors the process has beyond the standard streams. Fails the test
-// where a program that it starts would inherit one.
+// How many descriptors the process has besides the standard streams. Fails the test if a
+// program that it starts would inherit one.
 static int descriptors_closed_on_exec(pid_t process) {
   int checked = 0;
   const std::string fds = "/proc/" + std::to_string(process) + "/fdinfo";
@@ -168,7 +168,7 @@ static int descriptors_closed_on_exec(pid_t process) {
 TEST(Descriptors, AllOfThemCloseOnExec) {
   const pid_t supervisor = start_daemon();
   EXPECT_GE(descriptors_closed_on_exec(service_child(supervisor)), 1);
-  // The service's socket and nothing else.
+  // Only the service's socket.
   EXPECT_EQ(descriptors_closed_on_exec(supervisor), 1);
 }
 
@@ -201,7 +201,7 @@ static pid_t newest_child(pid_t process) {
 }
 
 TEST(Supervision, OtherPeoplesChildrenAreNotTakenForTheService) {
-  // A shell that leaves the daemon a child of its own, which has ended with status 0.
+  // The shell leaves the daemon a child of its own, which exits with status 0.
   const pid_t supervisor = start_supervisor_through("sleep 0.05 & exec ");
   ASSERT_TRUE(wait_until(daemon_answers));
   ASSERT_TRUE(wait_until([] { return run("ps -o stat= -C sleep").starts_with("Z"); }));

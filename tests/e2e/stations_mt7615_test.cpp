@@ -6,8 +6,8 @@
 #include "support/stations.h"
 #include "support/wire.h"
 
-// On the dual-band chip, whose driver tells the receive rates and which stations
-// know BSS transition management.
+// The dual-band chip's driver also reports receive rates and which stations support BSS
+// transition management.
 
 static constexpr uint32_t kGetBtmAssociatedDevice = 293;
 

@@ -26,7 +26,7 @@ static std::string answer(uint32_t procedure, const std::string& arguments) {
   return reply.payload;
 }
 
-// The n-th of the words of a record, its status first being 0.
+// Word `n` of a record whose status is 0.
 static uint32_t record_word(uint32_t procedure, const std::string& arguments, size_t n) {
   const std::string payload = answer(procedure, arguments);
   EXPECT_EQ(word_at(payload, 0), 0u) << procedure;
@@ -37,14 +37,14 @@ static uint32_t stations_of(uint32_t bss) {
   return record_word(kGetAssocDevicesNum, xdr_word(bss), 0);
 }
 
-// The image of a record behind its status, the empty words and the length.
+// A record's image, without its status, empty words and length.
 static std::string image(uint32_t procedure, uint32_t bss) {
   const std::string payload = answer(procedure, xdr_word(bss));
   EXPECT_EQ(payload.substr(0, 8), std::string(8, '\0')) << procedure;
   return payload.substr(12);
 }
 
-// Addresses in the list of stations, a line each.
+// The addresses in the list of stations, one per line.
 static std::string listed(uint32_t bss) {
   const std::string list = image(kGetBtmAssociatedDevice, bss);
   EXPECT_EQ(list.size(), 2436u);

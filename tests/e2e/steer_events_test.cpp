@@ -12,7 +12,7 @@ static void start_control_daemon() {
   ASSERT_TRUE(wait_until([] { return exists("/var/run/mtk_ctrl_path"); }));
 }
 
-// The report's bytes; its code in *code.
+// The report's bytes. Stores the return code in *code.
 static std::string report_of(uint32_t radio, int32_t* code, double seconds = 2) {
   reply_message reply = {};
   EXPECT_TRUE(call(kGetSteerEventReport, xdr_word(radio), &reply, seconds));
@@ -64,7 +64,7 @@ TEST(SteerEvents, FortyEventsAreThirtyTwoAndACountOfForty) {
 }
 
 TEST(SteerEvents, FailuresAnswerMinusOneAndZeros) {
-  // The control daemon's silence takes its two seconds.
+  // The silent control daemon costs two seconds.
   start_daemon();
   int32_t code = 99;
   const std::string zeros(1156, '\0');

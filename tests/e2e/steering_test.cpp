@@ -20,13 +20,13 @@ static constexpr uint32_t kBlacklist = 0;
 static constexpr uint32_t kTransition = 1;
 static constexpr uint32_t kDisconnect = 3;
 
-// On ra0, knows transition requests and may go to ra8; and on ra8 only, away
-// for 30 s after it was disconnected.
+// The first is on ra0, supports transition requests and may move to ra8. The second can
+// only be on ra8 and stays away for 30 s after a disconnection.
 static const std::string kRoamer = "02:00:5e:00:00:01";
 static const std::string kHomebody = "02:00:5e:00:00:02";
 
 static void bring_up() {
-  // A window of a second before the load and before the init.
+  // Takes longer than other tests: the load and the init each wait for a second.
   start_lifecycle_daemon();
   queue_and_wait(kLoad, kLoaded);
   queue_and_wait(kInit, kInitialized);
@@ -47,7 +47,7 @@ static std::string status(const std::string& filter) {
   return text;
 }
 
-// Where a station is: an interface, or nothing.
+// The interface that a station is on; empty when it is on none.
 static std::string place_of(const std::string& station) {
   return status(".stations[] | select(.mac == \"" + station + "\") | .interface");
 }
@@ -56,13 +56,13 @@ static double box_time() {
   return std::stod(status(".time"));
 }
 
-// When a station that is there now came.
+// When a connected station connected.
 static double arrival_of(const std::string& station) {
   return std::stod(
       status(".stations[] as $s | select($s.mac == \"" + station + "\") | .time - $s.connected"));
 }
 
-// The records that reached the driver, a line each: interface, object and bytes.
+// The records that reached the driver, one per line: interface, object and bytes.
 static std::string records() {
   return run(
       "jq -r 'select(.name == \"object_set\") | .interface + \" \" + .sub + \" \" + .bytes' "
@@ -82,14 +82,14 @@ TEST(Steering, TransitionRequestMovesAStationThatKnowsIt) {
   EXPECT_EQ(records(), "ra0 0x06B0 0a00000002005e0000010701ab" + std::string(2 * 1021, '0') +
                            "\nra0 0x06B1 02005e00000100000100000000000000"
                            "00000000\n");
-  // The other one stays where it is.
+  // The other station stays where it is.
   EXPECT_EQ(set_text(kSetFrameMac, 9, kHomebody), 0);
   EXPECT_EQ(set_text(kSetFramePayload, 9, ""), 0);
   EXPECT_EQ(set_number(kSetSteerType, 9, kTransition), 0);
   EXPECT_EQ(place_of(kHomebody), "ra8");
   reply_message reply = {};
   ASSERT_TRUE(call(kGetSteerType, xdr_word(9), &reply));
-  // The code of a getter that finds its key is 1.
+  // A getter that finds its key returns code 1.
   EXPECT_EQ(reply.payload.substr(0, 12), xdr_word(1) + xdr_word(4) + xdr_word(1));
 }
 
@@ -152,7 +152,7 @@ TEST(Steering, WithoutABlacklistActionTheAccessListKeepsTheStationOut) {
   EXPECT_EQ(status(".interfaces[] | select(.name == \"ra8\") | .access | tostring"),
             "{\"policy\":2,\"list\":[\"" + kHomebody + "\"]}");
   EXPECT_EQ(records(), "");
-  // Somebody else's text is one word of the command at most.
+  // A foreign text is at most one word of the command.
   EXPECT_EQ(set_text(kSetSteerMac, 9, "$(touch /tmp/p);"), 0);
   EXPECT_EQ(set_number(kSetSteerType, 9, kDisconnect), 0);
   EXPECT_FALSE(exists("/tmp/p"));

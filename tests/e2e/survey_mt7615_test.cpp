@@ -5,7 +5,7 @@
 #include "support/stations.h"
 #include "support/wire.h"
 
-// On the dual-band chip, which chooses its channel when it is told to.
+// The dual-band chip chooses its channel only when told to.
 
 static constexpr uint32_t kGetCurrentChannel = 216;
 static constexpr uint32_t kSelectChannel = 220;
@@ -26,7 +26,7 @@ TEST(ChannelSelection, MovesTheRadioToTheQuietestChannel) {
     ASSERT_TRUE(call(kSelectChannel, xdr_word(index), &reply));
     EXPECT_EQ(reply.payload, xdr_word(0) + xdr_word(0) + xdr_word(0)) << index;
   }
-  // Channels 6 and 11 have neighbours, channel 1 has none.
+  // Channel 1 is free: only channels 6 and 11 have neighbours.
   EXPECT_EQ(channel_of(1), 1u);
   EXPECT_EQ(run("jq -r 'select(.text) | .interface + \" \" + .text' /run/gwbox/journal.jsonl"),
             "ra0 AutoChannelSel=3\n");

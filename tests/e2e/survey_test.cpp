@@ -13,7 +13,7 @@ static constexpr uint32_t kGetScanStatus = 223;
 
 static constexpr size_t kRecordSize = 6764;
 
-// The one value of an integer getter that succeeds.
+// The value of an integer getter that succeeds.
 static uint32_t value_of(uint32_t procedure, uint32_t index) {
   reply_message reply = {};
   EXPECT_TRUE(call(procedure, xdr_word(index), &reply));
@@ -47,7 +47,7 @@ static scan_result fetch(uint32_t radio) {
   return {static_cast<int32_t>(word_at(reply.payload, 0)), reply.payload.substr(12)};
 }
 
-// The driver's bytes lie as they are, least significant first.
+// The driver's bytes are passed on unchanged, in little-endian order.
 static unsigned count_of(const std::string& record) {
   return static_cast<unsigned char>(record[0]) + 256u * static_cast<unsigned char>(record[1]);
 }
@@ -75,7 +75,7 @@ TEST(Survey, GoesFromItsStartToItsResults) {
             std::string("\x02\x00\x5e\x10\x00\x01\x06\xb9Upstairs\0", 17));
   EXPECT_EQ(result.record.substr(104, 8), std::string("\x02\x00\x5e\x10\x00\x02\x0b\xaa", 8));
   EXPECT_EQ(result.record.substr(204, 6200), std::string(6200, '\0'));
-  // The driver's bytes behind all entries: networks by channel.
+  // After all entries come the driver's own bytes: networks by channel.
   EXPECT_EQ(result.record[6404 + 6], 1);
   EXPECT_EQ(result.record[6404 + 11], 1);
   EXPECT_EQ(result.record[6404 + 1], 0);

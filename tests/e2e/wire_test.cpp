@@ -27,7 +27,7 @@ struct row {
 
 }  // namespace
 
-// Arguments of each type, all zero.
+// Zero arguments of each type.
 static std::string zero_int() {
   return xdr_word(0);
 }
@@ -76,7 +76,7 @@ static std::string words(size_t count) {
   return xdr_word(static_cast<uint32_t>(count)) + std::string(4 * count, '\0');
 }
 
-// What follows the status of an inert procedure's reply.
+// The reply of an inert procedure after its status.
 static std::string empty_payload(const row& procedure) {
   if (procedure.payload == "INT") return words(4) + xdr_word(0);
   if (procedure.payload == "TEXT") return xdr_word(0) + xdr_text(std::string(1, '\0'));
@@ -93,7 +93,7 @@ TEST(Table, HasAllProcedures) {
 TEST(Table, EveryProcedureAnswersOverTheWire) {
   const pid_t child = service_child(start_daemon());
   for (const auto& [number, procedure] : table()) {
-    // Runs the radios' self-test, which sleeps four seconds.
+    // This would run the radios' self-test, which sleeps for four seconds.
     if (number == kSetPrekOperation) continue;
     reply_message reply = {};
     ASSERT_TRUE(call(number, procedure.arguments, &reply)) << number;
@@ -108,7 +108,7 @@ TEST(Table, EveryProcedureAnswersOverTheWire) {
 
 TEST(Table, InertProceduresTouchNothing) {
   start_daemon();
-  // Every opening, creation and change of a file in the daemon's directories.
+  // Notices every file opened, created or changed in the daemon's directories.
   const int watch = inotify_init1(IN_CLOEXEC | IN_NONBLOCK);
   constexpr uint32_t kTouched = IN_OPEN | IN_CREATE | IN_MODIFY | IN_DELETE | IN_ATTRIB;
   ASSERT_NE(inotify_add_watch(watch, "/tmp", kTouched), -1);
@@ -121,7 +121,7 @@ TEST(Table, InertProceduresTouchNothing) {
   char event[4096];
   EXPECT_EQ(read(watch, event, sizeof event), -1) << "a file was touched";
   EXPECT_EQ(errno, EAGAIN);
-  // Proof that the watch sees what it should.
+  // The watch does notice a call that touches files.
   ASSERT_EQ(call_for_code(22, xdr_word(1) + xdr_text("touch")), 0);
   EXPECT_GT(read(watch, event, sizeof event), 0);
   close(watch);
@@ -137,12 +137,12 @@ TEST(Table, OnlyTheseInertProceduresRefuse) {
     ASSERT_TRUE(call(number, procedure.arguments, &reply)) << number;
     if (static_cast<int32_t>(word_at(reply.payload, 0)) == -1) refusing.push_back(number);
   }
-  // IGMP snooping, 802.11u switch and attribute both ways, airtime.
+  // IGMP snooping, 802.11u switch and attribute in both directions, airtime.
   EXPECT_EQ(refusing, (std::vector<uint32_t>{210, 0x01000010, 0x01000011, 0x01000012, 0x01000013,
                                              0x01000015}));
 }
 
-// Within and around each range of numbers, and far away.
+// Numbers within and around each range, and some far away.
 TEST(Table, EveryGapIsUnavailable) {
   constexpr uint32_t kAround = 20;
   start_daemon();
@@ -202,7 +202,7 @@ TEST(CutOff, ArgumentsAreNeverCompletedFromAnEarlierRequest) {
   const std::string whole = xdr_word(3) + xdr_text(secret);
   for (size_t length = 0; length < whole.size(); ++length) {
     ASSERT_EQ(accept_status_of(22, whole), kAcceptSuccess);
-    // Another BSS, the same length of text announced, cut at every byte.
+    // Another BSS with the same text, cut at every byte.
     const std::string cut = (xdr_word(4) + xdr_text(secret)).substr(0, length);
     EXPECT_EQ(accept_status_of(22, cut), kGarbageArguments) << length;
   }

@@ -13,7 +13,7 @@ static constexpr uint32_t kPushButton = 176;
 static constexpr uint32_t kPinStart = 177;
 static constexpr uint32_t kOob = 181;
 
-// The text that a getter answers; "-1 " in front when it failed.
+// A getter's text, preceded by "-1 " when it failed.
 static std::string text_of(uint32_t procedure, uint32_t index) {
   reply_message reply = {};
   EXPECT_TRUE(call(procedure, xdr_word(index), &reply));
@@ -38,7 +38,7 @@ static void plan(const std::string& radio, const std::string& words) {
 }
 
 TEST(Wps, PushButtonSessionGoesThroughItsStatesToSuccess) {
-  // Eight ninths of the time belong to the states in the middle.
+  // The states in the middle take eight ninths of the time.
   plan("ra0", "wps.seconds=1.5");
   start_daemon();
   EXPECT_EQ(result_of(1), "Idle");
@@ -127,7 +127,7 @@ TEST(Wps, MethodThatIsNotPermittedFails) {
 
 TEST(Wps, WhatIsSwitchedOffAnswersZeroAndRunsNothing) {
   start_daemon();
-  // The second BSS's WPS is off; the others are no BSS.
+  // BSSs 2 and 10 have WPS switched off; the others do not exist.
   for (const uint32_t bss : {2u, 10u, 0u, 17u, 0x80000000u, 0x7FFFFFFFu}) {
     EXPECT_EQ(call_for_code(kPushButton, xdr_word(bss)), 0) << bss;
     EXPECT_EQ(call_for_code(kPinStart, xdr_word(bss) + xdr_text("1")), 0) << bss;

@@ -15,7 +15,7 @@ TEST(Init, SwitchedOffRadioStaysDown) {
   EXPECT_EQ(interfaces_up("ra(8|9|1[0-5])").empty(), board() == "mt7603");
 }
 
-// The affinities that were written: interrupt and mask, a line each.
+// The affinities that were written, one per line: interrupt and mask.
 static std::string affinities() {
   return run(
       "jq -r 'select(.name == \"procfs\") | (.path | split(\"/\")[3]) + \" \" + .text'"
@@ -105,7 +105,7 @@ TEST(SetEnable, WritesTheFieldAndAnswersZero) {
 }
 
 TEST(Calibration, RunsReportsAndUndoes) {
-  // The self-test sleeps twice for two seconds; cut short here.
+  // The self-test sleeps twice for two seconds, but this daemon's sleeps end at once.
   start_lifecycle_daemon();
   queue_and_wait(kLoad, kLoaded);
   queue_and_wait(kInit, kInitialized);

@@ -23,7 +23,7 @@ TEST(Companions, MtkCtrlRunsOnceWhileARadioIsOn) {
   EXPECT_TRUE(wait_until([] { return run("pgrep -xc mtk_ctrl") == "1\n"; }));
   queue_and_wait(kInit, kInitialized);
   EXPECT_EQ(run("pgrep -xc mtk_ctrl"), "1\n");
-  // What has its name among its arguments ends with it.
+  // A process with the companion's name in its arguments ends too.
   run("sh -c 'sleep 1000; exit' mtk_ctrl </dev/null >/dev/null 2>&1 &");
   ASSERT_TRUE(wait_until([] { return run("pgrep -fc 'sleep 1000; exi[t]'") == "1\n"; }));
   EXPECT_EQ(call_for_code(kReset, ""), 0);
@@ -32,7 +32,7 @@ TEST(Companions, MtkCtrlRunsOnceWhileARadioIsOn) {
 }
 
 TEST(Companions, OfAChildThatDiedAreNotStartedASecondTime) {
-  // Load and init twice, a second's window each.
+  // Takes longer than other tests: two loads and two inits, each a second later.
   set_profile_value("/tmp/mt76xx_24.dat", "RADIUS_Server",
                     "10.0.0.1;0.0.0.0;0.0.0.0;0.0.0.0;0.0.0.0;0.0.0.0;0.0.0.0;0.0.0.0");
   set_profile_value("/tmp/mt76xx_24.dat", "MSODCSOn", "1");
@@ -120,7 +120,7 @@ TEST(Companions, DoNotKeepTheServicesPort) {
   queue_and_wait(kInit, kInitialized);
   ASSERT_TRUE(wait_until([] { return run("pgrep -xc mtk_ctrl") == "1\n"; }));
   EXPECT_EQ(run("ls -l /proc/$(pgrep -x mtk_ctrl)/fd | grep -E 'lock|dbg_rpc'"), "");
-  // The child and its supervisor alone.
+  // Only the child and its supervisor.
   EXPECT_EQ(run("ss -ulpnH sport = 60001 | grep -o 'pid=[0-9]*' | sort"),
             run("printf 'pid=%d\n' " + child + " $(ps -o ppid= -p " + child + ") | sort"));
 }

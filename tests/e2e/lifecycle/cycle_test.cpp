@@ -6,12 +6,12 @@
 #include "support/lifecycle.h"
 #include "support/wire.h"
 
-// Run once per board, in a gateway that has no driver loaded yet. The window in
-// which requests meet is a real second; where a test does not look at waits,
-// the commands' own "sleep" is cut short.
+// Runs once per board, in a gateway without a loaded driver. The window in which requests
+// are merged is a real second. Unless a test measures waits, the "sleep" in commands ends
+// at once.
 
 TEST(Cycle, NewSsidIsOnAirAfterARestartAndNothingIsLeftAfterAReset) {
-  // Four requests, a second's window each, and twice the board's load.
+  // Takes longer than other tests: four requests, each a second later, and two loads.
   start_lifecycle_daemon();
   queue_and_wait(kLoad, kLoaded);
   EXPECT_EQ(interfaces(), all_interfaces());
@@ -28,7 +28,7 @@ TEST(Cycle, NewSsidIsOnAirAfterARestartAndNothingIsLeftAfterAReset) {
 }
 
 TEST(Transcript, LoadInitRestartAndResetRunTheirCommandsAndRequestsInOrder) {
-  // Every step traced, on top of the windows.
+  // Takes longer than other tests: every step is traced.
   write_file("/nvram/hnc_enable", "");
   start_traced_daemon();
   for (const lifecycle_step& step : lifecycle_steps()) {
@@ -39,7 +39,7 @@ TEST(Transcript, LoadInitRestartAndResetRunTheirCommandsAndRequestsInOrder) {
 }
 
 TEST(Transcript, SameWithVlansSteeringDcsAndAuthenticators) {
-  // Every step traced, on top of the windows.
+  // Takes longer than other tests: every step is traced.
   switch_everything_on();
   start_traced_daemon();
   for (lifecycle_step step : lifecycle_steps()) {

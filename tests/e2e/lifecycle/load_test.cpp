@@ -12,7 +12,7 @@ TEST(Faults, SequencesRunToTheirEndWithoutProfilesModulesPciListOrPgrep) {
   ASSERT_FALSE(exists("/proc/bus/pci/devices"));
   run("rm -f /tmp/mt76xx_24.dat /tmp/mt76xx_5.dat; rm -rf /lib/modules/wifi/*.ko");
   queue_and_wait(kLoad, kLoaded);
-  // Without the list every board is taken for one with an MT7603 alone.
+  // Without the list, every board counts as one with only an MT7603.
   EXPECT_GT(count_traces("hasMTK7615\033[0m Unable to open file /proc/bus/pci/devices\n"), 0);
   EXPECT_EQ(count_errors("insert_module Can't mmap kernel module file\n"), 1) << daemon_errors();
   EXPECT_EQ(count_errors("wifi_load Failed to load the MT7603 AP driver\n"), 1);
@@ -53,7 +53,7 @@ TEST(Load, FullNvramDoesNotStopIt) {
   EXPECT_EQ(interfaces(), all_interfaces());
 }
 
-// A drive at /tmp/stick: what df says of the device is where it is mounted.
+// A drive mounted at /tmp/stick, as df reports for the device.
 static void mount_drive() {
   run("mkdir -p /tmp/stick; mount -t tmpfs tmpfs /tmp/stick; touch /tmp/stick/device;"
       " ln -s /tmp/stick/device /dev/sda1");
@@ -134,7 +134,7 @@ TEST(Load, CountryOfTheProfileRunsNoCommand) {
   queue_and_wait(kLoad, kLoaded);
   queue_and_wait(kInit, kInitialized);
   EXPECT_FALSE(exists("/x"));
-  // It reached the commands.
+  // The text has reached the commands.
   if (board() == "mt7615") {
     EXPECT_EQ(count_errors("cp: cannot stat '/etc/Wireless/7615AP/SingleSKU_FCC_`>/x`.dat'"), 2)
         << daemon_errors();

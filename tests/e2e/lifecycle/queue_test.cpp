@@ -14,7 +14,7 @@
 TEST(Queue, ResetInTheWindowOfAnInitLeavesEverythingDown) {
   start_lifecycle_daemon();
   queue_and_wait(kLoad, kLoaded);
-  // The init's window ends at some moment of these resets.
+  // The init's window ends during these resets.
   EXPECT_EQ(call_for_code(kInit, ""), 0);
   int refused = 0;
   int resets = 0;
@@ -60,7 +60,7 @@ TEST(Queue, IndexOfNoRadioIsReportedAndQueuesNothing) {
 TEST(Queue, RestartIsAcceptedRightAfterTheStart) {
   start_lifecycle_daemon();
   EXPECT_EQ(call_for_code(kRestart, xdr_word(1)), 0);
-  // Accepted, though the sequence then finds no module.
+  // The request is accepted, although the sequence then finds no module.
   EXPECT_TRUE(wait_for_trace("WLAN driver(s) are not loaded\n"));
   EXPECT_EQ(count_traces("Driver(s) have not been initialized"), 0);
 }
@@ -91,12 +91,12 @@ TEST(Queue, IdleDaemonNeverWakesUp) {
   queue_and_wait(kRestart, "not loaded");
   ASSERT_TRUE(wait_for_trace("de-queue'd"));
   const std::string before = context_switches(child);
-  // Nothing to wait for: this is the absence of an event.
+  // No event shows that nothing happens, so this is a plain wait.
   std::this_thread::sleep_for(std::chrono::milliseconds(1500));
   EXPECT_EQ(context_switches(child), before);
 }
 
-// One client's random requests; its own share of resets.
+// The random requests of one client, resets included.
 static void send_random_requests(unsigned seed) {
   static constexpr uint32_t kRequests[] = {kLoad,    kLoad,       kInit,    kInit, kRestart,
                                            kRestart, kRestartAll, kRestart, kInit, kReset};
@@ -113,12 +113,13 @@ static void send_random_requests(unsigned seed) {
 }
 
 TEST(Queue, TwoHundredRandomRequestsOfTwoClientsLeaveEverythingInAgreement) {
-  // Some twenty resets, each with its commands, and the requests behind them.
+  // Takes longer than other tests: about twenty resets and the requests that wait for
+  // them.
   const pid_t child = start_lifecycle_daemon();
   std::thread other(send_random_requests, 1);
   send_random_requests(2);
   other.join();
-  // Whatever waits in front of it is done when this one is.
+  // When this request is done, all earlier ones are too.
   queue_and_wait(kLoad, kLoaded);
   EXPECT_EQ(interfaces(), all_interfaces());
   queue_and_wait(kInit, kInitialized);
@@ -130,11 +131,11 @@ TEST(Queue, TwoHundredRandomRequestsOfTwoClientsLeaveEverythingInAgreement) {
 }
 
 TEST(Queue, LoadWaitsForAResetThatRuns) {
-  // Two loads, a second's window each, and the reset's unloading.
+  // Takes longer than other tests: two loads, each a second later, and a slow reset.
   start_lifecycle_daemon();
   queue_and_wait(kLoad, kLoaded);
   run("gwbox fail delete_module delay=2000 1");
-  // Its window ends while the reset still unloads.
+  // The load's window ends while the reset is still unloading.
   EXPECT_EQ(call_for_code(kLoad, xdr_word(1)), 0);
   reply_message reply = {};
   ASSERT_TRUE(call(kReset, "", &reply, 20));
@@ -148,7 +149,7 @@ TEST(Reset, WaitsForALoadThatRuns) {
   start_lifecycle_daemon();
   run("gwbox fail init_module delay=1000 1");
   EXPECT_EQ(call_for_code(kLoad, xdr_word(1)), 0);
-  // The images come first.
+  // A load copies the images first.
   ASSERT_TRUE(wait_until([] { return !run("ls /nvram").empty(); }));
   reply_message reply = {};
   ASSERT_TRUE(call(kReset, "", &reply, 20));
@@ -159,7 +160,7 @@ TEST(Reset, WaitsForALoadThatRuns) {
 }
 
 TEST(Reset, IsRefusedWhileAnInitRuns) {
-  // Steering's marker never comes: the init waits for it for ten seconds.
+  // Steering's marker never comes, so the init waits for ten seconds.
   make_bands_alike();
   const pid_t child = start_lifecycle_daemon();
   if (board() != "mt7603+mt7612") GTEST_SKIP() << "only here an init waits";
@@ -176,8 +177,8 @@ TEST(Reset, IsRefusedWhileAnInitRuns) {
 }
 
 TEST(Reset, IsRefusedWhileARestartRuns) {
-  // Load, init and restart, a second's window each; then steering's marker never
-  // comes: the restart waits for it for ten seconds.
+  // Takes longer than other tests: three requests, each a second later. Then steering's
+  // marker never comes, so the restart waits for ten seconds.
   make_bands_alike();
   start_lifecycle_daemon();
   if (board() != "mt7603+mt7612") GTEST_SKIP() << "only here a restart waits";
