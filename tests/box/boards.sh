@@ -1,7 +1,7 @@
 #!/bin/sh
-# What the options of "gwbox run" make of a box: boards, a cold start, companions, times.
+# The effects of the options of "gwbox run": boards, a cold start, companions, times.
 # usage: boards.sh PATH_OF_GWBOX
-# Prints one line per check and ends with failure when any of them failed.
+# Prints one line per check and fails if any check failed.
 set -u
 gwbox=$(readlink -f "$1")
 failures=0
@@ -38,7 +38,7 @@ inside "--no-portmap --companions" "companions: they are ready from the start" \
    for i in $(seq 300); do grep USR1 /run/gwbox/hncinit.jsonl && exit 0; sleep 0.01; done; exit 1'
 inside "--companions" "companions: beside the portmapper" 'rpcinfo -p && pgrep -x HncInit'
 
-# An ordinary user, where the kernel lets one: not when this test is one already.
+# As an ordinary user, if the kernel allows it and this test is run by root.
 ordinary="setpriv --reuid=65534 --regid=65534 --clear-groups env HOME=/"
 if [ "$(id -u)" -eq 0 ] && $ordinary test -x "$gwbox" 2>/dev/null &&
   $ordinary "$gwbox" run --no-portmap -- true 2>/dev/null; then

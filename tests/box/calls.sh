@@ -1,5 +1,5 @@
 #!/bin/sh
-# Commands that call a box from outside: as many as one likes, and none waits for ever.
+# Commands that call a box from outside: any number of them, and none waits forever.
 # usage: calls.sh PATH_OF_GWBOX
 . "$(dirname "$0")/../packaging/checks.sh"
 gwbox=$(readlink -f "$1")
@@ -18,7 +18,7 @@ in_turn() {
   shift
   for _ in $(seq "$count"); do "$@" || return; done
 }
-# at_once COUNT COMMAND...: in as many processes.
+# at_once COUNT COMMAND...: in that many processes.
 at_once() {
   count=$1
   shift
@@ -34,10 +34,10 @@ check "four callers at once" at_once 4 in_turn 25 status
 check "a hundred callers at once" at_once 100 status
 first=$(tr -d " " <"/proc/$box/task/$box/children")
 descriptors=$(ls /proc/"$first"/fd)
-check "more of them" at_once 50 status
+check "fifty more callers" at_once 50 status
 check "leave no descriptor behind" same "$descriptors" "$(ls /proc/"$first"/fd)"
 
-# More callers than the queues of a box that stands still hold.
+# More callers than a stopped box's queues can hold.
 unanswered() {
   said=$(status 2>&1)
   result=$?
@@ -50,19 +50,19 @@ unanswered() {
 }
 kill -STOP "$first"
 slow=$("$gwbox" --box "$first" pause 2>&1)
-check "a box that stands still" same \
+check "a stopped box does not answer" same \
   "gwbox: the box did not answer within 5 seconds; it may still carry the command out" "$slow"
-check "for many" at_once 100 unanswered
+check "nor does it answer many" at_once 100 unanswered
 kill -CONT "$first"
-check "goes on" status
+check "a continued box answers" status
 
 "$gwbox" --box $called log --follow >/dev/null 2>"$dir/followed" &
 follower=$!
 follows() { ls -l /proc/$follower/fd 2>/dev/null | grep -q inotify; }
-check "somebody follows its journal" within 5 follows
+check "a command follows its journal" within 5 follows
 touch "$dir/enough"
 check "the box ends" wait $box
-check "and so does who follows it" wait $follower
-check "who says why" same "gwbox: the box has ended" "$(cat "$dir/followed")"
-check "and has no name then" not status
+check "and so does its follower" wait $follower
+check "and says why" same "gwbox: the box has ended" "$(cat "$dir/followed")"
+check "and its name is free" not status
 all_passed

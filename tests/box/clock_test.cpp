@@ -1,4 +1,4 @@
-// The box's time: paused, moved on, at another speed; and what follows it.
+// The box's time: paused, advanced, at another speed; and what follows it.
 #include "base/clock.h"
 
 #include <gtest/gtest.h>
@@ -17,7 +17,7 @@ TEST(Clock, KeepsWhatHasPassedWhenItsSpeedChanges) {
   clock_set_speed(clock, 10, 1000, 1500);
   EXPECT_EQ(clock_box_us(clock, 1500), 1000);
   EXPECT_EQ(clock_box_us(clock, 1600), 2000);
-  // As of a box time that was 50 us ago.
+  // The new speed counts from a box time 50 us ago.
   clock_set_speed(clock, 1, 1500, 1600);
   EXPECT_EQ(clock_box_us(clock, 1600), 1550);
 }
@@ -46,7 +46,7 @@ TEST(Clock, AsALine) {
   EXPECT_FALSE(clock_parse("", again));
 }
 
-// In a model whose clock began at the machine's own start, 1 s and 20 s are long past.
+// The model's clock began at machine time 0, so 1 s and 20 s are long past.
 TEST(Clock, AnEventThatChangesTheSpeedCountsFromItsOwnTime) {
   driver_state state;
   start_model(state, R"({"speed": 1000, "events": [

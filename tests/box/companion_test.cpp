@@ -1,5 +1,5 @@
-// The companion processes: found, signalled and ended by the tools of every day, asked as a
-// gateway's software asks them.
+// The companion processes: everyday tools find, signal and end them, and they answer as a
+// gateway's software expects.
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/socket.h>
@@ -30,7 +30,7 @@ static const std::string RESULT("result", 7);
 
 TEST(Companion, IsFoundAndEndedByItsName) {
   start("wapp -d2 -v2 -f /etc/wapp_ap.conf", "wapp");
-  // The shell that runs this has the name in its own command line, so it is ended as well.
+  // The shell that runs this has the name in its own command line, so it ends as well.
   static_cast<void>(run("/bin/kill $(pgrep -f wapp | awk '{print $1}')"));
   EXPECT_TRUE(wait_until([] { return !runs("wapp"); }));
   start("/sbin/rtdot1xd", "rtdot1xd");
@@ -232,7 +232,7 @@ TEST(Radstat, Misbehaves) {
 
 TEST(HncInit, RecordsBothSignals) {
   start("HncInit", "HncInit");
-  // It may not have come to block the signals yet, which then would end it.
+  // Until HncInit blocks the signals, they would end it.
   ASSERT_TRUE(wait_until([] {
     return run("grep SigBlk /proc/$(pgrep -x HncInit)/status").output.find("a03") !=
            std::string::npos;

@@ -1,4 +1,4 @@
-// What bash and zsh offer for the command line of gwbox, here in a box.
+// What bash and zsh offer inside a box for a command line of gwbox.
 #include <gtest/gtest.h>
 
 #include "inside.h"
@@ -20,7 +20,7 @@ static std::string run_script(const std::string& shell, const std::string& scrip
   return joined(result.output);
 }
 
-// The line up to its end, split as bash splits it, where the shell would complete it.
+// What bash offers at the end of the line. `words` is the line as bash splits it.
 static std::string offered(const std::string& line, const std::string& words = "") {
   return run_script("bash", "eval \"$(gwbox completion bash)\"\nCOMP_LINE='" + line +
                                 "'\nCOMP_POINT=${#COMP_LINE}\nCOMP_WORDS=(" + words +

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-# The shell that the demonstration leaves on a terminal: Ctrl-C there does not reach the
-# daemon, whose radios are up.
+# Tests the shell that the demonstration leaves on a terminal: Ctrl-C there does not reach
+# the daemon, and its radios stay up.
 # usage: demo_terminal.py GWBOX DEMO
 import os
 import pty
@@ -9,11 +9,11 @@ import sys
 import time
 
 PROMPT = b"(gateway) # "
-SECONDS = 90  # the demonstration included
+SECONDS = 90  # including the demonstration
 
 
 def read_until(terminal, text, deadline):
-    """What the terminal shows up to the first TEXT; ends the test when it never does."""
+    """Returns what the terminal shows up to TEXT; ends the test if TEXT never appears."""
     seen = b""
     while text not in seen:
         ready = select.select([terminal], [], [], max(0, deadline - time.monotonic()))[0]
@@ -41,8 +41,8 @@ def main():
         os.execv(gwbox, [gwbox, "run", "--cold", "--companions", "--", demo])
     deadline = time.monotonic() + SECONDS
     read_until(terminal, PROMPT, deadline)
-    # A prompt of its own is not waited for: where Ctrl-C meets the shell on its way to
-    # the first one there may be none. One character behind it is lost.
+    # If Ctrl-C arrives while the shell is about to read its first line, no new prompt
+    # appears, so none is awaited here. The shell may lose the character after Ctrl-C.
     os.write(terminal, b"\x03\recho $((40 + 2)) is back\r")
     read_until(terminal, b"42 is back\r\n" + PROMPT, deadline)
     answers = {

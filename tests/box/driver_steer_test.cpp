@@ -1,4 +1,4 @@
-// Who is let in and who is sent away in the driver model.
+// Access control and steering in the driver model.
 #include <gtest/gtest.h>
 #include <cerrno>
 
@@ -42,7 +42,7 @@ TEST(Steer, BlacklistedForGoodUntilTakenOff) {
   driver_state state;
   start_model(state, kTwoStations);
   EXPECT_EQ(carry(state, 0, 0x86B1, steer_record(kFirst, 0, 1, 0)).status, 0);
-  EXPECT_EQ(place_of(state, kFirst), 9);  // goes where its scenario lets it, on the other radio
+  EXPECT_EQ(place_of(state, kFirst), 9);  // moves to the other radio, as its scenario allows
   EXPECT_EQ(stations(state, 0, 100000 * kSecond).u32(0), 1u);
   EXPECT_EQ(carry(state, 0, 0x86B1, steer_record(kFirst, 0, 0, 0)).status, 0);
   EXPECT_EQ(place_of(state, kFirst), 0);
@@ -65,7 +65,7 @@ TEST(Steer, ATransitionRequestMovesWhoKnowsIt) {
   EXPECT_EQ(carry(state, 0, 0x86B0, action_frame(kFirst, "\x0a\x1b"), kSecond).status, 0);
   EXPECT_EQ(place_of(state, kFirst), 9);
   EXPECT_EQ(carry(state, 0, 0x86B0, action_frame(kSecondOne, "x")).status, 0);
-  EXPECT_EQ(place_of(state, kSecondOne), 0);  // knows no such requests
+  EXPECT_EQ(place_of(state, kSecondOne), 0);  // does not support such requests
   ASSERT_EQ(state.action_frames.size(), 2u);
   EXPECT_EQ(state.action_frames[0].category, 10u);
   EXPECT_EQ(state.action_frames[0].body, "\x0a\x1b");

@@ -12,11 +12,11 @@ TEST(Radio, BeaconsWhatItsProfileSaidWhenItWentUp) {
   EXPECT_EQ(state.bss[9].auth, "OPEN");
   EXPECT_TRUE(state.bss[10].hidden);
   EXPECT_EQ(state.radios[0].channel, 6);
-  driver_interface_up(state, 0, "SSID1=Ignored\n", 1);  // up already
+  driver_interface_up(state, 0, "SSID1=Ignored\n", 1);  // is up already
   EXPECT_EQ(state.bss[0].ssid, "Low");
   driver_interface_down(state, 0, 2);
   EXPECT_FALSE(driver_beacons(state, 0));
-  EXPECT_FALSE(driver_beacons(state, 1));  // nothing beacons without the radio's first interface
+  EXPECT_FALSE(driver_beacons(state, 1));  // none beacons without the radio's first interface
   EXPECT_TRUE(driver_beacons(state, 8));
   driver_interface_up(state, 0, "SSID1=Renamed\nSSID1=Second\nChannel=11\n", 3);
   EXPECT_EQ(state.bss[0].ssid, "Renamed");
@@ -90,7 +90,7 @@ TEST(Survey, TriesAgainForAWhileThenHasAllNeighbours) {
   }
   driver_state state;
   start_model(state, R"({"radios": {"ra8": {"survey_seconds": 5}}, "neighbours": [)" + list + "]}");
-  EXPECT_EQ(query(state, 8, 0x069B, 13163).u32(0), 0u);  // none asked for yet
+  EXPECT_EQ(query(state, 8, 0x069B, 13163).u32(0), 0u);  // no survey was requested
   EXPECT_EQ(set_key(state, 8, "SiteSurvey=1", 10 * kSecond), 0);
   EXPECT_EQ(query(state, 8, 0x069B, 13163, 10 * kSecond).status, -EAGAIN);
   EXPECT_EQ(query(state, 8, 0x069B, 13163, 15 * kSecond - 1).status, -EAGAIN);
@@ -134,7 +134,7 @@ TEST(Capability, AsTheScenarioHasIt) {
 TEST(Eeprom, SelfTestMarksItAsCalibrated) {
   driver_state state;
   start_model(state, "{}", "mt7615");
-  EXPECT_EQ(set_key(state, 0, "ATE=RX2GSELFTEST"), -EINVAL);  // not started
+  EXPECT_EQ(set_key(state, 0, "ATE=RX2GSELFTEST"), -EINVAL);  // ATE has not been started
   EXPECT_EQ(set_key(state, 8, "ATE=ATESTART"), 0);
   EXPECT_EQ(set_key(state, 8, "ATE=RXFRAME"), 0);
   EXPECT_EQ(state.radios[0].eeprom[0x52 / 2] & 2, 0);
@@ -143,5 +143,5 @@ TEST(Eeprom, SelfTestMarksItAsCalibrated) {
   ASSERT_EQ(state.files.size(), 1u);
   EXPECT_EQ(state.files[0].first, "/nvram/MT7615_CALDATA2.bin");
   driver_radio_loaded(state, 0, 1);
-  EXPECT_EQ(state.radios[0].eeprom[0x52 / 2] & 2, 2);  // outlives the driver
+  EXPECT_EQ(state.radios[0].eeprom[0x52 / 2] & 2, 2);  // survives the unloading of the driver
 }

@@ -1,4 +1,5 @@
-// What time does in the driver model: stations come and go, counters grow, events happen.
+// The effects of time in the driver model: stations come and go, counters grow, events
+// happen.
 #include <gtest/gtest.h>
 #include <cerrno>
 
@@ -11,9 +12,9 @@ TEST(Time, StationsAppearAndLeave) {
     {"mac": "02:00:5e:00:00:02", "bss": 2}]})");
   EXPECT_EQ(stations(state, 0, 9 * kSecond).u32(0), 1u);
   EXPECT_EQ(stations(state, 0, 10 * kSecond).u32(0), 2u);
-  // Looked at late, it has been there since it came.
+  // The time since its arrival counts, even if nobody looked in between.
   answer table = stations(state, 0, 15 * kSecond);
-  EXPECT_EQ(table.u32(4 + 16), 15u);  // there from the beginning
+  EXPECT_EQ(table.u32(4 + 16), 15u);  // has been there from the beginning
   EXPECT_EQ(table.u32(4 + 40 + 16), 5u);
   EXPECT_EQ(stations(state, 0, 20 * kSecond).u32(0), 1u);
   EXPECT_EQ(stations(state, 8, 20 * kSecond).u32(0), 0u);
@@ -89,7 +90,7 @@ TEST(Time, EventsChangeTheScenario) {
   EXPECT_FALSE(state.scenario_changed);
   EXPECT_EQ(stations(state, 0, 5 * kSecond).s8(4 + 10), -80);
   EXPECT_TRUE(state.scenario_changed);
-  EXPECT_EQ(stations(state, 0).u32(4 + 16), 5u);  // it did not go meanwhile
+  EXPECT_EQ(stations(state, 0).u32(4 + 16), 5u);  // has not left in between
   EXPECT_EQ(stations(state, 8, 9 * kSecond).u32(4 + 16), 3u);
   EXPECT_EQ(stations(state, 0).u32(0), 0u);
   EXPECT_EQ(driver_next_us(state), kDriverNever);

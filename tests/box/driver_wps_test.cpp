@@ -1,4 +1,4 @@
-// WPS sessions of the driver model, to each of their ends.
+// WPS sessions in the driver model, with every outcome.
 #include <gtest/gtest.h>
 #include <cerrno>
 
@@ -48,7 +48,7 @@ TEST(Wps, PushButtonSucceedsThroughItsStates) {
   EXPECT_GE(seen.size(), 8u);
   EXPECT_EQ(wps_state(state, 0, 10 * kSecond), 3u);
   EXPECT_EQ(wps_status(state, 0), 34u);
-  EXPECT_EQ(wps_status(state, 2), 34u);  // every interface of the radio tells it
+  EXPECT_EQ(wps_status(state, 2), 34u);  // every interface of the radio shows it
   EXPECT_EQ(wps_status(state, 8), 0u);
   EXPECT_EQ(place_of(state, "02:00:5e:00:00:01"), 0);
 }
@@ -78,7 +78,7 @@ TEST(Wps, NobodyAnswersUntilItTimesOut) {
   driver_state state;
   start_model(state, plan("timeout"));
   start_session(state, 0, "2", "");
-  EXPECT_EQ(wps_state(state, 0, 119 * kSecond), 7u);  // still waits for a beginning
+  EXPECT_EQ(wps_state(state, 0, 119 * kSecond), 7u);  // still waiting for the session to begin
   EXPECT_EQ(wps_status(state, 0), 1u);
   EXPECT_EQ(wps_state(state, 0, 120 * kSecond), 0u);
   EXPECT_EQ(wps_status(state, 0), 2u);

@@ -1,4 +1,4 @@
-// `gwbox fail list`, and what `gwbox fail clear` does to a call that a delay holds back.
+// `gwbox fail list`, and what `gwbox fail clear` does to a delayed call.
 #include <gtest/gtest.h>
 #include <time.h>
 #include <cerrno>
@@ -76,7 +76,8 @@ TEST(FaultList, ClearEndsARunningDelayAtOnce) {
   EXPECT_TRUE(held);
   EXPECT_TRUE(journal_entries().empty());
   ASSERT_EQ(run("gwbox fail clear").status, 0);
-  // Its line is there before the command ends; else this would hang for the ten minutes.
+  // Clear must end the delay and write the line before it returns; otherwise join() would
+  // wait for ten minutes.
   auto entries = journal_entries();
   ASSERT_EQ(entries.size(), 1u);
   slow.join();

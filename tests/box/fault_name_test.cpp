@@ -1,4 +1,4 @@
-// `gwbox fail` by name, with short answers, and what the journal says of objects.
+// `gwbox fail` by name, short answers, and the objects in the journal.
 #include <gtest/gtest.h>
 #include <cerrno>
 #include <cstring>
@@ -53,7 +53,7 @@ TEST(FaultName, AShortAnswerLeavesTheRestOfTheBufferAlone) {
   request_frame frame = make_frame("ra0", counters, sizeof counters, 0x067D);
   EXPECT_EQ(request(0x8BE1, frame), 0);
   EXPECT_EQ(frame.length, 8);
-  EXPECT_GE(counters[4], 2);  // it grows by the second
+  EXPECT_GE(counters[4], 2);  // grows every second
   EXPECT_LT(counters[4], 0xEE);
   EXPECT_EQ(counters[8], 0xEE);
   EXPECT_EQ(journal_entries().back()["injected"], true);

@@ -1,4 +1,4 @@
-// `gwbox fail`, seen by programs that do not know of it.
+// `gwbox fail` as seen by programs that do not know about it.
 #include <gtest/gtest.h>
 #include <time.h>
 #include <cerrno>

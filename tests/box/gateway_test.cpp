@@ -1,4 +1,4 @@
-// What a program of a gateway finds around it.
+// What a program finds in a gateway.
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -57,7 +57,8 @@ TEST(Gateway, DirectoriesOfAGateway) {
   }
 }
 
-// Keys of a profile that the driver or a per-BSS list needs, and the rules of the format.
+// A profile follows the rules of its format and has the keys that the driver and the
+// per-BSS lists need.
 static void check_profile(const std::string& path) {
   std::ifstream file(path);
   ASSERT_TRUE(file.is_open()) << path;

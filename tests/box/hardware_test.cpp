@@ -1,4 +1,4 @@
-// The files through which a gateway's software meets its hardware and its firmware.
+// The files through which a gateway's software reaches its hardware and firmware.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -133,6 +133,6 @@ TEST(Firmware, TheMeshScriptStartsItsDaemonOnce) {
   EXPECT_EQ(run("pgrep -cx bs20").output, "1\n");
   EXPECT_EQ(records("/run/gwbox/easymesh.jsonl").size(), 2u);
   static_cast<void>(
-      run("/bin/kill $(pgrep -f bs20 | awk '{print $1}')"));  // ends its own shell as well
+      run("/bin/kill $(pgrep -f bs20 | awk '{print $1}')"));  // also ends its own shell
   EXPECT_TRUE(wait_until([] { return run("pgrep -x bs20").status != 0; }));
 }

@@ -1,5 +1,5 @@
-// The home network controller's listener, asked by datagrams whose layout is written down here
-// anew.
+// The home network controller's listener. The layout of its datagrams is written down
+// here independently.
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
 #include <sys/socket.h>

@@ -1,5 +1,5 @@
-// 32-bit programs have call numbers and a frame layout of their own. A 64-bit program reaches
-// that side of the kernel through interrupt 0x80, with everything below 4 GB.
+// 32-bit programs have their own call numbers and frame layout. A 64-bit program can make
+// such calls through interrupt 0x80, with all data below 4 GB.
 #include <gtest/gtest.h>
 #include <sys/mman.h>
 #include <sys/socket.h>
@@ -33,7 +33,7 @@ static long call_32(long number, long first, long second, long third) {
   return static_cast<int32_t>(result);
 }
 
-// A kernel without 32-bit support ends whoever tries.
+// A kernel without 32-bit support kills a process that tries.
 static bool kernel_runs_32_bit_calls() {
   pid_t child = fork();
   if (child == 0) _exit(call_32(kI386Getpid, 0, 0, 0) == getpid() ? 0 : 1);

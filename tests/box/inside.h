@@ -1,4 +1,5 @@
-// What the tests that run inside a box share. Each test has a fresh mt7603+mt7612 box to itself.
+// Shared by the tests that run inside a box. Each test has its own fresh mt7603+mt7612
+// box.
 #pragma once
 
 #include <sys/types.h>
@@ -9,14 +10,14 @@
 #include <vector>
 
 struct run_result {
-  int status;          // exit status, 128+N for signal N
+  int status;          // exit status, or 128+N for signal N
   std::string output;  // standard output and standard error
 };
 
-// Runs a shell command to its end.
+// Runs a shell command and waits for it.
 run_result run(const std::string& command);
 
-// All lines of the request journal so far, parsed. A line that is no JSON object is a failure of
+// All lines of the request journal so far, parsed. A line that is not a JSON object fails
 // the running test.
 std::vector<nlohmann::json> journal_entries();
 
@@ -32,8 +33,9 @@ static_assert(sizeof(request_frame) == 32);
 
 request_frame make_frame(const char* interface, void* pointer, uint16_t length, uint16_t flags);
 
-// Makes the request on a fresh socket; returns 0 or the errno.
+// Makes the request on a new socket; returns 0 or the errno.
 int request(uint32_t number, request_frame& frame);
 
-// A Key=Value text set, announced with its terminator; returns 0 or the errno.
+// Sets a Key=Value text whose announced length includes its terminator; returns 0 or the
+// errno.
 int set_text(const char* interface, std::string text);

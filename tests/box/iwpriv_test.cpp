@@ -1,4 +1,4 @@
-// The distribution's own iwpriv, which knows nothing of the box.
+// The distribution's own iwpriv, which knows nothing about the box.
 #include <gtest/gtest.h>
 
 #include "inside.h"

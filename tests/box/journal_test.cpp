@@ -1,4 +1,4 @@
-// The journal's lines and what `gwbox log` makes of them.
+// The journal's lines, and how `gwbox log` shows them.
 #include "base/journal.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Records of the driver against bytes written by hand.
+// The driver's records, compared with bytes written by hand.
 #include <gtest/gtest.h>
 #include <cerrno>
 #include <cstring>
@@ -18,15 +18,16 @@ TEST(Layout, StationEntry) {
     "rssi": [-40, -41, -42, -43], "tx_rate": "VHT80 MCS9 NSS2 SGI", "rx_rate": "HT40 MCS15",
     "start": {"tx_packets": 66051, "tx_failures": 258}}]})");
   answer table = stations(state, 8, 513 * kSecond);
-  EXPECT_EQ(table.bytes.substr(0, 44),
-            bytes({1,    0,    0,    0,                       // one entry
-                   2,    0x02, 0x00, 0x5e, 0xa1, 0xb2, 0xc3,  // third BSS of its radio, address
-                   1,    1,    0,                             // id, power save, MIMO power save
-                   0xD8, 0xD7, 0xD6, 0xD5, 0,    0,           // signal on four chains
-                   1,    2,    0,    0,                       // connected for 0x201 seconds
-                   0x19, 0x83, 0,    0,  // mode 4, short guard, 80 MHz, 2 streams, 9
-                   0x8F, 0x40, 0,    0,    0,    0,    0,    0,  // mode 2, 40 MHz, 15
-                   3,    2,    1,    0,    2,    1,    0,    0}));
+  EXPECT_EQ(
+      table.bytes.substr(0, 44),
+      bytes({1,    0,    0,    0,                       // one entry
+             2,    0x02, 0x00, 0x5e, 0xa1, 0xb2, 0xc3,  // third BSS of its radio, and the address
+             1,    1,    0,                             // id, power save, MIMO power save
+             0xD8, 0xD7, 0xD6, 0xD5, 0,    0,           // signal on four chains
+             1,    2,    0,    0,                       // connected for 0x201 seconds
+             0x19, 0x83, 0,    0,                       // mode 4, short guard, 80 MHz, 2 streams, 9
+             0x8F, 0x40, 0,    0,    0,    0,    0,    0,  // mode 2, 40 MHz, 15
+             3,    2,    1,    0,    2,    1,    0,    0}));
 }
 
 TEST(Layout, TrafficEntry) {
@@ -106,13 +107,13 @@ TEST(Layout, NonAssociatedReport) {
       {"rssi": -63, "time": "2026-03-01 18:30:03"}, {"rssi": -64, "time": "2026-03-01 18:30:04"},
       {"rssi": -65, "time": "2026-03-01 18:30:05"}, {"rssi": -66, "time": "2026-12-31 23:59:58"}]},
     {"mac": "02:00:5e:20:00:02", "radio": "ra8", "newest": 0, "observations": []}]})");
-  EXPECT_EQ(query(state, 8, 0x06B5, 1923).u8(1920), 0);  // off
+  EXPECT_EQ(query(state, 8, 0x06B5, 1923).u8(1920), 0);  // switched off
   EXPECT_EQ(carry(state, 8, 0x86B4, "\1").status, 0);
   answer report = query(state, 8, 0x06B5, 1923);
   EXPECT_EQ(report.bytes.size(), 1923u);
   EXPECT_EQ(report.u8(1920), 2);
   EXPECT_EQ(report.bytes.substr(0, 8), mac_bytes("02:00:5e:20:00:01") + "\4\2");
-  // A ring: the fifth and sixth probe stand where the first and second stood.
+  // A ring: the fifth and sixth probes have replaced the first and second.
   EXPECT_EQ(report.bytes.substr(8 + 28, 12), bytes({0xBE, 0, 0, 0, 0xEA, 7, 0, 0, 12, 0, 0, 0}));
   EXPECT_EQ(report.u32(8 + 28 + 12), 31u);
   EXPECT_EQ(report.u32(8 + 28 + 16), 23u);
@@ -121,7 +122,7 @@ TEST(Layout, NonAssociatedReport) {
   EXPECT_EQ(report.s8(8 + 56), -63);
   EXPECT_EQ(report.u8(120 + 7), 0);
   EXPECT_EQ(query(state, 8, 0x06B5, 1920).status, -EMSGSIZE);
-  // The short form of the same query names a station to watch; six bytes are announced.
+  // The short form of the query names a station to watch and announces six bytes.
   EXPECT_EQ(carry(state, 8, 0x06B5, mac_bytes("02:00:5e:20:00:07")).status, 0);
   ASSERT_EQ(state.radios[1].watched.size(), 1u);
   EXPECT_EQ(mac_text(state.radios[1].watched[0]), "02:00:5e:20:00:07");

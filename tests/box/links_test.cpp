@@ -1,4 +1,4 @@
-// What becomes of interfaces reaches the driver before any request that follows.
+// Changes of interfaces reach the driver before any later request.
 #include "host/interface_news.h"
 
 #include <gtest/gtest.h>

@@ -1,12 +1,12 @@
-// What the tests of the driver model share: a driver by itself, in no box, with a clock of the
-// test's own.
+// Shared by the tests of the driver model: a driver outside any box, with the test's own
+// clock.
 #pragma once
 
 #include <string>
 
 #include "driver/model.h"
 
-// The bytes of an answer, read at offsets that the tests write out by hand.
+// The bytes of an answer. Tests read them at offsets written by hand.
 struct answer {
   int status;
   std::string bytes;
@@ -18,23 +18,24 @@ struct answer {
 
 constexpr int64_t kSecond = 1000000;
 
-// A driver on that board with that scenario, both bands' first three interfaces up at time 0.
+// A driver for that board and scenario. The first three interfaces of both bands are up
+// at time 0.
 void start_model(driver_state& state, const std::string& scenario_text,
                  const char* board = "mt7603+mt7612");
 
-// The profile that start_model uses; BAND 0 or 1.
+// The profile that start_model uses. `band` is 0 or 1.
 std::string model_profile(int band);
 
 int set_key(driver_state& state, int n, const std::string& text, int64_t now_us = -1);
 answer query(driver_state& state, int n, uint16_t sub, uint16_t length, int64_t now_us = -1);
 answer stations(driver_state& state, int n, int64_t now_us = -1);
 
-// A query or set that carries bytes in.
+// A query or set whose buffer holds `input`.
 answer carry(driver_state& state, int n, uint16_t flags, const std::string& input,
              int64_t now_us = -1);
 
 // The six bytes of an address.
 std::string mac_bytes(const std::string& text);
 
-// N of raN where the station is, -1: away.
+// The number N of the station's interface raN; -1 when it is away.
 int place_of(driver_state& state, const std::string& mac);

@@ -1,4 +1,4 @@
-// The driver model by itself: plain data in, plain data out.
+// The driver model alone: plain data in, plain data out.
 #include <gtest/gtest.h>
 #include <cerrno>
 

@@ -1,4 +1,5 @@
-// The driver's modules, loaded and unloaded by the tools of kmod, which know nothing of the box.
+// The driver's modules, loaded and unloaded by kmod's tools, which know nothing about the
+// box.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/syscall.h>

@@ -1,13 +1,13 @@
 #!/bin/sh
-# What a box does to the world around it: exit statuses, signals, leftovers, neighbours.
+# What is seen of a box from outside: exit statuses, signals, leftovers, other boxes.
 # usage: outside.sh PATH_OF_GWBOX
-# Prints one line per check and ends with failure when any of them failed.
+# Prints one line per check and fails if any check failed.
 set -u
 gwbox=$(readlink -f "$1")
-# The directory of gwbox is seen inside a box under the same name, /tmp is not.
+# A box sees gwbox's own directory under the same name, but not /tmp.
 dir=$(mktemp -d "$(dirname "$gwbox")/outside.XXXXXX")
 chmod 777 "$dir"
-# One that is neither below the current directory nor beside gwbox.
+# A directory that is neither below the current one nor beside gwbox.
 foreign=$(mktemp -d "${HOME:-/root}/gwbox-foreign.XXXXXX") || exit 1
 chmod 777 "$foreign"
 trap 'rm -rf "$dir" "$foreign"' EXIT
@@ -37,7 +37,7 @@ ends_with() {
   return 1
 }
 
-# within SECONDS COMMAND...: the command must succeed at last.
+# within SECONDS COMMAND...: the command must succeed in that time.
 within() {
   tries=$(($1 * 100))
   shift
@@ -51,7 +51,7 @@ within() {
 none_left() { ! pgrep -f "$1" >/dev/null; }
 said() { grep -q "$1" "$dir/err"; }
 
-# Statuses. A plain box is enough for them.
+# Exit statuses. A plain box is enough.
 plain="$gwbox run --no-portmap --"
 check "status 0 passes" ends_with 0 $plain true
 check "status 7 passes" ends_with 7 $plain sh -c 'exit 7'
@@ -68,7 +68,7 @@ check "help: 0" ends_with 0 "$gwbox" --help
 check "version: 0" ends_with 0 "$gwbox" --version
 check "which it prints" grep -qx 'gwbox [0-9][0-9.]*' "$dir/out"
 
-# What each wrong line is told, and that it is wrong usage.
+# Wrong command lines: the status is 2, and the message names the mistake.
 while IFS='|' read -r words message; do
   eval "set -- $words"
   check "gwbox $words: 2" ends_with 2 "$gwbox" "$@"
@@ -93,14 +93,14 @@ fail clear now|clear takes nothing more
 fail set@ra99 delay=200|"ra99" is no interface: expected ra0 to ra15
 WRONG
 
-# Help fits in 79 columns and says of each command what it takes.
+# Help fits in 79 columns and shows what each command takes.
 for command in "" run status set fail advance pause resume log scenario completion; do
   check "gwbox $command --help: 0" ends_with 0 "$gwbox" $command --help
   check "it is not wider than 79 columns" sh -c "! grep -E '.{80}' '$dir/out'"
   check "it begins with the usage" grep -q "^usage: gwbox .*$command" "$dir/out"
 done
 
-# An output that cannot be written is no success.
+# An output that cannot be written is an error.
 for words in --help --version "scenario list" "scenario show schema" "scenario check mesh"; do
   check "gwbox $words >/dev/full: 1" sh -c "'$gwbox' $words >/dev/full 2>'$dir/err'; test \$? -eq 1"
   check "which is said" said '^gwbox: cannot write the output: No space left on device$'
@@ -120,7 +120,7 @@ check "mt7603 has 8 interfaces" ends_with 0 "$gwbox" run --no-portmap --board mt
 check "mt7615 has 16 interfaces and its card" ends_with 0 "$gwbox" run --no-portmap \
   --board mt7615 -- sh -c 'ip link show ra15 && grep -q 14c37615 /proc/bus/pci/devices'
 
-# The host stays as it is.
+# The host stays unchanged.
 check "changes to the system stay inside" ends_with 0 $plain \
   sh -c 'touch /etc/gwbox-was-here /usr/gwbox-was-here /var/gwbox-was-here /tmp/gwbox-was-here'
 check "none of them is outside" sh -c '! ls /etc/gwbox-was-here /usr/gwbox-was-here \
@@ -130,7 +130,7 @@ check "and so the file is outside" test -e "$dir/written"
 check "a foreign directory is not written" ends_with 0 $plain \
   sh -c "touch '$foreign/reached' 2>/dev/null; true"
 check "and so nothing is in it outside" test ! -e "$foreign/reached"
-# The value that it has already: it stays as it is even where the check fails.
+# Writes the current value, so that nothing changes even if the check fails.
 for file in kernel/core_pattern vm/swappiness; do
   check "/proc/sys/$file cannot be written" ends_with 1 $plain \
     sh -c "value=\$(cat /proc/sys/$file); echo \"\$value\" >/proc/sys/$file || exit 1"
@@ -143,14 +143,14 @@ check "none of them is outside" test ! -e /dev/gwbox-was-here
 check "the clock cannot be set" ends_with 1 $plain date -s "$(date +%FT%T)"
 check "the current directory is kept" sh -c "cd '$dir' && $plain test -e written"
 
-# Journal outside.
+# A journal outside the box.
 check "--log: the command runs" ends_with 0 "$gwbox" run --no-portmap --log "$dir/journal" -- \
   iwpriv ra0 set LEDEnable=1
 check "--log: the request is in the file" grep -q '"text":"LEDEnable=1","result":0}' "$dir/journal"
 check "--log: a file that cannot be opened: 125" ends_with 125 "$gwbox" run --log /no/such/file \
   -- true
 
-# Ends. The length of the sleep marks the processes of one box.
+# The end of a box. The length of the sleep identifies its processes.
 start_marked() {
   marker="sleep 86$1.$$"
   $plain sh -c "trap '' TERM; $marker & touch $dir/up; wait" </dev/null 2>"$dir/err" &
@@ -179,7 +179,7 @@ orphan='sh -c "sleep 0.05 & echo \$! >'$dir'/orphan"; pid=$(cat '$dir'/orphan)
   for i in $(seq 200); do [ -d /proc/$pid ] || exit 0; sleep 0.01; done; exit 1'
 check "orphans are collected" ends_with 0 $plain sh -c "$orphan"
 
-# Neighbours: both boxes set something while the other is there.
+# Two boxes: each sets something while the other is up.
 neighbour() {
   "$gwbox" run -- sh -c "iwpriv ra0 set Owner=$1; touch $dir/$1.up
     for i in \$(seq 300); do [ -e $dir/$2.up ] && break; sleep 0.01; done
@@ -218,7 +218,7 @@ for id in $crowd_ids; do
     "[ \$(grep -c Crowd= $dir/crowd$i.log) -eq 1 ] && grep -q Crowd=$i $dir/crowd$i.log"
 done
 
-# The median of five starts, in milliseconds; far above what is usual.
+# The median of five starts in milliseconds. The limit is far above the usual time.
 start_times() {
   for i in 1 2 3 4 5; do
     begin=$(date +%s%N)
@@ -239,13 +239,13 @@ sed 's/"bss": 1/"bss": 99/' "$dir/event.json" >"$dir/wrong.json"
 check "a wrong scenario: 2" ends_with 2 "$gwbox" run --scenario "$dir/wrong.json" -- true
 check "with its line" said 'wrong.json:2: stations\[0\].bss: expected a whole number from 1 to 16'
 sed -i 's/"at": 20/"at": -1/' "$dir/wrong.json"
-check "all that is wrong is said" ends_with 2 "$gwbox" scenario check "$dir/wrong.json"
-check "a line each" test "$(wc -l <"$dir/err")" -eq 2
+check "all mistakes are reported" ends_with 2 "$gwbox" scenario check "$dir/wrong.json"
+check "one per line" test "$(wc -l <"$dir/err")" -eq 2
 check "a scenario that is not there: 2" ends_with 2 "$gwbox" run --scenario nowhere -- true
 check "events take place" ends_with 0 "$gwbox" run --no-portmap --scenario "$dir/event.json" -- \
   sh -c 'for i in $(seq 500); do grep -q 00:00:02 /run/gwbox/scenario.json && gwbox status |
     grep -q 00:00:02 && exit 0; sleep 0.01; done; exit 1'
-# Events that fail, in a box whose time goes on only when it is told to.
+# Events that inject failures, in a box whose time only moves with "gwbox advance".
 cat >"$dir/fails.json" <<EOF
 { "speed": 0, "events": [{ "at": 10, "fail": "set@ra0 EIO" }, { "at": 20, "fail": "set delay=600000" },
   { "at": 30, "fail": "clear" }] }
@@ -267,8 +267,8 @@ check "status by name" sh -c "$gwbox --box named-$$ status | grep -q 'ra0 *on *H
 check "status by process id" sh -c "$gwbox --box $named status --json | grep -q '\"beacons\": true'"
 check "set from outside" ends_with 0 "$gwbox" --box "named-$$" set station 02:00:5e:00:00:33 bss=1
 check "what was set is there" sh -c "$gwbox --box named-$$ status | grep -q '00:00:33 ra0'"
-check "its name is known to who types" test "$("$gwbox" complete -- --box "named-$$")" = "named-$$"
-check "and its stations" sh -c "$gwbox complete -- --box=named-$$ set station '' | grep -qx 02:00:5e:00:00:33"
+check "its name is completed" test "$("$gwbox" complete -- --box "named-$$")" = "named-$$"
+check "and so are its stations" sh -c "$gwbox complete -- --box=named-$$ set station '' | grep -qx 02:00:5e:00:00:33"
 check "fail from outside" ends_with 0 "$gwbox" --box "named-$$" fail set EIO
 check "log from outside" ends_with 0 "$gwbox" --box "named-$$" log
 check "a name is taken once" ends_with 2 "$gwbox" run --name "named-$$" -- true
@@ -277,7 +277,7 @@ wait $named
 check "a named box ends" test $? -eq 0
 check "and its name with it" ends_with 1 "$gwbox" --box "named-$$" status
 
-# A terminal: job control works in the shell, and the prompt tells where one is.
+# On a terminal the shell has job control, and its prompt names the box.
 if command -v script >/dev/null; then
   printf 'set -o | grep monitor\nsleep 50 & jobs -l; kill %%1; exit 9\n' |
     SHELL=/bin/bash script -qec "$gwbox run --no-portmap" /dev/null >"$dir/terminal" 2>&1
@@ -290,7 +290,7 @@ if command -v script >/dev/null; then
   check "a shell's prompt shows the box" grep -q '(gateway) [#$] ' "$dir/terminal"
 fi
 
-# An ordinary user, where the kernel lets one: not when this test is one already.
+# As an ordinary user, if the kernel allows it and this test is run by root.
 ordinary="setpriv --reuid=65534 --regid=65534 --clear-groups env HOME=/"
 if [ "$(id -u)" -eq 0 ] && $ordinary test -x "$gwbox" 2>/dev/null; then
   if ends_with 125 $ordinary $plain true >/dev/null && said "takes a user namespace"; then

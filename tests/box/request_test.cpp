@@ -1,4 +1,4 @@
-// Requests as programs make them through ioctl(2), right and wrong.
+// Right and wrong requests that programs make through ioctl(2).
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/ioctl.h>
@@ -192,7 +192,7 @@ TEST(Request, ACallerThatDiesInItsRequestHarmsNobody) {
   }
   char byte;
   ASSERT_EQ(read(ready[0], &byte, 1), 1);
-  // Inside the request once the kernel shows it asleep in ioctl, number 16.
+  // The request is under way when the kernel shows the child asleep in ioctl, number 16.
   std::string state = "grep -q '^16 ' /proc/" + std::to_string(child) + "/syscall";
   for (int i = 0; i < 200 && run(state).status != 0; ++i)
     usleep(1000);
@@ -201,7 +201,7 @@ TEST(Request, ACallerThatDiesInItsRequestHarmsNobody) {
   int status = 0;
   ASSERT_EQ(waitpid(child, &status, 0), child);
   EXPECT_TRUE(WIFSIGNALED(status));
-  // Held back for longer, so done after the other's turn has come.
+  // This request is delayed for longer, so by its end the killed one's turn has passed.
   EXPECT_EQ(set_text("ra1", "Alive=1"), 0);
   auto entries = journal_entries();
   ASSERT_EQ(entries.size(), 1u);

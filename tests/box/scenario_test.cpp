@@ -1,4 +1,4 @@
-// Scenarios: what ships is good, what is wrong is said with its line, and edits.
+// Scenarios: those supplied are good, mistakes are reported with their lines, and edits.
 #include "scenario/document.h"
 
 #include <gtest/gtest.h>
@@ -16,7 +16,7 @@ TEST(Scenario, TheOnesThatShip) {
     std::string wrong;
     EXPECT_TRUE(scenario_parse(std::string(scenario_shipped(name)), name, s, wrong)) << wrong;
     EXPECT_EQ(s.name, name);
-    // The document that a scenario keeps is itself good and means the same.
+    // The document kept in a scenario is valid and means the same.
     scenario again;
     EXPECT_TRUE(scenario_parse(s.text, "again", again, wrong)) << wrong;
     EXPECT_EQ(again.text, s.text);
@@ -82,7 +82,7 @@ TEST(Scenario, EventsMustBeWordsThatCanBeSet) {
           .starts_with("x.json:2: events[0].set: 'dance' cannot be set: expected station,"));
 }
 
-// As they take place, whatever their order in the document.
+// Events count in the order of their times, not of the document.
 TEST(Scenario, EventsFindWhatEarlierOnesHaveMade) {
   scenario s;
   std::string wrong;

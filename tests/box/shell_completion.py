@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-# The shell of a box: Tab completes wificonf and gwbox without any preparation, and the
-# user's own settings are read and stay as they are.
+# Tests the shell of a box: Tab completes wificonf and gwbox without any setup, and the
+# user's own settings are read and not changed.
 # usage: shell_completion.py GWBOX
 import os
 import pty
@@ -15,7 +15,7 @@ OWN_SETTINGS = "own_setting=read\nPS1='mine '\n"
 
 
 def read_until(terminal, text, deadline):
-    """What the terminal shows up to the first TEXT; ends the test when it never does."""
+    """Reads from the terminal up to TEXT; ends the test if TEXT never appears."""
     seen = b""
     while text not in seen:
         ready = select.select([terminal], [], [], max(0, deadline - time.monotonic()))[0]
@@ -53,7 +53,7 @@ def main():
         deadline = time.monotonic() + SECONDS
         read_until(terminal, PROMPT, deadline)
         for line, whole in typed.items():
-            # What Tab makes of the line is shown; Ctrl-U takes it away again.
+            # Tab completes the line on the screen; Ctrl-U deletes it.
             os.write(terminal, line + b"\t")
             read_until(terminal, whole, deadline)
             os.write(terminal, b"\x15echo $own_setting done\r")

@@ -1,26 +1,26 @@
 #!/bin/sh
-# As whom and in what surroundings a box starts, and what is said when it cannot.
+# Under which users and in which environments a box starts, and the message when it cannot.
 # usage: starts.sh PATH_OF_GWBOX
 . "$(dirname "$0")/../packaging/checks.sh"
 gwbox=$(readlink -f "$1")
 scratch "$(dirname "$gwbox")"
 [ "$(id -u)" -eq 0 ] || {
-  echo "skipped: all of this takes root"
+  echo "skipped: these checks need root"
   exit 0
 }
 
-# The real portmapper, a trapped request and a name of the box's own.
+# Checks the real portmapper, a trapped request and the box's own host name.
 work='rpcinfo -p >/dev/null && iwpriv ra0 set LEDEnable=1 >/dev/null && hostname | grep -qx gateway'
-# works COMMAND...: a box starts where that command puts it.
+# works COMMAND...: a box must start when COMMAND runs gwbox.
 works() { "$@" "$gwbox" run -- sh -c "$work" </dev/null; }
-# refused TEXT COMMAND...: no box there, with a message that holds that.
+# refused TEXT COMMAND...: no box may start then, and the message must contain TEXT.
 refused() {
   text=$1
   shift
   ends_with 125 "$@" "$gwbox" run -- true </dev/null 2>"$dir/err" || return
   holds "$(cat "$dir/err")" "$text"
 }
-# without CAPABILITIES COMMAND...
+# without CAPABILITIES COMMAND...: runs the command without them.
 without() {
   lost=$1
   shift
@@ -41,7 +41,7 @@ check "nobody as root of a namespace with one id" works $nobody unshare -Ur
 check "what root could write stays as it is" ends_with 1 without sys_admin "$gwbox" run --no-portmap -- \
   sh -c 'value=$(cat /proc/sys/vm/swappiness); echo "$value" >/proc/sys/vm/swappiness || exit 1'
 
-# What is missing is named.
+# The message names what is missing.
 check "no user namespaces" refused "user.max_user_namespaces is 0" \
   unshare -Ur sh -c "$limited" sh setpriv --bounding-set=-net_admin
 check "nor the capability" holds "$(cat "$dir/err")" "without CAP_NET_ADMIN this takes a user namespace"
@@ -51,8 +51,8 @@ check "a user without an id" refused "this user has no id in the one around it" 
 check "no capability to be root inside" refused "for root this takes CAP_SETFCAP" \
   without sys_admin,setfcap
 
-# A container's own files in /etc, and a file system below /var: both are seen, and written to in
-# the box alone.
+# A container's own file in /etc and a file system below /var: the box shows both, and only the
+# box sees what is written there.
 cat >"$dir/contained" <<'SCRIPT'
 #!/bin/sh
 # usage: contained FILE COMMAND...
@@ -80,7 +80,7 @@ check "a /proc that is covered in part" refused \
   unshare --mount sh -c "$covering" sh setpriv --bounding-set=-sys_admin
 check "which is no matter with it" works unshare --mount sh -c "$covering" sh
 
-# A chroot is no mount point, and what is mounted in it is seen outside unless gwbox sees to that.
+# A chroot is not a mount point. Unless gwbox prevents it, mounts made in it appear outside.
 mkdir -p "$dir/root/tmp" "$dir/root/run"
 for link in /bin /sbin /lib*; do
   [ ! -L "$link" ] || ln -s "$(readlink "$link")" "$dir/root$link"
@@ -109,7 +109,7 @@ check "which leaves its mounts as they were" cmp "$dir/root.before" "$dir/root.a
 check "an ordinary user's in a chroot" refused "without root this takes a user namespace: in a chroot the kernel gives none" \
   $in_chroot $nobody
 
-# A portmapper that does not come up. /etc is that of the box, so a copy is changed.
+# A portmapper that does not start. The box shows /etc, so a changed copy is mounted there.
 cat >"$dir/with_etc" <<'SCRIPT'
 #!/bin/sh
 # usage: with_etc COPY CHANGE COMMAND...

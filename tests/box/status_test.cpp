@@ -1,4 +1,4 @@
-// `gwbox status`, `gwbox set` and the scenario in force, in a box.
+// `gwbox status`, `gwbox set` and the current scenario, in a box.
 #include <gtest/gtest.h>
 #include <cerrno>
 
@@ -63,7 +63,7 @@ TEST(Status, TablesFitEightyColumns) {
     EXPECT_LE(end - start, 80u) << shown.output.substr(start, end - start);
 }
 
-// The line of ra0 in the table that `gwbox status` prints in that language, the name's part of it.
+// The name in ra0's line of `gwbox status`, printed in that language.
 static std::string shown_ssid(const std::string& ssid, const char* language = "C.UTF-8") {
   EXPECT_EQ(set_text("ra0", "SSID=" + ssid), 0);
   run_result shown =
@@ -90,7 +90,8 @@ TEST(Status, NamesAreShownAsTheClientShowsThem) {
   EXPECT_EQ(interface_of(status_now(), "ra0")["ssid_hex"], "ff01");
 }
 
-// Ten characters of three bytes and two columns; then nine bytes that take four columns each.
+// Ten characters of three bytes and two columns each, then eight and nine bytes that are
+// shown in four columns each.
 TEST(Status, NamesAreCutBetweenCharacters) {
   ASSERT_EQ(run("ip link set ra0 up").status, 0);
   std::string name;

@@ -1,4 +1,5 @@
-// VLAN interfaces and bridges, made by the kernel's requests and seen by ip and bridge.
+// VLAN interfaces and bridges, made through the kernel's requests and seen by ip and
+// bridge.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <linux/if_bridge.h>

@@ -1,4 +1,4 @@
-// Waiting for what other processes do, and reading what they recorded.
+// Waits for what other processes do and reads what they have recorded.
 #pragma once
 
 #include <functional>
@@ -6,26 +6,26 @@
 #include <string>
 #include <vector>
 
-// Asks every few milliseconds until CONDITION holds; false when it did not within three seconds.
+// Checks every few milliseconds until `condition` holds; false after three seconds.
 bool wait_until(const std::function<bool()>& condition);
 
-// The lines of a record file, parsed; none when there is no file. A line that is no JSON object is
-// a failure of the running test.
+// The lines of a record file, parsed; none when there is no file. A line that is not a
+// JSON object fails the running test.
 std::vector<nlohmann::json> records(const std::string& path);
 
-// Waits until the file has COUNT lines or more and returns them all.
+// Waits until the file has at least `count` lines and returns them all.
 std::vector<nlohmann::json> await_records(const std::string& path, size_t count);
 
-// Makes the file anew.
+// Creates or overwrites the file.
 void write_file(const std::string& path, const std::string& text);
 std::string read_file(const std::string& path);
 
-// Puts that under "companions" of the box's scenario file.
+// Sets "companions" in the box's scenario file.
 void tell_companions(const nlohmann::json& companions);
 
-// A UNIX datagram socket, bound to an address of its own and connected to PATH; waits until there
-// is somebody. -1 when nobody came.
+// A UNIX datagram socket, bound to an address of its own and connected to `path`. Waits
+// until something listens there; -1 when nothing does in time.
 int connect_datagram(const std::string& path);
 
-// One request and the answer to it, "" when none comes within SECONDS.
+// Sends a request and returns the answer; "" when none comes within `seconds`.
 std::string ask(int fd, const std::string& request, double seconds = 3);

@@ -1,4 +1,4 @@
-// The real iwconfig and iwpriv on the model's standard and private queries.
+// The real iwconfig and iwpriv with the model's standard and private queries.
 #include <gtest/gtest.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>

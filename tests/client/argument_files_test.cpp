@@ -19,7 +19,7 @@ static std::string new_file(const std::string& content) {
   return path;
 }
 
-// The text that a word is replaced by, or the error.
+// The text that replaces a word, or the error.
 static std::string text_of(const std::string& word, const char* procedure = "wlan_set_ssid") {
   std::vector<std::string> given = {"1", word};
   std::string error;

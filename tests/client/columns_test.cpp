@@ -30,7 +30,7 @@ TEST(Columns, AlignsWhatIsNotAscii) {
             "home n\n");
 }
 
-// On a terminal only; elsewhere there is room for all.
+// Columns are dropped only on a terminal; elsewhere there is room for all.
 TEST(Columns, TheLeastImportantGoFirst) {
   constexpr text_column kRanked[] = {
       {"A", true, "", 1}, {"NAME", false}, {"LONGEST", true, "B", 3}, {"C", true, "", 2}};

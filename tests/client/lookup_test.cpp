@@ -90,7 +90,7 @@ TEST(Lookup, NearMisses) {
 TEST(Lookup, WhatDoesSomethingIsSuggestedFirst) {
   EXPECT_EQ(lookup_near("wlan_get_sid", command_names()),
             (std::vector<std::string>{"wlan_set_ssid", "wlan_get_ssid", "wlan_get_bssid"}));
-  // Also among equally close names: of four, the three suggested are not just the inert ones.
+  // The three suggestions from four equally close names must not all be inert.
   EXPECT_EQ(lookup_near("hnc_get_enabel", command_names())[0], "hnc_get_enable");
 }
 

@@ -24,8 +24,9 @@ static std::string json_of(const char* procedure, const std::string& record) {
 static std::string stations_record() {
   std::string record(5124, '\0');
   put(record, 0, std::string("\2", 1));
-  // BSS 1, AID 3, power save; -48 and -51 dBm, -127 on the others; 260 s; VHT
-  // 80 MHz, two streams, MCS 9, short guard both ways; 1000 sent, 2 failed.
+  // BSS 2, AID 3, power save; -48 and -51 dBm, the other chains -127; 260 s; VHT 80 MHz,
+  // two streams, MCS 9, short guard interval in both directions; 1000 packets sent, 2
+  // failed.
   put(record, 4, std::string("\1\2\0\x5e\0\0\1\3\1\0\xd0\xcd\x81\x81", 14));
   put(record, 20, std::string("\4\1\0\0\x19\x83\0\0\x19\x83", 10));
   put(record, 36, std::string("\xe8\3\0\0\2", 5));
