@@ -1,4 +1,4 @@
-// What all requests share: how an answer is given, and what the caller carried in.
+// What all requests share: giving an answer, and taking what the caller sent.
 #include <cerrno>
 #include <cstring>
 

@@ -1,10 +1,9 @@
-// A scenario put in force around the radios.
+// Puts a scenario into effect around the radios.
 #include <algorithm>
 
 #include "base/journal.h"
 #include "driver/parts.h"
 
-// What a scenario adds to the counters of a BSS.
 void driver_take_counters(driver_bss& bss, const scenario_bss& given) {
   std::copy(std::begin(given.counters), std::end(given.counters), bss.counters);
   bss.ssid_rx_bytes = given.ssid_rx_bytes;
@@ -16,7 +15,7 @@ static bool same(const scenario_bss& a, const scenario_bss& b) {
          a.ssid_rx_bytes == b.ssid_rx_bytes && a.ssid_tx_bytes == b.ssid_tx_bytes;
 }
 
-// Sets the counters whose scenario values are new. The others keep growing.
+// Sets the counters of a BSS whose scenario values have changed. The others keep growing.
 static void take_bss(driver_state& state, const std::vector<scenario_bss>& before) {
   for (const scenario_bss& given : state.around.bss) {
     auto was = std::find_if(before.begin(), before.end(),

@@ -57,7 +57,7 @@ static bool is_about(const driver_state& state, const driver_station& station) {
          station.returns_us <= state.now_us && (!station.is.by_wps || station.joined_by_wps);
 }
 
-// The BSS that it belongs to now: where it was sent, else its own, else another; -1: none.
+// The BSS where the station belongs now: where it was sent, else its own, else another; -1: none.
 static int place_of(const driver_state& state, const driver_station& station) {
   if (!is_about(state, station)) return -1;
   for (int n : {station.preferred, station.is.bss}) {

@@ -1,6 +1,6 @@
-// The records that the driver hands out and takes, as they lie in a caller's buffer: host byte
-// order, nothing but what is named here. The box's own definitions: whoever talks to the driver
-// has theirs, so that a mistake in either shows.
+// The records that the driver returns and takes, as they lie in a caller's buffer: in host byte
+// order, without hidden padding. These definitions are the box's own. Programs that talk to the
+// driver have theirs, so that a mistake in either shows.
 #pragma once
 
 #include <cstddef>
@@ -103,7 +103,7 @@ static_assert(sizeof(layout_neighbour) == 100);
 struct layout_survey {
   uint32_t count;
   layout_neighbour entries[kLayoutSurveyMax];
-  uint8_t busiest[360];  // per channel number, its networks
+  uint8_t busiest[360];  // number of networks, by channel number
 };
 static_assert(sizeof(layout_survey) == 13164);
 static_assert(offsetof(layout_survey, busiest) == 12804);
@@ -208,7 +208,7 @@ struct layout_parameter {
 static_assert(sizeof(layout_parameter) == 8);
 
 struct layout_address {
-  uint16_t family;  // of hardware addresses: 1
+  uint16_t family;  // 1: a hardware address
   uint8_t mac[6];
   uint8_t rest[8];
 };

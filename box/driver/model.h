@@ -1,4 +1,4 @@
-// The radio driver's model: the state of the radios and what each private request does to it.
+// The radio driver's model: the state of the radios and what each request does to it.
 //
 // The model never touches a caller's memory. The trap layer reads what a request carries, calls
 // driver_handle and writes the answer back, so the model is plain data in, plain data out:
@@ -7,9 +7,9 @@
 //   r.bss = 0; r.request = 0x8BE2; r.length = 13; r.input = "LEDEnable=1";
 //   int status = driver_handle(state, r);   // 0, and ra0 keeps LEDEnable=1
 //
-// While a radio's first interface (ra0, ra8) is down, the queries that need its hardware end with
-// ENETDOWN: stations, counters, survey, load, frequency, rate. Texts are accepted all the same, as
-// are the queries that only ask what the driver can do or what its WPS does.
+// While a radio's first interface (ra0, ra8) is down, requests that need its hardware fail with
+// ENETDOWN: stations, counters, survey, load, steering, frequency, rate. Texts still work, and so
+// do queries that only ask what the driver can do or what its WPS does.
 #pragma once
 
 #include <cstdint>
@@ -29,7 +29,7 @@ constexpr uint16_t kDriverTextMax = 1536;  // bytes of a text, terminator includ
 constexpr int kDriverStationsMax = 128;
 constexpr int kDriverEepromWords = 512;
 
-// An access list, as the texts AccessPolicy and ACL... make it.
+// An access list, from the profile and the texts AccessPolicy and ACL...
 struct driver_acl {
   int policy;  // 0 off, 1 only those listed, 2 all but those listed
   std::vector<mac_address> list;
@@ -40,7 +40,7 @@ constexpr size_t kDriverSsidMax = 32;
 struct driver_bss {
   std::map<std::string, std::string> settings;  // the last value of each Key=Value text
   bool up;
-  std::string ssid;  // this one and the next three as the profile or a text has them
+  std::string ssid;  // this and the next three: from the profile or a text
   std::string auth, encryption;
   bool hidden;
   size_t ssid_lost;  // bytes of the profile's SSID beyond the 32 that a beacon can have
@@ -49,14 +49,14 @@ struct driver_bss {
   double ssid_rx_bytes, ssid_tx_bytes;  // since the last query of the SSID counters
 };
 
-// A WPS session. The codes that callers read come from it and the time.
+// A WPS session. The codes that callers read follow from it and the time.
 struct driver_wps {
   bool running;
   int bss;  // N of raN where it was started
   bool by_pin;
   int64_t start_us;
   bool pin_right;
-  int32_t state, status;  // codes of the last session that ended, while none runs
+  int32_t state, status;  // while none runs: final codes of the last session
 };
 
 struct driver_radio {
@@ -66,8 +66,8 @@ struct driver_radio {
   bool load_on;
   bool btm_on;
   bool nonassoc_on;
-  std::vector<mac_address> watched;  // non-associated stations asked for
-  int64_t survey_us;                 // start of the last survey, below 0: none since the load
+  std::vector<mac_address> watched;  // non-associated stations to watch
+  int64_t survey_us;                 // start of the last survey; below 0: none since it went up
   driver_wps wps;
   bool ate;  // between ATESTART and ATESTOP
   uint16_t eeprom[kDriverEepromWords];
@@ -96,7 +96,7 @@ struct driver_action_frame {
   int bss;
   uint32_t category;
   mac_address mac;
-  std::string body;  // without the zeros that fill it up
+  std::string body;  // without the zeros at its end
 };
 
 constexpr int64_t kDriverNever = INT64_MAX;
@@ -105,16 +105,16 @@ struct driver_state {
   const board* hardware;
   box_clock clock;
   scenario around;
-  bool scenario_changed;  // by an event, since whoever writes it out cleared this
-  int64_t now_us;         // up to when everything has happened
+  bool scenario_changed;  // by an event; cleared by whoever publishes the scenario
+  int64_t now_us;         // everything due by then has happened
   driver_radio radios[kScenarioRadios];
   driver_bss bss[kBoardMaxInterfaces];  // ra0 .. ra15
   std::vector<driver_station> stations;
   std::vector<driver_blacklisted> blacklist;
   std::vector<driver_action_frame> action_frames;  // the last ones
-  // Files that the hardware's self-test leaves, for whoever may write them: path and text.
+  // Files that the hardware's self-test leaves, for the gateway to write: path and text.
   std::vector<std::pair<std::string, std::string>> files;
-  // Words after `gwbox fail` of the events that happened, for whoever keeps the failures.
+  // Words after `gwbox fail` from events that have happened, for the gateway to carry out.
   std::vector<std::string> fails;
 };
 
@@ -124,58 +124,58 @@ struct driver_request {
   uint16_t flags;      // as the caller set them
   uint16_t length;     // as the caller announced it: bytes, for kRequestGetPriv entries
   std::string input;   // the caller's buffer, driver_input_size() bytes of it
-  int64_t now_us;      // the box's time, which runs as fast as its scenario says
+  int64_t now_us;      // the box's time
   uint8_t address[6];  // of the interface, as the kernel has it
   // The answer.
   std::string output;      // for the caller's buffer; never more than the caller announced
   std::string frame;       // for the request frame itself, after the name; at most 16 bytes
-  bool has_answer_length;  // the frame's length field is to be set to answer_length
+  bool has_answer_length;  // the frame's length field becomes answer_length
   uint16_t answer_length;
   bool has_answer_flags;  // the same for the flags
   uint16_t answer_flags;
   std::vector<std::pair<std::string, std::string>> decoded;  // what it meant, for the journal
 };
 
-// A freshly loaded driver on that board, with the default scenario or with that one around it.
-// The clock does not run until it is set.
+// A freshly loaded driver on that board, with the default scenario or the given one around it. The
+// caller sets the clock's start.
 void driver_init(driver_state& state, const board& hardware);
 void driver_init(driver_state& state, const board& hardware, const scenario& around);
 
-// The box's time now; what trap and others put in now_us.
+// The box's time now, to be used for now_us.
 int64_t driver_now_us(const driver_state& state);
 
 // What happens around the driver. Times as in driver_request.
 //
-// A radio's module was loaded: its interfaces FIRST_N and up are there, down and as new. FIRST_N
-// is 0 or 8; a module of both bands calls it for both.
+// A radio's module was loaded: its interfaces from FIRST_N on exist, are down and have no settings.
+// FIRST_N is 0 or 8; for a module of both bands this is called with each.
 void driver_radio_loaded(driver_state& state, int first_n, int64_t now_us);
 
 // raN went up: it takes its settings from its band's profile, whose text is PROFILE.
 void driver_interface_up(driver_state& state, int n, const std::string& profile, int64_t now_us);
 
-// raN went down or away: its stations leave.
+// raN went down or disappeared: its stations leave.
 void driver_interface_down(driver_state& state, int n, int64_t now_us);
 
-// Lets everything happen that is due by then: stations come and go, counters grow, events. It stops
-// early when an event changes the speed, since the clock then shows another time.
+// Lets everything happen that is due by then: stations come and go, counters grow, events occur. It
+// stops early when an event changes the speed, since the clock then shows another time.
 void driver_advance(driver_state& state, int64_t now_us);
 
-// When something will next happen by itself, kDriverNever when nothing will.
+// When something will next happen by itself; kDriverNever if nothing will.
 int64_t driver_next_us(const driver_state& state);
 
-// Puts a changed scenario in force at the state's time, its speed included; stations that stay keep
-// their association.
+// Puts a changed scenario into effect at the state's time, its speed included. Stations that are
+// still in it keep their association.
 void driver_take_scenario(driver_state& state, const scenario& around);
 
-// True when raN really beacons: it and its radio are up and on.
+// True when raN beacons: it is up, and its radio is up and on.
 bool driver_beacons(const driver_state& state, int n);
 
-// How many bytes of the caller's buffer the request carries in; 0 for a query.
+// How many bytes of the caller's buffer are input of the request; 0 for most queries.
 size_t driver_input_size(uint32_t request, uint16_t flags, uint16_t length);
 
-// How many bytes the caller's buffer holds for the answer: as announced, but for the requests
-// whose length counts something else.
+// How many bytes of an answer the caller's buffer holds: as announced, except for requests whose
+// length counts something else.
 size_t driver_room(uint32_t request, uint16_t length);
 
-// Does the request. Returns 0 or a negative errno; -E2BIG may set the answer length as well.
+// Handles the request. Returns 0 or a negative errno; with -E2BIG the answer length may be set.
 [[nodiscard]] int driver_handle(driver_state& state, driver_request& request);

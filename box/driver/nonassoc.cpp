@@ -49,7 +49,7 @@ static layout_nonassoc entry_of(const scenario_nonassoc& station) {
   return entry;
 }
 
-// A short query names a station to watch; a long one fetches the report, empty while it is off.
+// A short query names a station to watch; a long one gets the report, which is empty while off.
 int driver_query_nonassoc(driver_state& state, driver_request& r) {
   int radio = driver_radio_of(r.bss);
   if (!state.around.radios[radio].nonassoc) return -EOPNOTSUPP;

@@ -6,7 +6,7 @@
 // A null handler means that the object cannot be queried or set.
 struct object_row {
   uint16_t sub;
-  bool needs_radio;  // a query ends with ENETDOWN while the radio is down
+  bool needs_radio;  // ENETDOWN while the radio is down
   int (*query)(driver_state&, driver_request&);
   int (*set)(driver_state&, driver_request&);
 };

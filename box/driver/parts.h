@@ -27,7 +27,7 @@ inline bool driver_radio_up(const driver_state& state, int radio) {
 // Answers in the request frame.
 void driver_answer_frame(driver_request& r, const void* record, size_t size);
 
-// The record that a caller set, or -EMSGSIZE when it is shorter.
+// Copies the record that a caller set; -EMSGSIZE when it is shorter.
 [[nodiscard]] int driver_take(const driver_request& r, void* record, size_t size);
 
 void driver_decode(driver_request& r, const char* name, const std::string& value);
@@ -41,27 +41,27 @@ uint16_t driver_rate_word(const std::string& rate, bool dual_band_chip);
 
 bool driver_is_dual_band_chip(const driver_state& state);
 
-// The transmission rate of the radio's best link, bit/s.
+// The highest rate that the radio can have, in bit/s.
 int64_t driver_best_rate(const driver_state& state, int radio);
 
-// The channel that automatic selection takes now: the one with the fewest neighbours.
+// The channel that automatic selection would choose now: the one with the fewest neighbours.
 int driver_best_channel(const driver_state& state, int radio);
 
-// The associated stations of a radio, or of all with -1, in the order of their ids.
+// The associated stations of a radio, or of all with -1, in the order of their association ids.
 std::vector<const driver_station*> driver_associated(const driver_state& state, int radio);
 
 driver_station* driver_find_station(driver_state& state, const mac_address& mac);
 
-// The station leaves its BSS, and stays away until then.
+// The station leaves its BSS and stays away until RETURNS_US.
 void driver_disconnect(driver_station& station, int64_t returns_us);
 
-// Seconds of a scenario; kDriverNever for a time below 0.
+// A scenario's seconds in microseconds; kDriverNever for a time below 0.
 int64_t driver_microseconds(double seconds);
 
 // Sets the counters of a BSS to what its scenario says.
 void driver_take_counters(driver_bss& bss, const scenario_bss& given);
 
-// Stations go where they belong after something changed.
+// Moves stations to where they belong after a change.
 void driver_settle(driver_state& state);
 
 // Applies one Key=Value text. Returns 0 or a negative errno.
@@ -106,5 +106,5 @@ int driver_query_btm(driver_state& state, driver_request& r);
 int driver_set_btm(driver_state& state, driver_request& r);
 int driver_query_power(driver_state& state, driver_request& r);
 
-// True when a query of the object carries something in, at that announced length.
+// True when a query of the object, with that announced length, has input.
 bool driver_object_carries(uint16_t sub, uint16_t length);

@@ -1,4 +1,4 @@
-// Interfaces up and down, and what they read from their band's profile.
+// Interfaces going up and down, and what they read from their band's profile.
 #include <cstdlib>
 
 #include "driver/parts.h"

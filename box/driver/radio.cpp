@@ -27,7 +27,7 @@ static constexpr class_row kClasses[] = {
     {100, 144, 121}, {149, 161, 124}, {165, 169, 125},
 };
 
-// Asked for with three bytes announced, one less than it has; the last one is never needed.
+// Callers announce three bytes, one less than the record has; the last one is never needed.
 int driver_query_operating_class(driver_state& state, driver_request& r) {
   int radio = driver_radio_of(r.bss);
   uint32_t number = radio == 0 ? 81 : 115;
@@ -83,8 +83,8 @@ static bool parse_hex(const std::string& text, unsigned long highest, unsigned l
   return *end == 0 && number <= highest;
 }
 
-// "52" reads the word there, "52=0002" writes it; several with commas between. The answer has a
-// line for each, after an empty one, since tools print a name first.
+// "52" reads the word at that address, "52=0002" writes it; commas separate several. The answer has
+// a line for each, after an empty one, since tools print a name first.
 int driver_do_e2p(driver_state& state, driver_request& r) {
   int owner = driver_is_dual_band_chip(state) ? 0 : driver_radio_of(r.bss);
   uint16_t* words = state.radios[owner].eeprom;
@@ -102,8 +102,7 @@ int driver_do_e2p(driver_state& state, driver_request& r) {
     answer += line;
   }
   if (answer.size() >= kDriverTextMax) return -E2BIG;
-  // The caller's buffer for the answer is as large as the private list says, however long the
-  // request in it was.
+  // The caller's buffer is as large as the private list says, however long the request in it was.
   r.output = answer;
   r.output.push_back('\0');
   r.has_answer_length = true;

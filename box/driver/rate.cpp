@@ -65,8 +65,8 @@ static int subcarriers(int mhz) {
   }
 }
 
-// Bits per symbol and stream at the best coding, 5/6 of 6 (HT) or 8 (VHT) bits a subcarrier, with
-// 3.6 or 4 microseconds a symbol.
+// The best coding carries 5/6 of 6 (HT) or 8 (VHT) bits per subcarrier, stream and symbol. A symbol
+// takes 3.6 or 4 microseconds.
 int64_t driver_best_rate(const driver_state& state, int number) {
   const driver_radio& radio = state.radios[number];
   int mode = number_of(radio, "WirelessMode", number == 0 ? 9 : 14);

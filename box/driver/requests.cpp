@@ -6,7 +6,7 @@
 #include "driver/layout.h"
 #include "driver/parts.h"
 
-// One entry of the list of private requests, as every tool that asks for it expects it.
+// One entry of the list of private requests, in the layout that tools expect.
 struct private_entry {
   uint32_t request;
   uint16_t set_arguments;  // type << 12 | fixed << 11 | count
@@ -34,7 +34,7 @@ static int query_private(driver_state&, driver_request& r) {
 
 struct request_row {
   uint32_t request;
-  bool carries_input;  // without regard to the flags
+  bool carries_input;  // whatever the flags are
   bool needs_radio;    // ENETDOWN while the radio is down
   int (*handle)(driver_state&, driver_request&);
 };

@@ -1,4 +1,4 @@
-// The state of the radios: fresh, and as their modules come.
+// The state of the radios at the start and after a module is loaded.
 #include <cstdlib>
 
 #include <algorithm>

@@ -68,8 +68,8 @@ int driver_query_counters(driver_state& state, driver_request& r) {
   return driver_answer(r, &counters, sizeof counters, sizeof counters);
 }
 
-// Bytes since the last such query, for all BSSs of the radio up to the last one that is up:
-// whoever asks adds them up.
+// Bytes since the last such query, for all BSSs of the radio up to the last one that is up. Callers
+// add them up.
 int driver_query_ssids(driver_state& state, driver_request& r) {
   layout_ssids table = {};
   int first = driver_first_of(driver_radio_of(r.bss));

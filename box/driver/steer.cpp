@@ -1,7 +1,7 @@
-// Steering: the blacklist, transition requests, and who knows them.
+// Steering: the blacklist, transition requests, and which stations know those.
 //
-// A blacklisted station is kept out of the radio; one that a transition request reaches and that
-// knows such requests goes to another BSS at once.
+// A blacklisted station is kept off the radio. A station that knows transition requests goes to
+// another BSS as soon as one reaches it.
 #include <cerrno>
 #include <cstring>
 
@@ -38,8 +38,8 @@ int driver_set_steer(driver_state& state, driver_request& r) {
   return 0;
 }
 
-// Where a station goes that is told to leave: where its scenario lets it go, else to the same
-// network on the other radio, else to any other one.
+// Where a station goes when it is told to leave: where its scenario lets it go, else to the BSS in
+// the same place on the other radio, else to any other one.
 static int way_out(const driver_state& state, const driver_station& station) {
   std::vector<int> candidates = station.is.others;
   candidates.push_back(station.is.bss);
@@ -98,8 +98,8 @@ static int query_station_btm(driver_state& state, driver_request& r) {
   return driver_answer(r, &record, sizeof record, offsetof(layout_station_btm, reserved_8));
 }
 
-// Two forms: of the radio, two bytes of which the first tells whether it is enabled; and of one
-// station, whose address the caller puts into the record.
+// There are two forms: for the radio, two bytes of which the first says whether it is enabled; and
+// for one station, whose address the caller puts into the record.
 int driver_query_btm(driver_state& state, driver_request& r) {
   int radio = driver_radio_of(r.bss);
   if (!state.around.radios[radio].btm) return -EOPNOTSUPP;

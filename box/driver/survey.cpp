@@ -46,7 +46,7 @@ static const std::vector<int>& channels_of(int radio) {
   return radio == 0 ? low : high;
 }
 
-// Neighbours of the 2.4 GHz band disturb four channels to either side.
+// Neighbours in the 2.4 GHz band disturb four channels on either side.
 int driver_best_channel(const driver_state& state, int radio) {
   int best = 0, fewest = INT32_MAX;
   for (int channel : channels_of(radio)) {

@@ -1,4 +1,4 @@
-// Key=Value texts. Every one is kept; those in the table do something besides.
+// Key=Value texts. Every text that is accepted is kept; those in the table have an effect as well.
 #include <cerrno>
 #include <cstdlib>
 
@@ -44,7 +44,7 @@ static int set_policy(text_context& c) {
   return 0;
 }
 
-// Calls ACT for each address of a ";"-separated list; nothing happens when one is malformed.
+// Calls ACT for each address of a ";"-separated list, or for none when one is malformed.
 template <typename Act>
 static int for_each_mac(const std::string& list, Act act) {
   std::vector<mac_address> macs;

@@ -24,7 +24,7 @@ static void grow_bss(driver_bss& bss, const scenario_traffic& rate, double secon
   bss.ssid_tx_bytes += rate.tx_bytes * seconds;
 }
 
-// Nothing changes between now and TO but what grows.
+// Between now and TO nothing changes but the counters.
 static void let_grow(driver_state& state, int64_t to) {
   double seconds = static_cast<double>(to - state.now_us) / 1e6;
   for (driver_station& station : state.stations) {
@@ -59,7 +59,7 @@ int64_t driver_next_us(const driver_state& state) {
   return next;
 }
 
-// The texts of events were checked with the scenario; what they name may be gone all the same.
+// The texts of events were checked with the scenario, but what they name may be gone by now.
 static void run_events(driver_state& state) {
   scenario changed = state.around;
   bool any = false;

@@ -1,4 +1,4 @@
-// The standard wireless queries, as far as tools ask them.
+// The standard wireless queries that tools use.
 #include <linux/wireless.h>
 #include <cerrno>
 #include <cstring>
@@ -69,7 +69,7 @@ int driver_query_address(driver_state&, driver_request& r) {
   return 0;
 }
 
-// Flags of 1 tell that there is a name.
+// Flags of 1 say that there is an SSID.
 int driver_query_essid(driver_state& state, driver_request& r) {
   const std::string& ssid = state.bss[r.bss].ssid;
   if (r.length < ssid.size()) return -E2BIG;

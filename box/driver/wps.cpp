@@ -1,7 +1,7 @@
 // Wi-Fi Protected Setup: one session per radio. Every interface of the radio reports its codes.
 //
 // A session goes through the states of a registrar, evenly over the time that the scenario gives
-// it, and comes to the scenario's outcome. One that nobody answers waits until it times out.
+// it, and ends with the scenario's outcome. One that nobody answers waits until it times out.
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -100,7 +100,7 @@ static int32_t state_now(const driver_state& state, int radio) {
   return kSteps[step < kStepCount ? step : kStepCount - 1];
 }
 
-// Callers read these codes as whole numbers: they get all bytes.
+// Callers read these codes as whole numbers, so they must have room for all bytes.
 static int answer_code(driver_request& r, int32_t code) {
   return r.length < sizeof code ? -EMSGSIZE : driver_answer(r, &code, sizeof code, sizeof code);
 }

@@ -1,4 +1,4 @@
-// Scenarios against their schema: as much of JSON Schema as that schema uses.
+// Checks scenarios against their schema. It knows as much of JSON Schema as that schema uses.
 #include <regex.h>
 
 #include <algorithm>
@@ -145,7 +145,7 @@ static bool has_all(const scenario_json& value, const scenario_json& names) {
   });
 }
 
-// Of the alternatives exactly one must be there; each is a list of members.
+// Exactly one of the alternatives must be there; each is a list of members.
 static void check_alternatives(const scenario_json& value, const scenario_json& alternatives,
                                checking& c) {
   std::string names;
@@ -178,7 +178,7 @@ static void check_members(const scenario_json& value, const scenario_json& schem
   }
 }
 
-// A list of plain values is one thing to its reader: what is wrong is said of the list.
+// A list of plain values is one thing to its reader, so a finding is about the whole list.
 static void check_items(const scenario_json& value, const scenario_json& schema, checking& c) {
   const scenario_json& item = scenario_schema_resolve(schema["items"]);
   if (text_of(item, "type") == "object") {

@@ -81,7 +81,7 @@ static void check_ids(const scenario_json& document, const char* name, const cha
   }
 }
 
-// What an event does to the document that those before it have left.
+// Applies an event to the document as earlier events have left it; returns what is wrong.
 static std::string wrong_with_set(scenario_json& document, const std::string& line) {
   scenario_json changed = document;
   std::string wrong;
@@ -101,7 +101,7 @@ static std::string wrong_with_fail(const std::string& line) {
   return fault_parse_words(words, rule, wrong) ? "" : wrong;
 }
 
-// The events' places in their list, as they follow each other.
+// The indexes of the events, in the order of their times.
 static std::vector<size_t> in_order(const scenario_json& events) {
   std::vector<size_t> order(events.size());
   std::iota(order.begin(), order.end(), 0);
@@ -124,7 +124,7 @@ static void check_events(scenario_json document, std::vector<scenario_finding>& 
   }
 }
 
-// The schema, and what it cannot say: ids are unique, and events are words that can be set or fail.
+// Checks the schema and what it cannot express: unique ids, and valid words in events.
 static std::vector<scenario_finding> check_all(const scenario_json& document) {
   std::vector<scenario_finding> findings = scenario_check(document);
   bool keeps_to_schema = findings.empty();
@@ -134,7 +134,7 @@ static std::vector<scenario_finding> check_all(const scenario_json& document) {
   return findings;
 }
 
-// In the order of the lines.
+// All findings as text, in the order of their lines.
 static std::string told(const std::string& text, const std::string& name,
                         const std::vector<scenario_finding>& findings) {
   std::vector<std::pair<int, std::string>> lines;

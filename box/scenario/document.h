@@ -1,5 +1,5 @@
-// What happens around a gateway: stations, neighbours, outcomes, events. A JSON document, checked
-// against the schema of box/share, and the same as plain records.
+// What happens around a gateway: stations, neighbours, outcomes, events. A scenario is a JSON
+// document, checked against the schema in box/share, and the same as plain records.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,7 @@
 #include "base/mac.h"
 
 constexpr const char* kScenarioDefault = "minimal";
-constexpr const char* kScenarioPath = "/run/gwbox/scenario.json";  // inside the box, as in force
+constexpr const char* kScenarioPath = "/run/gwbox/scenario.json";  // inside the box
 constexpr int kScenarioRadios = 2;                                 // ra0's and ra8's
 constexpr int kScenarioBssCounters = 14;
 
@@ -61,7 +61,7 @@ enum scenario_outcome { kScenarioSuccess, kScenarioFailure, kScenarioTimeout };
 
 struct scenario_wps {
   scenario_outcome outcome;
-  double seconds;   // from its start until the session has come to its outcome
+  double seconds;   // from the start of a session to its outcome
   double timeout;   // the same for a session that nobody answers
   std::string pin;  // the right one; empty: any
 };
@@ -89,13 +89,13 @@ struct scenario_bss {
 
 struct scenario_event {
   double at;         // seconds
-  std::string set;   // as the words after `gwbox set`, or empty
-  std::string fail;  // as the words after `gwbox fail`, or empty
+  std::string set;   // the words after `gwbox set`, or empty
+  std::string fail;  // the words after `gwbox fail`, or empty
 };
 
 struct scenario {
   std::string name;
-  std::string board;  // empty: the usual one
+  std::string board;  // empty: kBoardDefault
   double speed;
   scenario_radio radios[kScenarioRadios];
   std::vector<scenario_station> stations;
@@ -106,28 +106,29 @@ struct scenario {
   std::string text;  // the document
 };
 
-// Reads a document. What is WRONG with it has a line for each mistake, with NAME and the line
-// number in front: "apartment.json:17: stations[3].rssi: expected 1 to 4 numbers".
+// Reads a document. WRONG gets a line for each mistake, which starts with NAME and the line number:
+// "apartment.json:17: stations[3].rssi: expected 1 to 4 numbers".
 [[nodiscard]] bool scenario_parse(const std::string& text, const std::string& name, scenario& s,
                                   std::string& wrong);
 
-// Changes the scenario by the words of `gwbox set`; on WRONG words or values it stays as it was.
+// Changes the scenario by the words after `gwbox set`. If words or values are wrong, it stays as it
+// was and WRONG says why.
 [[nodiscard]] bool scenario_edit(scenario& s, const std::vector<std::string>& words,
                                  std::string& wrong);
 
-// The same from one line, its words separated by blanks; quotes keep a word together.
+// The same for one line, whose words are separated by blanks; quotes keep a word together.
 [[nodiscard]] bool scenario_edit_line(scenario& s, const std::string& line, std::string& wrong);
 
-// What `gwbox set` can change, "station, ... or speed".
+// What `gwbox set` can change: "station, ... or speed".
 std::string scenario_kind_names();
 
-// Makes time run that fast, whatever the document said.
+// Sets the speed, whatever the document says.
 void scenario_set_speed(scenario& s, double speed);
 
-// The text of a shipped scenario, or an empty one.
+// The text of a shipped scenario; empty if there is none with that name.
 std::string_view scenario_shipped(std::string_view name);
 
-// All of them, and the same separated by ", ".
+// The names of all shipped scenarios, and the same separated by ", ".
 std::span<const char* const> scenario_all();
 std::string scenario_names();
 

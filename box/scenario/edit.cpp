@@ -1,4 +1,4 @@
-// `gwbox set`: changes to a scenario in force, word by word.
+// `gwbox set`: changes a scenario word by word.
 #include "client/base/text.h"
 #include "scenario/parts.h"
 
@@ -34,7 +34,7 @@ std::vector<std::string> scenario_words(const std::string& line) {
   return words;
 }
 
-// A text stays one where the schema wants a text; else it is read as JSON where that is possible.
+// A value stays a text if the schema wants one; otherwise it is read as JSON if it is any.
 static scenario_json read_value(const std::string& text, const scenario_json* schema) {
   bool wants_text = schema && schema->value("type", std::string()) == "string";
   scenario_json value =
@@ -42,7 +42,7 @@ static scenario_json read_value(const std::string& text, const scenario_json* sc
   return value.is_discarded() ? scenario_json(text) : value;
 }
 
-// Sets what stands at the names of STEPS below OBJECT; "gone" takes it away.
+// Sets the value that the names of STEPS lead to from OBJECT; "gone" removes it.
 static bool put(scenario_json& object, const std::vector<std::string>& steps,
                 const std::string& text, const scenario_json* schema, std::string& wrong) {
   scenario_json* at = &object;
@@ -180,7 +180,7 @@ bool scenario_change(scenario_json& document, const std::vector<std::string>& wo
   return false;
 }
 
-// What is wrong, by the thing's own address: its place in the list says nothing to who sets it.
+// Names the thing by its id: its place in the list means nothing to whoever sets it.
 static std::string finding_text(const scenario_json& document, scenario_finding finding) {
   if (finding.path.size() < 2 || finding.path[1][0] != '[') return scenario_finding_text(finding);
   for (const scenario_kind& kind : kKinds) {

@@ -1,4 +1,4 @@
-// Where something stands in the text of a scenario.
+// Finds a value in the text of a scenario.
 #include <algorithm>
 
 #include "scenario/parts.h"
@@ -22,7 +22,7 @@ static std::string take_string(scanner& s) {
   return found;
 }
 
-// A value ends where the brackets that it opened are closed again.
+// A value ends when all the brackets that it opened are closed.
 static void skip_value(scanner& s) {
   int depth = 0;
   do {

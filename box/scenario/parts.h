@@ -19,25 +19,25 @@ struct scenario_finding {
 // "stations[3].rssi: expected 1 to 4 numbers"
 std::string scenario_finding_text(const scenario_finding& finding);
 
-// The line, from 1 on, on which the value at that path begins in a well-formed document.
+// The line, from 1, where the value at that path begins in a well-formed document.
 int scenario_line(const std::string& text, const std::vector<std::string>& path);
 
 const scenario_json& scenario_schema_document();
 
-// What the schema refers to, or itself.
+// The schema that SCHEMA refers to, or SCHEMA itself.
 const scenario_json& scenario_schema_resolve(const scenario_json& schema);
 
-// The schema of what stands at that path of a document; null where there is none.
+// The schema of the value at that path of a document; null if there is none.
 const scenario_json* scenario_schema_at(const std::vector<std::string>& path);
 
-// What a document has that the schema, which is the only place that says what is allowed, has not.
+// How a document breaks the schema, which is the only place that says what is allowed.
 std::vector<scenario_finding> scenario_check(const scenario_json& document);
 
 // Fills the records from a checked document.
 void scenario_fill(const scenario_json& document, scenario& s);
 
-// A kind of thing that `gwbox set` changes: an element of LIST with an id, or, where ID is null,
-// what stands in the document under LIST.
+// A kind of thing that `gwbox set` changes: an element of LIST, found by its member ID, or, if ID
+// is null, something in the document's member LIST.
 struct scenario_kind {
   const char* name;
   const char* list;
@@ -48,7 +48,7 @@ struct scenario_kind {
 
 std::span<const scenario_kind> scenario_kinds();
 
-// Changes the document by the words of `gwbox set`; the result is yet to be checked.
+// Changes the document by the words after `gwbox set`. The caller still has to check the result.
 [[nodiscard]] bool scenario_change(scenario_json& document, const std::vector<std::string>& words,
                                    std::string& wrong);
 

@@ -1,4 +1,4 @@
-// From a checked document to plain records.
+// Turns a checked document into plain records.
 #include <cstdio>
 #include <cstdlib>
 

@@ -1,7 +1,7 @@
-// The scenarios and their schema that are part of the program.
+// The scenarios that ship, and their schema.
 #include "scenario/document.h"
 
-// The files of box/share are part of the program. The build passes their directory.
+// Embeds a file of box/share in the program. The build passes that directory.
 #define EMBED(symbol, file)                                                            \
   asm(".section .rodata\n" #symbol                                                     \
       "_begin:"                                                                        \
