@@ -58,7 +58,7 @@ check "status 7 passes" ends_with 7 $plain sh -c 'exit 7'
 check "signal 9 becomes 137" ends_with 137 $plain sh -c 'kill -9 $$'
 check "signal 15 becomes 143" ends_with 143 $plain sh -c 'kill -15 $$'
 check "a command that is not there: 127" ends_with 127 $plain /no/such/command
-check "which is said" said "cannot run /no/such/command"
+check "which is reported" said "cannot run /no/such/command"
 check "a command that cannot be executed: 126" ends_with 126 $plain /etc/passwd
 check "unknown board: 2" ends_with 2 "$gwbox" run --board mt9999 -- true
 check "which names the boards" said "mt7603+mt7612"
@@ -103,7 +103,7 @@ done
 # An output that cannot be written is an error.
 for words in --help --version "scenario list" "scenario show schema" "scenario check mesh"; do
   check "gwbox $words >/dev/full: 1" sh -c "'$gwbox' $words >/dev/full 2>'$dir/err'; test \$? -eq 1"
-  check "which is said" said '^gwbox: cannot write the output: No space left on device$'
+  check "which is reported" said '^gwbox: cannot write the output: No space left on device$'
 done
 check "the same of status and log" ends_with 0 $plain sh -c \
   "iwpriv ra0 set A=1; for command in status 'status --json' log; do $gwbox \$command >/dev/full; [ \$? -eq 1 ] || exit 3; done"

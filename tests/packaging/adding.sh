@@ -1,7 +1,7 @@
 #!/bin/sh
-# docs/adding-a-procedure.md does what it says: its edits apply, its commands succeed, and
-# both are few. Takes a copy of tree and build directory, which a mount namespace shows
-# in the place of the originals, so that only what the edits change is built anew.
+# docs/adding-a-procedure.md works: its edits apply, its commands succeed, and both are few.
+# A mount namespace shows a copy of the tree and the build directory in place of the
+# originals, so that only what the edits change is built again.
 # usage: adding.sh BUILD SOURCE
 . "$(dirname "$0")/checks.sh"
 build=$1
@@ -12,7 +12,7 @@ most_seconds=600
 
 if [ "${3:-}" != copied ]; then
   place=${build#"$source"/}
-  [ "$place" != "$build" ] || { echo "the build directory has to be in the tree" >&2 && exit 2; }
+  [ "$place" != "$build" ] || { echo "the build directory must be in the tree" >&2 && exit 2; }
   dir=$(mktemp -d "$source/build/adding.XXXXXX") || exit 1
   trap 'rm -rf "$dir"' EXIT
   (cd "$source" && tar -cf - --exclude=./build --exclude=./.git .) | tar -xf - -C "$dir"

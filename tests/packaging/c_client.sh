@@ -1,6 +1,6 @@
 #!/bin/sh
-# The client of docs/c-client.md: its code and its commands are taken from the
-# document, and what they make calls the daemon in a simulated gateway.
+# The client in docs/c-client.md: builds it with the document's code and commands, and calls
+# the daemon with it in a simulated gateway.
 # usage: c_client.sh BUILD SOURCE
 . "$(dirname "$0")/checks.sh"
 build=$1
@@ -8,7 +8,7 @@ source=$2
 scratch "$build"
 document=$source/docs/c-client.md
 
-# block LANGUAGE: the document's code block of that language, of which there is one.
+# block LANGUAGE: the document's only code block in that language.
 block() {
   awk -v start="\`\`\`$1" '$0 == start { on = 1; next } /^```/ { on = 0 } on' "$document"
 }
@@ -23,12 +23,12 @@ in_directory() { (cd "$dir" && "$@"); }
 block sh >"$dir/build.sh"
 export PKG_CONFIG_PATH="$dir/here/share/pkgconfig"
 check "the document's commands build it" in_directory sh -eu build.sh
-# Our own lines, without warnings; what rpcgen makes has some.
+# Only our own code: what rpcgen generates has warnings.
 check "without warnings" in_directory cc -std=c99 -D_DEFAULT_SOURCE -Wall -Wextra -Wpedantic \
   -Wshadow -Werror -fsyntax-only -isystem /usr/include/tirpc rename.c
 all_passed || exit 1
 
-# The recipe for those without a gateway, and what the document says that it prints.
+# The recipe for readers without a gateway prints what the document shows.
 block bash >"$dir/recipe"
 shown=$(sed -n 's/^    \(stations of BSS .*\)/\1/p' "$document")
 check "the recipe is there" same 1 "$(grep -c '^./rename' "$dir/recipe")"

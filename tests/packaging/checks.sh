@@ -1,4 +1,4 @@
-# Read by the tests beside it: checks that say a line each, and what they share.
+# Shared by the tests in this directory. Each check prints a line.
 # A test ends with "all_passed".
 set -u
 failures=0
@@ -42,7 +42,7 @@ ends_with() {
   same "$expected" $?
 }
 
-# within SECONDS COMMAND...: the command must succeed at last.
+# within SECONDS COMMAND...: the command must succeed in that time.
 within() {
   tries=$(($1 * 50))
   shift
@@ -53,10 +53,10 @@ within() {
   done
 }
 
-# What a unit's file, or an init system's, sets a key to; an empty value is no value.
+# unit_value FILE KEY: the values of a unit's key that are not empty.
 unit_value() { sed -n "s/^$2=\(..*\)/\1/p" "$1"; }
 
-# scratch BUILD: a directory in $dir, which a box shows too, until the test ends.
+# scratch BUILD: makes a directory $dir, which a box shows too. It lasts until the test ends.
 scratch() {
   mkdir -p "$1/tests"
   dir=$(mktemp -d "$1/tests/packaging.XXXXXX") || exit 1

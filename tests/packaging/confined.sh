@@ -1,6 +1,6 @@
 #!/bin/sh
-# Runs a command in a box as the unit would: with the unit's capabilities, no new
-# privileges, and only its writable paths writable.
+# Runs a command in a box as the unit would: with its capabilities, no new privileges, and
+# only its writable paths writable.
 # usage: confined.sh UNIT COMMAND...
 set -eu
 unit=$1
@@ -16,7 +16,7 @@ below() {
   case $1/ in "$2"/*) return 0 ;; esac
   return 1
 }
-# /dev, /proc and /sys stay as they are, as with ProtectSystem=strict.
+# Like ProtectSystem=strict, this leaves /dev, /proc and /sys alone.
 awk '{ print $5 }' /proc/self/mountinfo | sort -u | while read -r mounted; do
   for path in /dev /proc /sys $writable; do
     if below "$mounted" "$path"; then continue 2; fi

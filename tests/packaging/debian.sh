@@ -1,6 +1,6 @@
 #!/bin/sh
-# Makes the Debian packages and looks at what is in them.
-# usage: debian.sh BUILD SOURCE PACKAGES, the last a directory to make them in
+# Builds the Debian packages and checks their contents.
+# usage: debian.sh BUILD SOURCE PACKAGES (the directory for the packages)
 . "$(dirname "$0")/checks.sh"
 build=$1
 source=$2
@@ -8,7 +8,7 @@ packages=$3
 scratch "$build"
 rm -rf "$packages"
 
-# The umask of a careful person must not show in the packages.
+# A strict umask must not change the modes in the packages.
 pack() { (umask 077 && cpack -G DEB --config "$build/CPackConfig.cmake" -B "$packages"); }
 check "packs" pack
 rm -rf "$packages/_CPack_Packages"
@@ -52,17 +52,17 @@ $(readelf -SW "$dir/$program")
 SECTIONS
 done
 
-# Nothing is installed that no package has: an install() without its COMPONENT.
+# An install() without a COMPONENT would install a file that is in no package.
 check "installs all components" env DESTDIR="$dir/all" cmake --install "$build" --prefix /usr
 files() {
-  # Manual pages are compressed in the packages only.
+  # Only the packages compress the manual pages.
   for top; do (cd "$dir/$top" && find . ! -type d); done | sed '/[/]man[/]/s/[.]gz$//' | sort
 }
 check "the packages have all that is installed" same "$(files all)" "$(files wificonfd wificonf gwbox)"
 
 as_root=
 [ "$(id -u)" -ne 0 ] || as_root=--allow-root
-# No override is in the packages; were there one, lintian would be told to ignore it.
+# The packages have no overrides, and lintian would ignore any.
 check "lintian finds no errors" lintian $as_root --no-override --fail-on error "$packages"/*.deb
 cat "$dir/said"
 all_passed

@@ -1,17 +1,17 @@
 #!/bin/sh
-# How the programs are protected, as their files tell, and what the daemon needs and
-# weighs. A program built without shows that the checks can fail.
+# How the programs are protected, and the daemon's libraries and size. A program built
+# without protection shows that the checks can fail.
 # usage: hardening.sh BUILD
 . "$(dirname "$0")/checks.sh"
 build=$1
 scratch "$build"
 
-# seen FILE READELF-OPTIONS PATTERN: a line of what readelf says of it matches.
+# seen FILE READELF-OPTIONS PATTERN: a line of readelf's output matches.
 seen() {
   readelf -W "$2" "$1" >"$dir/elf" && grep -E "$3" "$dir/elf"
 }
 
-# Each is called with a program.
+# The argument of each is a program.
 at_any_address() { seen "$1" -h 'Type: +DYN' && seen "$1" -d 'FLAGS_1.* PIE'; }
 read_only_relocations() { seen "$1" -l GNU_RELRO; }
 bound_at_the_start() { seen "$1" -d 'FLAGS_1.* NOW'; }
@@ -20,14 +20,14 @@ no_text_to_write() { not seen "$1" -l 'LOAD.* RWE' && not seen "$1" -d TEXTREL; 
 canaries() { seen "$1" --dyn-syms '__stack_chk_fail'; }
 checked_calls() { seen "$1" --dyn-syms "$checked"; }
 no_path_of_its_own() { not seen "$1" -d 'RPATH|RUNPATH'; }
-# code FILE: its instructions, in $dir/code.
+# code FILE: writes its instructions to $dir/code.
 code() { objdump -d --no-show-raw-insn "$1" >"$dir/code"; }
 probed_frames() { code "$1" && grep -E -m 1 'or[bwlq]? +\$0x0,(0x[0-9a-f]+)?\(%rsp' "$dir/code"; }
 checked_jumps() { code "$1" && grep -A 1 '<main>:' "$dir/code" | grep endbr64; }
 
 properties='at_any_address read_only_relocations bound_at_the_start no_stack_to_run canaries
   checked_calls no_path_of_its_own'
-# As its instructions have them; other processors have others, or none.
+# These look at x86_64 instructions. Other processors have others or none.
 [ "$(uname -m)" != x86_64 ] || properties="$properties probed_frames checked_jumps"
 
 for program in wificonfd wificonf gwbox gwbox-companion; do
@@ -37,13 +37,13 @@ for program in wificonfd wificonf gwbox gwbox-companion; do
   done
 done
 
-# The daemon's own calls: those that write a text into a buffer of known size.
+# The daemon's own calls that write to a buffer of known size.
 for call in snprintf memcpy; do
   checked=__${call}_chk
   check "the daemon's $call is checked" checked_calls "$build/wificonfd"
 done
-# The programs do not tell the level of their checks, so the compiler's commands do. Tests
-# have filters of their own, and what writes the reference pages is not installed.
+# The programs do not show the level of their checks, so the compiler's commands are
+# checked. The tests' filters and the generator of the reference pages are not installed.
 commands_of_programs() {
   jq -r '.[].command | select(test("-o (src|client|box)/")) |
     select(test("/(wire|wificonf-reference)[.]dir/") | not)' "$build/compile_commands.json"
@@ -53,15 +53,15 @@ check "there are commands of the compiler" test "$(commands_of_programs | wc -l)
 check "each asks for checks of level 3" not below_level_3
 
 check "the daemon needs no C++ library" not seen "$build/wificonfd" -d 'NEEDED.*libstdc'
-check "nor the compiler's" not seen "$build/wificonfd" -d 'NEEDED.*libgcc'
-check "but the C library, as the check can tell" seen "$build/wificonfd" -d 'NEEDED.*libc\.so'
+check "nor the compiler's library" not seen "$build/wificonfd" -d 'NEEDED.*libgcc'
+check "but it needs the C library, so the check works" seen "$build/wificonfd" -d 'NEEDED.*libc\.so'
 
 check "the daemon can be stripped" strip -o "$dir/stripped" "$build/wificonfd"
 size=$(wc -c <"$dir/stripped")
 echo "the stripped daemon has $size bytes"
 check "which is below 300 kB" test "$size" -lt 300000
 
-# The checks can fail: the same source built without.
+# The checks can fail: a program built without protection.
 cat >"$dir/plain.c" <<'SOURCE'
 #include <stdio.h>
 #include <string.h>
@@ -76,6 +76,6 @@ plain="-O2 -U_FORTIFY_SOURCE -fno-stack-protector -fno-pie -no-pie -Wl,-z,norelr
 # shellcheck disable=SC2086 # a list of words
 check "a program without protection is built" cc $plain -o "$dir/plain" "$dir/plain.c"
 for property in $properties; do
-  check "$property is missed there" not $property "$dir/plain"
+  check "$property is missing there" not $property "$dir/plain"
 done
 all_passed

@@ -1,12 +1,12 @@
 #!/bin/sh
-# Installs the packages in a simulated gateway without a portmapper and starts
-# there what the units start, confined as the unit says.
+# Installs the packages in a simulated gateway without a portmapper and starts what the
+# units start there, confined as the unit says.
 # usage: in_box.sh BUILD PACKAGES
-# It calls itself once more, inside the gateway: in_box.sh inside PACKAGES DIRECTORY
+# Inside the gateway it calls itself: in_box.sh inside PACKAGES DIRECTORY AS_ROOT
 . "$(dirname "$0")/checks.sh"
 tests=$(cd "$(dirname "$0")" && pwd)
 
-# As an ordinary user a box has no package database to write: the files will do.
+# An ordinary user's box has no writable package database, so only the files are installed.
 install_files() {
   for package in wificonfd wificonf; do dpkg-deb -x "$packages"/${package}_*.deb "$dir/files"; done
   cp -a "$dir"/files/usr/sbin/* /usr/sbin
@@ -15,8 +15,8 @@ install_files() {
   units=$dir/files/usr/lib/systemd/system
 }
 
-# What the maintainer scripts ask of systemd, noted; there is none. What is done
-# to files (--root) is really done.
+# Records the maintainer scripts' calls of systemctl, because systemd does not run here.
+# Calls that change only files (--root) are carried out.
 note_systemctl() {
   rm -f /usr/sbin/policy-rc.d
   mkdir -p /run/systemd/system
@@ -30,7 +30,7 @@ SYSTEMCTL
   mkdir -p /usr/local/sbin
   ln -s /usr/sbin/systemctl.noted /usr/local/sbin/systemctl
 }
-# asked: what was asked since the last time, but for questions.
+# asked: the calls since the last time, except for queries.
 asked() {
   grep -v 'is-enabled\|is-active' /tmp/systemctl | sed 's/--quiet //; s/--system //' | tr '\n' ','
   rm -f /tmp/systemctl
@@ -60,7 +60,7 @@ the_daemon_works() {
     "$tests/confined.sh" "$unit" touch /etc/forbidden
   touch /tmp/wlandbg
   check "without a portmapper a start is refused with status 0" ends_with 0 $start
-  check "which a trace says" holds "$($start)" "portmapper has not been setup"
+  check "which a trace reports" holds "$($start)" "portmapper has not been setup"
   rm /tmp/wlandbg
 
   portmap=$(unit_value "$units/rpcbind.service.d/wificonfd.conf" ExecStart)
@@ -93,7 +93,7 @@ it_comes_back() {
   daemon=$!
   check "it starts again" within 4 answers
 
-  # The child would hold the port against every later start.
+  # The child keeps the port, so every later start would fail.
   kill -KILL $daemon
   wait $daemon 2>/dev/null
   check "the child of a killed supervisor serves on" answers
@@ -114,7 +114,7 @@ remove_packages() {
   check "is removed" dpkg -r wificonfd
   check "stopped before" same "stop wificonfd.service,daemon-reload," "$(asked)"
   check "with all its files" not test -e /usr/sbin/wificonfd -o -e $units/wificonfd.service
-  check "and, purged," dpkg -P wificonfd
+  check "is purged" dpkg -P wificonfd
   check "without a trace" not test -L $wanted
 }
 

@@ -1,5 +1,5 @@
 #!/bin/sh
-# What an installation puts where, and that the units name the places.
+# Where an installation puts its files, and that the units name these places.
 # usage: install.sh BUILD SOURCE
 . "$(dirname "$0")/checks.sh"
 build=$1
@@ -23,7 +23,7 @@ for file in share/wificonfd/wlan_config.x share/pkgconfig/wificonfd.pc \
   share/bash-completion/completions/gwbox share/zsh/vendor-completions/_gwbox; do
   check "$file is there" test -s "$dir/here/$file"
 done
-# broken_links: the links of the installed documents that lead nowhere.
+# links DOCUMENT: its links to documents. broken_links: those that lead nowhere.
 links() { grep -oE '\]\([^)#:]*[.]md\)' "$1" | sed 's/^](//; s/)$//'; }
 broken_links() {
   for document in "$dir"/here/share/doc/*/*.md; do
@@ -34,15 +34,15 @@ broken_links() {
 }
 check "the README has links" test "$(links "$dir/here/share/doc/wificonfd/README.md" | wc -l)" -ge 8
 check "links of documents lead somewhere" same "" "$(broken_links)"
-# Each document whole, whatever characters it has.
+# Every line of each document is installed, whatever characters it has.
 same_size() { [ "$(tr -dc '\n' <"$1" | wc -c)" = "$(tr -dc '\n' <"$2" | wc -c)" ] && ! grep -q '](docs/' "$2"; }
 for name in README DESIGN CONTRIBUTING; do
   check "$name.md is whole" same_size "$source/$name.md" "$dir/here/share/doc/wificonfd/$name.md"
 done
 check "the contract is the daemon's own" \
   cmp "$source/src/rpc/wlan_config.x" "$dir/here/share/wificonfd/wlan_config.x"
-# The dissector, given by its path and, with its tables, in Wireshark's plugins directory,
-# where each file is run by itself.
+# The dissector works from its path and, with its tables, in Wireshark's directory of
+# plugins, where each file runs on its own.
 dissects() {
   home=$1
   shift
@@ -62,7 +62,7 @@ check "the client runs from there" "$dir/here/bin/wificonf" --version
 check "gwbox runs from there, with its companions" env -C "$dir" "$dir/here/bin/gwbox" run \
   --companions --no-portmap -- true
 
-# completed LINE: what bash offers at its end.
+# completed LINE: what bash offers at the end of the line.
 completed() {
   PATH=$dir/here/bin:$PATH bash -c '. "$0"; COMP_LINE=$1 COMP_POINT=${#1}; _gwbox gwbox
     echo "${COMPREPLY[@]}"' "$dir/here/share/bash-completion/completions/gwbox" "$1"
@@ -77,9 +77,9 @@ check "and names this documentation" same \
   "$(unit_value "$unit" Documentation)"
 check "the portmapper's unit starts this name" same "$dir/here/lib/wificonfd/portmap -f \$OPTIONS" \
   "$(unit_value "$dir/here/lib/systemd/system/rpcbind.service.d/wificonfd.conf" ExecStart)"
-check "no place is left open" not grep -rq '@[A-Z_]*@' "$dir/here/lib/systemd" "$dir/here/share/pkgconfig"
+check "no placeholder is left" not grep -rq '@[A-Z_]*@' "$dir/here/lib/systemd" "$dir/here/share/pkgconfig"
 
-# For a package, into another directory than the one it will have.
+# As for a package: into a directory other than the final one.
 check "installs for /usr elsewhere" env DESTDIR="$dir/root" cmake --install "$build" --prefix /usr
 unit=$dir/root/usr/lib/systemd/system/wificonfd.service
 check "the unit starts the daemon in /usr" same /usr/sbin/wificonfd "$(unit_value "$unit" ExecStart)"

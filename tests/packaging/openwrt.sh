@@ -1,5 +1,5 @@
 #!/bin/sh
-# The init script for OpenWrt: its syntax, and what it asks of procd.
+# The init script for OpenWrt: its syntax, and its calls of procd.
 # usage: openwrt.sh SOURCE [SHELLCHECK]
 . "$(dirname "$0")/checks.sh"
 script=$1/packaging/openwrt/wificonfd.init
@@ -8,10 +8,10 @@ dir=$(mktemp -d) || exit 1
 trap 'rm -rf "$dir"' EXIT
 
 check "sh reads it" sh -n "$script"
-[ -z "$shellcheck" ] || check "shellcheck has nothing to say" "$shellcheck" "$script"
+[ -z "$shellcheck" ] || check "shellcheck accepts it" "$shellcheck" "$script"
 check "rc.common runs it" same "#!/bin/sh /etc/rc.common" "$(head -n 1 "$script")"
 
-# As rc.common does: read it, with procd's functions at hand, then start.
+# Does what rc.common does: reads the script, with procd's functions defined, and starts.
 cat >"$dir/rc.common" <<'COMMON'
 procd_open_instance() { echo "open $*"; }
 procd_set_param() { echo "set $*"; }
@@ -29,6 +29,6 @@ set stderr 1
 set limits nofile=16384 16384
 set term_timeout 5
 close "
-check "asks procd for one instance that it never gives up" same "$expected" \
+check "asks procd for one instance that is always restarted" same "$expected" \
   "$(sh -eu "$dir/rc.common" "$script")"
 all_passed

@@ -1,5 +1,5 @@
 #!/bin/sh
-# The units, as systemd's own tools see them.
+# The units, checked with systemd's own tools.
 # usage: unit.sh BUILD
 . "$(dirname "$0")/checks.sh"
 build=$1
@@ -8,7 +8,7 @@ check "installs" cmake --install "$build" --component wificonfd --prefix "$dir/h
 units=$dir/here/lib/systemd/system
 unit=$units/wificonfd.service
 
-# A colon at the end: with the units of this system, rpcbind.service among them.
+# The colon at the end adds this system's units, such as rpcbind.service.
 verify() { SYSTEMD_UNIT_PATH="$units:" systemd-analyze verify --man=no "$@" 2>&1; }
 silent() {
   text=$("$@") || return 1
@@ -19,17 +19,17 @@ check "and the portmapper's under its other name" silent verify rpcbind.service
 echo "Surprise=yes" >>"$units/rpcbind.service.d/wificonfd.conf"
 check "which it would not with a mistake" not silent verify rpcbind.service
 
-# 10 is no protection at all; 4.7 is what companions, drivers and /tmp leave.
+# 10 means no protection; the needs of companions, drivers and /tmp allow 4.7.
 check "exposure below 5" systemd-analyze security --offline=yes --threshold=49 "$unit"
 check "which is measured" not systemd-analyze security --offline=yes --threshold=20 "$unit"
 
-# Whatever happens, the daemon is started again, and companions live on.
+# The daemon is always restarted, and companions survive that.
 for setting in Restart=always RestartSec=1 StartLimitIntervalSec=0 KillMode=process \
   OOMPolicy=continue PrivateTmp=no WantedBy=multi-user.target; do
   check "$setting" grep -qx "$setting" "$unit"
 done
-# What the daemon and its companions do needs these: modules are loaded, interrupts and
-# PCI slots are written, profiles of other users replaced, raw frames sent.
+# The daemon and its companions need these: they load modules, write to interrupts and PCI
+# slots, replace other users' profiles and send raw frames.
 for capability in NET_ADMIN NET_RAW NET_BIND_SERVICE SYS_MODULE KILL CHOWN DAC_OVERRIDE FOWNER; do
   check "keeps CAP_$capability" holds "$(unit_value "$unit" CapabilityBoundingSet) " "CAP_$capability "
 done
