@@ -362,8 +362,7 @@ static std::string said_when_full(const std::vector<std::string>& words, size_t 
 
 TEST(Run, OutputThatCannotBeWrittenIsAnError) {
   const std::string said = "wificonf: cannot write the output: No space left on device";
-  // The write fails at the end or earlier; in the second case the reason must have been
-  // kept.
+  // The write fails at the end or, with the small buffer, earlier: the reason must be kept.
   for (const size_t buffer : {1 << 20, 64}) {
     EXPECT_EQ(said_when_full({"list"}, buffer), said + "\n") << buffer;
     EXPECT_EQ(said_when_full({"describe", "wlan_set_ssid"}, buffer), said + "\n") << buffer;

@@ -10,7 +10,7 @@
 
 // "wificonf dump --redact" prints no secrets, wherever they are kept.
 
-// Every secret that a setter takes. `told` marks those that a getter returns, so that the
+// The secrets that setters take. `told` marks those that a getter returns, so that the
 // plain dump has them.
 static constexpr struct {
   const char* command;
