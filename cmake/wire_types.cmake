@@ -1,5 +1,5 @@
 # wire_types(FILE): writes FILE with a line TYPE(name) for every type of the wire
-# contract, so that nothing that goes through all of them forgets one.
+# contract, so that code which goes through all of them misses none.
 function(wire_types output)
   set(contract ${PROJECT_SOURCE_DIR}/src/rpc/wlan_config.x)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${contract})

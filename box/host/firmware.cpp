@@ -75,8 +75,8 @@ static bool write_script(const std::string& path, const char* text) {
          report_errno(nullptr, "make %s executable", path.c_str());
 }
 
-// Chip number, version and address lie where the chips have them, least significant byte first.
-// The word at 0x52 says that no self-calibration was done; the rest is as it left the factory.
+// Chip number, version and address are where the chips have them, least significant byte first. The
+// word at 0x52 says that no self-calibration was done; the rest stands for the factory's data.
 static std::string calibration_image(const calibration_row& row) {
   std::string image(row.size, '\0');
   for (size_t i = 0; i < row.size; ++i)

@@ -4,8 +4,8 @@
 //   /lib/modules/wifi/*.ko                  the driver's modules
 //   /etc/Wireless/{7603AP,7612AP,7615AP}/   calibration defaults, power tables, l1profile.dat
 //   /etc/wapp_ap.conf
-//   /scripts/SKU_generator.sh               its calls: kSkuGeneratorLog
-//   /sbin/EasyMesh_openwrt.sh               its calls: kEasymeshLog
+//   /scripts/SKU_generator.sh               logs its calls to kSkuGeneratorLog
+//   /sbin/EasyMesh_openwrt.sh               logs its calls to kEasymeshLog
 //   companions                              links to gwbox-companion, see companions/companion.h
 #pragma once
 
@@ -14,8 +14,9 @@
 constexpr const char* kSkuGeneratorLog = "/run/gwbox/sku_generator.jsonl";
 constexpr const char* kEasymeshLog = "/run/gwbox/easymesh.jsonl";
 
-// Puts what lies below /usr into that directory. COMPANION: the program behind the companions.
+// Writes what belongs in /usr to the directory USR. COMPANION: the program that the companions'
+// names link to.
 [[nodiscard]] bool firmware_fill_usr(const std::string& usr, const std::string& companion);
 
-// Puts the rest in place, inside the box. Both report what failed.
+// Writes the rest, inside the box. Both report what failed.
 [[nodiscard]] bool firmware_install();

@@ -19,11 +19,11 @@
 
 static const char* const kNoHint = nullptr;
 
-// Interfaces that come and go together are a group, so that one request removes them all.
+// Interfaces that come and go together form a group, so that one request removes them all.
 static constexpr uint32_t kNoGroup = 0;
 static constexpr uint32_t kRadioGroup = 0x7261;  // + number of the first interface
 
-static constexpr size_t kPeerTail = 12;  // of an upper interface's name, in its peer's name
+static constexpr size_t kPeerTail = 12;  // how much of an upper interface's name its peer's has
 
 struct ethernet_pair {
   std::string name;  // the interface of the gateway
@@ -60,7 +60,7 @@ static void add_peer(netlink_batch& batch, const ethernet_pair& pair) {
 }
 
 // The peer is up from the start so that the interface has a carrier once it is up. The kernel
-// refuses to bring it up in the same request.
+// refuses to bring the peer up in the request that creates it.
 static void add_pair(netlink_batch& batch, const ethernet_pair& pair) {
   ifinfomsg link = {};
   link.ifi_flags = link.ifi_change = pair.flags;
@@ -124,7 +124,7 @@ bool net_make_radios(int first, int count) {
   return report_errno(link_hint(), "make the interfaces ra%d to ra%d", first, first + count - 1);
 }
 
-// Nothing is left of the group: done.
+// ENODEV: nothing is left of the group.
 bool net_remove_radios(int first) {
   netlink_batch links = {};
   ifinfomsg link = {};
@@ -144,8 +144,8 @@ bool net_address(int fd, const char* name, uint8_t (&address)[6]) {
   return true;
 }
 
-// The upper interface is a pair of ends like the others: a kernel need not know VLANs, and what
-// counts is that the interface is there, has the lower one's address and can be bridged.
+// The upper interface is a veth pair like the others, so that the kernel need not know VLANs. What
+// counts is that it exists, has the lower one's address and can be bridged.
 bool net_make_upper(int fd, const std::string& lower, const std::string& upper) {
   uint8_t address[6];
   if (!net_address(fd, lower.c_str(), address)) return false;

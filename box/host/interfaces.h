@@ -1,5 +1,5 @@
-// The network of a box: loopback, the LAN side and the radios' interfaces, made through rtnetlink
-// in the calling process's network namespace.
+// The network of a box: loopback, the LAN side and the radios' interfaces, created through
+// rtnetlink in the calling process's network namespace.
 #pragma once
 
 #include <cstdint>
@@ -8,17 +8,17 @@
 
 constexpr const char* kNetLanAddress = "192.168.254.254";  // of eth0, /24
 
-// Brings lo up and makes eth0, up and with its address. Reports what failed and returns false.
+// Brings lo up and creates eth0, up and with its address. Reports what failed and returns false.
 [[nodiscard]] bool net_start();
 
-// Makes COUNT interfaces from ra<FIRST> on, down as after a driver load. Reports what failed.
+// Creates COUNT interfaces from ra<FIRST> on, down as after a driver load. Reports what failed.
 [[nodiscard]] bool net_make_radios(int first, int count);
 
-// Removes what one net_make_radios(FIRST, ...) made. Reports what failed.
+// Removes what net_make_radios(FIRST, ...) created. Reports what failed.
 [[nodiscard]] bool net_remove_radios(int first);
 
-// Makes UPPER, an interface on top of LOWER with its address, down. FD: any socket. On
-// failure errno is the kernel's.
+// Creates UPPER on top of LOWER, with its address and down. FD: any socket. On failure errno is the
+// kernel's.
 [[nodiscard]] bool net_make_upper(int fd, const std::string& lower, const std::string& upper);
 
 // Removes that interface. On failure errno is the kernel's.

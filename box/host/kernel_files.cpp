@@ -14,7 +14,7 @@ static const std::string kPciDirectory = "/sys/bus/pci";
 static const std::string kIrqDirectory = "/proc/irq";
 static constexpr const char* kSlots[] = {"0000:02:00.0", "0000:03:00.0"};
 
-// Interrupts of the boards. udma1 moves the packets.
+// Interrupts of the boards. udma1 is that of the packets.
 static constexpr struct {
   int number;
   const char* name;
@@ -63,7 +63,7 @@ static bool make_irq_files(sysfs_state& recorded, std::string& notes) {
   return true;
 }
 
-// Shows TEXT, kept in the box's own file SOURCE, at PATH.
+// Writes TEXT to the box's own file SOURCE and shows that at PATH.
 static bool show(const std::string& source, const std::string& text, const std::string& path,
                  std::string& notes) {
   if (!file_write(source, text)) return false;

@@ -1,5 +1,5 @@
-// What the box replaces of /sys and /proc, so that a gateway's software finds its own hardware
-// there and cannot reach the host's:
+// The parts of /sys and /proc that the box replaces, so that a gateway's software finds its own
+// hardware there and cannot reach the host's:
 //
 //   /sys/bus/pci       power switches of the slots, rescan, removal: writes are recorded
 //   /sys/module        the loaded modules, see modules.h
@@ -7,8 +7,8 @@
 //   /proc/interrupts   a table with these interrupts
 //   /proc/modules      the loaded modules
 //
-// A kernel that lacks one of the files under /proc leaves no place to show it at. That is written
-// to kKernelFilesNotes, a line for each, and the box goes on without.
+// Where the kernel lacks /sys/module or one of those under /proc, there is no place to show it. The
+// box goes on without it and writes a line to kKernelFilesNotes.
 #pragma once
 
 #include "host/sysfs.h"

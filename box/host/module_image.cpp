@@ -3,7 +3,7 @@
 #include <elf.h>
 #include <cstring>
 
-// An object file with a section of texts, "key=value" each, and the one that names the sections.
+// An object file with a section of "key=value" texts, and the one that names the sections.
 static constexpr std::string_view kSectionNames{"\0.modinfo\0.shstrtab\0", 20};
 static constexpr unsigned kModinfoName = 1, SHSTRTAB_NAME = 10;  // offsets in the above
 static constexpr unsigned kSections = 3;                         // with the empty one

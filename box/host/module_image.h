@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-// A module file whose information names that module.
+// The content of a module file for the module NAME.
 std::string module_image_make(const std::string& name);
 
-// The name inside, or "" when it is no module file.
+// The module's name in IMAGE, or "" if that is not a module file.
 std::string module_image_name(std::string_view image);

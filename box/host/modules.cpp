@@ -16,7 +16,7 @@ static constexpr module_row kRows[] = {
 };
 static_assert(sizeof kRows / sizeof *kRows == kModulesMax);
 
-// What one entry of /sys/module holds; the directory is made with it.
+// The files of one entry of /sys/module.
 static constexpr struct {
   const char* name;
   const char* text;
@@ -50,7 +50,7 @@ static std::string directory_of(const module_row& module) {
 }
 
 // The newest comes first, as in the kernel's own list. The file is overwritten in place because
-// what /proc shows is this very file.
+// /proc/modules is a bind mount of this very file.
 static bool publish_list(const modules_state& state) {
   std::string text;
   for (size_t i = state.loaded.size(); i-- > 0;) {
@@ -86,7 +86,7 @@ int modules_load(modules_state& state, const module_row& module) {
     return -ENOMEM;
   }
   state.loaded.push_back(&module);
-  static_cast<void>(publish_list(state));  // reported; the module is loaded all the same
+  static_cast<void>(publish_list(state));  // reported; the module is loaded anyway
   return 0;
 }
 

@@ -27,12 +27,12 @@ constexpr const char* kModulesSysDir = "/sys/module";
 // All modules of the gateway's software; ROW from 0 to kModulesMax - 1.
 const module_row& modules_row(int row);
 
-// The module of that name, or null.
+// The module with that name, or null.
 const module_row* modules_find(std::string_view name);
 
 // True when the board has the card that the module drives.
 bool modules_fits(const module_row& module, const board& hardware);
 
-// Loads and unloads; 0 or a negative errno, as the kernel's.
+// These load and unload a module; 0 or a negative errno, as from the kernel.
 [[nodiscard]] int modules_load(modules_state& state, const module_row& module);
 [[nodiscard]] int modules_unload(modules_state& state, const module_row& module);

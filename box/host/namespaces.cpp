@@ -19,8 +19,8 @@ struct capability_row {
   const char* name;
 };
 
-// What root needs: for mounts and namespaces, interfaces, an overlay over all files, giving up
-// capabilities; and the portmapper for its port and its account.
+// What root needs for mounts and namespaces, for interfaces, for an overlay over all files and to
+// drop capabilities; and the portmapper for its account and its port.
 static constexpr capability_row kNeeded[] = {
     {CAP_SYS_ADMIN, "CAP_SYS_ADMIN"},
     {CAP_NET_ADMIN, "CAP_NET_ADMIN"},
@@ -55,7 +55,7 @@ static bool setting_is_zero(const std::string& path) {
   return file_read("/proc/sys/" + path) == "0\n";
 }
 
-// Only asked for a message, which shows the earlier errno.
+// Keeps errno, which the message that asks for this is about.
 bool namespaces_are_confined() {
   int error = errno;
   std::string value = file_read("/proc/sys/kernel/apparmor_restrict_unprivileged_userns");
@@ -95,7 +95,7 @@ bool namespaces_have_root_alone() {
   return ids == 1;
 }
 
-// The root of the calling process is where something is mounted, unless it is a chroot's.
+// The root of the calling process is a mount point, unless it is that of a chroot.
 static bool is_in_chroot() {
   std::istringstream mounts(file_read("/proc/self/mountinfo"));
   for (std::string line, id, parent, device, source, place; std::getline(mounts, line);) {
@@ -123,8 +123,8 @@ static std::string clone_hint(bool user, int error) {
   return "without " + lacking + " this takes a user namespace: " + user_namespace_hint(error);
 }
 
-// clone(2) rather than unshare(2): this process stays outside, and a program that already has
-// threads, as one built with a thread checker does, may still enter a new user namespace.
+// clone(2) rather than unshare(2): this process stays outside, and a process that already has
+// threads, as with ThreadSanitizer, can still get a new user namespace.
 pid_t namespaces_clone(bool user) {
   unsigned long flags =
       CLONE_NEWNS | CLONE_NEWNET | CLONE_NEWPID | CLONE_NEWUTS | CLONE_NEWIPC | SIGCHLD;
@@ -148,7 +148,7 @@ static bool write_map(const char* name, const std::string& text) {
   return written;
 }
 
-// A map with the outer root in it takes a capability of the one who made the namespace.
+// To map the outer root, whoever created the namespace needs CAP_SETFCAP.
 bool namespaces_map_root(uid_t uid, gid_t gid) {
   if (write_map("setgroups", "deny") && write_map("uid_map", "0 " + std::to_string(uid) + " 1\n") &&
       write_map("gid_map", "0 " + std::to_string(gid) + " 1\n")) {

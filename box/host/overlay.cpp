@@ -18,12 +18,12 @@ std::string overlay_upper(const overlay_layers& place, const std::string& path) 
   return place.layers + "/upper" + path;
 }
 
-// Outside the first user namespace the overlay must keep its marks in user attributes.
+// Outside the first user namespace an overlay has to keep its marks in user attributes.
 static bool in_first_user_namespace() {
   return file_read("/proc/self/uid_map").find("4294967295") != std::string::npos;
 }
 
-// LOWER: what is seen of PATH below the changes. On failure errno is the kernel's.
+// LOWER: the directory that the changes to PATH go on top of. On failure errno is the kernel's.
 static bool mount_over(const overlay_layers& place, const std::string& lower,
                        const std::string& path) {
   std::string work = path, upper = overlay_upper(place, path), target = place.root + path;

@@ -35,7 +35,7 @@ void payload_reset_signals() {
   sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
-// The build's programs come first, then the system's.
+// The programs beside gwbox come first, then the system's.
 static void set_environment(const payload_plan& plan) {
   const char* inherited = getenv("PATH");
   std::string path = plan.program_dir + ":" + (inherited ? inherited : "/usr/bin:/bin");
@@ -55,8 +55,8 @@ static std::string shell_start_file() {
   return std::string(kSandboxRunDir) + "/bashrc";
 }
 
-// The user's own settings stay; the prompt is set last, so that it is seen. Completions come from
-// the programs themselves, whatever is installed.
+// The user's own settings stay; the prompt is set last so that it takes effect. Completions come
+// from the programs themselves, whatever versions are installed.
 static bool write_shell_start_file() {
   return file_write(shell_start_file(),
                     "[ -r /etc/bash.bashrc ] && . /etc/bash.bashrc\n"
@@ -72,7 +72,7 @@ static bool write_shell_start_file() {
 static std::vector<std::string> shell_command() {
   const char* shell = getenv("SHELL");
   std::string path = shell && access(shell, X_OK) == 0 ? shell : "/bin/bash";
-  // The shells of a box leave no lines in the history of whoever started it.
+  // Shells in a box leave no lines in the history of whoever started it.
   setenv("HISTFILE", "/run/gwbox/history", 1);
   setenv("PS1", "(gateway) $ ", 1);
   if (!path.ends_with("/bash")) return {path};
@@ -97,7 +97,7 @@ static void take_place(payload_terminal terminal) {
   set_environment(plan);
   take_place(plan.terminal);
   std::vector<std::string> command = plan.command;
-  // Also for a COMMAND that ends up as a shell.
+  // Also written for a COMMAND, which may start a shell.
   static_cast<void>(write_shell_start_file());
   if (command.empty()) command = shell_command();
   std::vector<char*> arguments;

@@ -5,17 +5,17 @@
 #include <string>
 #include <vector>
 
-// How the payload stands to the terminal from which gwbox was started.
+// How the payload uses the terminal that gwbox was started from.
 enum payload_terminal {
-  kPayloadApart,       // standard input is no terminal: a session of its own
-  kPayloadAlongside,   // part of a pipeline: stays in gwbox's process group
-  kPayloadForeground,  // a job of its own, which gwbox puts in the foreground
+  kPayloadApart,       // not at all, since gwbox has none or is in the background: its own session
+  kPayloadAlongside,   // as part of a pipeline: stays in gwbox's process group
+  kPayloadForeground,  // as a job of its own, which gwbox puts in the foreground
 };
 
 struct payload_plan {
   std::vector<std::string> command;  // empty: an interactive shell
   std::string program_dir;           // goes first in PATH
-  std::string board;                 // shown in the prompt
+  std::string board;                 // becomes GWBOX_BOARD
   payload_terminal terminal;
   mode_t umask;
 };
@@ -23,12 +23,12 @@ struct payload_plan {
 // Must be called while standard input is still the user's.
 payload_terminal payload_choose_terminal();
 
-// Starts it in the calling process's box; returns its pid, or -1 after a report. When it cannot
-// be executed it says so and ends with 126 or 127, as env(1) does.
+// Starts it in the calling process's box; returns its pid, or -1 after a report. If it cannot be
+// executed, the child reports that and ends with 126 or 127, as env(1) does.
 [[nodiscard]] pid_t payload_start(const payload_plan& plan);
 
 // Puts the process group in the foreground of the terminal on standard input.
 void payload_to_foreground(pid_t group);
 
-// For a child about to execute something: no signal stays blocked.
+// For a child about to execute something: unblocks all signals.
 void payload_reset_signals();

@@ -29,7 +29,8 @@ static constexpr int kTryMs = 1;
 static constexpr size_t kLinesShown = 5;
 static constexpr const char* kSystemLog = "/dev/log";
 
-// It buffers its messages unless it writes to a terminal, hence stdbuf. The name stays portmap.
+// The portmapper buffers its messages unless it writes to a terminal, hence stdbuf. Its name is
+// portmap either way.
 [[noreturn]] static void become_portmap() {
   payload_reset_signals();
   int null = open("/dev/null", O_RDONLY | O_CLOEXEC);
@@ -44,7 +45,7 @@ static constexpr const char* kSystemLog = "/dev/log";
   _exit(127);
 }
 
-// A box has no system log of its own, so this process is it until the portmapper answers.
+// A box has no system log, so this process takes its place until the portmapper answers.
 static int system_log_open() {
   sockaddr_un address = {};
   address.sun_family = AF_UNIX;
@@ -87,7 +88,7 @@ bool portmap_start(portmap& p) {
   return p.pid > 0 || report_errno(nullptr, "start the portmapper");
 }
 
-// An RPC call of procedure 0, which does nothing but answer.
+// An RPC call of procedure 0, which only answers.
 static bool answers_null_call(int fd) {
   static const uint32_t kCall[] = {htonl(0x6762),  // transaction
                                    htonl(0),       // a call

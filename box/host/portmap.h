@@ -1,6 +1,6 @@
 // The portmapper of a box: the host's rpcbind under the name that a gateway gives it, so that
-// `pgrep portmap` finds it. What it says on its outputs is in kPortmapLog, as is what it sends to
-// the system's log while it starts.
+// `pgrep portmap` finds it. Its output is in kPortmapLog, as is what it sends to the system log
+// while it starts.
 #pragma once
 
 #include <sys/types.h>
@@ -9,14 +9,14 @@ constexpr const char* kPortmapLog = "/run/gwbox/portmap.log";  // inside the box
 
 struct portmap {
   pid_t pid;       // 0: none
-  int system_log;  // takes the system's log until it answers
+  int system_log;  // receives messages for the system log until it answers
 };
 
-// Starts it inside the box. It is not yet answering. Reports what failed and returns false.
+// Starts it inside the box; does not wait until it answers. Reports what failed and returns false.
 [[nodiscard]] bool portmap_start(portmap& p);
 
-// Waits until it answers a call on UDP port 111. When it ends or does not answer within five
-// seconds, reports that with its last lines and returns false.
+// Waits until it answers a call on UDP port 111. If it ends or does not answer within five seconds,
+// reports that with its last lines and returns false.
 [[nodiscard]] bool portmap_await(portmap& p);
 
 // Reports how it ended, with its last lines. STATUS: as waitpid gives it.

@@ -11,7 +11,7 @@ struct country_row {
   int high_limit;  // dBm at 5 GHz
 };
 
-// The domain is the one that the files are asked for by: FCC for all but three countries.
+// The domain is the one in the files' names: FCC for all but three countries.
 static constexpr country_row kCountries[] = {
     {"US", "FCC", 27, 26},  {"CA", "FCC", 27, 24},  {"BR", "FCC", 26, 24}, {"EU", "ETSI", 17, 20},
     {"IL", "ETSI", 17, 18}, {"AR", "ETSI", 20, 20}, {"DE", "FCC", 17, 20}, {"FR", "FCC", 17, 20},

@@ -1,4 +1,4 @@
-// The driver's profile files as a gateway has them in /tmp after its first start.
+// The driver's profile files, as a gateway has them in /tmp after its first start.
 #pragma once
 
 #include "base/board.h"

@@ -23,8 +23,8 @@
 #include "host/namespaces.h"
 #include "host/overlay.h"
 
-// The new root is put together here. Every system has /tmp, and what the host keeps in it is
-// not seen inside anyway, except for the trees that are held open before it is covered.
+// The new root is built here. Every system has /tmp, and the host's files in it are not seen inside
+// anyway, except for the trees that are held open before it is covered.
 static const std::string kRoot = "/tmp";
 static const std::string kLayers = kRoot + "/.layers";
 
@@ -36,7 +36,7 @@ struct held_tree {
   int fd;  // O_PATH, opened before anything covers it; -1: nothing to hold
 };
 
-// In a user namespace nobody may uncover what a container covers of /proc and /sys.
+// In a user namespace nobody may uncover the parts of /proc and /sys that a container covers.
 static const char* mount_hint(std::string_view type = "") {
   if (errno == EPERM || errno == EACCES) {
     if (namespaces_are_confined()) {
@@ -59,13 +59,13 @@ static bool mount_at(const char* type, const std::string& target, unsigned long 
   return report_errno(mount_hint(type), "mount %s on %s of the box", type, shown.c_str());
 }
 
-// Always with what is mounted below: in a user namespace those mounts cannot be left out.
+// Always includes what is mounted below: in a user namespace those mounts cannot be left out.
 static bool bind_at(const std::string& source, const std::string& target) {
   if (mount(source.c_str(), target.c_str(), nullptr, MS_BIND | MS_REC, nullptr) == 0) return true;
   return report_errno(mount_hint(), "bind %s into the box", source.c_str());
 }
 
-// What a new mount over the same files must keep: a user namespace may not take these away.
+// The flags that a new mount over the same files must keep: a user namespace may not drop them.
 static unsigned long flags_of(const std::string& path) {
   struct statvfs seen;
   unsigned long flags = 0;
@@ -103,8 +103,8 @@ static bool is_below(const std::string& path, const std::string& top) {
   return path == top || path.starts_with(top + "/");
 }
 
-// Directories of the system itself are seen through the overlays, not held, and those of the
-// kernel are made anew.
+// Directories of the system are seen through the overlays, and those of the kernel are new in a
+// box, so neither are held.
 static held_tree hold(const std::string& path) {
   for (std::string_view system : {"/", "/tmp", "/run", "/var", "/etc", "/usr", "/var/tmp",
                                   "/usr/bin", "/usr/sbin", "/usr/local/bin", "/usr/local/sbin"}) {
@@ -116,15 +116,15 @@ static held_tree hold(const std::string& path) {
   return {path, open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC)};
 }
 
-// Also where the same directory is visible already: there it is read-only.
+// Needed even where the same directory is visible already, since there it is read-only.
 static bool show_held(const held_tree& tree) {
   std::string target = kRoot + tree.path;
   if (tree.fd < 0) return true;
   return directory_make(target) && bind_at("/proc/self/fd/" + std::to_string(tree.fd), target);
 }
 
-// The portmapper gives up its privileges for this account. Where root is the only user, the
-// account is another name of root.
+// The portmapper drops its privileges for this account. Where root is the only user, the account
+// becomes another name for root.
 static std::string passwd_with_rpc_as_root(const std::string& passwd) {
   std::string text;
   for (size_t at = 0, end; at < passwd.size(); at = end + 1) {
@@ -160,7 +160,7 @@ static bool fill_var(const std::string& upper) {
   return report_errno(nullptr, "make the link /var/run");
 }
 
-// The layers are filled before they are mounted. Afterwards they are not visible.
+// The layers are filled before they are mounted, since they are not visible afterwards.
 static bool overlay_system(const sandbox_plan& plan) {
   overlay_layers place = {kRoot, kLayers};
   std::string usr = overlay_upper(place, "/usr"), etc = overlay_upper(place, "/etc"),
@@ -186,7 +186,7 @@ static bool is_made_anew(std::string_view name) {
   return false;
 }
 
-// One that could not be made read-only is left out.
+// A directory that cannot be made read-only is left out.
 static bool show_directory(const std::string& source, const std::string& target) {
   if (mount(source.c_str(), target.c_str(), nullptr, MS_BIND | MS_REC, nullptr) < 0) return false;
   if (make_readonly(target)) return true;
@@ -195,7 +195,7 @@ static bool show_directory(const std::string& source, const std::string& target)
 }
 
 // Links such as /bin are copied, directories such as /home shown as they are, but read-only. A
-// directory that cannot be shown is left out: the two that matter are held and bound by themselves.
+// directory that cannot be shown is left out: the two that matter are held and bound separately.
 static void show_entry(const std::string& name) {
   std::string source = "/" + name, target = kRoot + "/" + name;
   char link[256] = "";
@@ -263,7 +263,7 @@ static bool mount_devices() {
          mount_at("tmpfs", kRoot + "/dev/shm", kPlain, "mode=1777");
 }
 
-// Files of the whole kernel. Those of the network are the box's own.
+// Makes the files of the whole kernel read-only. Those of the network are the box's own.
 static bool protect_proc() {
   for (const char* name : {"sys", "sysrq-trigger", "irq", "bus", "fs", "acpi", "scsi", "mtrr"}) {
     std::string path = kRoot + "/proc/" + name;
@@ -293,7 +293,7 @@ static bool mount_empty_dirs() {
          directory_make(kRoot + kSandboxRunDir);
 }
 
-// A kernel without a PCI bus has no such file; then the whole /proc/bus is replaced.
+// A kernel without a PCI bus has no such file; then all of /proc/bus is replaced.
 static bool show_pci_devices(const std::string& text) {
   std::string devices = kRoot + "/proc/bus/pci/devices";
   if (access(devices.c_str(), F_OK) < 0) {
@@ -327,7 +327,7 @@ static bool make_private(const char* mount_point) {
   return mount(nullptr, mount_point, nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
 }
 
-// The root of a chroot is mostly no mount point, of which the box needs one. /proc is one, and
+// The root of a chroot is usually not a mount point, but the box needs one. /proc is one, and
 // nobody outside sees what is mounted over it once it is private.
 static bool make_root_mount_point() {
   return make_private("/proc") && mount("/", "/proc", nullptr, MS_BIND | MS_REC, nullptr) == 0 &&

@@ -11,7 +11,7 @@
 #include "base/files.h"
 #include "base/report.h"
 
-// The kernel merges equal events in a row. Opening tells two writers of one pipe apart.
+// The kernel merges equal events in a row. The opening in between separates two writers of a pipe.
 static constexpr uint32_t kPipeEvents = IN_MODIFY | IN_OPEN;
 static constexpr uint32_t kPlainEvents = IN_CLOSE_WRITE;
 
@@ -58,14 +58,14 @@ static std::string less_newline(std::string text) {
   return text;
 }
 
-// Moves what is in the pipe to the file's unread rest.
+// Moves what is in the pipe to the file's rest.
 static void drain(sysfs_file& file) {
   char piece[4096];
   for (ssize_t got; (got = read(file.pipe, piece, sizeof piece)) > 0;)
     file.rest.append(piece, static_cast<size_t>(got));
 }
 
-// Returns one line of the rest, or all of an unfinished one.
+// Moves one line of the rest to WRITES, or all of an unfinished one.
 static void give_line(sysfs_file& file, std::vector<sysfs_write>& writes) {
   size_t end = file.rest.find('\n');
   size_t size = end == std::string::npos ? file.rest.size() : end + 1;
@@ -80,7 +80,7 @@ static sysfs_file* find(sysfs_state& state, int watch) {
   return nullptr;
 }
 
-// One event, one line: the events tell the order, the pipes what was written.
+// One line for each event: the events give the order, the pipes the text.
 static void take_event(sysfs_state& state, const inotify_event& event,
                        std::vector<sysfs_write>& writes) {
   sysfs_file* file = find(state, event.wd);
@@ -102,8 +102,8 @@ static bool take_events_in_order(sysfs_state& state, std::vector<sysfs_write>& w
 
 std::vector<sysfs_write> sysfs_take(sysfs_state& state) {
   std::vector<sysfs_write> writes;
-  // Several writes may be merged into one event, so lines are left over. They are given out only
-  // when no event came after they were read: until then another file's may stand in between.
+  // Several writes may be merged into one event, so lines may be left over. They are returned only
+  // once no event came after they were read: until then, another file's may belong in between.
   do {
     take_events_in_order(state, writes);
     for (sysfs_file& file : state.files) {

@@ -9,7 +9,7 @@
 static constexpr int32_t kIdLimit = 4095;  // the kernel rejects 4095 too
 static constexpr size_t kNameLimit = 15;
 
-// How a new interface is called: vlan0010, eth0.0010, vlan10, eth0.10.
+// Forms of a new interface's name: vlan0010, eth0.0010, vlan10, eth0.10.
 static constexpr uint32_t kNameTypes = 4;
 static constexpr uint32_t kDefaultNameType = 3;
 

@@ -1,5 +1,5 @@
-// VLAN interfaces, made and removed by the kernel's VLAN request. The box answers it itself, since
-// not every kernel knows VLANs.
+// VLAN interfaces, created and removed by the kernel's VLAN request. The box answers it itself,
+// since not every kernel knows VLANs.
 #pragma once
 
 #include <cstdint>
@@ -32,19 +32,19 @@ struct vlan_interface {
 };
 
 struct vlan_state {
-  uint32_t name_type;  // how new ones are called, see vlan_init
+  uint32_t name_type;  // form of a new interface's name
   std::map<std::string, vlan_interface> interfaces;
 };
 
-// As after the kernel's start: a new interface is called "eth0.10".
+// The state after the kernel's start: a new interface gets a name such as "eth0.10".
 void vlan_init(vlan_state& state);
 
 // "add", "delete", ...; "unknown" for a command that is not answered.
 const char* vlan_command_name(int32_t command);
 
-// Does the request; SOCKET: any socket. Returns 0 or a negative errno; a query's answer is in
+// Handles the request; SOCKET: any socket. Returns 0 or a negative errno; a query's answer is in
 // REQUEST.
 [[nodiscard]] int vlan_handle(vlan_state& state, int socket, vlan_request& request);
 
-// To be told of an interface that is gone, however that came.
+// To be called when an interface has disappeared, for whatever reason.
 void vlan_forget(vlan_state& state, const std::string& name);

@@ -1,4 +1,4 @@
-# 32-bit ARM with a floating-point unit, from ARMv7 on.
+# 32-bit ARM with a floating-point unit, ARMv7 or later.
 set(TARGET armhf)
 set(TRIPLET arm-linux-gnueabihf)
 set(TARGET_LIBRARIES arm-linux-gnueabihf)

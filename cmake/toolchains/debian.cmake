@@ -1,6 +1,6 @@
-# Debian's cross compilers, with the target's libraries in a directory of their own:
-# scripts/cross lays it out, and -DCMAKE_SYSROOT names another. To be included with
-# CMAKE_SYSTEM_PROCESSOR, TRIPLET and TARGET set.
+# Debian's cross compilers, with the target's libraries in a directory of their own.
+# scripts/cross creates it; -DCMAKE_SYSROOT names another. To be included with
+# CMAKE_SYSTEM_PROCESSOR, TRIPLET, TARGET and TARGET_LIBRARIES set.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_C_COMPILER ${TRIPLET}-gcc)
 set(CMAKE_CXX_COMPILER ${TRIPLET}-g++)

@@ -1,6 +1,6 @@
-# 32-bit x86: no gateway's, but a 32-bit daemon that runs at full speed where it was
-# built, in gwbox too. Its programs take loader and libraries from the sysroot, since
-# the machine may have none of theirs.
+# 32-bit x86. No gateway has it, but such a daemon runs at full speed on the machine
+# where it was built, and in gwbox, too. Its programs take the loader and the libraries
+# from the sysroot, since the machine may not have them.
 set(TARGET i386)
 set(TRIPLET i686-linux-gnu)
 set(TARGET_LIBRARIES i386-linux-gnu)

@@ -1,4 +1,4 @@
-# 32-bit MIPS, little-endian, from release 2 of the architecture on.
+# 32-bit MIPS, little-endian, release 2 of the architecture or later.
 set(TARGET mipsel)
 set(TRIPLET mipsel-linux-gnu)
 set(TARGET_LIBRARIES mipsel-linux-gnu)
