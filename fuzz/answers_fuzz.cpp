@@ -17,10 +17,10 @@
 #include "support/check.h"
 #include "support/outside.h"
 
-// What companions and commands answer: the controller's listener, the statistics
-// and control daemons, command output. A call record is an operation's number in
-// the table below and the byte of a radio. What comes out is held against the
-// answer's bytes by their offsets.
+// Answers of companions and commands: the controller's listener, the statistics and
+// control daemons, command output. A call record is an operation's number in the
+// table below and the byte of a radio. Results are compared with the answer's bytes
+// at their offsets.
 
 namespace {
 
@@ -29,7 +29,7 @@ struct operation {
   void (*run)(int radio);
 };
 
-// The peer outcomes by which a datagram comes back, see outside_network.cpp.
+// Outcomes of a companion, see outside_network.cpp.
 constexpr uint8_t kRefuses = 1;
 constexpr uint8_t kCannotBind = 3;
 constexpr uint8_t kFull = 4;
@@ -39,7 +39,7 @@ constexpr uint8_t kPeerOutcomes = 10;
 
 }  // namespace
 
-// The next companion's answer, not taken yet.
+// The next companion's answer, without taking it.
 static outside_answer coming() {
   const answer_queue& queue = simulated->peers;
   return queue.used < queue.answers.size() ? queue.answers[queue.used] : outside_answer{0, {}};
@@ -53,13 +53,13 @@ static bool exact() {
 
 static constexpr size_t kReplySize = 2860;
 
-// What the listener's answer makes of a zeroed reply; false where none comes.
+// What a zeroed reply becomes with the listener's answer; false if none comes.
 static bool listener_reply(std::array<char, kReplySize>* reply) {
   const outside_answer answer = coming();
   const uint8_t outcome = answer.outcome % kPeerOutcomes;
   *reply = {};
   if ((simulated->there & kControllerOn) == 0) return false;
-  // Without a time-out nothing is asked, and that counts as answered.
+  // Without a time-out nothing is asked, which counts as answered.
   if (outcome == kCannotBind) return true;
   if (outcome == kRefuses || outcome == kSilent || outcome == kReceiveFails) return false;
   answer.bytes.copy(reply->data(), kReplySize);
@@ -99,7 +99,7 @@ template <typename Getter>
 static void ask_text(Getter get) {
   std::array<char, kReplySize> reply;
   const bool answered = listener_reply(&reply);
-  // On the heap, where the sanitizer sees its end.
+  // On the heap, where the sanitizer knows its end.
   struct buffer {
     char text[kHncTextSize];
   };
@@ -148,7 +148,7 @@ static void ask_tables(int radio) {
 
 static void set_rows(int radio) {
   const auto number = static_cast<unsigned>(radio);
-  // Texts that fill their fields, and what the answer makes of them.
+  // Texts that fill their fields, overwritten with the answer's bytes.
   hnc_supported_hne row;
   memset(&row, 0x41, sizeof row);
   const std::string_view bytes = coming().bytes;
@@ -160,13 +160,13 @@ static void set_rows(int radio) {
   static_cast<void>(hnc_setUpdateFWPassword(radio, name.c_str()));
 }
 
-// ---- The statistics daemon: its words, and those that it said before.
+// ---- The statistics daemon: its words, and the previous ones.
 
 static constexpr size_t kWords = 48;
 using radstat_words = std::array<int32_t, kWords>;
 static radstat_words kept[2];
 
-// Whether the daemon answers; then *words is what counts.
+// Whether the daemon answers; then *words is what is expected.
 static bool radstat_answers(int radio, radstat_words* words) {
   const outside_answer answer = coming();
   const uint8_t outcome = answer.outcome % kPeerOutcomes;
@@ -234,7 +234,7 @@ static void stop_statistics(int radio) {
   if (radio >= 1) kept[radio > 7 ? 1 : 0].fill(-1);
 }
 
-// ---- The control daemon, and one that is told only.
+// ---- The control daemon, and one that never answers.
 
 static void check_event(const char* report, size_t place, std::string_view event) {
   const char* got = report + 36 * place;

@@ -21,17 +21,17 @@
 #include "wire/rpc.h"
 #include "wire/search.h"
 
-// What wificonf makes of bytes that it does not trust: replies, their payloads,
-// words of the command line, texts. A byte for what they are taken as, two for the
-// procedure, then the bytes. No control byte and nothing that is no UTF-8 comes out
-// as text; JSON is ASCII, parses and keeps to its schema.
+// What wificonf does with bytes that it does not trust: replies, their payloads, words
+// of the command line, texts. The input is a byte for what to take them as, two for the
+// procedure, then the bytes. Text that comes out is UTF-8 without control bytes; JSON is
+// ASCII, parses and matches its schema.
 
 static const procedure_row& procedure_of(uint16_t number) {
   const std::span<const procedure_row> all = table_procedures();
   return all[number % all.size()];
 }
 
-// Characters that a terminal acts on: controls, and those that turn the direction of
+// Characters that a terminal acts on: controls, and those that change the direction of
 // writing.
 static bool acts(uint32_t character) {
   static constexpr uint32_t kRanges[][2] = {{0x00, 0x1F},     {0x7F, 0x9F},     {0x061C, 0x061C},
@@ -55,8 +55,8 @@ static std::string encoded(uint32_t character) {
   return static_cast<char>(lead | character) + behind;
 }
 
-// The character of UTF-8 that the text begins with; ~0 where there is none. A form that
-// encoding it does not give is none.
+// The UTF-8 character that the text starts with; ~0 if there is none. Only the form that
+// encoding gives is valid.
 static uint32_t first_character(std::string_view text) {
   const auto lead = static_cast<uint8_t>(text[0]);
   const auto ones = static_cast<size_t>(std::countl_one(lead));
@@ -68,7 +68,7 @@ static uint32_t first_character(std::string_view text) {
   return text.starts_with(encoded(character)) ? character : ~0u;
 }
 
-// Text of some lines for a terminal.
+// Text for a terminal, of any number of lines.
 static void check_text(std::string_view text) {
   while (!text.empty()) {
     const uint32_t character = first_character(text);
@@ -99,7 +99,7 @@ static const nlohmann::json& schema_for(const procedure_row& procedure) {
   return schema;
 }
 
-// The record is its own earlier one: growths are zero then.
+// The record is its own predecessor, so nothing has grown.
 static void show(const procedure_row& procedure, const decoded_reply& reply, bool as_lines) {
   const payload_layout* layout = payload_find(procedure);
   if (layout == nullptr || reply.data.empty()) return;
@@ -124,7 +124,7 @@ static void check_redacted(const procedure_row& procedure, const decoded_reply& 
   redact(procedure, redacted, state);
   CHECK(redacted["return_code"] == reply.code);
   if (procedure.payload != payload_kind::TEXT || reply.code < 0) return;
-  // A text stays only where there is none, or where it is said to be free.
+  // A text stays only if it is empty or declared free of secrets.
   const content holds = payload_value(procedure).holds;
   CHECK(redacted.contains("value") == (holds != content::kUnsaid));
   const bool same = redacted.value("value", "") == answer["value"];
@@ -132,7 +132,7 @@ static void check_redacted(const procedure_row& procedure, const decoded_reply& 
         answer["value"] == "(redacted)" || answer["value"] == "name-1");
 }
 
-// Large records take their time: one way to look at them in a run.
+// Large records take time, so each run looks at them in one way only.
 static void check_reply(const procedure_row& procedure, const decoded_reply& reply, uint8_t way) {
   if (way % 4 == 0) show(procedure, reply, true);
   if (way % 4 == 1) show(procedure, reply, false);
@@ -155,7 +155,7 @@ static void take_reply(const procedure_row& procedure, std::string_view bytes) {
   static_cast<void>(checked_json(json_raw(procedure.number, bytes)));
 }
 
-// A payload as it is after decoding: records have their size.
+// A payload as it is after decoding, where records have their full size.
 static void take_payload(const procedure_row& procedure, std::string_view bytes) {
   decoded_reply reply = {};
   const uint8_t way = take_byte(&bytes);
@@ -239,7 +239,7 @@ static void take_text(const procedure_row& procedure, std::string_view bytes) {
   CHECK(text_is_utf8(for_json) && marked != text_is_utf8(bytes));
   CHECK(marked ? unescaped(for_json) == bytes : for_json == bytes);
   static_cast<void>(lookup_procedure(bytes));
-  // Compared with every name, letter by letter: a short one will do.
+  // This compares with every name, letter by letter, so the text is kept short.
   static_cast<void>(lookup_near(bytes.substr(0, 8)));
   static_cast<void>(search_matches(procedure, bytes.substr(0, 64)));
 }
@@ -249,7 +249,7 @@ static void take_rpc(const procedure_row&, std::string_view bytes) {
   const unread_bytes message = unread(bytes);
   const rpc_reply reply = rpc_read_reply(kXid, message);
   if (reply.status != rpc_status::kSuccess) return;
-  // Six words stand before it at least.
+  // At least six words come before it.
   CHECK(reply.result.size() + 24 <= message.size());
   CHECK(reply.result.empty() ||
         reply.result.data() + reply.result.size() == message.data() + message.size());

@@ -4,9 +4,9 @@
 
 // The whole dispatcher, from a datagram's bytes to its reply, with the outside
 // simulated. A call record is a procedure number of four bytes, the low one
-// first, and its arguments as XDR has them.
+// first, and its arguments in XDR.
 
-// In one run; the worker runs once among the calls and once behind them.
+// In one run. The worker runs at most once between the calls, and once after them.
 static constexpr unsigned kMostCalls = 8;
 
 static unsigned calls;

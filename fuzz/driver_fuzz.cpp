@@ -25,8 +25,8 @@
 
 // Records of the driver: station table, statistics, survey, power limits, reports,
 // list of stations. A call record is an operation's number in the table below and
-// the byte of a BSS. What comes out is held against the bytes that the driver
-// answered, by their offsets.
+// the byte of a BSS. Results are compared with the bytes of the driver's answer at
+// their offsets.
 
 namespace {
 
@@ -37,8 +37,8 @@ struct operation {
 
 }  // namespace
 
-// The answer that a request of `announced` bytes will get, zeros behind what the
-// driver has; false where it refuses.
+// The answer that a request of `announced` bytes will get, padded with zeros to `size`;
+// false if the driver refuses. `ahead`: how many answers to skip.
 static bool answer_to_come(size_t announced, size_t size, std::string* bytes, size_t ahead = 0) {
   const answer_queue& queue = simulated->driver;
   const size_t place = queue.used + ahead;
@@ -60,7 +60,7 @@ static uint8_t byte_at(const std::string& bytes, size_t at) {
   return static_cast<uint8_t>(bytes[at]);
 }
 
-// Position of a BSS in the driver's tables of its radio.
+// Position of a BSS in the driver's tables for its radio.
 static int position_of(int bss) {
   return bss < 9 ? bss - 1 : bss - 9;
 }
@@ -178,7 +178,7 @@ static void read_basic(int bss) {
 static void read_counters(int bss) {
   std::string counters;
   const bool answered = answer_to_come(55, 56, &counters);
-  // On the heap, where a write beyond them is seen.
+  // On the heap, where the sanitizer sees a write beyond them.
   struct record_of_stats {
     traffic_stats words;
   };
@@ -222,7 +222,7 @@ static void read_channel(int bss) {
 }
 
 static void read_power(int bss) {
-  // Found out once and kept, whatever the board becomes.
+  // The daemon asks once and keeps the answer, whatever the board becomes.
   const bool dual = hasMTK7615() != 0;
   const size_t size = dual ? 948 : 592;
   std::string answer;
@@ -268,7 +268,7 @@ static void read_probes(int bss) {
   CHECK(answered || status == -1);
   CHECK(answer->valid == 0 || (answer->valid == 1 && status == 0));
   if (answer->valid == 0) return;
-  // Of an entry with a newest probe from 1 to 4, the first of its address.
+  // One of the entries with a newest probe from 1 to 4.
   bool found = false;
   for (size_t i = 0; i < std::min<size_t>(byte_at(report, 1920), 16); ++i) {
     const uint8_t newest = byte_at(report, 120 * i + 7);
@@ -287,7 +287,7 @@ static void steer(int bss) {
 // ---- WPS.
 
 static void read_wps(int bss) {
-  // On the heap, where the sanitizer sees their ends.
+  // On the heap, where the sanitizer knows their ends.
   struct uuid_room {
     char text[kWpsUuidSize];
   };

@@ -1,11 +1,11 @@
 #include "support/seeds.h"
 
 // Inputs at the bounds: answers that fill their fields or end inside them, tables
-// that say they have as many rows as fit and one more, texts as long as the store
-// takes and longer. They reach no code that shorter ones do not reach, so a corpus
-// that is grown and merged leaves them out.
+// that announce as many rows as fit and one more, texts as long as the store takes and
+// longer. They reach no code that shorter ones do not reach, so merging a corpus would
+// drop them.
 
-// The targets' numbers of their operations.
+// The operations' numbers in their targets.
 static constexpr unsigned kSettings = 0;
 static constexpr unsigned kRows = 2;
 static constexpr unsigned kShares = 3;
@@ -26,7 +26,7 @@ static std::string peers(int count, const std::string& bytes) {
   return out;
 }
 
-// Values with and without a NUL at their end, in answers that end there or go on.
+// Values with and without a NUL at their end, in answers that end there or continue.
 static void write_controller_edges(const std::filesystem::path& directory) {
   for (const size_t size : {130u, 131u, 132u, 133u, 1624u, 2859u, 2860u, 2861u}) {
     for (const unsigned number : {kSettings, kRows})
@@ -61,8 +61,8 @@ static void write_event_edges(const std::filesystem::path& directory) {
   }
 }
 
-// Rows that grow to the end, so that the last one counts; nothing but zeros where
-// `rising` is false.
+// Rows whose values rise, so that the last one decides; only zeros if `rising` is
+// false.
 static std::string table(unsigned count, size_t size, bool rising) {
   std::string bytes;
   for (size_t i = 0; i < size; ++i)
@@ -88,8 +88,8 @@ static void write_table_edges(const std::filesystem::path& directory, unsigned n
   }
 }
 
-// Reports of the station that is asked for, whose newest probe is in each place and
-// beside them.
+// Reports of the station that is asked for, with the newest probe at the first and the
+// last place and just outside.
 static void write_probe_edges(const std::filesystem::path& directory) {
   for (const unsigned newest : {0u, 1u, 4u, 5u, 255u}) {
     for (const unsigned count : {1u, 16u, 17u}) {
@@ -122,8 +122,8 @@ static std::string request(unsigned operation, unsigned index, const std::string
          byte(static_cast<unsigned>(key.size())) + key + text_item(value) + byte(0) + u16(0);
 }
 
-// A value and a field that are read (0, 1), a field of a list by itself (2), a value, a
-// field and a forced value that are written (3, 5, 7).
+// Reads a value and a field (0, 1), replaces a field of a list (2), and writes a value,
+// a field and a forced value (3, 5, 7).
 static void write_profile_edges(const std::filesystem::path& directory) {
   for (const size_t length : {255u, 256u, 1566u, 1567u, 1568u, 1569u, 1695u, 1696u}) {
     const std::string name = std::to_string(length);
@@ -147,7 +147,8 @@ static void write_profile_edges(const std::filesystem::path& directory) {
                request(7, 0, std::string(length, 'K'), "value") + "SSID1=Home");
 }
 
-// Texts that hold a NUL, in the types that begin with one and those with an index first.
+// Texts that contain a NUL, for types that start with a text and for those that start
+// with an index.
 static void write_filter_edges(const std::filesystem::path& directory) {
   const std::string text("\0\0\0\3a\0b\0", 8);
   for (unsigned number = 0; number < 200; ++number) {
@@ -157,8 +158,8 @@ static void write_filter_edges(const std::filesystem::path& directory) {
   }
 }
 
-// The first and last of the characters that are escaped and those beside them, then
-// what is no UTF-8, beside a backslash.
+// The first and last of the characters that are escaped and their neighbours, then
+// invalid UTF-8 next to a backslash.
 static void write_client_edges(const std::filesystem::path& directory) {
   static constexpr const char* kTexts[] = {
       "\x1f ~\x7f",         "\xc2\x80\xc2\x9f", "\xc2\xa0",

@@ -9,9 +9,9 @@
 #include "wire/lookup.h"
 #include "wire/table.h"
 
-// make_seeds DIRECTORY: writes inputs from which new corpora are grown, those of a
-// target in a directory of its name. The dispatcher's are one at least for each
-// procedure, its example with everything in place, and what the examples do not do.
+// make_seeds DIRECTORY: writes inputs to start new corpora from, in a directory named
+// after each target. The dispatcher has at least one for each procedure, its example
+// with everything in place, and some for what the examples do not do.
 
 static std::string call(const std::string& name, const std::vector<std::string>& words) {
   const procedure_row* procedure = lookup_name(name);
@@ -32,7 +32,7 @@ static std::string example(const procedure_row& procedure) {
   return call(procedure.name, words);
 }
 
-// Tables of two rows whose first columns are those of BSS 1's stations.
+// A table of two rows whose first station belongs to BSS 1.
 static std::string table() {
   std::string bytes("\2\0\0\0", 4);
   for (unsigned i = 0; i < 200; ++i)
@@ -148,7 +148,7 @@ static void write_datagrams(const std::filesystem::path& directory) {
     other[at] = 3;
     write_seed(directory, "header" + std::to_string(at), make_record(record_type::datagram, other));
   }
-  // Each flavor of a credential, with what begins a context of GSS.
+  // Each credential flavor, with the start of a GSS context.
   for (unsigned flavor = 0; flavor <= 10; ++flavor) {
     std::string other = header;
     other.replace(24, 8, std::string("\0\0\0", 3) + byte(flavor) + std::string("\0\0\0\x14", 4));
@@ -172,7 +172,7 @@ static void write_answers(const std::filesystem::path& directory) {
   }
 }
 
-// Tables whose first words say that there are rows, the driver's fields as they come.
+// Tables whose first words announce rows; the fields have arbitrary values.
 static void write_driver(const std::filesystem::path& directory) {
   for (unsigned number = 0; number < 17; ++number) {
     std::string scene = world(0xFFFF, number % 3, 3);

@@ -6,9 +6,9 @@
 #include "support/outside.h"
 #include "support/profile_model.h"
 
-// The profile store beside its model. The input: one byte for the operation, a
-// largest length of two, an index of four, then key and value of two requests,
-// each behind a length of a byte (keys) or two (values), then the profile.
+// The profile store compared with its model. The input: one byte for the operation, two
+// for the largest length, four for the index, then key and value of two requests, each
+// after a length of one byte (keys) or two (values), then the profile.
 
 namespace {
 
@@ -67,7 +67,7 @@ static void compare(int found, const std::string& got, const std::optional<std::
 }
 
 static void read_value(const scenario& what) {
-  // As large as it must be, no larger.
+  // Exactly as large as it must be.
   const std::unique_ptr<char[]> buffer(new char[what.max_len + size_t{1}]);
   const int found = wifiprofile_getParam(kPath, what.first.key.c_str(), buffer.get(), what.max_len);
   const auto expected = model_value(what.profile, what.first.key, what.max_len);

@@ -10,9 +10,9 @@
 
 #include "support/check.h"
 
-// Runs every file of some directories, or some files, through a fuzz target, in
-// the order of their names. A target ends the process when it finds something;
-// the name of the input at hand is on standard output then.
+// Runs files, and all files of directories, through a fuzz target, in the order of
+// their names. A target ends the process when it finds something; the last name on
+// standard output is then that of the input.
 
 namespace fs = std::filesystem;
 
@@ -33,7 +33,7 @@ static bool run_input(const fs::path& path) {
   if (!file) return false;
   printf("%s\n", path.c_str());
   fflush(stdout);
-  // In a block of its own, so that a sanitizer sees what is read behind it.
+  // In a block of its own, so that a sanitizer sees reads beyond its end.
   const std::unique_ptr<uint8_t[]> exact(new uint8_t[bytes.size()]);
   std::copy(bytes.begin(), bytes.end(), exact.get());
   LLVMFuzzerTestOneInput(exact.get(), bytes.size());

@@ -9,9 +9,9 @@
 #include "support/input.h"
 #include "support/outside.h"
 
-// Every XDR filter: two bytes choose the type, the others are decoded with its
-// filter. What came out is encoded and decoded again: the same bytes, as many as
-// were read.
+// Every XDR filter: two bytes choose the type, the others are decoded with its filter.
+// The result is encoded to as many bytes as were read, and decoding and encoding those
+// again must give the same bytes.
 
 namespace {
 
@@ -38,7 +38,7 @@ static const wire_type kTypes[] = {
 static constexpr size_t kRoom = 1 << 18;
 static char room[2][kRoom];
 
-// Encodes into room[where]; its length.
+// Encodes into room[where] and returns the length.
 static size_t encode(const wire_type& type, void* object, int where) {
   XDR stream;
   xdrmem_create(&stream, room[where], kRoom, XDR_ENCODE);
@@ -46,7 +46,7 @@ static size_t encode(const wire_type& type, void* object, int where) {
   return xdr_getpos(&stream);
 }
 
-// How many bytes were read; 0 where they do not decode.
+// How many bytes were read; 0 if they do not decode.
 static size_t decode(const wire_type& type, const char* bytes, size_t size, void* object) {
   XDR stream;
   memset(object, 0, type.size);
@@ -55,7 +55,7 @@ static size_t decode(const wire_type& type, const char* bytes, size_t size, void
 }
 
 static void run_type(const wire_type& type, std::string_view bytes) {
-  // In a block of its own, so that nothing behind it is read.
+  // In a block of its own, so that the sanitizer sees reads beyond its end.
   const std::unique_ptr<char[]> exact(new char[bytes.size()]);
   const std::unique_ptr<char[]> object(new char[type.size]);
   bytes.copy(exact.get(), bytes.size());
@@ -71,8 +71,8 @@ static void run_type(const wire_type& type, std::string_view bytes) {
   xdr_free(type.filter, object.get());
 }
 
-// The library takes memory for as many elements as are announced, before the first
-// one is read. No argument of a call has an array.
+// The library allocates memory for all announced elements before it reads the first one.
+// No argument of a call has an array.
 static bool asks_for_memory(std::string_view bytes) {
   uint32_t count = 0;
   if (bytes.size() < 8) return false;
@@ -84,7 +84,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   std::string_view bytes(reinterpret_cast<const char*>(data), size);
   const wire_type& type = kTypes[take_u16(&bytes) % std::size(kTypes)];
   if (bytes.size() > kRoom / 4 || (type.has_array && asks_for_memory(bytes))) return 0;
-  outside world;  // where traces look for their switches
+  outside world;  // has the files that switch traces on
   outside_begin(&world);
   run_type(type, bytes);
   outside_end();

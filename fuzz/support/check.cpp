@@ -10,7 +10,7 @@ void broken(const char* format, ...) {
   va_start(values, format);
   vsnprintf(text, sizeof text, format, values);
   va_end(values);
-  // Standard error as a stream is the simulated one during a run.
+  // During a run the stream stderr is the simulated one.
   dprintf(2, "BROKEN: %s\n", text);
   abort();
 }

@@ -3,11 +3,10 @@
 #include <cstddef>
 #include <cstdint>
 
-// What every target is: it takes one input. Always 0.
+// Every target: runs one input and returns 0.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
-// A finding: says what is broken, on the process's own standard error, and ends
-// it as a crash does.
+// A finding: prints what is broken on the process's own standard error and aborts.
 [[noreturn]] void broken(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
 #define CHECK(condition) \

@@ -5,8 +5,8 @@
 
 static std::unique_ptr<char[]> noted;
 
-// Objects that a sanitizer watches are followed by bytes that may not be
-// touched, and their sizes count these: copied byte by byte, out of its sight.
+// A sanitizer adds bytes that may not be touched to each object, and the object's size
+// includes them. So the copy is made byte by byte and unchecked.
 __attribute__((no_sanitize("address", "undefined"))) static void copy_object(
     volatile char* to, const volatile char* from, size_t size) {
   for (size_t i = 0; i < size; ++i)
@@ -40,7 +40,7 @@ void restore_daemon_state() {
 
 extern "C" __attribute__((weak)) void __lsan_ignore_object(const void*);
 
-// What is no pointer to allocated memory is none for the sanitizer either.
+// The sanitizer ignores words that are not pointers to allocated memory.
 void end_daemon_state() {
   if (__lsan_ignore_object == nullptr) return;
   for (const state_object* object = kStateObjects; object->start != nullptr; ++object) {

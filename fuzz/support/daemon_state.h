@@ -1,6 +1,6 @@
 #pragma once
 
-/* C: what the daemon keeps between calls. The table is made from the objects of
+/* In C: what the daemon keeps between calls. The table is generated from the objects of
  * its archive, so nothing that is added to the daemon is missed. */
 
 struct state_object {
@@ -14,13 +14,13 @@ extern "C" {
 #endif
 extern const struct state_object kStateObjects[];
 
-/* Notes the state as it is now, and puts all of it back to that; the first
- * restoring notes it where nothing was. */
+/* The first notes the current state, the second restores what was noted. If nothing was,
+ * restoring notes the current state first. */
 void note_daemon_state(void);
 void restore_daemon_state(void);
 
-/* Before a restoring that stands for the daemon's end: what its memory leads to is
- * given back by the system, so it is no leak. */
+/* To be called before a restore that stands for the daemon's end: the system frees what
+ * the daemon had allocated, so that is no leak. */
 void end_daemon_state(void);
 #ifdef __cplusplus
 }

@@ -2,8 +2,8 @@
 
 #include <iterator>
 
-// "%d" is a number with its sign; "%w" is a word: letters, digits and "._-:", or
-// a text in single quotes that may hold '\'' and nothing else of them.
+// "%d" is a number, perhaps with a minus sign. "%w" is a word: letters, digits and "._-:",
+// or a text in single quotes, in which a quote can only be part of '\''.
 static constexpr std::string_view kCommands[] = {
     // radios and driver
     "iwpriv ra%d set ApEnableRadioChStats=%d",
@@ -102,7 +102,7 @@ static size_t number_length(std::string_view text) {
   return length > sign ? length : 0;
 }
 
-// Of a text in single quotes, whatever it holds; 0 for one that does not end.
+// Length of the text in single quotes at the start; 0 if the quote is not closed.
 static size_t quoted_length(std::string_view text) {
   size_t at = 1;
   for (;;) {
@@ -115,7 +115,7 @@ static size_t quoted_length(std::string_view text) {
 
 static bool matches(std::string_view pattern, std::string_view text);
 
-// A plain word ends anywhere, a quoted one at its quote.
+// A plain word may end anywhere, a quoted one only at its quote.
 static bool word_matches(std::string_view behind, std::string_view text) {
   if (text.starts_with('\'')) {
     const size_t length = quoted_length(text);

@@ -2,6 +2,6 @@
 
 #include <string_view>
 
-// Whether a command line is one that the daemon has, every text of somebody else
-// in it being one word that a shell takes as it is.
+// Whether a command line is one of the daemon's. Each text in it that comes from outside
+// must be one word that a shell takes literally.
 bool is_known_command(std::string_view command);

@@ -115,7 +115,7 @@ bool is_temporary(std::string_view path) {
   return path.starts_with("/tmp/wifitemp.24.") || path.starts_with("/tmp/wifitemp.5.");
 }
 
-// Seen from elsewhere, so that no compiler leaves the copy out.
+// Not static, so that no compiler omits the copy.
 char outside_scratch[0x10000];
 
 void must_be_there(const void* start, size_t size) {
@@ -123,8 +123,8 @@ void must_be_there(const void* start, size_t size) {
   if (size > 0) memcpy(outside_scratch, start, size);
 }
 
-// What the daemon prints: between its line ends and tabs no control byte but those of
-// its own colours, whatever texts it was given.
+// Whatever texts the daemon was given, the only control bytes that it prints are line
+// ends, tabs and those of its own colours.
 static ssize_t read_console(void*, const char* bytes, size_t size) {
   static bool in_colour;
   for (const char c : std::string_view(bytes, size)) {
@@ -183,7 +183,7 @@ static void apply_answer(answer_queue* queue, std::string_view bytes) {
   queue->answers.push_back({outcome, bytes});
 }
 
-// How far the lifecycle is, without the way there.
+// Sets how far the lifecycle is, without running it.
 static void apply_progress(uint8_t progress) {
   drivers_inited = progress & 1;
   lifecycle.modules_loaded = (progress & 2) != 0;

@@ -12,16 +12,15 @@
 #include "support/input.h"
 
 // The outside of the daemon, simulated in this process: files, sockets, driver,
-// companions, shell, clock, kernel modules and the host's library. What the
-// daemon calls "open" is sim_open here, see the script "simulate". Nothing
-// is waited for, started or written, and a run with the same input is the same
-// run. What an answer is comes from the input; without one the outside does its
-// part: drivers answer zeros, commands print nothing, companions are silent.
+// companions, shell, clock, kernel modules and the host's library. The daemon's "open"
+// is sim_open here, see the script "simulate". Nothing is waited for, started or
+// written, and runs with the same input are the same. Answers come from the input;
+// without any, requests succeed and answers are empty.
 //
-// It checks while it serves: descriptors, streams, children and mappings are
-// real ones and given back, a buffer holds what a request announces, only known
-// files are written, only known commands are run, and a profile is always one of
-// those that the store meant to write, whole.
+// It checks while it serves: descriptors, streams, children and mappings exist and are
+// released, a buffer has the size that a request announces, only known files are
+// written, only known commands are run, and a profile always holds, as a whole, the old
+// content or one that the store meant to write.
 
 struct outside_answer {
   uint8_t outcome;  // 0: as asked
@@ -53,17 +52,17 @@ struct outside_descriptor {
   bool locked = false;
   bool kept = false;  // the controller's exchanges keep their sockets
   bool sent = false;
-  unsigned stale = 0;  // datagrams that are there before any request
+  unsigned stale = 0;  // datagrams that arrived before any request
   outside_answer peer = {};
   std::string bound;
 };
 
-// A profile that the call at hand changes, and what it may hold at its end.
+// A profile that the current call changes, and what it may hold at the end.
 struct profile_watch {
   std::vector<std::string> allowed;  // the old content first; empty: not touched
   std::string candidate;             // the last temporary file that was flushed
   bool in_place = false;             // the profile itself is being written
-  bool failed = false;               // so did it once in this call
+  bool failed = false;               // a write to it has failed in this call
 };
 
 struct fault {
@@ -80,30 +79,30 @@ struct outside {
   std::vector<int> children;  // their outcomes
   std::vector<void*> mappings;
   uint64_t clock_us = 1'700'000'000'000'000;
-  uint32_t there = 0;  // files of kPresence, a bit each
+  uint32_t there = 0;  // which files of kPresence exist, a bit each
   unsigned commands_run = 0;
   int libraries = 0;
   uint8_t board = 0;            // MT7603 and MT7612, MT7603, MT7615, no list of devices
-  bool faults_struck = false;   // in the call at hand
-  bool no_socket = false;       // so was a socket
-  bool any_key_forced = false;  // not only those of the operations
+  bool faults_struck = false;   // in the current call
+  bool no_socket = false;       // a socket could not be opened in the current call
+  bool any_key_forced = false;  // not only keys that operations force
   bool exit_allowed = false;
   // The lifecycle worker, which runs when the harness says so.
   bool worker_there = false;
   bool worker_runs = false;
   void* (*worker)(void*) = nullptr;
   jmp_buf worker_idle;
-  // Where exit() leads, and what it is to clean up first.
+  // Where exit() jumps to, and what it calls first to clean up.
   jmp_buf ended;
   void (*at_exit)() = nullptr;
   profile_watch profiles[2];  // 2.4 GHz, 5 GHz
 };
 
-// The one of this run; null between runs.
+// The outside of this run; null between runs.
 extern outside* simulated;
 
-// Files whose presence the input decides, by the bit of `there`; the others are
-// files of the store or do not exist. A name that ends with "*" is a beginning.
+// Files whose presence the input decides, with a bit of `there`; all others are files of
+// the store or do not exist. A "*" in a name stands for any text.
 struct presence {
   const char* path;
   uint32_t bit;
@@ -128,29 +127,30 @@ enum : uint32_t {
 };
 bool outside_has(std::string_view path);
 
-// Starts a run: state of the daemon as noted, the store's files with their usual
-// content. Ends it: everything that was opened must have been closed.
+// The first starts a run: it restores the daemon's state and gives the store's files
+// their usual content. The second ends it and restores the output streams.
 void outside_begin(outside* world);
 void outside_end();
 
 // Applies a record that is no call: answers, profile lines, presence, faults.
 void outside_apply(const record& what);
 
-// Between two calls: notes what the profiles hold, and afterwards that they hold
+// Around each call: the first clears what was noted about the last call. The second
+// checks that everything opened was closed and that each profile that was changed holds
 // one of the contents that the store meant.
 void outside_before_call();
 void outside_after_call();
 
-// Lets the worker, where there is one, run until its queue is empty. `last`: also
-// one that could not be made, so that what is queued is given back.
+// Runs the worker, if there is one, until its queue is empty. `last`: also one whose
+// thread could not be created, so that what is queued is freed.
 void outside_run_worker(bool last);
 
-// Descriptors open now, those kept on purpose not counted.
+// How many descriptors are open, without those kept open on purpose.
 unsigned outside_open_descriptors();
 
 // What the parts share.
 
-// Reads memory that the daemon names: a sanitizer tells when it is not all there.
+// Reads memory that the daemon names, so that a sanitizer reports it if not all is there.
 void must_be_there(const void* start, size_t size);
 
 constexpr int kFirstDescriptor = 1000;

@@ -11,14 +11,14 @@
 
 namespace {
 
-// What a stream reads from, and where it writes to.
+// What a stream reads from and writes to.
 struct stream_text {
   std::string content;
   size_t offset;
   outside_file* file;  // null: nothing is written
 };
 
-// A wait for it is interrupted once; any other outcome: it runs.
+// kInterrupted: the wait for the command is interrupted once. Other numbers: it runs.
 enum command_outcome : uint8_t { kRuns, kNoShell, kInterrupted };
 
 constexpr pid_t kChild = 5000;
@@ -60,7 +60,7 @@ static int end_stream(FILE* stream, const char* what) {
   return fclose(stream);
 }
 
-// Boards by the lists of their buses; the last one has no list at all.
+// The boards' lists of PCI devices; the last board has no list at all.
 static std::string pci_devices() {
   static constexpr const char* kLists[] = {"0100\t14c37603\t2d\n0200\t14c37612\t2e\n",
                                            "0100\t14c37603\t2d\n", "0100\t14c37615\t2d\n", ""};
@@ -119,7 +119,7 @@ int sim_posix_spawn(pid_t* child, const char* path, const posix_spawn_file_actio
   return 0;
 }
 
-// A wait that a signal breaks off is done again.
+// The daemon has to repeat a wait that a signal interrupts.
 pid_t sim_waitpid(pid_t child, int* status, int options) {
   CHECK(status == nullptr && options == 0 && child == kChild);
   CHECK(!simulated->children.empty());

@@ -14,11 +14,10 @@
 #include "support/profile_lines.h"
 #include "support/sim_calls.h"
 
-// Files and locks. Names that end in ".lock" are always regular files that can
-// be made; writing is for files of the store, the debug log and what commands are to
-// find empty only. Links and directories are where the profiles are, and nowhere else.
+// Files and locks. Only files of the store, the debug log and files that a command
+// writes may be opened for writing. Only profiles can be links or FIFOs.
 
-// What the daemon makes before a command writes to it, and removes when it is empty.
+// What the daemon creates before a command writes to it, and removes if it stays empty.
 static bool is_place(std::string_view path) {
   // The tables of the two radios, by country.
   const bool generated = path.ends_with("_1.dat") || path.ends_with("_9.dat");
@@ -90,7 +89,7 @@ int sim_open_2(const char* path, int flags) {
   return sim_open(path, flags);
 }
 
-// A name in a directory that is open.
+// The path of a name in an open directory.
 static std::string path_in(int directory, const char* path) {
   if (directory == AT_FDCWD || path[0] == '/') return path;
   return descriptor_of(directory)->file->path + "/" + path;
@@ -120,7 +119,7 @@ int sim_close(int fd) {
   if (number >= 0) simulated->profiles[number].in_place = false;
   if (closed->kept) broken("a socket that must stay open is closed");
   *closed = {};
-  // The descriptor is gone whatever a close says.
+  // The descriptor is closed even if close fails.
   uint8_t how = 0;
   return strike(&how) ? -1 : 0;
 }
@@ -144,8 +143,8 @@ ssize_t sim_read_chk(int fd, void* data, size_t size, size_t room) {
   return sim_read(fd, data, size);
 }
 
-// What the profile may hold from now on: what was flushed to a temporary file,
-// which must be an update of what it holds.
+// From now on the profile may hold what was flushed to a temporary file. That must be an
+// update of what it holds now.
 static void allow_candidate(int number, const std::string& old) {
   profile_watch& watch = simulated->profiles[number];
   if (watch.allowed.empty()) watch.allowed.push_back(old);
@@ -156,8 +155,8 @@ static void allow_candidate(int number, const std::string& old) {
   watch.allowed.push_back(watch.candidate);
 }
 
-// A profile that is overwritten in place may be torn by two failures in a row: its
-// old content cannot be put back. One at a time is simulated.
+// Two failures in a row would destroy a profile that is overwritten in place, since its
+// old content cannot be restored. So only one is simulated.
 static bool strike_write(const outside_file& file, uint8_t* how) {
   const int number = profile_number_of(file.path);
   if (number < 0) return strike(how);
@@ -240,7 +239,7 @@ int sim_stat(const char* path, struct stat* status) {
   return 0;
 }
 
-// No path that is read this way is a link.
+// No path that the daemon passes to lstat is a link here.
 int sim_lstat(const char* path, struct stat* status) {
   return sim_stat(path, status);
 }

@@ -14,8 +14,8 @@
 #include "support/outside.h"
 #include "support/sim_calls.h"
 
-// Sockets: the driver's requests, companions behind UNIX sockets, the
-// controller's listener, and the one request to the service's own socket.
+// Sockets: the driver's requests, companions with UNIX sockets, the controller's
+// listener, and the service's own socket.
 
 service_socket service = {-1, nullptr, nullptr};
 
@@ -33,15 +33,15 @@ static constexpr unsigned kSetBit = 0x8000;
 
 static constexpr int kDriverErrors[] = {0, EFAULT, EAGAIN, EOPNOTSUPP, ENODEV, EINVAL, ENOTTY, EIO};
 
-// Has the driver answer in the caller's buffer. It writes what it has, at most
-// what was announced, all of which must be there.
+// Writes the driver's answer to the caller's buffer, at most as many bytes as were
+// announced, all of which must be there.
 static void write_answer(const iwreq& frame, std::string_view bytes) {
   must_be_there(frame.u.data.pointer, frame.u.data.length);
   if (frame.u.data.length == 0) return;
   bytes.copy(static_cast<char*>(frame.u.data.pointer), frame.u.data.length);
 }
 
-// A text with its terminator.
+// A text must have its terminator.
 static void read_text(const iwreq& frame) {
   if (frame.u.data.pointer == nullptr) return;
   const std::string_view text(static_cast<const char*>(frame.u.data.pointer), frame.u.data.length);
@@ -82,7 +82,7 @@ static int change_interfaces(unsigned long request, void* argument) {
   const auto* record = static_cast<const ifreq*>(argument);
   const auto* words = static_cast<const unsigned long*>(argument);
   if (request == SIOCSIFBR) {
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): so the kernel takes it.
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the kernel's interface.
     read_name(reinterpret_cast<const char*>(words[1]));
   } else if (request == SIOCSIFVLAN) {
     read_name(static_cast<const vlan_ioctl_args*>(argument)->device1);
@@ -137,7 +137,7 @@ unsigned sim_if_nametoindex(const char* name) {
 
 namespace {
 
-// What a companion does that is asked; anything else: it answers.
+// What a companion does when it is asked. Other numbers: it answers.
 enum peer_outcome : uint8_t {
   kAnswers,
   kRefuses,
@@ -256,8 +256,8 @@ ssize_t sim_recv_chk(int fd, void* data, size_t size, size_t room, int flags) {
   return sim_recv(fd, data, size, flags);
 }
 
-// ---- The controller's listener. Its sockets are those with a receive time-out,
-// and stay open.
+// ---- The controller's listener. Its sockets are those with a receive time-out; they
+// stay open.
 
 int sim_setsockopt(int fd, int level, int option, const void* value, socklen_t size) {
   CHECK(level == SOL_SOCKET && option == SO_RCVTIMEO && size == sizeof(timeval));

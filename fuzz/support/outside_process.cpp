@@ -42,14 +42,14 @@ pid_t sim_getpid() {
   return 4711;
 }
 
-// The process list cannot be read: no companion is found that runs already.
+// The process list cannot be read, so no running companion is found.
 DIR* sim_opendir(const char* path) {
   CHECK(strcmp(path, "/proc") == 0);
   return nullptr;
 }
 
-// No thread is made: the worker runs on the thread of the harness, which calls
-// its start routine. Where it would wait for a request it goes back there.
+// No thread is created: the worker runs on the harness's thread, which calls its start
+// routine. Where it would wait for a request, it returns to the harness.
 int sim_pthread_create(pthread_t* thread, const pthread_attr_t*, void* (*start)(void*),
                        void* argument) {
   CHECK(argument == nullptr && !simulated->worker_there);
@@ -67,8 +67,8 @@ int sim_pthread_cond_wait(pthread_cond_t*, pthread_mutex_t* mutex) {
   longjmp(simulated->worker_idle, 1);
 }
 
-// The one planned end of the service is that of a controller's exchange without
-// a socket; whatever was decoded is given back for the process that is gone.
+// The service may end only in a controller's exchange without a socket. What was decoded
+// is freed on behalf of the process that would be gone.
 void sim_exit(int status) {
   if (!simulated->exit_allowed || !simulated->no_socket || status != 1) {
     broken("the service ends with status %d", status);

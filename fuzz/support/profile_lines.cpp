@@ -47,7 +47,7 @@ const char kUsualProfile[] =
 
 static constexpr size_t kPiece = 1727;
 
-// Keys that forced updates write.
+// The keys that forced updates write.
 static constexpr std::string_view kForcedKeys[] = {
     "BandSteering",       "ChannelUtilizationEnable", "HNCSteerSTAMac",
     "HNCSteerSTAType",    "HNCSteerBlackListAction",  "HNCSteerBlackListTimer",
@@ -103,7 +103,7 @@ static bool may_be_added(std::string_view line) {
   return false;
 }
 
-// A piece may be given another value and a line end, nothing else.
+// A piece may get another value and a line end, nothing else.
 static bool same_but_value(std::string_view old_piece, std::string_view new_piece) {
   if (old_piece == new_piece) return true;
   if (new_piece.ends_with('\n') && new_piece.substr(0, new_piece.size() - 1) == old_piece)
@@ -117,7 +117,7 @@ std::string profile_objection(std::string_view old_content, std::string_view new
   std::vector<std::string_view> after = profile_pieces(new_content);
   if (after.size() > before.size() && may_be_added(after.back())) {
     after.pop_back();
-    // A last line of the greatest length that lacked its end got it as a piece.
+    // If the last line was of the greatest length and had no line end, that is a piece now.
     if (after.size() > before.size() && after.back() == "\n") after.pop_back();
   }
   if (after.size() != before.size()) return "a line was added or is missing";

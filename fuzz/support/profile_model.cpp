@@ -51,7 +51,7 @@ std::optional<std::string> model_field(const std::string& profile, const std::st
   if (index < 0) return {};
   const std::optional<std::string> value = model_value(profile, key, kLongestIndexed);
   if (!value) return {};
-  // A value is handed on as a C string.
+  // The store passes a value on as a C string.
   const std::vector<std::string> fields = split(value->c_str());
   const auto place = static_cast<size_t>(index);
   if (place >= fields.size()) return {};
@@ -93,7 +93,7 @@ static bool any_negative(const std::vector<model_request>& requests, bool indexe
                                 [](const model_request& each) { return each.index < 0; });
 }
 
-// The value that a request gives a line; nothing where it does not fit.
+// The value that a request gives a line; nothing if it does not fit.
 static std::optional<std::string> given(const model_request& request, const model_line& line,
                                         bool indexed) {
   if (!indexed) return request.value;

@@ -4,12 +4,12 @@
 #include <string>
 #include <vector>
 
-// What the profile store does, once more: slow, with copies everywhere, and for
-// one purpose only, to be compared with.
+// A second implementation of the profile store, slow and with copies everywhere, to
+// compare the store with.
 
 struct model_request {
   std::string key;
-  int index;  // negative: refused; not looked at in the forms without an index
+  int index;  // negative: refused; ignored in the forms without an index
   std::string value;
 };
 
@@ -23,7 +23,7 @@ std::optional<std::string> model_value(const std::string& profile, const std::st
 std::optional<std::string> model_field(const std::string& profile, const std::string& key,
                                        int index, size_t max_len);
 
-// The list with the field replaced; nothing where it does not fit the store.
+// The list with the field replaced; nothing if it does not fit the store.
 std::optional<std::string> model_replaced(const std::string& list, const std::string& field,
                                           int index);
 

@@ -22,7 +22,7 @@ static bool all_hex(const std::string& text) {
   return text.find_first_not_of("0123456789abcdef") == text.npos;
 }
 
-// The two patterns that there are.
+// The only two patterns that the schemas use.
 static bool has_pattern(const std::string& text, const std::string& pattern) {
   if (pattern == "^([0-9a-f]{2})*$") return text.size() % 2 == 0 && all_hex(text);
   if (pattern != "^([0-9a-f]{2}:){5}[0-9a-f]{2}$" || text.size() != 17) return false;
@@ -80,7 +80,7 @@ static bool is_known(const std::string& word) {
 
 static std::string value_objection(const json& schema, const json& value) {
   if (schema.contains("type") && !has_type(value, schema["type"])) return "another type";
-  // Limits are of numbers, whatever else a value may be.
+  // Limits apply to numbers only; a value may have other types as well.
   const bool number = value.is_number();
   if (number && schema.contains("minimum") && value < schema["minimum"]) return "too small";
   if (number && schema.contains("maximum") && value > schema["maximum"]) return "too large";
@@ -99,7 +99,7 @@ std::string schema_objection(const json& schema, const json& value) {
   if (!objection.empty()) return objection;
   if (value.is_array()) return array_objection(schema, value);
   if (!value.is_object()) return "";
-  // The one condition: an answer that is no failure has a value.
+  // The only condition in the schemas: an answer has a value unless it is a failure.
   if (schema.contains("then") && value["return_code"] >= 0 && !value.contains("value")) {
     return "without a value";
   }

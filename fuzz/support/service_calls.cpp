@@ -35,7 +35,7 @@ constexpr size_t kSizeOf<void> = 0;
 #define RESULT_CODE FILTER(xdr_wlan_config_return_code_e), sizeof(wlan_config_return_code_e)
 #define RESULT_RECORD FILTER(xdr_wlan_config_result_data_t), sizeof(wlan_config_result_data_t)
 
-// What a text may be at most is its back end's to say.
+// The largest size of a text is up to its back end.
 const std::vector<procedure_filters>& procedures() {
   static const std::vector<procedure_filters> kTable = {
 #define CODE RESULT_CODE, result_shape::CODE, 0
@@ -61,10 +61,10 @@ const procedure_filters* find_filters(uint32_t number) {
   return found != all.end() && found->number == number ? &*found : nullptr;
 }
 
-// ---- The transport. Its receiving and sending are replaced where the RPC library
-// calls the system.
+// ---- The transport. Receiving and sending are replaced at the RPC library's system
+// calls.
 
-// What the library reads in one piece.
+// The most that the library reads at once.
 static constexpr size_t kLargestDatagram = 8800;
 
 static std::string_view datagram;
@@ -89,7 +89,7 @@ extern "C" ssize_t recvmsg(int fd, msghdr* message, int flags) {
   const iovec& room = message->msg_iov[0];
   CHECK(room.iov_len == kLargestDatagram);
   const size_t length = std::min(datagram.size(), room.iov_len);
-  // What an earlier datagram left is never the same: a stale byte shows itself.
+  // Overwrites what an earlier datagram left, so that the use of a stale byte shows.
   memset(room.iov_base, 0xA5, room.iov_len);
   datagram.copy(static_cast<char*>(room.iov_base), length);
   sockaddr_in sender = {};
@@ -114,7 +114,7 @@ extern "C" ssize_t sendmsg(int fd, const msghdr* message, int flags) {
   return static_cast<ssize_t>(reply.size());
 }
 
-// What is decoded and not freed yet.
+// The arguments that are decoded and not freed yet.
 static xdrproc_t decoder;
 static void* decoded;
 
@@ -164,7 +164,7 @@ void start_service() {
   note_daemon_state();
 }
 
-// ---- What a datagram deserves.
+// ---- The reply that a datagram must get.
 
 namespace {
 
@@ -214,7 +214,7 @@ static bool parse_call(std::string_view bytes, call_header* call) {
   return whole && direction == CALL && rpc_version == RPC_MSG_VERSION;
 }
 
-// Decodes a copy of the bytes that ends where they end. `left`: of them behind it.
+// Decodes a copy of exactly these bytes. `left`: how many were not read.
 static bool decodes(xdrproc_t filter, size_t size, std::string_view bytes, size_t* left) {
   const std::unique_ptr<char[]> copy = std::make_unique<char[]>(bytes.size());
   bytes.copy(copy.get(), bytes.size());
@@ -237,7 +237,7 @@ static reply_status deserved(const call_header& call) {
   return decodes(row->argument, row->argument_size, call.arguments, &left) ? kSuccess : kGarbage;
 }
 
-// Of a record: the status, words behind their number, data behind its length.
+// A record is the status, words after their number, and data after its length.
 static bool has_shape(const procedure_filters& row, std::string_view result) {
   uint32_t code = 0;
   uint32_t words = 0;
@@ -276,7 +276,7 @@ static void check_result(const call_header& call, std::string_view result) {
   if (!has_shape(*row, result)) broken("the reply of %s has another shape", row->name);
 }
 
-// A flavor that is served is refused for its contents only, by the library; none has none.
+// The library refuses a flavor that it serves only for its contents, and AUTH_NONE has none.
 static void check_denial(const call_header& call, std::string_view rest) {
   uint32_t reason = 0;
   uint32_t why = 0;
@@ -307,7 +307,7 @@ static void check_reply(const call_header& call, std::string_view reply) {
 
 // ---- Serving.
 
-// False where the service ended, as it may.
+// False if the service has ended, as it may.
 static bool service_returns() {
   if (setjmp(simulated->ended) != 0) return false;
   svc_getreq_common(service.fd);
@@ -323,7 +323,7 @@ static bool pass_to_service() {
   return returned;
 }
 
-// What becomes of the service's end: a new child, and nothing open.
+// After the service's end a new one starts, with nothing open.
 static void replace_service() {
   simulated->descriptors.clear();
   simulated->worker_there = false;

@@ -7,11 +7,11 @@
 
 #include "rpc/column_types.h"
 
-// The service as it runs in the daemon: its transport, the RPC library's own way
-// from a datagram to the dispatcher, and every check of a reply that does not
-// depend on what a procedure means.
+// The service as it runs in the daemon: its transport, the RPC library's own path from a
+// datagram to the dispatcher, and all checks of a reply that do not depend on what a
+// procedure means.
 
-// As the table's column has them.
+// The names are those in the table's column.
 enum class result_shape { CODE, INT, TEXT, WORDS, IMAGE, NONE };
 
 struct procedure_filters {
@@ -22,7 +22,7 @@ struct procedure_filters {
   xdrproc_t result;
   size_t result_size;
   result_shape shape;
-  uint32_t shape_size;  // of words and images, in bytes
+  uint32_t shape_size;  // of integers, words and images, in bytes
 };
 
 // In the order of their numbers.
@@ -32,9 +32,9 @@ const procedure_filters* find_filters(uint32_t number);
 // Registers the service, once.
 void start_service();
 
-// Has the service take a datagram. A datagram that is no call gets no reply, any
-// other exactly one, as its header and its arguments, decoded here once more,
-// deserve; what is left of the call outside must be as it should.
+// Has the service take a datagram. A call must get exactly one reply, which must match
+// its header and its arguments, which are decoded here as well; any other datagram gets
+// none. Afterwards outside_after_call checks what the call left behind.
 void serve_datagram(std::string_view datagram);
 
 // The same with a header without credentials.

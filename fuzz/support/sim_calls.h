@@ -13,9 +13,9 @@
 
 #include <cstdio>
 
-// What the daemon calls in the place of the system's functions, see outside.h.
-// Each has the name and the form of the function that it stands for; _chk and _2
-// are those of fortified builds.
+// What the daemon calls instead of the system's functions, see outside.h. Each has the
+// name and the signature of the function that it replaces; _chk and _2 are those of
+// fortified builds.
 extern "C" {
 int sim_open(const char* path, int flags, ...);
 int sim_open_2(const char* path, int flags);
@@ -92,8 +92,8 @@ void* sim_dlsym(void* library, const char* name);
 int sim_dlclose(void* library);
 }
 
-// The service's own socket, which has these requests and no others: how long the
-// datagram at hand is, and taking it away undone.
+// The service's own socket, which has only these requests: the length of the current
+// datagram, and dropping it unread.
 struct service_socket {
   int fd;
   int (*length)();
