@@ -33,7 +33,7 @@ int bare_update(const char* key, const char* value);
 // the value differs.
 int bare_compare(const char* key, const char* value);
 
-// A driver request as ra0 takes it.
+// A driver request to ra0.
 struct query {
   unsigned request;
   uint16_t sub;
@@ -44,7 +44,7 @@ extern const struct query kStatistics;
 extern const struct query kCounters;
 extern const struct query kSsidBytes;
 
-// Issues it on a new socket, as the daemon promises. Ends the process on failure.
+// Issues the query on a new socket, as the daemon does. Ends the process on failure.
 void bare_query(struct query query, char* buffer);
 
 // The queries for a station list: table, statistics and, with `asked`, one for each of the

@@ -1,5 +1,5 @@
 """Measures the rows of rows.py, each group in a simulated gateway of its own. Started by
-scripts/bench, which tells the options."""
+scripts/bench."""
 
 import argparse
 import json
@@ -10,7 +10,7 @@ import sys
 import report
 from rows import ROWS
 
-# How the boxes of the groups are made.
+# Options of each group's box.
 BOXES = {"calls": [], "processes": [], "stations": [], "stations-mt7615": ["--board", "mt7615"],
          "people": ["--cold", "--companions", "--scenario", "apartment"],
          "idle": ["--cold", "--companions"]}
@@ -43,14 +43,14 @@ def start(group, names, chosen):
     environment = {**os.environ, "BENCH_BUILD": chosen.build, "BENCH_CPU": str(cpu),
                    "PYTHONDONTWRITEBYTECODE": "1"}
     inside = ["python3", "bench/inside.py", group, json.dumps(limits), *names]
-    # The driver model is on the measured CPU too. inside.py itself leaves it.
+    # The driver model runs on the measured CPU, too. inside.py itself moves away from it.
     box = [f"{chosen.build}/gwbox", "run", *box_options(group), "--"]
     command = ["taskset", "-c", str(cpu), *box, *inside]
     return subprocess.Popen(command, stdout=subprocess.PIPE, text=True, env=environment)
 
 
 def collect(process, records):
-    """Takes over what a group has measured. Ends the run when it could not."""
+    """Collects what a group has measured. Ends the run if the group failed."""
     for line in process.stdout:
         record = json.loads(line)
         records[record["name"]] = record
@@ -64,7 +64,7 @@ def measure(rows, chosen):
     for row in rows:
         groups.setdefault(row.group, []).append(row.name)
     records = {}
-    # Nothing but its own wake-ups is counted in that box: it waits beside the others.
+    # That box only counts its own wake-ups, so it can wait while the others run.
     waiting = start("idle", groups.pop("idle"), chosen) if "idle" in groups else None
     try:
         for group, names in groups.items():

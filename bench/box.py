@@ -1,4 +1,4 @@
-"""Inside the simulated gateway: programs on the measured CPU, and what they print."""
+"""Runs programs inside the simulated gateway, on the measured CPU."""
 
 import json
 import os
@@ -16,7 +16,7 @@ def pinned(*command):
 
 
 def client(*arguments):
-    """What bench_client prints for these."""
+    """What bench_client prints for these arguments."""
     words = pinned(f"{BUILD}/bench/bench_client", *map(str, arguments))
     return json.loads(subprocess.run(words, check=True, stdout=subprocess.PIPE).stdout)
 
@@ -41,7 +41,7 @@ def answers(port, program):
 
 
 def start_daemon():
-    """The supervisor. Its traces go to a file on tmpfs."""
+    """Starts the daemon, whose traces go to a file on tmpfs, and returns the supervisor."""
     with open(OUT, "a") as out, open("/tmp/err", "a") as err:
         daemon = subprocess.Popen(pinned("wificonfd"), stdout=out, stderr=err)
     wait_until(lambda: answers(60001, 0x20131337))
@@ -66,7 +66,7 @@ def child_of(process):
 
 
 def mark(path, present):
-    """Makes a marker file, or removes it."""
+    """Creates a marker file, or removes it."""
     if present:
         os.makedirs(os.path.dirname(path), exist_ok=True)
         open(path, "w").close()

@@ -23,7 +23,7 @@ static void put_header(uint8_t* at, uint32_t program, uint32_t procedure) {
   memcpy(at, words, sizeof words);
 }
 
-// Adds one encoded argument. Returns the text after it.
+// Adds one encoded argument and returns the text after it.
 static const char* add_variant(struct side* side, uint32_t program, uint32_t procedure,
                                const char* hex) {
   const int number = side->variants++;

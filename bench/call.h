@@ -5,7 +5,7 @@
 #include <stdint.h>
 
 // Prepared ONC RPC calls over UDP, the same for both sides of a comparison. The datagrams are
-// made before timing starts, so a call is one send and one recv.
+// built before timing starts, so a call is one send and one recv.
 
 // The maximum number of argument variants that a side uses in turn.
 enum { kVariantsMax = 4, kDatagramMax = 1024 };

@@ -1,4 +1,4 @@
-"""Rows of calls: both servers run, and one client asks them in turn."""
+"""Rows of calls: both servers run, and one client calls them in turn."""
 
 import os
 
@@ -19,7 +19,7 @@ def begin(servers):
 
 
 def begin_full(servers):
-    """With as many stations as a radio has room for; the scenario's own goes."""
+    """Removes the scenario's station, so that a radio has room for as many as it can take."""
     begin(servers)
     box.run("gwbox", "set", "station", "02:00:5e:00:00:01", "gone")
 
@@ -51,7 +51,7 @@ def per_listed(limits, servers, *sides):
 
 
 def measure_tails(limits, sides):
-    """p99 and p50 of each side, medians of the rounds', and how they were measured."""
+    """Medians over the rounds of p99 and p50 of each side, and how they were measured."""
     def step():
         samples = box.client("alternate", 5 * limits["calls"], *sides)["us"]
         return [[percentile(side, part)] for side in samples for part in (0.99, 0.5)]
@@ -59,7 +59,7 @@ def measure_tails(limits, sides):
 
 
 def tail(limits, servers, *sides):
-    """p99 over p50 of ours. The bare server's is in the note."""
+    """Our p99 beside our p50. The bare server's ratio is in the note."""
     (ours99, ours50, bare99, bare50), how = measure_tails(limits, sides)
     note = f"bare: p50; the bare server itself {bare99 / bare50:.2f}"
     return record((ours99, ours50), how, note=note)
@@ -79,7 +79,7 @@ def load(limits, servers, *sides):
 
 
 def growth(limits, xs, sides, prepare):
-    """Nanoseconds for each of what xs counts, and how straight that is."""
+    """Nanoseconds for each thing that xs counts, and how linear the growth is."""
     points = []
     for x in xs:
         prepare(x)
@@ -93,7 +93,7 @@ def growth(limits, xs, sides, prepare):
 
 
 def write_profile(lines):
-    """The keys that are asked for stand last."""
+    """The keys that are asked for come last."""
     filler = [f"SomeParameter{i}=value of it {i}\n" for i in range(3, lines)]
     with open(PROFILE, "w") as profile:
         profile.writelines(["Default\n", *filler, "BSSHNCService=0;0;0;0\n", "SSID1=HomeGateway\n"])
@@ -110,7 +110,7 @@ def profile_growth(limits, servers, *sides):
 
 
 def set_stations(count, servers):
-    """Every fourth is on the first BSS: of 128 as many as a list takes."""
+    """Every fourth is on the first BSS: with 128, as many as a list takes."""
     for number in range(servers.get("stations", 0), count):
         box.run("gwbox", "set", "station", f"02:00:5e:00:01:{number:02x}", f"bss={number % 4 + 1}",
                 "rssi=[-50,-60]", "tx_rate=HT20 MCS7", "rx_rate=HT20 MCS7", "btm=true")
@@ -134,7 +134,7 @@ def run_time(process):
 
 
 def log_growth(limits, servers, *sides):
-    """CPU time of the service child, a second, while so many lines are logged."""
+    """CPU time of the service child per second, by the number of lines logged per second."""
     rates = [1, 10, 100, 1000]
     times = []
     box.mark(LOG, True)

@@ -1,14 +1,14 @@
 // The client of every comparison. Prints one line of JSON.
 //
 //   bench_client alternate CALLS SIDE...          {"us": [[each call's time], ...]}; ends
-//                                                 after a quarter of a second in any case
-//   bench_client commands RUNS COMMAND COMMAND    the same of two shell-free commands
+//                                                 after a quarter of a second at most
+//   bench_client commands RUNS COMMAND...         the same for commands, without a shell
 //   bench_client load SECONDS CLIENTS SIDE        {"calls": n, "seconds": s}
 //   bench_client paced PER_SECOND SECONDS SIDE    the same
 //   bench_client restart SIDE RESTART             {"us": [[idle], [while restarting]]}
-//   bench_client start SIDE COMMAND...            {"us": n}, and stops it again
+//   bench_client start SIDE COMMAND...            {"us": n}; stops the command again
 //
-// A SIDE is as in call.h. RESTART is the side of one radio's restart.
+// For SIDE see call.h. RESTART is a side that requests the restart of one radio.
 
 #include <fcntl.h>
 #include <signal.h>

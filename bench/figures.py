@@ -1,4 +1,4 @@
-"""Medians, when they are stable, and how a figure grows."""
+"""Medians, whether they are stable, and how a figure grows."""
 
 import time
 from statistics import median
@@ -39,7 +39,7 @@ def repeat(step, limits):
 
 
 def once(value, other=None, **more):
-    """What is measured once, since it does not vary."""
+    """The record of what is measured only once, since it does not vary."""
     ratio = value / other if other else None
     return {"ours": value, "bare": other, "ratio": ratio, "rounds": 1, "stable": True, **more}
 
@@ -50,20 +50,20 @@ def percentile(samples, part):
 
 
 def slope(xs, ys):
-    """Of the straight line nearest to the points."""
+    """The slope of the straight line nearest to the points."""
     x_mean, y_mean = sum(xs) / len(xs), sum(ys) / len(ys)
     rise = sum((x - x_mean) * (y - y_mean) for x, y in zip(xs, ys))
     return rise / sum((x - x_mean) ** 2 for x in xs)
 
 
 def bend(xs, ys):
-    """How much steeper the upper part is than the lower: 1 for a line, 10 for a
-    square over two decades. What grows by less than a tenth counts as a line."""
+    """How much steeper the upper part is than the lower: 1 for a line, 10 for a square
+    over two decades. Growth by less than a tenth counts as a line."""
     middle = len(xs) // 2
     lower = (ys[middle] - ys[0]) / (xs[middle] - xs[0])
     upper = (ys[-1] - ys[middle]) / (xs[-1] - xs[middle])
     if ys[-1] - ys[0] < ys[0] / 10:
         return 1.0
-    # A lower part that does not grow stands within the noise of its own figures.
+    # If the lower part does not grow, the noise of its figures is taken for its growth.
     noise = STABLE * ys[0] / (xs[middle] - xs[0])
     return upper / max(lower, noise)

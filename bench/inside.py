@@ -23,7 +23,7 @@ def measure(row, limits, servers):
 
 
 def main(group, limits, *names):
-    # The measured CPU is left to the servers, to bench_client and to the driver model.
+    # Leaves the measured CPU to the servers, to bench_client and to the driver model.
     others = os.sched_getaffinity(0)
     os.sched_setaffinity(0, (others - {int(box.CPU)}) or others)
     limits = {**json.loads(limits), "group": group}

@@ -1,4 +1,4 @@
-"""Rows of a daemon that brings the radios up itself, and of people at its client."""
+"""Rows of a daemon that brings the radios up itself, and of people who use the client."""
 
 import subprocess
 import time
@@ -17,8 +17,8 @@ def done():
 
 
 def request(name):
-    """Milliseconds from the call to the request's removal from the queue, its window of
-    a second included. A reset takes what its call takes. Console traces are on."""
+    """Milliseconds from the call to the request's removal from the queue, including its
+    window of a second. For a reset, only the call is timed. Console traces are on."""
     before = done()
     start = time.monotonic()
     box.run("wificonf", "--timeout", "60", *REQUESTS[name])
@@ -38,7 +38,7 @@ def bring_up():
 
 
 def begin(servers):
-    """Each request once, and up again."""
+    """Measures each request once, and brings the radios up again."""
     daemon = box.start_daemon()
     box.mark(CONSOLE, True)
     servers["ms"] = {name: request(name) for name in ("load", "init", "restart", "reset")}
@@ -74,7 +74,7 @@ def ping(limits, servers):
 
 
 def tab(limits, servers, *words):
-    """In a shell that has not completed wificonf before."""
+    """Each time in a shell that has not completed wificonf before."""
     def step():
         times = subprocess.run(box.pinned("bash", "bench/tab.sh", *words), check=True,
                                stdout=subprocess.PIPE, text=True).stdout

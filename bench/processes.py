@@ -14,12 +14,12 @@ from rows import bare, ours
 PROBE = "/tmp/probe.sh"
 
 def begin(servers):
-    """A radio that answers the getters."""
+    """Brings up a radio that answers the getters."""
     box.run("ip", "link", "set", "ra0", "up")
 
 
 def start(limits, servers):
-    """The portmapper probe of the daemon is part of the bare side's time."""
+    """The bare side's time includes the daemon's portmapper probe."""
     with open(PROBE, "w") as probe:
         probe.write("pgrep -l portmap | grep -c portmap\n")
     def step():
@@ -80,7 +80,7 @@ def switches(pids):
 
 
 def idle(limits, servers):
-    """Of a daemon that has brought the radios up, its worker's thread included."""
+    """Wake-ups of a daemon that has brought the radios up, including the worker thread."""
     daemon = lifecycle.bring_up()
     pids = (daemon.pid, box.child_of(daemon))
     threads = len(os.listdir(f"/proc/{pids[1]}/task"))

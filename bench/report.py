@@ -22,8 +22,8 @@ def over(row, record):
 
 
 def failing(measured):
-    """The rows that are over their budgets. One that keeps its budget beside the bare
-    side that also does what each call has to do ("NAME-duties") is not among them."""
+    """The rows that are over their budgets, except those that are within them when the
+    bare side also does what each call has to do ("NAME-duties")."""
     verdicts = {row.name: over(row, record) for row, record in measured}
     return [name for name, is_over in verdicts.items()
             if is_over and verdicts.get(f"{name}-duties", True)]
@@ -101,7 +101,7 @@ def markdown(measured):
 
 
 def write_document(measured):
-    """Replaces the figures; the words around them stay."""
+    """Replaces the figures in the document and leaves the text around them."""
     with open(DOCUMENT) as document:
         text = document.read()
     before, rest = text.split(BEGIN)

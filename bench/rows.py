@@ -1,7 +1,7 @@
 """The table: what is measured, against what, and the budget.
 
-A row is measured by the function of its `measure` pair, with the rest of the pair as
-arguments, in the simulated gateway of its group (bench.py). What it is judged by:
+A row is measured by the function that `measure` names, with `arguments`, in the simulated
+gateway of its group (bench.py). `judge` says what is held against the budget:
 
   ratio   ours / bare, at most the budget
   least   ours / bare, at least the budget
@@ -20,7 +20,7 @@ CHANNEL = "0000000100000006"
 
 
 def text(value):
-    """The argument of a text setter of BSS 1."""
+    """The arguments of a text setter for BSS 1."""
     data = value.encode()
     return ONE + f"{len(data):08x}" + data.ljust(-(-len(data) // 4) * 4, b"\0").hex()
 
@@ -39,7 +39,7 @@ CHANGING = (text("HomeGateway"), text("HomeGarages"))
 # The bare server's procedures, as bare.h numbers them.
 (GETTER, SETTER, PROFILE_GETTER, TEXT_CHANGING, TEXT_SAME, STATION_COUNT, COUNTERS, BYTES_SENT,
  STATION_TABLE, STATION_LIST, STATION_LIST_ASKED, COMMAND) = range(1, 13)
-# Added to one of the first five: with what each call has to do besides, see bare.h.
+# Added to one of the first five: also does what each call has to do besides, see bare.h.
 DUTIES = 100
 
 NULL = (ours(0), bare(0))
