@@ -1,10 +1,10 @@
-# Debian packages: "cpack --config BUILD/CPackConfig.cmake" leaves them in
+# Debian packages: "cpack --config BUILD/CPackConfig.cmake" writes them to
 # BUILD/packages. Set WIFICONFD_MAINTAINER to your own name and address first.
 set(WIFICONFD_MAINTAINER "wificonfd maintainers <maintainers@wificonfd.example>" CACHE STRING
   "name and address in the packages")
 set(packages wificonfd wificonf gwbox)
 
-# The changelog is written by hand: hold the version of the project against it.
+# The changelog is written by hand, so its version is compared with the project's.
 file(STRINGS debian/changelog changelog_entry LIMIT_COUNT 1)
 if(NOT changelog_entry MATCHES "^wificonfd \\(${PROJECT_VERSION}\\) ")
   message(FATAL_ERROR "packaging/debian/changelog begins with \"${changelog_entry}\", "
@@ -25,7 +25,7 @@ set(CPACK_COMPONENTS_ALL ${packages})
 set(CPACK_COMPONENTS_GROUPING IGNORE)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR}/packages)
-# With DESTDIR, so that what is installed knows its final place.
+# With DESTDIR, so that installed files contain their final paths.
 set(CPACK_SET_DESTDIR ON)
 set(CPACK_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
@@ -41,7 +41,7 @@ foreach(package IN LISTS packages)
   set(CPACK_DEBIAN_${upper}_PACKAGE_NAME ${package})
 endforeach()
 
-# Each package has a first line of its own; the project's would be put before it.
+# Each package has its own first line; the project's would be put before it.
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
 set(CPACK_COMPONENT_WIFICONFD_DESCRIPTION "Wi-Fi configuration daemon for MediaTek gateways
 Serves one ONC RPC program, through which a management stack configures and
@@ -53,8 +53,8 @@ set(CPACK_COMPONENT_GWBOX_DESCRIPTION "simulated gateway for the Wi-Fi configura
 Runs a command, such as wificonfd, in a gateway with radios, stations and
 companions that are a model, for everybody without radios on the desk.")
 
-# The programs that the daemon starts: pgrep and kill, killall and fuser, iwpriv, rmmod. A
-# portmapper finds no port without /etc/services, which is netbase's.
+# The programs that the daemon and its unit start: pgrep and kill, killall and fuser,
+# iwpriv, rmmod. A portmapper finds no port without /etc/services, which is in netbase.
 set(CPACK_DEBIAN_WIFICONFD_PACKAGE_DEPENDS "rpcbind, netbase, procps, psmisc, wireless-tools, kmod")
 set(CPACK_DEBIAN_WIFICONFD_PACKAGE_CONTROL_EXTRA
   "${CMAKE_CURRENT_SOURCE_DIR}/debian/postinst;${CMAKE_CURRENT_SOURCE_DIR}/debian/prerm"

@@ -1,4 +1,4 @@
-# Part of the installation, where the prefix is final. Writes the units for it
+# Runs during installation, when the prefix is final. Writes the units for that prefix
 # and installs them.
 set(CMAKE_INSTALL_FULL_SBINDIR ${CMAKE_INSTALL_PREFIX}/${sbin})
 set(CMAKE_INSTALL_FULL_DOCDIR ${CMAKE_INSTALL_PREFIX}/${doc})

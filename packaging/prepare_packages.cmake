@@ -1,5 +1,5 @@
-# Part of packing: directories as everybody may enter them, whatever the umask is,
-# and manual pages compressed as the distribution wants them.
+# Runs during packing: lets everybody enter the directories, whatever the umask is, and
+# compresses the manual pages as the distribution requires.
 set(top ${CPACK_TEMPORARY_INSTALL_DIRECTORY})
 file(CHMOD_RECURSE ${top} DIRECTORY_PERMISSIONS
   OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)

@@ -3,8 +3,8 @@
 --   tshark -X lua_script:wlan_config.lua ...
 --   Wireshark: copy it and wlan_config_tables.lua into the personal plugins directory
 --
--- The tables are read from the directory of this file. Wireshark loads both by itself
--- from its plugins directory; what the tables return is not used then.
+-- The tables are read from the directory of this file. Wireshark also loads both by itself
+-- from its plugins directory, and then ignores what the tables return.
 local directory = debug.getinfo(1, "S").source:match("^@(.*[/\\])") or ""
 local tables = directory .. "wlan_config_tables.lua"
 local found, procedures = pcall(dofile, tables)
@@ -39,7 +39,7 @@ local called = {}  -- by ports and transaction: the number that was called
 
 local function padded(length) return length + (4 - length % 4) % 4 end
 
--- Characters that are shown: printable ASCII and UTF-8, but for controls (C1) and marks
+-- Characters that are shown: printable ASCII and UTF-8, except for controls (C1) and marks
 -- that change the direction of writing.
 local CHARACTERS = {
   "[\32-\126]", "\194[\160-\191]", "[\195-\215\217-\223][\128-\191]", "\216[\128-\155\157-\191]",
@@ -74,14 +74,14 @@ local function until_nul(bytes)
   return safe(nul and text:sub(1, nul - 1) or text)
 end
 
--- Counted bytes. A range of length -1 would be all to the end: never that.
+-- Counted bytes. A length of -1 must not get through: it would mean everything to the end.
 local function counted(buffer, at)
   local length = buffer(at, 4):uint()
   if length > buffer:len() - at - 4 then error("cut off") end
   return buffer(at + 4, length), length
 end
 
--- Readers of arguments: their text and where the next one begins.
+-- Readers of arguments: they return the text and where the next argument starts.
 local function xdr_text(buffer, at)
   local bytes, length = counted(buffer, at)
   return '"' .. safe(bytes:raw()) .. '"', at + 4 + padded(length)
@@ -150,7 +150,7 @@ local values = {
   i = function(bytes) return number_of(bytes, true) end,
   f = function(bytes) return bytes:le_uint() ~= 0 and "yes" or "no" end,
   t = function(bytes) return '"' .. until_nul(bytes) .. '"' end,
-  -- Never with a maker's name in place of bytes, as ether() has it.
+  -- Not ether(), which would show a manufacturer's name instead of bytes.
   m = function(bytes) return bytes:bytes():tohex(true, ":") end,
   r = function(bytes) return rate_of(bytes:le_uint()) end,
   e = function(bytes)
@@ -191,7 +191,7 @@ local function add_record(tree, layout, buffer)
   end
 end
 
--- Words of a record as the bytes that they are on the daemon's side.
+-- The words of a record as the bytes that they are in the daemon.
 local function words_to_bytes(buffer, at, size)
   local bytes = ByteArray.new()
   for i = 0, size / 4 - 1 do
@@ -201,8 +201,7 @@ local function words_to_bytes(buffer, at, size)
   return bytes:tvb("Record")
 end
 
--- The first arguments, or the value, stand in the Info column, too, and of a long one its
--- beginning.
+-- The Info column also shows the first arguments or the value, and of long ones the start.
 local INFO_ARGUMENTS, INFO_CHARACTERS = 3, 40
 
 local function beginning(text)
@@ -214,7 +213,7 @@ local function beginning(text)
   return text
 end
 
--- A failure has no value that means something.
+-- The value of a failure means nothing.
 local function add_value(tree, bytes, text, pinfo, code)
   tree:add(f.value, bytes, text)
   if code >= 0 then pinfo.cols.info:append(": " .. beginning(text)) end
@@ -259,10 +258,10 @@ local function add_arguments(tree, procedure, buffer, pinfo, at)
   end
 end
 
--- After the two authenticators of a call, or the one of a reply.
+-- The position after one authenticator: a call has two, a reply has one.
 local function skip_auth(buffer, at) return at + 8 + padded(buffer(at + 4, 4):uint()) end
 
--- Procedure 0, which does nothing, has the name of wificonf's command that calls it.
+-- Procedure 0, which does nothing, is named after the wificonf command that calls it.
 local function name_of(number)
   if number == 0 then return "ping" end
   return procedures[number] and procedures[number].name or string.format("procedure %u", number)
@@ -304,8 +303,8 @@ local function is_ours(buffer)
   return buffer(4, 4):uint() == 1
 end
 
--- Whatever comes to the port is taken: what is left to others would make their
--- dissectors keep the rest of the conversation.
+-- Takes everything that comes to the port: another dissector that was given one packet
+-- would keep the rest of the conversation.
 function wlan_config.dissector(buffer, pinfo, root)
   pinfo.cols.protocol = "WLAN_CONFIG"
   if not is_ours(buffer) then
