@@ -60,13 +60,11 @@ def stop(process):
 
 
 def child_of(process):
-    """The service child of a supervisor."""
     with open(f"/proc/{process.pid}/task/{process.pid}/children") as children:
         return int(children.read().split()[0])
 
 
 def mark(path, present):
-    """Creates a marker file, or removes it."""
     if present:
         os.makedirs(os.path.dirname(path), exist_ok=True)
         open(path, "w").close()

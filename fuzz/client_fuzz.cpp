@@ -82,7 +82,6 @@ static void check_line(std::string_view text) {
   CHECK(text.find('\n') == text.npos);
 }
 
-// One line of JSON.
 static nlohmann::json checked_json(const std::string& line) {
   CHECK(line.ends_with('\n'));
   for (const char c : std::string_view(line).substr(0, line.size() - 1))

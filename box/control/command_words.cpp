@@ -68,7 +68,6 @@ std::vector<const CLI::App*> args_commands(const CLI::App& app) {
   return app.get_subcommands([](const CLI::App* below) { return !below->get_group().empty(); });
 }
 
-// The help of gwbox or one of its subcommands, from what is declared below.
 static std::string help_of(const CLI::App* app, const std::string&, CLI::AppFormatMode) {
   std::string text = "usage: " + usage_of(app->get_name()) + "\n\n";
   std::string sentence = app->get_description() + ".";

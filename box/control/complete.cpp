@@ -24,7 +24,6 @@ static words_list scenarios(const char* more) {
   return names;
 }
 
-// An interface follows "@".
 static words_list whats(const std::string& current) {
   words_list names = fault_names();
   size_t at = current.find('@');

@@ -3,7 +3,6 @@
 #include "control/command_line_parts.h"
 #include "control/complete.h"
 
-// How far the walk along the line has come.
 struct walk {
   const CLI::App* root;
   const CLI::App* app;              // the command, or gwbox itself

@@ -12,7 +12,6 @@
 
 using json = nlohmann::ordered_json;
 
-// Aligns the columns: the first two to the left, the others to the right.
 static std::string columns_of(const std::vector<std::vector<std::string>>& rows) {
   std::vector<size_t> widths(rows[0].size());
   std::string text;

@@ -57,7 +57,6 @@ static int act(const args& a) {
   return 0;
 }
 
-// Output that could not be written is a failure.
 static int flush_output(int status) {
   bool lost = ferror(stdout) != 0;
   if (fflush(stdout) != 0 || lost) {

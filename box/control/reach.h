@@ -21,7 +21,7 @@
 // and returns false.
 [[nodiscard]] bool reach_take_name(const std::string& name, int& fd);
 
-// For the box's first process: it can be found by the name of FD from now on. Reports a failure.
+// For the box's first process: makes the name of FD lead to it. Reports a failure.
 [[nodiscard]] bool reach_listen(int fd);
 
 // Closes connections to the name: a caller learns all it needs by connecting.

@@ -1,4 +1,4 @@
-// Which station is associated with which BSS, and where it may be.
+// Which station is associated with which BSS, and where it belongs.
 #include <algorithm>
 #include <cmath>
 

@@ -39,7 +39,6 @@ int driver_query_operating_class(driver_state& state, driver_request& r) {
   return driver_answer(r, &number, sizeof number, sizeof number);
 }
 
-// The default limits, for a scenario without limits.
 static std::vector<scenario_power> limits_of(const driver_state& state, int radio) {
   std::vector<scenario_power> limits = state.around.radios[radio].power;
   if (!limits.empty()) return limits;

@@ -118,7 +118,6 @@ int driver_query_wps_status(driver_state& state, driver_request& r) {
   return answer_code(r, code);
 }
 
-// Made from the numbers of the radio and of the interface.
 int driver_query_uuid(driver_state&, driver_request& r) {
   char record[121] = "";
   int used = snprintf(record, sizeof record, "28802880-2880-1880-a880-000c4326%02x%02x",

@@ -21,7 +21,6 @@ static uint16_t word_at(const char* frame, size_t at) {
   return word;
 }
 
-// Reads and parses the frame; false when it cannot be read.
 static bool read_frame(trap_call& c, std::string& interface) {
   char frame[kFrameSize] = {};
   if (!caller_read(c.tid, c.arguments[2], frame, sizeof frame)) return false;

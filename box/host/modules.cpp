@@ -16,7 +16,6 @@ static constexpr module_row kRows[] = {
 };
 static_assert(sizeof kRows / sizeof *kRows == kModulesMax);
 
-// The files of one entry of /sys/module.
 static constexpr struct {
   const char* name;
   const char* text;

@@ -58,7 +58,6 @@ static std::string less_newline(std::string text) {
   return text;
 }
 
-// Moves what is in the pipe to the file's rest.
 static void drain(sysfs_file& file) {
   char piece[4096];
   for (ssize_t got; (got = read(file.pipe, piece, sizeof piece)) > 0;)

@@ -120,7 +120,6 @@ static bool fits(const scenario_json& value, const scenario_json& schema) {
          value.size() <= schema.value("maxItems", value.size());
 }
 
-// Where the check is, and what it has found so far.
 struct checking {
   std::vector<std::string> path;
   std::vector<scenario_finding> findings;

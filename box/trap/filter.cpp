@@ -27,7 +27,6 @@
 #define SECCOMP_USER_NOTIF_FD_SYNC_WAKE_UP (1UL << 0)
 #endif
 
-// Wireless requests, and the one for VLAN interfaces.
 static constexpr uint32_t kWirelessFirst = 0x8B00;
 static constexpr uint32_t kWirelessLast = 0x8BFF;
 static constexpr uint32_t kVlanRequest = 0x8983;

@@ -11,7 +11,6 @@
 
 namespace {
 
-// What a stream reads from and writes to.
 struct stream_text {
   std::string content;
   size_t offset;

@@ -89,7 +89,6 @@ int sim_open_2(const char* path, int flags) {
   return sim_open(path, flags);
 }
 
-// The path of a name in an open directory.
 static std::string path_in(int directory, const char* path) {
   if (directory == AT_FDCWD || path[0] == '/') return path;
   return descriptor_of(directory)->file->path + "/" + path;

@@ -47,7 +47,6 @@ const char kUsualProfile[] =
 
 static constexpr size_t kPiece = 1727;
 
-// The keys that forced updates write.
 static constexpr std::string_view kForcedKeys[] = {
     "BandSteering",       "ChannelUtilizationEnable", "HNCSteerSTAMac",
     "HNCSteerSTAType",    "HNCSteerBlackListAction",  "HNCSteerBlackListTimer",
