@@ -10,7 +10,7 @@ int control_ask(const std::string& box, const std::vector<std::string>& words,
   for (const std::string& word : words)
     message += (message.empty() ? "" : std::string(1, kControlBreak)) + word;
   if (message.size() >= kControlMessageMax) {
-    report("that is too long for a box");
+    report("the command is too long for a box");
     return kExitUsage;
   }
   if (!reach_root(box, root) || !control_exchange(root, message, answer)) return kExitFailed;

@@ -128,7 +128,7 @@ static void declare_run(CLI::App& app, args& a) {
       ->type_name("BOARD");
   run->add_option(
          "--scenario", a.scenario,
-         "what is around it: " + scenario_names() + " or a file; without it " + kScenarioDefault)
+         "what surrounds it: " + scenario_names() + " or a file; without it " + kScenarioDefault)
       ->type_name("SCENARIO");
   run->add_option("--speed", a.speed, "how fast time runs in it, 0 (not at all) to 100000")
       ->type_name("FACTOR")
@@ -149,28 +149,28 @@ static void declare_run(CLI::App& app, args& a) {
 static void declare_fail(CLI::App& app, args& a) {
   CLI::App* fail = app.add_subcommand("fail", "make matching requests and system calls fail");
   fail->fallthrough()->footer(
-      "WHAT is such as 0x8BE1:0x069B, survey, set@ra8, vlan or init_module; a wrong\n"
+      "Examples of WHAT: 0x8BE1:0x069B, survey, set@ra8, vlan, init_module; a wrong\n"
       "one gets a list of names. \"gwbox fail list\" shows what is set, how often it\n"
-      "has hit, how often it still will, and how many requests a delay holds back at\n"
-      "the moment. \"gwbox fail clear\" ends all failures, delays under way as well.");
+      "has hit, how often it will still hit, and how many requests a delay is holding\n"
+      "back. \"gwbox fail clear\" ends all failures, including delays under way.");
   fail->add_option("WHAT", a.what, "request[:sub][@interface] or name[@interface], list or clear")
       ->required();
   fail->add_option("HOW", a.how,
                    "an errno name, such as EAGAIN, or delay=MILLISECONDS, short=BYTES or "
                    "count=NUMBER");
-  fail->add_option("COUNT", a.count, "how many times; without it once")
+  fail->add_option("COUNT", a.count, "how many times; once by default")
       ->check(checked_by(check_count));
-  fail->add_flag("--json", a.json, "of the list: as JSON");
+  fail->add_flag("--json", a.json, "print the list as JSON");
   fail->callback([&a] { a.command = kArgsFail; });
 }
 
 static void declare_time(CLI::App& app, args& a) {
-  CLI::App* advance = app.add_subcommand("advance", "move the box's time on");
+  CLI::App* advance = app.add_subcommand("advance", "advance the box's time");
   advance->fallthrough()->footer(
       "What is due by then has happened when this command ends: events, timers, WPS\n"
       "sessions, counters. It works while the time is paused, too. Programs in the box\n"
       "notice nothing: their own clock and sleeps are the real ones.");
-  advance->add_option("SECONDS", a.seconds, "of the box's time, by how much")
+  advance->add_option("SECONDS", a.seconds, "how far, in seconds of the box's time")
       ->required()
       ->check(checked_by(check_seconds));
   advance->callback([&a] { a.command = kArgsAdvance; });
@@ -193,7 +193,7 @@ static void declare_completion(CLI::App& app, args& a) {
 static void declare_log(CLI::App& app, args& a) {
   CLI::App* log = app.add_subcommand("log", "print the request journal");
   log->fallthrough();
-  log->add_flag("--follow", a.follow, "go on printing as requests come");
+  log->add_flag("--follow", a.follow, "keep printing as requests arrive");
   log->add_flag("--json", a.json, "print the JSON lines as they are");
   log->callback([&a] { a.command = kArgsLog; });
 }
@@ -217,8 +217,8 @@ static void declare_set(CLI::App& app, args& a) {
       "  gwbox set companion PATH VALUE\n"
       "  gwbox set speed FACTOR\n"
       "\n"
-      "KEYs are those of the scenario (gwbox scenario show schema), with dots for what\n"
-      "is deeper. VALUEs are JSON or texts; \"gone\" takes a key away.\n"
+      "KEYs are those of the scenario (gwbox scenario show schema); dots join nested\n"
+      "names. VALUEs are JSON or texts; \"gone\" removes a key.\n"
       "\n"
       "  gwbox set station 02:00:5e:00:00:01 rssi=[-70,-72] per_second.tx_bytes=1000\n"
       "  gwbox set neighbour 02:00:5e:10:00:09 radio=ra0 channel=6 ssid=Next rssi=-40\n"
@@ -231,12 +231,12 @@ static void declare_set(CLI::App& app, args& a) {
 
 static void declare_scenario(CLI::App& app, args& a) {
   CLI::App* scenario = app.add_subcommand("scenario", "list, show and check scenarios");
-  CLI::App* list = scenario->add_subcommand("list", "the ones that ship");
+  CLI::App* list = scenario->add_subcommand("list", "list the scenarios that ship");
   list->callback([&a] { a.command = kArgsScenarioList; });
   CLI::App* show = scenario->add_subcommand("show", "print one, or \"schema\"");
   show->add_option("NAME", a.which)->required();
   show->callback([&a] { a.command = kArgsScenarioShow; });
-  CLI::App* check = scenario->add_subcommand("check", "say what is wrong with a file");
+  CLI::App* check = scenario->add_subcommand("check", "check a file and say what is wrong");
   check->add_option("FILE", a.which)->required();
   check->callback([&a] { a.command = kArgsScenarioCheck; });
 }

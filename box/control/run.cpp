@@ -124,7 +124,7 @@ static int block_signals() {
 
 static bool inside_a_box() {
   if (access(kControlPath, F_OK) != 0) return false;
-  report("this is the inside of a box already, and a box cannot run inside a box");
+  report("this is inside a box already, and a box cannot run inside a box");
   return true;
 }
 

@@ -55,7 +55,7 @@ static bool read_document(const std::string& text, const std::string& name, scen
   int line = 1 + static_cast<int>(std::count(text.begin(), end, '\n'));
   size_t detail = listener.message.find("syntax error");
   wrong = at_line(name, line,
-                  detail == std::string::npos ? "no JSON" : listener.message.substr(detail));
+                  detail == std::string::npos ? "not JSON" : listener.message.substr(detail));
   return false;
 }
 
