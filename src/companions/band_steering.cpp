@@ -10,7 +10,7 @@
 #include "profile/values.h"
 #include "sys/board.h"
 #include "sys/command.h"
-#include "sys/shell.h"
+#include "sys/whole_file.h"
 
 static constexpr char kMarker[] = "/tmp/mtk_bnd_file";
 

@@ -9,8 +9,6 @@
 #include "profile/values.h"
 #include "sys/board.h"
 #include "sys/command.h"
-#include "sys/probe.h"
-#include "sys/shell.h"
 
 static companion dcs = {
     .control = "dcsStart",
@@ -113,11 +111,9 @@ static companion rtinicapd = {
 };
 
 static bool listed(const char* name) {
-  static constexpr size_t kCountSize = 16;
   char probe[64];
   snprintf(probe, sizeof probe, "pgrep -l %s | grep -c %s", name, name);
-  int running = 0;
-  return probe_number(probe, kCountSize, &running) && running >= 1;
+  return probe_number(probe, 0) >= 1;
 }
 
 // Needs neither the lock nor `running`: calls are made in a turn, and the process list

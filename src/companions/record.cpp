@@ -2,8 +2,7 @@
 
 #include "diag/trace.h"
 #include "sys/command.h"
-#include "sys/probe.h"
-#include "sys/shell.h"
+#include "sys/process.h"
 
 bool left_running(companion* process) {
   const bool left = !process->asked && process_runs(process->name);

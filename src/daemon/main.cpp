@@ -5,7 +5,7 @@
 #include "daemon/supervisor.h"
 #include "diag/trace.h"
 #include "sys/limits.h"
-#include "sys/probe.h"
+#include "sys/process.h"
 
 int main(int, char** argv) {
   reserve_standard_streams();

@@ -1,7 +1,7 @@
 #include "hnc/exchange.h"
 
 #include "diag/trace.h"
-#include "sys/command.h"
+#include "sys/whole_file.h"
 
 hnc_request hnc_make_request(uint32_t type, const char* key, uint32_t index) {
   hnc_request request = {};

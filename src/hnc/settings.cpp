@@ -6,7 +6,6 @@
 
 #include "diag/trace.h"
 #include "hnc/exchange.h"
-#include "sys/command.h"
 
 namespace {
 
@@ -103,6 +102,7 @@ static int set_value(const char* caller, const setting& row, int index, int valu
     return set_value(__func__, k##name, HNC_INDEX_##instance, value); \
   }
 #include "hnc/settings.def"
+#include "sys/command.h"
 
 namespace {
 

@@ -5,7 +5,6 @@
 
 #include "diag/trace.h"
 #include "sys/command.h"
-#include "sys/probe.h"
 #include "sys/whole_file.h"
 
 static constexpr char kResults1[] = "/nvram/MT7615_CALDATA1.bin";
@@ -26,8 +25,8 @@ static void back_up_images() {
       {"/nvram/MT7615_EEPROM_2G.bin", "/nvram/backup_EEPROM_CALDATA/MT7615_EEPROM_2G.bin"},
       {"/nvram/MT7615_EEPROM_5G.bin", "/nvram/backup_EEPROM_CALDATA/MT7615_EEPROM_5G.bin"},
   };
-  if (command_succeeds("mkdir /nvram/backup_EEPROM_CALDATA; "
-                       "cp /nvram/MT7615_EEPROM_* /nvram/backup_EEPROM_CALDATA"))
+  if (run_command("mkdir /nvram/backup_EEPROM_CALDATA; "
+                  "cp /nvram/MT7615_EEPROM_* /nvram/backup_EEPROM_CALDATA") == 0)
     return;
   trace_rpc_error("wlan_set_prek_operation", "Failed to back up the EEPROM images\n");
   for (const auto& [image, copy] : kImages) {

@@ -12,7 +12,6 @@
 #include "sys/command.h"
 #include "sys/module.h"
 #include "sys/planted.h"
-#include "sys/shell.h"
 #include "sys/whole_file.h"
 
 static constexpr size_t kDirectorySize = 128;
@@ -23,7 +22,7 @@ static constexpr char kDefaultDirectory[] = "/lib/modules/wifi/";
 // has left: it would be taken for the file from then on.
 static void copy_default(const char* target, const char* notice, const char* command) {
   fputs(notice, stdout);
-  if (command_succeeds(command)) return;
+  if (run_command(command) == 0) return;
   file_remove(target);
   trace_rpc_error("wifi_load", "Failed to copy the default to %s\n", target);
 }

@@ -9,6 +9,8 @@
 #include "sys/board.h"
 #include "sys/command.h"
 #include "sys/planted.h"
+#include "sys/quoting.h"
+#include "sys/whole_file.h"
 
 static constexpr int kCountryLimit = 6;
 static constexpr int kStreamsLimit = 4;
@@ -55,7 +57,7 @@ static void link_table(const char* country, int radio, const char* chip) {
   snprintf(command, sizeof command, "ln -sf /tmp/%s_%d.dat %s", country, radio, link);
   // In place of a directory, "ln" would make its link inside it.
   if (!planted_make_way(link, true)) return;
-  run_captured("setup_single_sku", command);
+  ex_cmd("setup_single_sku", command, nullptr);
   planted_give_up(link);
 }
 
@@ -72,7 +74,7 @@ static void setup_radio(int radio, const char* country, const char* chip) {
              isEtsiCountry(country) != 0 ? "ETSI" : "FCC");
     // The generator opens its table by name and must find one of ours.
     if (!planted_make_way(table, false)) return;
-    run_captured("setup_single_sku", command);
+    ex_cmd("setup_single_sku", command, nullptr);
     planted_give_up(table);
   }
   link_table(word.text, radio, chip);

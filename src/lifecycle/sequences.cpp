@@ -12,7 +12,7 @@
 #include "sys/board.h"
 #include "sys/command.h"
 #include "sys/planted.h"
-#include "sys/shell.h"
+#include "sys/whole_file.h"
 #include "wlan/driver_gate.h"
 
 static constexpr char kHncMarker[] = "/nvram/hnc_enable";
@@ -37,7 +37,7 @@ int notify_hnc(int up) {
 static void set_affinity(int mask, int irq) {
   char command[64];
   snprintf(command, sizeof command, "echo %d > /proc/irq/%d/smp_affinity", mask, irq);
-  run_captured("wifi_init", command);
+  ex_cmd("wifi_init", command, nullptr);
 }
 
 static void set_interrupt_affinities() {
@@ -48,9 +48,10 @@ static void set_interrupt_affinities() {
     set_affinity(2, 65);
     return;
   }
-  run_captured("wifi_init",
-               "INTRPT=`awk -F':' '/udma1/{print $1}' /proc/interrupts | sed 's/ //g'`; "
-               "echo 2 > /proc/irq/$INTRPT/smp_affinity");
+  ex_cmd("wifi_init",
+         "INTRPT=`awk -F':' '/udma1/{print $1}' /proc/interrupts | sed 's/ //g'`; "
+         "echo 2 > /proc/irq/$INTRPT/smp_affinity",
+         nullptr);
 }
 
 static void start_companions() {
@@ -89,7 +90,7 @@ int wifi_init() {
 static void mark_restart() {
   static constexpr char kMarker[] = "/tmp/wifi_restart";
   if (path_exists(kMarker) || !planted_make_way(kMarker, false)) return;
-  run_captured("wifi_restart", "touch /tmp/wifi_restart");
+  ex_cmd("wifi_restart", "touch /tmp/wifi_restart", nullptr);
 }
 
 int wifi_restart(int radio) {
@@ -115,11 +116,11 @@ int wifi_restart(int radio) {
 static void remove_modules() {
   if (hasMTK7615() != 0) {
     trace_rpc("wifi_reset", "removing kernel module %s\n", "mt7615_ap.ko");
-    run_captured("wifi_reset", "rmmod mt7615_ap.ko");
+    ex_cmd("wifi_reset", "rmmod mt7615_ap.ko", nullptr);
     return;
   }
-  run_captured("wifi_reset", "rmmod mt7603e_ap.ko");
-  run_captured("wifi_reset", "rmmod mt7612e_ap.ko");
+  ex_cmd("wifi_reset", "rmmod mt7603e_ap.ko", nullptr);
+  ex_cmd("wifi_reset", "rmmod mt7612e_ap.ko", nullptr);
 }
 
 int wifi_reset() {

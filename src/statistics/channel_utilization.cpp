@@ -17,7 +17,7 @@ int wlan_setChannelUtilizationEnable(int radio, int enable) {
   char command[64];
   snprintf(command, sizeof command, "iwpriv %s set ApEnableRadioChStats=%d",
            bss_interface(radio).text, enable);
-  if (run_command(command)) return 0;
+  if (run_command(command) != -1) return 0;
   REV_ERROR("failed to enable channel utilization\n ");
   return -1;
 }

@@ -8,6 +8,7 @@
 #include "statistics/radstat_client.h"
 #include "sys/board.h"
 #include "sys/command.h"
+#include "sys/whole_file.h"
 
 int last_radstat_index = -1;
 

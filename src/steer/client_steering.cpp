@@ -11,6 +11,7 @@
 #include "steer/mac_text.h"
 #include "sys/board.h"
 #include "sys/command.h"
+#include "sys/quoting.h"
 #include "sys/wext.h"
 #include "wlan/driver_gate.h"
 

@@ -1,61 +1,101 @@
 #include "sys/command.h"
 
-#include <sys/stat.h>
+#include <fcntl.h>
+#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cctype>
+#include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
-#include "sys/shell.h"
+#include "diag/trace.h"
 
-bool run_command(const char* command) {
-  return system(command) != -1;
-}
+static constexpr size_t kReadStep = 256;
 
-bool command_succeeds(const char* command) {
+int run_command(const char* command) {
   const int status = system(command);
-  return status != -1 && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+  if (status == -1) return -1;
+  return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
 
-void run_captured(const char* caller, const char* command) {
-  char* output = nullptr;
-  // ex_cmd reports a command that cannot be run.
-  static_cast<void>(ex_cmd(caller, command, &output));
-  free(output);
+void probe_lines(const char* command, void (*take)(const char* line, void* context),
+                 void* context) {
+  FILE* stream = popen(command, "re");
+  if (stream == nullptr) return;
+  char line[64];
+  while (fgets(line, sizeof line, stream) != nullptr)
+    take(line, context);
+  // pclose, so that the shell does not remain as a zombie.
+  pclose(stream);
 }
 
-bool path_exists(const char* path) {
-  return access(path, F_OK) == 0;
+static void take_number(const char* line, void* number) {
+  *static_cast<int*>(number) = atoi(line);
 }
 
-bool name_exists(const char* path) {
-  struct stat status;
-  return lstat(path, &status) == 0;
+int probe_number(const char* command, int missing) {
+  int number = missing;
+  probe_lines(command, take_number, &number);
+  return number;
 }
 
-static bool is_plain(const char* text) {
-  for (; *text != '\0'; ++text) {
-    const bool plain = isalnum(static_cast<unsigned char>(*text)) != 0 && isascii(*text) != 0;
-    if (!plain && strchr("._-:", *text) == nullptr) return false;
+static int read_all(const char* caller, const char* command, FILE* stream, char** output) {
+  size_t length = 0;
+  while (!feof(stream)) {
+    char* grown = static_cast<char*>(realloc(*output, length + kReadStep));
+    if (grown == nullptr) {
+      trace_rpc("ex_cmd", "%s: realloc %s error\n", caller, command);
+      return -1;
+    }
+    *output = grown;
+    grown[length] = '\0';
+    if (fgets(grown + length, kReadStep, stream) == nullptr || grown[length] == '\0') break;
+    length += strlen(grown + length);
   }
-  return true;
+  return 0;
 }
 
-void quote_for_shell(const char* text, char* out, size_t size) {
-  static constexpr char kQuote[] = "'\\''";
-  const bool plain = is_plain(text);
-  // Always leaves room for the closing quote and the NUL.
-  const char* end = out + size - (plain ? 1 : 2);
-  if (!plain) *out++ = '\'';
-  for (; *text != '\0'; ++text) {
-    const bool quote = *text == '\'';
-    const size_t length = quote ? sizeof kQuote - 1 : 1;
-    if (out + length > end) break;
-    memcpy(out, quote ? kQuote : text, length);
-    out += length;
+int ex_cmd(const char* caller, const char* command, char** output) {
+  char* text = nullptr;
+  int status = -1;
+  FILE* stream = popen(command, "re");
+  if (stream == nullptr) {
+    RPC_TRACE("%s: popen %s error\n", caller, command);
+  } else {
+    status = read_all(caller, command, stream, &text);
+    pclose(stream);
   }
-  if (!plain) *out++ = '\'';
-  *out = '\0';
+  if (output != nullptr) {
+    *output = text;
+  } else {
+    free(text);
+  }
+  return status;
+}
+
+static int spawn_shell(const char* command, pid_t* child) {
+  posix_spawn_file_actions_t actions;
+  int error = posix_spawn_file_actions_init(&actions);
+  if (error != 0) return error;
+  error = posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+  char shell[] = "sh";
+  char option[] = "-c";
+  char* const words[] = {shell, option, const_cast<char*>(command), nullptr};
+  if (error == 0) error = posix_spawn(child, "/bin/sh", &actions, nullptr, words, environ);
+  posix_spawn_file_actions_destroy(&actions);
+  return error;
+}
+
+int cfg_executecmd(const char* caller, const char* command) {
+  RPC_TRACE("%s: cmd:%s\n", __func__, command);
+  pid_t child = -1;
+  if (spawn_shell(command, &child) != 0) {
+    RPC_TRACE("%s: popen %s error\n", caller, command);
+    return -1;
+  }
+  while (waitpid(child, nullptr, 0) == -1 && errno == EINTR) {
+  }
+  return 0;
 }

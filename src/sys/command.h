@@ -2,38 +2,28 @@
 
 #include <cstddef>
 
-// Runs command lines and quotes text for them.
+// The ways to run a shell command line. Each waits for the command; they differ in where
+// its standard output goes and in what is reported. All are re-entrant.
 
-// Runs a command line, whose exit status does not matter, and waits for it. False only
-// when no shell could be run.
-bool run_command(const char* command);
+// Output: the daemon's own standard output. Returns the exit status of the command, 128 +
+// N after signal N, or -1 when no shell could be run.
+int run_command(const char* command);
 
-// Runs a command line and waits for it. True when it exited with status 0.
-[[nodiscard]] bool command_succeeds(const char* command);
+// Output: discarded, so that a daemon which the command starts may print without harm. The
+// command is traced. Returns 0 when it could be started, otherwise -1 with a message.
+// `caller` names the calling function in messages.
+int cfg_executecmd(const char* caller, const char* command);
 
-// Like run_command, through ex_cmd; the output is discarded.
-void run_captured(const char* caller, const char* command);
+// Output: `*output`, a NUL-terminated text that the caller frees, even after a failure, or
+// null; with a null `output` it is read and discarded. The buffer grows by 256 bytes per
+// line read, so a command that prints nothing leaves an empty 256-byte buffer. Returns 0
+// whatever the exit status of the command, or -1 with a message when the shell cannot be
+// run or memory runs out. `caller` names the calling function in messages.
+int ex_cmd(const char* caller, const char* command, char** output);
 
-// Whether a path exists. A symbolic link must lead to something.
-[[nodiscard]] bool path_exists(const char* path);
+// Output: passed on line by line, in pieces of at most 63 characters. Reports nothing, not
+// even that the shell could not be started.
+void probe_lines(const char* command, void (*take)(const char* line, void* context), void* context);
 
-// Whether the name exists, even as a symbolic link that leads nowhere.
-[[nodiscard]] bool name_exists(const char* path);
-
-// Writes a text from outside into `out` for use in a command line: unchanged when it
-// consists of letters, digits, ".", "_", "-" and ":"; otherwise single-quoted, so that no
-// text can run a command. A text that does not fit in `size` bytes is cut, but its quotes
-// stay complete.
-void quote_for_shell(const char* text, char* out, size_t size);
-
-// The same, returned by value, with at most Size - 1 characters.
-template <size_t Size>
-struct shell_word {
-  char text[Size];
-};
-template <size_t Size>
-[[nodiscard]] shell_word<Size> shell_word_of(const char* text) {
-  shell_word<Size> word;
-  quote_for_shell(text, word.text, Size);
-  return word;
-}
+// The number that the command prints; `missing` when it prints nothing or cannot be run.
+[[nodiscard]] int probe_number(const char* command, int missing);

@@ -190,6 +190,15 @@ bool file_overwrite_own(const char* path, const char* data, size_t length, mode_
   return written ? close(file) == 0 : fail_closing(file);
 }
 
+bool path_exists(const char* path) {
+  return access(path, F_OK) == 0;
+}
+
+bool name_exists(const char* path) {
+  struct stat status;
+  return lstat(path, &status) == 0;
+}
+
 bool file_is_filled(const char* path) {
   struct stat status;
   return stat(path, &status) == 0 && status.st_size > 0;

@@ -52,6 +52,12 @@ enum class file_step { kDone, kOpen, kWrite };
 [[nodiscard]] bool file_overwrite_own(const char* path, const char* data, size_t length,
                                       mode_t mode);
 
+// Whether a path exists. A symbolic link must lead to something.
+[[nodiscard]] bool path_exists(const char* path);
+
+// Whether the name exists, even as a symbolic link that leads nowhere.
+[[nodiscard]] bool name_exists(const char* path);
+
 // Whether the file exists and is not empty.
 [[nodiscard]] bool file_is_filled(const char* path);
 

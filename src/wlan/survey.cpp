@@ -60,7 +60,7 @@ int wlan_apAutoChannelSelect(int bss) {
   }
   char command[64];
   snprintf(command, sizeof command, "iwpriv %s set AutoChannelSel=3", bss_interface(bss).text);
-  run_captured(__func__, command);
+  ex_cmd(__func__, command, nullptr);
   return 0;
 }
 

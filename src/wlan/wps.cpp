@@ -10,6 +10,7 @@
 #include "profile/values.h"
 #include "sys/board.h"
 #include "sys/command.h"
+#include "sys/quoting.h"
 #include "sys/wext.h"
 
 // Bits of "WscConfMethods", as numbered by the WPS standard.
@@ -30,7 +31,7 @@ static constexpr size_t kCommandSize = 64;
 static void set_driver(const char* caller, int bss, const char* setting) {
   char command[kCommandSize];
   snprintf(command, sizeof command, "iwpriv %s set %s", bss_interface(bss).text, setting);
-  run_captured(caller, command);
+  ex_cmd(caller, command, nullptr);
 }
 
 // If the command does not fit, the PIN is cut inside its quotes.
@@ -39,7 +40,7 @@ static void set_pin(const char* caller, int bss, const char* pin) {
   const int length =
       snprintf(command, sizeof command, "iwpriv %s set WscPinCode=", bss_interface(bss).text);
   quote_for_shell(pin, command + length, sizeof command - static_cast<size_t>(length));
-  run_captured(caller, command);
+  ex_cmd(caller, command, nullptr);
 }
 
 static void start_session(const char* caller, int bss, int driver_mode) {

@@ -72,16 +72,6 @@ TEST(Authenticator, NothingIsKilledWhereNoneRunsOrNothingCanBeRead) {
   EXPECT_EQ(commands(), "pgrep -l rtdot1xd | grep -c rtdot1xd\n");
 }
 
-TEST(Authenticator, SixteenBytesOfTheCountAreRead) {
-  set_servers(kNone, kNone);
-  note_commands(std::string(15, ' ') + "12\n");
-  rtdot1x_start(1, 0);
-  EXPECT_TRUE(contains(commands(), "/usr/bin/killall -9 rtdot1xd\n"));
-  write_file("/tmp/answer", std::string(16, ' ') + "12\n");
-  rtdot1x_start(1, 0);
-  EXPECT_EQ(commands(), "pgrep -l rtdot1xd | grep -c rtdot1xd\n");
-}
-
 TEST(Authenticator, OnlyItsStartIsLogged) {
   set_servers(kEighth, kNone);
   note_commands("1\n");

@@ -1,26 +1,13 @@
-#include "sys/probe.h"
+#include "sys/process.h"
 
 #include <dirent.h>
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cctype>
 #include <climits>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-
-bool probe_number(const char* command, size_t size, int* number) {
-  FILE* stream = popen(command, "re");
-  if (stream == nullptr) return false;
-  char text[33] = {};
-  const size_t length = fread(text, 1, std::min(size, sizeof text - 1), stream);
-  // pclose, so that the probe does not remain as a zombie.
-  pclose(stream);
-  *number = atoi(text);
-  return length > 0;
-}
 
 // Whether /proc/PID/status describes such a process. Compares the real user: a
 // set-user-ID program still belongs to whoever started it.
@@ -64,14 +51,4 @@ void reserve_standard_streams() {
   while (file >= 0 && file <= STDERR_FILENO)
     file = open("/dev/null", O_RDWR);
   if (file > STDERR_FILENO) close(file);
-}
-
-void probe_lines(const char* command, void (*take)(const char* line, void* context),
-                 void* context) {
-  FILE* stream = popen(command, "re");
-  if (stream == nullptr) return;
-  char line[64];
-  while (fgets(line, sizeof line, stream) != nullptr)
-    take(line, context);
-  pclose(stream);
 }
