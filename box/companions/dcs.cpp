@@ -5,8 +5,8 @@
 #include "companions/companion.h"
 #include "companions/programs.h"
 
-static constexpr const char* kPath = "/var/run/dcsD";
-static constexpr const char* kRecord = "/run/gwbox/dcs.jsonl";
+static constexpr const char* kDcsPath = "/var/run/dcsD";
+static constexpr const char* kDcsRecord = "/run/gwbox/dcs.jsonl";
 
 // What dcs is sent: a setting as a text, or its log level.
 struct dcs_message {
@@ -40,15 +40,15 @@ static void decode(const std::string& bytes, nlohmann::ordered_json& line) {
 
 int dcs_main() {
   companion self = companion_begin({});
-  int fd = companion_listen(kPath);
+  int fd = companion_listen(kDcsPath);
   if (fd < 0) return 1;
   companion_datagram datagram;
   while (companion_receive(self, fd, datagram)) {
     nlohmann::ordered_json line = {{"size", datagram.bytes.size()}};
     decode(datagram.bytes, line);
     line["hex"] = text_hex(datagram.bytes);
-    companion_record(kRecord, line);
+    companion_record(kDcsRecord, line);
   }
-  companion_unlisten(kPath);
+  companion_unlisten(kDcsPath);
   return 0;
 }

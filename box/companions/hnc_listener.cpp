@@ -9,10 +9,10 @@
 #include "companions/programs.h"
 #include "host/interfaces.h"
 
-static constexpr const char* kRecord = "/run/gwbox/hnc.jsonl";
+static constexpr const char* kListenerRecord = "/run/gwbox/hnc.jsonl";
 static constexpr uint16_t kPort = 4567;
-static constexpr double kLateSeconds = 1.5;
-static constexpr size_t kShortSize = 20, HUGE_SIZE = 8000;
+static constexpr double kListenerLateSeconds = 1.5;
+static constexpr size_t kListenerShortSize = 20, kHugeSize = 8000;
 
 static int listen_there() {
   sockaddr_in address = {};
@@ -52,17 +52,17 @@ static void record(size_t size, const hnc_request& request, const hnc_reply& rep
   if (is_set && name == "SuppHneEntry") line["record"] = supported_fields(request.supported);
   if (!is_set) line["answer"] = hnc_text(reply.value);
   line["table_error"] = reply.table_error;
-  companion_record(kRecord, line);
+  companion_record(kListenerRecord, line);
 }
 
 // Changes BYTES to what a listener that behaves like that would send; false for no answer.
 static bool shape_answer(const std::string& behaviour, companion& self, std::string& bytes) {
   if (behaviour == "silent") return false;
   if (behaviour == "empty") bytes.clear();
-  if (behaviour == "short") bytes.resize(kShortSize);
-  if (behaviour == "huge") bytes.resize(HUGE_SIZE, 'H');
+  if (behaviour == "short") bytes.resize(kListenerShortSize);
+  if (behaviour == "huge") bytes.resize(kHugeSize, 'H');
   if (behaviour == "unterminated") bytes.assign(bytes.size(), 'U');
-  return behaviour != "late" || companion_pause(self, kLateSeconds);
+  return behaviour != "late" || companion_pause(self, kListenerLateSeconds);
 }
 
 static void serve(companion& self, int fd, hnc_store& store, const companion_datagram& asked) {

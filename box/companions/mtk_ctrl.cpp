@@ -6,10 +6,10 @@
 #include "companions/companion_data.h"
 #include "companions/programs.h"
 
-static constexpr const char* kPath = "/var/run/mtk_ctrl_path";
-static constexpr const char* kRecord = "/run/gwbox/mtk_ctrl.jsonl";
-static constexpr double kLateSeconds = 3;
-static constexpr size_t kShortSize = 40;
+static constexpr const char* kCtrlPath = "/var/run/mtk_ctrl_path";
+static constexpr const char* kCtrlRecord = "/run/gwbox/mtk_ctrl.jsonl";
+static constexpr double kCtrlLateSeconds = 3;
+static constexpr size_t kCtrlShortSize = 40;
 
 struct ctrl_request {
   uint32_t command;
@@ -66,24 +66,24 @@ static void serve(companion& self, int fd, const companion_datagram& asked) {
   ctrl_request request = {};
   size_t size = asked.bytes.size();
   memcpy(&request, asked.bytes.data(), size < sizeof request ? size : sizeof request);
-  companion_record(kRecord,
+  companion_record(kCtrlRecord,
                    {{"size", size}, {"command", request.command}, {"radio", request.radio}});
   if (size < sizeof request || request.command != kGetEvents) return;
   nlohmann::json data = companion_data("mtk_ctrl");
   std::string behaviour = companion_behaviour(data), reply = make_reply(data, request.radio);
   if (behaviour == "silent") return;
-  if (behaviour == "short") reply.resize(kShortSize);
-  if (behaviour == "late" && !companion_pause(self, kLateSeconds)) return;
+  if (behaviour == "short") reply.resize(kCtrlShortSize);
+  if (behaviour == "late" && !companion_pause(self, kCtrlLateSeconds)) return;
   companion_answer(fd, asked, reply);
 }
 
 int mtk_ctrl_main() {
   companion self = companion_begin({});
-  int fd = companion_listen(kPath);
+  int fd = companion_listen(kCtrlPath);
   if (fd < 0) return 1;
   companion_datagram datagram;
   while (companion_receive(self, fd, datagram))
     serve(self, fd, datagram);
-  companion_unlisten(kPath);
+  companion_unlisten(kCtrlPath);
   return 0;
 }

@@ -12,9 +12,9 @@
 #include "companions/programs.h"
 
 static constexpr const char* kDirectory = "/var/run/radstat";
-static constexpr const char* kRecord = "/run/gwbox/radstat.jsonl";
-static constexpr double kLateSeconds = 3;
-static constexpr size_t kShortSize = 40;
+static constexpr const char* kRadstatRecord = "/run/gwbox/radstat.jsonl";
+static constexpr double kRadstatLateSeconds = 3;
+static constexpr size_t kRadstatShortSize = 40;
 static constexpr int kRssiEntries = 37;
 
 struct radstat_reply {
@@ -96,8 +96,8 @@ static void serve(companion& self, int fd, const companion_datagram& asked,
   std::string behaviour = companion_behaviour(data);
   if (behaviour == "silent") return;
   if (behaviour == "zeros") bytes.assign(sizeof reply, '\0');
-  if (behaviour == "short") bytes.resize(kShortSize);
-  if (behaviour == "late" && !companion_pause(self, kLateSeconds)) return;
+  if (behaviour == "short") bytes.resize(kRadstatShortSize);
+  if (behaviour == "late" && !companion_pause(self, kRadstatLateSeconds)) return;
   companion_answer(fd, asked, bytes);
 }
 
@@ -112,11 +112,11 @@ int radstat_main(const std::string& name, int argc, char** argv) {
   if (mkdir(kDirectory, 0755) < 0 && errno != EEXIST) perror(kDirectory);
   int fd = companion_listen(path.c_str());
   if (fd < 0) return 1;
-  companion_record(kRecord, {{"name", name},
-                             {"interface", options.interface},
-                             {"r", options.r},
-                             {"m", options.m},
-                             {"R", options.R}});
+  companion_record(kRadstatRecord, {{"name", name},
+                                    {"interface", options.interface},
+                                    {"r", options.r},
+                                    {"m", options.m},
+                                    {"R", options.R}});
   companion_datagram datagram;
   while (companion_receive(self, fd, datagram))
     serve(self, fd, datagram, options.interface);

@@ -19,7 +19,7 @@
 #include "control/connection.h"
 
 static constexpr size_t kNameMaxSize = 64;
-static constexpr int kBacklog = 64;
+static constexpr int kNameBacklog = 64;
 static constexpr const char* kAddressHead = "gwbox/";
 
 // An abstract socket address: it begins with a zero byte and has no file.
@@ -63,7 +63,7 @@ bool reach_take_name(const std::string& name, int& fd) {
 }
 
 bool reach_listen(int fd) {
-  return listen(fd, kBacklog) == 0 || report_errno(nullptr, "listen on the name of the box");
+  return listen(fd, kNameBacklog) == 0 || report_errno(nullptr, "listen on the name of the box");
 }
 
 void reach_serve(int fd) {

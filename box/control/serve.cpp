@@ -13,7 +13,7 @@
 #include "control/status.h"
 #include "gateway/around.h"
 
-static constexpr int kBacklog = 16;
+static constexpr int kControlBacklog = 16;
 static constexpr double kTimeMax = 1e12;  // seconds; 64 bits hold it in microseconds
 
 // Every user in the box may use it: a box has no users to protect from each other.
@@ -22,7 +22,7 @@ int control_listen() {
   int fd = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
   if (fd >= 0 && control_address("", address) &&
       bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
-      chmod(kControlPath, 0666) == 0 && listen(fd, kBacklog) == 0) {
+      chmod(kControlPath, 0666) == 0 && listen(fd, kControlBacklog) == 0) {
     return fd;
   }
   report_errno(nullptr, "open the control socket %s", kControlPath);

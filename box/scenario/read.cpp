@@ -5,7 +5,7 @@
 #include "base/board.h"
 #include "scenario/parts.h"
 
-static const scenario_json& member(const scenario_json& object, const char* name) {
+static const scenario_json& part(const scenario_json& object, const char* name) {
   static const scenario_json nothing = scenario_json::object();
   auto found = object.find(name);
   return found == object.end() ? nothing : *found;
@@ -31,9 +31,9 @@ static scenario_station read_station(const scenario_json& object) {
   scenario_station station = {};
   station.mac = mac_of(object, "mac");
   station.bss = object.value("bss", 1) - 1;
-  for (const scenario_json& other : member(object, "others"))
+  for (const scenario_json& other : part(object, "others"))
     station.others.push_back(other.get<int>() - 1);
-  for (const scenario_json& rssi : member(object, "rssi"))
+  for (const scenario_json& rssi : part(object, "rssi"))
     station.rssi.push_back(rssi.get<int>());
   if (station.rssi.empty()) station.rssi = {-55, -57};
   const char* usual = station.bss < kBoardFirst5ghz ? "HT20 MCS15 SGI" : "VHT80 MCS9 NSS2 SGI";
@@ -45,8 +45,8 @@ static scenario_station read_station(const scenario_json& object) {
   station.appears = object.value("appears", 0.0);
   station.leaves = object.value("leaves", -1.0);
   station.returns_after = object.value("returns_after", -1.0);
-  station.start = read_traffic(member(object, "start"));
-  station.per_second = read_traffic(member(object, "per_second"));
+  station.start = read_traffic(part(object, "start"));
+  station.per_second = read_traffic(part(object, "per_second"));
   return station;
 }
 
@@ -63,7 +63,7 @@ static scenario_neighbour read_neighbour(const scenario_json& object) {
 static scenario_nonassoc read_nonassoc(const scenario_json& object) {
   scenario_nonassoc station = {
       mac_of(object, "mac"), radio_of(object), object.value("newest", -1), {}};
-  for (const scenario_json& given : member(object, "observations")) {
+  for (const scenario_json& given : part(object, "observations")) {
     scenario_observation seen = {};
     seen.rssi = given.value("rssi", 0);
     int* d = seen.date;
@@ -106,8 +106,8 @@ static scenario_radio read_radio(const scenario_json& object) {
   radio.survey_seconds = object.value("survey_seconds", 3.0);
   radio.load_period = object.value("load_period", 1000u);
   radio.load_busy = object.value("load_busy", 100u);
-  radio.wps = read_wps(member(object, "wps"));
-  for (const scenario_json& limit : member(object, "power"))
+  radio.wps = read_wps(part(object, "wps"));
+  for (const scenario_json& limit : part(object, "power"))
     radio.power.push_back({limit.value("channel", 1), limit.value("dbm", 0)});
   return radio;
 }
@@ -117,17 +117,17 @@ void scenario_fill(const scenario_json& document, scenario& s) {
   s.name = document.value("name", std::string());
   s.board = document.value("board", std::string());
   s.speed = document.value("speed", 1.0);
-  s.radios[0] = read_radio(member(member(document, "radios"), "ra0"));
-  s.radios[1] = read_radio(member(member(document, "radios"), "ra8"));
-  for (const scenario_json& given : member(document, "stations"))
+  s.radios[0] = read_radio(part(part(document, "radios"), "ra0"));
+  s.radios[1] = read_radio(part(part(document, "radios"), "ra8"));
+  for (const scenario_json& given : part(document, "stations"))
     s.stations.push_back(read_station(given));
-  for (const scenario_json& given : member(document, "neighbours"))
+  for (const scenario_json& given : part(document, "neighbours"))
     s.neighbours.push_back(read_neighbour(given));
-  for (const scenario_json& given : member(document, "nonassoc"))
+  for (const scenario_json& given : part(document, "nonassoc"))
     s.nonassoc.push_back(read_nonassoc(given));
-  for (const scenario_json& given : member(document, "bss"))
+  for (const scenario_json& given : part(document, "bss"))
     s.bss.push_back(read_bss(given));
-  for (const scenario_json& given : member(document, "events"))
+  for (const scenario_json& given : part(document, "events"))
     s.events.push_back({given.value("at", 0.0), given.value("set", std::string()),
                         given.value("fail", std::string())});
   s.text = document.dump(2) + "\n";

@@ -11,7 +11,7 @@
 #include "wire/rpc.h"
 
 // No call can be longer.
-static constexpr size_t kLongest = kCallBytesMax;
+static constexpr size_t kFileMax = kCallBytesMax;
 
 static bool is_text(const argument_spec& argument) {
   return argument.type == argument_type::kString || argument.type == argument_type::kText;
@@ -20,14 +20,14 @@ static bool is_text(const argument_spec& argument) {
 // Appends everything that can be read. Returns the error, or ""; too long is an error.
 static std::string read_all(int fd, std::string& text) {
   char bytes[4096];
-  while (text.size() <= kLongest) {
+  while (text.size() <= kFileMax) {
     const ssize_t length = read(fd, bytes, sizeof bytes);
     if (length < 0 && errno == EINTR) continue;
     if (length < 0) return strerror(errno);
     if (length == 0) return "";
     text.append(bytes, static_cast<size_t>(length));
   }
-  return text_format("it is longer than %zu bytes, which no call takes", kLongest);
+  return text_format("it is longer than %zu bytes, which no call takes", kFileMax);
 }
 
 static std::string read_file(const std::string& path, std::string& text) {

@@ -9,7 +9,7 @@
 #include "wire/lookup.h"
 #include "wire/table.h"
 
-static constexpr char kOptions[] =
+static constexpr char kOptionNames[] =
     "--host --port --timeout --json --raw --force --inert-ok --version --help";
 
 using command_rows = std::span<const command_row* const>;
@@ -158,7 +158,8 @@ static std::string chooser(command_rows commands) {
          "  if [ -z \"$procedure\" ]; then\n"
          "    kind=names\n"
          "    offers=\"$names " +
-         names_of(commands) + " " + kOptions + "\"\n" + caller_lines(commands, "0", "", "$names") +
+         names_of(commands) + " " + kOptionNames + "\"\n" +
+         caller_lines(commands, "0", "", "$names") +
          "    return\n"
          "  fi\n"
          "  case $procedure/$last in\n" +
@@ -219,13 +220,13 @@ static exit_status run_completion(const output_streams& streams, const client_op
   return kExitDone;
 }
 
-static constexpr const char* kUsages[] = {"completion bash|zsh"};
-static constexpr command_offer kOffers[] = {{"0", "bash zsh"}};
+static constexpr const char* kCompletionUsages[] = {"completion bash|zsh"};
+static constexpr command_offer kCompletionOffers[] = {{"0", "bash zsh"}};
 
 const command_row kCompletionCommand = {
     .name = "completion",
-    .usages = kUsages,
+    .usages = kCompletionUsages,
     .meaning = "for the shell: source <(wificonf completion bash)",
-    .offers = kOffers,
+    .offers = kCompletionOffers,
     .has_json = false,
     .run = run_completion};

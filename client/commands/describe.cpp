@@ -6,8 +6,8 @@
 #include "show/json.h"
 #include "wire/lookup.h"
 
-static constexpr const char* kUsages[] = {"[--json] describe PROCEDURE"};
-static constexpr command_offer kOffers[] = {{"0", "", nullptr, true}};
+static constexpr const char* kDescribeUsages[] = {"[--json] describe PROCEDURE"};
+static constexpr command_offer kDescribeOffers[] = {{"0", "", nullptr, true}};
 
 static exit_status run_describe(const output_streams& streams, const client_options& options) {
   if (options.words.size() != 2)
@@ -21,7 +21,7 @@ static exit_status run_describe(const output_streams& streams, const client_opti
 
 const command_row kDescribeCommand = {
     .name = "describe",
-    .usages = kUsages,
+    .usages = kDescribeUsages,
     .meaning = "its arguments, its result, what it does, what to call first, an example",
-    .offers = kOffers,
+    .offers = kDescribeOffers,
     .run = run_describe};

@@ -122,13 +122,13 @@ static exit_status run_dump(const output_streams& streams, const client_options&
   return kExitDone;
 }
 
-static constexpr const char* kUsages[] = {"[OPTION...] dump [--redact]"};
-static constexpr command_offer kOffers[] = {{"0", "--redact"}};
+static constexpr const char* kDumpUsages[] = {"[OPTION...] dump [--redact]"};
+static constexpr command_offer kDumpOffers[] = {{"0", "--redact"}};
 
 const command_row kDumpCommand = {.name = "dump",
-                                  .usages = kUsages,
+                                  .usages = kDumpUsages,
                                   .meaning =
                                       "all that the gateway tells of itself, as JSON; --redact "
                                       "leaves out secrets and gives addresses and names others",
-                                  .offers = kOffers,
+                                  .offers = kDumpOffers,
                                   .run = run_dump};

@@ -90,17 +90,17 @@ static std::string topic_words() {
   return out;
 }
 
-static constexpr const char* kUsages[] = {"[--json] list [--active] [--topic TOPIC] [PATTERN]",
-                                          "[--json] list --topics"};
-static constexpr command_offer kOffers[] = {
+static constexpr const char* kListUsages[] = {"[--json] list [--active] [--topic TOPIC] [PATTERN]",
+                                              "[--json] list --topics"};
+static constexpr command_offer kListOffers[] = {
     {"0", "--active --topic --topics"}, {"--active", "--topic"}, {"--topic", "", topic_words}};
 
 const command_row kListCommand = {
     .name = "list",
-    .usages = kUsages,
+    .usages = kListUsages,
     .meaning =
         "procedures whose name or summary has PATTERN, in which * and ? are wildcards; with "
         "--active without those that do nothing, with --topic those of one topic, and --topics "
         "tells which topics there are",
-    .offers = kOffers,
+    .offers = kListOffers,
     .run = run_list};

@@ -8,8 +8,8 @@
 #include "commands/session.h"
 #include "show/json.h"
 
-static constexpr const char* kUsages[] = {"[OPTION...] ping [--wait SECONDS]"};
-static constexpr command_offer kOffers[] = {{"0", "--wait"}};
+static constexpr const char* kPingUsages[] = {"[OPTION...] ping [--wait SECONDS]"};
+static constexpr command_offer kPingOffers[] = {{"0", "--wait"}};
 
 // For "--wait", in seconds: the longest wait, the timeout of one try, and the pause between
 // tries.
@@ -62,9 +62,9 @@ static exit_status run_ping(const output_streams& streams, const client_options&
 }
 
 const command_row kPingCommand = {.name = "ping",
-                                  .usages = kUsages,
+                                  .usages = kPingUsages,
                                   .meaning =
                                       "is the daemon there, and how long does an answer take; "
                                       "--wait asks until it is, that long at most",
-                                  .offers = kOffers,
+                                  .offers = kPingOffers,
                                   .run = run_ping};

@@ -5,8 +5,8 @@
 #include "base/text.h"
 
 // In milliseconds: whole numbers are the same in floating-point registers of any width.
-static constexpr double kShortest = 10;
-static constexpr double kLongest = 86400e3;
+static constexpr double kShortestMs = 10;
+static constexpr double kLongestMs = 86400e3;
 
 static constexpr struct {
   const char* name;
@@ -51,7 +51,7 @@ bool repeat_parse_time(const std::string& text, double* seconds) {
     if (std::string_view(unit.name) != end) continue;
     const double milliseconds = number * unit.milliseconds;
     *seconds = milliseconds / 1000;
-    return milliseconds >= kShortest && milliseconds <= kLongest;
+    return milliseconds >= kShortestMs && milliseconds <= kLongestMs;
   }
   return false;
 }

@@ -4,6 +4,9 @@
 #include <string>
 #include <vector>
 
+// Seconds after which a call is shown as late, and between updates of how late it is.
+inline constexpr double kLateSeconds = 1;
+
 struct repeat_settings {
   double every = 1;         // seconds
   unsigned long count = 0;  // 0: endless

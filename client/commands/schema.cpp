@@ -5,10 +5,10 @@
 #include "commands/session.h"
 #include "wire/lookup.h"
 
-static constexpr const char* kUsages[] = {"schema PROCEDURE|error|top",
-                                          "schema --arguments PROCEDURE"};
-static constexpr command_offer kOffers[] = {{"0", "error top --arguments", nullptr, true},
-                                            {"1", "", nullptr, true}};
+static constexpr const char* kSchemaUsages[] = {"schema PROCEDURE|error|top",
+                                                "schema --arguments PROCEDURE"};
+static constexpr command_offer kSchemaOffers[] = {{"0", "error top --arguments", nullptr, true},
+                                                  {"1", "", nullptr, true}};
 
 static exit_status run_schema(const output_streams& streams, const client_options& options) {
   const std::vector<std::string>& words = options.words;
@@ -30,9 +30,9 @@ static exit_status run_schema(const output_streams& streams, const client_option
 
 const command_row kSchemaCommand = {
     .name = "schema",
-    .usages = kUsages,
+    .usages = kSchemaUsages,
     .meaning =
         "JSON Schema of what --json prints of its result, of a failure, or of top; with "
         "--arguments of the procedure's arguments",
-    .offers = kOffers,
+    .offers = kSchemaOffers,
     .run = run_schema};

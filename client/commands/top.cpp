@@ -30,8 +30,6 @@ struct top_view {
 
 }  // namespace
 
-// In seconds: when a call is shown as late, and how often that is updated.
-static constexpr double kLate = 1;
 static constexpr size_t kTableHead = 2;  // lines: headings and units
 // On fewer lines only the title and the stations are shown.
 static constexpr size_t kHeightOfAll = 6;
@@ -94,7 +92,7 @@ static std::string note_of(const top_view& view, size_t width) {
   const std::string age = view.shown.taken == 0 ? ""
                                                 : text_format("; what is shown is %.0f s old",
                                                               std::floor(now - view.shown.taken));
-  if (view.asking != 0 && now - view.asking_since >= kLate)
+  if (view.asking != 0 && now - view.asking_since >= kLateSeconds)
     return text_wrap(text_format("waiting for BSS %d, %.0f s so far", view.asking,
                                  std::floor(now - view.asking_since)) +
                          age,
@@ -171,14 +169,14 @@ static void scroll(top_view& view, live_key key) {
 }
 
 // Called during a call without an answer; false gives the call up.
-static bool go_on(void* context) {
+static bool top_go_on(void* context) {
   top_view& view = *static_cast<top_view*>(context);
   for (live_key key = live_read(); key != live_key::kNone; key = live_read()) {
     if (key == live_key::kQuit) return false;
     scroll(view, key);
   }
   const double now = moment_now();
-  if (now - view.asking_since >= kLate && now - view.drawn >= kLate) draw(view);
+  if (now - view.asking_since >= kLateSeconds && now - view.drawn >= kLateSeconds) draw(view);
   return true;
 }
 
@@ -194,7 +192,7 @@ static bool wait(top_view& view, double moment) {
 
 // False if the user quits.
 static bool take(top_view& view) {
-  const call_idle idle = {live_fd(), go_on, &view};
+  const call_idle idle = {live_fd(), top_go_on, &view};
   view.asking_since = moment_now();
   top_sample sample = top_take(view.options, view.settings.choice, view.shown, &idle, &view.asking);
   view.asking = 0;
@@ -259,25 +257,22 @@ static exit_status run_top(const output_streams& streams, const client_options& 
   return run_on_terminal(streams, options, settings);
 }
 
-static std::string order_names() {
-  std::string out;
-  for (const top_order& order : top_orders())
-    out += (out.empty() ? "" : " ") + std::string(order.name);
-  return out;
+static std::string offered_orders() {
+  return top_order_names(" ");
 }
 
-static constexpr const char* kUsages[] = {
+static constexpr const char* kTopUsages[] = {
     "[OPTION...] top [--every TIME] [--count N] [--sort KEY] [--bss LIST]"};
-static constexpr command_offer kOffers[] = {{"*", "--every --count --sort --bss"},
-                                            {"--sort", "", order_names}};
+static constexpr command_offer kTopOffers[] = {{"*", "--every --count --sort --bss"},
+                                               {"--sort", "", offered_orders}};
 
 const command_row kTopCommand = {
     .name = "top",
-    .usages = kUsages,
+    .usages = kTopUsages,
     .meaning =
         "stations of all BSSs, or of those of LIST, such as 1,9; the busiest first, or by KEY: "
         "bss, station, rssi, down, up, out, in, sent, received. Arrows and page keys scroll, q "
         "quits. UP and BTM are known on an MT7615 only: elsewhere UP is DOWN, and BTM '-'",
-    .offers = kOffers,
+    .offers = kTopOffers,
     .valued = "--bss",
     .run = run_top};

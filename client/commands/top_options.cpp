@@ -21,10 +21,10 @@ static bool read_bsses(const std::string& text, std::vector<int>& bsses) {
   return true;
 }
 
-static std::string order_names() {
+std::string top_order_names(const char* separator) {
   std::string names;
   for (const top_order& order : top_orders())
-    names.append(names.empty() ? "" : ", ").append(order.name);
+    names.append(names.empty() ? "" : separator).append(order.name);
   return names;
 }
 
@@ -43,7 +43,7 @@ static bool take_choice(std::vector<std::string>& words, top_choice& choice, std
     if (found != orders.end())
       choice.order = &*found;
     else
-      error = "--sort takes " + order_names() + ", not " + text_quote(words[1]);
+      error = "--sort takes " + top_order_names(", ") + ", not " + text_quote(words[1]);
   }
   words.erase(words.begin(), words.begin() + 2);
   return error.empty();

@@ -15,3 +15,6 @@ struct top_options {
 // Parses the words after the command. Default: every BSS, busiest first. False: `error` is one
 // line.
 bool top_options_read(std::vector<std::string> words, top_options& settings, std::string& error);
+
+// The keys that --sort takes.
+std::string top_order_names(const char* separator);

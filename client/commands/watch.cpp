@@ -30,9 +30,6 @@ static std::string plain_value(const procedure_row& procedure, const decoded_rep
   return text_format("code %d", reply.code);
 }
 
-// In seconds: when a call is shown as late, and how often that is updated.
-static constexpr double kLate = 1;
-
 // The whole screen, starting with a clear.
 static std::string screen_of(const output_streams& streams, const procedure_row& procedure,
                              double every, const std::string& text) {
@@ -82,12 +79,12 @@ static void draw(watching& state, const std::string& text) {
 }
 
 // Called during a call without an answer; false gives the call up.
-static bool go_on(void* context) {
+static bool watch_go_on(void* context) {
   watching& state = *static_cast<watching*>(context);
   if (live_read() == live_key::kQuit) return false;
   const double now = moment_now();
   const double waited = now - state.asking_since;
-  if (waited < kLate || now - state.drawn < kLate) return true;
+  if (waited < kLateSeconds || now - state.drawn < kLateSeconds) return true;
   const std::string age = state.shown.empty() ? ""
                                               : text_format("; what is shown is %.0f s old",
                                                             std::floor(now - state.before.taken));
@@ -123,7 +120,7 @@ static void show_answer(watching& state, size_t width, const sample& current) {
 // False if the user quits; otherwise *status is that of this call alone.
 static bool take_sample(watching& state, exit_status* status) {
   const size_t width = state.redrawn ? terminal_width(state.streams.out) : 0;
-  const call_idle idle = {state.redrawn ? live_fd() : -1, go_on, &state};
+  const call_idle idle = {state.redrawn ? live_fd() : -1, watch_go_on, &state};
   state.asking_since = moment_now();
   sample current = {};
   const failure_report failure =
@@ -205,18 +202,18 @@ static exit_status run_watch(const output_streams& streams, const client_options
   return status;
 }
 
-static constexpr const char* kUsages[] = {
+static constexpr const char* kWatchUsages[] = {
     "[OPTION...] watch [--every TIME] [--count N] [--force] PROCEDURE [ARGUMENT...]"};
-static constexpr command_offer kOffers[] = {{"0", "--every --count --force", nullptr, true},
-                                            {"*", "--every --count"}};
+static constexpr command_offer kWatchOffers[] = {{"0", "--every --count --force", nullptr, true},
+                                                 {"*", "--every --count"}};
 
 const command_row kWatchCommand = {
     .name = "watch",
-    .usages = kUsages,
+    .usages = kWatchUsages,
     .meaning =
         "calls again and again, every second if not told otherwise; counters have their rates. "
         "TIME is 10ms to 24h, N how many calls; q quits. What is no getter takes --force",
-    .offers = kOffers,
+    .offers = kWatchOffers,
     .valued = "--every --count",
     .calls_procedure = true,
     .run = run_watch};

@@ -98,8 +98,8 @@ std::span<const int> payload_unknown(not_known unknown) {
 }
 
 bool payload_is_known(not_known unknown, int64_t value) {
-  const std::span<const int> values = payload_unknown(unknown);
-  return std::find(values.begin(), values.end(), value) == values.end();
+  const std::span<const int> none = payload_unknown(unknown);
+  return std::find(none.begin(), none.end(), value) == none.end();
 }
 
 bool payload_is_known(const payload_field& field, std::string_view record) {

@@ -124,7 +124,7 @@ static std::string explain_rpc(const call_answer& answer, const char* name) {
       return text_format(
           "%s: version mismatch, the service has versions %u to %u and not %u; "
           "use a client of its release",
-          name, answer.low, answer.high, kVersion);
+          name, answer.low, answer.high, kProgramVersion);
     case rpc_status::kProcedureUnavailable:
       return text_format(
           "%s: procedure unavailable, this daemon does not offer it, or not yet; "

@@ -42,8 +42,8 @@ static rpc_reply accepted(unread_bytes unread) {
 byte_string rpc_call(uint32_t xid, uint32_t procedure, const byte_string& arguments) {
   byte_string message;
   const uint32_t no_credentials = 0, no_verifier = 0, empty = 0;
-  for (uint32_t word : {xid, kCall, kRpcVersion, kProgram, kVersion, procedure, no_credentials,
-                        empty, no_verifier, empty})
+  for (uint32_t word : {xid, kCall, kRpcVersion, kProgram, kProgramVersion, procedure,
+                        no_credentials, empty, no_verifier, empty})
     xdr_put_word(message, word);
   message.insert(message.end(), arguments.begin(), arguments.end());
   return message;

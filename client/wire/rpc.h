@@ -8,7 +8,7 @@
 #include "wire/xdr.h"
 
 inline constexpr uint32_t kProgram = 0x20131337;
-inline constexpr uint32_t kVersion = 1;
+inline constexpr uint32_t kProgramVersion = 1;
 
 // Size of the daemon's buffer for a call.
 inline constexpr size_t kCallBytesMax = 8800;
