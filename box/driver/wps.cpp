@@ -1,7 +1,8 @@
 // Wi-Fi Protected Setup: one session per radio. Every interface of the radio reports its codes.
 //
 // A session goes through the states of a registrar, evenly over the time that the scenario gives
-// it, and ends with the scenario's outcome. One that nobody answers waits until it times out.
+// it (wps.seconds), and ends with the scenario's outcome. One that nobody answers waits until it
+// times out (wps.timeout). scenario/read.cpp has the times of a scenario that gives none.
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>

@@ -89,12 +89,16 @@ static scenario_bss read_bss(const scenario_json& object) {
   return bss;
 }
 
+// How long a WPS session lasts if the scenario does not say: with an answer, and without one.
+static constexpr double kWpsSeconds = 8;
+static constexpr double kWpsTimeout = 120;
+
 static scenario_wps read_wps(const scenario_json& object) {
   std::string outcome = object.value("outcome", std::string("success"));
   return {outcome == "failure"   ? kScenarioFailure
           : outcome == "timeout" ? kScenarioTimeout
                                  : kScenarioSuccess,
-          object.value("seconds", 8.0), object.value("timeout", 120.0),
+          object.value("seconds", kWpsSeconds), object.value("timeout", kWpsTimeout),
           object.value("pin", std::string())};
 }
 
