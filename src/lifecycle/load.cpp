@@ -8,6 +8,7 @@
 #include "diag/trace.h"
 #include "lifecycle/power_tables.h"
 #include "lifecycle/state.h"
+#include "lifecycle/turn.h"
 #include "sys/board.h"
 #include "sys/command.h"
 #include "sys/module.h"
@@ -144,4 +145,18 @@ int wifi_load() {
   }
   lifecycle.modules_loaded = true;
   return 1;
+}
+
+void* load_handler_func(const uint8_t*) {
+  lifecycle.last_result = 0;
+  set_running(&lifecycle.load_running, true);
+  if (wifi_load() == 1) {
+    lifecycle.wlan_loaded = true;
+    REV_TRACE("wlan loaded.\n");
+  } else {
+    REV_ERROR("load_handler_func failed !!!\n");
+    lifecycle.last_result = -1;
+  }
+  set_running(&lifecycle.load_running, false);
+  return &lifecycle.last_result;
 }

@@ -8,7 +8,7 @@
 #include <cstring>
 
 #include "diag/trace.h"
-#include "lifecycle/routines.h"
+#include "lifecycle/restart.h"
 #include "lifecycle/state.h"
 #include "lifecycle/turn.h"
 
@@ -29,15 +29,15 @@ static void create_worker() {
 static void trace_queued(const lifecycle_request* request) {
   trace_rev("add_lir_to_list",
             "queue'd -> request_ptr:%p routine: %p arg: %d name: %.16s state: %d\n",
-            static_cast<const void*>(request), reinterpret_cast<void*>(request->routine),
+            static_cast<const void*>(request), reinterpret_cast<void*>(request->sequence),
             request->has_mask ? request->mask : 0, request->name,
             request->state != nullptr && request->state->load());
 }
 
 // Whether a restart that has not taken its radios yet is at the head.
 static bool restart_waits() {
-  return lifecycle.queue_head != nullptr && lifecycle.queue_head->routine == restart_handler_func &&
-         !lifecycle.queue_head->started;
+  return lifecycle.queue_head != nullptr &&
+         lifecycle.queue_head->sequence == restart_handler_func && !lifecycle.queue_head->started;
 }
 
 // Links the request, or drops it if a waiting restart covers it. The queue holds two: a
@@ -59,11 +59,11 @@ static void link_request(lifecycle_request* request) {
   trace_queued(request);
 }
 
-static void add_lir_to_list(lifecycle_routine routine, const uint8_t* mask, const char* name,
+static void add_lir_to_list(lifecycle_sequence sequence, const uint8_t* mask, const char* name,
                             std::atomic<bool>* state) {
   auto* request = static_cast<lifecycle_request*>(calloc(1, sizeof(lifecycle_request)));
   if (request == nullptr) return;
-  request->routine = routine;
+  request->sequence = sequence;
   request->has_mask = mask != nullptr;
   if (mask != nullptr) request->mask = *mask;
   if (name != nullptr) memcpy(request->name, name, strnlen(name, kRequestName));
@@ -74,10 +74,10 @@ static void add_lir_to_list(lifecycle_routine routine, const uint8_t* mask, cons
   pthread_mutex_unlock(&lifecycle.lock);
 }
 
-int wlan_queueLifecycleRequest(lifecycle_routine routine, const uint8_t* mask, const char* name,
+int wlan_queueLifecycleRequest(lifecycle_sequence sequence, const uint8_t* mask, const char* name,
                                std::atomic<bool>* state) {
   if (!lifecycle.worker_created) create_worker();
-  add_lir_to_list(routine, mask, name, state);
+  add_lir_to_list(sequence, mask, name, state);
   return 0;
 }
 
@@ -98,7 +98,7 @@ static void advance_queue() {
   pthread_mutex_unlock(&lifecycle.lock);
   trace_rev("lir_handler_thread",
             "de-queue'd -> request_ptr: %p routine: %p arg: %d name: %.16s state: %d next_req=%p\n",
-            static_cast<void*>(done), reinterpret_cast<void*>(done->routine),
+            static_cast<void*>(done), reinterpret_cast<void*>(done->sequence),
             done->has_mask ? done->mask : 0, done->name,
             done->state != nullptr && done->state->load(), static_cast<void*>(done->next));
   free(done);
@@ -117,7 +117,8 @@ static void* lir_handler_thread(void*) {
     // The window in which requests meet; it also limits them to one a second.
     sleep_one_second();
     begin_turn();
-    if (request->routine != nullptr) request->routine(request->has_mask ? &request->mask : nullptr);
+    if (request->sequence != nullptr)
+      request->sequence(request->has_mask ? &request->mask : nullptr);
     end_turn();
     advance_queue();
   }

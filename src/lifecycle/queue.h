@@ -13,5 +13,5 @@
 // else null; it is copied. `name`, at most 16 characters or null, and `state`, the
 // running flag of its kind, are for the traces. Always 0: without memory the request is
 // lost.
-int wlan_queueLifecycleRequest(lifecycle_routine routine, const uint8_t* mask, const char* name,
+int wlan_queueLifecycleRequest(lifecycle_sequence sequence, const uint8_t* mask, const char* name,
                                std::atomic<bool>* state);

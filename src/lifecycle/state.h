@@ -9,14 +9,16 @@
 // queues requests and runs resets, and the worker, which runs requests. They also share
 // `drivers_inited` (wlan/driver_gate.h) and the companions.
 
-// Runs one request; returns the address of the last result.
-using lifecycle_routine = void* (*)(const uint8_t* mask);
+// What the worker runs for a request: load, init, restart or reset. The traces give these
+// functions' names, which end in _handler_func. `mask` is the radios of a restart, else
+// null. Returns the address of the last result, 0 or -1, which is not reported.
+using lifecycle_sequence = void* (*)(const uint8_t* mask);
 
 constexpr int kRequestName = 16;
 
 // A queued request. Its members are set before queueing and changed under the lock.
 struct lifecycle_request {
-  lifecycle_routine routine;
+  lifecycle_sequence sequence;
   bool has_mask;
   uint8_t mask;
   char name[kRequestName];  // not necessarily terminated

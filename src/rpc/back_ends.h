@@ -5,7 +5,7 @@
 #include "hnc/settings.h"
 #include "hnc/tables.h"
 #include "lifecycle/calibration.h"
-#include "lifecycle/handlers.h"
+#include "lifecycle/requests.h"
 #include "rpc/row_records.h"
 #include "statistics/byte_counters.h"
 #include "statistics/channel_utilization.h"

@@ -1,6 +1,6 @@
 #include "diag/trace.h"
 #include "lifecycle/calibration.h"
-#include "lifecycle/handlers.h"
+#include "lifecycle/requests.h"
 #include "rpc/handlers.h"
 #include "rpc/reply.h"
 

@@ -12,9 +12,11 @@
 #include <regex>
 #include <thread>
 
-#include "lifecycle/handlers.h"
+#include "lifecycle/init.h"
 #include "lifecycle/lifecycle_support.h"
-#include "lifecycle/routines.h"
+#include "lifecycle/load.h"
+#include "lifecycle/requests.h"
+#include "lifecycle/restart.h"
 #include "lifecycle/state.h"
 #include "lifecycle/turn.h"
 #include "unit_support.h"
@@ -130,9 +132,9 @@ static std::smatch match(const std::string& text, const std::string& pattern) {
   return found;
 }
 
-static std::string address_of(lifecycle_routine routine) {
+static std::string address_of(lifecycle_sequence sequence) {
   char text[32];
-  snprintf(text, sizeof text, "%p", reinterpret_cast<void*>(routine));
+  snprintf(text, sizeof text, "%p", reinterpret_cast<void*>(sequence));
   return text;
 }
 

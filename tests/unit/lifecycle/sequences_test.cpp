@@ -1,12 +1,13 @@
-#include "lifecycle/sequences.h"
-
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <thread>
 
+#include "lifecycle/init.h"
 #include "lifecycle/interfaces.h"
 #include "lifecycle/lifecycle_support.h"
+#include "lifecycle/reset.h"
+#include "lifecycle/restart.h"
 #include "lifecycle/state.h"
 #include "support/gateway.h"
 #include "unit_support.h"

@@ -1,5 +1,4 @@
-#include "lifecycle/handlers.h"
-#include "lifecycle/routines.h"
+#include "lifecycle/requests.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -8,8 +7,12 @@
 #include <string>
 #include <thread>
 
+#include "lifecycle/init.h"
 #include "lifecycle/lifecycle_support.h"
+#include "lifecycle/load.h"
 #include "lifecycle/queue.h"
+#include "lifecycle/reset.h"
+#include "lifecycle/restart.h"
 #include "lifecycle/state.h"
 #include "lifecycle/turn.h"
 #include "support/gateway.h"
@@ -113,7 +116,7 @@ TEST(Reset, DoesNotWaitOutAnInitOrARestartThatBegins) {
   EXPECT_FALSE(lifecycle.modules_loaded);
 }
 
-TEST(Handlers, RestartOfNoRadioIsReportedAndQueuesNothing) {
+TEST(Requests, RestartOfNoRadioIsReportedAndQueuesNothing) {
   switch_console_on();
   EXPECT_EQ(output_of([] {
               EXPECT_EQ(errors_of([] { EXPECT_EQ(wlan_restart(17), 0); }),
@@ -122,7 +125,7 @@ TEST(Handlers, RestartOfNoRadioIsReportedAndQueuesNothing) {
             "");
 }
 
-TEST(Handlers, InitIsAcceptedRightAfterTheStart) {
+TEST(Requests, InitIsAcceptedRightAfterTheStart) {
   switch_console_on();
   note_commands();
   const std::string output = output_of([] { EXPECT_EQ(result_of(init_handler_func(nullptr)), 0); });
@@ -132,7 +135,7 @@ TEST(Handlers, InitIsAcceptedRightAfterTheStart) {
   EXPECT_EQ(commands(), "");
 }
 
-TEST(Handlers, LoadAfterAResetLetsAnInitBeButNoRestart) {
+TEST(Requests, LoadAfterAResetLetsAnInitBeButNoRestart) {
   switch_console_on();
   note_commands();
   EXPECT_EQ(wlan_reset(), 0);
