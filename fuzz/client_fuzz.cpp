@@ -13,7 +13,7 @@
 #include "support/check.h"
 #include "support/input.h"
 #include "support/schema_check.h"
-#include "values/arguments.h"
+#include "values/argument_check.h"
 #include "values/payload.h"
 #include "values/redact.h"
 #include "wire/lookup.h"

@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "support/seeds.h"
-#include "values/arguments.h"
-#include "values/meanings.h"
+#include "values/argument_check.h"
+#include "values/argument_meanings.h"
 #include "wire/lookup.h"
 #include "wire/table.h"
 

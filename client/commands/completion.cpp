@@ -5,7 +5,7 @@
 
 #include "base/text.h"
 #include "commands/session.h"
-#include "values/meanings.h"
+#include "values/argument_meanings.h"
 #include "wire/lookup.h"
 #include "wire/table.h"
 

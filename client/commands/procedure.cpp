@@ -3,7 +3,7 @@
 #include "base/text.h"
 #include "show/json.h"
 #include "show/record.h"
-#include "values/arguments.h"
+#include "values/argument_check.h"
 #include "values/payload.h"
 #include "wire/lookup.h"
 

@@ -5,7 +5,7 @@
 #include "base/text.h"
 #include "commands/argument_files.h"
 #include "commands/command.h"
-#include "values/arguments.h"
+#include "values/argument_check.h"
 #include "wire/lookup.h"
 
 static failure_report call(const client_options& options, uint32_t number, const std::string& name,

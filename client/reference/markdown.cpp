@@ -3,7 +3,7 @@
 #include "base/text.h"
 #include "reference/pages.h"
 #include "show/describe.h"
-#include "values/meanings.h"
+#include "values/argument_meanings.h"
 #include "values/payload.h"
 #include "wire/lookup.h"
 #include "wire/topic.h"

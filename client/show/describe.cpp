@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "base/text.h"
-#include "values/arguments.h"
-#include "values/meanings.h"
+#include "values/argument_check.h"
+#include "values/argument_meanings.h"
 #include "values/notes.h"
 #include "values/payload.h"
 #include "wire/lookup.h"

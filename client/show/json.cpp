@@ -7,7 +7,7 @@
 #include "show/describe.h"
 #include "show/record.h"
 #include "show/schema.h"
-#include "values/meanings.h"
+#include "values/argument_meanings.h"
 #include "values/notes.h"
 #include "values/payload.h"
 #include "values/rate_word.h"

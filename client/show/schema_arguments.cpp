@@ -1,7 +1,7 @@
 #include <nlohmann/json.hpp>
 
 #include "show/schema.h"
-#include "values/meanings.h"
+#include "values/argument_meanings.h"
 #include "wire/lookup.h"
 
 using ordered_json = nlohmann::ordered_json;

@@ -9,8 +9,8 @@
 #include <nlohmann/json.hpp>
 
 #include "show/schema.h"
-#include "values/arguments.h"
-#include "values/meanings.h"
+#include "values/argument_check.h"
+#include "values/argument_meanings.h"
 #include "wire/lookup.h"
 
 using Words = std::vector<std::string>;

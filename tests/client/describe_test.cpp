@@ -7,8 +7,8 @@
 #include <sstream>
 
 #include "show/json.h"
-#include "values/arguments.h"
-#include "values/meanings.h"
+#include "values/argument_check.h"
+#include "values/argument_meanings.h"
 #include "wire/lookup.h"
 #include "wire/search.h"
 
@@ -30,7 +30,7 @@ TEST(Describe, EveryArgumentHasAMeaningAndAnAcceptedExample) {
     for (const argument_spec& argument : table_arguments(procedure)) {
       const meaning_entry* meaning = meanings_find(procedure, argument.name);
       ASSERT_NE(meaning, nullptr) << procedure.name
-                                  << ": client/values/meanings.cpp has to say what "
+                                  << ": client/values/argument_meanings.cpp has to say what "
                                   << argument.name << " means";
       EXPECT_GT(meanings_text(procedure, argument).size(), 5u)
           << procedure.name << ": " << argument.name;
@@ -42,7 +42,7 @@ TEST(Describe, EveryArgumentHasAMeaningAndAnAcceptedExample) {
     EXPECT_TRUE(arguments_encode(procedure, examples, bytes, error) &&
                 arguments_check(procedure, examples, error))
         << procedure.name
-        << ": client/values/meanings.cpp has an example that it refuses: " << error;
+        << ": client/values/argument_meanings.cpp has an example that it refuses: " << error;
   }
 }
 

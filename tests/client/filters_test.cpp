@@ -8,8 +8,8 @@
 #include "base/text.h"
 #include "rpc/column_types.h"
 #include "rpc/row_argument.h"
-#include "values/arguments.h"
-#include "values/meanings.h"
+#include "values/argument_check.h"
+#include "values/argument_meanings.h"
 #include "wire/lookup.h"
 #include "wire/reply.h"
 
@@ -63,7 +63,8 @@ TEST(Filters, EveryProceduresArgumentsAreWhatItsFilterReads) {
     std::vector<std::string> given;
     for (const argument_spec& argument : table_arguments(procedure)) {
       const meaning_entry* meaning = meanings_find(procedure, argument.name);
-      ASSERT_NE(meaning, nullptr) << row.name << ": client/values/meanings.cpp has to say what "
+      ASSERT_NE(meaning, nullptr) << row.name
+                                  << ": client/values/argument_meanings.cpp has to say what "
                                   << argument.name << " means";
       given.push_back(meaning->example);
     }

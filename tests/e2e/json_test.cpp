@@ -38,7 +38,7 @@ TEST(Json, EveryAnswerIsAsItsSchemaSays) {
             "wlan_set_dot11u_attribute\n"
             "wlan_get_airtime_enable\n"
             "hnc_get_enable\n")
-      << "client/values/meanings.cpp has the examples that they are called with";
+      << "client/values/argument_meanings.cpp has the examples that they are called with";
 }
 
 TEST(Json, FailuresAndTopAreAsTheirSchemasSay) {

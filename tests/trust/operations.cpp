@@ -11,8 +11,8 @@
 #include "support/lifecycle.h"
 #include "support/wire.h"
 #include "trust/profile_form.h"
-#include "values/arguments.h"
-#include "values/meanings.h"
+#include "values/argument_check.h"
+#include "values/argument_meanings.h"
 #include "wire/lookup.h"
 #include "wire/table.h"
 

@@ -7,8 +7,8 @@
 
 #include "soak.h"
 #include "support/wire.h"
-#include "values/arguments.h"
-#include "values/meanings.h"
+#include "values/argument_check.h"
+#include "values/argument_meanings.h"
 
 // Right and wrong calls of every procedure, made once and then drawn from.
 

@@ -1,4 +1,4 @@
-#include "values/meanings.h"
+#include "values/argument_meanings.h"
 
 #include <climits>
 

@@ -1,11 +1,11 @@
-#include "values/arguments.h"
+#include "values/argument_check.h"
 
 #include <algorithm>
 #include <climits>
 
 #include "base/text.h"
+#include "values/argument_meanings.h"
 #include "values/constraint.h"
-#include "values/meanings.h"
 #include "wire/lookup.h"
 
 static bool put_integer(byte_string& bytes, std::string_view text, int64_t low, int64_t high) {

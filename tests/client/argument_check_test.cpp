@@ -1,4 +1,4 @@
-#include "values/arguments.h"
+#include "values/argument_check.h"
 
 #include <gtest/gtest.h>
 
