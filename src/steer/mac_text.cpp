@@ -4,7 +4,6 @@
 
 void parse_mac(const char* text, uint8_t (&mac)[6]) {
   unsigned groups[6] = {};
-  // If fewer groups match, the others stay zero.
   static_cast<void>(sscanf(text, MAC_FORMAT, &groups[0], &groups[1], &groups[2], &groups[3],
                            &groups[4], &groups[5]));
   for (int i = 0; i < 6; ++i)

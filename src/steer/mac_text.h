@@ -2,8 +2,9 @@
 
 #include <cstdint>
 
-// Reads six two-digit hexadecimal groups separated by colons. From the first invalid
-// group on the bytes are zero.
+// Reads six hexadecimal groups of one or two digits, separated by colons. Never fails and
+// reports nothing: from the first mismatch on the bytes are zero, so a text that is no
+// address at all gives 00:00:00:00:00:00. Text after the sixth group is ignored.
 void parse_mac(const char* text, uint8_t (&mac)[6]);
 
 // For traces: a format and its arguments.
