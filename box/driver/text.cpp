@@ -120,7 +120,7 @@ static int stop_wps(text_context& c) {
   return 0;
 }
 
-// Disconnecting an unknown station is no error.
+// Disconnecting an unknown station is not an error.
 static int disconnect(text_context& c) {
   mac_address mac;
   if (!mac_parse(c.value, mac)) return -EINVAL;

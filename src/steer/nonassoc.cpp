@@ -60,7 +60,7 @@ int wlan_setNonAssocRequestMac(int radio, const char* mac) {
   nonassoc_request station = {};
   parse_mac(mac, station.mac);
   station.first = mac[0];
-  // A query although it sets something; its answer is ignored.
+  // The driver takes it as a query, although it sets something. The answer is ignored.
   if (rtpriv_get_ioctl_2(radio, kRtprivObject, kObjectNonAssoc, &station, sizeof station) != 1) {
     REV_ERROR("set non associated req mac failed. \n ");
     return -1;
