@@ -27,7 +27,7 @@ int control_socket() {
 
 bool control_report_silence(bool sent) {
   report("the box did not answer within %d seconds%s", kControlPatience,
-         sent ? "; it may still carry the command out" : "; it was told nothing");
+         sent ? "; it may still carry the command out" : "; the command was not sent");
   return false;
 }
 

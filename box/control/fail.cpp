@@ -57,7 +57,8 @@ int fail_run(const std::string& box, const std::vector<std::string>& words, bool
   bool lists = words[0] == kFaultList, clears = words[0] == kFaultClear;
   fault_rule rule;
   std::string wrong;
-  if ((lists || clears) && words.size() > 1) return wrong_words(words[0] + " takes nothing more");
+  if ((lists || clears) && words.size() > 1)
+    return wrong_words(words[0] + " takes no further arguments");
   if (as_json && !lists) return wrong_words("only \"gwbox fail list\" takes --json");
   if (lists) return print_list(box, as_json);
   if (!clears && !fault_parse_words(words, rule, wrong)) return wrong_words(wrong);

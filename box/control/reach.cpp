@@ -41,8 +41,8 @@ static bool is_good_name(const std::string& name) {
                    "0123456789._-") == std::string::npos;
   if (plain && !name.empty() && name.size() <= kNameMaxSize && !is_number(name)) return true;
   report(
-      "%s is no name for a box: expected 1 to 64 letters, digits, \".\", \"_\" or \"-\", and not "
-      "digits alone",
+      "%s is not a valid name for a box: expected 1 to 64 letters, digits, \".\", \"_\" or "
+      "\"-\", and not digits alone",
       text_quote(name).c_str());
   return false;
 }

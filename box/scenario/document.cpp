@@ -77,7 +77,7 @@ static void check_ids(const scenario_json& document, const char* name, const cha
     if (!id.is_string()) continue;
     std::string text = lower(id.get<std::string>());
     if (seen.insert(text).second) continue;
-    findings.push_back({{name, "[" + std::to_string(i) + "]", id_name}, text + " is there twice"});
+    findings.push_back({{name, "[" + std::to_string(i) + "]", id_name}, text + " appears twice"});
   }
 }
 
@@ -191,7 +191,7 @@ int scenario_print_list() {
 int scenario_print(const std::string& name) {
   std::string_view text = name == "schema" ? scenario_schema() : scenario_shipped(name);
   if (text.empty()) {
-    report("no scenario \"%s\" ships: there are %s", name.c_str(), scenario_names().c_str());
+    report("there is no built-in scenario \"%s\", only %s", name.c_str(), scenario_names().c_str());
     return kExitUsage;
   }
   fwrite(text.data(), 1, text.size(), stdout);

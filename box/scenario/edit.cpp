@@ -54,13 +54,15 @@ static bool put(scenario_json& object, const std::vector<std::string>& steps,
                       steps[i].find_first_not_of("0123456789") == std::string::npos;
       size_t index = is_index ? std::stoul(steps[i]) : at->size();
       if (index >= at->size()) {
-        wrong = "\"" + steps[i] + "\" is no element of a list of " + std::to_string(at->size());
+        wrong =
+            "there is no element \"" + steps[i] + "\" in a list of " + std::to_string(at->size());
         return false;
       }
       if (last && text == "gone") return at->erase(index), true;
       at = &(*at)[index];
     } else if (!at->is_object() || steps[i].empty()) {
-      wrong = "nothing can be set below \"" + (i > 0 ? steps[i - 1] : "") + "\"";
+      wrong =
+          (i > 0 ? "\"" + steps[i - 1] + "\" has" : "there is") + " no member \"" + steps[i] + "\"";
       return false;
     } else {
       if (last && text == "gone") return at->erase(steps[i]), true;

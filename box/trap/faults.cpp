@@ -68,7 +68,7 @@ static bool check_interface(const fault_rule& rule, std::string& wrong) {
   if (is_module_call(rule.request)) {
     wrong = "module calls have no interface";
   } else if (board_interface_number(rule.interface.c_str()) < 0) {
-    wrong = "\"" + rule.interface + "\" is no interface: expected ra0 to ra" +
+    wrong = "\"" + rule.interface + "\" is not a radio interface: expected ra0 to ra" +
             std::to_string(kBoardMaxInterfaces - 1);
   }
   return wrong.empty();
@@ -163,13 +163,14 @@ bool fault_parse(const std::string& what, const std::string& how, int count, fau
   rule.left = count;
   wrong.clear();
   if (!parse_what(what, rule)) {
-    wrong = "\"" + what + "\" is no request: expected such as 0x8BE1:0x069B or 0x8BE2@ra8, or of " +
+    wrong = "\"" + what +
+            "\" is not a request: expected one such as 0x8BE1:0x069B or 0x8BE2@ra8, or one of " +
             known_names();
     return false;
   }
   if (!check_interface(rule, wrong)) return false;
   if (!parse_how(how, rule)) {
-    wrong = "\"" + how + "\" is no failure: expected " + kHowForms;
+    wrong = "\"" + how + "\" is not a failure: expected " + kHowForms;
     return false;
   }
   return true;
@@ -189,7 +190,7 @@ bool fault_parse_words(const std::vector<std::string>& words, fault_rule& rule,
   if (words.size() == 1) wrong = text_quote(words[0]) + " needs HOW: " + kHowForms;
   if (words.size() < 2 || words.size() > 3) return false;
   if (words.size() == 3 && !fault_parse_count(words[2], count)) {
-    wrong = text_quote(words[2]) + " is no count: expected a whole number from 1 to " +
+    wrong = text_quote(words[2]) + " is not a valid count: expected a whole number from 1 to " +
             std::to_string(kHighestCount);
     return false;
   }

@@ -122,7 +122,7 @@ static std::string wrong_count(const procedure_row& procedure,
            option_hint(has_option);
   }
   const std::string& extra = has_option ? *option : given[expected];
-  return error + ": " + text_quote(extra) + " is too many" + option_hint(has_option);
+  return error + ": unexpected " + text_quote(extra) + option_hint(has_option);
 }
 
 bool arguments_encode(const procedure_row& procedure, const std::vector<std::string>& given,

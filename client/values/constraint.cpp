@@ -106,10 +106,10 @@ size_t constraint_misfit(const constraint& limits, std::string_view given, const
     case constraint_kind::kPassphrase:
       return misfit_in_text(limits, given, what);
     case constraint_kind::kHex:
-      *what = "no hexadecimal digit";
+      *what = "not a hexadecimal digit";
       return given.find_first_not_of(kHexDigits) + 1;
     case constraint_kind::kDigits:
-      *what = "no digit";
+      *what = "not a digit";
       return given.find_first_not_of(kDigits) + 1;
     default:
       return 0;

@@ -43,7 +43,7 @@ unanswered() {
   result=$?
   silent="gwbox: the box did not answer within 5 seconds"
   case $said in
-  "$silent; it may still carry the command out" | "$silent; it was told nothing") ;;
+  "$silent; it may still carry the command out" | "$silent; the command was not sent") ;;
   *) return 1 ;;
   esac
   [ $result = 1 ]

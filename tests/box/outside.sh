@@ -87,10 +87,10 @@ scenario check /etc|/etc is a directory, not a scenario
 scenario check /no/such|cannot read the scenario /no/such: No such file
 --box "" status|--box: takes a name, not an empty text;
 run --name "" -- true|--name: takes a name, not an empty text;
-run --name "a b/../c" -- true|'a b/../c' is no name for a box: expected 1 to 64 letters
+run --name "a b/../c" -- true|'a b/../c' is not a valid name for a box: expected 1 to 64 letters
 run --speed x -- true|--speed: takes a number from 0 to 100000, not 'x';
-fail clear now|clear takes nothing more
-fail set@ra99 delay=200|"ra99" is no interface: expected ra0 to ra15
+fail clear now|clear takes no further arguments
+fail set@ra99 delay=200|"ra99" is not a radio interface: expected ra0 to ra15
 WRONG
 
 # Help fits in 79 columns and shows what each command takes.

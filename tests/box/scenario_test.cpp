@@ -41,7 +41,7 @@ TEST(Scenario, ErrorsPointAtTheLine) {
             "x.json:4: stations[1].mac: expected an address such as 02:00:5e:00:00:01");
   EXPECT_EQ(wrong_with(head + "{\"bss\": 1}]}"), "x.json:4: stations[1]: \"mac\" is missing");
   EXPECT_EQ(wrong_with(head + "{\"mac\": \"02:00:5E:00:00:01\", \"bss\": 1}]}"),
-            "x.json:4: stations[1].mac: 02:00:5e:00:00:01 is there twice");
+            "x.json:4: stations[1].mac: 02:00:5e:00:00:01 appears twice");
 }
 
 TEST(Scenario, ErrorsSayWhatWasExpected) {
@@ -105,14 +105,21 @@ TEST(Scenario, EventsThatFail) {
   auto fail = [](const std::string& words) {
     return wrong_with("{\"events\": [{\"at\": 1, \"fail\": \"" + words + "\"}]}");
   };
-  EXPECT_EQ(
-      fail("survey EIO 0"),
-      "x.json:1: events[0].fail: '0' is no count: expected a whole number from 1 to 1000000000");
+  EXPECT_EQ(fail("survey EIO 0"),
+            "x.json:1: events[0].fail: '0' is not a valid count: expected a whole number from 1 to "
+            "1000000000");
   EXPECT_TRUE(
-      fail("weather EIO").starts_with("x.json:1: events[0].fail: \"weather\" is no request"));
+      fail("weather EIO").starts_with("x.json:1: events[0].fail: \"weather\" is not a request"));
   EXPECT_EQ(fail("survey"),
             "x.json:1: events[0].fail: 'survey' needs HOW: an errno name such as EAGAIN, delay=MS, "
             "short=BYTES or count=NUMBER");
+  auto set = [](const std::string& change) {
+    return wrong_with(R"({"stations": [{"mac": "02:00:5e:00:00:01", "bss": 1, "rssi": [-50]}],
+      "events": [{"at": 1, "set": "station 02:00:5e:00:00:01 )" +
+                      change + "\"}]}");
+  };
+  EXPECT_EQ(set("rssi.1=-40"), "x.json:2: events[0].set: there is no element \"1\" in a list of 1");
+  EXPECT_EQ(set("bss.first=2"), "x.json:2: events[0].set: \"bss\" has no member \"first\"");
   EXPECT_EQ(wrong_with(R"({"events": [{"at": 1}]})"),
             "x.json:1: events[0]: expected either \"set\" or \"fail\"");
   EXPECT_EQ(wrong_with(R"({"events": [{"at": 1, "set": "speed 1", "fail": "clear"}]})"),
@@ -126,7 +133,7 @@ TEST(Scenario, EveryMistakeIsToldInTheOrderOfTheLines) {
             "x.json:3: stations[0].bss: expected a whole number from 1 to 16\n"
             "x.json:4: stations[1]: \"mac\" is missing\n"
             "x.json:4: stations[1].btm: expected true or false\n"
-            "x.json:5: stations[2].mac: 02:00:5e:00:00:01 is there twice\n"
+            "x.json:5: stations[2].mac: 02:00:5e:00:00:01 appears twice\n"
             "x.json:6: speed: expected a number from 0 to 100000");
   EXPECT_EQ(wrong_with(
                 "{\"events\": [\n{\"at\": 1, \"fail\": \"x\"},\n{\"at\": 1, \"set\": \"speed\"}]}"),

@@ -96,17 +96,17 @@ TEST(Arguments, WrongCounts) {
   EXPECT_EQ(refused("wlan_set_ssid", {"3"}),
             "wlan_set_ssid takes 2 arguments, 1 given: 'ssid' is missing, a text of 1 to 32 bytes");
   EXPECT_EQ(refused("wlan_get_ssid", {"3", "4"}),
-            "wlan_get_ssid takes 1 argument, 2 given: '4' is too many");
-  EXPECT_EQ(refused("wlan_init", {"3"}), "wlan_init takes no arguments, 1 given: '3' is too many");
+            "wlan_get_ssid takes 1 argument, 2 given: unexpected '4'");
+  EXPECT_EQ(refused("wlan_init", {"3"}), "wlan_init takes no arguments, 1 given: unexpected '3'");
   EXPECT_EQ(arguments_usage(*lookup_name("wlan_set_ssid")), "wificonf wlan_set_ssid BSS SSID");
 }
 
 TEST(Arguments, OptionsAmongThemAreToldWhereTheyGo) {
   const std::string hint = " (options go before the procedure)";
   EXPECT_EQ(refused("wlan_get_stats", {"1", "0", "--json"}),
-            "wlan_get_stats takes 2 arguments, 3 given: '--json' is too many" + hint);
+            "wlan_get_stats takes 2 arguments, 3 given: unexpected '--json'" + hint);
   EXPECT_EQ(refused("wlan_get_stats", {"--json", "1", "0"}),
-            "wlan_get_stats takes 2 arguments, 3 given: '--json' is too many" + hint);
+            "wlan_get_stats takes 2 arguments, 3 given: unexpected '--json'" + hint);
   EXPECT_EQ(refused("wlan_set_ssid", {"--json"}),
             "wlan_set_ssid takes 2 arguments, 1 given: 'ssid' is missing, a text of 1 to 32 bytes" +
                 hint);

@@ -311,9 +311,9 @@ TEST(Constraint, ARefusalNamesTheCharacterAndShowsNoText) {
                   .ends_with("not a text whose byte 2 is ';', which separates the BSSs in the "
                              "profile"));
   EXPECT_TRUE(refusal("wlan_set_hnc_action_frame_payload", {"1", "zz"})
-                  .ends_with("an even number, not a text whose byte 1 is no hexadecimal digit"));
+                  .ends_with("an even number, not a text whose byte 1 is not a hexadecimal digit"));
   EXPECT_TRUE(refusal("wlan_set_wps_pinstart", {"1", "123x"})
-                  .ends_with("not a text whose byte 4 is no digit"));
+                  .ends_with("not a text whose byte 4 is not a digit"));
 }
 
 TEST(Constraint, Words) {
