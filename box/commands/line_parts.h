@@ -5,7 +5,7 @@
 #include <CLI/CLI.hpp>
 #include <vector>
 
-#include "control/command_line.h"
+#include "commands/line.h"
 
 // Declares the commands and the options, whose values go into A.
 void args_declare(CLI::App& app, args& a);

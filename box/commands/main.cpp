@@ -1,12 +1,12 @@
 #include <cstdio>
 
 #include "base/report.h"
-#include "control/ask.h"
-#include "control/command_line.h"
-#include "control/complete.h"
-#include "control/fail.h"
-#include "control/log.h"
-#include "control/run.h"
+#include "commands/ask.h"
+#include "commands/complete.h"
+#include "commands/fail.h"
+#include "commands/line.h"
+#include "commands/log.h"
+#include "commands/run.h"
 #include "control/status.h"
 #include "scenario/document.h"
 

@@ -9,7 +9,7 @@
 #include <nlohmann/json.hpp>
 
 #include "client/base/text.h"
-#include "control/ask.h"
+#include "commands/ask.h"
 #include "control/status.h"
 
 using json = nlohmann::ordered_json;

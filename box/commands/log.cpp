@@ -1,4 +1,4 @@
-#include "control/log.h"
+#include "commands/log.h"
 
 #include <fcntl.h>
 #include <poll.h>

@@ -1,7 +1,7 @@
 // The scripts that connect the shells with `gwbox complete`.
 #include <cstdio>
 
-#include "control/complete.h"
+#include "commands/complete.h"
 
 // bash ends a word at "=", ":" and "@", and replaces only what follows the last of them. gwbox gets
 // the words as it would when the line is run.

@@ -1,4 +1,4 @@
-#include "control/ask.h"
+#include "commands/ask.h"
 
 #include "base/report.h"
 #include "control/connection.h"

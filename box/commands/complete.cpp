@@ -1,4 +1,4 @@
-#include "control/complete.h"
+#include "commands/complete.h"
 
 #include <cstdio>
 

@@ -1,7 +1,7 @@
 // What may follow the words typed so far. It comes from the declaration of the command line, so
 // nothing is offered that would be rejected.
-#include "control/command_line_parts.h"
-#include "control/complete.h"
+#include "commands/complete.h"
+#include "commands/line_parts.h"
 
 struct walk {
   const CLI::App* root;

@@ -1,4 +1,4 @@
-#include "control/run.h"
+#include "commands/run.h"
 
 #include <fcntl.h>
 #include <limits.h>

@@ -1,8 +1,8 @@
-#include "control/command_line.h"
+#include "commands/line.h"
 
 #include "base/report.h"
 #include "client/base/text.h"
-#include "control/command_line_parts.h"
+#include "commands/line_parts.h"
 #include "scenario/document.h"
 
 // What is wrong although CLI11 accepted it; empty if nothing is.

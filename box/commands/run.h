@@ -2,7 +2,7 @@
 // control, and waits for the box to end.
 #pragma once
 
-#include "control/command_line.h"
+#include "commands/line.h"
 
 // Returns the exit status: COMMAND's, 128+N if signal N ended it, 125 if there is no box, 2 if the
 // scenario, the board or the name is wrong.

@@ -1,8 +1,8 @@
 // The commands and options of the command line, and their help.
 #include "base/board.h"
 #include "client/base/text.h"
-#include "control/command_line_parts.h"
-#include "control/complete.h"
+#include "commands/complete.h"
+#include "commands/line_parts.h"
 #include "control/connection.h"
 #include "scenario/document.h"
 #include "trap/faults.h"

@@ -1,4 +1,4 @@
-#include "control/fail.h"
+#include "commands/fail.h"
 
 #include <cstdio>
 
@@ -7,7 +7,7 @@
 
 #include "base/report.h"
 #include "client/base/text.h"
-#include "control/ask.h"
+#include "commands/ask.h"
 #include "trap/faults.h"
 
 using json = nlohmann::ordered_json;
