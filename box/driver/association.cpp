@@ -29,7 +29,8 @@ std::vector<const driver_station*> driver_associated(const driver_state& state, 
 
 bool driver_beacons(const driver_state& state, int n) {
   int radio = driver_radio_of(n);
-  return state.bss[n].up && driver_radio_up(state, radio) && state.radios[radio].on;
+  return state.bss[n].up && driver_radio_up(state, radio) && state.radios[radio].on &&
+         state.radios[radio].ready_us <= state.now_us;
 }
 
 static bool is_listed(const std::vector<mac_address>& list, const mac_address& mac) {

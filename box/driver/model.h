@@ -9,7 +9,8 @@
 //
 // While a radio's first interface (ra0, ra8) is down, requests that need its hardware fail with
 // ENETDOWN: stations, counters, survey, load, steering, frequency, rate. Texts still work, and so
-// do queries that only ask what the driver can do or what its WPS does.
+// do queries that only ask what the driver can do or what its WPS does. While a radio starts, all
+// requests work, but no BSS beacons yet.
 #pragma once
 
 #include <cstdint>
@@ -66,6 +67,7 @@ struct driver_radio {
   bool load_on;
   bool btm_on;
   bool nonassoc_on;
+  int64_t ready_us;                  // no BSS beacons before
   std::vector<mac_address> watched;  // non-associated stations to watch
   int64_t survey_us;                 // start of the last survey; below 0: none since it went up
   driver_wps wps;
@@ -167,7 +169,7 @@ int64_t driver_next_us(const driver_state& state);
 // still in it keep their association.
 void driver_take_scenario(driver_state& state, const scenario& around);
 
-// True when raN beacons: it is up, and its radio is up and on.
+// True when raN beacons: it is up, and its radio is on, up and no longer starting.
 bool driver_beacons(const driver_state& state, int n);
 
 // How many bytes of the caller's buffer are input of the request; 0 for most queries.

@@ -48,6 +48,7 @@ static void take_bss(driver_bss& bss, const profile& p, int index) {
 static void take_radio(driver_state& state, int number, const profile& p) {
   driver_radio& radio = state.radios[number];
   radio.profile = p;
+  radio.ready_us = state.now_us + state.around.radios[number].bring_up_ms * 1000LL;
   radio.on = value_of(p, "RadioOn") != "0";
   int channel = atoi(value_of(p, "Channel").c_str());
   if (state.around.radios[number].channel != 0) channel = state.around.radios[number].channel;

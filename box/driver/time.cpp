@@ -56,6 +56,8 @@ int64_t driver_next_us(const driver_state& state) {
     consider(driver_microseconds(event.at));
   for (int radio = 0; radio < kScenarioRadios; ++radio)
     consider(driver_wps_next_us(state, radio));
+  for (const driver_radio& radio : state.radios)
+    consider(radio.ready_us);
   return next;
 }
 

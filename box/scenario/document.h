@@ -70,8 +70,13 @@ struct scenario_power {
   int channel, dbm;
 };
 
+// How long a radio calibrates before it beacons, where the scenario does not say. An assumption:
+// radios of this class take a second or two.
+constexpr int kScenarioBringUpMs = 1500;
+
 struct scenario_radio {
-  int channel;  // 0: as the profile says
+  int channel;      // 0: as the profile says
+  int bring_up_ms;  // of box time, from its first interface's going up to its first beacon
   bool btm;
   bool nonassoc;
   double survey_seconds;

@@ -105,6 +105,7 @@ static scenario_wps read_wps(const scenario_json& object) {
 static scenario_radio read_radio(const scenario_json& object) {
   scenario_radio radio = {};
   radio.channel = object.value("channel", 0);
+  radio.bring_up_ms = object.value("bring_up_ms", kScenarioBringUpMs);
   radio.btm = object.value("btm", true);
   radio.nonassoc = object.value("nonassoc", true);
   radio.survey_seconds = object.value("survey_seconds", 3.0);

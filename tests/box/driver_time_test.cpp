@@ -34,6 +34,40 @@ TEST(Time, StationsGoWithTheirInterfaceAndComeBack) {
   EXPECT_EQ(stations(state, 0, 5 * kSecond).u32(4 + 16), 2u);
 }
 
+TEST(Time, ARadioBeaconsWhenItHasComeUp) {
+  driver_state state;
+  start_model(state, R"({"radios": {"ra0": {"bring_up_ms": 1500}},
+                         "stations": [{"mac": "02:00:5e:00:00:01", "bss": 2}]})");
+  EXPECT_FALSE(driver_beacons(state, 0));
+  EXPECT_TRUE(driver_beacons(state, 8));
+  EXPECT_EQ(driver_next_us(state), kSecond * 3 / 2);
+  EXPECT_EQ(stations(state, 0, kSecond).status, 0);  // the kernel says up, so it answers
+  EXPECT_EQ(stations(state, 0).u32(0), 0u);
+  driver_interface_up(state, 3, model_profile(0), kSecond);  // makes it no later
+  EXPECT_EQ(stations(state, 0, kSecond * 3 / 2).u32(0), 1u);
+  EXPECT_TRUE(driver_beacons(state, 3));
+  // Another BSS of a radio that beacons needs no time.
+  driver_interface_up(state, 4, model_profile(0), 2 * kSecond);
+  EXPECT_TRUE(driver_beacons(state, 4));
+  driver_interface_down(state, 0, 3 * kSecond);
+  driver_interface_up(state, 0, model_profile(0), 3 * kSecond);
+  EXPECT_FALSE(driver_beacons(state, 1));
+  EXPECT_EQ(driver_next_us(state), kSecond * 9 / 2);
+}
+
+TEST(Time, ARadioComesUpInTheUsualTimeUnlessTheScenarioSays) {
+  scenario around;
+  std::string wrong;
+  ASSERT_TRUE(scenario_parse("{}", "test", around, wrong));
+  driver_state state;
+  driver_init(state, *board_find("mt7603"), around);
+  driver_interface_up(state, 0, model_profile(0), 0);
+  EXPECT_EQ(driver_next_us(state), kScenarioBringUpMs * 1000);
+  ASSERT_TRUE(scenario_load(kScenarioDefault, around));
+  EXPECT_EQ(around.radios[0].bring_up_ms, 0);
+  EXPECT_EQ(around.radios[1].bring_up_ms, 0);
+}
+
 TEST(Time, CountersGrowAtTheirRates) {
   driver_state state;
   start_model(state, R"({"stations": [{"mac": "02:00:5e:00:00:01", "bss": 1,

@@ -19,7 +19,7 @@ struct answer {
 constexpr int64_t kSecond = 1000000;
 
 // A driver for that board and scenario. The first three interfaces of both bands are up
-// at time 0.
+// at time 0. Radios beacon at once where the scenario does not say how long they take.
 void start_model(driver_state& state, const std::string& scenario_text,
                  const char* board = "mt7603+mt7612");
 

@@ -7,6 +7,7 @@
 #include "support/daemon.h"
 #include "support/files.h"
 #include "support/lifecycle.h"
+#include "support/stations.h"
 
 // "wificonf dump --redact" prints no secrets, wherever they are kept.
 
@@ -45,6 +46,7 @@ static void start_with_secrets() {
   write_file("/nvram/hnc_enable", "");
   run("hnc-listener </dev/null >/dev/null 2>&1 &");
   EXPECT_TRUE(wait_until([] { return !run("ss -Huln sport = 4567").empty(); }));
+  beacon_at_once();
   start_lifecycle_daemon();
   queue_and_wait(kLoad, kLoaded);
   queue_and_wait(kInit, kInitialized);

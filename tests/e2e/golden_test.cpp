@@ -6,6 +6,7 @@
 #include "support/daemon.h"
 #include "support/files.h"
 #include "support/lifecycle.h"
+#include "support/stations.h"
 #include "support/transcript.h"
 
 // Compares wificonf's output with the sessions in golden/, except for times and
@@ -23,6 +24,7 @@ static void expect_golden(const std::string& name) {
 }
 
 static void bring_radios_up() {
+  beacon_at_once();
   start_lifecycle_daemon();
   queue_and_wait(kLoad, kLoaded);
   queue_and_wait(kInit, kInitialized);

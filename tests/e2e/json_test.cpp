@@ -4,6 +4,7 @@
 #include "support/files.h"
 #include "support/lifecycle.h"
 #include "support/snapshot.h"
+#include "support/stations.h"
 
 // The output of "wificonf --json" for a call of every procedure, checked against the JSON
 // Schema from "wificonf schema".
@@ -42,6 +43,7 @@ TEST(Json, EveryAnswerIsAsItsSchemaSays) {
 }
 
 TEST(Json, FailuresAndTopAreAsTheirSchemasSay) {
+  beacon_at_once();
   start_lifecycle_daemon();
   queue_and_wait(kLoad, kLoaded);
   queue_and_wait(kInit, kInitialized);

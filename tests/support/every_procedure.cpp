@@ -8,6 +8,7 @@
 
 #include "support/files.h"
 #include "support/lifecycle.h"
+#include "support/stations.h"
 
 static std::vector<std::string> lines_of(const std::string& text) {
   std::vector<std::string> lines;
@@ -59,6 +60,7 @@ static std::string command_of(const std::string& description) {
 }
 
 std::vector<procedure_call> call_every_procedure(const std::function<void()>& ready) {
+  beacon_at_once();
   start_lifecycle_daemon();
   queue_and_wait(kLoad, kLoaded);
   queue_and_wait(kInit, kInitialized);

@@ -18,6 +18,11 @@ void start_radios(const std::string& interfaces) {
   EXPECT_EQ(status, 0) << interfaces;
 }
 
+void beacon_at_once() {
+  gwbox("set radio ra0 bring_up_ms=0");
+  gwbox("set radio ra8 bring_up_ms=0");
+}
+
 std::string station_mac(int n) {
   char text[18];
   snprintf(text, sizeof text, "02:00:5e:00:01:%02x", n);

@@ -11,6 +11,9 @@ void gwbox(const std::string& words);
 // up ("ra0 ra8").
 void start_radios(const std::string& interfaces);
 
+// Lets radios beacon as soon as they are up, however long the scenario says they need.
+void beacon_at_once();
+
 // Adds or changes station 02:00:5e:00:01:<n> with further words, such as "bss=1 rssi=[-50]".
 void set_station(int n, const std::string& words);
 void remove_station(int n);
