@@ -30,6 +30,12 @@ static bool same(const scenario_traffic& a, const scenario_traffic& b) {
          a.tx_packets == b.tx_packets && a.tx_failures == b.tx_failures;
 }
 
+// True if both make the station be at the same place at the same time.
+static bool same_place(const scenario_station& a, const scenario_station& b) {
+  return a.bss == b.bss && a.others == b.others && a.by_wps == b.by_wps && a.appears == b.appears &&
+         a.leaves == b.leaves;
+}
+
 static driver_station take_station(driver_state& state, const scenario_station& given) {
   driver_station station = {};
   station.preferred = -1;
@@ -37,8 +43,21 @@ static driver_station take_station(driver_state& state, const scenario_station& 
   if (const driver_station* known = driver_find_station(state, given.mac)) station = *known;
   if (!same(station.is.start, given.start)) station.traffic = given.start;
   if (station.is.bss != given.bss) station.preferred = -1;
+  if (!same_place(station.is, given)) station.obstacles.fill(kObstacleUnknown);
   station.is = given;
   return station;
+}
+
+static void take_stations(driver_state& state, const std::vector<scenario_station>& given) {
+  std::vector<driver_station> stations;
+  for (const scenario_station& station : given)
+    stations.push_back(take_station(state, station));
+  stations.swap(state.stations);
+  for (driver_station& before : stations) {
+    if (before.associated && !driver_find_station(state, before.is.mac)) {
+      driver_leave(state, before, "scenario");
+    }
+  }
 }
 
 void driver_take_scenario(driver_state& state, const scenario& around) {
@@ -46,14 +65,11 @@ void driver_take_scenario(driver_state& state, const scenario& around) {
   int channels[kScenarioRadios];
   for (int radio = 0; radio < kScenarioRadios; ++radio)
     channels[radio] = state.around.radios[radio].channel;
-  std::vector<driver_station> stations;
-  for (const scenario_station& given : around.stations)
-    stations.push_back(take_station(state, given));
   state.around = around;
   if (state.clock.speed != around.speed) {
     clock_set_speed(state.clock, around.speed, state.now_us, journal_now_us());
   }
-  state.stations = stations;
+  take_stations(state, around.stations);
   take_bss(state, before);
   for (int radio = 0; radio < kScenarioRadios; ++radio) {
     int channel = around.radios[radio].channel;

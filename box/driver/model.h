@@ -15,6 +15,7 @@
 
 #include <cstdint>
 
+#include <array>
 #include <map>
 #include <string>
 #include <utility>
@@ -37,6 +38,34 @@ struct driver_acl {
 };
 
 constexpr size_t kDriverSsidMax = 32;
+
+using driver_members = std::vector<std::pair<std::string, std::string>>;
+
+// Something that changed on the air.
+//
+// "beacon": "what" is "begins", "changes" or "stops". Unless it stops, "ssid" (with "ssid_hex" if
+// its bytes are not UTF-8), "hidden" (0 or 1), "auth", "encryption" and "channel" follow: the
+// setting that the interface beacons.
+//
+// "station": "what" is "joins", "roams" or "leaves", "mac" its address, "from" the interface that
+// it was at unless it joins, and "why" one of these:
+//
+//   off air, on air     a BSS stopped or began to beacon
+//   disconnected        by the text DisConnectSta
+//   returned            its time away after that, or after it went off air with its BSS, is over
+//   transition          a transition request asked it to go
+//   access list         the list or its policy keeps it out, or lets it in again
+//   blacklist           blacklisted, or no longer
+//   appeared            its scenario has it appear now
+//   switched off        its scenario has it leave now
+//   wps                 a WPS session let it in
+//   room                the radio had as many stations as it can take, and now has fewer
+//   scenario            its scenario was changed: it is new, gone, or belongs elsewhere
+struct driver_effect {
+  const char* effect;     // "beacon" or "station"
+  std::string interface;  // raN; of a station: where it is now, or where it was when it leaves
+  driver_members members;
+};
 
 struct driver_bss {
   std::map<std::string, std::string> settings;  // the last value of each Key=Value text
@@ -75,6 +104,22 @@ struct driver_radio {
   uint16_t eeprom[kDriverEepromWords];
 };
 
+// What keeps a station from being at a BSS.
+enum driver_obstacle : uint8_t {
+  kObstacleUnknown,  // the scenario has only just put the station where it is
+  kObstacleNone,
+  kObstacleNotYet,  // before it appears
+  kObstacleLeft,
+  kObstacleAway,
+  kObstacleWps,  // it waits for a session
+  kObstacleOffAir,
+  kObstacleAccessList,
+  kObstacleBlacklist,
+  kObstacleFull,
+};
+
+using driver_obstacles = std::array<driver_obstacle, kBoardMaxInterfaces>;  // at raN
+
 struct driver_station {
   scenario_station is;
   bool associated;
@@ -84,6 +129,7 @@ struct driver_station {
   uint8_t aid;
   int64_t returns_us;  // it stays away until then
   bool joined_by_wps;
+  driver_obstacles obstacles;  // when last looked at
   scenario_traffic traffic;
 };
 
@@ -116,6 +162,8 @@ struct driver_state {
   std::vector<driver_action_frame> action_frames;  // the last ones
   // Files that the hardware's self-test leaves, for the gateway to write: path and text.
   std::vector<std::pair<std::string, std::string>> files;
+  driver_members beacons[kBoardMaxInterfaces];  // the settings last told; empty: beacons nothing
+  std::vector<driver_effect> effects;           // what has changed since the gateway took them
   // Words after `gwbox fail` from events that have happened, for the gateway to carry out.
   std::vector<std::string> fails;
 };

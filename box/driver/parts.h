@@ -52,8 +52,18 @@ std::vector<const driver_station*> driver_associated(const driver_state& state, 
 
 driver_station* driver_find_station(driver_state& state, const mac_address& mac);
 
-// The station leaves its BSS and stays away until RETURNS_US.
-void driver_disconnect(driver_station& station, int64_t returns_us);
+// The station leaves its BSS. WHY as in driver_effect.
+void driver_leave(driver_state& state, driver_station& station, const char* why);
+
+// It is told to leave, and stays away as long as its scenario says.
+void driver_disconnect(driver_state& state, driver_station& station);
+
+// Tells of each BSS that beacons something else than when it was last told.
+void driver_tell_beacons(driver_state& state);
+
+// WHAT and WHY as in driver_effect. FROM: the N of raN, -1: none.
+void driver_tell_station(driver_state& state, const driver_station& station, const char* what,
+                         int from, const char* why);
 
 // A scenario's seconds in microseconds; kDriverNever for a time below 0.
 int64_t driver_microseconds(double seconds);
@@ -61,7 +71,7 @@ int64_t driver_microseconds(double seconds);
 // Sets the counters of a BSS to what its scenario says.
 void driver_take_counters(driver_bss& bss, const scenario_bss& given);
 
-// Moves stations to where they belong after a change.
+// Tells what is beaconed and moves stations to where they belong, after a change of either.
 void driver_settle(driver_state& state);
 
 // Applies one Key=Value text. Returns 0 or a negative errno.

@@ -40,7 +40,6 @@ static int set_policy(text_context& c) {
   int policy = atoi(c.value.c_str());
   if (policy < 0 || policy > 2) return -EINVAL;
   c.bss.acl.policy = policy;
-  driver_settle(c.state);
   return 0;
 }
 
@@ -61,23 +60,17 @@ static int for_each_mac(const std::string& list, Act act) {
 
 static int add_to_acl(text_context& c) {
   std::vector<mac_address>& list = c.bss.acl.list;
-  int status = for_each_mac(c.value, [&](const mac_address& mac) {
+  return for_each_mac(c.value, [&](const mac_address& mac) {
     if (std::find(list.begin(), list.end(), mac) == list.end()) list.push_back(mac);
   });
-  driver_settle(c.state);
-  return status;
 }
 
 static int take_from_acl(text_context& c) {
-  int status =
-      for_each_mac(c.value, [&](const mac_address& mac) { std::erase(c.bss.acl.list, mac); });
-  driver_settle(c.state);
-  return status;
+  return for_each_mac(c.value, [&](const mac_address& mac) { std::erase(c.bss.acl.list, mac); });
 }
 
 static int clear_acl(text_context& c) {
   c.bss.acl.list.clear();
-  driver_settle(c.state);
   return 0;
 }
 
@@ -101,7 +94,6 @@ static int set_channel(text_context& c) {
 
 static int set_radio_on(text_context& c) {
   c.radio.on = c.value != "0";
-  driver_settle(c.state);
   return 0;
 }
 
@@ -127,10 +119,7 @@ static int disconnect(text_context& c) {
   driver_station* station = driver_find_station(c.state, mac);
   bool here = station && station->associated && driver_radio_of(station->bss) == c.radio_number;
   driver_decode(c.request, "station", here ? "leaves" : "is not here");
-  if (!here) return 0;
-  double away = station->is.returns_after;
-  int64_t back_us = c.state.now_us + static_cast<int64_t>(away * 1e6);
-  driver_disconnect(*station, away < 0 ? kDriverNever : back_us);
+  if (here) driver_disconnect(c.state, *station);
   return 0;
 }
 
@@ -201,6 +190,8 @@ int driver_do_text(driver_state& state, driver_request& r) {
   int radio = driver_radio_of(r.bss);
   text_context c = {state, r, state.bss[r.bss], state.radios[radio], radio, value};
   int status = row ? row->apply(c) : 0;
-  if (status == 0) c.bss.settings[key] = value;
-  return status;
+  if (status != 0) return status;
+  c.bss.settings[key] = value;
+  if (row) driver_settle(state);
+  return 0;
 }

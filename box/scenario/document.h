@@ -31,7 +31,8 @@ struct scenario_station {
   bool asleep;             // power save
   bool by_wps;             // stays away until a WPS session of its BSS succeeds
   double appears, leaves;  // seconds; leaves below 0: stays
-  double returns_after;    // seconds after it was disconnected; below 0: never
+  double returns_after;    // seconds after it was disconnected, below 0: never; and at the earliest
+                           // after it lost its BSS, below 0: as soon as that beacons again
   scenario_traffic start, per_second;
 };
 
