@@ -39,6 +39,7 @@ static bool is_blacklisted(const driver_state& state, int radio, const mac_addre
 }
 
 static bool is_full(const driver_state& state, int radio, const driver_station& but) {
+  if (state.stations.size() <= kDriverStationsMax) return false;  // saves time in most scenarios
   auto counts = [&](const driver_station& station) {
     return station.associated && driver_radio_of(station.bss) == radio && &station != &but;
   };
