@@ -4,17 +4,23 @@
 #include <sys/stat.h>
 #include <unistd.h>
 #include <cerrno>
+#include <cstdint>
 
 #include "base/report.h"
 
 std::string file_read(const std::string& path) {
+  return file_read_piece(path, SIZE_MAX);
+}
+
+std::string file_read_piece(const std::string& path, size_t size) {
   std::string text;
   int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
   if (fd < 0) return text;
   char piece[4096];
-  for (ssize_t got; (got = read(fd, piece, sizeof piece)) > 0;)
-    text.append(piece, got);
+  for (ssize_t got; text.size() < size && (got = read(fd, piece, sizeof piece)) > 0;)
+    text.append(piece, static_cast<size_t>(got));
   close(fd);
+  if (text.size() > size) text.resize(size);
   return text;
 }
 

@@ -6,6 +6,9 @@
 // The whole file, or "" when it cannot be read (not reported).
 std::string file_read(const std::string& path);
 
+// Its first bytes, SIZE at most.
+std::string file_read_piece(const std::string& path, size_t size);
+
 // Creates the file with mode 0644, or overwrites it.
 [[nodiscard]] bool file_write(const std::string& path, const std::string& text);
 

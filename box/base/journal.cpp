@@ -53,12 +53,30 @@ static void append_text(std::string& line, const std::string& text) {
   if (!append_string(line, text)) append_member(line, "text_hex", text_hex(text));
 }
 
-std::string journal_line(const journal_entry& entry, uint64_t sequence, int64_t time_us) {
-  char head[80];
-  snprintf(head, sizeof head, "{\"seq\":%llu,\"time\":%lld.%06lld,\"pid\":%d",
-           static_cast<unsigned long long>(sequence), static_cast<long long>(time_us / 1000000),
-           static_cast<long long>(time_us % 1000000), entry.pid);
-  std::string line = head;
+static std::string seconds(int64_t us) {
+  char text[32];
+  snprintf(text, sizeof text, "%lld.%06lld", static_cast<long long>(us / 1000000),
+           static_cast<long long>(us % 1000000));
+  return text;
+}
+
+// What all lines begin with.
+static std::string line_head(uint64_t sequence, int64_t time_us, int64_t box_us) {
+  return "{\"seq\":" + std::to_string(sequence) + ",\"time\":" + seconds(time_us) +
+         ",\"box_time\":" + seconds(box_us);
+}
+
+static void append_cause(std::string& line, const journal_cause& cause) {
+  if (cause.call.empty()) return;
+  append_member(line, "call", cause.call);
+  append_member(line, "xid", hex(cause.xid));
+  if (cause.queued) line += ",\"queued\":true";
+}
+
+std::string journal_line(const journal_entry& entry, uint64_t sequence, int64_t time_us,
+                         int64_t box_us) {
+  std::string line = line_head(sequence, time_us, box_us);
+  append_number(line, "pid", entry.pid);
   append_member(line, "comm", entry.comm);
   if (entry.request != 0 || !entry.interface.empty()) {
     append_member(line, "interface", entry.interface);
@@ -79,6 +97,24 @@ std::string journal_line(const journal_entry& entry, uint64_t sequence, int64_t 
   }
   if (entry.injected) line += ",\"injected\":true";
   if (entry.delay_ms > 0) append_number(line, "delay_ms", entry.delay_ms);
+  append_cause(line, entry.cause);
+  return line + "}\n";
+}
+
+std::string journal_line(const journal_effect& effect, uint64_t sequence, int64_t time_us,
+                         int64_t box_us) {
+  std::string line = line_head(sequence, time_us, box_us);
+  append_member(line, "effect", effect.effect);
+  if (effect.pid != 0) {
+    append_number(line, "pid", effect.pid);
+    append_member(line, "comm", effect.comm);
+  }
+  if (!effect.interface.empty()) append_member(line, "interface", effect.interface);
+  for (const auto& [name, value] : effect.members)
+    append_member(line, name.c_str(), value);
+  if (effect.has_status) append_number(line, "status", effect.status);
+  if (effect.secret) line += ",\"secret\":true";
+  append_cause(line, effect.cause);
   return line + "}\n";
 }
 
@@ -110,8 +146,7 @@ static bool journal_rotate(journal& j) {
   return true;
 }
 
-void journal_append(journal& j, const journal_entry& entry) {
-  std::string line = journal_line(entry, ++j.sequence, journal_now_us() - j.start_us);
+static void append_line(journal& j, const std::string& line) {
   // If the exchange fails, the journal may grow by its limit once more.
   if (j.size + line.size() > kJournalLimit) {
     static_cast<void>(journal_rotate(j));
@@ -120,7 +155,15 @@ void journal_append(journal& j, const journal_entry& entry) {
   j.size += line.size();
   for (int fd : {j.fd, j.copy_fd}) {
     if (fd >= 0 && write(fd, line.data(), line.size()) < 0) {
-      report_errno(nullptr, "write the request journal");
+      report_errno(nullptr, "write the journal");
     }
   }
+}
+
+void journal_append(journal& j, const journal_entry& entry, int64_t box_us) {
+  append_line(j, journal_line(entry, ++j.sequence, journal_now_us() - j.start_us, box_us));
+}
+
+void journal_append(journal& j, const journal_effect& effect, int64_t box_us) {
+  append_line(j, journal_line(effect, ++j.sequence, journal_now_us() - j.start_us, box_us));
 }

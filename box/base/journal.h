@@ -14,6 +14,15 @@
 // it adds one. Writes to the box's own files of /sys and /proc are named sysfs and procfs; they
 // have "path" and "text", and no caller. A line named profile says that an interface went up with
 // a shortened SSID. "interface" and "request" are left out where there is none.
+//
+// Lines with "effect" instead of "name" tell what a request or a command led to:
+//
+//   {"seq":2,"time":0.020000,"box_time":0.020000,"effect":"station","interface":"ra0",
+//    "what":"leaves","mac":"02:00:5e:00:00:01","why":"off air","call":"wlan_restart","xid":"0x12"}
+//
+// Any line may have "call", the name of the daemon's procedure that is the cause, and "xid", the
+// transaction id of that call; "queued" is true if the daemon's worker does what that call asked
+// for. gwbox(1) lists the effects.
 #pragma once
 
 #include <sys/types.h>
@@ -37,6 +46,25 @@ struct journal {
   int64_t start_us;   // monotonic clock at the start of the box
 };
 
+// The call of the daemon that led to something.
+struct journal_cause {
+  std::string call;  // name of the procedure; empty: none, or not known
+  uint32_t xid;
+  bool queued;  // done later, by the daemon's worker
+};
+
+struct journal_effect {
+  const char* effect;
+  pid_t pid;  // who did it; 0: unknown
+  std::string comm;
+  std::string interface;                                     // empty: none
+  std::vector<std::pair<std::string, std::string>> members;  // always strings
+  bool has_status;
+  int status;   // of a command
+  bool secret;  // a value must not be shown to others
+  journal_cause cause;
+};
+
 struct journal_entry {
   pid_t pid;  // the process, not the thread
   std::string comm;
@@ -54,6 +82,7 @@ struct journal_entry {
   int result;                                                // 0 or a negative errno
   bool injected;
   int delay_ms;
+  journal_cause cause;
 };
 
 // Microseconds of the monotonic clock.
@@ -63,6 +92,11 @@ int64_t journal_now_us();
 [[nodiscard]] bool journal_open(journal& j, int copy_fd, int64_t start_us);
 
 // The entry's line, newline included.
-std::string journal_line(const journal_entry& entry, uint64_t sequence, int64_t time_us);
+// TIME_US is real time since the start, BOX_US the box's time.
+std::string journal_line(const journal_entry& entry, uint64_t sequence, int64_t time_us,
+                         int64_t box_us);
+std::string journal_line(const journal_effect& effect, uint64_t sequence, int64_t time_us,
+                         int64_t box_us);
 
-void journal_append(journal& j, const journal_entry& entry);
+void journal_append(journal& j, const journal_entry& entry, int64_t box_us);
+void journal_append(journal& j, const journal_effect& effect, int64_t box_us);

@@ -10,5 +10,10 @@
 [[nodiscard]] int control_ask(const std::string& box, const std::vector<std::string>& words,
                               std::string& answer);
 
+// The same for a command that may take the box so many SECONDS.
+[[nodiscard]] int control_ask_patiently(const std::string& box,
+                                        const std::vector<std::string>& words, int seconds,
+                                        std::string& answer);
+
 // The same for commands that need no more than the "ok".
 int control_tell(const std::string& box, const std::vector<std::string>& words);

@@ -53,6 +53,7 @@ static std::vector<std::string> words_reversed(int argc, char** argv) {
 
 args args_read(int argc, char** argv) {
   args a = {};
+  a.timeout = 30;
   a.command = kArgsDone;
   a.scenario = kScenarioDefault;
   a.speed = -1;

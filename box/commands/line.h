@@ -13,6 +13,7 @@ enum args_command {
   kArgsPause,
   kArgsResume,
   kArgsLog,
+  kArgsWait,
   kArgsScenarioList,
   kArgsScenarioShow,
   kArgsScenarioCheck,
@@ -39,7 +40,7 @@ struct args {
   bool cold;
   std::vector<std::string> payload;  // empty: an interactive shell; complete: words of the line
 
-  // set: all its words; scenario show and check: which one
+  // set, wait: all its words; scenario show and check: which one
   std::vector<std::string> words;
   std::string which;
 
@@ -49,6 +50,7 @@ struct args {
   std::string count;
 
   std::string seconds;  // advance
+  int timeout;          // wait: seconds
   std::string shell;    // completion
 
   // log, status, fail list

@@ -26,6 +26,11 @@ static constexpr command_row kCommands[] = {
     {"pause", "gwbox [--box BOX] pause"},
     {"resume", "gwbox [--box BOX] resume"},
     {"log", "gwbox [--box BOX] log [--follow] [--json]"},
+    {"wait",
+     "gwbox [--box BOX] wait [--timeout SECONDS] quiet\n"
+     "       gwbox [--box BOX] wait [--timeout SECONDS] on|off INTERFACE\n"
+     "       gwbox [--box BOX] wait [--timeout SECONDS] station|gone MAC\n"
+     "       gwbox [--box BOX] wait [--timeout SECONDS] journal NAME=VALUE..."},
     {"scenario", "gwbox scenario list|show NAME|check FILE"},
     {"completion", "gwbox completion bash|zsh"},
 };
@@ -198,6 +203,35 @@ static void declare_log(CLI::App& app, args& a) {
   log->callback([&a] { a.command = kArgsLog; });
 }
 
+static std::string check_timeout(const std::string& text) {
+  int seconds = -1;
+  if (CLI::detail::lexical_cast(text, seconds) && seconds >= 0 && seconds <= kControlWaitMax) {
+    return "";
+  }
+  return "takes a whole number of seconds from 0 to " + std::to_string(kControlWaitMax) + ", not " +
+         text_quote(text);
+}
+
+static void declare_wait(CLI::App& app, args& a) {
+  CLI::App* wait = app.add_subcommand("wait", "wait until something is so in the box");
+  wait->fallthrough()->footer(
+      "  quiet          the daemon has done all that it was asked to, its queue\n"
+      "                 included, and it and its companions wait for more\n"
+      "  on|off raN     the interface beacons, or does not\n"
+      "  station MAC    the station is associated; gone MAC: it is not\n"
+      "  journal NAME=VALUE...\n"
+      "                 the journal has a line with all these members (NAME!=VALUE:\n"
+      "                 without that one); the first such line is printed\n"
+      "\n"
+      "After --timeout, 30 seconds without it, the exit status is 1, and a message says\n"
+      "what is missing.");
+  wait->add_option("CONDITION", a.words, "what to wait for")->required();
+  wait->add_option("--timeout", a.timeout, "for how long at most")
+      ->type_name("SECONDS")
+      ->check(checked_by(check_timeout));
+  wait->callback([&a] { a.command = kArgsWait; });
+}
+
 static void declare_status(CLI::App& app, args& a) {
   CLI::App* status = app.add_subcommand("status", "show what the radios beacon and who is there");
   status->fallthrough();
@@ -257,6 +291,7 @@ void args_declare(CLI::App& app, args& a) {
   declare_fail(app, a);
   declare_time(app, a);
   declare_log(app, a);
+  declare_wait(app, a);
   declare_scenario(app, a);
   declare_completion(app, a);
   // Set last: commands declared after it would inherit it.

@@ -1,26 +1,22 @@
 #include "commands/log.h"
 
-#include <fcntl.h>
-#include <poll.h>
-#include <sys/inotify.h>
-#include <unistd.h>
-#include <cerrno>
 #include <cstdio>
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "base/journal.h"
 #include "base/report.h"
+#include "commands/follow.h"
 #include "control/reach.h"
 
 using json = nlohmann::ordered_json;
 
 // Members that have their own place in a readable line; the others are printed as name=value.
 static constexpr const char* kPlaced[] = {
-    "seq",   "time", "pid",      "comm",   "interface", "request",  "name",     "sub",  "object",
-    "bytes", "text", "text_hex", "length", "result",    "injected", "delay_ms", "error"};
+    "seq",      "time",     "box_time", "pid",    "comm",     "interface", "request", "name",
+    "sub",      "object",   "bytes",    "text",   "text_hex", "length",    "result",  "status",
+    "injected", "delay_ms", "error",    "effect", "what",     "call",      "xid"};
 
 static bool is_placed(const std::string& name) {
   return std::find(std::begin(kPlaced), std::end(kPlaced), name) != std::end(kPlaced);
@@ -28,6 +24,14 @@ static bool is_placed(const std::string& name) {
 
 static std::string text_of(const json& entry, const char* name) {
   return entry.value(name, std::string());
+}
+
+static std::string other_members(const json& entry) {
+  std::string text;
+  for (const auto& [name, value] : entry.items()) {
+    if (!is_placed(name) && value.is_string()) text += " " + name + "=" + value.get<std::string>();
+  }
+  return text;
 }
 
 // "query survey [13163]", "set SSID=attic", "steer mac=... action=2", "vlan device=eth0".
@@ -40,9 +44,31 @@ static std::string what_was_asked(const json& entry) {
     text += " [" + std::to_string(entry.value("length", 0)) + "]";
   }
   if (entry.contains("text")) text += " " + text_of(entry, "text");
-  for (const auto& [name, value] : entry.items()) {
-    if (!is_placed(name) && value.is_string()) text += " " + name + "=" + value.get<std::string>();
+  text += other_members(entry);
+  text += " -> " + (entry.contains("error") ? text_of(entry, "error") : "ok");
+  if (entry.value("injected", false)) text += " (injected)";
+  if (entry.contains("delay_ms")) {
+    text += " after " + std::to_string(entry.value("delay_ms", 0)) + " ms";
   }
+  return text;
+}
+
+// "station leaves mac=... why=off air", "key file=... key=SSID1 before=... after=...".
+static std::string what_happened(const json& entry) {
+  std::string text = text_of(entry, "effect");
+  if (entry.contains("what")) text += " " + text_of(entry, "what");
+  text += other_members(entry);
+  if (entry.contains("status")) text += " -> status " + std::to_string(entry.value("status", 0));
+  return text;
+}
+
+// "iwpriv[7] for wlan_restart"; empty if nobody is known.
+static std::string on_whose_behalf(const json& entry) {
+  std::string text, call = text_of(entry, "call");
+  if (!text_of(entry, "comm").empty()) {
+    text = text_of(entry, "comm") + "[" + std::to_string(entry.value("pid", 0)) + "]";
+  }
+  if (!call.empty()) text += (text.empty() ? "for " : " for ") + call;
   return text;
 }
 
@@ -52,15 +78,10 @@ static std::string readable(const std::string& line) {
   if (!entry.is_object()) return line;
   char time[32];
   snprintf(time, sizeof time, "%10.6f ", entry.value("time", 0.0));
-  std::string text = time, interface = text_of(entry, "interface");
-  text += (interface.empty() ? "" : interface + " ") + what_was_asked(entry);
-  text += " -> " + (entry.contains("error") ? text_of(entry, "error") : "ok");
-  if (entry.value("injected", false)) text += " (injected)";
-  if (entry.contains("delay_ms")) {
-    text += " after " + std::to_string(entry.value("delay_ms", 0)) + " ms";
-  }
-  if (text_of(entry, "comm").empty()) return text;
-  return text + "  (" + text_of(entry, "comm") + "[" + std::to_string(entry.value("pid", 0)) + "])";
+  std::string text = time, interface = text_of(entry, "interface"), who = on_whose_behalf(entry);
+  text += interface.empty() ? "" : interface + " ";
+  text += entry.contains("effect") ? what_happened(entry) : what_was_asked(entry);
+  return who.empty() ? text : text + "  (" + who + ")";
 }
 
 // Control bytes of a caller's text must not reach the terminal.
@@ -71,94 +92,23 @@ static std::string printable(std::string text) {
   return text;
 }
 
-// Prints the journal's new complete lines; keeps the rest in PART.
-static void print_new(int fd, std::string& part, bool as_json) {
-  char piece[65536];
-  for (ssize_t got; (got = read(fd, piece, sizeof piece)) > 0;) {
-    part.append(piece, static_cast<size_t>(got));
-  }
-  size_t start = 0;
-  for (size_t end; (end = part.find('\n', start)) != std::string::npos; start = end + 1) {
-    std::string line = part.substr(start, end - start);
-    puts((as_json ? line : printable(readable(line))).c_str());
-  }
-  part.erase(0, start);
-  fflush(stdout);
-}
-
-static int open_journal(const std::string& path) {
-  int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (fd < 0) report_errno("inside a box, or with --box from outside", "open %s", path.c_str());
-  return fd;
-}
-
-// The journal and a watch that reports new lines and the change to a new journal. The watch is set
-// before the first read, so that no line is missed in between.
-struct followed {
-  int fd, watch;
+struct printing {
+  bool as_json;
 };
 
-static bool begin_to_follow(const std::string& path, followed& f) {
-  f.watch = inotify_init1(IN_CLOEXEC);
-  if (f.watch < 0 || inotify_add_watch(f.watch, path.c_str(), IN_MODIFY | IN_MOVE_SELF) < 0) {
-    return report_errno(nullptr, "watch %s", path.c_str());
-  }
-  f.fd = open_journal(path);
-  return f.fd >= 0;
-}
-
-// Waits until the journal changes; false when the box has ended instead.
-static bool await_change(int watch, int end) {
-  pollfd waiting[] = {{watch, POLLIN, 0}, {end, POLLIN, 0}};
-  while (poll(waiting, 2, -1) < 0 && errno == EINTR) {
-  }
-  return waiting[1].revents == 0;
-}
-
-// Reads the events of the watch. MOVED: this is the older journal now and gets no more lines.
-static bool take_news(int watch, bool& moved) {
-  alignas(inotify_event) char events[4096];
-  ssize_t got = read(watch, events, sizeof events);
-  moved = false;
-  for (ssize_t at = 0; at < got;) {
-    const inotify_event* event = reinterpret_cast<const inotify_event*>(events + at);
-    moved |= (event->mask & IN_MOVE_SELF) != 0;
-    at += static_cast<ssize_t>(sizeof *event + event->len);
-  }
-  return got > 0 || errno == EINTR;
-}
-
-static int follow_journal(const std::string& root, bool as_json) {
-  const std::string path = root + kJournalPath;
-  const int end = reach_open_end(root);
-  followed f = {};
-  std::string part;
-  bool moved = false;
-  if (!begin_to_follow(path, f)) return kExitFailed;
-  do {
-    print_new(f.fd, part, as_json);
-    if (ferror(stdout)) return kExitFailed;
-    if (moved) {
-      close(f.fd);
-      close(f.watch);
-      if (!begin_to_follow(path, f)) return kExitFailed;
-      print_new(f.fd, part, as_json);
-    }
-    if (await_change(f.watch, end)) continue;
-    print_new(f.fd, part, as_json);
-    report("the box has ended");
-    return 0;
-  } while (take_news(f.watch, moved));
-  return kExitFailed;
+static bool print_line(const std::string& line, void* context) {
+  bool as_json = static_cast<printing*>(context)->as_json;
+  puts((as_json ? line : printable(readable(line))).c_str());
+  fflush(stdout);
+  return ferror(stdout) == 0;
 }
 
 int log_print(const std::string& box, bool follow, bool as_json) {
   std::string root;
+  printing how = {as_json};
   if (!reach_root(box, root)) return kExitFailed;
-  if (follow) return follow_journal(root, as_json);
-  int fd = open_journal(root + kJournalPath);
-  if (fd < 0) return kExitFailed;
-  std::string part;
-  print_new(fd, part, as_json);
-  return 0;
+  if (!follow) return follow_journal(root, 0, print_line, &how);
+  int status = follow_journal(root, kFollowForever, print_line, &how);
+  if (status == 0 && !ferror(stdout)) report("the box has ended");
+  return ferror(stdout) ? kExitFailed : status;
 }

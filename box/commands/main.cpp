@@ -7,6 +7,7 @@
 #include "commands/line.h"
 #include "commands/log.h"
 #include "commands/run.h"
+#include "commands/wait.h"
 #include "control/status.h"
 #include "scenario/document.h"
 
@@ -41,6 +42,8 @@ static int act(const args& a) {
       return status_print(a.box, a.json);
     case kArgsLog:
       return log_print(a.box, a.follow, a.json);
+    case kArgsWait:
+      return wait_run(a.box, a.words, a.timeout);
     case kArgsScenarioList:
       return scenario_print_list();
     case kArgsScenarioShow:

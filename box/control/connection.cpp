@@ -16,8 +16,8 @@ bool control_address(const std::string& root, sockaddr_un& address) {
   return true;
 }
 
-int control_socket() {
-  timeval patience = {kControlPatience, 0};
+int control_socket(int more) {
+  timeval patience = {kControlPatience + more, 0};
   int fd = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
   if (fd < 0) return -1;
   static_cast<void>(setsockopt(fd, SOL_SOCKET, SO_SNDTIMEO, &patience, sizeof patience));
@@ -53,8 +53,9 @@ static bool exchange_on(int fd, const std::string& message, std::string& answer)
   return false;
 }
 
-bool control_exchange(const std::string& root, const std::string& message, std::string& answer) {
-  int fd = control_socket();
+bool control_exchange(const std::string& root, const std::string& message, int more,
+                      std::string& answer) {
+  int fd = control_socket(more);
   bool done = connect_to(fd, root) && exchange_on(fd, message, answer);
   if (fd >= 0) close(fd);
   return done;

@@ -21,8 +21,10 @@
 #include "control/reach.h"
 #include "control/run_link.h"
 #include "control/serve.h"
+#include "control/start.h"
 #include "gateway/around.h"
 #include "gateway/state.h"
+#include "gateway/watch.h"
 #include "host/firmware.h"
 #include "host/interfaces.h"
 #include "host/kernel_files.h"
@@ -34,6 +36,9 @@
 // How long the box's processes have after SIGTERM before the kernel kills them.
 static constexpr int64_t kGraceUs = 2000000;
 
+// After a look at files and calls on the wire, how long until the next that nothing else asks for.
+static constexpr int64_t kNewsUs = 10000;
+
 struct box {
   trap_state trap;
   int link;
@@ -41,11 +46,13 @@ struct box {
   int control;  // listening
   int name;     // listening, or -1
   std::vector<int> clients;
-  portmap portmapper;
-  companions_starting starting;
-  pid_t payload;
-  bool own_job;  // the payload is a process group that shares the terminal with gwbox in turns
-  int status;    // the box's exit status, once ending
+  std::vector<control_waiter> waiters;
+  int64_t news_us;  // until then, files and calls on the wire do not wake the loop
+  box_start start;
+  pid_t portmapper;  // 0: none
+  pid_t payload;     // 0: not yet
+  bool own_job;      // the payload is a process group that shares the terminal with gwbox in turns
+  int status;        // the box's exit status, once ending
   bool ending;
   int64_t give_up_us;  // when ending: monotonic time until which processes are waited for
 };
@@ -73,34 +80,8 @@ static bool open_trap(box& b, const box_plan& plan) {
   if (b.trap.socket < 0) return report_errno(nullptr, "open a socket");
   b.trap.links = links_open();
   if (b.trap.links < 0 || !journal_open(b.trap.log, plan.log_fd, plan.start_us)) return false;
-  b.trap.listener = filter_install({namespaces_have_root_alone()});
-  return b.trap.listener >= 0;
-}
-
-// The portmapper and the companions start up while the radios are created.
-static bool start_services(box& b, const box_plan& plan) {
-  if (!net_start() || !profiles_install(*plan.hardware)) return false;
-  if ((plan.portmap && !portmap_start(b.portmapper)) ||
-      (plan.companions && !companions_start(b.starting)))
-    return false;
-  if (!plan.cold && !trap_load_modules(b.trap)) return false;
-  if (plan.portmap && !portmap_await(b.portmapper)) return false;
-  return !plan.companions || companions_await(b.starting);
-}
-
-static bool build(box& b, const box_plan& plan) {
-  if (plan.user_namespace && !namespaces_map_root(plan.uid, plan.gid)) return false;
-  if (!sandbox_enter(plan.sandbox) || !firmware_install() || !kernel_files_install(b.trap.sysfs)) {
-    return false;
-  }
-  if (!companions_tell_start(plan.start_us) || !open_signals(b) || !open_trap(b, plan))
-    return false;
-  if (!around_publish(b.trap.driver)) return false;
-  b.control = control_listen();
-  if (b.control < 0 || !start_services(b, plan)) return false;
-  if (b.name >= 0 && !reach_listen(b.name)) return false;
-  b.payload = payload_start(plan.payload);
-  return b.payload > 0;
+  rpc_calls_open(b.trap.calls);
+  return true;
 }
 
 // Calls ACT for every process in the box except this one and the portmapper; returns their number.
@@ -111,7 +92,7 @@ static int for_each_process(const box& b, Act act) {
   if (!processes) return 0;
   while (struct dirent* entry = readdir(processes)) {
     pid_t pid = isdigit(entry->d_name[0]) ? atoi(entry->d_name) : 0;
-    if (pid <= 1 || pid == b.portmapper.pid) continue;
+    if (pid <= 1 || pid == b.portmapper) continue;
     act(pid);
     ++count;
   }
@@ -141,7 +122,7 @@ static void payload_changed(box& b, int wait_status) {
 // No message if it was ended on purpose.
 static void portmap_changed(box& b, int wait_status) {
   if (WIFSTOPPED(wait_status)) return;
-  b.portmapper.pid = 0;
+  b.portmapper = 0;
   bool on_purpose =
       WIFSIGNALED(wait_status) ? WTERMSIG(wait_status) == SIGKILL : WEXITSTATUS(wait_status) == 0;
   if (!on_purpose && !b.ending) portmap_report_end(wait_status);
@@ -151,7 +132,7 @@ static void reap(box& b) {
   int status = 0;
   for (pid_t pid; (pid = waitpid(-1, &status, WNOHANG | WUNTRACED)) > 0;) {
     if (pid == b.payload) payload_changed(b, status);
-    if (pid == b.portmapper.pid) portmap_changed(b, status);
+    if (pid == b.portmapper) portmap_changed(b, status);
   }
 }
 
@@ -189,30 +170,51 @@ static int sooner(int a, int b) {
 static int next_timeout(box& b) {
   around_go_on(b.trap);
   int timeout = sooner(trap_run_delayed(b.trap), around_timeout_ms(b.trap.driver));
+  timeout = sooner(timeout, control_answer_waiters(b.waiters, b.trap));
+  if (int64_t left = b.news_us - journal_now_us(); left > 0) {
+    timeout = sooner(timeout, static_cast<int>(left / 1000) + 1);
+  }
   if (!b.ending) return timeout;
   int64_t left = (b.give_up_us - journal_now_us() + 999) / 1000;
   int grace = left < 0 ? 0 : static_cast<int>(left);
   return sooner(timeout, grace);
 }
 
+static void take_news(box& b) {
+  rpc_calls_catch_up(b.trap.calls);
+  trap_catch_up(b.trap);
+  b.news_us = journal_now_us() + kNewsUs;
+}
+
 static void serve_once(box& b) {
-  std::vector<pollfd> watched = {{b.trap.listener, POLLIN, 0}, {b.signals, POLLIN, 0},
-                                 {b.control, POLLIN, 0},       {b.link, POLLIN, 0},
-                                 {b.trap.links, POLLIN, 0},    {b.trap.sysfs.notify, POLLIN, 0},
-                                 {b.name, POLLIN, 0}};
+  bool news = journal_now_us() >= b.news_us;
+  // Until everything has started, who starts it waits for the processes.
+  int signals = b.payload == 0 ? -1 : b.signals;
+  std::vector<pollfd> watched = {
+      {b.trap.listener, POLLIN, 0}, {signals, POLLIN, 0},
+      {b.control, POLLIN, 0},       {b.link, POLLIN, 0},
+      {b.trap.links, POLLIN, 0},    {b.trap.sysfs.notify, POLLIN, 0},
+      {b.name, POLLIN, 0},          {news ? b.trap.files.fd : -1, POLLIN, 0},
+      {b.start.steps, POLLIN, 0}};
   size_t fixed = watched.size();
   for (int client : b.clients)
     watched.push_back({client, POLLIN, 0});
   size_t clients = b.clients.size();
+  for (const auto& [pid, process] : b.trap.processes.known)
+    watched.push_back({process.fd, POLLIN, 0});
   if (poll(watched.data(), watched.size(), next_timeout(b)) < 0) return;
   if (watched[0].revents) trap_take(b.trap);
   if (watched[4].revents || watched[5].revents) trap_catch_up(b.trap);
+  if (watched[7].revents || watched[9].revents) take_news(b);
+  for (size_t i = fixed + clients; i < watched.size(); ++i) {
+    if (watched[i].revents) return watch_ended(b.trap);
+  }
   if (watched[1].revents) take_signals(b);
   if (watched[3].revents) take_link(b);
   if (watched[6].revents) reach_serve(b.name);
   for (size_t i = clients; i-- > 0;) {
     if (!watched[fixed + i].revents) continue;
-    control_serve(b.clients[i], b.trap);
+    control_serve(b.clients[i], b.trap, b.waiters);
     b.clients.erase(b.clients.begin() + static_cast<ptrdiff_t>(i));
   }
   if (watched[2].revents) take_control(b);
@@ -224,6 +226,50 @@ static bool ended(box& b) {
   return journal_now_us() >= b.give_up_us || for_each_process(b, [](pid_t) {}) == 0;
 }
 
+static bool build(box& b, const box_plan& plan) {
+  if (plan.user_namespace && !namespaces_map_root(plan.uid, plan.gid)) return false;
+  if (!sandbox_enter(plan.sandbox) || !firmware_install() || !kernel_files_install(b.trap.sysfs)) {
+    return false;
+  }
+  if (!companions_tell_start(plan.start_us) || !open_signals(b) || !open_trap(b, plan))
+    return false;
+  if (!around_publish(b.trap.driver) || !net_start() || !profiles_install(*plan.hardware))
+    return false;
+  b.control = control_listen();
+  trap_begin(b.trap);
+  // The portmapper and the companions start up while the radios are created.
+  if (b.control < 0 || !file_watch_open(b.trap.files) ||
+      !start_begin(b.start, plan, b.trap.listener))
+    return false;
+  return plan.cold || trap_load_modules(b.trap);
+}
+
+// One step of the start is done: everything but the payload runs, or the payload as well.
+static bool go_on_starting(box& b) {
+  switch (start_step_done(b.start)) {
+    case start_step::kServices:
+      b.portmapper = b.start.portmapper.pid;
+      if (b.name >= 0 && !reach_listen(b.name)) return false;
+      start_go_on(b.start);
+      return true;
+    case start_step::kPayload:
+      b.payload = b.start.payload;
+      return true;
+    case start_step::kFailed:
+      break;
+  }
+  return false;
+}
+
+// What is started needs the box's answers.
+static bool start(box& b) {
+  while (b.payload == 0) {
+    serve_once(b);
+    if (start_is_waiting(b.start) && !go_on_starting(b)) return false;
+  }
+  return true;
+}
+
 // The kernel kills whatever is left, such as the portmapper, when this process ends.
 int box_main(const box_plan& plan) {
   box b = {};
@@ -231,7 +277,7 @@ int box_main(const box_plan& plan) {
   b.name = plan.name;
   b.own_job = plan.payload.terminal == kPayloadForeground;
   umask(022);
-  if (!build(b, plan)) return kExitBoxFailed;
+  if (!build(b, plan) || !start(b)) return kExitBoxFailed;
   while (!ended(b))
     serve_once(b);
   return b.status;

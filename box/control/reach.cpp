@@ -88,7 +88,7 @@ static pid_t process_named(const std::string& name) {
   sockaddr_un address;
   socklen_t size = name_address(name, address), credentials_size = sizeof(ucred);
   ucred credentials = {};
-  int fd = control_socket();
+  int fd = control_socket(0);
   bool known = fd >= 0 && connect(fd, reinterpret_cast<sockaddr*>(&address), size) == 0 &&
                getsockopt(fd, SOL_SOCKET, SO_PEERCRED, &credentials, &credentials_size) == 0;
   pid_t pid = known ? credentials.pid : errno == EAGAIN ? -1 : 0;

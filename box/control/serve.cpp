@@ -70,8 +70,7 @@ static std::string do_resume(trap_state& trap) {
   return "ok";
 }
 
-static std::string act(const std::string& message, trap_state& trap) {
-  std::vector<std::string> words = split(message);
+static std::string act(const std::vector<std::string>& words, trap_state& trap) {
   if (words[0] == "fail") return fail_act(trap, words);
   if (words[0] == "set") return do_set(words, trap.driver);
   if (words[0] == "advance") return do_advance(words, trap);
@@ -82,18 +81,67 @@ static std::string act(const std::string& message, trap_state& trap) {
   return "ok";
 }
 
-void control_serve(int client, trap_state& trap) {
-  std::string message(kControlMessageMax, '\0');
-  ssize_t got = recv(client, message.data(), message.size(), 0);
-  if (got > 0) {
-    trap_catch_up(trap);
-    around_go_on(trap);
-    message.resize(static_cast<size_t>(got));
-    std::string answer = act(message, trap);
-    // Runs before the answer: whoever ended delays then finds those calls in the journal.
-    static_cast<void>(trap_run_delayed(trap));
-    if (answer.size() > kControlMessageMax) answer = "the answer is too long for one message";
-    static_cast<void>(send(client, answer.data(), answer.size(), MSG_NOSIGNAL));
-  }
+static void answer_and_close(int client, const std::string& answer) {
+  static const std::string kTooLong = "the answer is too long for one message";
+  const std::string& sent = answer.size() <= kControlMessageMax ? answer : kTooLong;
+  static_cast<void>(send(client, sent.data(), sent.size(), MSG_NOSIGNAL));
   close(client);
+}
+
+// "wait SECONDS CONDITION...": true if the client is among WAITERS now.
+static bool begin_to_wait(int client, const std::vector<std::string>& words,
+                          std::vector<control_waiter>& waiters, std::string& wrong) {
+  double seconds = words.size() > 2 ? atof(words[1].c_str()) : -1;
+  condition wanted = {};
+  wrong = "unknown message";
+  if (!(seconds >= 0) || seconds > kControlWaitMax) return false;
+  if (!condition_parse({words.begin() + 2, words.end()}, wanted, wrong)) return false;
+  waiters.push_back({client, wanted, journal_now_us() + std::llround(seconds * 1e6)});
+  return true;
+}
+
+void control_serve(int client, trap_state& trap, std::vector<control_waiter>& waiters) {
+  std::string message(kControlMessageMax, '\0'), answer;
+  ssize_t got = recv(client, message.data(), message.size(), 0);
+  if (got <= 0) {
+    close(client);
+    return;
+  }
+  trap_catch_up(trap);
+  around_go_on(trap);
+  message.resize(static_cast<size_t>(got));
+  std::vector<std::string> words = split(message);
+  if (words[0] == "wait") {
+    if (!begin_to_wait(client, words, waiters, answer)) answer_and_close(client, answer);
+    return;
+  }
+  answer = act(words, trap);
+  // Runs before the answer: whoever ended delays then finds those calls in the journal.
+  static_cast<void>(trap_run_delayed(trap));
+  answer_and_close(client, answer);
+}
+
+// Nothing tells when a thread goes to sleep, so whoever waits for that is looked after this often.
+static constexpr int kLookAgainMs = 10;
+
+// True if the waiter needs no more looks.
+static bool serve_waiter(const control_waiter& waiter, trap_state& trap) {
+  char byte = 0;
+  std::string missing;
+  if (recv(waiter.client, &byte, 1, MSG_DONTWAIT | MSG_PEEK) == 0) {
+    close(waiter.client);
+    return true;
+  }
+  bool holds = condition_holds(trap, waiter.wanted, missing);
+  if (!holds && journal_now_us() < waiter.until_us) return false;
+  answer_and_close(waiter.client, holds ? "ok" : std::string("ok") + kControlBreak + missing);
+  return true;
+}
+
+int control_answer_waiters(std::vector<control_waiter>& waiters, trap_state& trap) {
+  if (waiters.empty()) return -1;
+  trap_catch_up(trap);
+  around_go_on(trap);
+  std::erase_if(waiters, [&](const control_waiter& w) { return serve_waiter(w, trap); });
+  return waiters.empty() ? -1 : kLookAgainMs;
 }

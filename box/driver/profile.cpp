@@ -1,23 +1,10 @@
 // Interfaces going up and down, and what they read from their band's profile.
 #include <cstdlib>
 
+#include "base/profile_text.h"
 #include "driver/parts.h"
 
 using profile = std::map<std::string, std::string>;
-
-// The first line with a key counts.
-static profile read_profile(const std::string& text) {
-  profile found;
-  for (size_t start = 0; start < text.size();) {
-    size_t end = text.find('\n', start);
-    if (end == std::string::npos) end = text.size();
-    std::string line = text.substr(start, end - start);
-    size_t equals = line.find('=');
-    if (equals != std::string::npos) found.emplace(line.substr(0, equals), line.substr(equals + 1));
-    start = end + 1;
-  }
-  return found;
-}
 
 static std::string value_of(const profile& p, const std::string& key) {
   auto at = p.find(key);
@@ -60,7 +47,7 @@ static void take_radio(driver_state& state, int number, const profile& p) {
 void driver_interface_up(driver_state& state, int n, const std::string& text, int64_t now_us) {
   driver_advance(state, now_us);
   if (state.bss[n].up) return;
-  profile p = read_profile(text);
+  profile p = profile_text_read(text);
   int radio = driver_radio_of(n);
   if (n == driver_first_of(radio)) take_radio(state, radio, p);
   take_bss(state.bss[n], p, n - driver_first_of(radio));

@@ -6,6 +6,7 @@
 #include "base/files.h"
 #include "base/journal.h"
 #include "base/report.h"
+#include "gateway/effects.h"
 #include "scenario/parts.h"
 
 static bool replace(const std::string& path, const std::string& text) {
@@ -67,6 +68,7 @@ void around_go_on(trap_state& trap) {
     driver_advance(trap.driver, driver_now_us(trap.driver));
   } while (trap.driver.clock.speed != speed);
   do_what_is_asked(trap);
+  effect_tell_air(trap, nullptr);
 }
 
 void around_advance(trap_state& trap, int64_t us) {
@@ -75,6 +77,7 @@ void around_advance(trap_state& trap, int64_t us) {
   clock_set(trap.driver.clock, to, journal_now_us());
   static_cast<void>(around_publish(trap.driver));
   do_what_is_asked(trap);
+  effect_tell_air(trap, nullptr);
 }
 
 void around_pause(trap_state& trap, bool paused) {

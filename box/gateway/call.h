@@ -2,12 +2,14 @@
 #pragma once
 
 #include "gateway/state.h"
+#include "trap/calls.h"
 
 struct trap_call {
   uint64_t id;
   int32_t tid;
   uint32_t arch;
   int number;
+  trapped call;
   uint64_t arguments[kTrapArguments];
   uint32_t request;  // of an ioctl; else one of kFault...Module
   bool is_short;     // a fault cuts the answer to short_bytes

@@ -2,7 +2,7 @@
 #include <poll.h>
 
 #include "base/files.h"
-#include "gateway/state.h"
+#include "gateway/effects.h"
 
 static const char* profile_of(int n) {
   return n < kBoardFirst5ghz ? "/tmp/mt76xx_24.dat" : "/tmp/mt76xx_5.dat";
@@ -17,7 +17,25 @@ static void journal_cut_ssid(trap_state& trap, int n) {
   entry.decoded = {{"ssid_bytes_lost", std::to_string(bss.ssid_lost)}};
   entry.has_text = true;
   entry.text = bss.ssid;
-  journal_append(trap.log, entry);
+  journal_append(trap.log, entry, driver_now_us(trap.driver));
+}
+
+static const process_actor* actor_of(const trap_state& trap, const std::string& name) {
+  auto actor = trap.interface_actors.find(name);
+  return actor == trap.interface_actors.end() ? nullptr : &actor->second;
+}
+
+static void tell_interface(trap_state& trap, const std::string& name, bool up, bool gone) {
+  auto known = trap.interfaces.find(name);
+  bool was_up = known != trap.interfaces.end() && known->second;
+  trap.interfaces[name] = up;
+  if (gone) trap.interfaces.erase(name);
+  if (was_up == up || name == "lo" || name.starts_with("air")) return;
+  journal_effect told = {};
+  told.effect = "interface";
+  told.interface = name;
+  told.members = {{"what", up ? "up" : "down"}};
+  effect_tell_by(trap, told, actor_of(trap, name));
 }
 
 // The driver reads its profile when an interface goes up.
@@ -31,6 +49,7 @@ static void set_up(trap_state& trap, int n, bool up) {
   } else {
     driver_interface_down(trap.driver, n, now);
   }
+  effect_tell_air(trap, actor_of(trap, "ra" + std::to_string(n)));
 }
 
 static void ask_all(trap_state& trap) {
@@ -39,10 +58,17 @@ static void ask_all(trap_state& trap) {
   }
 }
 
+void trap_begin(trap_state& trap) {
+  bool lost = false;
+  for (const links_change& change : links_take(trap.links, lost))
+    trap.interfaces[change.name] = change.up;
+}
+
 static void follow_links(trap_state& trap) {
   bool lost = false;
   for (const links_change& change : links_take(trap.links, lost)) {
     int n = board_interface_number(change.name.c_str());
+    tell_interface(trap, change.name, change.up, change.gone);
     if (n >= 0) set_up(trap, n, change.up);
     if (change.gone) vlan_forget(trap.vlans, change.name);
   }
@@ -57,14 +83,27 @@ static void follow_sysfs(trap_state& trap) {
     entry.length = static_cast<uint16_t>(write.text.size());
     entry.has_text = true;
     entry.text = write.text;
-    journal_append(trap.log, entry);
+    journal_append(trap.log, entry, driver_now_us(trap.driver));
+  }
+}
+
+static bool is_message_to_controller(const journal_effect& effect) {
+  return effect.effect == std::string_view("datagram") && effect.members[0].second == "hnc";
+}
+
+static void follow_files(trap_state& trap) {
+  for (journal_effect& effect : file_watch_take(trap.files)) {
+    if (is_message_to_controller(effect)) effect.cause = rpc_calls_controller(trap.calls);
+    effect_tell(trap, effect);
   }
 }
 
 // Polls first: every trapped call comes here, and usually there is no news.
 void trap_catch_up(trap_state& trap) {
-  pollfd news[] = {{trap.links, POLLIN, 0}, {trap.sysfs.notify, POLLIN, 0}};
-  if (poll(news, 2, 0) <= 0) return;
+  pollfd news[] = {
+      {trap.links, POLLIN, 0}, {trap.sysfs.notify, POLLIN, 0}, {trap.files.fd, POLLIN, 0}};
+  if (poll(news, 3, 0) <= 0) return;
   if (news[0].revents) follow_links(trap);
   if (news[1].revents) follow_sysfs(trap);
+  if (news[2].revents) follow_files(trap);
 }

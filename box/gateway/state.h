@@ -4,10 +4,15 @@
 
 #include <cstdint>
 
+#include <map>
+#include <string>
 #include <vector>
 
 #include "base/journal.h"
 #include "driver/model.h"
+#include "gateway/file_watch.h"
+#include "gateway/processes.h"
+#include "gateway/rpc_calls.h"
 #include "host/interface_news.h"
 #include "host/modules.h"
 #include "host/sysfs.h"
@@ -15,7 +20,7 @@
 #include "trap/caller.h"
 #include "trap/faults.h"
 
-constexpr int kTrapArguments = 3;  // as many arguments as any trapped call needs
+constexpr int kTrapArguments = 4;  // as many arguments as any trapped call needs
 
 // A call that a delay rule holds back; the caller sleeps in it meanwhile.
 struct trap_delayed {
@@ -38,6 +43,11 @@ struct trap_state {
   vlan_state vlans;
   sysfs_state sysfs;
   caller_known caller;
+  rpc_calls calls;
+  process_table processes;
+  file_watch files;
+  std::map<std::string, bool> interfaces;                 // up or not, as last told
+  std::map<std::string, process_actor> interface_actors;  // who last set one up or down
   journal log;
   std::vector<fault_rule> faults;
   std::vector<trap_delayed> delayed;
@@ -45,6 +55,9 @@ struct trap_state {
 
 // Loads all modules that the board has a card for. Reports what failed.
 [[nodiscard]] bool trap_load_modules(trap_state& trap);
+
+// Takes what its interfaces are now as what they are at the start.
+void trap_begin(trap_state& trap);
 
 // Takes in what happened around the driver: interfaces that went up or down, writes to the files of
 // /sys and /proc. Every trapped call does so first. Also to be called when trap.links or

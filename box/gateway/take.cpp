@@ -2,6 +2,7 @@
 
 #include <linux/audit.h>
 #include <linux/seccomp.h>
+#include <net/if.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 #include <cerrno>
@@ -11,14 +12,8 @@
 
 #include "gateway/around.h"
 #include "gateway/call.h"
-
-// Trapped calls other than ioctl, by their numbers in 64-bit and in 32-bit programs.
-static constexpr struct {
-  int number_64;
-  int number_32;
-  uint32_t request;
-} kModuleCalls[] = {
-    {175, 128, kFaultInitModule}, {313, 350, kFaultFinitModule}, {176, 129, kFaultDeleteModule}};
+#include "gateway/effects.h"
+#include "gateway/watch.h"
 
 // An interface request must be made on a socket.
 static int check_descriptor(const trap_call& c) {
@@ -47,10 +42,11 @@ static int read_call(trap_state& trap, trap_call& c, journal_entry& entry) {
   return descriptor != 0 ? descriptor : status;
 }
 
-static void respond(const trap_state& trap, const trap_call& c, int status) {
+static void respond(const trap_state& trap, const trap_call& c, int status, uint32_t flags) {
   seccomp_notif_resp response = {};
   response.id = c.id;
   response.error = status;
+  response.flags = flags;
   // Fails only when the caller is gone, and then nobody waits for the answer.
   static_cast<void>(ioctl(trap.listener, SECCOMP_IOCTL_NOTIF_SEND, &response));
 }
@@ -90,15 +86,49 @@ static void serve(trap_state& trap, trap_call& c, const fault_rule* rule) {
   c.count = taken.count;
   if (status == 0) status = kind_of(c).act(trap, c, entry);
   entry.result = status;
-  journal_append(trap.log, entry);
-  respond(trap, c, status);
+  process_actor actor = process_actor_of(trap.processes, trap.calls, c.tid, entry.pid, entry.comm);
+  entry.cause = actor.cause;
+  journal_append(trap.log, entry, driver_now_us(trap.driver));
+  respond(trap, c, status, 0);
+  effect_tell_air(trap, &actor);
+}
+
+// The box answers a request or a module call; of the others it only takes notice.
+static bool is_answered(const trap_call& c) {
+  switch (c.call) {
+    case trapped::kInitModule:
+    case trapped::kFinitModule:
+    case trapped::kDeleteModule:
+      return true;
+    case trapped::kIoctl:
+      return c.request != SIOCSIFFLAGS;
+    default:
+      return false;
+  }
+}
+
+static void look_at(trap_state& trap, const trap_call& c) {
+  trap_catch_up(trap);
+  if (!trap_still_waiting(trap, c)) return;
+  if (c.call == trapped::kIoctl) {
+    watch_interface_flags(trap, c);
+  } else {
+    watch_call(trap, c);
+  }
+  respond(trap, c, 0, SECCOMP_USER_NOTIF_FLAG_CONTINUE);
 }
 
 static uint32_t request_of(const trap_call& c) {
-  for (const auto& row : kModuleCalls) {
-    if (c.number == (c.arch == AUDIT_ARCH_I386 ? row.number_32 : row.number_64)) return row.request;
+  switch (c.call) {
+    case trapped::kInitModule:
+      return kFaultInitModule;
+    case trapped::kFinitModule:
+      return kFaultFinitModule;
+    case trapped::kDeleteModule:
+      return kFaultDeleteModule;
+    default:
+      return static_cast<uint32_t>(c.arguments[1]);
   }
-  return static_cast<uint32_t>(c.arguments[1]);
 }
 
 // The upper halves of a 32-bit program's arguments mean nothing.
@@ -112,6 +142,7 @@ static trap_call call_of(uint64_t id, int32_t tid, uint32_t arch, int number,
   for (int i = 0; i < kTrapArguments; ++i) {
     c.arguments[i] = arch == AUDIT_ARCH_I386 ? static_cast<uint32_t>(arguments[i]) : arguments[i];
   }
+  c.call = trapped_find(arch, number);
   c.request = request_of(c);
   return c;
 }
@@ -128,7 +159,11 @@ void trap_take(trap_state& trap) {
   const seccomp_notif& n = received.notification;
   trap_call c = call_of(n.id, static_cast<int32_t>(n.pid), n.data.arch, n.data.nr,
                         reinterpret_cast<const uint64_t*>(n.data.args));
-  serve(trap, c, nullptr);
+  if (is_answered(c)) {
+    serve(trap, c, nullptr);
+  } else {
+    look_at(trap, c);
+  }
 }
 
 int trap_run_delayed(trap_state& trap) {

@@ -18,6 +18,5 @@ extern "C" const char profile_24_begin[], profile_24_end[], profile_5_begin[], p
 
 bool profiles_install(const board& b) {
   std::string low(profile_24_begin, profile_24_end), high(profile_5_begin, profile_5_end);
-  return file_write("/tmp/mt76xx_24.dat", low) &&
-         (!b.dual_band || file_write("/tmp/mt76xx_5.dat", high));
+  return file_write(kProfile24, low) && (!b.dual_band || file_write(kProfile5, high));
 }

@@ -3,5 +3,9 @@
 
 #include "base/board.h"
 
-// Writes /tmp/mt76xx_24.dat and, on a dual-band board, /tmp/mt76xx_5.dat inside the box.
+// Inside the box.
+constexpr const char* kProfile24 = "/tmp/mt76xx_24.dat";
+constexpr const char* kProfile5 = "/tmp/mt76xx_5.dat";
+
+// Writes the first and, on a dual-band board, the second inside the box.
 [[nodiscard]] bool profiles_install(const board& b);

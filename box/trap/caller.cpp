@@ -1,5 +1,6 @@
 #include "trap/caller.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/syscall.h>
 #include <sys/uio.h>
@@ -38,6 +39,17 @@ bool caller_read_text(int32_t tid, uint64_t address, size_t limit, std::string& 
 
 std::string caller_proc_path(int32_t tid, const std::string& name) {
   return "/proc/" + std::to_string(tid) + "/" + name;
+}
+
+std::vector<int32_t> caller_threads(pid_t pid) {
+  std::vector<int32_t> threads;
+  DIR* entries = opendir(caller_proc_path(pid, "task").c_str());
+  if (!entries) return threads;
+  while (dirent* entry = readdir(entries)) {
+    if (int32_t tid = atoi(entry->d_name); tid > 0) threads.push_back(tid);
+  }
+  closedir(entries);
+  return threads;
 }
 
 // Most callers are the first thread of their process, whose id is also that of the process.

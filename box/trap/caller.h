@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include <string>
+#include <vector>
 
 // The last caller, as the journal names it.
 struct caller_known {
@@ -22,6 +23,9 @@ struct caller_known {
 
 // "/proc/<tid>/NAME"
 std::string caller_proc_path(int32_t tid, const std::string& name);
+
+// The threads of a process; none when it has ended.
+std::vector<int32_t> caller_threads(pid_t pid);
 
 // Process and name of the thread. KNOWN caches the last caller.
 void caller_identify(caller_known& known, int32_t tid, pid_t& pid, std::string& comm);

@@ -1,10 +1,14 @@
 #include "trap/filter.h"
 
+#include <fcntl.h>
 #include <linux/audit.h>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
+#include <net/if.h>
 #include <sys/ioctl.h>
+#include <sys/socket.h>
 #include <sys/syscall.h>
+#include <sys/un.h>
 #include <unistd.h>
 #include <cerrno>
 #include <cstddef>
@@ -13,6 +17,7 @@
 #include <vector>
 
 #include "base/report.h"
+#include "trap/calls.h"
 
 #ifndef __x86_64__
 #error \
@@ -30,36 +35,12 @@
 static constexpr uint32_t kWirelessFirst = 0x8B00;
 static constexpr uint32_t kWirelessLast = 0x8BFF;
 static constexpr uint32_t kVlanRequest = 0x8983;
+static constexpr uint32_t kInterfaceFlags = SIOCSIFFLAGS;
 
 // Set in the system call numbers of x32 programs, which report the 64-bit architecture: their calls
 // are refused, too.
 static constexpr uint32_t kX32Bit = 0x40000000;
 static constexpr uint32_t kNoCall = 0xFFFFFFFF;  // set by a tracer to skip a call
-
-enum filter_action {
-  kFilterIoctl,      // trapped if its request is one of the above
-  kFilterSetgroups,  // answered with 0 if the options say so
-  kFilterModule,     // loading and unloading a driver: always trapped
-};
-
-// The calls of a 32-bit program have other numbers. Calls of an architecture that is not listed
-// would pass untrapped, so they are refused.
-struct filter_row {
-  uint32_t arch;
-  uint32_t number;
-  filter_action action;
-};
-
-static constexpr filter_row kRows[] = {
-    {AUDIT_ARCH_X86_64, 16, kFilterIoctl},    {AUDIT_ARCH_X86_64, 116, kFilterSetgroups},
-    {AUDIT_ARCH_X86_64, 175, kFilterModule},  // init_module
-    {AUDIT_ARCH_X86_64, 176, kFilterModule},  // delete_module
-    {AUDIT_ARCH_X86_64, 313, kFilterModule},  // finit_module
-    {AUDIT_ARCH_I386, 54, kFilterIoctl},      {AUDIT_ARCH_I386, 81, kFilterSetgroups},
-    {AUDIT_ARCH_I386, 206, kFilterSetgroups},  // setgroups32
-    {AUDIT_ARCH_I386, 128, kFilterModule},    {AUDIT_ARCH_I386, 129, kFilterModule},
-    {AUDIT_ARCH_I386, 350, kFilterModule},
-};
 
 using program = std::vector<sock_filter>;
 
@@ -76,11 +57,16 @@ static void jump(program& p, uint16_t test, uint32_t value, uint8_t if_true, uin
   p.push_back(BPF_JUMP(static_cast<uint16_t>(BPF_JMP | test | BPF_K), value, if_true, if_false));
 }
 
-// The request is the low half of the second argument, which comes first in memory.
+// The low half of an argument, which comes first in memory.
+static void load_argument(program& p, size_t index) {
+  load(p, offsetof(seccomp_data, args) + index * sizeof(uint64_t));
+}
+
 static program ioctl_part() {
   program p;
-  load(p, offsetof(seccomp_data, args[1]));
-  jump(p, BPF_JEQ, kVlanRequest, 2, 0);
+  load_argument(p, 1);
+  jump(p, BPF_JEQ, kVlanRequest, 3, 0);
+  jump(p, BPF_JEQ, kInterfaceFlags, 2, 0);
   jump(p, BPF_JGE, kWirelessFirst, 0, 2);
   jump(p, BPF_JGT, kWirelessLast, 1, 0);
   end(p, SECCOMP_RET_USER_NOTIF);
@@ -88,22 +74,91 @@ static program ioctl_part() {
   return p;
 }
 
-static program action_part(filter_action action, const filter_options& options) {
+// Traps the call if TEST of the argument and VALUE holds.
+static program argument_part(size_t index, uint16_t test, uint32_t value) {
   program p;
-  switch (action) {
-    case kFilterIoctl:
-      return ioctl_part();
-    case kFilterSetgroups:
-      if (options.answer_setgroups) end(p, SECCOMP_RET_ERRNO | 0);
-      return p;
-    case kFilterModule:
-      end(p, SECCOMP_RET_USER_NOTIF);
-      return p;
-  }
+  load_argument(p, index);
+  jump(p, test, value, 0, 1);
+  end(p, SECCOMP_RET_USER_NOTIF);
+  end(p, SECCOMP_RET_ALLOW);
   return p;
 }
 
-// All rows of one architecture; every part ends in a verdict.
+// Traps an open that empties the file, or may make it in order to write it. Who may make it in
+// order to read and write it has a lock or a file of its own there, which is no news.
+static program open_part(size_t flags) {
+  program p;
+  load_argument(p, flags);
+  jump(p, BPF_JSET, O_TRUNC, 3, 0);
+  jump(p, BPF_JSET, O_CREAT, 0, 3);
+  p.push_back(BPF_STMT(BPF_ALU | BPF_AND | BPF_K, O_ACCMODE));
+  jump(p, BPF_JEQ, O_WRONLY, 0, 1);
+  end(p, SECCOMP_RET_USER_NOTIF);
+  end(p, SECCOMP_RET_ALLOW);
+  return p;
+}
+
+// Traps the call if both arguments are the same. A sleep is of interest only as the daemon's worker
+// does it: the time that is left replaces the time.
+static program same_arguments_part(size_t one, size_t other) {
+  program p;
+  load_argument(p, one);
+  p.push_back(BPF_STMT(BPF_MISC | BPF_TAX, 0));
+  load_argument(p, other);
+  p.push_back(BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_X, 0, 0, 1));
+  end(p, SECCOMP_RET_USER_NOTIF);
+  end(p, SECCOMP_RET_ALLOW);
+  return p;
+}
+
+static program always_part() {
+  program p;
+  end(p, SECCOMP_RET_USER_NOTIF);
+  return p;
+}
+
+static program setgroups_part(const filter_options& options) {
+  program p;
+  if (options.answer_setgroups) end(p, SECCOMP_RET_ERRNO | 0);
+  return p;
+}
+
+static program call_part(trapped call, const filter_options& options) {
+  switch (call) {
+    case trapped::kIoctl:
+      return ioctl_part();
+    case trapped::kSetgroups:
+      return setgroups_part(options);
+    case trapped::kOpen:
+      return open_part(1);
+    case trapped::kOpenAt:
+      return open_part(2);
+    case trapped::kConnect:
+      return argument_part(2, BPF_JEQ, sizeof(sockaddr_un));
+    case trapped::kInitModule:
+    case trapped::kFinitModule:
+    case trapped::kDeleteModule:
+    case trapped::kExec:
+    case trapped::kExecAt:
+    case trapped::kExit:
+    case trapped::kKill:
+    case trapped::kSignalFd:
+    case trapped::kRename:
+    case trapped::kRenameAt:
+    case trapped::kUnlink:
+    case trapped::kUnlinkAt:
+    case trapped::kCreat:
+      return always_part();
+    case trapped::kSleep:
+      return same_arguments_part(0, 1);
+    case trapped::kClockSleep:
+      return same_arguments_part(2, 3);
+  }
+  return {};
+}
+
+// The trapped calls of one architecture; every part ends in a verdict. Calls of an architecture
+// that is not listed would pass untrapped, so they are refused.
 static program arch_part(uint32_t arch, const filter_options& options) {
   program p;
   load(p, offsetof(seccomp_data, nr));
@@ -112,11 +167,11 @@ static program arch_part(uint32_t arch, const filter_options& options) {
     jump(p, BPF_JEQ, kNoCall, 1, 0);
     end(p, SECCOMP_RET_ERRNO | ENOSYS);
   }
-  for (const filter_row& row : kRows) {
-    if (row.arch != arch) continue;
-    program part = action_part(row.action, options);
+  for (const trapped_call& row : trapped_calls()) {
+    int number = arch == AUDIT_ARCH_I386 ? row.number_32 : row.number_64;
+    program part = number == kCallNone ? program() : call_part(row.call, options);
     if (part.empty()) continue;
-    jump(p, BPF_JEQ, row.number, 0, static_cast<uint8_t>(part.size()));
+    jump(p, BPF_JEQ, static_cast<uint32_t>(number), 0, static_cast<uint8_t>(part.size()));
     p.insert(p.end(), part.begin(), part.end());
   }
   end(p, SECCOMP_RET_ALLOW);
@@ -146,7 +201,7 @@ static const char* install_hint() {
       return "the calls of this process are trapped already: a box cannot run inside a box";
     case EINVAL:
     case ENOSYS:
-      return "Linux 5.0 or later with CONFIG_SECCOMP_FILTER is needed";
+      return "Linux 5.5 or later with CONFIG_SECCOMP_FILTER is needed";
     default:
       return nullptr;
   }

@@ -68,6 +68,7 @@ static constexpr procedure_row make_row(procedure_row row, answer_spec answer, u
   row.effect = effect_of(answer.kind, facts);
   row.needs = facts.needs;
   row.answer_is_all = facts.answer_is_all;
+  row.queued = facts.queued;
   return row;
 }
 

@@ -45,6 +45,7 @@ struct procedure_row {
   bool update;         // the code is a profile update's: 1 written, 2 no change, 0 failed
   bool inert;          // accepted, but deliberately does nothing
   bool answer_is_all;  // inert, and the caller only needs an answer
+  bool queued;         // answered at once, and done later by the daemon's worker
   topic about;
   asking effect;      // never kByAnswer
   const char* needs;  // procedures to call first, separated by blanks

@@ -55,4 +55,5 @@ struct row_facts {
   entry_trace entry = {};
   bool answer_shown_twice = false;  // the trace repeats the answer's text
   bool answer_is_all = false;       // inert, and callers need only an answer
+  bool queued = false;              // the worker does it after the answer
 };

@@ -40,7 +40,8 @@ static std::string offered_by_zsh(const std::string& words) {
 }
 
 TEST(Completion, CommandsAndTheirOptions) {
-  EXPECT_EQ(offered("gwbox "), "run status set fail advance pause resume log scenario completion");
+  EXPECT_EQ(offered("gwbox "),
+            "run status set fail advance pause resume log wait scenario completion");
   EXPECT_EQ(offered("gwbox --box 12 s"), "status set scenario");
   EXPECT_EQ(offered("gwbox --"), "--help --version --box");
   EXPECT_EQ(offered("gwbox run --s"), "--scenario --speed");

@@ -24,15 +24,25 @@ run_result run(const std::string& command) {
   return result;
 }
 
-std::vector<nlohmann::json> journal_entries() {
-  std::vector<nlohmann::json> entries;
+// The journal's lines that have the member.
+static std::vector<nlohmann::json> journal_lines(const char* member) {
+  std::vector<nlohmann::json> lines;
   std::ifstream file("/run/gwbox/journal.jsonl");
   EXPECT_TRUE(file.is_open());
   for (std::string line; std::getline(file, line);) {
-    entries.push_back(nlohmann::json::parse(line, nullptr, false));
-    EXPECT_TRUE(entries.back().is_object()) << line;
+    nlohmann::json entry = nlohmann::json::parse(line, nullptr, false);
+    EXPECT_TRUE(entry.is_object()) << line;
+    if (entry.contains(member)) lines.push_back(entry);
   }
-  return entries;
+  return lines;
+}
+
+std::vector<nlohmann::json> journal_entries() {
+  return journal_lines("name");
+}
+
+std::vector<nlohmann::json> journal_effects() {
+  return journal_lines("effect");
 }
 
 request_frame make_frame(const char* interface, void* pointer, uint16_t length, uint16_t flags) {

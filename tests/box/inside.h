@@ -17,9 +17,10 @@ struct run_result {
 // Runs a shell command and waits for it.
 run_result run(const std::string& command);
 
-// All lines of the request journal so far, parsed. A line that is not a JSON object fails
-// the running test.
+// The journal so far, parsed: requests and the like, and what they led to. A line that is not a
+// JSON object fails the running test.
 std::vector<nlohmann::json> journal_entries();
+std::vector<nlohmann::json> journal_effects();
 
 // The wireless request frame of a 64-bit program: name, pointer, length, flags.
 struct request_frame {

@@ -26,7 +26,7 @@ static journal_entry text_entry(const std::string& text) {
 
 TEST(Journal, QuotesControlBytesAndBackslashesSurvive) {
   for (std::string text : {"SSID=a\"b\\c", "SSID=\x01\x1f\n\t\x7f", "SSID=caf\u00e9 \U0001F4F6"}) {
-    std::string line = journal_line(text_entry(text), 1, 0);
+    std::string line = journal_line(text_entry(text), 1, 0, 0);
     EXPECT_EQ(line.find('\n'), line.size() - 1);
     json parsed = json::parse(line, nullptr, false);
     ASSERT_TRUE(parsed.is_object()) << line;
@@ -38,7 +38,7 @@ TEST(Journal, QuotesControlBytesAndBackslashesSurvive) {
 TEST(Journal, BytesThatAreNotUtf8AreKeptInHexadecimal) {
   for (std::string text : {"\xff", "\xc0\xaf", "\xe0\x80\x80", "\xed\xa0\x80", "\xf4\x90\x80\x80",
                            "\xe2\x82", "\x80", "\xf5\x80\x80\x80"}) {
-    json parsed = json::parse(journal_line(text_entry("A=" + text), 1, 0), nullptr, false);
+    json parsed = json::parse(journal_line(text_entry("A=" + text), 1, 0, 0), nullptr, false);
     ASSERT_TRUE(parsed.is_object());
     ASSERT_TRUE(parsed.contains("text_hex"));
     std::string digits = parsed["text_hex"];
@@ -48,7 +48,7 @@ TEST(Journal, BytesThatAreNotUtf8AreKeptInHexadecimal) {
 }
 
 TEST(Journal, TimesAreSecondsWithSixDecimals) {
-  std::string line = journal_line(text_entry("A=1"), 7, 12000034);
+  std::string line = journal_line(text_entry("A=1"), 7, 12000034, 24000068);
   EXPECT_TRUE(line.starts_with("{\"seq\":7,\"time\":12.000034,")) << line;
 }
 
@@ -127,7 +127,7 @@ TEST(Journal, ChangesPlacesAtItsLimit) {
   ASSERT_TRUE(journal_open(j, -1, 0));
   journal_entry entry = text_entry(std::string(1 << 20, 'x'));
   for (int i = 0; i < 65; ++i)
-    journal_append(j, entry);
+    journal_append(j, entry, 0);
   std::string older = run(std::string("tail -c 200 ") + kJournalOlderPath).output;
   EXPECT_NE(older.find("\"result\":0}"), std::string::npos);
   EXPECT_EQ(run(std::string("test $(stat -c %s ") + kJournalOlderPath + ") -le 67108864").status,

@@ -265,7 +265,7 @@ TEST(Run, ARefusedSecretIsNotShown) {
     EXPECT_EQ(outcome.status, kExitUsage);
     EXPECT_EQ(outcome.err.find("geh1m"), std::string::npos) << outcome.err;
     const bool any_text = call[0] == "wlan_set_key_passphrase";
-    const char* why = any_text ? "not 5 bytes" : "not a text whose byte 1 is no ";
+    const char* why = any_text ? "not 5 bytes" : "not a text whose byte 1 is not a ";
     EXPECT_NE(outcome.err.find(why), std::string::npos) << outcome.err;
   }
 }
