@@ -166,11 +166,11 @@ void bare_duties(unsigned procedure) {
     int marker_tests;
     int lock;
     int lookup;
-  } kDuties[] = {{BARE_GETTER, 4, 0, 0},
-                 {BARE_SETTER, 2, 0, 0},
-                 {BARE_PROFILE_GETTER, 5, 1, 0},
-                 {BARE_TEXT_CHANGING, 5, 1, 1},
-                 {BARE_TEXT_SAME, 5, 1, 1}};
+  } kDuties[] = {{kBareGetter, 4, 0, 0},
+                 {kBareSetter, 2, 0, 0},
+                 {kBareProfileGetter, 5, 1, 0},
+                 {kBareTextChanging, 5, 1, 1},
+                 {kBareTextSame, 5, 1, 1}};
   for (size_t i = 0; i < sizeof kDuties / sizeof *kDuties; ++i) {
     if (kDuties[i].procedure != procedure) continue;
     marker_tests(kDuties[i].marker_tests);

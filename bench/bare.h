@@ -5,22 +5,22 @@
 // The work that the bare server does for each procedure.
 
 enum bare_procedure {
-  BARE_GETTER = 1,
-  BARE_SETTER,
-  BARE_PROFILE_GETTER,
-  BARE_TEXT_CHANGING,
-  BARE_TEXT_SAME,
-  BARE_STATION_COUNT,
-  BARE_COUNTERS,
-  BARE_BYTES_SENT,
-  BARE_STATION_TABLE,
-  BARE_STATION_LIST,
-  BARE_STATION_LIST_ASKED,  // with a query for each listed station
-  BARE_COMMAND,
+  kBareGetter = 1,
+  kBareSetter,
+  kBareProfileGetter,
+  kBareTextChanging,
+  kBareTextSame,
+  kBareStationCount,
+  kBareCounters,
+  kBareBytesSent,
+  kBareStationTable,
+  kBareStationList,
+  kBareStationListAsked,  // with a query for each listed station
+  kBareCommand,
 };
 
 // Added to one of the first five: calls bare_duties() first.
-enum { BARE_WITH_DUTIES = 100 };
+enum { kBareWithDuties = 100 };
 
 // The first field of a key of the 2.4 GHz profile as a number: open, fstat, read, close, scan.
 int bare_profile_number(const char* key);

@@ -75,32 +75,32 @@ static void serve_getter(unsigned long procedure, SVCXPRT* transport) {
     return;
   }
   switch (procedure) {
-    case BARE_GETTER:
+    case kBareGetter:
       answer_int(transport, 0);
       break;
-    case BARE_PROFILE_GETTER:
+    case kBareProfileGetter:
       answer_int(transport, bare_profile_number("BSSHNCService"));
       break;
-    case BARE_STATION_COUNT:
+    case kBareStationCount:
       bare_query(kStationTable, bytes);
       answer_int(transport, 0);
       break;
-    case BARE_COUNTERS:
+    case kBareCounters:
       bare_query(kCounters, bytes);
       bare_query(kStationTable, bytes);
       answer_words(transport, (u_int*)bytes, 20);
       break;
-    case BARE_BYTES_SENT:
+    case kBareBytesSent:
       bare_query(kSsidBytes, bytes);
       answer_words(transport, (u_int*)bytes, 8);
       break;
-    case BARE_STATION_TABLE:
+    case kBareStationTable:
       bare_query(kStationTable, bytes);
       answer_image(transport, bytes, 5124);
       break;
-    case BARE_STATION_LIST:
-    case BARE_STATION_LIST_ASKED:
-      bare_station_list(procedure == BARE_STATION_LIST_ASKED, bytes);
+    case kBareStationList:
+    case kBareStationListAsked:
+      bare_station_list(procedure == kBareStationListAsked, bytes);
       bare_profile_number("BSSHNCService");
       answer_image(transport, bytes, 2436);
       break;
@@ -111,24 +111,24 @@ static void serve_getter(unsigned long procedure, SVCXPRT* transport) {
 
 static void serve(struct svc_req* request, SVCXPRT* transport) {
   unsigned long procedure = request->rq_proc;
-  if (procedure > BARE_WITH_DUTIES) {
-    procedure -= BARE_WITH_DUTIES;
+  if (procedure > kBareWithDuties) {
+    procedure -= kBareWithDuties;
     bare_duties((unsigned)procedure);
   }
   switch (procedure) {
     case NULLPROC:
       svc_sendreply(transport, (xdrproc_t)(void (*)(void))xdr_void, NULL);
       break;
-    case BARE_SETTER:
+    case kBareSetter:
       serve_setter(transport);
       break;
-    case BARE_TEXT_CHANGING:
+    case kBareTextChanging:
       serve_text(transport, bare_update);
       break;
-    case BARE_TEXT_SAME:
+    case kBareTextSame:
       serve_text(transport, bare_compare);
       break;
-    case BARE_COMMAND:
+    case kBareCommand:
       serve_command(transport);
       break;
     default:

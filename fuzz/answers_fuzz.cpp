@@ -124,19 +124,19 @@ static void ask_settings(int radio) {
 // A row that is at `offset` of the reply.
 template <typename Record, typename Getter>
 static void ask_row(Getter get, size_t offset) {
-  constexpr size_t size = sizeof(Record);
+  constexpr size_t kSize = sizeof(Record);
   std::array<char, kReplySize> reply;
   const bool answered = listener_reply(&reply);
   int32_t error = 0;
   memcpy(&error, reply.data() + 2856, sizeof error);
   const std::unique_ptr<Record> row(new Record);
-  memset(row.get(), 0x5A, size);
+  memset(row.get(), 0x5A, kSize);
   const int status = get(row.get());
   if (!exact()) return;
   const bool there = answered && error != -1;
   CHECK(status == (there ? 0 : -1));
-  const std::string untouched(size, 0x5A);
-  CHECK(memcmp(row.get(), there ? reply.data() + offset : untouched.data(), size) == 0);
+  const std::string untouched(kSize, 0x5A);
+  CHECK(memcmp(row.get(), there ? reply.data() + offset : untouched.data(), kSize) == 0);
 }
 
 static void ask_tables(int radio) {
@@ -307,10 +307,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   std::string_view rest(reinterpret_cast<const char*>(data), size);
   record what;
   for (int calls = 0; calls < 16 && next_record(&rest, &what);) {
-    if (what.type == record_type::call) {
+    if (what.type == record_type::kCall) {
       ++calls;
       run_call(what.bytes);
-    } else if (what.type != record_type::faults) {
+    } else if (what.type != record_type::kFaults) {
       outside_apply(what);
     }
   }

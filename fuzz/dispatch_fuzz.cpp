@@ -22,17 +22,17 @@ static void run_worker(bool last) {
 
 static void run_record(const record& what) {
   std::string_view bytes = what.bytes;
-  const bool acts = what.type == record_type::call || what.type == record_type::datagram ||
-                    what.type == record_type::worker;
+  const bool acts = what.type == record_type::kCall || what.type == record_type::kDatagram ||
+                    what.type == record_type::kWorker;
   if (!acts) {
     outside_apply(what);
     return;
   }
   if (++calls > kMostCalls) return;
-  if (what.type == record_type::call) {
+  if (what.type == record_type::kCall) {
     const uint32_t procedure = take_u32(&bytes);
     serve_call(procedure, bytes);
-  } else if (what.type == record_type::datagram) {
+  } else if (what.type == record_type::kDatagram) {
     serve_datagram(bytes);
   } else {
     run_worker(false);

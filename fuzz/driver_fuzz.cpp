@@ -351,10 +351,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   std::string_view rest(reinterpret_cast<const char*>(data), size);
   record what;
   for (int calls = 0; calls < 16 && next_record(&rest, &what);) {
-    if (what.type == record_type::call) {
+    if (what.type == record_type::kCall) {
       ++calls;
       run_call(what.bytes);
-    } else if (what.type != record_type::faults) {
+    } else if (what.type != record_type::kFaults) {
       outside_apply(what);
     }
   }

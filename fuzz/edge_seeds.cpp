@@ -22,7 +22,7 @@ static constexpr unsigned kProbes = 13;
 static std::string peers(int count, const std::string& bytes) {
   std::string out;
   for (int i = 0; i < count; ++i)
-    out += answer(record_type::peer, 0, bytes);
+    out += answer(record_type::kPeer, 0, bytes);
   return out;
 }
 
@@ -76,7 +76,7 @@ static void write_table_edges(const std::filesystem::path& directory, unsigned n
   for (const char c : counts + "\xff") {
     const unsigned count = c == '\xff' ? ~0u : static_cast<unsigned char>(c);
     for (const bool rising : {false, true}) {
-      const std::string whole = answer(record_type::driver, 0, table(count, size, rising));
+      const std::string whole = answer(record_type::kDriver, 0, table(count, size, rising));
       std::string name = "table" + std::to_string(number);
       for (const size_t part : {size_t{count}, size})
         name.append("_").append(std::to_string(part));
@@ -99,7 +99,7 @@ static void write_probe_edges(const std::filesystem::path& directory) {
       report.replace(1920, 1, byte(count));
       write_seed(
           directory, "newest" + std::to_string(newest) + "_" + std::to_string(count),
-          world(0xFFFF, 0, 3) + answer(record_type::driver, 0, report) + operation(kProbes, 1));
+          world(0xFFFF, 0, 3) + answer(record_type::kDriver, 0, report) + operation(kProbes, 1));
     }
   }
 }

@@ -21,8 +21,8 @@ static std::string call(const std::string& name, const std::vector<std::string>&
     fprintf(stderr, "%s: %s\n", name.c_str(), error.c_str());
     exit(1);
   }
-  return make_record(record_type::call, u16(procedure->number) + u16(procedure->number >> 16) +
-                                            std::string(bytes.begin(), bytes.end()));
+  return make_record(record_type::kCall, u16(procedure->number) + u16(procedure->number >> 16) +
+                                             std::string(bytes.begin(), bytes.end()));
 }
 
 static std::string example(const procedure_row& procedure) {
@@ -42,24 +42,24 @@ static std::string table() {
 }
 
 static std::string faults(const std::string& pairs) {
-  return make_record(record_type::faults, pairs);
+  return make_record(record_type::kFaults, pairs);
 }
 
 static std::string profile(unsigned how, const std::string& text) {
-  return make_record(record_type::profile, byte(how) + text);
+  return make_record(record_type::kProfile, byte(how) + text);
 }
 
 static std::string plenty() {
   std::string out;
   for (int i = 0; i < 3; ++i) {
-    out += answer(record_type::driver, 0, table());
-    out += answer(record_type::peer, 0, "1" + table());
-    out += answer(record_type::command, 0, "1\n[0x0052]:0x0002\n");
+    out += answer(record_type::kDriver, 0, table());
+    out += answer(record_type::kPeer, 0, "1" + table());
+    out += answer(record_type::kCommand, 0, "1\n[0x0052]:0x0002\n");
   }
   return out;
 }
 
-static const std::string kWorker = make_record(record_type::worker, "");
+static const std::string kWorker = make_record(record_type::kWorker, "");
 
 static void write_examples(const std::filesystem::path& directory) {
   for (const procedure_row& procedure : table_procedures()) {
@@ -82,7 +82,7 @@ static void write_lifecycles(const std::filesystem::path& directory) {
              call("wlan_load", {"1"}) + call("wlan_init", {}) + call("wlan_restart", {"1"}) +
                  call("wlan_restart", {"9"}) + call("wlan_reset", {}) + kWorker);
   write_seed(directory, "factory",
-             world(0x1018, 2, 0) + answer(record_type::command, 0, "/mnt/usb\n") +
+             world(0x1018, 2, 0) + answer(record_type::kCommand, 0, "/mnt/usb\n") +
                  call("wlan_load", {"1"}) + kWorker);
   write_seed(directory, "country",
              profile(0, "CountryCode='$(x)\nHT_TxStream=3\n") + world(0, 2, 0) +
@@ -139,14 +139,15 @@ static void write_datagrams(const std::filesystem::path& directory) {
   unix_style.replace(24, 8, std::string("\0\0\0\1\0\0\0\x18", 8));
   unix_style.insert(32, std::string("\0\0\0\1\0\0\0\1a\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0", 24));
   const std::string one("\0\0\0\1", 4);
-  write_seed(directory, "datagram", make_record(record_type::datagram, header + one));
-  write_seed(directory, "unix", make_record(record_type::datagram, unix_style + one));
-  write_seed(directory, "cut", make_record(record_type::datagram, header));
-  write_seed(directory, "short", make_record(record_type::datagram, header.substr(0, 36)));
+  write_seed(directory, "datagram", make_record(record_type::kDatagram, header + one));
+  write_seed(directory, "unix", make_record(record_type::kDatagram, unix_style + one));
+  write_seed(directory, "cut", make_record(record_type::kDatagram, header));
+  write_seed(directory, "short", make_record(record_type::kDatagram, header.substr(0, 36)));
   for (const size_t at : {7u, 11u, 15u, 19u, 22u, 23u, 27u, 35u}) {
     std::string other = header + one;
     other[at] = 3;
-    write_seed(directory, "header" + std::to_string(at), make_record(record_type::datagram, other));
+    write_seed(directory, "header" + std::to_string(at),
+               make_record(record_type::kDatagram, other));
   }
   // Each credential flavor, with the start of a GSS context.
   for (unsigned flavor = 0; flavor <= 10; ++flavor) {
@@ -154,7 +155,7 @@ static void write_datagrams(const std::filesystem::path& directory) {
     other.replace(24, 8, std::string("\0\0\0", 3) + byte(flavor) + std::string("\0\0\0\x14", 4));
     other.insert(32, std::string("\0\0\0\1\0\0\0\1\0\0\0\1\0\0\0\1\0\0\0\0", 20));
     write_seed(directory, "flavor" + std::to_string(flavor),
-               make_record(record_type::datagram, other + one));
+               make_record(record_type::kDatagram, other + one));
   }
 }
 
@@ -164,9 +165,9 @@ static void write_answers(const std::filesystem::path& directory) {
   for (unsigned number = 0; number < 12; ++number) {
     std::string scene = world(0xFFFF, 2, 3);
     for (const size_t size : {size_t{2860}, size_t{404}, size_t{192}, size_t{100}})
-      scene += answer(record_type::peer, 0, "1" + pattern(size - 1));
-    scene += answer(record_type::peer, number, "2");
-    scene += answer(record_type::command, 0, "[0x0052]:0x0002\n");
+      scene += answer(record_type::kPeer, 0, "1" + pattern(size - 1));
+    scene += answer(record_type::kPeer, number, "2");
+    scene += answer(record_type::kCommand, 0, "[0x0052]:0x0002\n");
     write_seed(directory, std::to_string(number),
                scene + operation(number, 1) + operation(number, 9) + operation(number, 1));
   }
@@ -180,7 +181,7 @@ static void write_driver(const std::filesystem::path& directory) {
       std::string table = "\5" + pattern(size - 1);
       if (number == 13 && size > 1920) table.replace(1920, 1, "\3");
       if (number == 13) table.replace(0, 8, std::string("\2\0\x5e\0\0\3\4\2", 8));
-      scene += answer(record_type::driver, 0, table);
+      scene += answer(record_type::kDriver, 0, table);
     }
     write_seed(directory, std::to_string(number),
                scene + operation(number, 1) + operation(number, 9));

@@ -12,7 +12,7 @@
 
 namespace {
 
-enum operation : uint8_t {
+enum operation_kind : uint8_t {
   kValue,
   kField,
   kReplace,
@@ -23,11 +23,10 @@ enum operation : uint8_t {
   kForce,
   kForceField,
   kForceTwo,
-  kOperations,
 };
 
 struct scenario {
-  uint8_t operation;
+  operation_kind operation;
   uint16_t max_len;
   model_request first, second;
   std::string profile;
@@ -52,7 +51,7 @@ static model_request take_request(std::string_view* bytes, int index) {
 
 static scenario parse(std::string_view bytes) {
   scenario out = {};
-  out.operation = take_byte(&bytes) % kOperations;
+  out.operation = static_cast<operation_kind>(take_byte(&bytes) % (kForceTwo + 1));
   out.max_len = take_u16(&bytes) % kMostLength;
   const int index = static_cast<int>(take_u32(&bytes));
   out.first = take_request(&bytes, index);
@@ -114,9 +113,14 @@ static unsigned update(const scenario& what) {
       return wifiprofile_updateParam_force(kPath, key, value, "");
     case kForceField:
       return wifiprofile_updateParam_with_index_force(kPath, key, index, value, "");
-    default:
+    case kForceTwo:
       return wifiprofile_updateParam_force(kPath, key, value, key2, value2, "");
+    case kValue:
+    case kField:
+    case kReplace:
+      break;
   }
+  broken("operation %d is no update", what.operation);
 }
 
 // An empty key ends the list.
@@ -158,7 +162,13 @@ static void run(const scenario& what) {
     case kReplace:
       replace(what);
       return;
-    default:
+    case kUpdate:
+    case kUpdateTwo:
+    case kUpdateField:
+    case kUpdateTwoFields:
+    case kForce:
+    case kForceField:
+    case kForceTwo:
       run_update(what);
   }
 }

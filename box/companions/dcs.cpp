@@ -17,7 +17,7 @@ struct dcs_message {
 };
 static_assert(sizeof(dcs_message) == 268);
 
-static constexpr uint32_t kTypeText = 1, TYPE_LEVEL = 3;
+static constexpr uint32_t kTypeText = 1, kTypeLevel = 3;
 
 // A setting may also arrive as bare text, without the header.
 static void decode(const std::string& bytes, nlohmann::ordered_json& line) {
@@ -27,7 +27,7 @@ static void decode(const std::string& bytes, nlohmann::ordered_json& line) {
     line["type"] = message.type;
     line["length"] = message.length;
     line["text"] = std::string(message.payload, strnlen(message.payload, sizeof message.payload));
-  } else if (message.type == TYPE_LEVEL) {
+  } else if (message.type == kTypeLevel) {
     int32_t level;
     memcpy(&level, message.payload, sizeof level);
     line["type"] = message.type;

@@ -28,7 +28,7 @@ struct radstat_reply {
 static_assert(sizeof(radstat_reply) == 192 && offsetof(radstat_reply, rssi) == 40);
 
 struct radstat_options {
-  std::string interface, r, m, R;
+  std::string interface, r, m, upper_r;
 };
 
 static radstat_options read_options(int argc, char** argv) {
@@ -37,7 +37,7 @@ static radstat_options read_options(int argc, char** argv) {
     if (option == 'i') options.interface = optarg;
     if (option == 'r') options.r = optarg;
     if (option == 'm') options.m = optarg;
-    if (option == 'R') options.R = optarg;
+    if (option == 'R') options.upper_r = optarg;
   }
   return options;
 }
@@ -116,7 +116,7 @@ int radstat_main(const std::string& name, int argc, char** argv) {
                                     {"interface", options.interface},
                                     {"r", options.r},
                                     {"m", options.m},
-                                    {"R", options.R}});
+                                    {"R", options.upper_r}});
   companion_datagram datagram;
   while (companion_receive(self, fd, datagram))
     serve(self, fd, datagram, options.interface);

@@ -74,10 +74,6 @@ void driver_take_counters(driver_bss& bss, const scenario_bss& given);
 // Tells what is beaconed and moves stations to where they belong, after a change of either.
 void driver_settle(driver_state& state);
 
-// Applies one Key=Value text. Returns 0 or a negative errno.
-[[nodiscard]] int driver_apply_text(driver_state& state, driver_request& r, const std::string& key,
-                                    const std::string& value);
-
 // WPS, at the state's time.
 void driver_wps_start(driver_state& state, int bss);
 void driver_wps_stop(driver_state& state, int radio);

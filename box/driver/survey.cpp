@@ -41,9 +41,9 @@ int driver_query_survey(driver_state& state, driver_request& r) {
 }
 
 static const std::vector<int>& channels_of(int radio) {
-  static const std::vector<int> low = {1, 6, 11};
-  static const std::vector<int> high = {36, 40, 44, 48, 149, 153, 157, 161};
-  return radio == 0 ? low : high;
+  static const std::vector<int> kLow = {1, 6, 11};
+  static const std::vector<int> kHigh = {36, 40, 44, 48, 149, 153, 157, 161};
+  return radio == 0 ? kLow : kHigh;
 }
 
 // Neighbours in the 2.4 GHz band disturb four channels on either side.

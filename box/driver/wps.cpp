@@ -14,7 +14,8 @@
 enum { kStateOff = 0, kStateStart = 2, kStateConfigured = 3, kStateWaitStart = 7 };
 enum { kStatusNone = 0, kStatusBusy = 1, kStatusFailed = 2, kStatusDone = 34 };
 
-// Waiting for its request, its M1, M3, M5, M7, its done message and the end of the link.
+// Started; waiting for the station's EAPOL start, its identity, its M1, M3, M5, M7 and its done
+// message, and for the EAP failure that ends a session.
 static constexpr int32_t kSteps[] = {kStateStart, kStateWaitStart, 9, 12, 18, 20, 22, 24, 26};
 static constexpr int kStepCount = sizeof kSteps / sizeof *kSteps;
 

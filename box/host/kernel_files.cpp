@@ -18,7 +18,7 @@ static constexpr const char* kSlots[] = {"0000:02:00.0", "0000:03:00.0"};
 static constexpr struct {
   int number;
   const char* name;
-} INTERRUPTS[] = {{30, "udma0"}, {31, "udma1"}, {65, "pcie0"}, {66, "pcie1"}};
+} kInterrupts[] = {{30, "udma0"}, {31, "udma1"}, {65, "pcie0"}, {66, "pcie1"}};
 
 static bool mount_new(const std::string& path) {
   if (mount("tmpfs", path.c_str(), "tmpfs", MS_NOSUID | MS_NODEV, "mode=0755") == 0) return true;
@@ -54,7 +54,7 @@ static bool make_irq_files(sysfs_state& recorded, std::string& notes) {
     return note(notes, "this kernel has no /proc/irq: affinities cannot be written");
   }
   if (!mount_new(kIrqDirectory)) return false;
-  for (const auto& interrupt : INTERRUPTS) {
+  for (const auto& interrupt : kInterrupts) {
     std::string dir = kIrqDirectory + "/" + std::to_string(interrupt.number);
     if (!directory_make(dir) || !sysfs_make_plain(recorded, dir + "/smp_affinity", "3\n")) {
       return false;
@@ -77,7 +77,7 @@ static bool show(const std::string& source, const std::string& text, const std::
 static std::string interrupt_table() {
   std::string text = "           CPU0       CPU1       \n";
   char line[80];
-  for (const auto& interrupt : INTERRUPTS) {
+  for (const auto& interrupt : kInterrupts) {
     snprintf(line, sizeof line, "%3d: %10d %10d   MIPS GIC  %2d  %s\n", interrupt.number,
              interrupt.number * 97, 0, interrupt.number + 7, interrupt.name);
     text += line;

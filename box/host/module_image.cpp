@@ -5,7 +5,7 @@
 
 // An object file with a section of "key=value" texts, and the one that names the sections.
 static constexpr std::string_view kSectionNames{"\0.modinfo\0.shstrtab\0", 20};
-static constexpr unsigned kModinfoName = 1, SHSTRTAB_NAME = 10;  // offsets in the above
+static constexpr unsigned kModinfoName = 1, kShstrtabName = 10;  // offsets in the above
 static constexpr unsigned kSections = 3;                         // with the empty one
 
 static std::string module_information(const std::string& name) {
@@ -52,7 +52,7 @@ std::string module_image_make(const std::string& name) {
   size_t texts = sizeof file + kSections * sizeof(Elf64_Shdr);
   for (const Elf64_Shdr& header :
        {Elf64_Shdr{}, section(kModinfoName, SHT_PROGBITS, texts, information.size()),
-        section(SHSTRTAB_NAME, SHT_STRTAB, texts + information.size(), kSectionNames.size())}) {
+        section(kShstrtabName, SHT_STRTAB, texts + information.size(), kSectionNames.size())}) {
     append_record(image, &header, sizeof header);
   }
   return image.append(information).append(kSectionNames);

@@ -19,7 +19,7 @@ static_assert(sizeof kRows / sizeof *kRows == kModulesMax);
 static constexpr struct {
   const char* name;
   const char* text;
-} ATTRIBUTES[] = {
+} kAttributes[] = {
     {"initstate", "live\n"}, {"refcnt", "0\n"}, {"coresize", "1572864\n"}, {"taint", "PO\n"}};
 
 const module_row& modules_row(int row) {
@@ -62,7 +62,7 @@ static bool publish_entry(const module_row& module) {
   if (access(kModulesSysDir, F_OK) != 0) return true;  // a kernel without modules
   std::string directory = directory_of(module);
   if (!directory_make(directory + "/holders")) return false;
-  for (const auto& attribute : ATTRIBUTES) {
+  for (const auto& attribute : kAttributes) {
     if (!file_write(directory + "/" + attribute.name, attribute.text)) return false;
   }
   return true;
@@ -70,7 +70,7 @@ static bool publish_entry(const module_row& module) {
 
 static void hide_entry(const module_row& module) {
   std::string directory = directory_of(module);
-  for (const auto& attribute : ATTRIBUTES)
+  for (const auto& attribute : kAttributes)
     unlink((directory + "/" + attribute.name).c_str());
   rmdir((directory + "/holders").c_str());
   rmdir(directory.c_str());

@@ -26,8 +26,8 @@ static constexpr int kWidths[] = {20, 40, 80};
 static constexpr int kBeamFormingLoss = 6;
 static constexpr int kThreeStreamsLoss = 2;
 
-template <size_t kCount>
-static void append_band(std::string& table, const char* band, const int (&channels)[kCount],
+template <size_t Count>
+static void append_band(std::string& table, const char* band, const int (&channels)[Count],
                         int limit) {
   char part[32];
   table += std::string("Band: ") + band + "\n";

@@ -7,8 +7,8 @@
 #include "scenario/parts.h"
 
 const scenario_json& scenario_schema_document() {
-  static const scenario_json schema = scenario_json::parse(scenario_schema(), nullptr, false);
-  return schema;
+  static const scenario_json kSchema = scenario_json::parse(scenario_schema(), nullptr, false);
+  return kSchema;
 }
 
 const scenario_json& scenario_schema_resolve(const scenario_json& schema) {

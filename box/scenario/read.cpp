@@ -6,9 +6,9 @@
 #include "scenario/parts.h"
 
 static const scenario_json& part(const scenario_json& object, const char* name) {
-  static const scenario_json nothing = scenario_json::object();
+  static const scenario_json kNothing = scenario_json::object();
   auto found = object.find(name);
-  return found == object.end() ? nothing : *found;
+  return found == object.end() ? kNothing : *found;
 }
 
 static mac_address mac_of(const scenario_json& object, const char* name) {

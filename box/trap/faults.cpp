@@ -41,7 +41,7 @@ struct fault_name {
 };
 
 // What is trapped besides the driver's own requests.
-static constexpr fault_name kCalls[] = {
+static constexpr fault_name kFaultNames[] = {
     {"init_module", kFaultInitModule},
     {"finit_module", kFaultFinitModule},
     {"delete_module", kFaultDeleteModule},
@@ -49,7 +49,7 @@ static constexpr fault_name kCalls[] = {
 };
 
 static bool parse_name(const std::string& name, fault_rule& rule) {
-  for (const fault_name& call : kCalls) {
+  for (const fault_name& call : kFaultNames) {
     if (name != call.name) continue;
     rule.request = call.request;
     return true;
@@ -130,7 +130,7 @@ static bool parse_how(const std::string& how, fault_rule& rule) {
 
 std::vector<std::string> fault_names() {
   std::vector<std::string> names;
-  for (const fault_name& call : kCalls)
+  for (const fault_name& call : kFaultNames)
     names.push_back(call.name);
   for (const std::string& name : request_names())
     names.push_back(name);

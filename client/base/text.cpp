@@ -113,11 +113,11 @@ std::string text_for_json(std::string_view bytes, bool* escaped) {
 }
 
 std::string text_hex(std::string_view bytes) {
-  static const char digits[] = "0123456789abcdef";
+  static const char kDigits[] = "0123456789abcdef";
   std::string out;
   for (unsigned char c : bytes) {
-    out += digits[c >> 4];
-    out += digits[c & 15];
+    out += kDigits[c >> 4];
+    out += kDigits[c & 15];
   }
   return out;
 }

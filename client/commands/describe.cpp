@@ -6,9 +6,6 @@
 #include "show/json.h"
 #include "wire/lookup.h"
 
-static constexpr const char* kDescribeUsages[] = {"[--json] describe PROCEDURE"};
-static constexpr command_offer kDescribeOffers[] = {{"0", "", nullptr, true}};
-
 static exit_status run_describe(const output_streams& streams, const client_options& options) {
   if (options.words.size() != 2)
     return fail(streams, kExitUsage, "describe takes one PROCEDURE; 'wificonf list' has all");
@@ -18,6 +15,9 @@ static exit_status run_describe(const output_streams& streams, const client_opti
   print(streams, options.json ? json_describe(*procedure) : describe_procedure(*procedure));
   return kExitDone;
 }
+
+static constexpr const char* kDescribeUsages[] = {"[--json] describe PROCEDURE"};
+static constexpr command_offer kDescribeOffers[] = {{"0", "", nullptr, true}};
 
 const command_row kDescribeCommand = {
     .name = "describe",

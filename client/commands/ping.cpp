@@ -8,9 +8,6 @@
 #include "commands/session.h"
 #include "show/json.h"
 
-static constexpr const char* kPingUsages[] = {"[OPTION...] ping [--wait SECONDS]"};
-static constexpr command_offer kPingOffers[] = {{"0", "--wait"}};
-
 // For "--wait", in seconds: the longest wait, the timeout of one try, and the pause between
 // tries.
 static constexpr double kWaitMax = 86400;
@@ -60,6 +57,9 @@ static exit_status run_ping(const output_streams& streams, const client_options&
                       options.port, answer.seconds * 1000));
   return kExitDone;
 }
+
+static constexpr const char* kPingUsages[] = {"[OPTION...] ping [--wait SECONDS]"};
+static constexpr command_offer kPingOffers[] = {{"0", "--wait"}};
 
 const command_row kPingCommand = {.name = "ping",
                                   .usages = kPingUsages,

@@ -43,11 +43,11 @@ static exit_status inert_status(const output_streams& streams, const client_opti
                                 const procedure_row& procedure) {
   if (!procedure.inert || procedure.answer_is_all || options.inert_ok) return kExitDone;
   const std::string name = lookup_display_name(procedure);
-  return note(streams, kExitInert,
-              name +
-                  ": the daemon accepts this and deliberately does nothing; see 'wificonf "
-                  "describe " +
-                  name + "'");
+  return print_note(streams, kExitInert,
+                    name +
+                        ": the daemon accepts this and deliberately does nothing; see 'wificonf "
+                        "describe " +
+                        name + "'");
 }
 
 static exit_status show_reply(const output_streams& streams, const client_options& options,
@@ -56,16 +56,17 @@ static exit_status show_reply(const output_streams& streams, const client_option
   std::string name = lookup_display_name(procedure);
   if (options.json) print(streams, json_reply(procedure, reply));
   if (payload_failed(procedure, reply.code))
-    return note(streams, kExitFailureCode,
-                text_format("%s: the daemon answered failure, code %d; its standard error, on the "
-                            "gateway, says why, and 'wificonf describe %s' what it takes",
-                            name.c_str(), reply.code, name.c_str()));
+    return print_note(
+        streams, kExitFailureCode,
+        text_format("%s: the daemon answered failure, code %d; its standard error, on the "
+                    "gateway, says why, and 'wificonf describe %s' what it takes",
+                    name.c_str(), reply.code, name.c_str()));
   bool has_value =
       procedure.payload != payload_kind::CODE && procedure.payload != payload_kind::NONE;
   if (reply.code == kTryAgain && payload_find(procedure) != nullptr)
-    return note(streams, kExitNotReady,
-                text_format("%s: there is no result yet, code %d: try again in a second",
-                            name.c_str(), reply.code));
+    return print_note(streams, kExitNotReady,
+                      text_format("%s: there is no result yet, code %d: try again in a second",
+                                  name.c_str(), reply.code));
   if (options.json) return inert_status(streams, options, procedure);
   print(streams,
         payload_text(procedure, reply, {terminal_width(streams.out), session_first_bss(prepared)}));

@@ -72,7 +72,7 @@ exit_status run(const std::vector<std::string>& arguments, FILE* out, FILE* err)
   }
   print_flush(streams);
   if (notes.error_number == 0) return status;
-  return note(streams, kExitNoAnswer,
-              std::string("cannot write the output: ") + strerror(notes.error_number) +
-                  (notes.called ? "; the call was made all the same" : ""));
+  return print_note(streams, kExitNoAnswer,
+                    std::string("cannot write the output: ") + strerror(notes.error_number) +
+                        (notes.called ? "; the call was made all the same" : ""));
 }

@@ -5,11 +5,6 @@
 #include "commands/session.h"
 #include "wire/lookup.h"
 
-static constexpr const char* kSchemaUsages[] = {"schema PROCEDURE|error|top",
-                                                "schema --arguments PROCEDURE"};
-static constexpr command_offer kSchemaOffers[] = {{"0", "error top --arguments", nullptr, true},
-                                                  {"1", "", nullptr, true}};
-
 static exit_status run_schema(const output_streams& streams, const client_options& options) {
   const std::vector<std::string>& words = options.words;
   const bool arguments = words.size() == 3 && words[1] == "--arguments";
@@ -27,6 +22,11 @@ static exit_status run_schema(const output_streams& streams, const client_option
     print(streams, word == "error" ? schema_of_error() : schema_of_top());
   return kExitDone;
 }
+
+static constexpr const char* kSchemaUsages[] = {"schema PROCEDURE|error|top",
+                                                "schema --arguments PROCEDURE"};
+static constexpr command_offer kSchemaOffers[] = {{"0", "error top --arguments", nullptr, true},
+                                                  {"1", "", nullptr, true}};
 
 const command_row kSchemaCommand = {
     .name = "schema",

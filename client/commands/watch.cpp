@@ -21,6 +21,18 @@ struct sample {
   bool valid;
 };
 
+struct watching {
+  const output_streams& streams;
+  const client_options& options;
+  const prepared_call& prepared;
+  double every;
+  bool redrawn;  // on a terminal
+  sample before;
+  std::string shown;  // below the title
+  double asking_since;
+  double drawn;
+};
+
 }  // namespace
 
 static std::string plain_value(const procedure_row& procedure, const decoded_reply& reply) {
@@ -56,22 +68,6 @@ static std::string shown(const prepared_call& prepared, size_t width, const samp
                     : show_lines(*layout, current.reply.data, moment_stamp(), settings);
 }
 
-namespace {
-
-struct watching {
-  const output_streams& streams;
-  const client_options& options;
-  const prepared_call& prepared;
-  double every;
-  bool redrawn;  // on a terminal
-  sample before;
-  std::string shown;  // below the title
-  double asking_since;
-  double drawn;
-};
-
-}  // namespace
-
 static void draw(watching& state, const std::string& text) {
   print(state.streams, screen_of(state.streams, *state.prepared.procedure, state.every, text));
   print_flush(state.streams);
@@ -106,7 +102,7 @@ static void show_failure(watching& state, size_t width, const failure_report& fa
     return;
   }
   if (state.options.json) print(state.streams, json_error(failure, moment_stamp()));
-  note(state.streams, failure.status, failure.line);
+  print_note(state.streams, failure.status, failure.line);
 }
 
 static void show_answer(watching& state, size_t width, const sample& current) {

@@ -4,7 +4,7 @@
 #include "values/payload.h"
 #include "wire/lookup.h"
 
-static constexpr char kHead[] =
+static constexpr char kLuaHead[] =
     "-- The procedures as wlan_config.lua reads them. On its own this file does nothing.\n"
     "-- Generated from src/rpc/procedures.def by scripts/generate; do not edit.\n"
     "--\n"
@@ -46,9 +46,21 @@ static char field_letter(field_type type) {
       return 'e';
     case field_type::kBytes:
       return 'x';
-    default:
-      return payload_is_signed(type) ? 'i' : 'u';
+    case field_type::kU8:
+    case field_type::kI8:
+    case field_type::kU16:
+    case field_type::kU32:
+    case field_type::kI32:
+    case field_type::kU64:
+    case field_type::kI64:
+    case field_type::kCounter32:
+    case field_type::kCounter64:
+    case field_type::kCounterI64:
+    case field_type::kRate1024:
+    case field_type::kBssPosition:
+      break;
   }
+  return payload_is_signed(type) ? 'i' : 'u';
 }
 
 static std::string arguments_lua(const procedure_row& procedure) {
@@ -118,7 +130,7 @@ static std::string procedure_lua(const procedure_row& procedure) {
 }
 
 std::string reference_dissector() {
-  std::string out = kHead;
+  std::string out = kLuaHead;
   for (const procedure_row& procedure : table_procedures())
     out += procedure_lua(procedure);
   return out + "}\n";

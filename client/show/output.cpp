@@ -22,7 +22,7 @@ void print_flush(const output_streams& streams) {
   note_error(streams, fflush(streams.out) == 0);
 }
 
-exit_status note(const output_streams& streams, exit_status status, const std::string& line) {
+exit_status print_note(const output_streams& streams, exit_status status, const std::string& line) {
   const std::string text = text_wrap("wificonf: " + line, terminal_width(streams.err), 0, 10);
   fprintf(streams.err, "%s\n", text.c_str());
   return status;
@@ -30,7 +30,7 @@ exit_status note(const output_streams& streams, exit_status status, const std::s
 
 exit_status fail(const output_streams& streams, const failure_report& failure) {
   if (streams.json) print(streams, json_error(failure));
-  return note(streams, failure.status, failure.line);
+  return print_note(streams, failure.status, failure.line);
 }
 
 static const char* kind_of(exit_status status) {

@@ -25,7 +25,7 @@ void print(const output_streams& streams, const std::string& text);
 void print_flush(const output_streams& streams);
 
 // Prints one line to standard error; returns `status`.
-exit_status note(const output_streams& streams, exit_status status, const std::string& line);
+exit_status print_note(const output_streams& streams, exit_status status, const std::string& line);
 
 // Reports a failure that ends the command, with --json on `out` too.
 exit_status fail(const output_streams& streams, const failure_report& failure);

@@ -51,9 +51,18 @@ static ordered_json range_schema(const constraint& limits, const constraint_rang
       return pattern(repeated("[0-9A-Fa-f]{2}", range, 2));
     case constraint_kind::kDigits:
       return pattern(repeated("[0-9]", range, 1));
-    default:
+    case constraint_kind::kInteger:
+    case constraint_kind::kNumber:
       return number_schema(range);
+    case constraint_kind::kByType:
+    case constraint_kind::kAnyText:
+    case constraint_kind::kSwitch:
+    case constraint_kind::kWord:
+    case constraint_kind::kMac:
+    case constraint_kind::kIpv4:
+      break;
   }
+  return {};  // these have no ranges
 }
 
 static ordered_json words_schema(const constraint& limits) {
@@ -81,9 +90,15 @@ static ordered_json limits_schema(const constraint& limits) {
       return pattern(kMacPattern);
     case constraint_kind::kIpv4:
       return {{"type", "string"}, {"format", "ipv4"}};
-    default:
-      return ranges_schema(limits);
+    case constraint_kind::kInteger:
+    case constraint_kind::kNumber:
+    case constraint_kind::kText:
+    case constraint_kind::kHex:
+    case constraint_kind::kDigits:
+    case constraint_kind::kPassphrase:
+      break;
   }
+  return ranges_schema(limits);
 }
 
 nlohmann::ordered_json schema_of_argument(const procedure_row& procedure,

@@ -111,9 +111,16 @@ size_t constraint_misfit(const constraint& limits, std::string_view given, const
     case constraint_kind::kDigits:
       *what = "not a digit";
       return given.find_first_not_of(kDigits) + 1;
-    default:
-      return 0;
+    case constraint_kind::kByType:
+    case constraint_kind::kInteger:
+    case constraint_kind::kSwitch:
+    case constraint_kind::kNumber:
+    case constraint_kind::kWord:
+    case constraint_kind::kMac:
+    case constraint_kind::kIpv4:
+      break;
   }
+  return 0;
 }
 
 const char* constraint_misfit_pattern(const constraint& limits) {
@@ -206,9 +213,16 @@ std::string constraint_form(const constraint& limits) {
     case constraint_kind::kText:
     case constraint_kind::kPassphrase:
       return "a text of " + constraint_words(limits);
-    default:
-      return constraint_words(limits);
+    case constraint_kind::kByType:
+    case constraint_kind::kSwitch:
+    case constraint_kind::kWord:
+    case constraint_kind::kHex:
+    case constraint_kind::kDigits:
+    case constraint_kind::kMac:
+    case constraint_kind::kIpv4:
+      break;
   }
+  return constraint_words(limits);
 }
 
 std::vector<std::string> constraint_values(const constraint& limits) {

@@ -77,27 +77,27 @@ bool lookup_parse_number(std::string_view text, uint32_t* number) {
 }
 
 std::vector<std::string> lookup_near(std::string_view name, std::span<const char* const> others) {
-  struct Candidate {
+  struct candidate {
     size_t nearness;
     bool inert;
     std::string name;
   };
   std::string wanted = lookup_fold(name);
-  std::vector<Candidate> found;
+  std::vector<candidate> found;
   for (const char* other : others)
     found.push_back({nearness(wanted, text_upper(other)), false, other});
   for (const procedure_row& procedure : table_procedures())
     found.push_back(
         {nearness(wanted, procedure.name), procedure.inert, text_lower(procedure.name)});
-  std::erase_if(found, [](const Candidate& c) { return c.nearness == SIZE_MAX; });
-  std::stable_sort(found.begin(), found.end(), [](const Candidate& a, const Candidate& b) {
+  std::erase_if(found, [](const candidate& c) { return c.nearness == SIZE_MAX; });
+  std::stable_sort(found.begin(), found.end(), [](const candidate& a, const candidate& b) {
     return std::pair(a.nearness, a.inert) < std::pair(b.nearness, b.inert);
   });
   found.resize(std::min(found.size(), size_t{3}));
   // Prefer an active procedure even if it is a worse match.
-  std::stable_partition(found.begin(), found.end(), [](const Candidate& c) { return !c.inert; });
+  std::stable_partition(found.begin(), found.end(), [](const candidate& c) { return !c.inert; });
   std::vector<std::string> names(found.size());
-  std::ranges::transform(found, names.begin(), &Candidate::name);
+  std::ranges::transform(found, names.begin(), &candidate::name);
   return names;
 }
 

@@ -9,15 +9,15 @@
 // is left. Type bytes count modulo the number of types, so any input is a scenario.
 
 enum class record_type : uint8_t {
-  call,      // to the target, which defines what the bytes mean
-  datagram,  // to the service as it is
-  driver,    // what the driver answers next: outcome, bytes
-  command,   // what the next shell command does: outcome, its output
-  peer,      // what the next companion to be asked does: outcome, its datagram
-  profile,   // lines of a profile: which and how, text
-  world,     // which files are there, and the board
-  faults,    // pairs: how many calls to files and sockets succeed, and how the next fails
-  worker,    // the lifecycle worker runs
+  kCall,      // to the target, which defines what the bytes mean
+  kDatagram,  // to the service as it is
+  kDriver,    // what the driver answers next: outcome, bytes
+  kCommand,   // what the next shell command does: outcome, its output
+  kPeer,      // what the next companion to be asked does: outcome, its datagram
+  kProfile,   // lines of a profile: which and how, text
+  kWorld,     // which files are there, and the board
+  kFaults,    // pairs: how many calls to files and sockets succeed, and how the next fails
+  kWorker,    // the lifecycle worker runs
 };
 constexpr unsigned kRecordTypes = 9;
 

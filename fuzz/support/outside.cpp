@@ -67,7 +67,7 @@ bool strike(uint8_t* how) {
 int new_descriptor(descriptor_kind kind) {
   std::deque<outside_descriptor>& all = simulated->descriptors;
   size_t place = 0;
-  while (place < all.size() && all[place].kind != descriptor_kind::closed)
+  while (place < all.size() && all[place].kind != descriptor_kind::kClosed)
     ++place;
   if (place == all.size()) all.emplace_back();
   all[place] = {};
@@ -80,14 +80,14 @@ outside_descriptor* descriptor_of(int fd) {
   const bool known = place >= 0 && place < static_cast<int>(simulated->descriptors.size());
   if (!known) broken("descriptor %d was never opened", fd);
   outside_descriptor* found = &simulated->descriptors[static_cast<size_t>(place)];
-  if (found->kind == descriptor_kind::closed) broken("descriptor %d is closed", fd);
+  if (found->kind == descriptor_kind::kClosed) broken("descriptor %d is closed", fd);
   return found;
 }
 
 unsigned outside_open_descriptors() {
   unsigned count = 0;
   for (const outside_descriptor& each : simulated->descriptors)
-    count += each.kind != descriptor_kind::closed && !each.kept;
+    count += each.kind != descriptor_kind::kClosed && !each.kept;
   return count;
 }
 
@@ -192,29 +192,29 @@ static void apply_progress(uint8_t progress) {
 void outside_apply(const record& what) {
   std::string_view bytes = what.bytes;
   switch (what.type) {
-    case record_type::driver:
+    case record_type::kDriver:
       apply_answer(&simulated->driver, bytes);
       return;
-    case record_type::command:
+    case record_type::kCommand:
       apply_answer(&simulated->commands, bytes);
       return;
-    case record_type::peer:
+    case record_type::kPeer:
       apply_answer(&simulated->peers, bytes);
       return;
-    case record_type::profile:
+    case record_type::kProfile:
       apply_profile(bytes);
       return;
-    case record_type::world:
+    case record_type::kWorld:
       simulated->there = take_u16(&bytes);
       simulated->board = take_byte(&bytes);
       apply_progress(take_byte(&bytes));
       return;
-    case record_type::faults:
+    case record_type::kFaults:
       apply_faults(bytes);
       return;
-    case record_type::call:
-    case record_type::datagram:
-    case record_type::worker:
+    case record_type::kCall:
+    case record_type::kDatagram:
+    case record_type::kWorker:
       return;
   }
 }

@@ -42,10 +42,10 @@ struct outside_file {
   unsigned mode = 0644;
 };
 
-enum class descriptor_kind { closed, file, inet, companion };
+enum class descriptor_kind { kClosed, kFile, kInet, kCompanion };
 
 struct outside_descriptor {
-  descriptor_kind kind = descriptor_kind::closed;
+  descriptor_kind kind = descriptor_kind::kClosed;
   outside_file* file = nullptr;
   size_t offset = 0;
   bool append = false;

@@ -80,7 +80,7 @@ int sim_open(const char* path, int flags, ...) {
     va_end(values);
   }
   if ((flags & O_TRUNC) != 0) file->content.clear();
-  const int fd = new_descriptor(descriptor_kind::file);
+  const int fd = new_descriptor(descriptor_kind::kFile);
   descriptor_of(fd)->file = file;
   return fd;
 }
@@ -108,7 +108,7 @@ int sim_openat_2(int directory, const char* path, int flags) {
 
 static outside_descriptor* open_file(int fd) {
   outside_descriptor* found = descriptor_of(fd);
-  CHECK(found->kind == descriptor_kind::file);
+  CHECK(found->kind == descriptor_kind::kFile);
   return found;
 }
 
@@ -217,10 +217,10 @@ static void describe(const outside_file& file, struct stat* status) {
   *status = {};
   status->st_mode = (file.fifo ? S_IFIFO : S_IFREG) | file.mode;
   status->st_nlink = file.hard_linked ? 2 : 1;
-  static const uid_t owner = geteuid();
-  static const gid_t group = getegid();
-  status->st_uid = owner;
-  status->st_gid = file.hard_linked ? group + 1 : group;
+  static const uid_t kOwner = geteuid();
+  static const gid_t kGroup = getegid();
+  status->st_uid = kOwner;
+  status->st_gid = file.hard_linked ? kGroup + 1 : kGroup;
   status->st_size = static_cast<off_t>(file.content.size());
 }
 

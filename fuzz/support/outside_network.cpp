@@ -107,7 +107,7 @@ int sim_ioctl(int fd, unsigned long request, ...) {
     *static_cast<int*>(argument) = service.length();
     return 0;
   }
-  CHECK(descriptor_of(fd)->kind == descriptor_kind::inet);
+  CHECK(descriptor_of(fd)->kind == descriptor_kind::kInet);
   switch (request) {
     case kObject:
     case kText:
@@ -165,7 +165,7 @@ int sim_socket(int domain, int type, int protocol) {
   }
   const bool companion = domain == AF_UNIX;
   CHECK(companion || domain == AF_INET);
-  const int fd = new_descriptor(companion ? descriptor_kind::companion : descriptor_kind::inet);
+  const int fd = new_descriptor(companion ? descriptor_kind::kCompanion : descriptor_kind::kInet);
   outside_descriptor* made = descriptor_of(fd);
   if (companion) made->peer = next_answer(&simulated->peers);
   if (outcome_of(*made) == kLateAnswers) made->stale = 100;
@@ -174,7 +174,7 @@ int sim_socket(int domain, int type, int protocol) {
 
 static outside_descriptor* companion_of(int fd) {
   outside_descriptor* found = descriptor_of(fd);
-  CHECK(found->kind == descriptor_kind::companion);
+  CHECK(found->kind == descriptor_kind::kCompanion);
   return found;
 }
 
@@ -263,7 +263,7 @@ int sim_setsockopt(int fd, int level, int option, const void* value, socklen_t s
   CHECK(level == SOL_SOCKET && option == SO_RCVTIMEO && size == sizeof(timeval));
   CHECK(static_cast<const timeval*>(value)->tv_sec == 1);
   outside_descriptor* socket = descriptor_of(fd);
-  CHECK(socket->kind == descriptor_kind::inet);
+  CHECK(socket->kind == descriptor_kind::kInet);
   socket->kept = true;
   socket->peer = next_answer(&simulated->peers);
   return outcome_of(*socket) == kCannotBind ? fail_with(EINVAL) : 0;

@@ -17,7 +17,7 @@ std::string text_item(const std::string& text) {
 }
 
 std::string world(unsigned there, unsigned board, unsigned progress) {
-  return make_record(record_type::world, u16(there) + byte(board) + byte(progress));
+  return make_record(record_type::kWorld, u16(there) + byte(board) + byte(progress));
 }
 
 std::string answer(record_type type, unsigned outcome, const std::string& bytes) {
@@ -25,7 +25,7 @@ std::string answer(record_type type, unsigned outcome, const std::string& bytes)
 }
 
 std::string operation(unsigned number, unsigned index) {
-  return make_record(record_type::call, byte(number) + byte(index));
+  return make_record(record_type::kCall, byte(number) + byte(index));
 }
 
 std::string pattern(size_t size) {

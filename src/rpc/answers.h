@@ -112,78 +112,78 @@ inline void trace_asked(const char* handler, asked_form, const char* text) {
 // ---- The handlers, by answer.
 
 // The back end of an inert procedure.
-template <int status>
+template <int Status>
 struct inert_operation {
   template <typename... Members>
   constexpr int operator()(Members...) const {
-    return status;
+    return Status;
   }
 };
-template <int status>
-inline constexpr inert_operation<status> inert = {};
+template <int Status>
+inline constexpr inert_operation<Status> inert = {};
 
-template <typename Row, auto back_end, typename Members = typename Row::members,
+template <typename Row, auto BackEnd, typename Members = typename Row::members,
           typename Answer = typename Row::answer>
 struct derived;
 
-template <typename Row, auto back_end, typename... Members>
-struct derived<Row, back_end, member_list<void, Members...>, code_answer> {
+template <typename Row, auto BackEnd, typename... Members>
+struct derived<Row, BackEnd, member_list<void, Members...>, code_answer> {
   static int handler(typename Members::type... in, wlan_config_return_code_e* result, svc_req*) {
     trace_input<Row>(in...);
-    *result = static_cast<wlan_config_return_code_e>(back_end(in...));
+    *result = static_cast<wlan_config_return_code_e>(BackEnd(in...));
     return 1;
   }
 };
 
-template <typename Row, auto back_end, typename... Members>
-struct derived<Row, back_end, member_list<void, Members...>, no_answer> {
+template <typename Row, auto BackEnd, typename... Members>
+struct derived<Row, BackEnd, member_list<void, Members...>, no_answer> {
   static int handler(typename Members::type... in, wlan_config_result_data_t* result, svc_req*) {
     trace_asked(Row::kHandler, asked_form::kPlain, in...);
-    result->return_code = back_end(in...);
+    result->return_code = BackEnd(in...);
     return 1;
   }
 };
 
-template <typename Row, auto back_end, typename... Members, fixed_text Label>
-struct derived<Row, back_end, member_list<void, Members...>, int_answer<Label>> {
+template <typename Row, auto BackEnd, typename... Members, fixed_text Label>
+struct derived<Row, BackEnd, member_list<void, Members...>, int_answer<Label>> {
   static int handler(typename Members::type... in, wlan_config_result_data_t* result, svc_req*) {
     int value = 0;
     trace_asked(Row::kHandler, asked_form::kPlain, in...);
-    result->return_code = back_end(in..., &value);
+    result->return_code = BackEnd(in..., &value);
     pack_int(Row::kHandler, Label.text, value, result);
     return 1;
   }
 };
 
-template <typename Row, auto back_end, typename... Members, fixed_text Label>
-struct derived<Row, back_end, member_list<void, Members...>, text_answer<Label>> {
+template <typename Row, auto BackEnd, typename... Members, fixed_text Label>
+struct derived<Row, BackEnd, member_list<void, Members...>, text_answer<Label>> {
   static int handler(typename Members::type... in, wlan_config_result_data_t* result, svc_req*) {
-    char text[kTextSize<std::remove_pointer_t<decltype(back_end)>>] = {};
+    char text[kTextSize<std::remove_pointer_t<decltype(BackEnd)>>] = {};
     trace_asked(Row::kHandler, asked_form::kBracketed, in...);
-    result->return_code = back_end(in..., text);
+    result->return_code = BackEnd(in..., text);
     pack_text(Row::kHandler, Label.text, text, sizeof text, result);
     if (Row::kFacts.answer_shown_twice) trace_text_again(Row::kHandler, *result);
     return 1;
   }
 };
 
-template <typename Row, auto back_end, typename... Members, typename Record>
-struct derived<Row, back_end, member_list<void, Members...>, words_answer<Record>> {
+template <typename Row, auto BackEnd, typename... Members, typename Record>
+struct derived<Row, BackEnd, member_list<void, Members...>, words_answer<Record>> {
   static int handler(typename Members::type... in, wlan_config_result_data_t* result, svc_req*) {
     Record record = {};
     trace_asked(Row::kHandler, asked_form::kBracketed, in...);
-    result->return_code = back_end(in..., &record);
+    result->return_code = BackEnd(in..., &record);
     pack_words(&record, sizeof record, result);
     return 1;
   }
 };
 
-template <typename Row, auto back_end, typename... Members, typename Record>
-struct derived<Row, back_end, member_list<void, Members...>, image_answer<Record>> {
+template <typename Row, auto BackEnd, typename... Members, typename Record>
+struct derived<Row, BackEnd, member_list<void, Members...>, image_answer<Record>> {
   static int handler(typename Members::type... in, wlan_config_result_data_t* result, svc_req*) {
     Record record = {};
     trace_asked(Row::kHandler, asked_form::kBracketed, in...);
-    result->return_code = back_end(in..., &record);
+    result->return_code = BackEnd(in..., &record);
     pack_image(&record, sizeof record, result);
     trace_rpc(Row::kHandler, " WLAN RPC server : result->return_data.return_data_len = %u\n",
               result->return_data.return_data_len);

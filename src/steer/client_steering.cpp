@@ -15,10 +15,10 @@
 #include "sys/wext.h"
 #include "wlan/driver_gate.h"
 
-static constexpr char kName[] = "wlan_setHncSteerStaType";
+static constexpr char kSteerFunction[] = "wlan_setHncSteerStaType";
 static constexpr int kActionWithTime = 2;
 
-using mac_text = char[kMacKeyLength + 1];
+using mac_key_text = char[kMacKeyLength + 1];
 
 static int digit_value(char digit) {
   if (digit >= '0' && digit <= '9') return digit - '0';
@@ -40,31 +40,32 @@ static size_t decode_payload(const char* text, uint8_t (&body)[kActionFrameBody]
 }
 
 static int request_transition(int index) {
-  mac_text target = {};
+  mac_key_text target = {};
   if (wifiprofile_getParam(bss_profile(index), "HNCActionFrameMac", target, kMacKeyLength) == 0) {
-    trace_rev_error(kName, "%s:failed to action frame STA, can't find STA mac\n ", kName);
+    trace_rev_error(kSteerFunction, "%s:failed to action frame STA, can't find STA mac\n ",
+                    kSteerFunction);
     return -1;
   }
   char payload[kPayloadKeyLength + 1] = {};
   if (wifiprofile_getParam(bss_profile(index), "HNCActionFramePayload", payload,
                            kPayloadKeyLength) == 0) {
-    trace_rev_error(kName, "%s:failed to action frame payload\n ", kName);
+    trace_rev_error(kSteerFunction, "%s:failed to action frame payload\n ", kSteerFunction);
     return -1;
   }
   uint8_t mac[6];
   parse_mac(target, mac);
   uint8_t body[kActionFrameBody];
   const size_t length = decode_payload(payload, body);
-  trace_rev(kName, " STEER STA: mac address " MAC_FORMAT " \n ", MAC_BYTES(mac));
-  trace_rev(kName, " STEER STA: length = %zu\n ", length);
+  trace_rev(kSteerFunction, " STEER STA: mac address " MAC_FORMAT " \n ", MAC_BYTES(mac));
+  trace_rev(kSteerFunction, " STEER STA: length = %zu\n ", length);
   return send_btm_action_frame_request(index, kCategoryWnm, mac, body, length);
 }
 
 // Reads the station for any steer but a transition request. False when there is none.
-static bool read_station(int index, mac_text& station) {
+static bool read_station(int index, mac_key_text& station) {
   if (wifiprofile_getParam(bss_profile(index), "HNCSteerSTAMac", station, kMacKeyLength) != 0)
     return true;
-  trace_rev_error(kName, "failed to steer STA, can't find STA mac\n ");
+  trace_rev_error(kSteerFunction, "failed to steer STA, can't find STA mac\n ");
   return false;
 }
 
@@ -77,7 +78,7 @@ static void set_text(int index, const char* name, const char* value) {
 }
 
 static int disconnect(int index) {
-  mac_text station = {};
+  mac_key_text station = {};
   if (!read_station(index, station)) return -1;
   set_text(index, "DisConnectSta", station);
   return 0;
@@ -98,22 +99,22 @@ static int blacklist_time(int index) {
 }
 
 static int blacklist(int index) {
-  mac_text station = {};
+  mac_key_text station = {};
   if (!read_station(index, station)) return -1;
   char value[kKeyLength + 1] = {};
   const int found =
       wifiprofile_getParam(bss_profile(index), "HNCSteerBlackListAction", value, kKeyLength);
   if (found == 0) {
-    trace_rev(kName, "failed to get wifi HNCSteerBlackListAction, ret:%d\n ", found);
+    trace_rev(kSteerFunction, "failed to get wifi HNCSteerBlackListAction, ret:%d\n ", found);
     return add_to_access_list(index, station);
   }
   steer_record record = {};
   parse_mac(station, record.mac);
   record.kind = kSteerBlacklist;
   record.action = atoi(value);
-  trace_rev(kName, "Steer STA type: %d\n ", record.action);
+  trace_rev(kSteerFunction, "Steer STA type: %d\n ", record.action);
   if (record.action < 0 || record.action > kActionWithTime) {
-    trace_rev_error(kName, "Action type illegal. \n ");
+    trace_rev_error(kSteerFunction, "Action type illegal. \n ");
     return -1;
   }
   if (record.action == kActionWithTime) record.seconds = blacklist_time(index);

@@ -13,7 +13,7 @@
 #include "sys/planted.h"
 
 static constexpr mode_t kLockFileMode = 0666;
-static constexpr int kTriesMax = 16;
+static constexpr int kLockTriesMax = 16;
 static constexpr int kPausesMax = 100;  // one second in total
 
 static int flock_through_signals(int fd, int operation) {
@@ -57,7 +57,7 @@ static int wait_for_holder(const char* path) {
 
 int open_lock_file(const char* path, mode_t mode, struct stat* status) {
   int file = own_file_open(AT_FDCWD, path, O_RDWR | O_CREAT, mode, status);
-  for (int tries = 0; file < 0 && tries < kTriesMax; ++tries) {
+  for (int tries = 0; file < 0 && tries < kLockTriesMax; ++tries) {
     const int error = errno;
     const int old = tries == 0 ? wait_for_holder(path) : -1;
     const bool removed = planted_remove(path);
@@ -88,7 +88,7 @@ static int close_failing(int fd) {
 // Opens the file at `path` and locks it. Returns its descriptor, or -1 with errno;
 // `*opened` is set when opening succeeded.
 static int lock_file(const char* path, int operation, bool* opened) {
-  for (int tries = 0; tries < kTriesMax; ++tries) {
+  for (int tries = 0; tries < kLockTriesMax; ++tries) {
     struct stat status;
     const int fd = open_lock_file(path, kLockFileMode, &status);
     *opened = fd >= 0;

@@ -14,7 +14,7 @@
 
 // More than two are needed only against someone who keeps making and removing
 // directories.
-static constexpr int kTriesMax = 64;
+static constexpr int kMoveTriesMax = 64;
 static constexpr mode_t kMode = 0644;
 
 static bool is_foreign(const struct stat& status) {
@@ -95,7 +95,7 @@ static bool make_first(const char* path) {
 }
 
 bool planted_make_way(const char* path, bool keep_link) {
-  for (int tries = 0; tries < kTriesMax; ++tries) {
+  for (int tries = 0; tries < kMoveTriesMax; ++tries) {
     struct stat status;
     if (make_first(path)) return true;
     if (lstat(path, &status) != 0) continue;

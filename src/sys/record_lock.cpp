@@ -14,7 +14,7 @@
 #include "sys/whole_file.h"
 
 static constexpr mode_t kRecordFileMode = 0600;
-static constexpr int kTriesMax = 16;
+static constexpr int kRecordTriesMax = 16;
 
 // The user who started a process; false when unknown. The owner of /proc/PID would not do:
 // a process can make that root.
@@ -57,7 +57,7 @@ static verdict try_lock(int file, const struct stat& status) {
 }
 
 bool try_record_lock(const char* path) {
-  for (int tries = 0; tries < kTriesMax; ++tries) {
+  for (int tries = 0; tries < kRecordTriesMax; ++tries) {
     struct stat status;
     const int file = open_lock_file(path, kRecordFileMode, &status);
     if (file < 0) {

@@ -60,12 +60,6 @@ TEST(Clock, AnEventThatChangesTheSpeedCountsFromItsOwnTime) {
   EXPECT_EQ(state.clock.speed, 3);
 }
 
-static json status_now() {
-  json status = json::parse(run("gwbox status --json").output, nullptr, false);
-  EXPECT_TRUE(status.is_object());
-  return status;
-}
-
 static double time_now() {
   return status_now()["time"];
 }

@@ -26,7 +26,7 @@ static int32_t number_at(const std::string& bytes, size_t at) {
   return number;
 }
 
-static const std::string RESULT("result", 7);
+static const std::string kResult("result", 7);
 
 TEST(Companion, IsFoundAndEndedByItsName) {
   start("wapp -d2 -v2 -f /etc/wapp_ap.conf", "wapp");
@@ -174,17 +174,17 @@ TEST(Radstat, IsNamedByTheStatusAndKeepsTheSocketOfItsSuccessor) {
   ASSERT_EQ(run("kill " + pid).status, 0);
   ASSERT_TRUE(wait_until([] { return run("pgrep -xc radstat8").output == "1\n"; }));
   int fd = connect_datagram("/var/run/radstat/ra8");
-  EXPECT_EQ(ask(fd, RESULT).size(), 192u);
+  EXPECT_EQ(ask(fd, kResult).size(), 192u);
   close(fd);
 }
 
 TEST(Radstat, NumbersMoveWithTime) {
   int fd = start_radstat(0);
-  std::string first = ask(fd, RESULT);
+  std::string first = ask(fd, kResult);
   ASSERT_EQ(first.size(), 192u);
   EXPECT_GT(number_at(first, 32), 0);
   EXPECT_LT(number_at(first, 24), -50);
-  EXPECT_TRUE(wait_until([&] { return number_at(ask(fd, RESULT), 32) > number_at(first, 32); }));
+  EXPECT_TRUE(wait_until([&] { return number_at(ask(fd, kResult), 32) > number_at(first, 32); }));
   EXPECT_EQ(ask(fd, "other", 0.05), "");
   close(fd);
 }
@@ -204,7 +204,7 @@ TEST(Radstat, SaysWhatItIsTold) {
                        {"tx", -5},
                        {"rx", 2000},
                        {"rssi", {-71, -72}}}}}}});
-  std::string reply = ask(fd, RESULT);
+  std::string reply = ask(fd, kResult);
   ASSERT_EQ(reply.size(), 192u);
   const int32_t expected[] = {41, 13, 32, -84, -95, -91, -90, 3, -5, 2000, -71, -72, 0};
   for (size_t i = 0; i < sizeof expected / sizeof *expected; ++i)
@@ -218,13 +218,13 @@ TEST(Radstat, Misbehaves) {
     tell_companions({{"radstat", {{"ra0", {{"behaviour", how}}}}}});
   };
   behave("zeros");
-  EXPECT_EQ(ask(fd, RESULT), std::string(192, '\0'));
+  EXPECT_EQ(ask(fd, kResult), std::string(192, '\0'));
   behave("short");
-  EXPECT_EQ(ask(fd, RESULT).size(), 40u);
+  EXPECT_EQ(ask(fd, kResult).size(), 40u);
   behave("silent");
-  EXPECT_EQ(ask(fd, RESULT, 0.1), "");
+  EXPECT_EQ(ask(fd, kResult, 0.1), "");
   behave("late");
-  EXPECT_EQ(ask(fd, RESULT, 0.1), "");
+  EXPECT_EQ(ask(fd, kResult, 0.1), "");
   EXPECT_EQ(run("killall radstat0").status, 0);
   EXPECT_TRUE(wait_until([] { return !runs("radstat0"); })) << "a late one ends all the same";
   close(fd);

@@ -3,13 +3,12 @@
 
 #include "model.h"
 
-static constexpr const char* kFirst = "02:00:5e:00:00:01";
-static constexpr const char* kOther = "02:00:5e:00:00:02";
+using line_list = std::vector<std::string>;
 
 // What changed since the last look, a line each: "ra0 begins Low", "ra0 joins 00:01 on air",
 // "ra8 roams 00:01 from ra0 off air".
-static std::vector<std::string> changes(driver_state& state) {
-  std::vector<std::string> lines;
+static line_list changes(driver_state& state) {
+  line_list lines;
   for (const driver_effect& effect : state.effects) {
     std::string line = effect.interface;
     for (const auto& [name, value] : effect.members) {
@@ -22,10 +21,8 @@ static std::vector<std::string> changes(driver_state& state) {
   return lines;
 }
 
-using lines = std::vector<std::string>;
-
 // The same of stations alone.
-static lines moves(driver_state& state) {
+static line_list moves(driver_state& state) {
   std::erase_if(state.effects, [](const driver_effect& effect) {
     return std::string(effect.effect) != "station";
   });
@@ -58,14 +55,14 @@ TEST(Effects, AnInterfaceThatGoesUpOrDownBeginsOrStopsToBeacon) {
                                                       {"channel", "6"}}));
   EXPECT_EQ(changes(state)[4], "ra9 begins High guest 0 OPEN NONE 36");
   driver_interface_down(state, 1, kSecond);
-  EXPECT_EQ(changes(state), lines{"ra1 stops"});
+  EXPECT_EQ(changes(state), line_list{"ra1 stops"});
   driver_interface_down(state, 0, kSecond);  // and the whole radio with it
-  EXPECT_EQ(changes(state), (lines{"ra0 stops", "ra2 stops"}));
+  EXPECT_EQ(changes(state), (line_list{"ra0 stops", "ra2 stops"}));
   driver_interface_up(state, 0, model_profile(0), 2 * kSecond);
   EXPECT_EQ(changes(state),
-            (lines{"ra0 begins Low 0 WPA2PSK AES 6", "ra2 begins Low third 1 WPA2PSK AES 6"}));
+            (line_list{"ra0 begins Low 0 WPA2PSK AES 6", "ra2 begins Low third 1 WPA2PSK AES 6"}));
   driver_radio_loaded(state, 8, 3 * kSecond);
-  EXPECT_EQ(changes(state), (lines{"ra8 stops", "ra9 stops", "ra10 stops"}));
+  EXPECT_EQ(changes(state), (line_list{"ra8 stops", "ra9 stops", "ra10 stops"}));
 }
 
 TEST(Effects, TextsThatChangeWhatIsBeaconed) {
@@ -73,7 +70,7 @@ TEST(Effects, TextsThatChangeWhatIsBeaconed) {
   start_quietly(state, "{}");
   struct {
     const char* text;
-    lines told;
+    line_list told;
   } rows[] = {
       {"SSID=Fresh", {"ra1 changes Fresh 0 OPEN NONE 6"}},
       {"SSID=Fresh", {}},
@@ -99,7 +96,7 @@ TEST(Effects, TextsThatChangeWhatIsBeaconed) {
   }
   EXPECT_NE(set_key(state, 1, "Channel=0"), 0);
   EXPECT_NE(set_key(state, 1, "SSID=" + std::string(33, 'x')), 0);
-  EXPECT_EQ(changes(state), lines{});
+  EXPECT_EQ(changes(state), line_list{});
 }
 
 TEST(Effects, AnSsidThatIsNotUtf8IsToldInHexadecimalToo) {
@@ -115,7 +112,7 @@ TEST(Effects, AChannelOfTheScenario) {
   driver_state state;
   start_quietly(state, "{}");
   edit(state, "radio ra8 channel=44");
-  lines told = changes(state);
+  line_list told = changes(state);
   ASSERT_EQ(told.size(), 3u);
   EXPECT_EQ(told[0], "ra8 changes High 0 WPA2PSK AES 44");
 }
@@ -130,7 +127,7 @@ TEST(Effects, NothingIsToldWhereNothingChanges) {
     EXPECT_EQ(set_key(state, 0, "LEDEnable=1"), 0);
     edit(state, "station 02:00:5e:00:00:01 rssi=[-60]");
   }
-  EXPECT_EQ(changes(state), lines{});
+  EXPECT_EQ(changes(state), line_list{});
 }
 
 TEST(Effects, ARadioThatNeedsTimeToComeUp) {
@@ -139,11 +136,11 @@ TEST(Effects, ARadioThatNeedsTimeToComeUp) {
                          "stations": [{"mac": "02:00:5e:00:00:01", "bss": 2}]})");
   EXPECT_EQ(changes(state)[0].substr(0, 10), "ra8 begins");  // at once, unlike the other radio
   driver_advance(state, kSecond * 3 / 2 - 1);
-  EXPECT_EQ(changes(state), lines{});
+  EXPECT_EQ(changes(state), line_list{});
   driver_advance(state, kSecond * 3 / 2);
   EXPECT_EQ(changes(state),
-            (lines{"ra0 begins Low 0 WPA2PSK AES 6", "ra1 begins Low guest 0 OPEN NONE 6",
-                   "ra2 begins Low third 1 WPA2PSK AES 6", "ra1 joins 00:01 on air"}));
+            (line_list{"ra0 begins Low 0 WPA2PSK AES 6", "ra1 begins Low guest 0 OPEN NONE 6",
+                       "ra2 begins Low third 1 WPA2PSK AES 6", "ra1 joins 00:01 on air"}));
 }
 
 TEST(Effects, StationsAppearAndAreSwitchedOff) {
@@ -151,9 +148,9 @@ TEST(Effects, StationsAppearAndAreSwitchedOff) {
   start_quietly(state, R"({"stations": [
     {"mac": "02:00:5e:00:00:01", "bss": 1, "appears": 10, "leaves": 20}]})");
   driver_advance(state, 10 * kSecond);
-  EXPECT_EQ(moves(state), lines{"ra0 joins 00:01 appeared"});
+  EXPECT_EQ(moves(state), line_list{"ra0 joins 00:01 appeared"});
   driver_advance(state, 20 * kSecond);
-  EXPECT_EQ(moves(state), lines{"ra0 leaves 00:01 from ra0 switched off"});
+  EXPECT_EQ(moves(state), line_list{"ra0 leaves 00:01 from ra0 switched off"});
 }
 
 TEST(Effects, StationsOfABssThatGoesOffTheAir) {
@@ -162,25 +159,25 @@ TEST(Effects, StationsOfABssThatGoesOffTheAir) {
     {"mac": "02:00:5e:00:00:01", "bss": 2, "others": [9]},
     {"mac": "02:00:5e:00:00:02", "bss": 2, "returns_after": 10},
     {"mac": "02:00:5e:00:00:03", "bss": 2}]})");
-  EXPECT_EQ(moves(state),
-            (lines{"ra1 joins 00:01 on air", "ra1 joins 00:02 on air", "ra1 joins 00:03 on air"}));
+  EXPECT_EQ(moves(state), (line_list{"ra1 joins 00:01 on air", "ra1 joins 00:02 on air",
+                                     "ra1 joins 00:03 on air"}));
   driver_interface_down(state, 1, kSecond);
   EXPECT_EQ(changes(state),
-            (lines{"ra1 stops", "ra8 roams 00:01 from ra1 off air",
-                   "ra1 leaves 00:02 from ra1 off air", "ra1 leaves 00:03 from ra1 off air"}));
+            (line_list{"ra1 stops", "ra8 roams 00:01 from ra1 off air",
+                       "ra1 leaves 00:02 from ra1 off air", "ra1 leaves 00:03 from ra1 off air"}));
   driver_interface_up(state, 1, model_profile(0), 3 * kSecond);
-  EXPECT_EQ(moves(state), (lines{"ra1 roams 00:01 from ra8 on air", "ra1 joins 00:03 on air"}));
+  EXPECT_EQ(moves(state), (line_list{"ra1 roams 00:01 from ra8 on air", "ra1 joins 00:03 on air"}));
   driver_advance(state, 11 * kSecond - 1);
-  EXPECT_EQ(moves(state), lines{});
+  EXPECT_EQ(moves(state), line_list{});
   driver_advance(state, 11 * kSecond);  // ten seconds after it lost its BSS
-  EXPECT_EQ(moves(state), lines{"ra1 joins 00:02 returned"});
+  EXPECT_EQ(moves(state), line_list{"ra1 joins 00:02 returned"});
   // It does not come before its BSS, either.
   EXPECT_EQ(set_key(state, 0, "RadioOn=0", 20 * kSecond), 0);
   driver_advance(state, 40 * kSecond);
   changes(state);
   EXPECT_EQ(set_key(state, 0, "RadioOn=1"), 0);
-  EXPECT_EQ(moves(state), (lines{"ra1 roams 00:01 from ra8 on air", "ra1 joins 00:02 on air",
-                                 "ra1 joins 00:03 on air"}));
+  EXPECT_EQ(moves(state), (line_list{"ra1 roams 00:01 from ra8 on air", "ra1 joins 00:02 on air",
+                                     "ra1 joins 00:03 on air"}));
 }
 
 TEST(Effects, DisconnectedStationsReturn) {
@@ -190,15 +187,15 @@ TEST(Effects, DisconnectedStationsReturn) {
     {"mac": "02:00:5e:00:00:02", "bss": 1, "returns_after": 0},
     {"mac": "02:00:5e:00:00:03", "bss": 1}]})");
   EXPECT_EQ(set_key(state, 0, std::string("DisConnectSta=") + kFirst, kSecond), 0);
-  EXPECT_EQ(moves(state), lines{"ra0 leaves 00:01 from ra0 disconnected"});
+  EXPECT_EQ(moves(state), line_list{"ra0 leaves 00:01 from ra0 disconnected"});
   EXPECT_EQ(set_key(state, 0, std::string("DisConnectSta=") + kOther), 0);
   EXPECT_EQ(moves(state),
-            (lines{"ra0 leaves 00:02 from ra0 disconnected", "ra0 joins 00:02 returned"}));
+            (line_list{"ra0 leaves 00:02 from ra0 disconnected", "ra0 joins 00:02 returned"}));
   EXPECT_EQ(set_key(state, 0, "DisConnectSta=02:00:5e:00:00:03"), 0);
   EXPECT_EQ(set_key(state, 0, "DisConnectSta=02:00:5e:00:00:03"), 0);  // is no longer here
-  EXPECT_EQ(moves(state), lines{"ra0 leaves 00:03 from ra0 disconnected"});
+  EXPECT_EQ(moves(state), line_list{"ra0 leaves 00:03 from ra0 disconnected"});
   driver_advance(state, 1000 * kSecond);
-  EXPECT_EQ(moves(state), lines{"ra0 joins 00:01 returned"});
+  EXPECT_EQ(moves(state), line_list{"ra0 joins 00:01 returned"});
 }
 
 TEST(Effects, AccessListsMoveStations) {
@@ -207,11 +204,11 @@ TEST(Effects, AccessListsMoveStations) {
     {"mac": "02:00:5e:00:00:01", "bss": 1, "others": [9]},
     {"mac": "02:00:5e:00:00:02", "bss": 1}]})");
   EXPECT_EQ(set_key(state, 0, "AccessPolicy=1"), 0);
-  EXPECT_EQ(moves(state), (lines{"ra8 roams 00:01 from ra0 access list",
-                                 "ra0 leaves 00:02 from ra0 access list"}));
+  EXPECT_EQ(moves(state), (line_list{"ra8 roams 00:01 from ra0 access list",
+                                     "ra0 leaves 00:02 from ra0 access list"}));
   EXPECT_EQ(set_key(state, 0, std::string("ACLAddEntry=") + kFirst + ";" + kOther), 0);
   EXPECT_EQ(moves(state),
-            (lines{"ra0 roams 00:01 from ra8 access list", "ra0 joins 00:02 access list"}));
+            (line_list{"ra0 roams 00:01 from ra8 access list", "ra0 joins 00:02 access list"}));
 }
 
 TEST(Effects, TheBlacklistMovesStations) {
@@ -224,11 +221,11 @@ TEST(Effects, TheBlacklistMovesStations) {
     std::string record = mac_bytes(mac) + std::string("\0\0\0\0\0\0\2\0\0\0\36\0\0\0", 14);
     EXPECT_EQ(carry(state, 0, 0x86B1, record, kSecond).status, 0);
   }
-  EXPECT_EQ(moves(state),
-            (lines{"ra8 roams 00:01 from ra0 blacklist", "ra0 leaves 00:02 from ra0 blacklist"}));
+  EXPECT_EQ(moves(state), (line_list{"ra8 roams 00:01 from ra0 blacklist",
+                                     "ra0 leaves 00:02 from ra0 blacklist"}));
   driver_advance(state, 31 * kSecond);
   EXPECT_EQ(moves(state),
-            (lines{"ra0 roams 00:01 from ra8 blacklist", "ra0 joins 00:02 blacklist"}));
+            (line_list{"ra0 roams 00:01 from ra8 blacklist", "ra0 joins 00:02 blacklist"}));
 }
 
 TEST(Effects, TransitionRequestsMoveStations) {
@@ -238,12 +235,12 @@ TEST(Effects, TransitionRequestsMoveStations) {
   std::string frame = std::string("\x0a\0\0\0", 4) + mac_bytes(kFirst);
   frame.resize(1034, '\0');
   EXPECT_EQ(carry(state, 0, 0x86B0, frame).status, 0);
-  EXPECT_EQ(moves(state), lines{"ra9 roams 00:01 from ra0 transition"});
+  EXPECT_EQ(moves(state), line_list{"ra9 roams 00:01 from ra0 transition"});
   // Where it was sent goes off the air and comes back.
   driver_interface_down(state, 9, kSecond);
-  EXPECT_EQ(moves(state), lines{"ra0 roams 00:01 from ra9 off air"});
+  EXPECT_EQ(moves(state), line_list{"ra0 roams 00:01 from ra9 off air"});
   driver_interface_up(state, 9, model_profile(1), 2 * kSecond);
-  EXPECT_EQ(moves(state), lines{"ra9 roams 00:01 from ra0 on air"});
+  EXPECT_EQ(moves(state), line_list{"ra9 roams 00:01 from ra0 on air"});
 }
 
 TEST(Effects, AWpsSessionLetsAStationIn) {
@@ -254,9 +251,9 @@ TEST(Effects, AWpsSessionLetsAStationIn) {
   EXPECT_EQ(set_key(state, 0, "WscMode=2"), 0);
   EXPECT_EQ(set_key(state, 0, "WscGetConf=1"), 0);
   driver_advance(state, 7 * kSecond);
-  EXPECT_EQ(moves(state), lines{});
+  EXPECT_EQ(moves(state), line_list{});
   driver_advance(state, 8 * kSecond);
-  EXPECT_EQ(moves(state), lines{"ra0 joins 00:01 wps"});
+  EXPECT_EQ(moves(state), line_list{"ra0 joins 00:01 wps"});
 }
 
 TEST(Effects, TheScenarioMovesStations) {
@@ -265,19 +262,19 @@ TEST(Effects, TheScenarioMovesStations) {
     {"at": 5, "set": "station 02:00:5e:00:00:02 bss=9"},
     {"at": 6, "set": "station 02:00:5e:00:00:01 bss=9"}]})");
   driver_advance(state, 5 * kSecond);
-  EXPECT_EQ(moves(state), lines{"ra8 joins 00:02 scenario"});
+  EXPECT_EQ(moves(state), line_list{"ra8 joins 00:02 scenario"});
   driver_advance(state, 6 * kSecond);
-  EXPECT_EQ(moves(state), lines{"ra8 roams 00:01 from ra0 scenario"});
+  EXPECT_EQ(moves(state), line_list{"ra8 roams 00:01 from ra0 scenario"});
   edit(state, "station 02:00:5e:00:00:01 by_wps=true");
-  EXPECT_EQ(moves(state), lines{"ra8 leaves 00:01 from ra8 scenario"});
+  EXPECT_EQ(moves(state), line_list{"ra8 leaves 00:01 from ra8 scenario"});
   edit(state, "station 02:00:5e:00:00:01 by_wps=false");
-  EXPECT_EQ(moves(state), lines{"ra8 joins 00:01 scenario"});
+  EXPECT_EQ(moves(state), line_list{"ra8 joins 00:01 scenario"});
   edit(state, "station 02:00:5e:00:00:01 gone");
-  EXPECT_EQ(moves(state), lines{"ra8 leaves 00:01 from ra8 scenario"});
+  EXPECT_EQ(moves(state), line_list{"ra8 leaves 00:01 from ra8 scenario"});
   edit(state, "station 02:00:5e:00:00:03 bss=4");  // whose interface is down
-  EXPECT_EQ(moves(state), lines{});
+  EXPECT_EQ(moves(state), line_list{});
   driver_interface_up(state, 3, model_profile(0), 7 * kSecond);
-  EXPECT_EQ(moves(state), lines{"ra3 joins 00:03 on air"});
+  EXPECT_EQ(moves(state), line_list{"ra3 joins 00:03 on air"});
 }
 
 TEST(Effects, AStationJoinsWhenThereIsRoom) {
@@ -292,5 +289,5 @@ TEST(Effects, AStationJoinsWhenThereIsRoom) {
   start_quietly(state, "{\"stations\": [" + list + "]}");
   driver_advance(state, 10 * kSecond);
   EXPECT_EQ(moves(state),
-            (lines{"ra0 leaves 00:07 from ra0 switched off", "ra0 joins 00:80 room"}));
+            (line_list{"ra0 leaves 00:07 from ra0 switched off", "ra0 joins 00:80 room"}));
 }

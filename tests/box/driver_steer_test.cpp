@@ -4,9 +4,6 @@
 
 #include "model.h"
 
-static constexpr const char* kFirst = "02:00:5e:00:00:01";
-static constexpr const char* kSecondOne = "02:00:5e:00:00:02";
-
 static constexpr const char* kTwoStations = R"({"stations": [
   {"mac": "02:00:5e:00:00:01", "bss": 1, "others": [10], "btm": true, "returns_after": 5},
   {"mac": "02:00:5e:00:00:02", "bss": 1}]})";
@@ -31,8 +28,8 @@ static std::string action_frame(const char* mac, const std::string& body) {
 TEST(Steer, BlacklistedStationsStayOutForTheirTime) {
   driver_state state;
   start_model(state, kTwoStations);
-  EXPECT_EQ(carry(state, 0, 0x86B1, steer_record(kSecondOne, 0, 2, 30), kSecond).status, 0);
-  EXPECT_EQ(place_of(state, kSecondOne), -1);
+  EXPECT_EQ(carry(state, 0, 0x86B1, steer_record(kOther, 0, 2, 30), kSecond).status, 0);
+  EXPECT_EQ(place_of(state, kOther), -1);
   EXPECT_EQ(stations(state, 0, 31 * kSecond - 1).u32(0), 1u);
   EXPECT_EQ(stations(state, 0, 31 * kSecond).u32(0), 2u);
   EXPECT_TRUE(state.blacklist.empty());
@@ -64,8 +61,8 @@ TEST(Steer, ATransitionRequestMovesWhoKnowsIt) {
   start_model(state, kTwoStations);
   EXPECT_EQ(carry(state, 0, 0x86B0, action_frame(kFirst, "\x0a\x1b"), kSecond).status, 0);
   EXPECT_EQ(place_of(state, kFirst), 9);
-  EXPECT_EQ(carry(state, 0, 0x86B0, action_frame(kSecondOne, "x")).status, 0);
-  EXPECT_EQ(place_of(state, kSecondOne), 0);  // does not support such requests
+  EXPECT_EQ(carry(state, 0, 0x86B0, action_frame(kOther, "x")).status, 0);
+  EXPECT_EQ(place_of(state, kOther), 0);  // does not support such requests
   ASSERT_EQ(state.action_frames.size(), 2u);
   EXPECT_EQ(state.action_frames[0].category, 10u);
   EXPECT_EQ(state.action_frames[0].body, "\x0a\x1b");
@@ -77,7 +74,7 @@ TEST(Steer, DisconnectedStationsComeBackWhenTheScenarioSays) {
   driver_state state;
   start_model(state, kTwoStations);
   EXPECT_EQ(set_key(state, 0, std::string("DisConnectSta=") + kFirst), 0);
-  EXPECT_EQ(set_key(state, 0, std::string("DisConnectSta=") + kSecondOne), 0);
+  EXPECT_EQ(set_key(state, 0, std::string("DisConnectSta=") + kOther), 0);
   EXPECT_EQ(set_key(state, 8, "DisConnectSta=02:00:5e:00:00:77"), 0);
   EXPECT_EQ(set_key(state, 8, "DisConnectSta=everybody"), -EINVAL);
   EXPECT_EQ(place_of(state, kFirst), -1);
@@ -89,17 +86,17 @@ TEST(Steer, DisconnectedStationsComeBackWhenTheScenarioSays) {
 TEST(Steer, AccessListsLetInOrKeepOut) {
   driver_state state;
   start_model(state, kTwoStations);
-  EXPECT_EQ(set_key(state, 0, std::string("ACLAddEntry=") + kSecondOne), 0);
+  EXPECT_EQ(set_key(state, 0, std::string("ACLAddEntry=") + kOther), 0);
   EXPECT_EQ(stations(state, 0).u32(0), 2u);  // no policy yet
   EXPECT_EQ(set_key(state, 0, "AccessPolicy=2"), 0);
-  EXPECT_EQ(place_of(state, kSecondOne), -1);
+  EXPECT_EQ(place_of(state, kOther), -1);
   EXPECT_EQ(place_of(state, kFirst), 0);
   EXPECT_EQ(set_key(state, 0, "AccessPolicy=1"), 0);
-  EXPECT_EQ(place_of(state, kSecondOne), 0);
+  EXPECT_EQ(place_of(state, kOther), 0);
   EXPECT_EQ(place_of(state, kFirst), 9);
-  EXPECT_EQ(set_key(state, 0, std::string("ACLDelEntry=") + kSecondOne), 0);
-  EXPECT_EQ(place_of(state, kSecondOne), -1);
-  EXPECT_EQ(set_key(state, 0, std::string("ACLAddEntry=") + kFirst + ";" + kSecondOne), 0);
+  EXPECT_EQ(set_key(state, 0, std::string("ACLDelEntry=") + kOther), 0);
+  EXPECT_EQ(place_of(state, kOther), -1);
+  EXPECT_EQ(set_key(state, 0, std::string("ACLAddEntry=") + kFirst + ";" + kOther), 0);
   EXPECT_EQ(stations(state, 0).u32(0), 2u);
   EXPECT_EQ(set_key(state, 0, "ACLClearAll=1"), 0);
   EXPECT_EQ(stations(state, 0).u32(0), 0u);
@@ -114,7 +111,7 @@ TEST(Steer, CapabilityOfOneStation) {
   EXPECT_EQ(first.u8(0), 4);
   EXPECT_EQ(first.u8(1), 1);
   EXPECT_EQ(first.bytes.size(), 9u);
-  record.replace(2, 6, mac_bytes(kSecondOne));
+  record.replace(2, 6, mac_bytes(kOther));
   EXPECT_EQ(carry(state, 0, 0x494A, record).u8(1), 0);
   record.replace(2, 6, mac_bytes("02:00:5e:00:00:77"));
   EXPECT_EQ(carry(state, 0, 0x494A, record).status, -ENOENT);

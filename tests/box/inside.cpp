@@ -45,6 +45,12 @@ std::vector<nlohmann::json> journal_effects() {
   return journal_lines("effect");
 }
 
+nlohmann::json status_now() {
+  nlohmann::json status = nlohmann::json::parse(run("gwbox status --json").output, nullptr, false);
+  EXPECT_TRUE(status.is_object());
+  return status;
+}
+
 request_frame make_frame(const char* interface, void* pointer, uint16_t length, uint16_t flags) {
   request_frame frame = {};
   strncpy(frame.name, interface, sizeof frame.name - 1);

@@ -22,6 +22,9 @@ run_result run(const std::string& command);
 std::vector<nlohmann::json> journal_entries();
 std::vector<nlohmann::json> journal_effects();
 
+// What `gwbox status --json` says.
+nlohmann::json status_now();
+
 // The wireless request frame of a 64-bit program: name, pointer, length, flags.
 struct request_frame {
   char name[16];

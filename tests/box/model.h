@@ -18,6 +18,10 @@ struct answer {
 
 constexpr int64_t kSecond = 1000000;
 
+// The stations of the tests' scenarios.
+constexpr const char* kFirst = "02:00:5e:00:00:01";
+constexpr const char* kOther = "02:00:5e:00:00:02";
+
 // A driver for that board and scenario. The first three interfaces of both bands are up
 // at time 0. Radios beacon at once where the scenario does not say how long they take.
 void start_model(driver_state& state, const std::string& scenario_text,

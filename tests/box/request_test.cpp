@@ -158,12 +158,12 @@ TEST(Request, ThreadsAreJournalledUnderTheirProcess) {
 }
 
 TEST(Request, ManyCallersAtOnceAllGetThroughInOrder) {
-  constexpr int kThreads = 8, EACH = 100;
+  constexpr int kThreads = 8, kEach = 100;
   std::vector<std::thread> threads;
   for (int t = 0; t < kThreads; ++t) {
     threads.emplace_back([t] {
       std::string interface = "ra" + std::to_string(t);
-      for (int i = 0; i < EACH; ++i) {
+      for (int i = 0; i < kEach; ++i) {
         EXPECT_EQ(set_text(interface.c_str(), "Step=" + std::to_string(i)), 0);
       }
     });
@@ -171,7 +171,7 @@ TEST(Request, ManyCallersAtOnceAllGetThroughInOrder) {
   for (std::thread& thread : threads)
     thread.join();
   auto entries = journal_entries();
-  ASSERT_EQ(entries.size(), size_t{kThreads * EACH});
+  ASSERT_EQ(entries.size(), size_t{kThreads * kEach});
   std::map<std::string, int> next;
   for (size_t i = 0; i < entries.size(); ++i) {
     EXPECT_EQ(entries[i]["seq"], i + 1);

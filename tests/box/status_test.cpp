@@ -6,12 +6,6 @@
 
 using nlohmann::json;
 
-static json status_now() {
-  json status = json::parse(run("gwbox status --json").output, nullptr, false);
-  EXPECT_TRUE(status.is_object());
-  return status;
-}
-
 static json interface_of(const json& status, const std::string& name) {
   for (const json& interface : status["interfaces"]) {
     if (interface["name"] == name) return interface;

@@ -5,16 +5,16 @@
 #include "base/text.h"
 #include "wire/lookup.h"
 
-using Words = std::vector<std::string>;
+using word_list = std::vector<std::string>;
 
-static std::string encoded(const char* name, const Words& given) {
+static std::string encoded(const char* name, const word_list& given) {
   byte_string bytes;
   std::string error;
   EXPECT_TRUE(arguments_encode(*lookup_name(name), given, bytes, error)) << error;
   return text_hex({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
 }
 
-static std::string refused(const char* name, const Words& given) {
+static std::string refused(const char* name, const word_list& given) {
   byte_string bytes;
   std::string error;
   EXPECT_FALSE(arguments_encode(*lookup_name(name), given, bytes, error)) << name;
@@ -25,7 +25,7 @@ static std::string refused(const char* name, const Words& given) {
 TEST(Arguments, BytesOnTheWire) {
   const struct {
     const char* name;
-    Words given;
+    word_list given;
     const char* bytes;
   } cases[] = {
       {"wlan_init", {}, ""},
@@ -66,7 +66,7 @@ TEST(Arguments, Switches) {
 TEST(Arguments, WrongTypesNameTheArgumentTheFormAndWhatWasGiven) {
   const struct {
     const char* name;
-    Words given;
+    word_list given;
     const char* argument;
     const char* shown;
   } cases[] = {
@@ -119,7 +119,7 @@ TEST(Arguments, OptionsAmongThemAreToldWhereTheyGo) {
   EXPECT_TRUE(arguments_encode(*lookup_name("wlan_set_ssid"), {"3", "--json"}, bytes, error));
 }
 
-static Words hne_record() {
+static word_list hne_record() {
   return {"1", "2", "3", "m", "n", "o", "u", "f", "v", "p", "4", "-1"};
 }
 
@@ -136,7 +136,7 @@ TEST(Arguments, TheRecordComesAsItsFields) {
 }
 
 TEST(Arguments, TextsOfTheRecordKeepRoomForTheirNul) {
-  Words given = hne_record();
+  word_list given = hne_record();
   given[3] = std::string(63, 'x');
   EXPECT_EQ(encoded("hnc_set_hne_table_entry", given).substr(8 * (3 + 62), 16), "0000007800000000");
   given[3] += 'x';

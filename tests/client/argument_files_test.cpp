@@ -94,12 +94,12 @@ TEST(ArgumentText, StandardInputHoldsItOnce) {
 // The text is sent in the call but is in no message.
 TEST(ArgumentText, IsSentAndNotShown) {
   const std::string path = new_file("correct horse\n");
-  Outcome sent = run_against(0, words({0}), {"wlan_set_key_passphrase", "1", "1", "@" + path});
+  run_outcome sent = run_against(0, words({0}), {"wlan_set_key_passphrase", "1", "1", "@" + path});
   EXPECT_EQ(sent.status, kExitDone) << sent.err;
   ASSERT_EQ(sent.calls.size(), 1u);
   const std::string call(sent.calls[0].begin(), sent.calls[0].end());
   EXPECT_TRUE(call.ends_with(std::string("\0\0\0\rcorrect horse\0\0\0", 20))) << call;
-  Outcome refused = run_words({"wlan_set_key_passphrase", "first", "1", "@" + path});
+  run_outcome refused = run_words({"wlan_set_key_passphrase", "first", "1", "@" + path});
   EXPECT_EQ(refused.status, kExitUsage);
   EXPECT_EQ(refused.err.find("horse"), std::string::npos) << refused.err;
   unlink(path.c_str());

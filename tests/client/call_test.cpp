@@ -8,7 +8,7 @@
 
 namespace {
 
-struct Outcome {
+struct exchanged {
   call_answer answer;
   std::vector<byte_string> calls;
   double seconds;
@@ -16,8 +16,8 @@ struct Outcome {
 
 }  // namespace
 
-static Outcome exchange(double timeout, Script script) {
-  FakeDaemon daemon;
+static exchanged exchange(double timeout, fake_script script) {
+  fake_daemon daemon;
   fake_daemon_start(daemon, std::move(script));
   auto started = std::chrono::steady_clock::now();
   call_answer answer = call_procedure({"127.0.0.1", daemon.port, timeout}, 21, {0, 0, 0, 3});
@@ -32,8 +32,8 @@ static byte_string with_other_xid(byte_string reply) {
 }
 
 TEST(Call, IsSentOnceAndAnswered) {
-  Outcome outcome = exchange(10, [](const byte_string& call) {
-    return std::vector<Datagram>{{fake_reply(call, 0, {7, 8})}};
+  exchanged outcome = exchange(10, [](const byte_string& call) {
+    return std::vector<fake_datagram>{{fake_reply(call, 0, {7, 8})}};
   });
   EXPECT_EQ(outcome.answer.status, call_status::kAnswered);
   EXPECT_EQ(outcome.answer.rpc, rpc_status::kSuccess);
@@ -46,39 +46,41 @@ TEST(Call, IsSentOnceAndAnswered) {
 }
 
 TEST(Call, WithoutAnAnswerIsStillSentOnce) {
-  Outcome outcome = exchange(0.2, [](const byte_string&) { return std::vector<Datagram>{}; });
+  exchanged outcome =
+      exchange(0.2, [](const byte_string&) { return std::vector<fake_datagram>{}; });
   EXPECT_EQ(outcome.answer.status, call_status::kTimeout);
   EXPECT_EQ(outcome.calls.size(), 1u);
   EXPECT_GE(outcome.seconds, 0.2);
 }
 
 TEST(Call, RepliesToOtherCallsAreWaitedThrough) {
-  Outcome outcome = exchange(10, [](const byte_string& call) {
+  exchanged outcome = exchange(10, [](const byte_string& call) {
     byte_string reply = fake_reply(call, 0, {1});
     byte_string stale = fake_reply(call, 3, {});
-    return std::vector<Datagram>{{with_other_xid(stale)}, {{}}, {{1, 2}}, {reply}};
+    return std::vector<fake_datagram>{{with_other_xid(stale)}, {{}}, {{1, 2}}, {reply}};
   });
   EXPECT_EQ(outcome.answer.rpc, rpc_status::kSuccess);
   EXPECT_EQ(outcome.answer.result, (byte_string{0, 0, 0, 1}));
 }
 
 TEST(Call, OnlyWrongTransactionIdsIsNoAnswer) {
-  Outcome outcome = exchange(0.2, [](const byte_string& call) {
-    return std::vector<Datagram>{{with_other_xid(fake_reply(call, 0, {1}))}};
+  exchanged outcome = exchange(0.2, [](const byte_string& call) {
+    return std::vector<fake_datagram>{{with_other_xid(fake_reply(call, 0, {1}))}};
   });
   EXPECT_EQ(outcome.answer.status, call_status::kTimeout);
 }
 
 TEST(Call, AReplyFromAnotherAddressIsNotLookedAt) {
-  Outcome outcome = exchange(10, [](const byte_string& call) {
-    return std::vector<Datagram>{{fake_reply(call, 0, {666}), true}, {fake_reply(call, 0, {1})}};
+  exchanged outcome = exchange(10, [](const byte_string& call) {
+    return std::vector<fake_datagram>{{fake_reply(call, 0, {666}), true},
+                                      {fake_reply(call, 0, {1})}};
   });
   EXPECT_EQ(outcome.answer.result, (byte_string{0, 0, 0, 1}));
 }
 
 TEST(Call, MalformedReplyEndsTheWait) {
-  Outcome outcome = exchange(10, [](const byte_string& call) {
-    return std::vector<Datagram>{{byte_string(call.begin(), call.begin() + 7)}};
+  exchanged outcome = exchange(10, [](const byte_string& call) {
+    return std::vector<fake_datagram>{{byte_string(call.begin(), call.begin() + 7)}};
   });
   EXPECT_EQ(outcome.answer.status, call_status::kAnswered);
   EXPECT_EQ(outcome.answer.rpc, rpc_status::kMalformed);
@@ -95,9 +97,9 @@ TEST(Call, ClosedPortIsReportedAtOnce) {
 }
 
 TEST(Call, TooLongIsNotSent) {
-  FakeDaemon daemon;
+  fake_daemon daemon;
   fake_daemon_start(daemon, [](const byte_string& call) {
-    return std::vector<Datagram>{{fake_reply(call, 0, {0})}};
+    return std::vector<fake_datagram>{{fake_reply(call, 0, {0})}};
   });
   call_target target{"127.0.0.1", daemon.port, 10};
   byte_string fits(kCallBytesMax - 40), too_long(kCallBytesMax - 39);

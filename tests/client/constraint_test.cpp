@@ -13,7 +13,7 @@
 #include "values/argument_meanings.h"
 #include "wire/lookup.h"
 
-using Words = std::vector<std::string>;
+using word_list = std::vector<std::string>;
 
 static std::string repeat(size_t count, char character) {
   return std::string(count, character);
@@ -23,44 +23,44 @@ namespace {
 
 // Values that the daemon understands, and their neighbours that it does not. Written down
 // independently of the client's table.
-struct Expected {
+struct expected_words {
   const char* procedure;  // nullptr: every other procedure
   const char* argument;
-  Words passes;
-  Words refused;
+  word_list passes;
+  word_list refused;
 };
 
 }  // namespace
 
-static const Words kAnyInt = {"0", "-1", "2147483647", "-2147483648", "0x10"};
-static const Words kNoInt = {"2147483648", "-2147483649", "three", "", "1.5"};
-static const Words kAnyUnsigned = {"0", "1", "4294967295"};
-static const Words kNoUnsigned = {"-1", "4294967296", "x"};
-static const Words kIntFromZero = {"0", "2147483647"};
-static const Words kNoIntFromZero = {"-1", "2147483648", "x"};
-static const Words kOnOff = {"on", "off", "1", "0", "Yes", "no", "true", "false"};
-static const Words kNoOnOff = {"2", "-1", "", "maybe"};
-static const Words kBsss = {"1", "8", "9", "16"};
-static const Words kNoBss = {"0", "17", "-1", "255", "x"};
-static const Words kMacs = {"00:11:22:33:44:55", "aA:bB:cC:dD:eE:fF"};
-static const Words kNoMacs = {"junk",
-                              "",
-                              "00:11:22:33:44",
-                              "00:11:22:33:44:5g",
-                              "00-11-22-33-44-55",
-                              "001122334455",
-                              "00:11:22:33:44:55:66",
-                              "0:11:22:33:44:555"};
-static const Words kTexts127 = {"", "x", repeat(127, 'x')};
-static const Words kNoTexts127 = {repeat(128, 'x'), "a\nb"};
-static const Words kTexts63 = {"", repeat(63, 'x')};
-static const Words kNoTexts63 = {repeat(64, 'x'), "a\rb"};
-static const Words kTexts255 = {"", repeat(255, 'x')};
-static const Words kNoTexts255 = {repeat(256, 'x'), "\x01"};
-static const Words kAnyText = {"", "x", repeat(300, 'x'), "\xff", "a;b"};
-static const Words kNoText = {"x\n", "\rx", "a\x1b[0m", "\x7f", "a\tb"};
+static const word_list kAnyInt = {"0", "-1", "2147483647", "-2147483648", "0x10"};
+static const word_list kNoInt = {"2147483648", "-2147483649", "three", "", "1.5"};
+static const word_list kAnyUnsigned = {"0", "1", "4294967295"};
+static const word_list kNoUnsigned = {"-1", "4294967296", "x"};
+static const word_list kIntFromZero = {"0", "2147483647"};
+static const word_list kNoIntFromZero = {"-1", "2147483648", "x"};
+static const word_list kOnOff = {"on", "off", "1", "0", "Yes", "no", "true", "false"};
+static const word_list kNoOnOff = {"2", "-1", "", "maybe"};
+static const word_list kBsss = {"1", "8", "9", "16"};
+static const word_list kNoBss = {"0", "17", "-1", "255", "x"};
+static const word_list kMacs = {"00:11:22:33:44:55", "aA:bB:cC:dD:eE:fF"};
+static const word_list kNoMacs = {"junk",
+                                  "",
+                                  "00:11:22:33:44",
+                                  "00:11:22:33:44:5g",
+                                  "00-11-22-33-44-55",
+                                  "001122334455",
+                                  "00:11:22:33:44:55:66",
+                                  "0:11:22:33:44:555"};
+static const word_list kTexts127 = {"", "x", repeat(127, 'x')};
+static const word_list kNoTexts127 = {repeat(128, 'x'), "a\nb"};
+static const word_list kTexts63 = {"", repeat(63, 'x')};
+static const word_list kNoTexts63 = {repeat(64, 'x'), "a\rb"};
+static const word_list kTexts255 = {"", repeat(255, 'x')};
+static const word_list kNoTexts255 = {repeat(256, 'x'), "\x01"};
+static const word_list kAnyText = {"", "x", repeat(300, 'x'), "\xff", "a;b"};
+static const word_list kNoText = {"x\n", "\rx", "a\x1b[0m", "\x7f", "a\tb"};
 
-static const Expected kExpected[] = {
+static const expected_words kExpected[] = {
     {"WLAN_SET_ENABLE", "index", kBsss, kNoBss},
     {"WLAN_GET_WPS_RESULT_STATUS", "bss", {"1", "9"}, {"0", "2", "8", "10", "17"}},
     {"WLAN_SET_RAD_STAT_ENABLE", "radio", {"1", "9"}, {"0", "2", "8", "10", "17"}},
@@ -166,16 +166,18 @@ static const Expected kExpected[] = {
     {nullptr, "replicate_radio", {"", "1", repeat(300, 'x')}, {"1;2", ";", "1\n"}},
 };
 
-static const Expected* expected_of(const procedure_row& procedure, const std::string& argument) {
-  for (const Expected& one : kExpected) {
+static const expected_words* expected_of(const procedure_row& procedure,
+                                         const std::string& argument) {
+  for (const expected_words& one : kExpected) {
     const bool applies = one.procedure == nullptr || procedure.name == std::string(one.procedure);
     if (applies && argument == one.argument) return &one;
   }
   return nullptr;
 }
 
-static Words example_with(const procedure_row& procedure, size_t place, const std::string& word) {
-  Words given;
+static word_list example_with(const procedure_row& procedure, size_t place,
+                              const std::string& word) {
+  word_list given;
   for (const argument_spec& argument : table_arguments(procedure))
     given.push_back(meanings_find(procedure, argument.name)->example);
   given[place] = word;
@@ -183,7 +185,7 @@ static Words example_with(const procedure_row& procedure, size_t place, const st
 }
 
 static bool accepted(const procedure_row& procedure, size_t place, const std::string& word) {
-  const Words given = example_with(procedure, place, word);
+  const word_list given = example_with(procedure, place, word);
   byte_string bytes;
   std::string error;
   return arguments_encode(procedure, given, bytes, error) &&
@@ -197,7 +199,7 @@ static void for_every_argument(Visit visit) {
     if (procedure.inert) continue;
     const auto arguments = table_arguments(procedure);
     for (size_t i = 0; i < arguments.size(); ++i) {
-      const Expected* expected = expected_of(procedure, arguments[i].name);
+      const expected_words* expected = expected_of(procedure, arguments[i].name);
       ASSERT_NE(expected, nullptr)
           << procedure.name << ": write a row of kExpected in tests/client/constraint_test.cpp for "
           << arguments[i].name;
@@ -208,7 +210,7 @@ static void for_every_argument(Visit visit) {
 
 TEST(Constraint, WhatMakesSensePassesAndANeighbourDoesNot) {
   for_every_argument([](const procedure_row& procedure, const argument_spec& argument, size_t place,
-                        const Expected& expected) {
+                        const expected_words& expected) {
     const std::string what = std::string(procedure.name) + " " + argument.name;
     for (const std::string& word : expected.passes)
       EXPECT_TRUE(accepted(procedure, place, word)) << what << " '" << word << "'";
@@ -250,7 +252,7 @@ TEST(Constraint, TheSchemaOfTheArgumentsSaysTheSame) {
   FILE* file = fopen(path.c_str(), "w");
   ASSERT_NE(file, nullptr);
   for_every_argument([&](const procedure_row& procedure, const argument_spec& argument, size_t,
-                         const Expected& expected) {
+                         const expected_words& expected) {
     for (const std::string& word : expected.passes)
       fputs(schema_line(procedure, argument, word, true).c_str(), file);
     for (const std::string& word : expected.refused)
@@ -297,7 +299,7 @@ TEST(Constraint, LengthsAreBytes) {
 }
 
 TEST(Constraint, ARefusalNamesTheCharacterAndShowsNoText) {
-  const auto refusal = [](const char* name, const Words& given) {
+  const auto refusal = [](const char* name, const word_list& given) {
     std::string error;
     EXPECT_FALSE(arguments_check(*lookup_name(name), given, error)) << name;
     EXPECT_EQ(error.find("tell-no"), std::string::npos) << error;

@@ -22,7 +22,7 @@ static int bound_socket(uint16_t* port) {
 }
 
 // Answers one call; false if there is none.
-static bool serve_one(FakeDaemon& daemon) {
+static bool serve_one(fake_daemon& daemon) {
   byte_string call(65536);
   sockaddr_in from{};
   socklen_t length = sizeof from;
@@ -31,14 +31,14 @@ static bool serve_one(FakeDaemon& daemon) {
   if (size < 0) return false;
   call.resize(static_cast<size_t>(size));
   daemon.calls.push_back(call);
-  for (const Datagram& datagram : daemon.script(call)) {
+  for (const fake_datagram& datagram : daemon.script(call)) {
     int fd = datagram.from_elsewhere ? daemon.other_socket : daemon.socket;
     sendto(fd, datagram.bytes.data(), datagram.bytes.size(), 0, generic, length);
   }
   return true;
 }
 
-static void serve(FakeDaemon& daemon) {
+static void serve(fake_daemon& daemon) {
   while (true) {
     pollfd fds[] = {{daemon.socket, POLLIN, 0}, {daemon.stop_event, POLLIN, 0}};
     poll(fds, 2, -1);
@@ -48,7 +48,7 @@ static void serve(FakeDaemon& daemon) {
   }
 }
 
-void fake_daemon_start(FakeDaemon& daemon, Script script) {
+void fake_daemon_start(fake_daemon& daemon, fake_script script) {
   uint16_t other_port = 0;
   daemon.socket = bound_socket(&daemon.port);
   daemon.other_socket = bound_socket(&other_port);
@@ -57,7 +57,7 @@ void fake_daemon_start(FakeDaemon& daemon, Script script) {
   daemon.thread = std::thread([&daemon] { serve(daemon); });
 }
 
-void fake_daemon_stop(FakeDaemon& daemon) {
+void fake_daemon_stop(fake_daemon& daemon) {
   eventfd_write(daemon.stop_event, 1);
   daemon.thread.join();
   close(daemon.socket);

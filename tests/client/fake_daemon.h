@@ -9,26 +9,26 @@
 
 #include "wire/xdr.h"
 
-struct Datagram {
+struct fake_datagram {
   byte_string bytes;
   bool from_elsewhere = false;  // sent from a port other than the one called
 };
 
 // Returns the datagrams that answer a call, in order.
-using Script = std::function<std::vector<Datagram>(const byte_string& call)>;
+using fake_script = std::function<std::vector<fake_datagram>(const byte_string& call)>;
 
-struct FakeDaemon {
+struct fake_daemon {
   uint16_t port = 0;
   int socket = -1, other_socket = -1, stop_event = -1;
-  Script script;
+  fake_script script;
   std::thread thread;
   std::vector<byte_string> calls;  // owned by the thread until it is stopped
 };
 
-void fake_daemon_start(FakeDaemon& daemon, Script script);
+void fake_daemon_start(fake_daemon& daemon, fake_script script);
 
 // Ends the thread after it has read everything sent to it, so that `calls` is complete.
-void fake_daemon_stop(FakeDaemon& daemon);
+void fake_daemon_stop(fake_daemon& daemon);
 
 // A port of 127.0.0.1 on which nothing listens.
 uint16_t fake_closed_port();

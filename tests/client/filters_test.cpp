@@ -38,7 +38,7 @@ static bool through(bool_t (*)(), const byte_string& in, byte_string& out) {
 
 namespace {
 
-struct Row {
+struct filter_row {
   const char* name;
   bool (*round_trip)(const byte_string& in, byte_string& out);
 };
@@ -52,13 +52,13 @@ struct Row {
      return through(FILTER(ARGUMENT(stem, FIRST_##members)), in, out); \
    }},
 
-const Row kRows[] = {
+const filter_row kRows[] = {
 #include "rpc/procedures.def"
 };
 
 TEST(Filters, EveryProceduresArgumentsAreWhatItsFilterReads) {
   ASSERT_EQ(std::size(kRows), table_procedures().size());
-  for (const Row& row : kRows) {
+  for (const filter_row& row : kRows) {
     const procedure_row& procedure = *lookup_name(row.name);
     std::vector<std::string> given;
     for (const argument_spec& argument : table_arguments(procedure)) {
@@ -105,7 +105,7 @@ TEST(Filters, CharactersOfARecordKeepTheirSign) {
   }
 }
 
-static byte_string record(int code, std::vector<u_int> words, std::string data) {
+static byte_string encoded_result(int code, std::vector<u_int> words, std::string data) {
   wlan_config_result_data_t result{};
   result.return_code = code;
   result.return_words.return_words_len = static_cast<u_int>(words.size());
@@ -124,17 +124,17 @@ static byte_string record(int code, std::vector<u_int> words, std::string data) 
 TEST(Filters, ResultsAreReadAsTheFilterWritesThem) {
   decoded_reply reply;
   std::string error;
-  byte_string integer = record(0, {6, 0, 0, 0}, "");
+  byte_string integer = encoded_result(0, {6, 0, 0, 0}, "");
   EXPECT_EQ(integer.size(), 28u);
   ASSERT_TRUE(reply_decode(*lookup_name("wlan_get_channel"), integer, reply, error)) << error;
   EXPECT_EQ(reply.value, 6);
-  byte_string text = record(1, {}, std::string("abc", 4));
+  byte_string text = encoded_result(1, {}, std::string("abc", 4));
   EXPECT_EQ(text.size(), 16u);
   ASSERT_TRUE(reply_decode(*lookup_name("wlan_get_ssid"), text, reply, error)) << error;
   EXPECT_EQ(reply.code, 1);
   EXPECT_EQ(reply.text, "abc");
   std::string largest(WLAN_CONFIG_RETURN_DATA_MAX, 'x');
-  byte_string image = record(0, {}, largest);
+  byte_string image = encoded_result(0, {}, largest);
   const procedure_row& table = *lookup_name("wlan_get_assoc_devices_table");
   ASSERT_TRUE(reply_decode(table, image, reply, error)) << error;
   EXPECT_EQ(reply.data, largest);

@@ -52,7 +52,7 @@ TEST(List, ActiveLeavesOutWhatDoesNothing) {
     EXPECT_FALSE(procedure->inert) << procedure->name;
   for (const auto& words : {std::vector<std::string>{"list", "--active", "--topic", "survey"},
                             {"list", "--topic", "survey", "--active"}}) {
-    const Outcome listed = run_words(words);
+    const run_outcome listed = run_words(words);
     EXPECT_EQ(listed.status, kExitDone) << listed.err;
     EXPECT_EQ(listed.out.find("does nothing"), std::string::npos) << listed.out;
     EXPECT_NE(listed.out.find("wlan_ap_scan"), std::string::npos) << listed.out;

@@ -5,13 +5,13 @@
 #include "commands/help.h"
 #include "wire/lookup.h"
 
-using Words = std::vector<std::string>;
+using word_list = std::vector<std::string>;
 
 namespace {
 
-struct Case {
-  Words arguments;
-  Words words;
+struct options_case {
+  word_list arguments;
+  word_list words;
   double timeout;
   unsigned port;
   bool json;
@@ -20,7 +20,7 @@ struct Case {
 }  // namespace
 
 TEST(Args, OptionsComeFirstAndTheRestIsVerbatim) {
-  const Case cases[] = {
+  const options_case cases[] = {
       {{"ping"}, {"ping"}, 10, 60001, false},
       {{"--timeout", "0.25", "ping"}, {"ping"}, 0.25, 60001, false},
       {{"--timeout=3", "--port=7", "--json", "list", "x"}, {"list", "x"}, 3, 7, true},
@@ -39,7 +39,7 @@ TEST(Args, OptionsComeFirstAndTheRestIsVerbatim) {
       {{"21"}, {"21"}, 10, 60001, false},
       {{"--json", "--", "wlan_set_x", "--", "-h"}, {"wlan_set_x", "--", "-h"}, 10, 60001, true},
   };
-  for (const Case& c : cases) {
+  for (const options_case& c : cases) {
     client_options options;
     std::string error;
     ASSERT_EQ(options_parse(c.arguments, options, error), options_outcome::kRun) << error;
@@ -51,8 +51,9 @@ TEST(Args, OptionsComeFirstAndTheRestIsVerbatim) {
 }
 
 TEST(Args, WrongOptionsLeaveThatJsonIsWanted) {
-  for (const Words& words : {Words{"--bogus", "--json", "ping"}, Words{"--port", "x", "--json"},
-                             Words{"--json", "--bogus"}, Words{"--json"}}) {
+  for (const word_list& words :
+       {word_list{"--bogus", "--json", "ping"}, word_list{"--port", "x", "--json"},
+        word_list{"--json", "--bogus"}, word_list{"--json"}}) {
     client_options options;
     std::string error;
     EXPECT_EQ(options_parse(words, options, error), options_outcome::kError);
@@ -74,7 +75,7 @@ TEST(Args, DefaultsAreTheDaemonsAddress) {
 
 TEST(Args, WrongOptionsAreRefusedInOneLine) {
   const struct {
-    Words arguments;
+    word_list arguments;
     const char* named;
   } cases[] = {
       {{}, "no procedure"},

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-static uint16_t word(unsigned mode, unsigned bandwidth, bool short_guard, unsigned code) {
+static uint16_t packed(unsigned mode, unsigned bandwidth, bool short_guard, unsigned code) {
   return static_cast<uint16_t>(mode << 13 | (short_guard ? 0x200 : 0) | bandwidth << 7 | code);
 }
 
@@ -23,13 +23,13 @@ TEST(RateWord, RatesAreThoseOfTheStandard) {
       {4, 3, true, 0x39, "3466.7"}, {5, 1, false, 0x08, "162.0"}, {4, 0, false, 0x0f, "-"},
   };
   for (const auto& c : cases) {
-    const rate_word rate = rate_word_decode(word(c.mode, c.bandwidth, c.short_guard, c.code));
+    const rate_word rate = rate_word_decode(packed(c.mode, c.bandwidth, c.short_guard, c.code));
     EXPECT_EQ(rate_word_megabits(rate), c.megabits) << c.mode << " " << c.code;
   }
 }
 
 TEST(RateWord, PartsOfAWord) {
-  const rate_word rate = rate_word_decode(word(4, 2, true, 0x19));
+  const rate_word rate = rate_word_decode(packed(4, 2, true, 0x19));
   EXPECT_STREQ(rate.phy, "VHT");
   EXPECT_EQ(rate.mhz, 80u);
   EXPECT_EQ(rate.streams, 2u);

@@ -36,9 +36,9 @@ TEST(Settings, AreTakenOffTheFrontToo) {
 }
 
 TEST(Settings, WrongOnesAreNamed) {
-  const std::vector<std::string> kWrong[] = {
+  const std::vector<std::string> mistakes[] = {
       {"--every", "soon"}, {"--count", "0"}, {"--count", "-1"}, {"--count", "x"}};
-  for (const auto& wrong : kWrong) {
+  for (const auto& wrong : mistakes) {
     std::vector<std::string> words = wrong;
     repeat_settings settings;
     std::string error;

@@ -2,20 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "run_support.h"
 #include "wire/lookup.h"
-
-static byte_string words(std::initializer_list<uint32_t> list) {
-  byte_string bytes;
-  for (uint32_t word : list)
-    xdr_put_word(bytes, word);
-  return bytes;
-}
-
-static byte_string text_record(uint32_t code, const std::string& data) {
-  byte_string bytes = words({code, 0});
-  xdr_put_opaque(bytes, data);
-  return bytes;
-}
 
 static bool decodes(const char* name, const byte_string& bytes, decoded_reply& reply) {
   std::string error;
@@ -46,15 +34,15 @@ TEST(Reply, IntegerIsTheFirstOfFourWords) {
 
 TEST(Reply, TextEndsAtItsNul) {
   decoded_reply reply;
-  ASSERT_TRUE(decodes("wlan_get_ssid", text_record(0, std::string("abc\0", 4)), reply));
+  ASSERT_TRUE(decodes("wlan_get_ssid", data_record(0, std::string("abc\0", 4)), reply));
   EXPECT_EQ(reply.text, "abc");
-  ASSERT_TRUE(decodes("wlan_get_ssid", text_record(0, std::string("\0", 1)), reply));
+  ASSERT_TRUE(decodes("wlan_get_ssid", data_record(0, std::string("\0", 1)), reply));
   EXPECT_EQ(reply.text, "");
-  ASSERT_TRUE(decodes("wlan_get_ssid", text_record(0, ""), reply));
+  ASSERT_TRUE(decodes("wlan_get_ssid", data_record(0, ""), reply));
   EXPECT_EQ(reply.text, "");
-  ASSERT_TRUE(decodes("wlan_get_ssid", text_record(0, "no end"), reply));
+  ASSERT_TRUE(decodes("wlan_get_ssid", data_record(0, "no end"), reply));
   EXPECT_EQ(reply.text, "no end");
-  ASSERT_TRUE(decodes("wlan_get_ssid", text_record(0, std::string("a\0secret", 8)), reply));
+  ASSERT_TRUE(decodes("wlan_get_ssid", data_record(0, std::string("a\0secret", 8)), reply));
   EXPECT_EQ(reply.text, "a");
 }
 
@@ -72,9 +60,9 @@ TEST(Reply, OnlyTheMeaningfulWordsAreKept) {
 TEST(Reply, RecordAndNothing) {
   decoded_reply reply;
   const std::string record(236, '\1');
-  ASSERT_TRUE(decodes("wlan_get_assoc_device", text_record(0, record), reply));
+  ASSERT_TRUE(decodes("wlan_get_assoc_device", data_record(0, record), reply));
   EXPECT_EQ(reply.data, record);
-  EXPECT_FALSE(decodes("wlan_get_assoc_device", text_record(0, record.substr(1)), reply));
+  EXPECT_FALSE(decodes("wlan_get_assoc_device", data_record(0, record.substr(1)), reply));
   ASSERT_TRUE(decodes("wlan_del_entry", words({0, 0, 0}), reply));
   EXPECT_EQ(reply.code, 0);
 }
@@ -113,7 +101,7 @@ static void expect_refused_when_cut(const char* name, const byte_string& whole) 
 TEST(Reply, CutAtEveryByte) {
   expect_refused_when_cut("wlan_set_ssid", words({0}));
   expect_refused_when_cut("wlan_get_channel", words({0, 4, 6, 0, 0, 0, 0}));
-  expect_refused_when_cut("wlan_get_ssid", text_record(0, std::string("hello\0", 6)));
-  expect_refused_when_cut("wlan_get_assoc_device", text_record(0, std::string(236, 'x')));
+  expect_refused_when_cut("wlan_get_ssid", data_record(0, std::string("hello\0", 6)));
+  expect_refused_when_cut("wlan_get_assoc_device", data_record(0, std::string(236, 'x')));
   expect_refused_when_cut("wlan_del_entry", words({0, 0, 0}));
 }

@@ -2,14 +2,9 @@
 
 #include <gtest/gtest.h>
 
-static constexpr uint32_t kXid = 0x12345678;
+#include "run_support.h"
 
-static byte_string words(std::initializer_list<uint32_t> list) {
-  byte_string bytes;
-  for (uint32_t word : list)
-    xdr_put_word(bytes, word);
-  return bytes;
-}
+static constexpr uint32_t kXid = 0x12345678;
 
 TEST(Rpc, CallHeader) {
   byte_string arguments = words({3});

@@ -11,7 +11,7 @@
 #include "wire/lookup.h"
 
 // The error, if it is the whole output; otherwise null.
-static nlohmann::json error_of(const Outcome& outcome) {
+static nlohmann::json error_of(const run_outcome& outcome) {
   const auto object = nlohmann::json::parse(outcome.out, nullptr, false);
   EXPECT_TRUE(object.is_object() && object.size() == 1) << outcome.out;
   EXPECT_TRUE(one_line(outcome.out) && one_line(outcome.err)) << outcome.out << outcome.err;
@@ -58,7 +58,7 @@ TEST(Run, EveryFailureIsJsonWithTheOption) {
       {1, {}, {"--json", "top"}, kExitNoAnswer, "program_unavailable"},
   };
   for (const auto& c : cases) {
-    const Outcome outcome = run_against(c.state, c.result, c.words);
+    const run_outcome outcome = run_against(c.state, c.result, c.words);
     EXPECT_EQ(outcome.status, c.status) << outcome.err;
     EXPECT_EQ(error_of(outcome).value("kind", ""), c.kind) << outcome.out;
   }
@@ -71,10 +71,10 @@ TEST(Run, AnErrorOfTheNetworkIsJsonToo) {
       "refused");
   EXPECT_EQ(error_of(run_words({"--json", "--host", "host.invalid", "ping"}))["kind"],
             "unknown_host");
-  FakeDaemon silent;
-  fake_daemon_start(silent, [](const byte_string&) { return std::vector<Datagram>{}; });
-  const Outcome timeout = run_words({"--json", "--host", "127.0.0.1", "--port",
-                                     std::to_string(silent.port), "--timeout", "0.05", "ping"});
+  fake_daemon silent;
+  fake_daemon_start(silent, [](const byte_string&) { return std::vector<fake_datagram>{}; });
+  const run_outcome timeout = run_words({"--json", "--host", "127.0.0.1", "--port",
+                                         std::to_string(silent.port), "--timeout", "0.05", "ping"});
   fake_daemon_stop(silent);
   EXPECT_EQ(error_of(timeout)["kind"], "timeout");
 }

@@ -4,7 +4,7 @@
 
 #include "fake_daemon.h"
 
-Outcome run_words(const std::vector<std::string>& words) {
+run_outcome run_words(const std::vector<std::string>& words) {
   char *out = nullptr, *err = nullptr;
   size_t out_size = 0, err_size = 0;
   FILE* out_stream = open_memstream(&out, &out_size);
@@ -12,24 +12,24 @@ Outcome run_words(const std::vector<std::string>& words) {
   exit_status status = run(words, out_stream, err_stream);
   fclose(out_stream);
   fclose(err_stream);
-  Outcome outcome{status, {out, out_size}, {err, err_size}, {}};
+  run_outcome outcome{status, {out, out_size}, {err, err_size}, {}};
   free(out);
   free(err);
   return outcome;
 }
 
-Outcome run_against(uint32_t state, const byte_string& result, std::vector<std::string> words,
-                    const char* timeout) {
-  FakeDaemon daemon;
+run_outcome run_against(uint32_t state, const byte_string& result, std::vector<std::string> words,
+                        const char* timeout) {
+  fake_daemon daemon;
   fake_daemon_start(daemon, [&](const byte_string& call) {
     byte_string reply = fake_reply(call, state, {});
     reply.insert(reply.end(), result.begin(), result.end());
-    return std::vector<Datagram>{{reply}};
+    return std::vector<fake_datagram>{{reply}};
   });
   std::vector<std::string> all = {"--host", "127.0.0.1", "--timeout",
                                   timeout,  "--port",    std::to_string(daemon.port)};
   all.insert(all.end(), words.begin(), words.end());
-  Outcome outcome = run_words(all);
+  run_outcome outcome = run_words(all);
   fake_daemon_stop(daemon);
   outcome.calls = daemon.calls;
   return outcome;

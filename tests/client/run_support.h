@@ -9,7 +9,7 @@
 
 // The whole program, run within the test: what it printed, sent and exited with.
 
-struct Outcome {
+struct run_outcome {
   exit_status status;
   std::string out, err;
   std::vector<byte_string> calls;
@@ -17,11 +17,11 @@ struct Outcome {
 
 constexpr uint32_t kMinus1 = 0xffffffff;
 
-Outcome run_words(const std::vector<std::string>& words);
+run_outcome run_words(const std::vector<std::string>& words);
 
 // Runs the program against a daemon that answers with this state and result.
-Outcome run_against(uint32_t state, const byte_string& result, std::vector<std::string> words,
-                    const char* timeout = "10");
+run_outcome run_against(uint32_t state, const byte_string& result, std::vector<std::string> words,
+                        const char* timeout = "10");
 
 // Results as sent: words; or a status, no words, and data.
 byte_string words(std::initializer_list<uint32_t> list);

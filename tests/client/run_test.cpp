@@ -40,7 +40,7 @@ TEST(Run, ResultsAsText) {
       {{"0"}, {}, "ok (empty result)\n"},
   };
   for (const auto& c : cases) {
-    Outcome outcome = run_against(0, c.result, c.words);
+    run_outcome outcome = run_against(0, c.result, c.words);
     EXPECT_EQ(outcome.out, c.out);
     const procedure_row* called = lookup_procedure(c.words[c.words[0] == "--raw" ? 1 : 0]);
     const bool noted = called != nullptr && called->inert;
@@ -85,7 +85,7 @@ TEST(Run, ResultsAsJson) {
   for (const auto& c : cases) {
     std::vector<std::string> with_json = c.words;
     with_json.insert(with_json.begin(), {"--inert-ok", "--json"});
-    Outcome outcome = run_against(0, c.result, with_json);
+    run_outcome outcome = run_against(0, c.result, with_json);
     EXPECT_EQ(outcome.status, kExitDone) << outcome.err;
     EXPECT_EQ(outcome.err, "");
     EXPECT_EQ(outcome.out, std::string(c.out) + "\n");
@@ -94,15 +94,16 @@ TEST(Run, ResultsAsJson) {
 }
 
 TEST(Run, AFailureCodeIsStatus1AndNoValue) {
-  Outcome setter = run_against(0, words({kMinus1}), {"wlan_set_ssid", "3", "x"});
-  Outcome getter = run_against(0, words({kMinus1, 4, 6, 0, 0, 0, 0}), {"wlan_get_channel", "1"});
-  for (const Outcome& outcome : {setter, getter}) {
+  run_outcome setter = run_against(0, words({kMinus1}), {"wlan_set_ssid", "3", "x"});
+  run_outcome getter =
+      run_against(0, words({kMinus1, 4, 6, 0, 0, 0, 0}), {"wlan_get_channel", "1"});
+  for (const run_outcome& outcome : {setter, getter}) {
     EXPECT_EQ(outcome.status, kExitFailureCode);
     EXPECT_EQ(outcome.out, "");
     EXPECT_TRUE(one_line(outcome.err)) << outcome.err;
     EXPECT_NE(outcome.err.find("code -1"), std::string::npos) << outcome.err;
   }
-  Outcome json =
+  run_outcome json =
       run_against(0, words({0xfffffffb, 4, 6, 0, 0, 0, 0}), {"--json", "wlan_get_channel", "1"});
   EXPECT_EQ(json.status, kExitFailureCode);
   EXPECT_EQ(
@@ -111,7 +112,8 @@ TEST(Run, AFailureCodeIsStatus1AndNoValue) {
 }
 
 TEST(Run, APositiveCodeOfAGetterLeavesTheValueAlone) {
-  Outcome outcome = run_against(0, words({1, 4, 6, 0, 0, 0, 0}), {"wlan_get_current_channel", "1"});
+  run_outcome outcome =
+      run_against(0, words({1, 4, 6, 0, 0, 0, 0}), {"wlan_get_current_channel", "1"});
   EXPECT_EQ(outcome.status, kExitDone);
   EXPECT_EQ(outcome.out, "6\n");
   EXPECT_EQ(outcome.err, "wificonf: wlan_get_current_channel: ok (code 1: written or found)\n");
@@ -133,7 +135,7 @@ TEST(Run, RpcErrorsAreStatus3) {
       {0, words({0, 0xffffffff, 0}), "malformed"},
   };
   for (const auto& c : cases) {
-    Outcome outcome = run_against(c.state, c.result, {"wlan_get_channel", "1"});
+    run_outcome outcome = run_against(c.state, c.result, {"wlan_get_channel", "1"});
     EXPECT_EQ(outcome.status, kExitNoAnswer);
     EXPECT_EQ(outcome.out, "");
     EXPECT_TRUE(one_line(outcome.err)) << outcome.err;
@@ -142,16 +144,16 @@ TEST(Run, RpcErrorsAreStatus3) {
 }
 
 TEST(Run, NoAnswerIsStatus3) {
-  Outcome refused =
+  run_outcome refused =
       run_words({"--host", "127.0.0.1", "--port", std::to_string(fake_closed_port()), "ping"});
   EXPECT_EQ(refused.status, kExitNoAnswer);
   EXPECT_TRUE(one_line(refused.err)) << refused.err;
   EXPECT_NE(refused.err.find("nothing listens"), std::string::npos) << refused.err;
 
-  FakeDaemon silent;
-  fake_daemon_start(silent, [](const byte_string&) { return std::vector<Datagram>{}; });
-  Outcome timeout = run_words({"--host", "127.0.0.1", "--port", std::to_string(silent.port),
-                               "--timeout", "0.2", "wlan_set_ssid", "3", "x"});
+  fake_daemon silent;
+  fake_daemon_start(silent, [](const byte_string&) { return std::vector<fake_datagram>{}; });
+  run_outcome timeout = run_words({"--host", "127.0.0.1", "--port", std::to_string(silent.port),
+                                   "--timeout", "0.2", "wlan_set_ssid", "3", "x"});
   fake_daemon_stop(silent);
   EXPECT_EQ(timeout.status, kExitNoAnswer);
   EXPECT_TRUE(one_line(timeout.err)) << timeout.err;
@@ -197,7 +199,7 @@ TEST(Run, WrongUsageSendsNothing) {
       {{}, "no procedure given"},
   };
   for (const auto& c : cases) {
-    Outcome outcome = run_against(0, words({0}), c.words);
+    run_outcome outcome = run_against(0, words({0}), c.words);
     EXPECT_EQ(outcome.status, kExitUsage) << outcome.out;
     EXPECT_EQ(outcome.out, "");
     EXPECT_NE(outcome.err.find(c.shown), std::string::npos) << outcome.err;
@@ -220,14 +222,14 @@ static byte_string station_list(std::initializer_list<char> addresses) {
 }
 
 TEST(Run, TopAsksAndSortsAsTold) {
-  const Outcome two = run_against(0, station_list({'2', '1'}), {"top", "--bss", "3,16,3"});
+  const run_outcome two = run_against(0, station_list({'2', '1'}), {"top", "--bss", "3,16,3"});
   EXPECT_EQ(two.status, kExitDone) << two.err;
   ASSERT_EQ(two.calls.size(), 2u);
   EXPECT_EQ(two.calls[0][43], 3);
   EXPECT_EQ(two.calls[1][43], 16);
   const auto order = [](const char* key) {
-    const Outcome outcome = run_against(0, station_list({'3', '1', '2'}),
-                                        {"--json", "top", "--bss", "1", "--sort", key});
+    const run_outcome outcome = run_against(0, station_list({'3', '1', '2'}),
+                                            {"--json", "top", "--bss", "1", "--sort", key});
     const auto object = nlohmann::json::parse(outcome.out, nullptr, false);
     EXPECT_TRUE(object.is_object()) << outcome.out << outcome.err;
     std::string addresses;
@@ -247,10 +249,10 @@ TEST(Run, TopAsksAndSortsAsTold) {
 }
 
 TEST(Run, ForceSendsWhatMakesNoSense) {
-  Outcome forced = run_against(
+  run_outcome forced = run_against(
       0, words({0}), {"--force", "wlan_set_wpa_encryption_modes", "17", std::string(70, 'x')});
   EXPECT_EQ(forced.calls.size(), 1u) << forced.err;
-  Outcome type = run_against(0, words({0}), {"--force", "wlan_set_ssid", "three", "x"});
+  run_outcome type = run_against(0, words({0}), {"--force", "wlan_set_ssid", "three", "x"});
   EXPECT_EQ(type.status, kExitUsage) << "has no form on the wire";
   EXPECT_EQ(type.calls.size(), 0u);
 }
@@ -261,7 +263,7 @@ TEST(Run, ARefusedSecretIsNotShown) {
                                             {"wlan_set_wps_pinstart", "1", "geh1m"},
                                             {"wlan_set_wep_key", "1", "1", "geh1m"}};
   for (const auto& call : calls) {
-    Outcome outcome = run_against(0, words({0}), call);
+    run_outcome outcome = run_against(0, words({0}), call);
     EXPECT_EQ(outcome.status, kExitUsage);
     EXPECT_EQ(outcome.err.find("geh1m"), std::string::npos) << outcome.err;
     const bool any_text = call[0] == "wlan_set_key_passphrase";
@@ -275,30 +277,30 @@ TEST(Run, WhatDoesNothingHasAStatusOfItsOwn) {
   for (std::vector<std::string> call : {std::vector<std::string>{"wlan_get_channel", "1"},
                                         {"--json", "wlan_get_channel", "1"},
                                         {"--raw", "wlan_get_channel", "1"}}) {
-    Outcome outcome = run_against(0, answer, call);
+    run_outcome outcome = run_against(0, answer, call);
     EXPECT_EQ(outcome.status, kExitInert) << call[0];
     EXPECT_NE(outcome.out, "") << call[0];
     call.insert(call.begin(), "--inert-ok");
-    Outcome accepted = run_against(0, answer, call);
+    run_outcome accepted = run_against(0, answer, call);
     EXPECT_EQ(accepted.status, kExitDone) << call[1];
     EXPECT_EQ(accepted.err, "") << call[1];
   }
   EXPECT_EQ(run_against(0, words({kMinus1}), {"--inert-ok", "wlan_set_channel", "9", "36"}).status,
             kExitFailureCode);
   EXPECT_EQ(run_against(0, {}, {"4"}).status, kExitInert) << "by number";
-  Outcome alive = run_against(0, words({0}), {"wlan_check_rpc_alive"});
+  run_outcome alive = run_against(0, words({0}), {"wlan_check_rpc_alive"});
   EXPECT_EQ(alive.status, kExitDone) << "to answer is all that it is for";
   EXPECT_EQ(alive.out + alive.err, "ok\n");
 }
 
 TEST(Run, Ping) {
-  Outcome text = run_against(0, {}, {"ping"});
+  run_outcome text = run_against(0, {}, {"ping"});
   EXPECT_EQ(text.status, kExitDone) << text.err;
   EXPECT_TRUE(text.out.starts_with("127.0.0.1 port ")) << text.out;
   EXPECT_TRUE(text.out.ends_with(" ms\n")) << text.out;
   ASSERT_EQ(text.calls.size(), 1u);
   EXPECT_EQ(text.calls[0].size(), 40u);
-  Outcome json = run_against(0, {}, {"--json", "ping"});
+  run_outcome json = run_against(0, {}, {"--json", "ping"});
   auto object = nlohmann::json::parse(json.out, nullptr, false);
   ASSERT_TRUE(object.is_object()) << json.out;
   const double milliseconds = object["round_trip_ms"].get<double>();
@@ -308,22 +310,22 @@ TEST(Run, Ping) {
 
 // The first three calls are lost, as with a daemon that starts slowly.
 TEST(Run, PingWaitsUntilTheDaemonAnswers) {
-  FakeDaemon starting;
+  fake_daemon starting;
   int lost = 0;
   fake_daemon_start(starting, [&](const byte_string& call) {
-    if (lost++ < 3) return std::vector<Datagram>{};
-    return std::vector<Datagram>{{fake_reply(call, 0, {})}};
+    if (lost++ < 3) return std::vector<fake_datagram>{};
+    return std::vector<fake_datagram>{{fake_reply(call, 0, {})}};
   });
-  Outcome answered = run_words({"--host", "127.0.0.1", "--port", std::to_string(starting.port),
-                                "--timeout", "0.05", "ping", "--wait", "30"});
+  run_outcome answered = run_words({"--host", "127.0.0.1", "--port", std::to_string(starting.port),
+                                    "--timeout", "0.05", "ping", "--wait", "30"});
   fake_daemon_stop(starting);
   EXPECT_EQ(answered.status, kExitDone) << answered.err;
   EXPECT_EQ(answered.err, "");
   EXPECT_TRUE(answered.out.ends_with(" ms\n")) << answered.out;
   EXPECT_GE(starting.calls.size(), 4u);
 
-  Outcome never = run_words({"--host", "127.0.0.1", "--port", std::to_string(fake_closed_port()),
-                             "ping", "--wait", "0.1"});
+  run_outcome never = run_words({"--host", "127.0.0.1", "--port",
+                                 std::to_string(fake_closed_port()), "ping", "--wait", "0.1"});
   EXPECT_EQ(never.status, kExitNoAnswer);
   EXPECT_TRUE(one_line(never.err)) << never.err;
   EXPECT_NE(never.err.find("nothing listens"), std::string::npos) << never.err;
@@ -333,7 +335,7 @@ TEST(Run, HelpVersionListAndDescribe) {
   EXPECT_TRUE(run_words({"--help"}).out.starts_with("usage: wificonf"));
   EXPECT_TRUE(run_words({"--version"}).out.starts_with("wificonf "));
   EXPECT_TRUE(run_words({"describe", "0x010000a8"}).out.starts_with("0x010000A8  wlan_check_rpc"));
-  Outcome list = run_words({"list", "wlan_set_ssid"});
+  run_outcome list = run_words({"list", "wlan_set_ssid"});
   EXPECT_EQ(list.status, kExitDone);
   EXPECT_TRUE(list.out.starts_with("22  wlan_set_ssid  ")) << list.out;
 }
@@ -366,9 +368,9 @@ TEST(Run, OutputThatCannotBeWrittenIsAnError) {
   for (const size_t buffer : {1 << 20, 64}) {
     EXPECT_EQ(said_when_full({"list"}, buffer), said + "\n") << buffer;
     EXPECT_EQ(said_when_full({"describe", "wlan_set_ssid"}, buffer), said + "\n") << buffer;
-    FakeDaemon daemon;
+    fake_daemon daemon;
     fake_daemon_start(daemon, [](const byte_string& call) {
-      return std::vector<Datagram>{{fake_reply(call, 0, {0})}};
+      return std::vector<fake_datagram>{{fake_reply(call, 0, {0})}};
     });
     const std::string port = std::to_string(daemon.port);
     EXPECT_EQ(
@@ -398,14 +400,15 @@ TEST(Run, OptionsThatACommandDoesNotHaveAreRefused) {
       {{"--json", "completion", "zsh"}, "completion has no --json"},
   };
   for (const auto& c : cases) {
-    Outcome outcome = run_words(c.words);
+    run_outcome outcome = run_words(c.words);
     EXPECT_EQ(outcome.status, kExitUsage);
     EXPECT_NE(outcome.err.find(c.said), std::string::npos) << outcome.err;
   }
 }
 
 TEST(Run, WhatIsNotReadyHasAStatusOfItsOwnAndNoValue) {
-  Outcome outcome = run_against(0, words({3, 3, 0, 0, 0, 0}), {"wlan_get_channel_statistics", "1"});
+  run_outcome outcome =
+      run_against(0, words({3, 3, 0, 0, 0, 0}), {"wlan_get_channel_statistics", "1"});
   EXPECT_EQ(outcome.status, kExitNotReady);
   EXPECT_EQ(outcome.out, "");
   EXPECT_NE(outcome.err.find("try again"), std::string::npos) << outcome.err;
@@ -417,11 +420,11 @@ TEST(Run, CommandInTheWrongPlaceIsNamed) {
 }
 
 TEST(Run, ZeroIsAFailureOfSettersThatAnswerAsTheUpdateDoes) {
-  Outcome failed =
+  run_outcome failed =
       run_against(0, words({0}), {"--force", "wlan_set_wpa_encryption_modes", "17", "None"});
   EXPECT_EQ(failed.status, kExitFailureCode);
   EXPECT_NE(failed.err.find("failure, code 0"), std::string::npos) << failed.err;
-  Outcome written = run_against(0, words({1}), {"wlan_set_bss_hnc_service", "3", "7"});
+  run_outcome written = run_against(0, words({1}), {"wlan_set_bss_hnc_service", "3", "7"});
   EXPECT_EQ(written.status, kExitDone);
   EXPECT_EQ(written.out, "ok (code 1: written or found)\n");
   EXPECT_EQ(run_against(0, words({0}), {"wlan_set_ssid", "3", "x"}).status, kExitDone);
@@ -444,7 +447,7 @@ TEST(Run, CommandsExplainTheirUsage) {
       {{"schema", "wlan_set_sssid"}, "did you mean wlan_set_ssid"},
   };
   for (const auto& c : cases) {
-    Outcome outcome = run_words(c.words);
+    run_outcome outcome = run_words(c.words);
     EXPECT_EQ(outcome.status, kExitUsage) << c.error;
     EXPECT_NE(outcome.err.find(c.error), std::string::npos) << outcome.err;
     EXPECT_TRUE(one_line(outcome.err)) << outcome.err;
@@ -453,7 +456,7 @@ TEST(Run, CommandsExplainTheirUsage) {
 
 TEST(Run, TopAndDumpSayWhyThereIsNoAnswer) {
   for (const char* command : {"top", "dump"}) {
-    Outcome outcome = run_against(1, {}, {command});
+    run_outcome outcome = run_against(1, {}, {command});
     EXPECT_EQ(outcome.status, kExitNoAnswer);
     EXPECT_TRUE(one_line(outcome.err)) << outcome.err;
     EXPECT_EQ(outcome.calls.size(), 1u) << "one is enough";

@@ -62,7 +62,7 @@ byte_string station_reply(const byte_string& call, uint32_t samples) {
 void station_daemon_start(station_daemon& one) {
   fake_daemon_start(one.daemon, [&one](const byte_string& call) {
     if (call[43] == 1) one.samples++;
-    return std::vector<Datagram>{{station_reply(call, one.samples)}};
+    return std::vector<fake_datagram>{{station_reply(call, one.samples)}};
   });
 }
 

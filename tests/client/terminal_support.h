@@ -18,7 +18,7 @@ struct terminal {
 };
 
 struct station_daemon {
-  FakeDaemon daemon;
+  fake_daemon daemon;
   uint32_t samples = 0;
 };
 

@@ -90,12 +90,12 @@ TEST(Terminal, DumbOneIsTakenForAPipe) {
 }
 
 TEST(Terminal, WatchRedrawsWithinTheScreen) {
-  FakeDaemon daemon;
+  fake_daemon daemon;
   fake_daemon_start(daemon, [](const byte_string& call) {
     byte_string reply = fake_reply(call, 0, {0, 16});
     for (int i = 0; i < 17; ++i)
       xdr_put_word(reply, 0);
-    return std::vector<Datagram>{{reply}};
+    return std::vector<fake_datagram>{{reply}};
   });
   terminal one;
   terminal_start(one, daemon.port,
@@ -119,9 +119,9 @@ TEST(Terminal, WatchRedrawsWithinTheScreen) {
 }
 
 TEST(Terminal, WatchEndsWithQ) {
-  FakeDaemon daemon;
+  fake_daemon daemon;
   fake_daemon_start(daemon, [](const byte_string& call) {
-    return std::vector<Datagram>{{fake_reply(call, 0, {0, 4, 6, 0, 0, 0, 0})}};
+    return std::vector<fake_datagram>{{fake_reply(call, 0, {0, 4, 6, 0, 0, 0, 0})}};
   });
   for (const char* every : {"24h", "20ms"}) {
     terminal one;
@@ -149,9 +149,9 @@ TEST(Terminal, WatchSaysOnItsScreenWhyThereIsNoAnswer) {
 
 // The first answer comes late, the second never.
 TEST(Terminal, WatchSaysThatItWaits) {
-  FakeDaemon daemon;
+  fake_daemon daemon;
   int calls = 0;
-  fake_daemon_start(daemon, [&calls](const byte_string& call) -> std::vector<Datagram> {
+  fake_daemon_start(daemon, [&calls](const byte_string& call) -> std::vector<fake_datagram> {
     if (calls++ > 0) return {};
     moment_sleep_until(moment_now() + 1.5);
     return {{fake_reply(call, 0, {0, 4, 6, 0, 0, 0, 0})}};

@@ -71,12 +71,12 @@ TEST(Terminal, TopFillsTheScreenAndScrolls) {
   terminal one;
   terminal_start(one, stations.daemon.port, {"top", "--every", "20ms", "--sort", "station"}, 6, 30);
   EXPECT_TRUE(terminal_soon_shows(one, "stations 1-1 of 2, ")) << one.shown;
-  const char* const kLater[] = {"\033[B", "\033[6~", "\033[F", "\033OF", "j", " ", "G"};
-  const char* const kEarlier[] = {"\033[A", "\033[5~", "\033[H", "\033OA", "k", "b", "g"};
-  for (size_t i = 0; i < std::size(kLater); ++i) {
-    terminal_press(one, kLater[i]);
+  const char* const later[] = {"\033[B", "\033[6~", "\033[F", "\033OF", "j", " ", "G"};
+  const char* const earlier[] = {"\033[A", "\033[5~", "\033[H", "\033OA", "k", "b", "g"};
+  for (size_t i = 0; i < std::size(later); ++i) {
+    terminal_press(one, later[i]);
     EXPECT_TRUE(terminal_soon_shows(one, "stations 2-2 of 2, ")) << i;
-    terminal_press(one, std::string("x\033[Z") + kEarlier[i]);
+    terminal_press(one, std::string("x\033[Z") + earlier[i]);
     EXPECT_TRUE(terminal_soon_shows(one, "stations 1-1 of 2, ")) << i;
   }
   terminal_press(one, "\033[B\033[B\033[B");
@@ -141,7 +141,7 @@ TEST(Terminal, TopFitsInto80Columns) {
   station_daemon stations;
   fake_daemon_start(stations.daemon, [&](const byte_string& call) {
     if (call[43] == 1) stations.samples++;
-    return std::vector<Datagram>{{busy_station(call, stations.samples)}};
+    return std::vector<fake_datagram>{{busy_station(call, stations.samples)}};
   });
   terminal one;
   terminal_start(one, stations.daemon.port, {"top", "--count", "2", "--every", "20ms"}, 24, 80);
@@ -161,7 +161,7 @@ TEST(Terminal, TopLeavesOutCountersBeforeTheAddress) {
   for (const unsigned short width : {60, 45, 21}) {
     station_daemon stations;
     fake_daemon_start(stations.daemon, [&](const byte_string& call) {
-      return std::vector<Datagram>{{busy_station(call, stations.samples)}};
+      return std::vector<fake_datagram>{{busy_station(call, stations.samples)}};
     });
     terminal one;
     terminal_start(one, stations.daemon.port, {"top", "--count", "1"}, 24, width);
@@ -182,14 +182,14 @@ namespace {
 // A station on BSS 16 that is sent a million bytes a second. BSS 1 answers late in the second
 // sample and never in the third.
 struct slow_daemon {
-  FakeDaemon daemon;
+  fake_daemon daemon;
   double started = moment_now();
   int samples = 0;
 };
 
 }  // namespace
 
-static std::vector<Datagram> answer_slowly(slow_daemon& one, const byte_string& call) {
+static std::vector<fake_datagram> answer_slowly(slow_daemon& one, const byte_string& call) {
   if (call[43] == 1) one.samples++;
   if (call[43] == 1 && one.samples == 2) moment_sleep_until(moment_now() + 1.5);
   if (one.samples >= 3) return {};
@@ -233,10 +233,10 @@ TEST(Terminal, TopSaysWhatItWaitsForAndCountsTheTime) {
 
 // No single call of the sixteen is slow, but together they are.
 TEST(Terminal, TopSaysWhatItWaitsForWhereManyCallsTakeTheirTime) {
-  FakeDaemon daemon;
+  fake_daemon daemon;
   fake_daemon_start(daemon, [](const byte_string& call) {
     moment_sleep_until(moment_now() + 0.12);
-    return std::vector<Datagram>{{station_reply(call, 1)}};
+    return std::vector<fake_datagram>{{station_reply(call, 1)}};
   });
   terminal one;
   terminal_start(one, daemon.port, {"top"}, 24, 80);
@@ -249,11 +249,11 @@ TEST(Terminal, TopSaysWhatItWaitsForWhereManyCallsTakeTheirTime) {
 
 // Every BSS answers with a failure code, as before the drivers are loaded.
 TEST(Terminal, TopSaysThatNoRadioIsUp) {
-  FakeDaemon daemon;
+  fake_daemon daemon;
   fake_daemon_start(daemon, [](const byte_string& call) {
     byte_string reply = fake_reply(call, 0, {0xffffffff, 0});
     xdr_put_opaque(reply, std::string(2436, '\0'));
-    return std::vector<Datagram>{{reply}};
+    return std::vector<fake_datagram>{{reply}};
   });
   terminal one;
   terminal_start(one, daemon.port, {"top", "--count", "1"}, 24, 80, "dumb");

@@ -9,11 +9,11 @@
 
 TEST(Watch, RepeatsGettersOnly) {
   for (const char* setter : {"wlan_reset", "wlan_init", "wlan_check_rpc_alive"}) {
-    Outcome refused = run_against(0, words({0}), {"watch", "--count", "1", setter});
+    run_outcome refused = run_against(0, words({0}), {"watch", "--count", "1", setter});
     EXPECT_EQ(refused.status, kExitUsage);
     EXPECT_EQ(refused.calls.size(), 0u);
   }
-  Outcome forced = run_against(
+  run_outcome forced = run_against(
       0, words({0}), {"watch", "--every", "10ms", "--count", "2", "--force", "wlan_reset"});
   EXPECT_EQ(forced.status, kExitDone) << forced.err;
   EXPECT_EQ(forced.calls.size(), 2u);
@@ -23,8 +23,8 @@ TEST(Watch, RepeatsGettersOnly) {
 }
 
 TEST(Watch, JsonHasItsTime) {
-  Outcome outcome = run_against(0, words({0, 4, 6, 0, 0, 0, 0}),
-                                {"--json", "watch", "wlan_get_channel", "1", "--count", "1"});
+  run_outcome outcome = run_against(0, words({0, 4, 6, 0, 0, 0, 0}),
+                                    {"--json", "watch", "wlan_get_channel", "1", "--count", "1"});
   auto object = nlohmann::json::parse(outcome.out, nullptr, false);
   ASSERT_TRUE(object.is_object()) << outcome.out;
   EXPECT_EQ(object["time"].get<std::string>().size(), 24u);
@@ -44,7 +44,7 @@ static std::string unstamped(const std::string& text) {
 }
 
 TEST(Watch, InAPipePrintsTimedLines) {
-  Outcome outcome =
+  run_outcome outcome =
       run_against(0, words({0, 4, 6, 0, 0, 0, 0}),
                   {"watch", "wlan_get_channel", "1", "--every", "10ms", "--count", "3"});
   EXPECT_EQ(outcome.status, kExitDone);
@@ -55,18 +55,18 @@ TEST(Watch, InAPipePrintsTimedLines) {
 // The output for a daemon whose 64-bit counter of bytes sent, in the first words, takes these
 // values in turn.
 static std::string watched(std::vector<uint32_t> sent, const char* every) {
-  FakeDaemon daemon;
+  fake_daemon daemon;
   size_t at = 0;
   fake_daemon_start(daemon, [&](const byte_string& call) {
     byte_string reply = fake_reply(call, 0, {});
     const byte_string result = words({0, 8, sent[at], 7, 0, 0, 0, 0, 0, 0, 0});
     reply.insert(reply.end(), result.begin(), result.end());
     ++at;
-    return std::vector<Datagram>{{reply}};
+    return std::vector<fake_datagram>{{reply}};
   });
-  Outcome outcome = run_words({"--host", "127.0.0.1", "--port", std::to_string(daemon.port),
-                               "watch", "wlan_get_radio_bytes_sent", "1", "--every", every,
-                               "--count", std::to_string(sent.size())});
+  run_outcome outcome = run_words({"--host", "127.0.0.1", "--port", std::to_string(daemon.port),
+                                   "watch", "wlan_get_radio_bytes_sent", "1", "--every", every,
+                                   "--count", std::to_string(sent.size())});
   fake_daemon_stop(daemon);
   return unstamped(outcome.out);
 }
@@ -88,13 +88,13 @@ TEST(Watch, CountersHaveTheirRates) {
 }
 
 TEST(Watch, DoesNotMakeUpForWhatWasLate) {
-  FakeDaemon daemon;
+  fake_daemon daemon;
   std::vector<double> called;
   fake_daemon_start(daemon, [&](const byte_string& call) {
     called.push_back(moment_now());
     if (called.size() == 1) moment_sleep_until(moment_now() + 0.5);
     byte_string reply = fake_reply(call, 0, {0, 4, 6, 0, 0, 0, 0});
-    return std::vector<Datagram>{{reply}};
+    return std::vector<fake_datagram>{{reply}};
   });
   run_words({"--host", "127.0.0.1", "--port", std::to_string(daemon.port), "watch",
              "wlan_get_channel", "1", "--every", "100ms", "--count", "4"});
@@ -106,7 +106,7 @@ TEST(Watch, DoesNotMakeUpForWhatWasLate) {
 }
 
 TEST(Watch, GoesOnAfterAFailure) {
-  Outcome outcome =
+  run_outcome outcome =
       run_against(3, {}, {"watch", "wlan_get_channel", "1", "--every", "10ms", "--count", "2"});
   EXPECT_EQ(outcome.calls.size(), 2u);
   EXPECT_NE(outcome.err.find("procedure unavailable"), std::string::npos);

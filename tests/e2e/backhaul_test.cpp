@@ -8,16 +8,13 @@
 
 static constexpr uint32_t kSetService = 0x0100009F;
 
-static constexpr char kProfile24[] = "/tmp/mt76xx_24.dat";
-static constexpr char kProfile5[] = "/tmp/mt76xx_5.dat";
-
-struct setting {
+struct backhaul_setting {
   uint32_t set;
   uint32_t get;
   const char* key;
 };
 
-static constexpr setting kSettings[] = {
+static constexpr backhaul_setting kBackhaulSettings[] = {
     {0x010000A0, 0x010000A1, "BSSHNCBHEnable"},
     {0x010000A2, 0x010000A3, "BSSHNCReplicate"},
     {0x010000A6, 0x010000A7, "BSSHNCWdsMode"},
@@ -25,7 +22,7 @@ static constexpr setting kSettings[] = {
 
 TEST(BackhaulSettings, AreSetAndReadBack) {
   start_daemon();
-  for (const setting& s : kSettings) {
+  for (const backhaul_setting& s : kBackhaulSettings) {
     set_profile_value(kProfile5, s.key, "0;0;0;0;0;0;0;0");
     EXPECT_EQ(call_for_code(s.set, xdr_word(10) + xdr_word(1)), 0) << s.key;
     EXPECT_EQ(profile_value(kProfile5, s.key), "0;1;0;0;0;0;0;0");

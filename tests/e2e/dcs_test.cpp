@@ -12,9 +12,6 @@ static constexpr uint32_t kSetUserOn = 0x01000086;
 static constexpr uint32_t kSetRssiWeight = 0x0100009C;
 static constexpr uint32_t kSetDebugLevel = 0x0100009D;
 
-static constexpr char kProfile24[] = "/tmp/mt76xx_24.dat";
-static constexpr char kProfile5[] = "/tmp/mt76xx_5.dat";
-
 static int32_t set(uint32_t procedure, uint32_t radio, int value) {
   return call_for_code(procedure, xdr_word(radio) + xdr_word(static_cast<uint32_t>(value)));
 }
@@ -41,7 +38,7 @@ TEST(Dcs, SwitchesStartAndStopItsDaemon) {
 }
 
 TEST(Dcs, SettingsArriveAtItsDaemon) {
-  const std::pair<uint32_t, std::string> kSettings[] = {
+  const std::pair<uint32_t, std::string> settings[] = {
       {0x01000088, "DCSSerChSampTime"},         {0x0100008A, "DCSSerChSampNum"},
       {0x0100008C, "DCSMedUtThresHold"},        {0x0100008E, "DCSOffChScanPeriod"},
       {0x01000090, "DCSOffChScanSampNum"},      {0x01000092, "DCSChSwitchTimeWin"},
@@ -51,7 +48,7 @@ TEST(Dcs, SettingsArriveAtItsDaemon) {
   start_dcs();
   std::string expected;
   int value = -10;
-  for (const auto& [procedure, key] : kSettings) {
+  for (const auto& [procedure, key] : settings) {
     EXPECT_EQ(set(procedure, 9, ++value), 0);
     EXPECT_EQ(profile_value(kProfile5, key), std::to_string(value));
     const std::string text = key + "=" + std::to_string(value);

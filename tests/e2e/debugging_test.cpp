@@ -8,10 +8,10 @@
 
 // The text of all "console" blocks.
 static std::string sessions_of(const std::string& document) {
-  static const std::string start = "```console\n";
+  static const std::string kStart = "```console\n";
   std::string text;
-  for (size_t at = document.find(start); at != document.npos; at = document.find(start, at)) {
-    at += start.size();
+  for (size_t at = document.find(kStart); at != document.npos; at = document.find(kStart, at)) {
+    at += kStart.size();
     text += document.substr(at, document.find("```", at) - at);
   }
   return text;

@@ -314,9 +314,9 @@ static std::string expected_result(const ordered_json& answer) {
 // The dissector quotes addresses that are texts but not those of six bytes, and it shows
 // the number that means "not known". JSON has neither distinction.
 static std::string unquoted_addresses(const std::string& lines) {
-  static const std::regex address("\"(([0-9a-f]{2}:){5}[0-9a-f]{2})\"");
-  static const std::regex not_known("-?[0-9]+ (\\(not known\\))");
-  return std::regex_replace(std::regex_replace(lines, address, "$1"), not_known, "$1");
+  static const std::regex kAddress("\"(([0-9a-f]{2}:){5}[0-9a-f]{2})\"");
+  static const std::regex kNotKnown("-?[0-9]+ (\\(not known\\))");
+  return std::regex_replace(std::regex_replace(lines, kAddress, "$1"), kNotKnown, "$1");
 }
 
 // The packet's details after a line.

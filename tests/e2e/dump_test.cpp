@@ -35,9 +35,9 @@ static constexpr struct {
 };
 
 static std::set<std::string> addresses_in(const std::string& text) {
-  static const std::regex address("([0-9a-f]{2}:){5}[0-9a-f]{2}", std::regex::icase);
+  static const std::regex kAddress("([0-9a-f]{2}:){5}[0-9a-f]{2}", std::regex::icase);
   std::set<std::string> found;
-  for (std::sregex_iterator at(text.begin(), text.end(), address), end; at != end; ++at)
+  for (std::sregex_iterator at(text.begin(), text.end(), kAddress), end; at != end; ++at)
     found.insert(at->str());
   return found;
 }

@@ -16,8 +16,6 @@
 
 using json = nlohmann::json;
 
-static constexpr char kProfile24[] = "/tmp/mt76xx_24.dat";
-
 static void quiet() {
   ASSERT_EQ(run("gwbox wait --timeout 10 quiet 2>&1"), "");
 }

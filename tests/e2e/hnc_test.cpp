@@ -14,8 +14,8 @@
 // The home network controller: with gwbox's listener or, for thousands of calls, with the
 // stand-in.
 
-static constexpr uint32_t kGetEnable = 0x0100004E;
-static constexpr uint32_t kSetEnable = 0x0100004F;
+static constexpr uint32_t kGetHncEnable = 0x0100004E;
+static constexpr uint32_t kSetHncEnable = 0x0100004F;
 static constexpr uint32_t kGetUrl = 0x01000054;
 static constexpr uint32_t kSetUrl = 0x01000055;
 static constexpr uint32_t kGetTopology = 0x0100005E;
@@ -31,13 +31,6 @@ static constexpr uint32_t kSetSupportedRow = 0x0100007A;
 
 static constexpr char kMarker[] = "/nvram/hnc_enable";
 static constexpr char kHncError[] = "[REV-RPC] \033[40m\033[31;40m**ERROR**\033[0m ";
-
-static std::string payload_of(uint32_t procedure, const std::string& arguments) {
-  reply_message reply = {};
-  EXPECT_TRUE(call(procedure, arguments, &reply)) << procedure;
-  EXPECT_EQ(reply.accept_status, kAcceptSuccess) << procedure;
-  return reply.payload;
-}
 
 // Answers of the getters.
 static std::string int_answer(uint32_t value, int32_t code = 0) {
@@ -69,7 +62,7 @@ namespace {
 
 // A setting: its getter, whether it takes an instance, its key, and the instance that the
 // listener receives for instance 2.
-struct setting {
+struct hnc_setting {
   uint32_t get;
   bool instance;
   const char* key;
@@ -78,20 +71,20 @@ struct setting {
 
 }  // namespace
 
-static constexpr setting kFlags[] = {
+static constexpr hnc_setting kFlags[] = {
     {0x01000050, true, "ACMEnable", "0"},          {0x01000052, true, "HNEFWUpgradeEnable", "0"},
     {0x0100005E, true, "TopologyEnable", "0"},     {0x01000062, true, "HNEConfigOnDemand", "2"},
     {0x0100006A, false, "ClientSteerEnable", "0"}, {0x0100006C, false, "RRMEnable", "0"},
     {0x0100006E, false, "MSearchEnable", "0"},     {0x01000074, false, "SecurityEnable", "0"},
 };
 
-static constexpr setting kNumbers[] = {
+static constexpr hnc_setting kNumbers[] = {
     {0x01000060, true, "HNENumberOfEntries", "2"},
     {0x01000070, false, "ConfigAttempts", "0"},
     {0x01000072, false, "ConfigDuration", "0"},
 };
 
-static constexpr setting kTexts[] = {
+static constexpr hnc_setting kTexts[] = {
     {0x01000054, true, "UpdateFwUrl", "2"},      {0x01000056, true, "UpdateFwFilename", "2"},
     {0x01000058, true, "UpdateFwUsername", "2"}, {0x0100005A, true, "UpdateFwPassword", "2"},
     {0x01000064, true, "HNEManufacturer", "2"},  {0x01000066, true, "HNEModelname", "2"},
@@ -99,13 +92,13 @@ static constexpr setting kTexts[] = {
 };
 
 // Sets, then gets, and checks what the listener received.
-static void expect_round_trip(const setting& row, const std::string& value, const std::string& text,
-                              const std::string& answer) {
+static void expect_round_trip(const hnc_setting& row, const std::string& value,
+                              const std::string& text, const std::string& answer) {
   unlink("/run/gwbox/hnc.jsonl");
   const std::string instance = row.instance ? xdr_word(2) : "";
   EXPECT_EQ(call_for_code(row.get + 1, instance + value), 0) << row.key;
   EXPECT_EQ(noted(), "set " + std::string(row.key) + " " + row.sent + " " + text + "\n");
-  EXPECT_EQ(payload_of(row.get, instance), answer) << row.key;
+  EXPECT_EQ(call_for_payload(row.get, instance), answer) << row.key;
   EXPECT_TRUE(noted().find("\nget " + std::string(row.key) + " " + row.sent + " ") !=
               std::string::npos)
       << noted();
@@ -113,17 +106,17 @@ static void expect_round_trip(const setting& row, const std::string& value, cons
 
 TEST(Hnc, EveryFlagReachesTheListenerAndComesBack) {
   start_with_controller();
-  for (const setting& row : kFlags) {
+  for (const hnc_setting& row : kFlags) {
     expect_round_trip(row, xdr_word(1), "1", int_answer(1));
     expect_round_trip(row, xdr_word(0), "0", int_answer(0));
   }
-  EXPECT_EQ(payload_of(kGetEnable, xdr_word(1)), int_answer(1));
+  EXPECT_EQ(call_for_payload(kGetHncEnable, xdr_word(1)), int_answer(1));
   EXPECT_EQ(daemon_errors(), "");
 }
 
 TEST(Hnc, EveryNumberReachesTheListenerAndComesBack) {
   start_with_controller();
-  for (const setting& row : kNumbers) {
+  for (const hnc_setting& row : kNumbers) {
     expect_round_trip(row, xdr_word(17), "17", int_answer(17));
     expect_round_trip(row, xdr_word(0xFFFFFFFF), "-1", int_answer(0xFFFFFFFF));
     expect_round_trip(row, xdr_word(0x80000000), "-2147483648", int_answer(0x80000000));
@@ -133,7 +126,7 @@ TEST(Hnc, EveryNumberReachesTheListenerAndComesBack) {
 TEST(Hnc, EveryTextReachesTheListenerAndComesBack) {
   start_with_controller();
   const std::string odd = "%n $(touch /tmp/pwned) `id` '\";|&";
-  for (const setting& row : kTexts) {
+  for (const hnc_setting& row : kTexts) {
     expect_round_trip(row, xdr_text("plain"), "plain", text_answer("plain"));
     expect_round_trip(row, xdr_text(""), "", text_answer(""));
     expect_round_trip(row, xdr_text(odd), odd, text_answer(odd));
@@ -155,16 +148,16 @@ TEST(Hnc, InstancesWithoutARowAreTheListenersBusiness) {
   start_with_controller();
   for (const uint32_t instance : {0u, 17u, 0xFFFFFFFFu, 0x80000000u, 0x7FFFFFFFu}) {
     EXPECT_EQ(call_for_code(kSetNumberOfEntries, xdr_word(instance) + xdr_word(5)), 0);
-    EXPECT_EQ(payload_of(kGetNumberOfEntries, xdr_word(instance)), int_answer(5)) << instance;
+    EXPECT_EQ(call_for_payload(kGetNumberOfEntries, xdr_word(instance)), int_answer(5)) << instance;
   }
 }
 
 TEST(Hnc, ItsSwitchMakesAndRemovesTheMarker) {
   start_daemon();
-  EXPECT_EQ(call_for_code(kSetEnable, xdr_word(1) + xdr_word(1)), 0);
+  EXPECT_EQ(call_for_code(kSetHncEnable, xdr_word(1) + xdr_word(1)), 0);
   EXPECT_TRUE(exists(kMarker));
-  EXPECT_EQ(call_for_code(kSetEnable, xdr_word(1) + xdr_word(1)), 0);
-  EXPECT_EQ(call_for_code(kSetEnable, xdr_word(1) + xdr_word(0)), 0);
+  EXPECT_EQ(call_for_code(kSetHncEnable, xdr_word(1) + xdr_word(1)), 0);
+  EXPECT_EQ(call_for_code(kSetHncEnable, xdr_word(1) + xdr_word(0)), 0);
   EXPECT_FALSE(exists(kMarker));
   const std::string prefix = std::string(kHncError) + "hnc_setEnable hnc_setEnable:";
   EXPECT_EQ(daemon_errors(),
@@ -255,7 +248,7 @@ static const std::string kAnyArgument = xdr_word(1) + std::string(6000, '\0');
 static void expect_refusals(std::string (*message)(const operation&)) {
   for (const operation& row : kOperations) {
     const size_t before = daemon_errors().size();
-    EXPECT_EQ(payload_of(row.procedure, kAnyArgument).substr(0, 4), xdr_word(0xFFFFFFFF))
+    EXPECT_EQ(call_for_payload(row.procedure, kAnyArgument).substr(0, 4), xdr_word(0xFFFFFFFF))
         << row.name;
     EXPECT_EQ(daemon_errors().substr(before), message(row)) << row.name;
   }
@@ -265,14 +258,17 @@ TEST(Hnc, WithoutTheMarkerEverythingFailsAndNothingIsSent) {
   start_with_controller();
   ASSERT_EQ(unlink(kMarker), 0);
   expect_refusals(not_running);
-  for (const setting& row : kFlags)
-    EXPECT_EQ(payload_of(row.get, row.instance ? xdr_word(1) : ""), int_answer(0, -1)) << row.key;
-  for (const setting& row : kNumbers)
-    EXPECT_EQ(payload_of(row.get, row.instance ? xdr_word(1) : ""), int_answer(0, -1)) << row.key;
-  for (const setting& row : kTexts)
-    EXPECT_EQ(payload_of(row.get, xdr_word(1)), text_answer("", -1)) << row.key;
-  EXPECT_EQ(payload_of(kGetHneRow, xdr_word(1)), image_answer(std::string(1492, '\0'), -1));
-  EXPECT_EQ(payload_of(kGetSupportedRow, xdr_word(1)), image_answer(std::string(1232, '\0'), -1));
+  for (const hnc_setting& row : kFlags)
+    EXPECT_EQ(call_for_payload(row.get, row.instance ? xdr_word(1) : ""), int_answer(0, -1))
+        << row.key;
+  for (const hnc_setting& row : kNumbers)
+    EXPECT_EQ(call_for_payload(row.get, row.instance ? xdr_word(1) : ""), int_answer(0, -1))
+        << row.key;
+  for (const hnc_setting& row : kTexts)
+    EXPECT_EQ(call_for_payload(row.get, xdr_word(1)), text_answer("", -1)) << row.key;
+  EXPECT_EQ(call_for_payload(kGetHneRow, xdr_word(1)), image_answer(std::string(1492, '\0'), -1));
+  EXPECT_EQ(call_for_payload(kGetSupportedRow, xdr_word(1)),
+            image_answer(std::string(1232, '\0'), -1));
   EXPECT_FALSE(exists("/run/gwbox/hnc.jsonl"));
 }
 
@@ -288,15 +284,17 @@ TEST(Hnc, WhenNothingCanBeSentEverythingFails) {
 
 TEST(Hnc, ExtenderRowsComeAsTheyAre) {
   start_with_controller();
-  const std::string payload = payload_of(kGetHneRow, xdr_word(1));
+  const std::string payload = call_for_payload(kGetHneRow, xdr_word(1));
   ASSERT_EQ(payload.size(), 12u + 1492u);
   EXPECT_EQ(payload.substr(0, 12), xdr_word(0) + xdr_word(0) + xdr_word(1492));
   EXPECT_EQ(payload.substr(12, 4), little_endian(1));
   EXPECT_EQ(payload.substr(12 + 916, 4), little_endian(1700000000));
   EXPECT_EQ(call_for_code(kSetDeviceName, xdr_word(1) + xdr_text("Loft")), 0);
-  EXPECT_NE(payload_of(kGetHneRow, xdr_word(1)).find(std::string("Loft\0", 5)), std::string::npos);
+  EXPECT_NE(call_for_payload(kGetHneRow, xdr_word(1)).find(std::string("Loft\0", 5)),
+            std::string::npos);
   for (const uint32_t row : {0u, 2u, 17u, 0xFFFFFFFFu}) {
-    EXPECT_EQ(payload_of(kGetHneRow, xdr_word(row)), image_answer(std::string(1492, '\0'), -1));
+    EXPECT_EQ(call_for_payload(kGetHneRow, xdr_word(row)),
+              image_answer(std::string(1492, '\0'), -1));
     EXPECT_EQ(call_for_code(kSetDeviceName, xdr_word(row) + xdr_text("Nowhere")), -1);
   }
 }
@@ -331,48 +329,50 @@ TEST(Hnc, SupportedRowsGoThereAndBack) {
   argument += xdr_word(1700000000) + xdr_word(1);
   image += little_endian(1700000000) + little_endian(1);
   EXPECT_EQ(call_for_code(kSetSupportedRow, argument), 0);
-  EXPECT_EQ(payload_of(kGetSupportedRow, xdr_word(7)), image_answer(image));
+  EXPECT_EQ(call_for_payload(kGetSupportedRow, xdr_word(7)), image_answer(image));
   EXPECT_EQ(run("jq -r .record.manufacturer /run/gwbox/hnc.jsonl | head -1"), full + "\n");
   // Row status 6 removes the row.
   EXPECT_EQ(call_for_code(kSetRowStatus, xdr_word(7) + xdr_word(6)), 0);
-  EXPECT_EQ(payload_of(kGetSupportedRow, xdr_word(7)), image_answer(std::string(1232, '\0'), -1));
+  EXPECT_EQ(call_for_payload(kGetSupportedRow, xdr_word(7)),
+            image_answer(std::string(1232, '\0'), -1));
   EXPECT_EQ(call_for_code(kSetRowStatus, xdr_word(7) + xdr_word(6)), 0) << "not looked at";
 }
 
 TEST(Hnc, OddAnswersAreSuccesses) {
   const pid_t child = service_child(start_with_controller());
   set_companion("hnc.behaviour", "empty");
-  EXPECT_EQ(payload_of(kGetTopology, xdr_word(1)), int_answer(0));
-  EXPECT_EQ(payload_of(kGetUrl, xdr_word(1)), text_answer(""));
-  EXPECT_EQ(payload_of(kGetHneRow, xdr_word(99)), image_answer(std::string(1492, '\0')));
+  EXPECT_EQ(call_for_payload(kGetTopology, xdr_word(1)), int_answer(0));
+  EXPECT_EQ(call_for_payload(kGetUrl, xdr_word(1)), text_answer(""));
+  EXPECT_EQ(call_for_payload(kGetHneRow, xdr_word(99)), image_answer(std::string(1492, '\0')));
   set_companion("hnc.behaviour", "short");
-  EXPECT_EQ(payload_of(kGetDuration, ""), int_answer(300));
-  EXPECT_EQ(payload_of(kGetSupportedRow, xdr_word(99)), image_answer(std::string(1232, '\0')));
+  EXPECT_EQ(call_for_payload(kGetDuration, ""), int_answer(300));
+  EXPECT_EQ(call_for_payload(kGetSupportedRow, xdr_word(99)),
+            image_answer(std::string(1232, '\0')));
   set_companion("hnc.behaviour", "huge");
-  EXPECT_EQ(payload_of(kGetDuration, ""), int_answer(300));
+  EXPECT_EQ(call_for_payload(kGetDuration, ""), int_answer(300));
   set_companion("hnc.behaviour", "unterminated");
-  EXPECT_EQ(payload_of(kGetUrl, xdr_word(1)), text_answer(std::string(131, 'U')));
-  EXPECT_EQ(payload_of(kGetHneRow, xdr_word(1)), image_answer(std::string(1492, 'U')));
+  EXPECT_EQ(call_for_payload(kGetUrl, xdr_word(1)), text_answer(std::string(131, 'U')));
+  EXPECT_EQ(call_for_payload(kGetHneRow, xdr_word(1)), image_answer(std::string(1492, 'U')));
   EXPECT_EQ(kill(child, 0), 0);
 }
 
 TEST(Hnc, LateAnswerIsNotTakenForTheNextOne) {
   start_with_controller();
   set_companion("hnc.behaviour", "late");
-  EXPECT_EQ(payload_of(kGetDuration, ""), int_answer(0, -1));
+  EXPECT_EQ(call_for_payload(kGetDuration, ""), int_answer(0, -1));
   EXPECT_EQ(daemon_errors(), std::string(kHncError) +
                                  "hnc_getHneConfigDuration hnc_getHneConfigDuration Failed to "
                                  "send messgae to HNC Listner\n");
   set_companion("hnc.behaviour", "normal");
-  EXPECT_EQ(payload_of(kGetAttempts, ""), int_answer(3));
-  EXPECT_EQ(payload_of(kGetDuration, ""), int_answer(300));
+  EXPECT_EQ(call_for_payload(kGetAttempts, ""), int_answer(3));
+  EXPECT_EQ(call_for_payload(kGetDuration, ""), int_answer(300));
 }
 
 TEST(Hnc, CallsAreTracedFromTheDispatcherToTheListener) {
   start_with_controller();
   EXPECT_EQ(call_for_code(kSetUrl, xdr_word(1) + xdr_text("http://x/")), 0);
   write_file("/tmp/wlandbg", "");
-  EXPECT_EQ(payload_of(kGetUrl, xdr_word(1)), text_answer("http://x/"));
+  EXPECT_EQ(call_for_payload(kGetUrl, xdr_word(1)), text_answer("http://x/"));
   const auto rpc = [](const std::string& function) {
     return "\033[1;32;40m[RPC] " + function + "\033[0m ";
   };
@@ -401,7 +401,7 @@ TEST(Hnc, CallsAreTracedFromTheDispatcherToTheListener) {
 TEST(Hnc, OnlyItsOwnTextsAreShownTwice) {
   start_with_controller();
   write_file("/tmp/wlandbg", "");
-  payload_of(21, xdr_word(1));
+  call_for_payload(21, xdr_word(1));
   EXPECT_EQ(daemon_output().find("return_data_val"), std::string::npos) << daemon_output();
 }
 
@@ -416,13 +416,6 @@ TEST(Hnc, SupportedRowIsTracedByItsHandler) {
       daemon_output().starts_with("\033[1;32;40m[RPC] hnc_set_hne_table_entry_1_svc\033[0m "
                                   " WLAN RPC server : [row=7][index=3][row_status=1]\n"))
       << daemon_output();
-}
-
-static size_t occurrences(const std::string& text, const std::string& part) {
-  size_t count = 0;
-  for (size_t at = text.find(part); at != text.npos; at = text.find(part, at + 1))
-    ++count;
-  return count;
 }
 
 // Starts the daemon with a limit, and the stand-in, and waits for the daemon.
@@ -467,7 +460,7 @@ TEST(HncDescriptors, ChildThatRunsOutIsReplacedAndOnlyTheCallAtHandIsLost) {
   const pid_t first = service_child(supervisor);
   const int lost = lost_of_5000_calls(1.0);
   EXPECT_EQ(lost, 4);
-  EXPECT_EQ(occurrences(daemon_errors(), "ERROR opening socket: Too many open files\n"), 4u);
+  EXPECT_EQ(count_of(daemon_errors(), "ERROR opening socket: Too many open files\n"), 4u);
   EXPECT_NE(service_child(supervisor), first);
   EXPECT_TRUE(daemon_answers());
 }

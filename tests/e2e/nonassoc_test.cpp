@@ -3,33 +3,21 @@
 #include "support/daemon.h"
 #include "support/files.h"
 #include "support/gateway.h"
+#include "support/hnc_listener.h"
 #include "support/wire.h"
 
 static constexpr uint32_t kGetCapable = 286;
-static constexpr uint32_t kSetEnable = 287;
-static constexpr uint32_t kGetEnable = 288;
+static constexpr uint32_t kSetNonAssocEnable = 287;
+static constexpr uint32_t kGetNonAssocEnable = 288;
 static constexpr uint32_t kSetMac = 289;
 static constexpr uint32_t kGetMac = 290;
 static constexpr uint32_t kGetReport = 292;
 
 static const std::string kProber = "02:00:5e:20:00:01";
 
-static std::string payload_of(uint32_t procedure, uint32_t radio) {
-  reply_message reply = {};
-  EXPECT_TRUE(call(procedure, xdr_word(radio), &reply));
-  return reply.payload;
-}
-
 // An integer getter's reply.
 static std::string integer(uint32_t code, uint32_t value) {
   return xdr_word(code) + xdr_word(4) + xdr_word(value) + std::string(16, '\0');
-}
-
-static std::string little_endian(uint32_t value) {
-  std::string bytes;
-  for (int i = 0; i < 4; ++i)
-    bytes += static_cast<char>(value >> (8 * i));
-  return bytes;
 }
 
 // Code, no words, 900 bytes.
@@ -40,31 +28,31 @@ static std::string report_reply(uint32_t code, std::string record) {
 
 TEST(NonAssoc, NewestProbeOfTheRequestedStationIsReported) {
   start_daemon({"TZ=UTC0"});
-  EXPECT_EQ(payload_of(kGetCapable, 1), integer(0, 1));
-  EXPECT_EQ(payload_of(kGetReport, 1), report_reply(0, ""));
-  EXPECT_EQ(call_for_code(kSetEnable, xdr_word(1) + xdr_word(1)), 0);
-  EXPECT_EQ(payload_of(kGetEnable, 1), integer(1, 1));
+  EXPECT_EQ(call_for_payload(kGetCapable, xdr_word(1)), integer(0, 1));
+  EXPECT_EQ(call_for_payload(kGetReport, xdr_word(1)), report_reply(0, ""));
+  EXPECT_EQ(call_for_code(kSetNonAssocEnable, xdr_word(1) + xdr_word(1)), 0);
+  EXPECT_EQ(call_for_payload(kGetNonAssocEnable, xdr_word(1)), integer(1, 1));
   EXPECT_EQ(call_for_code(kSetMac, xdr_word(1) + xdr_text(kProber)), 0);
-  EXPECT_EQ(payload_of(kGetMac, 1),
+  EXPECT_EQ(call_for_payload(kGetMac, xdr_word(1)),
             xdr_word(1) + xdr_word(0) + xdr_word(18) + kProber + std::string(3, '\0'));
   EXPECT_EQ(run("gwbox status --json | jq -r '.radios.ra0.watched[]'"), kProber + "\n");
   // Valid, RSSI -66, 2026-03-01 18:30:05, the address.
-  EXPECT_EQ(payload_of(kGetReport, 1),
+  EXPECT_EQ(call_for_payload(kGetReport, xdr_word(1)),
             report_reply(0, little_endian(1) + little_endian(0xFFFFFFBE) +
                                 little_endian(1772389805) + kProber));
-  EXPECT_EQ(payload_of(kGetReport, 9), report_reply(0, ""));
+  EXPECT_EQ(call_for_payload(kGetReport, xdr_word(9)), report_reply(0, ""));
 }
 
 TEST(NonAssoc, DriverThatCannotOrRefuses) {
   start_daemon();
   run("gwbox set radio ra8 nonassoc=false");
-  EXPECT_EQ(payload_of(kGetCapable, 9), integer(0, 0));
-  EXPECT_EQ(call_for_code(kSetEnable, xdr_word(9) + xdr_word(1)), -1);
+  EXPECT_EQ(call_for_payload(kGetCapable, xdr_word(9)), integer(0, 0));
+  EXPECT_EQ(call_for_code(kSetNonAssocEnable, xdr_word(9) + xdr_word(1)), -1);
   EXPECT_EQ(profile_value("/tmp/mt76xx_5.dat", "NonAssocRptEnable"), "0");
-  EXPECT_EQ(payload_of(kGetEnable, 9), integer(1, 0));
+  EXPECT_EQ(call_for_payload(kGetNonAssocEnable, xdr_word(9)), integer(1, 0));
   EXPECT_EQ(call_for_code(kSetMac, xdr_word(9) + xdr_text(kProber)), -1);
-  EXPECT_EQ(payload_of(kGetReport, 9), report_reply(0xFFFFFFFF, ""));
-  EXPECT_EQ(payload_of(kGetCapable, 17), integer(0xFFFFFFFF, 0));
+  EXPECT_EQ(call_for_payload(kGetReport, xdr_word(9)), report_reply(0xFFFFFFFF, ""));
+  EXPECT_EQ(call_for_payload(kGetCapable, xdr_word(17)), integer(0xFFFFFFFF, 0));
 }
 
 TEST(NonAssoc, KeysThatAreMissing) {
@@ -72,8 +60,8 @@ TEST(NonAssoc, KeysThatAreMissing) {
     run(std::string("sed -i '/^NonAssoc/d' ") + profile);
   }
   start_daemon();
-  EXPECT_EQ(payload_of(kGetEnable, 1), integer(0, 0));
-  EXPECT_EQ(payload_of(kGetMac, 9),
+  EXPECT_EQ(call_for_payload(kGetNonAssocEnable, xdr_word(1)), integer(0, 0));
+  EXPECT_EQ(call_for_payload(kGetMac, xdr_word(9)),
             xdr_word(0xFFFFFFFF) + xdr_word(0) + xdr_word(18) + std::string(20, '\0'));
-  EXPECT_EQ(payload_of(kGetReport, 1), report_reply(0xFFFFFFFF, ""));
+  EXPECT_EQ(call_for_payload(kGetReport, xdr_word(1)), report_reply(0xFFFFFFFF, ""));
 }

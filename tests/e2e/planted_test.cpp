@@ -13,11 +13,11 @@
 
 // Spares the keys that enable BSSs, because there would be no stations otherwise.
 static std::string planted(const std::string& profile) {
-  static const std::regex value("((?:^|\n)(?!BssEnabled=|BSSHNCService=)[A-Za-z0-9_]+=)[^\n]*");
+  static const std::regex kValue("((?:^|\n)(?!BssEnabled=|BSSHNCService=)[A-Za-z0-9_]+=)[^\n]*");
   static constexpr char kSteering[] =
       "HNCSteerSTAMac=planted\nHNCActionFrameType=planted\nHNCActionFrameMac=planted\n"
       "HNCActionFramePayload=planted\nNonAssocReqMac=planted\n";
-  return std::regex_replace(profile, value, "$1planted") + "\n" + kSteering;
+  return std::regex_replace(profile, kValue, "$1planted") + "\n" + kSteering;
 }
 
 static void start_planted() {

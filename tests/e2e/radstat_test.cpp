@@ -49,11 +49,11 @@ static int32_t retries(uint32_t radio) {
 }
 
 TEST(RadioStatistics, ValuesOfTheDaemonReachTheCaller) {
-  const char* kValues[][2] = {{"cst", "41"},     {"ap_act", "13"},     {"busy", "32"},
-                              {"nf_max", "-84"}, {"nf_min", "-95"},    {"nf_med", "-91"},
-                              {"nf_avg", "-90"}, {"retry", "3"},       {"tx", "70000"},
-                              {"rx", "-5"},      {"rssi", "[-71,-72]"}};
-  for (const auto& [member, value] : kValues)
+  const char* values[][2] = {{"cst", "41"},     {"ap_act", "13"},     {"busy", "32"},
+                             {"nf_max", "-84"}, {"nf_min", "-95"},    {"nf_med", "-91"},
+                             {"nf_avg", "-90"}, {"retry", "3"},       {"tx", "70000"},
+                             {"rx", "-5"},      {"rssi", "[-71,-72]"}};
+  for (const auto& [member, value] : values)
     set_companion(std::string("radstat.ra8.") + member, value);
   start_daemon();
   enable_and_wait(9);

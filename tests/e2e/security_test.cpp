@@ -16,9 +16,6 @@ static constexpr uint32_t kAddToAccessList = 110;
 static constexpr uint32_t kDeleteFromAccessList = 111;
 static constexpr uint32_t kSetRadiusServer = 189;
 
-static constexpr char kProfile24[] = "/tmp/mt76xx_24.dat";
-static constexpr char kProfile5[] = "/tmp/mt76xx_5.dat";
-
 static int32_t set_text(uint32_t procedure, uint32_t bss, const std::string& text) {
   return call_for_code(procedure, xdr_word(bss) + xdr_text(text));
 }

@@ -5,13 +5,9 @@
 #include "support/files.h"
 #include "support/wire.h"
 
-static constexpr uint32_t kSetSsid = 22;
 static constexpr uint32_t kSetKeyPassphrase = 65;
 static constexpr uint32_t kGetBssHncService = 0x0100009E;
 static constexpr uint32_t kSetLedEnable = 0x01000082;
-
-static constexpr char kProfile24[] = "/tmp/mt76xx_24.dat";
-static constexpr char kProfile5[] = "/tmp/mt76xx_5.dat";
 
 static int32_t set_ssid(uint32_t bss, const std::string& ssid) {
   return call_for_code(kSetSsid, xdr_word(bss) + xdr_text(ssid));
@@ -58,8 +54,8 @@ TEST(SetSsid, TwiceTheSameAnswersZeroTwiceAndSparesTheMirror) {
 TEST(SetSsid, IndexWithoutAKeyFails) {
   start_daemon();
   const std::string before = read_file(kProfile24);
-  const uint32_t kOdd[] = {0, 17, 0xFFFFFFFB, 0x80000000, 0x7FFFFFFF};
-  for (const uint32_t bss : kOdd)
+  const uint32_t odd[] = {0, 17, 0xFFFFFFFB, 0x80000000, 0x7FFFFFFF};
+  for (const uint32_t bss : odd)
     EXPECT_EQ(set_ssid(bss, "x"), -1) << bss;
   EXPECT_EQ(read_file(kProfile24), before);
   EXPECT_NE(daemon_errors().find("wlan_setSSID failed to update wifi profile, ret:0\n"),

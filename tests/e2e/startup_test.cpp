@@ -13,13 +13,6 @@
 
 static constexpr char kRegistered[] = "rpcinfo -p | grep -w 538121015";
 
-static size_t occurrences(const std::string& text, const std::string& part) {
-  size_t count = 0;
-  for (size_t at = text.find(part); at != text.npos; at = text.find(part, at + 1))
-    ++count;
-  return count;
-}
-
 TEST(Startup, RegistersItsProgramWithThePortmapper) {
   start_daemon();
   EXPECT_TRUE(wait_until([] { return !run(kRegistered).empty(); }));
@@ -118,10 +111,10 @@ TEST(Supervision, SecondDaemonFailsAtBindInATightLoopBesideTheFirst) {
   write_file("/tmp/wlandbg", "");
   start_daemon();
   const pid_t second = start_supervisor();
-  EXPECT_TRUE(wait_until(
-      [] { return occurrences(daemon_errors(), "bind: Address already in use\n") >= 10; }));
+  EXPECT_TRUE(
+      wait_until([] { return count_of(daemon_errors(), "bind: Address already in use\n") >= 10; }));
   EXPECT_TRUE(wait_until([] {
-    return occurrences(daemon_output(), "[RPC] main\033[0m Child exited with status = 1\n") >= 10;
+    return count_of(daemon_output(), "[RPC] main\033[0m Child exited with status = 1\n") >= 10;
   }));
   EXPECT_TRUE(daemon_answers());
   EXPECT_EQ(daemon_output().find("Process already running"), std::string::npos);
@@ -132,9 +125,8 @@ TEST(Supervision, SecondDaemonFailsAtBindInATightLoopBesideTheFirst) {
 TEST(Supervision, WithoutTheAddressItTriesUntilTheAddressIsThere) {
   ASSERT_EQ(run("ip address del 192.168.254.254/24 dev eth0"), "");
   const pid_t supervisor = start_supervisor();
-  EXPECT_TRUE(wait_until([] {
-    return occurrences(daemon_errors(), "bind: Cannot assign requested address\n") >= 10;
-  }));
+  EXPECT_TRUE(wait_until(
+      [] { return count_of(daemon_errors(), "bind: Cannot assign requested address\n") >= 10; }));
   run("ip address add 192.168.254.254/24 dev eth0");
   EXPECT_TRUE(wait_until(daemon_answers));
   EXPECT_EQ(end_process(supervisor, SIGTERM), 0);
@@ -143,7 +135,7 @@ TEST(Supervision, WithoutTheAddressItTriesUntilTheAddressIsThere) {
 TEST(Supervision, TermEndsTheTightLoop) {
   ASSERT_EQ(run("ip address del 192.168.254.254/24 dev eth0"), "");
   const pid_t supervisor = start_supervisor();
-  EXPECT_TRUE(wait_until([] { return occurrences(daemon_errors(), "bind: ") >= 3; }));
+  EXPECT_TRUE(wait_until([] { return count_of(daemon_errors(), "bind: ") >= 3; }));
   EXPECT_EQ(end_process(supervisor, SIGTERM), 0);
   EXPECT_EQ(run("pgrep -c wificonfd"), "0\n");
 }

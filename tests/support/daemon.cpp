@@ -46,8 +46,8 @@ static void check_reports() {
 
 // Forks for the daemon: returns 0 in it and its pid in the test.
 static pid_t fork_daemon() {
-  static const int registered = atexit(check_reports);
-  static_cast<void>(registered);
+  static const int kRegistered = atexit(check_reports);
+  static_cast<void>(kRegistered);
   const pid_t pid = fork();
   if (pid != 0) return pid;
   redirect(STDOUT_FILENO, kOutput);

@@ -56,6 +56,14 @@ static std::string catch_path(int stream) {
   return "/tmp/.caught." + std::to_string(stream);
 }
 
+int count_of(const std::string& text, const std::string& part) {
+  int count = 0;
+  for (size_t at = text.find(part); at != text.npos; at = text.find(part, at + part.size())) {
+    ++count;
+  }
+  return count;
+}
+
 void catch_stream(int stream) {
   fflush(nullptr);
   saved[stream] = dup(stream);

@@ -17,6 +17,9 @@ void write_file(const std::string& path, const std::string& text);
 // The standard output of a shell command line; its status in *status.
 std::string run(const std::string& command, int* status = nullptr);
 
+// How often a text contains another.
+int count_of(const std::string& text, const std::string& part);
+
 // Redirects standard output (1) or standard error (2) of this process to a file, from the first
 // call to the second.
 void catch_stream(int stream);

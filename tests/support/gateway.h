@@ -19,6 +19,12 @@ std::string beaconed_ssid(const std::string& interface);
 // Members of a bridge, sorted, one per line.
 std::string bridge_members(const std::string& bridge);
 
+// The profiles of the bands, and the copies that the controller reads.
+constexpr char kProfile24[] = "/tmp/mt76xx_24.dat";
+constexpr char kProfile5[] = "/tmp/mt76xx_5.dat";
+constexpr char kMirror24[] = "/tmp/mt76xx_24.dat.hnc";
+constexpr char kMirror5[] = "/tmp/mt76xx_5.dat.hnc";
+
 // Reads a key's value in a profile; sets it, appending the key if it is missing.
 std::string profile_value(const std::string& profile, const std::string& key);
 void set_profile_value(const std::string& profile, const std::string& key,

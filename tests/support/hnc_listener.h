@@ -34,5 +34,5 @@ std::string hnc_request_bytes(uint32_t type, const std::string& key, uint32_t in
 
 std::string hnc_reply_bytes(const std::string& value, int32_t table_error = 0);
 
-// A number as encoded in these datagrams.
+// A number as these datagrams and the driver's records have it.
 std::string little_endian(uint32_t value);

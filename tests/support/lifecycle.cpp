@@ -15,13 +15,6 @@
 static constexpr char kStrace[] = "/tmp/strace.out";
 static pid_t traced_child;
 
-static int occurrences(const std::string& text, const std::string& part) {
-  int count = 0;
-  for (size_t at = text.find(part); at != text.npos; at = text.find(part, at + 1))
-    ++count;
-  return count;
-}
-
 static std::string fast_path() {
   mkdir("/tmp/fast", 0755);
   write_file("/tmp/fast/sleep", "#!/bin/sh\n");
@@ -42,7 +35,7 @@ bool wait_for_trace(const std::string& text) {
 }
 
 int count_traces(const std::string& text) {
-  return occurrences(daemon_output(), text);
+  return count_of(daemon_output(), text);
 }
 
 int count_errors(const std::string& text) {
@@ -54,7 +47,7 @@ int count_errors(const std::string& text) {
     else
       plain += errors[i];
   }
-  return occurrences(plain, text);
+  return count_of(plain, text);
 }
 
 void queue_and_wait(uint32_t procedure, const std::string& trace) {
@@ -117,14 +110,14 @@ void run_step(const lifecycle_step& step) {
 // another thread came in between, strace prints a call in two halves. Then the result is "" for
 // the first half and the whole call for the second.
 static std::string whole_call(const std::string& line, std::map<std::string, std::string>& halves) {
-  static const std::string unfinished = " <unfinished ...>";
+  static const std::string kUnfinished = " <unfinished ...>";
   const size_t call = line.find_first_not_of("0123456789 ");
   if (call == line.npos) return "";
   const std::string thread = line.substr(0, line.find(' '));
   std::string text = line.substr(call);
   // An execve's first half already has everything.
-  if (text.ends_with(unfinished) && !text.starts_with("execve(")) {
-    halves[thread] = text.substr(0, text.size() - unfinished.size());
+  if (text.ends_with(kUnfinished) && !text.starts_with("execve(")) {
+    halves[thread] = text.substr(0, text.size() - kUnfinished.size());
     return "";
   }
   if (text.starts_with("<... ")) {
@@ -143,8 +136,8 @@ static constexpr size_t kAddressWidth = 10;  // "0x" and 8 digits, of a 32-bit d
 // Removes what differs between runs (descriptors, addresses, indexes), and the flag with which
 // a 32-bit daemon opens files.
 static std::string without_numbers(std::string text) {
-  static const std::string large = "|O_LARGEFILE";
-  if (const size_t at = text.find(large); at != text.npos) text.erase(at, large.size());
+  static const std::string kLarge = "|O_LARGEFILE";
+  if (const size_t at = text.find(kLarge); at != text.npos) text.erase(at, kLarge.size());
   for (size_t at = text.find("0x"); at != text.npos; at = text.find("0x", at + 2)) {
     size_t end = at + 2;
     while (end < text.size() && isxdigit(static_cast<unsigned char>(text[end])))
@@ -162,9 +155,9 @@ static std::string without_numbers(std::string text) {
 // calls of the daemon's own threads. Of opened files only modules are kept. "" for everything
 // else.
 static std::string transcript_line(const std::string& thread, const std::string& text) {
-  static const std::string shell = "execve(\"/bin/sh\", [\"sh\", \"-c\", ";
-  if (text.starts_with(shell)) {
-    return "sh -c " + text.substr(shell.size(), text.find("], 0x") - shell.size());
+  static const std::string kShell = "execve(\"/bin/sh\", [\"sh\", \"-c\", ";
+  if (text.starts_with(kShell)) {
+    return "sh -c " + text.substr(kShell.size(), text.find("], 0x") - kShell.size());
   }
   const bool own = exists("/proc/" + std::to_string(traced_child) + "/task/" + thread);
   // With FIONREAD the service reads the length of a request.

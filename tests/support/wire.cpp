@@ -83,10 +83,14 @@ bool call(uint32_t procedure, const std::string& arguments, reply_message* reply
   return exchange(call_message(procedure, arguments, xid), xid, reply, seconds);
 }
 
-int32_t call_for_code(uint32_t procedure, const std::string& arguments) {
+std::string call_for_payload(uint32_t procedure, const std::string& arguments) {
   reply_message reply = {};
   // On a busy machine a reset with traced commands takes seconds.
   EXPECT_TRUE(call(procedure, arguments, &reply, 10)) << "procedure " << procedure;
   EXPECT_EQ(reply.accept_status, kAcceptSuccess) << "procedure " << procedure;
-  return static_cast<int32_t>(word_at(reply.payload, 0));
+  return reply.payload;
+}
+
+int32_t call_for_code(uint32_t procedure, const std::string& arguments) {
+  return static_cast<int32_t>(word_at(call_for_payload(procedure, arguments), 0));
 }

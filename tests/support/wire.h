@@ -16,6 +16,9 @@ constexpr uint32_t kProcedureUnavailable = 3;
 constexpr uint32_t kGarbageArguments = 4;
 constexpr uint32_t kSystemError = 5;
 
+// The setter that many tests call: a BSS and a text.
+constexpr uint32_t kSetSsid = 22;
+
 struct reply_message {
   uint32_t reply_status;   // 0 accepted, 1 denied
   uint32_t accept_status;  // of an accepted reply
@@ -44,3 +47,6 @@ void send_datagram(const std::string& datagram);
 // Calls a procedure that returns a status, and returns that status. Fails the test if the call
 // does not succeed.
 int32_t call_for_code(uint32_t procedure, const std::string& arguments);
+
+// The same for any result, which it returns as sent.
+std::string call_for_payload(uint32_t procedure, const std::string& arguments);

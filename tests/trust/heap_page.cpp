@@ -23,8 +23,8 @@ static heap_page* map_page() {
 }
 
 static heap_page* page() {
-  static heap_page* const mapped = map_page();
-  return mapped;
+  static heap_page* const kMapped = map_page();
+  return kMapped;
 }
 
 std::string heap_page_setting() {

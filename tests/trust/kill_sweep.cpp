@@ -57,9 +57,6 @@ struct update {
 
 }  // namespace
 
-static constexpr char kProfile[] = "/tmp/mt76xx_24.dat";
-static constexpr char kMirror[] = "/tmp/mt76xx_24.dat.hnc";
-
 static constexpr const char* kLengths[] = {"shorter", "as long", "longer"};
 
 static constexpr setting kSettings[] = {
@@ -120,7 +117,7 @@ static bool is_known_tear(const update& one, const kill_point& at, const std::st
 }
 
 static void check_profile(outcome* found, const update& one, const kill_point& at) {
-  const std::string now = read_file(kProfile);
+  const std::string now = read_file(kProfile24);
   if (now == one.before) {
     ++found->old_profile;
   } else if (now == one.after) {
@@ -130,7 +127,7 @@ static void check_profile(outcome* found, const update& one, const kill_point& a
     found->places.push_back((at.after ? "after " : "before ") + killed_at());
     if (!is_known_tear(one, at, now)) complain(found, one, at, "the profile is torn");
   }
-  const std::string mirror = read_file(kMirror);
+  const std::string mirror = read_file(kMirror24);
   found->mirror_torn += mirror != one.before && mirror != one.after;
 }
 
@@ -138,11 +135,11 @@ static void check_profile(outcome* found, const update& one, const kill_point& a
 static void check_next_update(outcome* found, const update& one, const kill_point& at) {
   const std::string lock = held_lock();
   if (!lock.empty()) complain(found, one, at, "still held: " + lock);
-  write_file(kProfile, one.before);
+  write_file(kProfile24, one.before);
   const answer next = serve_undisturbed(one.call);
   if (!next.came) complain(found, one, at, "the next update is not answered");
-  if (read_file(kProfile) != one.after) complain(found, one, at, "the next update is not made");
-  if (read_file(kMirror) != one.after) complain(found, one, at, "the next mirror is not made");
+  if (read_file(kProfile24) != one.after) complain(found, one, at, "the next update is not made");
+  if (read_file(kMirror24) != one.after) complain(found, one, at, "the next mirror is not made");
 }
 
 // False when the update makes fewer system calls.
@@ -212,7 +209,7 @@ static bool backhaul_keeps_its_order() {
     const answer got = serve(call);
     if (killed_at().empty()) break;
     if (got.how != stand::kQuiet) return false;
-    const std::string now = read_file(kProfile);
+    const std::string now = read_file(kProfile24);
     ++seen[holds_line(now, "VLANID=10;10;30")][holds_line(now, "BSSHNCService=0;7;0")];
   }
   printf("backhaul: %d kills before its VLAN, %d between, %d after its service, %d the wrong way\n",
@@ -287,7 +284,7 @@ int main(int argc, char** argv) {
     if (strcmp(argv[i], "--matrix") == 0 && i + 1 < argc) file = open_matrix(argv[++i]);
   }
   furnish_profiles();
-  const std::string profile = read_file(kProfile);
+  const std::string profile = read_file(kProfile24);
   if (!start_daemon_traced()) return 2;
   const std::vector<update> updates = choose_updates(sample, profile);
   const outcome sum = sweep_all(updates, file);

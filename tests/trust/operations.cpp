@@ -16,8 +16,6 @@
 #include "wire/lookup.h"
 #include "wire/table.h"
 
-static constexpr uint32_t kSetSsid = 22;
-
 static bool is_sequence(uint32_t number) {
   static constexpr uint32_t kNumbers[] = {kLoad, kInit, kReset, kRestartAll, kRestart};
   return std::find(std::begin(kNumbers), std::end(kNumbers), number) != std::end(kNumbers);

@@ -3,11 +3,10 @@
 #include <string>
 #include <vector>
 
+#include "support/gateway.h"
+
 // The 2.4 and 5 GHz profiles as another program on the box sees them, without the
 // daemon's store.
-
-constexpr char kProfile24[] = "/tmp/mt76xx_24.dat";
-constexpr char kProfile5[] = "/tmp/mt76xx_5.dat";
 
 // Opens the profile's lock file and takes the lock, LOCK_SH or LOCK_EX; close() releases
 // it. Returns -1 after printing the reason.

@@ -6,9 +6,8 @@
 #include <cstdio>
 
 #include "support/files.h"
+#include "support/gateway.h"
 
-static constexpr char kProfile[] = "/tmp/mt76xx_24.dat";
-static constexpr char kMirror[] = "/tmp/mt76xx_24.dat.hnc";
 static constexpr char kElsewhere[] = "/tmp/elsewhere.dat";
 
 const char* form_name(form which) {
@@ -18,22 +17,22 @@ const char* form_name(form which) {
 }
 
 void unform_profile() {
-  umount2(kProfile, MNT_DETACH);
-  unlink(kProfile);
+  umount2(kProfile24, MNT_DETACH);
+  unlink(kProfile24);
   unlink(kElsewhere);
 }
 
 static int make_form(form which) {
   switch (which) {
     case form::kPlain:
-      return rename(kElsewhere, kProfile);
+      return rename(kElsewhere, kProfile24);
     case form::kSymbolicLink:
-      return symlink(kElsewhere, kProfile);
+      return symlink(kElsewhere, kProfile24);
     case form::kTwoNames:
-      return link(kElsewhere, kProfile);
+      return link(kElsewhere, kProfile24);
     case form::kMountPoint:
-      write_file(kProfile, "");
-      return mount(kElsewhere, kProfile, nullptr, MS_BIND, nullptr);
+      write_file(kProfile24, "");
+      return mount(kElsewhere, kProfile24, nullptr, MS_BIND, nullptr);
   }
   return -1;
 }
@@ -41,6 +40,6 @@ static int make_form(form which) {
 void form_profile(form which, const std::string& content) {
   unform_profile();
   write_file(kElsewhere, content);
-  write_file(kMirror, content);
+  write_file(kMirror24, content);
   if (make_form(which) != 0) perror(form_name(which));
 }

@@ -114,7 +114,6 @@ static bool update_store(const contender& self, bool field, const std::string& v
 }
 
 static bool update_daemon(const contender& self, bool field, const std::string& value, int) {
-  static constexpr uint32_t kSetSsid = 22;
   static constexpr uint32_t kSetRadiusServer = 189;
   reply_message reply = {};
   const uint32_t procedure = field ? kSetRadiusServer : kSetSsid;

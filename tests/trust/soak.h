@@ -16,17 +16,17 @@
 // profiles. Every broken promise is a finding.
 
 // The kind of a call, for the statistics.
-enum class call_kind { inert, getter, setter, controller, lifecycle, wrong };
+enum class call_kind { kInert, kGetter, kSetter, kController, kLifecycle, kWrong };
 constexpr int kCallKinds = 6;
 const char* call_kind_name(call_kind kind);
 
 enum class expected {
-  result,        // of the row's shape
-  garbage,       // "garbage arguments"
-  no_procedure,  // one of the three refusals of a header
-  other_version,
-  other_program,
-  silence,  // no reply at all
+  kResult,       // of the row's shape
+  kGarbage,      // "garbage arguments"
+  kNoProcedure,  // one of the three refusals of a header
+  kOtherVersion,
+  kOtherProgram,
+  kSilence,  // no reply at all
 };
 
 struct soak_call {

@@ -33,10 +33,10 @@ static call_kind kind_of(const procedure_row& row) {
   const std::string name = row.name;
   if (is_any(name, {"WLAN_LOAD", "WLAN_INIT", "WLAN_RESET", "WLAN_RESTART", "WLAN_RESTART_ALL",
                     "WLAN_SET_PREK_OPERATION", "WLAN_UNDO_PREK_OPERATION"}))
-    return call_kind::lifecycle;
-  if (row.inert) return call_kind::inert;
-  if (name.starts_with("HNC_")) return call_kind::controller;
-  return row.payload == payload_kind::CODE ? call_kind::setter : call_kind::getter;
+    return call_kind::kLifecycle;
+  if (row.inert) return call_kind::kInert;
+  if (name.starts_with("HNC_")) return call_kind::kController;
+  return row.payload == payload_kind::CODE ? call_kind::kSetter : call_kind::kGetter;
 }
 
 static std::string random_text(std::mt19937& random) {
@@ -86,9 +86,13 @@ static std::string random_word(const procedure_row& row, const argument_spec& ar
       return std::to_string(random() % 2);
     case argument_type::kText:
       return "t" + std::to_string(random() % 10);
-    default:
-      return std::to_string(random() % 300);
+    case argument_type::kInt:
+    case argument_type::kUnsigned:
+    case argument_type::kShort:
+    case argument_type::kSupportedHne:
+      break;
   }
+  return std::to_string(random() % 300);
 }
 
 static soak_call call_with(const procedure_row& row, const std::vector<std::string>& words) {
@@ -97,7 +101,7 @@ static soak_call call_with(const procedure_row& row, const std::vector<std::stri
   if (!arguments_encode(row, words, bytes, error)) finding("%s: %s", row.name, error.c_str());
   return {&row,
           kind_of(row),
-          expected::result,
+          expected::kResult,
           kProgramNumber,
           kVersionNumber,
           row.number,
@@ -138,7 +142,7 @@ static soak_call with_wrong_text(const procedure_row& row, bool endless) {
 }
 
 static void add_wrong(soak_call call, expected answer) {
-  call.kind = call_kind::wrong;
+  call.kind = call_kind::kWrong;
   call.answer = answer;
   wrong_calls.push_back(call);
 }
@@ -147,11 +151,11 @@ static void add_wrong_calls(const procedure_row& row, const soak_call& right) {
   soak_call call = right;
   if (!right.arguments.empty()) {
     call.arguments.resize(right.arguments.size() - 4);
-    add_wrong(call, expected::garbage);
+    add_wrong(call, expected::kGarbage);
   }
   if (has_string(row)) {
-    add_wrong(with_wrong_text(row, true), expected::garbage);
-    add_wrong(with_wrong_text(row, false), expected::garbage);
+    add_wrong(with_wrong_text(row, true), expected::kGarbage);
+    add_wrong(with_wrong_text(row, false), expected::kGarbage);
   }
 }
 
@@ -162,18 +166,18 @@ static void add_wrong_headers() {
   for (const uint32_t number : {20u, 302u, 0x01000003u, 0xffffffffu}) {
     call.procedure = number;
     for (int i = 0; i < 8; ++i)
-      add_wrong(call, expected::no_procedure);
+      add_wrong(call, expected::kNoProcedure);
   }
   for (int i = 0; i < 16; ++i) {
     call = right;
     call.version = 2;
-    add_wrong(call, expected::other_version);
+    add_wrong(call, expected::kOtherVersion);
     call = right;
     call.program = kProgramNumberOther;
-    add_wrong(call, expected::other_program);
+    add_wrong(call, expected::kOtherProgram);
     call = right;
     call.length = 4 * static_cast<size_t>(i % 10);
-    if (call.length > 0) add_wrong(call, expected::silence);
+    if (call.length > 0) add_wrong(call, expected::kSilence);
   }
 }
 
@@ -191,7 +195,7 @@ void prepare_calls(unsigned seed) {
 
 // How many of a hundred draws count: calls that change all radios are rare.
 static unsigned share(const soak_call& call) {
-  if (call.kind != call_kind::lifecycle) return 100;
+  if (call.kind != call_kind::kLifecycle) return 100;
   return is_any(call.row->name, {"WLAN_RESET", "WLAN_SET_PREK_OPERATION"}) ? 2 : 10;
 }
 
@@ -206,7 +210,7 @@ const soak_call& draw_call(int64_t n, std::mt19937& random, bool controller) {
   for (;;) {
     const size_t row = random() % right_calls.size();
     const soak_call& first = right_calls[row][0];
-    if (first.kind == call_kind::controller && !controller) continue;
+    if (first.kind == call_kind::kController && !controller) continue;
     if (random() % 100 < share(first)) return take(row, random);
   }
 }
@@ -265,9 +269,11 @@ static std::string shape_objection(const procedure_row& row, const std::string& 
     case payload_kind::TEXT:
       if (words != 0 || data == 0 || data > text_size(row)) return "has no text of the right size";
       return result.find('\0', data_at + 4) == data_at + 3 + data ? "" : "has a text without end";
-    default:
-      return words == 0 && data == 0 ? "" : "has a payload";
+    case payload_kind::CODE:
+    case payload_kind::NONE:
+      break;
   }
+  return words == 0 && data == 0 ? "" : "has a payload";
 }
 
 std::string objection(const soak_call& call, uint32_t xid, const std::string& reply) {
@@ -279,7 +285,7 @@ std::string objection(const soak_call& call, uint32_t xid, const std::string& re
   const uint32_t status = word_at(reply, 20);
   if (status != kAccepted[static_cast<int>(call.answer)])
     return "has accept status " + std::to_string(status);
-  if (call.answer == expected::result) return shape_objection(*call.row, reply.substr(24));
-  const size_t rest = call.answer == expected::other_version ? 8 : 0;
+  if (call.answer == expected::kResult) return shape_objection(*call.row, reply.substr(24));
+  const size_t rest = call.answer == expected::kOtherVersion ? 8 : 0;
   return reply.size() == 24 + rest ? "" : "is longer than its header";
 }

@@ -15,7 +15,6 @@
 // The longest that a call may wait: for the calls before it, whose controller or
 // companion does not answer, and for a reset that waits for a load.
 static constexpr double kLongest = 30;
-static constexpr uint32_t kSetSsid = 22;
 
 std::map<std::string, long_service> long_services;
 
@@ -61,7 +60,7 @@ soak_client make_client(uint32_t number, size_t window, unsigned seed) {
 static void send_call(soak_client* client, const soak_call& call, const std::string& ssid) {
   const uint32_t xid = client->next_xid++;
   const std::string message = message_of(call, xid);
-  if (call.answer != expected::silence)
+  if (call.answer != expected::kSilence)
     client->waiting.push_back({xid, &call, seconds_now(), ssid});
   if (send(client->sock, message.data(), message.size(), 0) != static_cast<ssize_t>(message.size()))
     finding("client %u: %zu bytes could not be sent: %m", client->number, message.size());
@@ -85,7 +84,7 @@ static void send_ssid(soak_client* client) {
   for (const procedure_row& row : table_procedures()) {
     if (row.number == kSetSsid) call.row = &row;
   }
-  call.kind = call_kind::setter;
+  call.kind = call_kind::kSetter;
   call.procedure = kSetSsid;
   call.arguments = xdr_word(own_bss(*client)) + xdr_text(ssid);
   send_call(client, call, ssid);
@@ -93,7 +92,7 @@ static void send_ssid(soak_client* client) {
 
 static void send_drawn(soak_client* client, int64_t n, bool controller) {
   const soak_call& call = draw_call(n, client->random, controller);
-  if (call.procedure != kSetSsid || call.answer != expected::result) {
+  if (call.procedure != kSetSsid || call.answer != expected::kResult) {
     send_call(client, call, "");
   } else if (!sets_ssid(*client)) {
     send_ssid(client);

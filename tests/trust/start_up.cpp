@@ -8,7 +8,7 @@
 #include "support/files.h"
 #include "trust/heap_page.h"
 
-static constexpr double kPatience = 10;
+static constexpr double kStartPatience = 10;
 
 static void arm_failure(role where, int nth, int choice, int heap) {
   arm({where, nth, choice});
@@ -32,7 +32,7 @@ static void judge(tally* counts, const std::string& what, stand how) {
 
 static stand begin() {
   start_daemon_process();
-  return run_until_quiet(kPatience);
+  return run_until_quiet(kStartPatience);
 }
 
 static stand begin_anew() {
@@ -45,7 +45,7 @@ static stand begin_anew() {
 static stand lose_child() {
   kill(service_pid(), SIGKILL);
   wake();
-  return run_until_quiet(kPatience);
+  return run_until_quiet(kStartPatience);
 }
 
 static bool try_start(tally* counts, role where, bool later, int nth, int choice, int heap,
@@ -99,7 +99,7 @@ static tally sweep_wait() {
   for (const int error : {EINTR, ENOMEM}) {
     if (begin_anew() != stand::kQuiet) note(&counts, "no failure", "it does not start");
     wake(error);
-    const stand how = run_until_quiet(kPatience);
+    const stand how = run_until_quiet(kStartPatience);
     ++counts.injected[static_cast<int>(call_class::kReceive)];
     judge(&counts, "poll " + std::to_string(error), how);
     if ((how == stand::kEnded) != (error == ENOMEM)) note(&counts, "poll", "unexpected end");

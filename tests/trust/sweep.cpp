@@ -240,7 +240,7 @@ static void sweep_sample(const course& run, role where, int turn) {
   }
 }
 
-static void sweep_heap(const course& run, role where, bool once) {
+static void sweep_allocations(const course& run, role where, bool once) {
   for (int nth = 1; try_failure(run, {{where, 0, 0}, nth}, nullptr) && !once; ++nth) {
   }
 }
@@ -286,7 +286,7 @@ tally sweep_operation(const operation& op, extent how_much, int turn) {
   for (const role where : {role::kServer, role::kWorker}) {
     if (where == role::kWorker && !op.sequence) continue;
     sweep_calls(run, where, how_much, turn);
-    sweep_heap(run, where, how_much == extent::kSample);
+    sweep_allocations(run, where, how_much == extent::kSample);
   }
   return counts;
 }

@@ -18,7 +18,7 @@
 #include "trust/heap_page.h"
 
 // Sequences run dozens of shell commands.
-static constexpr double kPatience = 20;
+static constexpr double kQuietPatience = 20;
 
 static constexpr char kHncMarker[] = "/nvram/hnc_enable";
 static constexpr uint32_t kSetRadStatEnable = 243;
@@ -34,8 +34,8 @@ static int make_socket() {
 }
 
 static int service_socket() {
-  static const int sock = make_socket();
-  return sock;
+  static const int kSock = make_socket();
+  return kSock;
 }
 
 static answer read_answer(uint32_t xid) {
@@ -71,7 +71,7 @@ answer serve(const request& wanted) {
   stand how;
   do {
     wake();
-    how = run_until_quiet(kPatience);
+    how = run_until_quiet(kQuietPatience);
   } while (how == stand::kQuiet && request_waits());
   answer result = read_answer(xid);
   result.how = how;
@@ -102,7 +102,7 @@ bool start_daemon_traced() {
   arm({});
   arm_heap(0, 0);
   start_daemon_process();
-  if (run_until_quiet(kPatience) == stand::kQuiet) return true;
+  if (run_until_quiet(kQuietPatience) == stand::kQuiet) return true;
   fprintf(stderr, "the daemon does not come up: %s\n", daemon_errors().c_str());
   return false;
 }

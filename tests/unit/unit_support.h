@@ -6,15 +6,12 @@
 #include <vector>
 
 #include "support/files.h"
+#include "support/gateway.h"
 
 // Shared by the unit tests.
 
-constexpr char kProfile24[] = "/tmp/mt76xx_24.dat";
-constexpr char kProfile5[] = "/tmp/mt76xx_5.dat";
 constexpr char kLock24[] = "/tmp/.mt76xx_24.dat.lock";
 constexpr char kLock5[] = "/tmp/.mt76xx_5.dat.lock";
-constexpr char kMirror24[] = "/tmp/mt76xx_24.dat.hnc";
-constexpr char kMirror5[] = "/tmp/mt76xx_5.dat.hnc";
 
 // The prefix of a function's console messages.
 std::string rpc_prefix(const std::string& function);
@@ -74,7 +71,9 @@ std::vector<std::string> driver_requests();
 
 bool contains(const std::string& text, const std::string& part);
 
-int count_of(const std::string& text, const std::string& part);
+// Installs a stand-in for the host's library. A gateway has it there or not at all.
+constexpr char kHostLibrary[] = "/usr/lib/libvexal_rev_rpc_client.so";
+void install_host_library(const char* from = HOST_LIBRARY);
 
 // A child process with that name, which sleeps until it is ended.
 pid_t start_process_named(const std::string& name);

@@ -17,7 +17,6 @@
 #define SKIP_WITHOUT_OTHER_USERS() \
   if (!has_other_users()) GTEST_SKIP() << "this box has one user id only"
 
-static constexpr uint32_t kSetSsid = 22;
 static constexpr uint32_t kSetPassPhrase = 65;
 static constexpr char kSecret[] = "a pass phrase of ours";
 static constexpr char kProfile[] = "/tmp/mt76xx_24.dat";

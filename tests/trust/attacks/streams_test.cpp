@@ -9,8 +9,6 @@
 #include "support/wire.h"
 #include "trust/attacks/attacker.h"
 
-static constexpr uint32_t kSetSsid = 22;
-
 // A daemon started through `start` serves while it traces, and its child survives.
 static void serves_and_traces(const std::string& start) {
   if (!has_other_users()) GTEST_SKIP() << "this box has one user id only";

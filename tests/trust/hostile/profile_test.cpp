@@ -20,10 +20,10 @@ static std::vector<std::string> documented_keys() {
   std::istringstream page(read_file(KEYS_PAGE));
   std::vector<std::string> keys;
   std::string term;
-  static const std::regex bold("\\*([A-Z][A-Za-z0-9_]*)\\*");
+  static const std::regex kBold("\\*([A-Z][A-Za-z0-9_]*)\\*");
   for (std::string line; std::getline(page, line);) {
     if (line.starts_with("\t")) {
-      for (std::sregex_iterator at(term.begin(), term.end(), bold), end; at != end; ++at)
+      for (std::sregex_iterator at(term.begin(), term.end(), kBold), end; at != end; ++at)
         keys.push_back((*at)[1]);
     }
     term = line.starts_with("*") ? line : "";

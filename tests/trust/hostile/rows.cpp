@@ -9,28 +9,28 @@
 template <typename T>
 static constexpr member_kind kKind = T::not_known_here;
 template <>
-constexpr member_kind kKind<int> = member_kind::number;
+constexpr member_kind kKind<int> = member_kind::kNumber;
 template <>
-constexpr member_kind kKind<u_int> = member_kind::number;
+constexpr member_kind kKind<u_int> = member_kind::kNumber;
 template <>
-constexpr member_kind kKind<u_short> = member_kind::number;
+constexpr member_kind kKind<u_short> = member_kind::kNumber;
 template <>
-constexpr member_kind kKind<string_t> = member_kind::text;
+constexpr member_kind kKind<string_t> = member_kind::kText;
 template <>
-constexpr member_kind kKind<hnc_supported_hne_table> = member_kind::record;
+constexpr member_kind kKind<hnc_supported_hne_table> = member_kind::kRecord;
 
 const std::vector<row>& all_rows() {
-  static const std::vector<row> rows = {
+  static const std::vector<row> kRows = {
 #define NOTHING
 #define SHARED(stem)
-#define INDEX(name) member_kind::number,
+#define INDEX(name) member_kind::kNumber,
 #define FIELD(type, name) kKind<type>,
-#define ONLY_INDEX(name) member_kind::number,
+#define ONLY_INDEX(name) member_kind::kNumber,
 #define ONLY(type, name) kKind<type>,
 #define PROCEDURE(number, name, stem, topic, members, ...) {number, #name, {members}},
 #include "rpc/procedures.def"
   };
-  return rows;
+  return kRows;
 }
 
 bool moves_radios(const row& procedure) {
@@ -52,11 +52,11 @@ static std::string record_of(const std::string& text, uint32_t number) {
 
 static std::string member_of(member_kind kind, const std::string& text, uint32_t number) {
   switch (kind) {
-    case member_kind::number:
+    case member_kind::kNumber:
       return xdr_word(number);
-    case member_kind::text:
+    case member_kind::kText:
       return xdr_text(text);
-    case member_kind::record:
+    case member_kind::kRecord:
       return record_of(text, number);
   }
   return "";

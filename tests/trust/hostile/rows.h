@@ -9,9 +9,9 @@
 // handles it.
 
 enum class member_kind {
-  number,
-  text,
-  record,  // the row of an extender model: texts of a fixed size and numbers
+  kNumber,
+  kText,
+  kRecord,  // the row of an extender model: texts of a fixed size and numbers
 };
 
 struct row {

@@ -29,7 +29,7 @@ static int call_everything_with(const hostile_text& hostile) {
   int calls = 0;
   for (const row& procedure : all_rows()) {
     for (size_t place = 0; place < procedure.members.size(); ++place) {
-      if (procedure.members[place] == member_kind::number) continue;
+      if (procedure.members[place] == member_kind::kNumber) continue;
       call_with(procedure, place, hostile);
       ++calls;
     }
@@ -107,7 +107,7 @@ static void call_with_number(const row& procedure, uint32_t number) {
   const std::string what = procedure.name + " with " + std::to_string(number);
   const std::vector<std::string> before = profile_lines();
   for (size_t place = 0; place < procedure.members.size(); ++place) {
-    if (procedure.members[place] == member_kind::text) continue;
+    if (procedure.members[place] == member_kind::kText) continue;
     expect_answer(procedure, arguments_with(procedure, place, number), what);
   }
   expect_answer(procedure, arguments(procedure, number), what);

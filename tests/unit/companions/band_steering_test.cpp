@@ -124,16 +124,16 @@ TEST(BandSteering, NeedsItsSwitchBothRadiosAndBothFirstBsses) {
     const char* key;
     const char* off;
     const char* on;
-  } const kSwitches[] = {{kProfile24, "BandSteering", "0", "1"},
-                         {kProfile24, "RadioOn", "0", "1"},
-                         {kProfile5, "RadioOn", "0", "1"},
-                         {kProfile24, "BssEnabled", "0;1", "1;1"},
-                         {kProfile5, "BssEnabled", "0;1", "1;1"}};
+  } const switches[] = {{kProfile24, "BandSteering", "0", "1"},
+                        {kProfile24, "RadioOn", "0", "1"},
+                        {kProfile5, "RadioOn", "0", "1"},
+                        {kProfile24, "BssEnabled", "0;1", "1;1"},
+                        {kProfile5, "BssEnabled", "0;1", "1;1"}};
   make_bands_alike();
   note_commands();
   switch_log_on();
   int refused = 0;
-  for (const auto& item : kSwitches) {
+  for (const auto& item : switches) {
     set_profile_value(item.profile, item.key, item.off);
     bndstrgStart(1);
     EXPECT_EQ(count_of(logged(),

@@ -35,10 +35,10 @@ TEST(Dcs, NeedsItsSwitchesTheRadioAndAnAutomaticChannel) {
   struct {
     const char* key;
     const char* value;
-  } const kRefused[] = {{"MSODCSOn", "0"}, {"USERDCSOn", "0"}, {"RadioOn", "0"},
-                        {"Channel", "6"},  {"Channel", "11"},  {"Channel", "36"}};
+  } const refused[] = {{"MSODCSOn", "0"}, {"USERDCSOn", "0"}, {"RadioOn", "0"},
+                       {"Channel", "6"},  {"Channel", "11"},  {"Channel", "36"}};
   note_commands();
-  for (const auto& item : kRefused) {
+  for (const auto& item : refused) {
     switch_dcs_on();
     set_profile_value(kProfile24, item.key, item.value);
     dcsStart(1);

@@ -32,8 +32,8 @@ TEST(Instance, MayNotRunWhileAnotherHoldsTheLock) {
     struct flock whole = {};
     whole.l_type = F_WRLCK;
     char byte = fcntl(file, F_SETLK, &whole) == 0 ? 'y' : 'n';
-    (void)!write(ready[1], &byte, 1);
-    (void)!read(hold[0], &byte, 1);
+    static_cast<void>(!write(ready[1], &byte, 1));
+    static_cast<void>(!read(hold[0], &byte, 1));
     _exit(0);
   }
   char byte = 'n';

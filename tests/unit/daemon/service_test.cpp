@@ -67,7 +67,7 @@ TEST(Service, NoSocketEndsTheProcess) {
   EXPECT_EXIT(
       {
         fail_system_call(SYS_socket, EMFILE);
-        (void)build_rpc_sockt(-1, kAddress);
+        static_cast<void>(build_rpc_sockt(-1, kAddress));
       },
       testing::ExitedWithCode(1), "^socket: Too many open files\n$");
 }

@@ -66,7 +66,7 @@ TEST(Supervisor, ForksAgainWithoutEndUntilItIsTerminated) {
   ASSERT_EQ(system("ip address flush to 192.168.254.254"), 0);
   const pid_t supervisor = fork();
   if (supervisor == 0) {
-    (void)!freopen("/dev/null", "w", stderr);
+    static_cast<void>(!freopen("/dev/null", "w", stderr));
     supervise();
   }
   EXPECT_TRUE(wait_until([] { return count_of(logged(), "Child exited with status = 1\n") >= 5; }));

@@ -290,7 +290,7 @@ TEST(Listener, WithoutASocketTheProcessEndsWithItsReason) {
       {
         fail_system_call(SYS_socket, EMFILE);
         hnc_reply reply;
-        (void)ask("Enable", &reply);
+        static_cast<void>(ask("Enable", &reply));
       },
       testing::ExitedWithCode(1), "^ERROR opening socket: Too many open files\n$");
 }

@@ -47,7 +47,7 @@ struct text_row {
   [](int* value) { return hnc_get##name(value); }, [](int value) { return hnc_set##name(value); }
 
 static const std::vector<number_row>& numbers() {
-  static const std::vector<number_row> rows = {
+  static const std::vector<number_row> kRows = {
       {"AcmEnable", "ACMEnable", true, 0, "0", kNone, kNotRunning, WITH_INSTANCE(AcmEnable)},
       {"TopologyEnable", "TopologyEnable", true, 0, "0", kBoth, kBoth,
        WITH_INSTANCE(TopologyEnable)},
@@ -69,7 +69,7 @@ static const std::vector<number_row>& numbers() {
       {"HneSecurityEnable", "SecurityEnable", true, 0, "", kBoth, kBoth,
        WITHOUT_INSTANCE(HneSecurityEnable)},
   };
-  return rows;
+  return kRows;
 }
 
 #define TEXT_OF_INSTANCE(name)                                                                 \
@@ -77,7 +77,7 @@ static const std::vector<number_row>& numbers() {
       [](const char* text) { return hnc_set##name(7, text); }
 
 static const std::vector<text_row>& texts() {
-  static const std::vector<text_row> rows = {
+  static const std::vector<text_row> kRows = {
       {"UpdateFWURL", "UpdateFwUrl", true, TEXT_OF_INSTANCE(UpdateFWURL)},
       {"UpdateFWFilename", "UpdateFwFilename", true, TEXT_OF_INSTANCE(UpdateFWFilename)},
       {"UpdateFWUsername", "UpdateFwUsername", true, TEXT_OF_INSTANCE(UpdateFWUsername)},
@@ -89,7 +89,7 @@ static const std::vector<text_row>& texts() {
       {"SupportedHNEModelnumber", "HNEModelnumber", false,
        TEXT_OF_INSTANCE(SupportedHNEModelnumber)},
   };
-  return rows;
+  return kRows;
 }
 
 static void run_controller() {

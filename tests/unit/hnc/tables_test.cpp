@@ -9,7 +9,7 @@
 #include "support/hnc_listener.h"
 #include "unit_support.h"
 
-static void start_controller() {
+static void start_controller_in_utc() {
   write_file("/nvram/hnc_enable", "");
   start_listener();
   // Traces show local times.
@@ -50,7 +50,7 @@ static hnc_supported_hne sample_record() {
 }
 
 TEST(HneTables, RowsAreCopiedByteForByte) {
-  start_controller();
+  start_controller_in_utc();
   const std::string reply = patterned_reply(0);
   listener_answers(reply);
   std::string record(1492 + 8, '#');
@@ -64,7 +64,7 @@ TEST(HneTables, RowsAreCopiedByteForByte) {
 }
 
 TEST(HneTables, RowsAreAddressedAsTheyAre) {
-  start_controller();
+  start_controller_in_utc();
   const hnc_supported_hne none = {};
   for (const unsigned row : {0u, 17u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu}) {
     std::string record(1492, '#');
@@ -76,7 +76,7 @@ TEST(HneTables, RowsAreAddressedAsTheyAre) {
 }
 
 TEST(HneTables, OnlyMinusOneIsATableError) {
-  start_controller();
+  start_controller_in_utc();
   std::string record(1492, '#');
   for (const int32_t error : {0, 1, -2, INT_MIN, INT_MAX}) {
     listener_answers(hnc_reply_bytes("", error));
@@ -95,7 +95,7 @@ TEST(HneTables, OnlyMinusOneIsATableError) {
 }
 
 TEST(HneTables, OtherSetsDoNotNoticeATableError) {
-  start_controller();
+  start_controller_in_utc();
   listener_answers(hnc_reply_bytes("", -1));
   const hnc_supported_hne record = sample_record();
   EXPECT_EQ(hnc_setSupportedHneTableEntry(1, &record), 0);
@@ -103,7 +103,7 @@ TEST(HneTables, OtherSetsDoNotNoticeATableError) {
 }
 
 TEST(HneTables, EmptyOrShortReplyIsARowOfZeros) {
-  start_controller();
+  start_controller_in_utc();
   for (const size_t size : {0, 1, 20}) {
     listener_answers(std::string(size, 'x'));
     std::string record(1232, '#');
@@ -113,7 +113,7 @@ TEST(HneTables, EmptyOrShortReplyIsARowOfZeros) {
 }
 
 TEST(HneTables, RecordIsSentFieldByField) {
-  start_controller();
+  start_controller_in_utc();
   const hnc_supported_hne record = sample_record();
   EXPECT_EQ(hnc_setSupportedHneTableEntry(7, &record), 0);
   std::string expected = hnc_request_bytes(1, "SuppHneEntry", 7, "");
@@ -134,7 +134,7 @@ TEST(HneTables, RecordIsSentFieldByField) {
 }
 
 TEST(HneTables, TextThatFillsItsFieldIsSentWithoutATerminator) {
-  start_controller();
+  start_controller_in_utc();
   hnc_supported_hne record;
   memset(&record, 'F', sizeof record);
   EXPECT_EQ(hnc_setSupportedHneTableEntry(1, &record), 0);
@@ -142,7 +142,7 @@ TEST(HneTables, TextThatFillsItsFieldIsSentWithoutATerminator) {
 }
 
 TEST(HneTables, NothingBehindATextsEndIsSent) {
-  start_controller();
+  start_controller_in_utc();
   const struct {
     size_t offset, size;
   } texts[] = {{8, 64}, {72, 64}, {136, 64}, {200, 256}, {456, 256}, {712, 256}, {968, 256}};
@@ -162,7 +162,7 @@ TEST(HneTables, NothingBehindATextsEndIsSent) {
 }
 
 TEST(HneTables, DeviceNameIsCutTo127Bytes) {
-  start_controller();
+  start_controller_in_utc();
   const std::string longest(127, 'n');
   const std::pair<std::string, std::string> names[] = {
       {"Attic; $(reboot) '%n\n", "Attic; $(reboot) '%n\n"},
@@ -177,7 +177,7 @@ TEST(HneTables, DeviceNameIsCutTo127Bytes) {
 }
 
 TEST(HneTables, RowStatusIsSentAsDecimalText) {
-  start_controller();
+  start_controller_in_utc();
   const std::pair<int, std::string> values[] = {{6, "6"}, {-1, "-1"}, {INT_MIN, "-2147483648"}};
   for (const auto& [status, text] : values) {
     EXPECT_EQ(hnc_setSupportedHneRowStatus(4, status), 0);
@@ -220,7 +220,7 @@ TEST(HneTables, FailedExchangeIsReported) {
 }
 
 TEST(HneTables, GettersTraceTheTableErrorAndTheLastAttempt) {
-  start_controller();
+  start_controller_in_utc();
   std::string reply = hnc_reply_bytes("");
   reply.replace(132 + 916, 4, little_endian(0xFFFFFFFF));
   listener_answers(reply);
@@ -241,7 +241,7 @@ TEST(HneTables, GettersTraceTheTableErrorAndTheLastAttempt) {
 }
 
 TEST(HneTables, SettersTraceTheirInput) {
-  start_controller();
+  start_controller_in_utc();
   switch_console_on();
   const std::string name = rev_prefix("hnc_setHneDeviceName");
   EXPECT_TRUE(output_of([] { EXPECT_EQ(hnc_setHneDeviceName(9, "At%nic"), 0); })
@@ -255,7 +255,7 @@ TEST(HneTables, SettersTraceTheirInput) {
 }
 
 TEST(HneTables, RecordIsTracedBeforeTheControllerIsLookedFor) {
-  start_controller();
+  start_controller_in_utc();
   ASSERT_EQ(unlink("/nvram/hnc_enable"), 0);
   switch_console_on();
   hnc_supported_hne record = sample_record();
@@ -285,7 +285,7 @@ TEST(HneTables, RecordIsTracedBeforeTheControllerIsLookedFor) {
 }
 
 TEST(HneTables, TracedTimeIsALocalOne) {
-  start_controller();
+  start_controller_in_utc();
   switch_console_on();
   // Five and a half hours ahead of UTC.
   setenv("TZ", "AHEAD-5:30", 1);
@@ -310,7 +310,7 @@ TEST(HneTables, EntryOfTheOtherSettersIsTracedBeforeTheControllerIsLookedFor) {
 }
 
 TEST(HneTables, TraceStaysInsideFieldsWithoutATerminator) {
-  start_controller();
+  start_controller_in_utc();
   switch_console_on();
   hnc_supported_hne record;
   memset(&record, 'F', sizeof record);

@@ -126,12 +126,12 @@ TEST(Interfaces, ValueOfTheLastStepIsReturned) {
     const char* bsses;
     int value;
     const char* up;
-  } const kProfiles[] = {
+  } const profiles[] = {
       {"1", "1;0;0;0;0;0;0;1", 1, "ra0\nra7\n"}, {"1", "1;1;0;0;0;0;0;0", 0, "ra0\nra1\n"},
       {"1", "0;2;0;0;0;0;0;2", 2, ""},           {"0", "1;1;1;1;1;1;1;1", 0, ""},
       {"2", "1;1;1;1;1;1;1;1", 2, ""},
   };
-  for (const auto& item : kProfiles) {
+  for (const auto& item : profiles) {
     for (const int radio : {1, 9}) {
       const char* profile = radio == 1 ? kProfile24 : kProfile5;
       set_profile_value(profile, "RadioOn", item.radio);

@@ -296,7 +296,7 @@ TEST(Dispatch, FreeingAResultAnswersOne) {
 // Inert operations.
 
 static bool is_inert(const table_row& row) {
-  return row.kind == row_kind::inert || row.kind == row_kind::refused;
+  return row.kind == row_kind::kInert || row.kind == row_kind::kRefused;
 }
 
 static std::string zero_answer(const table_row& row, int status) {
@@ -313,7 +313,7 @@ TEST(Inert, EveryOperationAnswersItsStatusAndZeros) {
   for (const table_row& row : table_rows()) {
     if (!is_inert(row)) continue;
     dirty_the_stack();
-    const int status = row.kind == row_kind::refused ? -1 : 0;
+    const int status = row.kind == row_kind::kRefused ? -1 : 0;
     EXPECT_EQ(answer_to(row.number, row.sample), zero_answer(row, status)) << row.name;
   }
 }
@@ -324,7 +324,7 @@ TEST(Inert, OnlyTheseAreRefused) {
                                          "WLAN_GET_DOT11U_ATTRIBUTE", "WLAN_SET_DOT11U_ATTRIBUTE"};
   for (const table_row& row : table_rows()) {
     if (!is_inert(row)) continue;
-    EXPECT_EQ(row.kind == row_kind::refused, refused.contains(row.name)) << row.name;
+    EXPECT_EQ(row.kind == row_kind::kRefused, refused.contains(row.name)) << row.name;
   }
 }
 

@@ -20,14 +20,14 @@ static std::string first_logged(Handler handler, Result* result) {
 
 TEST(LifecycleHandlers, RequestsAreTracedWithoutTheirArguments) {
   switch_log_on();
-  int (*const kHandlers[])(int*) = {
+  int (*const handlers[])(int*) = {
       [](int* result) { return wlan_load_1_svc(1, result, nullptr); },
       [](int* result) { return wlan_init_1_svc(result, nullptr); },
       [](int* result) { return wlan_restart_1_svc(12, result, nullptr); },
       [](int* result) { return wlan_restart_all_1_svc(result, nullptr); },
       [](int* result) { return wlan_reset_1_svc(result, nullptr); },
   };
-  for (const auto& handler : kHandlers) {
+  for (const auto& handler : handlers) {
     int result = 7;
     EXPECT_EQ(first_logged(handler, &result), "WLAN RPC server :\n");
     EXPECT_EQ(result, 0);

@@ -151,10 +151,10 @@ TEST(Handlers, EveryTextGetterOfTheControllerShowsItsTextTwice) {
   write_file("/nvram/hnc_enable", "");
   start_listener();
   listener_answers(hnc_reply_bytes("given %n"));
-  using getter = int (*)(int, wlan_config_result_data_t*, svc_req*);
+  using text_getter = int (*)(int, wlan_config_result_data_t*, svc_req*);
   const struct {
     const char* name;
-    getter handler;
+    text_getter handler;
   } getters[] = {
       {"updatefw_url", hnc_get_updatefw_url_1_svc},
       {"updatefw_filename", hnc_get_updatefw_filename_1_svc},
@@ -184,10 +184,10 @@ TEST(Handlers, GetterWithoutInputShowsNone) {
   write_file("/nvram/hnc_enable", "");
   start_listener();
   listener_answers(hnc_reply_bytes("1"));
-  using getter = int (*)(wlan_config_result_data_t*, svc_req*);
+  using plain_getter = int (*)(wlan_config_result_data_t*, svc_req*);
   const struct {
     const char* name;
-    getter handler;
+    plain_getter handler;
   } getters[] = {
       {"client_steering_enable", hnc_get_client_steering_enable_1_svc},
       {"client_rrm_enable", hnc_get_client_rrm_enable_1_svc},
@@ -236,11 +236,11 @@ TEST(Handlers, NothingIsTracedWithoutTheSwitches) {
 
 TEST(Handlers, HandlersWithoutABackEndAnswerAnEmptyRecord) {
   switch_log_on();
-  using getter = int (*)(int, wlan_config_result_data_t*, svc_req*);
+  using empty_getter = int (*)(int, wlan_config_result_data_t*, svc_req*);
 #define ADDRESS(handler) handler,
-  const getter getters[] = {DCS_GETTERS(ADDRESS) wlan_get_radio_upstream_1_svc};
+  const empty_getter getters[] = {DCS_GETTERS(ADDRESS) wlan_get_radio_upstream_1_svc};
   EXPECT_EQ(std::size(getters), 14u);
-  for (const getter handler : getters) {
+  for (const empty_getter handler : getters) {
     wlan_config_result_data_t result = {};
     EXPECT_EQ(handler(9, &result, nullptr), 1);
     EXPECT_EQ(encoded(xdr_wlan_config_result_data_t, &result), zeros(3));

@@ -79,13 +79,13 @@ static std::vector<table_row> build_rows() {
 #define ROW(kind, number, name, argument, ...) \
   {number, name, row_kind::kind, TYPE_NAME(argument), "", __VA_ARGS__, ""},
 #define PROCEDURE(number, name, stem, topic, members, answer, back_end, ...) \
-  ROW(derived, number, #name, ARGUMENT(stem, FIRST_##members), answer)
+  ROW(kDerived, number, #name, ARGUMENT(stem, FIRST_##members), answer)
 #define INERT(number, name, stem, topic, members, answer, back_end, ...) \
-  ROW(inert, number, #name, ARGUMENT(stem, FIRST_##members), answer)
+  ROW(kInert, number, #name, ARGUMENT(stem, FIRST_##members), answer)
 #define INERT_REFUSED(number, name, stem, topic, members, answer, back_end, ...) \
-  ROW(refused, number, #name, ARGUMENT(stem, FIRST_##members), answer)
+  ROW(kRefused, number, #name, ARGUMENT(stem, FIRST_##members), answer)
 #define OWN(number, name, stem, topic, members, answer, back_end, ...) \
-  ROW(own, number, #name, ARGUMENT(stem, FIRST_##members), answer)
+  ROW(kOwn, number, #name, ARGUMENT(stem, FIRST_##members), answer)
 #include "rpc/procedures.def"
   };
   const auto members = member_lists();
@@ -98,8 +98,8 @@ static std::vector<table_row> build_rows() {
 }
 
 const std::vector<table_row>& table_rows() {
-  static const std::vector<table_row> rows = build_rows();
-  return rows;
+  static const std::vector<table_row> kRows = build_rows();
+  return kRows;
 }
 
 static std::string text_of_number(uint32_t number) {

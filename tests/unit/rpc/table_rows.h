@@ -6,7 +6,7 @@
 
 // The procedure table as the tests see it.
 
-enum class row_kind { derived, inert, refused, own };
+enum class row_kind { kDerived, kInert, kRefused, kOwn };
 
 struct table_row {
   uint32_t number;

@@ -8,7 +8,7 @@
 #include "support/stations.h"
 #include "unit_support.h"
 
-static constexpr char kFailed[] = " get radio bytes send failed. \n ";
+static constexpr char kGetFailed[] = " get radio bytes send failed. \n ";
 
 static void set_bytes(int bss, const std::string& received, const std::string& sent) {
   gwbox("set bss " + std::to_string(bss) + " ssid_rx_bytes=" + received + " ssid_tx_bytes=" + sent);
@@ -74,7 +74,7 @@ TEST(ByteCounters, FailureIsReportedAndAddsNothing) {
     const std::string errors = errors_of([] { EXPECT_EQ(wlan_getSSIDTxRxBytes(1), -1); });
     EXPECT_EQ(errors, rpc_error_prefix("rtpriv_get_ioctl_2") +
                           "ioctl failed (cmd=0x8BE1, sub_cmd=0x69A) \n" +
-                          rev_error_prefix("wlan_getSSIDTxRxBytes") + kFailed);
+                          rev_error_prefix("wlan_getSSIDTxRxBytes") + kGetFailed);
   }
   EXPECT_EQ(mbss_stat_24g[0].received, 0u);
   EXPECT_EQ(wlan_getSSIDTxRxBytes(1), 0);

@@ -111,9 +111,9 @@ TEST(ChannelUtilization, ComesFromTheRadioAndIsTraced) {
                        "wlan_getChannelUtilization\033[0m  channel utilization = 12. "
                        "BusyTime = 120, Period = 1000\n "))
       << output;
-  EXPECT_EQ(member(last_of("channel_load"), "interface"), "ra8");
-  EXPECT_EQ(member(last_of("channel_load"), "sub"), "0x0693");
-  EXPECT_EQ(member(last_of("channel_load"), "length"), "19");
+  EXPECT_EQ(member_of(last_of("channel_load"), "interface"), "ra8");
+  EXPECT_EQ(member_of(last_of("channel_load"), "sub"), "0x0693");
+  EXPECT_EQ(member_of(last_of("channel_load"), "length"), "19");
 }
 
 TEST(ChannelUtilization, DriverTellsWhetherItIsOn) {

@@ -7,10 +7,9 @@
 #include <climits>
 
 #include "datagram_daemon.h"
+#include "statistics/radstat_sockets.h"
 #include "unit_support.h"
 
-static const std::string kRa0 = "/var/run/radstat/ra0";
-static const std::string kRa8 = "/var/run/radstat/ra8";
 static const std::string kRequest("result\0", 7);
 
 // The values of all getters, in order.

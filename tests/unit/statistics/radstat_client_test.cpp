@@ -11,11 +11,10 @@
 #include <thread>
 
 #include "datagram_daemon.h"
+#include "statistics/radstat_sockets.h"
 #include "unit_support.h"
 
 static const std::string kDaemon = "/var/run/test_daemon";
-static const std::string kRa0 = "/var/run/radstat/ra0";
-static const std::string kRa8 = "/var/run/radstat/ra8";
 
 static std::string own_path() {
   return "/tmp/rad_ctrl_" + std::to_string(getpid());
@@ -340,20 +339,20 @@ TEST(RadCtrlBuffered, IndexSelectsDaemonAndKeptReply) {
     int index;
     const char* interface;
     char kept;
-  } const kCases[] = {{7, "ra6", 'a'},
-                      {8, "ra7", 'b'},
-                      {17, "ra16", 'b'},
-                      {0, "ra-1", 'a'},
-                      {-5, "ra-6", 'a'},
-                      {2147483647, "ra2147483646", 'b'},
-                      {-2147483647 - 1, "ra-2147483649", 'a'}};
+  } const cases[] = {{7, "ra6", 'a'},
+                     {8, "ra7", 'b'},
+                     {17, "ra16", 'b'},
+                     {0, "ra-1", 'a'},
+                     {-5, "ra-6", 'a'},
+                     {2147483647, "ra2147483646", 'b'},
+                     {-2147483647 - 1, "ra-2147483649", 'a'}};
   datagram_daemon daemon;
   for (const auto& [index, letter] : {std::pair(1, 'a'), std::pair(9, 'b')}) {
     start_datagram_daemon(index == 1 ? kRa0 : kRa8, {std::string(192, letter)}, &daemon);
     ask(index);
     end_datagram_daemon(&daemon);
   }
-  for (const auto& row : kCases) {
+  for (const auto& row : cases) {
     start_datagram_daemon(std::string("/var/run/radstat/") + row.interface,
                           {std::string(192, '\0')}, &daemon);
     expect_answer(ask(row.index), 0, 192, std::string(192, row.kept));

@@ -13,7 +13,7 @@
 #include "support/stations.h"
 #include "unit_support.h"
 
-static constexpr char kFailed[] = "ioctl failed (cmd=0x8BE1, sub_cmd=0x67D)\n";
+static constexpr char kIoctlFailed[] = "ioctl failed (cmd=0x8BE1, sub_cmd=0x67D)\n";
 using words = std::vector<uint32_t>;
 
 // Sets a BSS's counters to first, first + 1, ...
@@ -80,7 +80,7 @@ TEST(Traffic, CountersThatCannotBeReadAreZeros) {
       EXPECT_EQ(basic_words(bss), words(5, 0)) << bss;
       EXPECT_EQ(stats(bss), words(11, 0)) << bss;
     });
-    EXPECT_EQ(count_of(errors, kFailed), 2) << errors;
+    EXPECT_EQ(count_of(errors, kIoctlFailed), 2) << errors;
   }
 }
 

@@ -124,12 +124,11 @@ TEST(BandSteeringSettings, OnlyTheFirstProfileIsRead) {
   struct {
     const char* profile24;
     int value;
-  } const kCases[] = {{"BandSteering=0\n", 0},    {"BandSteering=1\n", 1},
-                      {"BandSteering=12x\n", 12}, {"BandSteering=-3\n", -3},
-                      {"BandSteering=\n", 0},     {"Other=1\n", 0},
-                      {"BandSteering=yes\n", 0}};
+  } const cases[] = {{"BandSteering=0\n", 0},   {"BandSteering=1\n", 1}, {"BandSteering=12x\n", 12},
+                     {"BandSteering=-3\n", -3}, {"BandSteering=\n", 0},  {"Other=1\n", 0},
+                     {"BandSteering=yes\n", 0}};
   write_file(kProfile5, "BandSteering=5\n");
-  for (const auto& row : kCases) {
+  for (const auto& row : cases) {
     write_file(kProfile24, row.profile24);
     int value = 99;
     EXPECT_EQ(wlan_getBandSteerEnable(&value), 0);

@@ -16,9 +16,9 @@ TEST(BtmCapable, IsWhatTheDriverSays) {
   int capable = 99;
   EXPECT_EQ(wlan_getBtmCapable(9, &capable), 0);
   EXPECT_EQ(capable, 1);
-  EXPECT_EQ(member(last_of("btm"), "interface"), "ra8");
-  EXPECT_EQ(member(last_of("btm"), "sub"), "0x494A");
-  EXPECT_EQ(member(last_of("btm"), "length"), "1");
+  EXPECT_EQ(member_of(last_of("btm"), "interface"), "ra8");
+  EXPECT_EQ(member_of(last_of("btm"), "sub"), "0x494A");
+  EXPECT_EQ(member_of(last_of("btm"), "length"), "1");
 }
 
 TEST(BtmCapable, DriverWithoutItIsNoFailure) {
@@ -60,11 +60,11 @@ TEST(BtmEnable, DriverAndProfileAreSet) {
   EXPECT_EQ(profile_value(kProfile5, "WNMEnable"), "1");
   EXPECT_EQ(profile_value(kProfile24, "WNMEnable"), "0");
   const std::string request = last_of("btm_enable");
-  EXPECT_EQ(member(request, "name"), "object_set");
-  EXPECT_EQ(member(request, "interface"), "ra8");
-  EXPECT_EQ(member(request, "sub"), "0x094A");
-  EXPECT_EQ(member(request, "length"), "3");
-  EXPECT_EQ(member(request, "bytes"), "020001");
+  EXPECT_EQ(member_of(request, "name"), "object_set");
+  EXPECT_EQ(member_of(request, "interface"), "ra8");
+  EXPECT_EQ(member_of(request, "sub"), "0x094A");
+  EXPECT_EQ(member_of(request, "length"), "3");
+  EXPECT_EQ(member_of(request, "bytes"), "020001");
   int enabled = 99;
   EXPECT_EQ(wlan_getBtmEnable(9, &enabled), 0);
   EXPECT_EQ(enabled, 1);
@@ -101,7 +101,7 @@ TEST(BtmEnable, ValueGoesOutAsOneByte) {
   for (const auto& [value, bytes] : cases) {
     EXPECT_EQ(wlan_setBtmEnable(1, value), 0);
     EXPECT_EQ(profile_value(kProfile24, "WNMEnable"), std::to_string(value));
-    EXPECT_EQ(member(last_of("btm_enable"), "bytes"), bytes);
+    EXPECT_EQ(member_of(last_of("btm_enable"), "bytes"), bytes);
   }
 }
 

@@ -23,7 +23,7 @@ static void set_frame(const std::string& mac, const std::string& payload) {
   set_profile_value(kProfile24, "HNCActionFramePayload", payload);
 }
 
-static std::string zeros(size_t bytes) {
+static std::string hex_zeros(size_t bytes) {
   std::string digits;
   for (size_t i = 0; i < bytes; ++i)
     digits += "00";
@@ -37,18 +37,18 @@ TEST(TransitionRequest, GoesOutAsActionFrameAndSteerRecord) {
   EXPECT_EQ(profile_value(kProfile24, "HNCSteerSTAType"), "1");
   const auto requests = driver_requests();
   ASSERT_EQ(requests.size(), 2u);
-  EXPECT_EQ(member(requests[0], "name"), "object_set");
-  EXPECT_EQ(member(requests[0], "request"), "0x8BE1");
-  EXPECT_EQ(member(requests[0], "sub"), "0x06B0");
-  EXPECT_EQ(member(requests[0], "interface"), "ra0");
-  EXPECT_EQ(member(requests[0], "length"), "1034");
+  EXPECT_EQ(member_of(requests[0], "name"), "object_set");
+  EXPECT_EQ(member_of(requests[0], "request"), "0x8BE1");
+  EXPECT_EQ(member_of(requests[0], "sub"), "0x06B0");
+  EXPECT_EQ(member_of(requests[0], "interface"), "ra0");
+  EXPECT_EQ(member_of(requests[0], "length"), "1034");
   // Category, address, two body bytes, and the rest of the buffer.
-  EXPECT_EQ(member(requests[0], "bytes"), "0a00000002005e0000010a1b" + zeros(1022));
-  EXPECT_EQ(member(requests[1], "name"), "object_set");
-  EXPECT_EQ(member(requests[1], "sub"), "0x06B1");
-  EXPECT_EQ(member(requests[1], "length"), "20");
+  EXPECT_EQ(member_of(requests[0], "bytes"), "0a00000002005e0000010a1b" + hex_zeros(1022));
+  EXPECT_EQ(member_of(requests[1], "name"), "object_set");
+  EXPECT_EQ(member_of(requests[1], "sub"), "0x06B1");
+  EXPECT_EQ(member_of(requests[1], "length"), "20");
   // Address, padding, kind 1, action 0 and time 0.
-  EXPECT_EQ(member(requests[1], "bytes"), "02005e000001000001000000" + zeros(8));
+  EXPECT_EQ(member_of(requests[1], "bytes"), "02005e000001000001000000" + hex_zeros(8));
 }
 
 TEST(TransitionRequest, BodyEndsAtTheFirstPairThatIsNotHexadecimal) {
@@ -71,8 +71,8 @@ TEST(TransitionRequest, BodyEndsAtTheFirstPairThatIsNotHexadecimal) {
   for (const auto& [payload, body] : cases) {
     set_frame(kStation, payload);
     EXPECT_EQ(errors_of_steer(1, 1, 0), "") << payload;
-    EXPECT_EQ(member(last_of("action_frame"), "bytes"),
-              "0a00000002005e000001" + body + zeros(1024 - body.size() / 2))
+    EXPECT_EQ(member_of(last_of("action_frame"), "bytes"),
+              "0a00000002005e000001" + body + hex_zeros(1024 - body.size() / 2))
         << payload;
   }
 }
@@ -94,8 +94,8 @@ TEST(TransitionRequest, MalformedAddressIsTakenAsFarAsItGoes) {
   for (const auto& [text, mac] : cases) {
     set_frame(text, "0a");
     EXPECT_EQ(errors_of_steer(1, 1, 0), "") << text;
-    EXPECT_EQ(member(last_of("action_frame"), "bytes").substr(8, 12), mac) << text;
-    EXPECT_EQ(member(last_of("steer"), "bytes").substr(0, 12), mac) << text;
+    EXPECT_EQ(member_of(last_of("action_frame"), "bytes").substr(8, 12), mac) << text;
+    EXPECT_EQ(member_of(last_of("steer"), "bytes").substr(0, 12), mac) << text;
   }
 }
 
@@ -167,10 +167,10 @@ TEST(TransitionRequest, BodyNeverOverrunsTheFrame) {
   const auto* bytes = reinterpret_cast<const uint8_t*>(body.data());
   EXPECT_EQ(send_btm_action_frame_request(9, 0x01020304, mac, bytes, body.size()), 0);
   const std::string frame = last_of("action_frame");
-  EXPECT_EQ(member(frame, "interface"), "ra8");
-  EXPECT_EQ(member(frame, "length"), "1034");
-  EXPECT_TRUE(member(frame, "bytes").starts_with("040302010102030405067777"));
-  EXPECT_TRUE(member(frame, "bytes").ends_with("7777"));
+  EXPECT_EQ(member_of(frame, "interface"), "ra8");
+  EXPECT_EQ(member_of(frame, "length"), "1034");
+  EXPECT_TRUE(member_of(frame, "bytes").starts_with("040302010102030405067777"));
+  EXPECT_TRUE(member_of(frame, "bytes").ends_with("7777"));
 }
 
 TEST(Disconnect, RunsItsCommandForTheInterfaceOfTheIndex) {
@@ -268,10 +268,10 @@ TEST(Blacklist, RecordCarriesActionAndTime) {
     if (c.seconds == nullptr) remove_key(kProfile24, "HNCSteerBlackListTimer");
     EXPECT_EQ(errors_of_steer(1, 0, 0), "") << c.action;
     const std::string request = last_of("steer");
-    EXPECT_EQ(member(request, "name"), "object_set");
-    EXPECT_EQ(member(request, "sub"), "0x06B1");
-    EXPECT_EQ(member(request, "length"), "20");
-    EXPECT_EQ(member(request, "bytes"), "02005e0000010000" + c.record) << c.action;
+    EXPECT_EQ(member_of(request, "name"), "object_set");
+    EXPECT_EQ(member_of(request, "sub"), "0x06B1");
+    EXPECT_EQ(member_of(request, "length"), "20");
+    EXPECT_EQ(member_of(request, "bytes"), "02005e0000010000" + c.record) << c.action;
   }
 }
 
@@ -282,10 +282,10 @@ TEST(Blacklist, LongNumbersAreReadUpTo256Characters) {
   set_profile_value(kProfile24, "HNCSteerBlackListAction", zeros + "2");
   set_profile_value(kProfile24, "HNCSteerBlackListTimer", zeros + "7");
   EXPECT_EQ(errors_of_steer(1, 0, 0), "");
-  EXPECT_EQ(member(last_of("steer"), "bytes"), "02005e0000010000000000000200000007000000");
+  EXPECT_EQ(member_of(last_of("steer"), "bytes"), "02005e0000010000000000000200000007000000");
   set_profile_value(kProfile24, "HNCSteerBlackListTimer", zeros + "07");
   errors_of_steer(1, 0, 0);
-  EXPECT_EQ(member(last_of("steer"), "bytes"), "02005e0000010000000000000200000000000000");
+  EXPECT_EQ(member_of(last_of("steer"), "bytes"), "02005e0000010000000000000200000000000000");
   set_profile_value(kProfile24, "HNCSteerBlackListAction", zeros + "02");
   note_commands();
   errors_of_steer(1, 0, 0);
@@ -324,7 +324,7 @@ TEST(Blacklist, RefusalOfTheDriverIsAFailure) {
   }
   run("gwbox fail steer EIO");
   EXPECT_TRUE(contains(errors_of_steer(16, 0, -1), "sub_cmd=0x6B1)"));
-  EXPECT_EQ(member(last_of("steer"), "interface"), "ra15");
+  EXPECT_EQ(member_of(last_of("steer"), "interface"), "ra15");
 }
 
 TEST(Blacklist, WithoutAnActionTheAccessListIsUsed) {

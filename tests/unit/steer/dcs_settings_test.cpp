@@ -13,7 +13,7 @@
 #include "support/gateway.h"
 #include "unit_support.h"
 
-static const std::string kDaemon = "/var/run/dcsD";
+static const std::string kDcsDaemon = "/var/run/dcsD";
 
 namespace {
 
@@ -55,7 +55,7 @@ static std::string level_message(int64_t level) {
 }
 
 static void start_daemon(datagram_daemon* daemon) {
-  start_datagram_daemon(kDaemon, {}, daemon);
+  start_datagram_daemon(kDcsDaemon, {}, daemon);
 }
 
 TEST(DcsSettings, EachWritesItsKeyAndTellsTheDaemon) {
@@ -111,10 +111,10 @@ TEST(DcsSettings, SwitchesStartAndStopTheDaemonAndTellItNothing) {
   EXPECT_EQ(wlan_setMSODCSOn(1, 1), 0);
   EXPECT_EQ(run("pgrep -x dcs"), "") << "only one of the switches is on";
   EXPECT_EQ(end_datagram_daemon(&listening).size(), 0u);
-  unlink(kDaemon.c_str());
+  unlink(kDcsDaemon.c_str());
   EXPECT_EQ(wlan_setUSERDCSOn(1, 1), 0);
   EXPECT_TRUE(wait_until([] { return run("pgrep -xc dcs") == "1\n"; }));
-  EXPECT_TRUE(wait_until([] { return exists(kDaemon); }));
+  EXPECT_TRUE(wait_until([] { return exists(kDcsDaemon); }));
   EXPECT_EQ(wlan_setMSODCSOn(1, 0), 0);
   EXPECT_TRUE(wait_until([] { return run("pgrep -xc dcs") == "0\n"; }));
   EXPECT_FALSE(exists("/run/gwbox/dcs.jsonl")) << "it was told something";
@@ -128,7 +128,7 @@ TEST(DcsSettings, WithoutADaemonAllIsWellAndNothingSaid) {
       EXPECT_EQ(profile_value(kProfile5, one.key), "77");
     }
     EXPECT_EQ(wlan_setDCSRSSIWeight(9, "1,2"), 0);
-    close(listen_on(kDaemon));
+    close(listen_on(kDcsDaemon));
     EXPECT_EQ(wlan_setDCSDebugLevel(9, 78), 0) << "a socket that nobody has open";
   });
   EXPECT_EQ(errors, "");
@@ -202,7 +202,7 @@ TEST(DcsSettings, RssiWeightIsATextWithoutTypeAndLength) {
     std::string weight;
     std::string profile;
     std::string told;
-  } const kCases[] = {
+  } const cases[] = {
       {"1;2;3", "1;2;3", "DCSRSSIWeight=1;2;3"},
       {"", "", "DCSRSSIWeight="},
       {"'$(touch /tmp/pwned)`\"%n%s", "'$(touch /tmp/pwned)`\"%n%s",
@@ -211,7 +211,7 @@ TEST(DcsSettings, RssiWeightIsATextWithoutTypeAndLength) {
       {std::string(200, 'w'), std::string(200, 'w'), "DCSRSSIWeight=" + std::string(81, 'w')},
       {std::string(81, 'x'), std::string(81, 'x'), "DCSRSSIWeight=" + std::string(81, 'x')},
   };
-  for (const auto& row : kCases) {
+  for (const auto& row : cases) {
     datagram_daemon daemon;
     start_daemon(&daemon);
     EXPECT_EQ(wlan_setDCSRSSIWeight(9, row.weight.c_str()), 0);
@@ -240,7 +240,7 @@ static std::string not_sent(const std::string& text) {
 }
 
 TEST(DcsSettings, FailureToSendIsReportedWithTheTextBehindTheHeader) {
-  const int daemon = listen_on(kDaemon);
+  const int daemon = listen_on(kDcsDaemon);
   const int before = open_descriptors();
   fail_system_call(SYS_sendto, ENOBUFS);
   EXPECT_EQ(errors_of([] { EXPECT_EQ(wlan_setDCSMediumUtilizationWeight(1, 51), -1); }),
@@ -256,7 +256,7 @@ TEST(DcsSettings, FailureToSendIsReportedWithTheTextBehindTheHeader) {
 }
 
 TEST(DcsSettings, StuckDaemonIsGivenUpAfterTwoSeconds) {
-  const int daemon = start_stuck_daemon(kDaemon);
+  const int daemon = start_stuck_daemon(kDcsDaemon);
   const double waited =
       seconds_of([] { errors_of([] { EXPECT_EQ(wlan_setDCSDebugLevel(1, 5), -1); }); });
   EXPECT_GE(waited, 1.99);

@@ -10,7 +10,7 @@
 #include "datagram_daemon.h"
 #include "unit_support.h"
 
-static const std::string kDaemon = "/var/run/mtk_ctrl_path";
+static const std::string kEventDaemon = "/var/run/mtk_ctrl_path";
 static const std::string kReported = rev_error_prefix("wlan_getSteerEventReport");
 
 // An event in the daemon's reply.
@@ -70,7 +70,7 @@ static outcome ask(int radio) {
 
 static outcome ask_daemon(const std::string& reply) {
   datagram_daemon daemon;
-  start_datagram_daemon(kDaemon, {reply}, &daemon);
+  start_datagram_daemon(kEventDaemon, {reply}, &daemon);
   const outcome result = ask(1);
   EXPECT_EQ(end_datagram_daemon(&daemon).size(), 1u);
   EXPECT_FALSE(exists("/tmp/rad_ctrl_" + std::to_string(getpid())));
@@ -79,11 +79,11 @@ static outcome ask_daemon(const std::string& reply) {
 
 TEST(SteerEvents, RequestNamesTheRadio) {
   // Command 1, eight zero bytes, and the index minus one.
-  const std::pair<int, int64_t> kCases[] = {
+  const std::pair<int, int64_t> cases[] = {
       {1, 0}, {9, 8}, {0, -1}, {17, 16}, {INT_MAX, 0x7FFFFFFE}, {INT_MIN, 0x7FFFFFFF}};
-  for (const auto& [index, number] : kCases) {
+  for (const auto& [index, number] : cases) {
     datagram_daemon daemon;
-    start_datagram_daemon(kDaemon, {reply_of(0, {}, 0)}, &daemon);
+    start_datagram_daemon(kEventDaemon, {reply_of(0, {}, 0)}, &daemon);
     EXPECT_EQ(ask(index).status, 0);
     EXPECT_EQ(end_datagram_daemon(&daemon),
               std::vector<std::string>{little_endian({1, 0, 0, number})})
@@ -141,7 +141,7 @@ TEST(SteerEvents, ShortLongAndEmptyRepliesAreReadNoFurtherThanTheyGo) {
     std::string reply;
     std::string line;
     std::string report;
-  } const kCases[] = {
+  } const cases[] = {
       {"", "rcv reply_len = 0, event_data->count = 0\n", std::string(1156, '\0')},
       {whole.substr(0, 40), "rcv reply_len = 40, event_data->count = 0\n", std::string(1156, '\0')},
       {whole.substr(0, 396), "rcv reply_len = 396, event_data->count = 0\n",
@@ -149,7 +149,7 @@ TEST(SteerEvents, ShortLongAndEmptyRepliesAreReadNoFurtherThanTheyGo) {
       {whole + std::string(4000, '\x7F'), "rcv reply_len = 404, event_data->count = 32\n",
        report_of(std::vector<std::string>(32, reported(1, "61:61:61:61:61:61", 1, "1")), 32)},
   };
-  for (const auto& row : kCases) {
+  for (const auto& row : cases) {
     const outcome result = ask_daemon(row.reply);
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.errors, kReported + row.line);
@@ -162,7 +162,7 @@ TEST(SteerEvents, WithoutADaemonOrItsReplyItFails) {
   const outcome nobody = ask(1);
   EXPECT_EQ(nobody.status, -1);
   EXPECT_EQ(nobody.errors, kReported + "Could not connect\n");
-  const int silent = listen_on(kDaemon);
+  const int silent = listen_on(kEventDaemon);
   outcome result = {};
   const double waited = seconds_of([&] { result = ask(9); });
   EXPECT_EQ(result.status, -1);
@@ -175,7 +175,7 @@ TEST(SteerEvents, WithoutADaemonOrItsReplyItFails) {
 
 TEST(SteerEvents, RequestThatCannotBeSentFailsWithoutWaitingForAnAnswer) {
   const int before = open_descriptors();
-  const int stuck = start_stuck_daemon(kDaemon);
+  const int stuck = start_stuck_daemon(kEventDaemon);
   outcome result = {};
   const double waited = seconds_of([&] { result = ask(1); });
   EXPECT_GE(waited, 1.99) << "room was not waited for";
@@ -184,7 +184,7 @@ TEST(SteerEvents, RequestThatCannotBeSentFailsWithoutWaitingForAnAnswer) {
   EXPECT_EQ(result.report, std::string(1156, '\0'));
   EXPECT_EQ(result.errors, kReported + "request message failed.\n");
   close(stuck);
-  const int vanished = listen_on(kDaemon);
+  const int vanished = listen_on(kEventDaemon);
   fail_system_call(SYS_sendto, ECONNREFUSED);
   EXPECT_LT(seconds_of([&] { result = ask(1); }), 1.0) << "an answer was waited for";
   EXPECT_EQ(result.status, -1);
@@ -198,7 +198,7 @@ TEST(SteerEvents, EntriesAreTracedWithTheirTimeInUtc) {
   setenv("TZ", "JST-9", 1);
   datagram_daemon daemon;
   // 2001-09-09 01:46:40, and one second after 2038-01-19 03:14:07.
-  start_datagram_daemon(kDaemon,
+  start_datagram_daemon(kEventDaemon,
                         {reply_of(0,
                                   {event(3, -1, "\x02\x0c\x43\xaa\xbb\xcc", 1000000000),
                                    event(4, 5, "aaaaaa", 0x80000000)},

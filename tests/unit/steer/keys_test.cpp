@@ -48,9 +48,9 @@ static constexpr char kGet[] = "failed to get wifi profile, ret:0\n ";
 static constexpr char kUpdate[] = "failed to update wifi profile, ret:0\n ";
 
 // Each getter takes a buffer of its own size.
-template <size_t Size, int (*get)(int, char (&)[Size])>
+template <size_t Size, int (*Get)(int, char (&)[Size])>
 static int read_text(int index, char* text) {
-  return get(index, *reinterpret_cast<char(*)[Size]>(text));
+  return Get(index, *reinterpret_cast<char(*)[Size]>(text));
 }
 
 static constexpr text_getter kTextGetters[] = {

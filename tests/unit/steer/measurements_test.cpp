@@ -18,9 +18,9 @@ TEST(OperatingClass, IsTheDriversThirtyTwoBitValue) {
   EXPECT_EQ(value, 81);
   EXPECT_EQ(wlan_getOperatingClass(9, &value), 0);
   EXPECT_EQ(value, 115);
-  EXPECT_EQ(member(last_of("operating_class"), "interface"), "ra8");
-  EXPECT_EQ(member(last_of("operating_class"), "sub"), "0x06B2");
-  EXPECT_EQ(member(last_of("operating_class"), "length"), "3");
+  EXPECT_EQ(member_of(last_of("operating_class"), "interface"), "ra8");
+  EXPECT_EQ(member_of(last_of("operating_class"), "sub"), "0x06B2");
+  EXPECT_EQ(member_of(last_of("operating_class"), "length"), "3");
   switch_console_on();
   answer_object_with(0x06B2, "\x01\x02\x03\x04");
   const std::string output = output_of([&] { EXPECT_EQ(wlan_getOperatingClass(1, &value), 0); });
@@ -99,8 +99,8 @@ TEST(RadioMaxBitRate, IsInWholeMegabits) {
       << output;
   EXPECT_EQ(wlan_getRadioMaxBitRate(9, &value), 0);
   EXPECT_EQ(value, 866);
-  EXPECT_EQ(member(driver_requests().back(), "request"), "0x8B21");
-  EXPECT_EQ(member(driver_requests().back(), "interface"), "ra8");
+  EXPECT_EQ(member_of(driver_requests().back(), "request"), "0x8B21");
+  EXPECT_EQ(member_of(driver_requests().back(), "interface"), "ra8");
 }
 
 TEST(RadioMaxBitRate, FailureIsReportedWithTheIndex) {

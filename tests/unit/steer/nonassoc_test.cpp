@@ -21,9 +21,9 @@ TEST(NonAssocCapable, IsWhatTheDriverSays) {
   int capable = 99;
   EXPECT_EQ(wlan_getNonAssocRptCapable(9, &capable), 0);
   EXPECT_EQ(capable, 1);
-  EXPECT_EQ(member(last_of("nonassoc_capable"), "interface"), "ra8");
-  EXPECT_EQ(member(last_of("nonassoc_capable"), "sub"), "0x06B3");
-  EXPECT_EQ(member(last_of("nonassoc_capable"), "length"), "3");
+  EXPECT_EQ(member_of(last_of("nonassoc_capable"), "interface"), "ra8");
+  EXPECT_EQ(member_of(last_of("nonassoc_capable"), "sub"), "0x06B3");
+  EXPECT_EQ(member_of(last_of("nonassoc_capable"), "length"), "3");
   run("gwbox set radio ra0 nonassoc=false");
   switch_console_on();
   std::string errors;
@@ -59,15 +59,15 @@ TEST(NonAssocEnable, DriverIsSwitchedThenTheProfile) {
   const std::string output = output_of([] { EXPECT_EQ(wlan_setNonAssocRptEnable(9, 1), 0); });
   EXPECT_TRUE(contains(output, "set non associated report enable = 1 success. \n ")) << output;
   const std::string request = last_of("nonassoc_enable");
-  EXPECT_EQ(member(request, "name"), "object_set");
-  EXPECT_EQ(member(request, "interface"), "ra8");
-  EXPECT_EQ(member(request, "sub"), "0x06B4");
-  EXPECT_EQ(member(request, "length"), "1");
-  EXPECT_EQ(member(request, "bytes"), "01");
+  EXPECT_EQ(member_of(request, "name"), "object_set");
+  EXPECT_EQ(member_of(request, "interface"), "ra8");
+  EXPECT_EQ(member_of(request, "sub"), "0x06B4");
+  EXPECT_EQ(member_of(request, "length"), "1");
+  EXPECT_EQ(member_of(request, "bytes"), "01");
   EXPECT_EQ(profile_value(kProfile5, "NonAssocRptEnable"), "1");
   EXPECT_EQ(profile_value(kProfile24, "NonAssocRptEnable"), "0");
   EXPECT_EQ(wlan_setNonAssocRptEnable(1, 258), 0);
-  EXPECT_EQ(member(last_of("nonassoc_enable"), "bytes"), "02");
+  EXPECT_EQ(member_of(last_of("nonassoc_enable"), "bytes"), "02");
   EXPECT_EQ(profile_value(kProfile24, "NonAssocRptEnable"), "258");
 }
 
@@ -164,12 +164,12 @@ TEST(NonAssocRequestMac, IsWrittenAndNamedToTheDriver) {
   EXPECT_TRUE(contains(output, "set non associated req mac success. \n ")) << output;
   EXPECT_EQ(profile_value(kProfile5, "NonAssocReqMac"), kProber);
   const std::string request = last_of("nonassoc_report");
-  EXPECT_EQ(member(request, "name"), "query");
-  EXPECT_EQ(member(request, "interface"), "ra8");
-  EXPECT_EQ(member(request, "sub"), "0x06B5");
+  EXPECT_EQ(member_of(request, "name"), "query");
+  EXPECT_EQ(member_of(request, "interface"), "ra8");
+  EXPECT_EQ(member_of(request, "sub"), "0x06B5");
   // The query announces all but the last of its seven bytes.
-  EXPECT_EQ(member(request, "length"), "6");
-  EXPECT_EQ(member(request, "bytes"), "02005e200001");
+  EXPECT_EQ(member_of(request, "length"), "6");
+  EXPECT_EQ(member_of(request, "bytes"), "02005e200001");
 }
 
 TEST(NonAssocRequestMac, TextIsTakenAsFarAsItGoes) {
@@ -182,7 +182,7 @@ TEST(NonAssocRequestMac, TextIsTakenAsFarAsItGoes) {
   for (const auto& [text, bytes] : cases) {
     EXPECT_EQ(wlan_setNonAssocRequestMac(1, text.c_str()), 0) << text;
     EXPECT_EQ(profile_value(kProfile24, "NonAssocReqMac"), text.substr(0, 256));
-    EXPECT_EQ(member(last_of("nonassoc_report"), "bytes"), bytes) << text;
+    EXPECT_EQ(member_of(last_of("nonassoc_report"), "bytes"), bytes) << text;
   }
 }
 
@@ -419,7 +419,7 @@ TEST(NonAssocReport, ComesFromTheDriverAndIsTraced) {
   switch_console_on();
   nonassoc_answer answer = {};
   const std::string output = output_of([&] { EXPECT_EQ(wlan_getNonAssocRptTable(1, &answer), 0); });
-  EXPECT_EQ(member(last_of("nonassoc_report"), "length"), "1923");
+  EXPECT_EQ(member_of(last_of("nonassoc_report"), "length"), "1923");
   EXPECT_EQ(answer.probes[0].rssi, -66);
   EXPECT_EQ(answer.probes[0].time, 1772389805);
   for (const char* text :

@@ -13,7 +13,7 @@ void bring_radios_up() {
 std::vector<std::string> requests_of(const std::string& object) {
   std::vector<std::string> found;
   for (const std::string& request : driver_requests()) {
-    if (member(request, "object") == object) found.push_back(request);
+    if (member_of(request, "object") == object) found.push_back(request);
   }
   return found;
 }
@@ -23,7 +23,7 @@ std::string last_of(const std::string& object) {
   return found.empty() ? "(none)" : found.back();
 }
 
-std::string member(const std::string& request, const std::string& name) {
+std::string member_of(const std::string& request, const std::string& name) {
   const std::string begin = "\"" + name + "\":";
   const size_t start = request.find(begin);
   if (start == request.npos) return "(none)";

@@ -16,7 +16,7 @@ void bring_radios_up();
 // request as text, "(none)" when it is missing.
 std::vector<std::string> requests_of(const std::string& object);
 std::string last_of(const std::string& object);
-std::string member(const std::string& request, const std::string& name);
+std::string member_of(const std::string& request, const std::string& name);
 
 void remove_key(const std::string& profile, const std::string& key);
 

@@ -16,18 +16,18 @@
 
 #include "unit_support.h"
 
-static constexpr char kFile[] = "/tmp/.some.lock";
+static constexpr char kLockFile[] = "/tmp/.some.lock";
 
 // Whether another user of the file could take the lock in that mode now.
 static bool obtainable(int operation) {
-  const int file = open(kFile, O_RDWR | O_CLOEXEC);
+  const int file = open(kLockFile, O_RDWR | O_CLOEXEC);
   const bool free = file >= 0 && flock(file, operation | LOCK_NB) == 0;
   close(file);
   return free;
 }
 
 TEST(Lock, WriteLockExcludesEverybody) {
-  const int lock = fwrite_lock(kFile);
+  const int lock = fwrite_lock(kLockFile);
   ASSERT_GT(lock, 0);
   EXPECT_FALSE(obtainable(LOCK_EX));
   EXPECT_FALSE(obtainable(LOCK_SH));
@@ -36,8 +36,8 @@ TEST(Lock, WriteLockExcludesEverybody) {
 }
 
 TEST(Lock, ReadLockIsShared) {
-  const int first = fread_lock(kFile);
-  const int second = fread_lock(kFile);
+  const int first = fread_lock(kLockFile);
+  const int second = fread_lock(kLockFile);
   ASSERT_GT(first, 0);
   ASSERT_GT(second, 0);
   EXPECT_FALSE(obtainable(LOCK_EX));
@@ -50,48 +50,49 @@ TEST(Lock, ReadLockIsShared) {
 
 TEST(Lock, FileIsCreatedForEverybodyAndKept) {
   umask(0);
-  funlock(fwrite_lock(kFile));
+  funlock(fwrite_lock(kLockFile));
   struct stat status = {};
-  ASSERT_EQ(stat(kFile, &status), 0);
+  ASSERT_EQ(stat(kLockFile, &status), 0);
   EXPECT_EQ(status.st_mode & 07777, 0666u);
 }
 
 TEST(Lock, LinkOfOursIsFollowed) {
   mkdir("/tmp/locks", 0755);
-  ASSERT_EQ(symlink("locks/real", kFile), 0);
-  const int lock = fwrite_lock(kFile);
+  ASSERT_EQ(symlink("locks/real", kLockFile), 0);
+  const int lock = fwrite_lock(kLockFile);
   ASSERT_GT(lock, 0);
   EXPECT_TRUE(exists("/tmp/locks/real"));
   EXPECT_FALSE(obtainable(LOCK_SH));
   funlock(lock);
-  funlock(fread_lock(kFile));
+  funlock(fread_lock(kLockFile));
   EXPECT_EQ(names_in("/tmp/locks").size(), 1u);
 }
 
 static std::string removed_message() {
-  return rpc_error_prefix("remove_planted") + kFile + " of user 65534 is removed\n";
+  return rpc_error_prefix("remove_planted") + kLockFile + " of user 65534 is removed\n";
 }
 
 TEST(Lock, WhatAnotherUserMadeIsReplaced) {
-  write_file(kFile, "");
-  if (!give_to_nobody(kFile)) GTEST_SKIP() << kOneUser;
+  write_file(kLockFile, "");
+  if (!give_to_nobody(kLockFile)) GTEST_SKIP() << kOneUser;
   const auto plant = [](int kind) {
-    unlink(kFile);
-    if (kind == 0) close(open(kFile, O_WRONLY | O_CREAT | O_CLOEXEC, 0666));
-    if (kind == 1) static_cast<void>(!symlink("/tmp/not there", kFile));
-    if (kind == 2) mkfifo(kFile, 0666);
-    if (kind == 3) mkdir(kFile, 0777);
-    EXPECT_TRUE(give_to_nobody(kFile));
+    unlink(kLockFile);
+    if (kind == 0) close(open(kLockFile, O_WRONLY | O_CREAT | O_CLOEXEC, 0666));
+    if (kind == 1) static_cast<void>(!symlink("/tmp/not there", kLockFile));
+    if (kind == 2) mkfifo(kLockFile, 0666);
+    if (kind == 3) mkdir(kLockFile, 0777);
+    EXPECT_TRUE(give_to_nobody(kLockFile));
   };
   for (int kind = 0; kind < 4; ++kind) {
     int lock = 0;
     plant(kind);
-    EXPECT_EQ(errors_of([&] { lock = kind % 2 == 0 ? fwrite_lock(kFile) : fread_lock(kFile); }),
-              removed_message());
+    EXPECT_EQ(
+        errors_of([&] { lock = kind % 2 == 0 ? fwrite_lock(kLockFile) : fread_lock(kLockFile); }),
+        removed_message());
     EXPECT_GT(lock, 0) << kind;
     EXPECT_FALSE(obtainable(LOCK_EX));
     struct stat status = {};
-    EXPECT_EQ(lstat(kFile, &status), 0);
+    EXPECT_EQ(lstat(kLockFile, &status), 0);
     EXPECT_TRUE(S_ISREG(status.st_mode) && status.st_uid == geteuid()) << kind;
     funlock(lock);
   }
@@ -100,13 +101,13 @@ TEST(Lock, WhatAnotherUserMadeIsReplaced) {
 
 // The daemon waits for the holder of another user's file, but not forever.
 TEST(Lock, HolderOfWhatIsReplacedIsWaitedForAWhile) {
-  write_file(kFile, "");
-  if (!give_to_nobody(kFile)) GTEST_SKIP() << kOneUser;
-  const int held = open(kFile, O_RDWR | O_CLOEXEC);
+  write_file(kLockFile, "");
+  if (!give_to_nobody(kLockFile)) GTEST_SKIP() << kOneUser;
+  const int held = open(kLockFile, O_RDWR | O_CLOEXEC);
   ASSERT_EQ(flock(held, LOCK_EX), 0);
   errors_of([] {
     const auto begin = std::chrono::steady_clock::now();
-    const int lock = fwrite_lock(kFile);
+    const int lock = fwrite_lock(kLockFile);
     EXPECT_GT(lock, 0);
     EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(900));
     funlock(lock);
@@ -116,9 +117,9 @@ TEST(Lock, HolderOfWhatIsReplacedIsWaitedForAWhile) {
 
 // Users that were waiting for the removed file take the new one.
 TEST(Lock, SecondNameIsRemovedAndNobodyHoldsBothFiles) {
-  write_file(kFile, "");
-  ASSERT_EQ(link(kFile, "/tmp/.second"), 0);
-  const int held = open(kFile, O_RDWR | O_CLOEXEC);
+  write_file(kLockFile, "");
+  ASSERT_EQ(link(kLockFile, "/tmp/.second"), 0);
+  const int held = open(kLockFile, O_RDWR | O_CLOEXEC);
   ASSERT_EQ(flock(held, LOCK_EX), 0);
   std::atomic<int> begun = 0;
   std::atomic<bool> given_back = false;
@@ -129,7 +130,7 @@ TEST(Lock, SecondNameIsRemovedAndNobodyHoldsBothFiles) {
     for (std::thread& user : users) {
       user = std::thread([&] {
         ++begun;
-        const int lock = fwrite_lock(kFile);
+        const int lock = fwrite_lock(kLockFile);
         EXPECT_GT(lock, 0);
         EXPECT_TRUE(given_back) << "the old file is held";
         most = std::max(most.load(), ++inside);
@@ -146,23 +147,23 @@ TEST(Lock, SecondNameIsRemovedAndNobodyHoldsBothFiles) {
   });
   EXPECT_EQ(most, 1);
   EXPECT_TRUE(
-      contains(errors, std::string(kFile) + " is removed: it is no plain file with one name\n"))
+      contains(errors, std::string(kLockFile) + " is removed: it is no plain file with one name\n"))
       << errors;
   struct stat status = {};
-  ASSERT_EQ(stat(kFile, &status), 0);
+  ASSERT_EQ(stat(kLockFile, &status), 0);
   EXPECT_EQ(status.st_nlink, 1u);
 }
 
 // A lock taken on a file that has been replaced is worthless, so the new one is taken.
 TEST(Lock, FileThatWasReplacedMeanwhileIsNoLock) {
-  write_file(kFile, "");
-  const int held = open(kFile, O_RDWR | O_CLOEXEC);
+  write_file(kLockFile, "");
+  const int held = open(kLockFile, O_RDWR | O_CLOEXEC);
   ASSERT_EQ(flock(held, LOCK_EX), 0);
   int lock = 0;
-  std::thread waiting([&] { lock = fwrite_lock(kFile); });
-  EXPECT_TRUE(wait_until([] { return lock_awaited(kFile); }));
-  unlink(kFile);
-  write_file(kFile, "");
+  std::thread waiting([&] { lock = fwrite_lock(kLockFile); });
+  EXPECT_TRUE(wait_until([] { return lock_awaited(kLockFile); }));
+  unlink(kLockFile);
+  write_file(kLockFile, "");
   close(held);
   waiting.join();
   ASSERT_GT(lock, 0);
@@ -171,31 +172,31 @@ TEST(Lock, FileThatWasReplacedMeanwhileIsNoLock) {
 }
 
 TEST(Lock, WhatIsNoPlainFileThoughOursIsRefused) {
-  ASSERT_EQ(mkfifo(kFile, 0666), 0);
-  EXPECT_EQ(errors_of([] { EXPECT_EQ(fwrite_lock(kFile), 0); }),
+  ASSERT_EQ(mkfifo(kLockFile, 0666), 0);
+  EXPECT_EQ(errors_of([] { EXPECT_EQ(fwrite_lock(kLockFile), 0); }),
             "open /tmp/.some.lock error\nfwrite_lock: Invalid argument\n");
-  EXPECT_TRUE(exists(kFile));
+  EXPECT_TRUE(exists(kLockFile));
 }
 
 TEST(Lock, ContentOfTheFileIsKept) {
-  write_file(kFile, "content");
-  funlock(fwrite_lock(kFile));
-  funlock(fread_lock(kFile));
-  EXPECT_EQ(read_file(kFile), "content");
+  write_file(kLockFile, "content");
+  funlock(fwrite_lock(kLockFile));
+  funlock(fread_lock(kLockFile));
+  EXPECT_EQ(read_file(kLockFile), "content");
 }
 
 TEST(Lock, DescriptorIsClosedInChildren) {
-  const int lock = fwrite_lock(kFile);
+  const int lock = fwrite_lock(kLockFile);
   EXPECT_EQ(fcntl(lock, F_GETFD), FD_CLOEXEC);
   funlock(lock);
-  const int shared = fread_lock(kFile);
+  const int shared = fread_lock(kLockFile);
   EXPECT_EQ(fcntl(shared, F_GETFD), FD_CLOEXEC);
   funlock(shared);
 }
 
 TEST(Lock, UnlockClosesTheDescriptor) {
   const int before = open_descriptors();
-  const int lock = fwrite_lock(kFile);
+  const int lock = fwrite_lock(kLockFile);
   EXPECT_EQ(open_descriptors(), before + 1);
   funlock(lock);
   EXPECT_EQ(open_descriptors(), before);
@@ -233,8 +234,8 @@ TEST(Lock, LockThatIsRefusedIsReportedAndTheFileClosed) {
   int write = -1;
   int read = -1;
   const std::string errors = errors_of([&] {
-    write = fwrite_lock(kFile);
-    read = fread_lock(kFile);
+    write = fwrite_lock(kLockFile);
+    read = fread_lock(kLockFile);
   });
   EXPECT_EQ(write, 0);
   EXPECT_EQ(read, 0);
@@ -248,14 +249,14 @@ TEST(Lock, LockThatIsRefusedIsReportedAndTheFileClosed) {
 
 TEST(Lock, FailingUnlockIsReportedAndTheFileClosed) {
   const int before = open_descriptors();
-  const int lock = fwrite_lock(kFile);
+  const int lock = fwrite_lock(kLockFile);
   fail_system_call_if(SYS_flock, 1, LOCK_UN, ENOLCK);
   EXPECT_EQ(errors_of([&] { funlock(lock); }), "funlock fcntl error: No locks available\n");
   EXPECT_EQ(open_descriptors(), before);
 }
 
 TEST(Lock, SimpleFormsAreFlockOperations) {
-  const int file = open(kFile, O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+  const int file = open(kLockFile, O_RDWR | O_CREAT | O_CLOEXEC, 0666);
   EXPECT_EQ(read_lock(file), 0);
   EXPECT_TRUE(obtainable(LOCK_SH));
   EXPECT_FALSE(obtainable(LOCK_EX));

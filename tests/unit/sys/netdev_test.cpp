@@ -73,7 +73,7 @@ static std::string requests_of(const char* address, int failing, unsigned* resul
   const pid_t child = fork();
   if (child == 0) {
     char byte;
-    (void)!read(go[0], &byte, 1);
+    static_cast<void>(!read(go[0], &byte, 1));
     _exit(static_cast<int>(if_ioctl("test0", address, nullptr, 0x1041, 1)));
   }
   const std::string pid = std::to_string(child);
@@ -82,7 +82,7 @@ static std::string requests_of(const char* address, int failing, unsigned* resul
   std::thread tracer([&] { run(command + " 2>/dev/null"); });
   EXPECT_TRUE(
       wait_until([&] { return run("grep -c 'TracerPid:.0$' /proc/" + pid + "/status") == "0\n"; }));
-  (void)!write(go[1], "x", 1);
+  static_cast<void>(!write(go[1], "x", 1));
   tracer.join();
   int status = -1;
   waitpid(child, &status, 0);
@@ -116,10 +116,10 @@ TEST(Interface, RefusedAddressAndFlagsAreReportedAndEndIt) {
     const char* address;
     int request;
     const char* name;
-  } const kRefusals[] = {{"10.9.8.7", 2, "SIOCSIFADDR"},
-                         {"10.9.8.7", 3, "SIOCSIFFLAGS"},
-                         {nullptr, 2, "SIOCSIFFLAGS"}};
-  for (const auto& item : kRefusals) {
+  } const refusals[] = {{"10.9.8.7", 2, "SIOCSIFADDR"},
+                        {"10.9.8.7", 3, "SIOCSIFFLAGS"},
+                        {nullptr, 2, "SIOCSIFFLAGS"}};
+  for (const auto& item : refusals) {
     unsigned result = 99;
     std::string requests;
     EXPECT_EQ(errors_of([&] { requests = requests_of(item.address, item.request, &result); }),

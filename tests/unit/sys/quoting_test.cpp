@@ -18,9 +18,9 @@ TEST(ShellWord, OrdinaryTextsStayAsTheyAre) {
 }
 
 TEST(ShellWord, AnythingElseIsOneWordForTheShell) {
-  const char* kTexts[] = {"a b",  "`>/x`", "$(id)", ";id", "a'b", "'",     "\"", "*",
-                          "a\nb", "~",     "#",     "&",   "\\",  "$HOME", "a|b"};
-  for (const char* text : kTexts) {
+  const char* texts[] = {"a b",  "`>/x`", "$(id)", ";id", "a'b", "'",     "\"", "*",
+                         "a\nb", "~",     "#",     "&",   "\\",  "$HOME", "a|b"};
+  for (const char* text : texts) {
     const std::string command = "printf %s " + quoted(text);
     EXPECT_EQ(run(command), text) << command;
   }

@@ -12,7 +12,7 @@
 
 #include "unit_support.h"
 
-static constexpr char kFile[] = "/tmp/.record_lock";
+static constexpr char kRecordFile[] = "/tmp/.record_lock";
 
 // Holds a record lock on the file in a child until *release is closed.
 static pid_t hold_record_lock(int* release) {
@@ -23,13 +23,13 @@ static pid_t hold_record_lock(int* release) {
   const pid_t child = fork();
   if (child == 0) {
     close(hold[1]);
-    const int file = open(kFile, O_RDWR | O_CREAT, 0666);
+    const int file = open(kRecordFile, O_RDWR | O_CREAT, 0666);
     struct flock whole = {};
     whole.l_type = F_WRLCK;
     fcntl(file, F_SETLK, &whole);
     char byte = 'x';
-    (void)!write(ready[1], &byte, 1);
-    (void)!read(hold[0], &byte, 1);
+    static_cast<void>(!write(ready[1], &byte, 1));
+    static_cast<void>(!read(hold[0], &byte, 1));
     _exit(0);
   }
   char byte;
@@ -43,22 +43,22 @@ static pid_t hold_record_lock(int* release) {
 
 TEST(RecordLock, IsTriedAndGivenUpAgain) {
   const int before = open_descriptors();
-  EXPECT_TRUE(try_record_lock(kFile));
-  EXPECT_TRUE(try_record_lock(kFile));
+  EXPECT_TRUE(try_record_lock(kRecordFile));
+  EXPECT_TRUE(try_record_lock(kRecordFile));
   EXPECT_EQ(open_descriptors(), before);
-  EXPECT_TRUE(exists(kFile));
+  EXPECT_TRUE(exists(kRecordFile));
   int release = -1;
   const pid_t child = hold_record_lock(&release);
-  EXPECT_FALSE(try_record_lock(kFile));
+  EXPECT_FALSE(try_record_lock(kRecordFile));
   close(release);
   EXPECT_EQ(waitpid(child, nullptr, 0), child);
-  EXPECT_TRUE(try_record_lock(kFile));
+  EXPECT_TRUE(try_record_lock(kRecordFile));
 }
 
 TEST(RecordLock, TruncatesTheFile) {
-  write_file(kFile, "content");
-  EXPECT_TRUE(try_record_lock(kFile));
-  EXPECT_EQ(read_file(kFile), "");
+  write_file(kRecordFile, "content");
+  EXPECT_TRUE(try_record_lock(kRecordFile));
+  EXPECT_EQ(read_file(kRecordFile), "");
 }
 
 TEST(RecordLock, FailsWhenTheFileCannotBeOpenedAndSaysWhy) {
@@ -71,43 +71,44 @@ TEST(RecordLock, FailsWhenTheFileCannotBeOpenedAndSaysWhy) {
 
 TEST(RecordLock, FileIsForItsOwnerAlone) {
   umask(0);
-  EXPECT_TRUE(try_record_lock(kFile));
+  EXPECT_TRUE(try_record_lock(kRecordFile));
   struct stat status = {};
-  ASSERT_EQ(stat(kFile, &status), 0);
+  ASSERT_EQ(stat(kRecordFile, &status), 0);
   EXPECT_EQ(status.st_mode & 07777, 0600u);
 }
 
 TEST(RecordLock, FollowsALinkOfOurs) {
   write_file("/tmp/elsewhere", "content");
-  ASSERT_EQ(symlink("elsewhere", kFile), 0);
-  EXPECT_TRUE(try_record_lock(kFile));
+  ASSERT_EQ(symlink("elsewhere", kRecordFile), 0);
+  EXPECT_TRUE(try_record_lock(kRecordFile));
   EXPECT_EQ(read_file("/tmp/elsewhere"), "");
 }
 
 TEST(RecordLock, ReplacesWhatAnotherUserMade) {
-  write_file(kFile, "");
-  if (!give_to_nobody(kFile)) GTEST_SKIP() << kOneUser;
-  const std::string who = rpc_error_prefix("remove_planted") + kFile + " of user 65534 is ";
+  write_file(kRecordFile, "");
+  if (!give_to_nobody(kRecordFile)) GTEST_SKIP() << kOneUser;
+  const std::string who = rpc_error_prefix("remove_planted") + kRecordFile + " of user 65534 is ";
   const std::string message = who + "removed\n";
-  EXPECT_EQ(errors_of([] { EXPECT_TRUE(try_record_lock(kFile)); }), message);
-  unlink(kFile);
+  EXPECT_EQ(errors_of([] { EXPECT_TRUE(try_record_lock(kRecordFile)); }), message);
+  unlink(kRecordFile);
   write_file("/tmp/precious", "content");
-  ASSERT_EQ(symlink("/tmp/precious", kFile), 0);
-  ASSERT_TRUE(give_to_nobody(kFile));
-  EXPECT_EQ(errors_of([] { EXPECT_TRUE(try_record_lock(kFile)); }), message);
+  ASSERT_EQ(symlink("/tmp/precious", kRecordFile), 0);
+  ASSERT_TRUE(give_to_nobody(kRecordFile));
+  EXPECT_EQ(errors_of([] { EXPECT_TRUE(try_record_lock(kRecordFile)); }), message);
   EXPECT_EQ(read_file("/tmp/precious"), "content");
-  unlink(kFile);
-  ASSERT_EQ(mkdir(kFile, 0755), 0);
-  write_file(std::string(kFile) + "/inside", "");
-  ASSERT_TRUE(give_to_nobody(kFile));
-  EXPECT_EQ(errors_of([] { EXPECT_TRUE(try_record_lock(kFile)); }), who + "moved out of the way\n");
+  unlink(kRecordFile);
+  ASSERT_EQ(mkdir(kRecordFile, 0755), 0);
+  write_file(std::string(kRecordFile) + "/inside", "");
+  ASSERT_TRUE(give_to_nobody(kRecordFile));
+  EXPECT_EQ(errors_of([] { EXPECT_TRUE(try_record_lock(kRecordFile)); }),
+            who + "moved out of the way\n");
 }
 
 // Whether nobody's lock on our file with that mode keeps us from locking it.
 static bool locked_out_by_nobody(mode_t mode) {
-  unlink(kFile);
-  close(open(kFile, O_RDWR | O_CREAT | O_CLOEXEC, 0600));
-  EXPECT_EQ(chmod(kFile, mode), 0);
+  unlink(kRecordFile);
+  close(open(kRecordFile, O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+  EXPECT_EQ(chmod(kRecordFile, mode), 0);
   int ready[2];
   EXPECT_EQ(pipe(ready), 0);
   const pid_t child = fork();
@@ -115,17 +116,17 @@ static bool locked_out_by_nobody(mode_t mode) {
     if (setresuid(65534, 65534, 65534) != 0) _exit(1);
     // /proc then shows root as the process's owner.
     prctl(PR_SET_DUMPABLE, 0);
-    const int file = open(kFile, (mode & 2) != 0 ? O_RDWR : O_RDONLY);
+    const int file = open(kRecordFile, (mode & 2) != 0 ? O_RDWR : O_RDONLY);
     struct flock whole = {};
     whole.l_type = (mode & 2) != 0 ? F_WRLCK : F_RDLCK;
     char byte = fcntl(file, F_SETLK, &whole) == 0 ? 'y' : 'n';
-    (void)!write(ready[1], &byte, 1);
+    static_cast<void>(!write(ready[1], &byte, 1));
     pause();
   }
   char byte = 'n';
   EXPECT_EQ(read(ready[0], &byte, 1), 1);
   EXPECT_EQ(byte, 'y');
-  const bool granted = try_record_lock(kFile);
+  const bool granted = try_record_lock(kRecordFile);
   kill(child, SIGKILL);
   waitpid(child, nullptr, 0);
   return !granted;
@@ -134,8 +135,8 @@ static bool locked_out_by_nobody(mode_t mode) {
 TEST(RecordLock, LockOfAnotherUserIsNoReasonNotToRun) {
   write_file("/tmp/probe", "");
   if (!give_to_nobody("/tmp/probe")) GTEST_SKIP() << kOneUser;
-  const std::string message =
-      rpc_error_prefix("try_record_lock") + kFile + " is removed: another user has locked it\n";
+  const std::string message = rpc_error_prefix("try_record_lock") + kRecordFile +
+                              " is removed: another user has locked it\n";
   EXPECT_EQ(errors_of([] { EXPECT_FALSE(locked_out_by_nobody(0666)); }), message);
   EXPECT_EQ(errors_of([] { EXPECT_FALSE(locked_out_by_nobody(0644)); }), message);
 }

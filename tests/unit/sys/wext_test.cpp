@@ -283,12 +283,12 @@ TEST(Wext, NoCallLeavesASocketOpen) {
   unsigned length = 0;
   errors_of([&] {
     for (const unsigned sub : {kOperatingClass, kUnknown}) {
-      (void)rtpriv_get_ioctl(1, kRtprivObject, sub, buffer, 56);
-      (void)rtpriv_get_ioctl_2(1, kRtprivObject, sub, buffer, 56);
-      (void)rtpriv_get_int_ioctl(1, kRtprivObject, sub, &value);
-      (void)rtpriv_get_int_struct_ioctl(1, kRtprivObject, sub, buffer, &length);
-      (void)rtpriv_set_ioctl(1, kRtprivText, 0, "a=b");
-      (void)rtpriv_set_ioctl_2(1, kRtprivObject, sub, buffer, 4);
+      static_cast<void>(rtpriv_get_ioctl(1, kRtprivObject, sub, buffer, 56));
+      static_cast<void>(rtpriv_get_ioctl_2(1, kRtprivObject, sub, buffer, 56));
+      static_cast<void>(rtpriv_get_int_ioctl(1, kRtprivObject, sub, &value));
+      static_cast<void>(rtpriv_get_int_struct_ioctl(1, kRtprivObject, sub, buffer, &length));
+      static_cast<void>(rtpriv_set_ioctl(1, kRtprivText, 0, "a=b"));
+      static_cast<void>(rtpriv_set_ioctl_2(1, kRtprivObject, sub, buffer, 4));
     }
   });
   EXPECT_EQ(open_descriptors(), before);

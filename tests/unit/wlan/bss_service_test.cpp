@@ -68,10 +68,6 @@ TEST(BssService, MissingProfileFailsAndTheServiceIsZero) {
   expect_missing(1);
 }
 
-static void install_host_library() {
-  write_file("/usr/lib/libvexal_rev_rpc_client.so", read_file(HOST_LIBRARY));
-}
-
 TEST(BssService, HostIsToldAnySettingOfABackhaulBss) {
   install_host_library();
   write_file(kProfile24, "BSSHNCService=0;7\n");

@@ -10,7 +10,7 @@
 #include "unit_support.h"
 
 // Profiles with eight BSSs each; BSSs 3 and 10 are backhaul.
-static void set_up() {
+static void set_up_names() {
   std::string content;
   for (int i = 1; i <= 8; ++i) {
     content += "SSID" + std::to_string(i) + "=old\nWPAPSK" + std::to_string(i) + "=secret\n";
@@ -24,12 +24,8 @@ static std::string value_of(const char* path, const char* key) {
   return wifiprofile_getParam(path, key, buffer, 255) == 1 ? buffer : "(none)";
 }
 
-static void install_host_library() {
-  write_file("/usr/lib/libvexal_rev_rpc_client.so", read_file(HOST_LIBRARY));
-}
-
 TEST(BssSettings, NetworkNameIsWrittenUnderTheNumberOfTheBss) {
-  set_up();
+  set_up_names();
   for (int bss = 1; bss <= 16; ++bss) {
     const std::string name = "Network " + std::to_string(bss);
     EXPECT_EQ(wlan_setSSID(bss, name.c_str()), 0);
@@ -40,14 +36,14 @@ TEST(BssSettings, NetworkNameIsWrittenUnderTheNumberOfTheBss) {
 }
 
 TEST(BssSettings, FirstBssOfFiveGigahertzHasNumberOne) {
-  set_up();
+  set_up_names();
   EXPECT_EQ(wlan_setSSID(9, "Five"), 0);
   EXPECT_EQ(value_of(kProfile5, "SSID1"), "Five");
   EXPECT_EQ(value_of(kProfile24, "SSID1"), "old");
 }
 
 TEST(BssSettings, PassPhraseIsWrittenUnderTheNumberOfTheBss) {
-  set_up();
+  set_up_names();
   EXPECT_EQ(wlan_setKeyPassphrase(3, 0, "correct horse"), 0);
   EXPECT_EQ(value_of(kProfile24, "WPAPSK3"), "correct horse");
   EXPECT_EQ(wlan_setKeyPassphrase(16, 4, "battery staple"), 0);
@@ -56,7 +52,7 @@ TEST(BssSettings, PassPhraseIsWrittenUnderTheNumberOfTheBss) {
 }
 
 TEST(BssSettings, SettingTheSameTwiceSucceedsTwice) {
-  set_up();
+  set_up_names();
   EXPECT_EQ(wlan_setSSID(3, "Living room"), 0);
   EXPECT_EQ(errors_of([] { EXPECT_EQ(wlan_setSSID(3, "Living room"), 0); }), "no change\n");
   EXPECT_EQ(wlan_setKeyPassphrase(3, 1, "pass phrase"), 0);
@@ -65,7 +61,7 @@ TEST(BssSettings, SettingTheSameTwiceSucceedsTwice) {
 }
 
 TEST(BssSettings, IndexOutsideTheBoardFailsWithAMessage) {
-  set_up();
+  set_up_names();
   const std::string before24 = read_file(kProfile24);
   const std::string before5 = read_file(kProfile5);
   for (const int bss : {0, 17, -5, INT_MIN, INT_MAX}) {
@@ -93,7 +89,7 @@ TEST(BssSettings, MissingProfileFails) {
 }
 
 TEST(BssSettings, NameThatIsNoLineOfTheProfileIsRefused) {
-  set_up();
+  set_up_names();
   const std::string before = read_file(kProfile24);
   errors_of([] {
     EXPECT_EQ(wlan_setSSID(1, "a\nSSID2=b"), -1);
@@ -103,7 +99,7 @@ TEST(BssSettings, NameThatIsNoLineOfTheProfileIsRefused) {
 }
 
 TEST(BssSettings, HostOfABackhaulBssIsTold) {
-  set_up();
+  set_up_names();
   install_host_library();
   EXPECT_EQ(wlan_setSSID(3, "Mesh"), 0);
   EXPECT_EQ(wlan_setKeyPassphrase(10, 0, "mesh secret"), 0);
@@ -111,7 +107,7 @@ TEST(BssSettings, HostOfABackhaulBssIsTold) {
 }
 
 TEST(BssSettings, NameAndPassPhraseHaveNoStatusLine) {
-  set_up();
+  set_up_names();
   switch_console_on();
   const std::string service = rev_prefix("wlan_getBSSHNCService") + "get BssHNCService:0 sucess \n";
   const std::string update =
@@ -122,7 +118,7 @@ TEST(BssSettings, NameAndPassPhraseHaveNoStatusLine) {
 }
 
 TEST(BssSettings, HostOfAnyOtherBssIsNotTold) {
-  set_up();
+  set_up_names();
   install_host_library();
   errors_of([] {
     EXPECT_EQ(wlan_setSSID(1, "a"), 0);
@@ -135,7 +131,7 @@ TEST(BssSettings, HostOfAnyOtherBssIsNotTold) {
 }
 
 TEST(BssSettings, HostIsToldBeforeTheWrite) {
-  set_up();
+  set_up_names();
   install_host_library();
   EXPECT_EQ(wlan_setSSID(3, "Mesh"), 0);
   EXPECT_EQ(read_file("/tmp/host_saw"), "not yet written");
@@ -144,7 +140,7 @@ TEST(BssSettings, HostIsToldBeforeTheWrite) {
 }
 
 TEST(BssSettings, HostIsToldAlsoWhenTheWriteFails) {
-  set_up();
+  set_up_names();
   install_host_library();
   write_file(kProfile24, "BSSHNCService=0;1;7;0\n");
   errors_of([] { EXPECT_EQ(wlan_setSSID(3, "Mesh"), -1); });
@@ -152,7 +148,7 @@ TEST(BssSettings, HostIsToldAlsoWhenTheWriteFails) {
 }
 
 TEST(BssSettings, HostIsToldAlsoWhenTheValueIsInPlace) {
-  set_up();
+  set_up_names();
   install_host_library();
   errors_of([] { EXPECT_EQ(wlan_setSSID(3, "old"), 0); });
   EXPECT_EQ(read_file("/tmp/host_calls"), "3 1 old\n");
@@ -160,7 +156,7 @@ TEST(BssSettings, HostIsToldAlsoWhenTheValueIsInPlace) {
 }
 
 TEST(BssSettings, BackhaulBssWithoutAHostLibraryIsSetAllTheSame) {
-  set_up();
+  set_up_names();
   EXPECT_EQ(wlan_setSSID(3, "Mesh"), 0);
   EXPECT_EQ(value_of(kProfile24, "SSID3"), "Mesh");
 }

@@ -13,7 +13,7 @@
 static constexpr char kList[] = "o1;o2;o3;o4;o5;o6;o7;o8";
 
 // Lists for eight BSSs. BSSs 3 and 10 are backhaul, as is an index after the last one.
-static void set_up() {
+static void set_up_security() {
   const std::string lists = std::string("AuthMode=") + kList + "\nEncrypType=" + kList +
                             "\nHideSSID=" + kList + "\nRADIUS_Server=" + kList + "\n";
   write_file(kProfile24, lists + "BSSHNCService=0;1;7;0\n");
@@ -23,10 +23,6 @@ static void set_up() {
 static std::string list_of(const char* path, const char* key) {
   char buffer[kProfileValueBuffer] = {};
   return wifiprofile_getParam(path, key, buffer, 1567) == 1 ? buffer : "(none)";
-}
-
-static void install_host_library() {
-  write_file("/usr/lib/libvexal_rev_rpc_client.so", read_file(HOST_LIBRARY));
 }
 
 using mode_setter = int (*)(int, const char*);
@@ -64,7 +60,7 @@ TEST(Security, ModesAreWrittenAsTheDriverNamesThem) {
       {wlan_setWpaBasicAuthenticationModes, "AuthMode", "WPA1WPA2", "WPA1WPA2"},
   };
   for (const auto& row : rows) {
-    set_up();
+    set_up_security();
     EXPECT_EQ(row.set(3, row.asked), 1) << row.asked;
     EXPECT_EQ(list_of(kProfile24, row.key),
               std::string("o1;o2;") + row.written + ";o4;o5;o6;o7;o8");
@@ -75,18 +71,18 @@ TEST(Security, ModesAreWrittenAsTheDriverNamesThem) {
 }
 
 TEST(Security, ModeThatIsNotKnownEmptiesTheField) {
-  const std::string kModes[] = {"",      "none", "NONE",       "None ",
-                                " None", "AES",  "WPA3PSK",    "wpa2psk",
-                                "%n%s",  "a;b",  "a\nSSID1=b", std::string(8000, 'x')};
+  const std::string refused[] = {"",      "none", "NONE",       "None ",
+                                 " None", "AES",  "WPA3PSK",    "wpa2psk",
+                                 "%n%s",  "a;b",  "a\nSSID1=b", std::string(8000, 'x')};
   for (const setter_row& setter : kModeSetters) {
-    for (const std::string& mode : kModes) {
-      set_up();
+    for (const std::string& mode : refused) {
+      set_up_security();
       EXPECT_EQ(setter.set(1, mode.c_str()), 1) << setter.name << mode;
       EXPECT_EQ(list_of(kProfile24, setter.key), ";o2;o3;o4;o5;o6;o7;o8") << setter.name << mode;
     }
   }
   // Each setter knows only its own modes.
-  set_up();
+  set_up_security();
   EXPECT_EQ(wlan_setBasicEncryptionModes(1, "AESEncryption"), 1);
   EXPECT_EQ(wlan_setWpaBasicAuthenticationModes(1, "None"), 1);
   EXPECT_EQ(list_of(kProfile24, "EncrypType"), ";o2;o3;o4;o5;o6;o7;o8");
@@ -95,7 +91,7 @@ TEST(Security, ModeThatIsNotKnownEmptiesTheField) {
 
 TEST(Security, ResultIsThatOfTheUpdate) {
   for (const setter_row& setter : kModeSetters) {
-    set_up();
+    set_up_security();
     EXPECT_EQ(setter.set(16, "None"), 1) << setter.name;
     EXPECT_EQ(errors_of([&] { EXPECT_EQ(setter.set(16, "None"), 2) << setter.name; }),
               "no change\n");
@@ -109,7 +105,7 @@ TEST(Security, ResultIsThatOfTheUpdate) {
 }
 
 TEST(Security, IndexOutsideTheBoardIsReportedAndAnswersZero) {
-  set_up();
+  set_up_security();
   const std::string before24 = read_file(kProfile24);
   const std::string before5 = read_file(kProfile5);
   for (const setter_row& setter : kModeSetters) {
@@ -125,14 +121,14 @@ TEST(Security, IndexOutsideTheBoardIsReportedAndAnswersZero) {
 }
 
 TEST(Security, OutcomeIsTracedOnTheConsole) {
-  set_up();
+  set_up_security();
   switch_console_on();
   for (const setter_row& setter : kModeSetters) {
     const std::string output = output_of([&] { EXPECT_EQ(setter.set(5, "unknown"), 1); });
     EXPECT_TRUE(output.ends_with("\033[0m RPC " + std::string(setter.name) + " status=1, " +
                                  setter.key + "=, index=5\n"))
         << output;
-    set_up();
+    set_up_security();
   }
   const std::string output = output_of([] { wlan_setWpaEncryptionModes(12, "AESEncryption"); });
   EXPECT_TRUE(
@@ -141,7 +137,7 @@ TEST(Security, OutcomeIsTracedOnTheConsole) {
 }
 
 TEST(Security, HostOfABackhaulBssIsToldOfItsAuthentication) {
-  set_up();
+  set_up_security();
   install_host_library();
   const struct {
     mode_setter set;
@@ -170,16 +166,16 @@ TEST(Security, HostOfABackhaulBssIsToldOfItsAuthentication) {
 }
 
 TEST(Security, HostIsToldBeforeTheWrite) {
-  set_up();
+  set_up_security();
   install_host_library();
   const std::string before = read_file(kProfile24);
   EXPECT_EQ(wlan_setWpaBasicAuthenticationModes(3, "WPA1WPA2"), 1);
   EXPECT_EQ(read_file("/tmp/host_profile"), before);
-  set_up();
+  set_up_security();
   unlink("/tmp/host_profile");
   EXPECT_EQ(wlan_setBasicAuthenticationModes(3, "None"), 1);
   EXPECT_EQ(read_file("/tmp/host_profile"), before);
-  set_up();
+  set_up_security();
   unlink("/tmp/host_profile");
   EXPECT_EQ(wlan_setSsidAdvertisementEnabled(3, 0), 0);
   EXPECT_EQ(read_file("/tmp/host_profile"), before);
@@ -187,7 +183,7 @@ TEST(Security, HostIsToldBeforeTheWrite) {
 }
 
 TEST(Advertisement, HidesOrShowsTheNameOfTheBss) {
-  set_up();
+  set_up_security();
   EXPECT_EQ(wlan_setSsidAdvertisementEnabled(2, 1), 0);
   EXPECT_EQ(wlan_setSsidAdvertisementEnabled(3, 0), 0);
   EXPECT_EQ(wlan_setSsidAdvertisementEnabled(9, -7), 0);
@@ -211,7 +207,7 @@ TEST(Advertisement, FailureIsReported) {
 }
 
 TEST(Advertisement, HostIsToldTheRequestWhateverTheIndex) {
-  set_up();
+  set_up_security();
   install_host_library();
   const std::string before = read_file(kProfile5);
   for (const int bss : {0, 17, INT_MIN, INT_MAX}) {
@@ -227,7 +223,7 @@ TEST(Advertisement, HostIsToldTheRequestWhateverTheIndex) {
 }
 
 TEST(RadiusServer, AddressIsWrittenToTheFieldOfTheBss) {
-  set_up();
+  set_up_security();
   EXPECT_EQ(wlan_setRadiusServerAddress(1, "192.0.2.7"), 1);
   EXPECT_EQ(wlan_setRadiusServerAddress(16, ""), 1);
   EXPECT_EQ(list_of(kProfile24, "RADIUS_Server"), "192.0.2.7;o2;o3;o4;o5;o6;o7;o8");
@@ -236,7 +232,7 @@ TEST(RadiusServer, AddressIsWrittenToTheFieldOfTheBss) {
 }
 
 TEST(RadiusServer, WritingItHasNoStatusLine) {
-  set_up();
+  set_up_security();
   switch_console_on();
   EXPECT_EQ(output_of([] { wlan_setRadiusServerAddress(1, "192.0.2.7"); }),
             rpc_prefix("_wifiprofile_updateParam") +
@@ -244,7 +240,7 @@ TEST(RadiusServer, WritingItHasNoStatusLine) {
 }
 
 TEST(RadiusServer, IndexIsNotChecked) {
-  set_up();
+  set_up_security();
   const std::string before24 = read_file(kProfile24);
   const std::string errors = errors_of([] {
     EXPECT_EQ(wlan_setRadiusServerAddress(0, "192.0.2.7"), 2);
@@ -261,7 +257,7 @@ TEST(RadiusServer, IndexIsNotChecked) {
 }
 
 TEST(RadiusServer, TextThatIsNoFieldIsRefused) {
-  set_up();
+  set_up_security();
   const std::string before = read_file(kProfile24);
   errors_of([] {
     for (const std::string& text :

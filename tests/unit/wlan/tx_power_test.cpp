@@ -56,9 +56,9 @@ TEST(TxPower, LimitsOfTheSimulatedRadios) {
   EXPECT_EQ(of_channel(9), 23);
   EXPECT_EQ(highest(1), 20);
   EXPECT_EQ(highest(9), 27);
-  EXPECT_EQ(member(last_of("power_limits"), "interface"), "ra8");
-  EXPECT_EQ(member(last_of("power_limits"), "sub"), "0x0AA2");
-  EXPECT_EQ(member(last_of("power_limits"), "length"), "591");
+  EXPECT_EQ(member_of(last_of("power_limits"), "interface"), "ra8");
+  EXPECT_EQ(member_of(last_of("power_limits"), "sub"), "0x0AA2");
+  EXPECT_EQ(member_of(last_of("power_limits"), "length"), "591");
 }
 
 TEST(TxPower, EntriesOfTenBytes) {
