@@ -7,7 +7,7 @@
 
 #include "base/report.h"
 #include "client/base/text.h"
-#include "commands/ask.h"
+#include "control/ask.h"
 #include "trap/faults.h"
 
 using json = nlohmann::ordered_json;

@@ -16,11 +16,13 @@ static std::string wrong_words(const CLI::App& app, const args& a) {
   if (app.got_subcommand("scenario") && a.command == kArgsDone) {
     return extra.empty() ? "scenario takes list, show or check" : "scenario has no command " + word;
   }
-  if (!extra.empty() && a.command == kArgsRun) return "put -- before the command: -- " + extra[0];
+  if (!extra.empty() && (a.command == kArgsRun || a.command == kArgsPlan))
+    return "put -- before the command: -- " + extra[0];
   if (!extra.empty()) return "unexpected " + word;
-  bool takes_payload = a.command == kArgsRun || a.command == kArgsComplete;
+  bool takes_payload = a.command == kArgsRun || a.command == kArgsPlan ||
+                       a.command == kArgsRehearse || a.command == kArgsComplete;
   if (a.payload.empty() || takes_payload) return "";
-  return "only \"gwbox run\" takes a COMMAND after \"--\"";
+  return "only \"gwbox run\" and \"gwbox plan\" take a COMMAND after \"--\"";
 }
 
 static args wrong(args a, const CLI::App& app, const std::string& message) {

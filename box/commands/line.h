@@ -14,6 +14,8 @@ enum args_command {
   kArgsResume,
   kArgsLog,
   kArgsWait,
+  kArgsPlan,
+  kArgsRehearse,  // of plan, inside its box
   kArgsScenarioList,
   kArgsScenarioShow,
   kArgsScenarioCheck,
@@ -39,6 +41,12 @@ struct args {
   bool companions;
   bool cold;
   std::vector<std::string> payload;  // empty: an interactive shell; complete: words of the line
+
+  // plan and what it starts in its box
+  std::string profile_24, profile_5;  // files, or descriptors
+  std::string html;                   // file for the page; empty: none
+  std::string form;
+  bool allow_outage;
 
   // set, wait: all its words; scenario show and check: which one
   std::vector<std::string> words;

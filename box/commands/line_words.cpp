@@ -17,6 +17,7 @@ struct command_row {
 
 static constexpr command_row kCommands[] = {
     {"run", "gwbox run [OPTION...] [-- COMMAND [ARG...]]"},
+    {"plan", "gwbox plan [OPTION...] -- COMMAND [ARG...]"},
     {"status", "gwbox [--box BOX] status [--json]"},
     {"set", "gwbox [--box BOX] set KIND WHICH KEY=VALUE..."},
     {"fail",
@@ -127,14 +128,18 @@ static CLI::Validator checked_by(std::string (*check)(const std::string&)) {
   return CLI::Validator(check, "");
 }
 
-static void declare_run(CLI::App& app, args& a) {
-  CLI::App* run = app.add_subcommand("run", "start a box and run COMMAND, or a shell, in it");
-  run->add_option("--board", a.board, board_names() + "; without it " + kBoardDefault)
+static void declare_surroundings(CLI::App* app, args& a) {
+  app->add_option("--board", a.board, board_names() + "; without it " + kBoardDefault)
       ->type_name("BOARD");
-  run->add_option(
+  app->add_option(
          "--scenario", a.scenario,
          "what surrounds it: " + scenario_names() + " or a file; without it " + kScenarioDefault)
       ->type_name("SCENARIO");
+}
+
+static void declare_run(CLI::App& app, args& a) {
+  CLI::App* run = app.add_subcommand("run", "start a box and run COMMAND, or a shell, in it");
+  declare_surroundings(run, a);
   run->add_option("--speed", a.speed, "how fast time runs in it, 0 (not at all) to 100000")
       ->type_name("FACTOR")
       ->check(checked_by(check_speed));
@@ -149,6 +154,36 @@ static void declare_run(CLI::App& app, args& a) {
   run->add_flag("--companions", a.companions, "start HncInit and the HNC listener with the box");
   run->add_flag("--cold", a.cold, "load no driver: no ra interface until a module is loaded");
   run->callback([&a] { a.command = kArgsRun; });
+}
+
+static void declare_plan(CLI::App& app, args& a) {
+  CLI::App* plan = app.add_subcommand("plan", "tell what COMMAND would do to a gateway");
+  plan->footer(
+      "A box of its own is started, its radios are brought up, COMMAND runs in it, and\n"
+      "what it caused is printed: settings, and whether they are in effect; who loses\n"
+      "air, and for how long; requests, commands, companions. COMMAND's own output goes\n"
+      "to standard error.\n"
+      "\n"
+      "  gwbox plan -- wificonf wlan_set_ssid 1 Attic\n"
+      "  gwbox plan -- sh change.sh\n"
+      "\n"
+      "Exit status: 0 nobody loses air, 10 somebody does, 11 COMMAND failed, 2 wrong\n"
+      "usage, 125 no box.");
+  declare_surroundings(plan, a);
+  plan->add_option("--profile24", a.profile_24, "start with this 2.4 GHz profile")
+      ->type_name("FILE");
+  plan->add_option("--profile5", a.profile_5, "start with this 5 GHz profile")->type_name("FILE");
+  plan->add_flag("--json", a.json, "print the plan as JSON");
+  plan->add_option("--html", a.html, "write the plan as a page")->type_name("FILE");
+  plan->add_flag("--allow-outage", a.allow_outage, "exit with 0 even if somebody loses air");
+  plan->callback([&a] { a.command = kArgsPlan; });
+  CLI::App* rehearse = app.add_subcommand("rehearse", "for plan: its part inside the box");
+  rehearse->group("");
+  rehearse->add_option("--form", a.form);
+  rehearse->add_option("--profile24", a.profile_24);
+  rehearse->add_option("--profile5", a.profile_5);
+  rehearse->add_flag("--allow-outage", a.allow_outage);
+  rehearse->callback([&a] { a.command = kArgsRehearse; });
 }
 
 static void declare_fail(CLI::App& app, args& a) {
@@ -286,6 +321,7 @@ void args_declare(CLI::App& app, args& a) {
       ->type_name("BOX")
       ->check(checked_by(check_not_empty));
   declare_run(app, a);
+  declare_plan(app, a);
   declare_status(app, a);
   declare_set(app, a);
   declare_fail(app, a);

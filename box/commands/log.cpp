@@ -7,7 +7,7 @@
 #include <string>
 
 #include "base/report.h"
-#include "commands/follow.h"
+#include "control/follow.h"
 #include "control/reach.h"
 
 using json = nlohmann::ordered_json;

@@ -1,13 +1,14 @@
 #include <cstdio>
 
 #include "base/report.h"
-#include "commands/ask.h"
 #include "commands/complete.h"
 #include "commands/fail.h"
 #include "commands/line.h"
 #include "commands/log.h"
+#include "commands/plan_command.h"
 #include "commands/run.h"
 #include "commands/wait.h"
+#include "control/ask.h"
 #include "control/status.h"
 #include "scenario/document.h"
 
@@ -44,6 +45,10 @@ static int act(const args& a) {
       return log_print(a.box, a.follow, a.json);
     case kArgsWait:
       return wait_run(a.box, a.words, a.timeout);
+    case kArgsPlan:
+      return plan_run(a);
+    case kArgsRehearse:
+      return plan_rehearse(a);
     case kArgsScenarioList:
       return scenario_print_list();
     case kArgsScenarioShow:
@@ -72,5 +77,5 @@ static int flush_output(int status) {
 int main(int argc, char** argv) {
   args a = args_read(argc, argv);
   int status = act(a);
-  return a.command == kArgsRun ? status : flush_output(status);
+  return a.command == kArgsRun || a.command == kArgsPlan ? status : flush_output(status);
 }

@@ -8,21 +8,15 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "base/columns.h"
 #include "client/base/text.h"
-#include "commands/ask.h"
+#include "control/ask.h"
 #include "control/status.h"
 
 using json = nlohmann::ordered_json;
 
-static constexpr size_t kWidth = 80;
 static constexpr size_t kSsidWidth = 32;
 static constexpr size_t kSecurityWidth = 16;
-
-struct column {
-  const char* name;
-  double width;  // a hint: a number of columns, or below 1 a share of the screen
-  int flags;
-};
 
 static constexpr column kInterfaces[] = {{"NAME", 4, 0},     {"STATE", 5, 0},
                                          {"SSID", 0, 0},     {"CH", 3, SCOLS_FL_RIGHT},
@@ -34,47 +28,6 @@ static constexpr column kStations[] = {{"STATION", 17, 0},
                                        {"SENT AT", 0.2, SCOLS_FL_TRUNC},
                                        {"FOR", 6, SCOLS_FL_RIGHT},
                                        {"BTM", 3, 0}};
-
-template <size_t N>
-static std::string table_of(const column (&columns)[N],
-                            const std::vector<std::vector<std::string>>& rows) {
-  libscols_table* table = scols_new_table();
-  scols_table_enable_noencoding(table, 1);
-  scols_table_set_termforce(table, SCOLS_TERMFORCE_ALWAYS);
-  scols_table_set_termwidth(table, kWidth);
-  for (const column& c : columns)
-    scols_table_new_column(table, c.name, c.width, c.flags);
-  for (const std::vector<std::string>& row : rows) {
-    libscols_line* line = scols_table_new_line(table, nullptr);
-    for (size_t i = 0; i < row.size(); ++i)
-      scols_line_set_data(line, i, row[i].c_str());
-  }
-  char* text = nullptr;
-  scols_print_table_to_string(table, &text);
-  std::string result = text ? std::string(text) + "\n" : "";
-  free(text);
-  scols_unref_table(table);
-  return result;
-}
-
-// Escaped for a terminal as wificonf does it, and at most WIDTH columns wide. Text is cut between
-// characters and never inside an escape.
-static std::string fitted(const std::string& bytes, size_t width) {
-  std::string text, kept;
-  size_t used = 0;
-  for (size_t at = 0; at < bytes.size();) {
-    uint32_t c = 0;
-    size_t length = std::max<size_t>(text_decode(bytes, at, &c), 1);
-    std::string shown = text_escape(std::string_view(bytes).substr(at, length));
-    int columns = shown.size() == length ? wcwidth(static_cast<wchar_t>(c)) : -1;
-    used += columns >= 0 ? static_cast<size_t>(columns) : shown.size();
-    if (used > width) return kept + "~";
-    text += shown;
-    if (used < width) kept = text;
-    at += length;
-  }
-  return text;
-}
 
 static std::string bytes_of(const std::string& digits) {
   std::string bytes;
@@ -88,7 +41,7 @@ static std::string ssid_of(const json& interface) {
                           ? bytes_of(interface.value("ssid_hex", std::string()))
                           : interface.value("ssid", std::string());
   std::string hidden = interface.value("hidden", false) ? " (hidden)" : "";
-  return fitted(bytes, kSsidWidth - hidden.size()) + hidden;
+  return columns_fitted(bytes, kSsidWidth - hidden.size()) + hidden;
 }
 
 static std::string state_of(const json& interface) {
@@ -102,7 +55,7 @@ static std::vector<std::string> interface_row(const json& i) {
           state_of(i),
           ssid_of(i),
           on ? std::to_string(i.value("channel", 0)) : "",
-          fitted(i.value("security", std::string()), kSecurityWidth),
+          columns_fitted(i.value("security", std::string()), kSecurityWidth),
           on ? std::to_string(i.value("stations", 0)) : ""};
 }
 
@@ -125,13 +78,13 @@ static std::vector<std::string> station_row(const json& s) {
           s.value("btm", false) ? "yes" : "no"};
 }
 
-// "modules: a, b", wrapped at kWidth.
+// "modules: a, b", wrapped at kColumnsWidth.
 static std::string listed(const std::string& head, const std::vector<std::string>& words) {
   std::string text = head, line = head;
   if (words.empty()) return text + " none\n";
   for (size_t i = 0; i < words.size(); ++i) {
     std::string word = " " + words[i] + (i + 1 < words.size() ? "," : "");
-    if (line.size() + word.size() > kWidth) {
+    if (line.size() + word.size() > kColumnsWidth) {
       text += "\n ";
       line = " ";
     }
@@ -145,8 +98,9 @@ static std::string heading(const json& status) {
   char text[128];
   snprintf(text, sizeof text, "%s, scenario %s, %.0f s at speed %g%s\n",
            status.value("board", std::string()).c_str(),
-           fitted(status.value("scenario", std::string()), 30).c_str(), status.value("time", 0.0),
-           status.value("speed", 1.0), status.value("paused", false) ? ", paused" : "");
+           columns_fitted(status.value("scenario", std::string()), 30).c_str(),
+           status.value("time", 0.0), status.value("speed", 1.0),
+           status.value("paused", false) ? ", paused" : "");
   return text;
 }
 
@@ -166,8 +120,8 @@ std::string status_tables(const std::string& text) {
   for (const json& companion : status["companions"])
     companions.push_back(companion.value("name", std::string()));
   std::string result = heading(status);
-  if (!interfaces.empty()) result += "\n" + table_of(kInterfaces, interfaces);
-  if (!stations.empty()) result += "\n" + table_of(kStations, stations);
+  if (!interfaces.empty()) result += "\n" + columns_table(kInterfaces, interfaces);
+  if (!stations.empty()) result += "\n" + columns_table(kStations, stations);
   return result + "\n" + listed("modules:", modules) + listed("companions:", companions);
 }
 

@@ -7,8 +7,8 @@
 #include "base/journal.h"
 #include "base/report.h"
 #include "client/base/text.h"
-#include "commands/ask.h"
-#include "commands/follow.h"
+#include "control/ask.h"
+#include "control/follow.h"
 #include "control/reach.h"
 #include "gateway/conditions.h"
 

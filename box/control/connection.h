@@ -1,10 +1,10 @@
 // The control socket of a box, for both ends.
 //
 // One message each way. A message is words with kControlBreak between them: "fail WHAT HOW COUNT",
-// "fail clear", "fail list", "set WORD...", "advance SECONDS", "pause", "resume", "status", "wait
-// SECONDS CONDITION...". The answer is "ok", or "ok", a break and what was asked for, or else what
-// was wrong. That to "wait" comes when the condition holds, or after the time, and then has what is
-// missing.
+// "fail clear", "fail list", "set WORD...", "advance SECONDS", "pause", "resume", "status",
+// "pending", "wait SECONDS CONDITION...". The answer is "ok", or "ok", a break and what was asked
+// for, or else what was wrong. That to "wait" comes when the condition holds, or after the time,
+// and then has what is missing.
 #pragma once
 
 #include <sys/un.h>

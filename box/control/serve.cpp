@@ -12,6 +12,7 @@
 #include "control/failures.h"
 #include "control/status.h"
 #include "gateway/around.h"
+#include "gateway/pending.h"
 
 static constexpr int kControlBacklog = 16;
 static constexpr double kTimeMax = 1e12;  // seconds; 64 bits hold it in microseconds
@@ -76,6 +77,7 @@ static std::string act(const std::vector<std::string>& words, trap_state& trap) 
   if (words[0] == "advance") return do_advance(words, trap);
   if (words[0] == "resume") return do_resume(trap);
   if (words[0] == "status") return std::string("ok") + kControlBreak + status_json(trap);
+  if (words[0] == "pending") return std::string("ok") + kControlBreak + pending_json(trap);
   if (words[0] != "pause") return "unknown message";
   around_pause(trap, true);
   return "ok";

@@ -67,6 +67,10 @@ static json station_of(const driver_state& state, const driver_station& station)
   object["tx_rate"] = station.is.tx_rate;
   object["rx_rate"] = station.is.rx_rate;
   object["connected"] = station.associated ? seconds(state.now_us - station.since_us) : 0;
+  bool away = !station.associated && station.returns_us > state.now_us;
+  bool comes_back = away && station.returns_us != kDriverNever;
+  object["returns_in"] =
+      comes_back ? json(static_cast<double>(station.returns_us - state.now_us) / 1e6) : nullptr;
   object["btm"] = station.is.btm;
   object["rx_bytes"] = static_cast<uint64_t>(station.traffic.rx_bytes);
   object["tx_bytes"] = static_cast<uint64_t>(station.traffic.tx_bytes);

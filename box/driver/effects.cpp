@@ -31,7 +31,7 @@ void driver_tell_beacons(driver_state& state) {
     const char* what = setting.empty() ? "stops" : state.beacons[n].empty() ? "begins" : "changes";
     driver_members members = {{"what", what}};
     members.insert(members.end(), setting.begin(), setting.end());
-    state.effects.push_back({"beacon", interface_name(n), members});
+    state.effects.push_back({"beacon", interface_name(n), members, state.now_us});
     state.beacons[n] = setting;
   }
 }
@@ -41,5 +41,5 @@ void driver_tell_station(driver_state& state, const driver_station& station, con
   driver_members members = {{"what", what}, {"mac", mac_text(station.is.mac)}};
   if (from >= 0) members.emplace_back("from", interface_name(from));
   members.emplace_back("why", why);
-  state.effects.push_back({"station", interface_name(station.bss), members});
+  state.effects.push_back({"station", interface_name(station.bss), members, state.now_us});
 }

@@ -65,6 +65,7 @@ struct driver_effect {
   const char* effect;     // "beacon" or "station"
   std::string interface;  // raN; of a station: where it is now, or where it was when it leaves
   driver_members members;
+  int64_t time_us;  // of the box, when it happened
 };
 
 struct driver_bss {

@@ -4,12 +4,15 @@ void effect_tell(trap_state& trap, const journal_effect& effect) {
   journal_append(trap.log, effect, driver_now_us(trap.driver));
 }
 
+static void name_actor(journal_effect& effect, const process_actor* actor) {
+  if (!actor) return;
+  effect.pid = actor->pid;
+  effect.comm = actor->comm;
+  effect.cause = actor->cause;
+}
+
 void effect_tell_by(trap_state& trap, journal_effect effect, const process_actor* actor) {
-  if (actor) {
-    effect.pid = actor->pid;
-    effect.comm = actor->comm;
-    effect.cause = actor->cause;
-  }
+  name_actor(effect, actor);
   effect_tell(trap, effect);
 }
 
@@ -28,6 +31,7 @@ void effect_tell_air(trap_state& trap, const process_actor* actor) {
     told.effect = effect.effect;
     told.interface = effect.interface;
     told.members = effect.members;
-    effect_tell_by(trap, told, actor ? actor : who_set_up(trap, effect));
+    name_actor(told, actor ? actor : who_set_up(trap, effect));
+    journal_append(trap.log, told, effect.time_us);
   }
 }

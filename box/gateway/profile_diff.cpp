@@ -55,24 +55,29 @@ static bool is_shadowed(const std::string& text, size_t start, const std::string
   return head.find("\n" + key + "=") != std::string::npos;
 }
 
-std::vector<profile_change> profile_changes(const std::string& before, const std::string& after) {
-  window changed = changed_lines(before, after);
-  auto was = profile_text_read(before.substr(changed.start, changed.end_before - changed.start));
-  auto is = profile_text_read(after.substr(changed.start, changed.end_after - changed.start));
+std::vector<profile_change> profile_value_changes(const std::map<std::string, std::string>& before,
+                                                  const std::map<std::string, std::string>& after) {
   std::vector<profile_change> changes;
-  for (const auto& [key, value] : was) {
-    auto now = is.find(key);
-    if (is_shadowed(before, changed.start, key)) continue;
-    if (now == is.end()) {
+  for (const auto& [key, value] : before) {
+    auto now = after.find(key);
+    if (now == after.end()) {
       changes.push_back({key, -1, true, false, value, ""});
     } else if (now->second != value) {
       compare(key, value, now->second, changes);
     }
   }
-  for (const auto& [key, value] : is) {
-    if (!was.contains(key) && !is_shadowed(before, changed.start, key)) {
-      changes.push_back({key, -1, false, true, "", value});
-    }
+  for (const auto& [key, value] : after) {
+    if (!before.contains(key)) changes.push_back({key, -1, false, true, "", value});
   }
   return changes;
+}
+
+std::vector<profile_change> profile_changes(const std::string& before, const std::string& after) {
+  window changed = changed_lines(before, after);
+  auto was = profile_text_read(before.substr(changed.start, changed.end_before - changed.start));
+  auto is = profile_text_read(after.substr(changed.start, changed.end_after - changed.start));
+  auto shadowed = [&](const auto& line) { return is_shadowed(before, changed.start, line.first); };
+  std::erase_if(was, shadowed);
+  std::erase_if(is, shadowed);
+  return profile_value_changes(was, is);
 }

@@ -1,6 +1,7 @@
 // What changed between two contents of a profile.
 #pragma once
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -13,3 +14,7 @@ struct profile_change {
 
 // In the order of the keys. Of several lines with a key the first counts, as for the driver.
 std::vector<profile_change> profile_changes(const std::string& before, const std::string& after);
+
+// The same of profiles that were read.
+std::vector<profile_change> profile_value_changes(const std::map<std::string, std::string>& before,
+                                                  const std::map<std::string, std::string>& after);

@@ -41,7 +41,7 @@ static std::string offered_by_zsh(const std::string& words) {
 
 TEST(Completion, CommandsAndTheirOptions) {
   EXPECT_EQ(offered("gwbox "),
-            "run status set fail advance pause resume log wait scenario completion");
+            "run plan status set fail advance pause resume log wait scenario completion");
   EXPECT_EQ(offered("gwbox --box 12 s"), "status set scenario");
   EXPECT_EQ(offered("gwbox --"), "--help --version --box");
   EXPECT_EQ(offered("gwbox run --s"), "--scenario --speed");

@@ -1,4 +1,4 @@
-#include "commands/follow.h"
+#include "control/follow.h"
 
 #include <fcntl.h>
 #include <limits.h>

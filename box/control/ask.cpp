@@ -1,4 +1,4 @@
-#include "commands/ask.h"
+#include "control/ask.h"
 
 #include "base/report.h"
 #include "control/connection.h"
