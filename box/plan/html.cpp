@@ -104,8 +104,8 @@ static std::string time_line(const plan& p) {
 
 using cells = std::vector<std::string>;
 
-static std::string table_of(const char* heading, const cells& names,
-                            const std::vector<cells>& rows) {
+static std::string table_part(const char* heading, const cells& names,
+                              const std::vector<cells>& rows) {
   if (rows.empty()) return "";
   std::string text = std::string("<h2>") + heading + "</h2>\n<table><tr>";
   for (const std::string& name : names)
@@ -120,28 +120,28 @@ static std::string table_of(const char* heading, const cells& names,
   return text + "</table>\n";
 }
 
-static std::string value_of(bool is_there, const std::string& value, bool secret) {
+static std::string page_value(bool is_there, const std::string& value, bool secret) {
   if (!is_there) return "(none)";
   return secret && !value.empty() ? "(secret)" : value;
 }
 
-static std::string settings_table(const plan& p) {
+static std::string settings_part(const plan& p) {
   std::vector<cells> rows;
   for (const plan_setting& s : p.settings) {
     std::string field = s.field < 0 ? "" : " field " + std::to_string(s.field);
-    rows.push_back({s.file, s.key + field, value_of(s.had, s.before, s.secret),
-                    value_of(s.has, s.after, s.secret),
+    rows.push_back({s.file, s.key + field, page_value(s.had, s.before, s.secret),
+                    page_value(s.has, s.after, s.secret),
                     s.is_pending ? "after a restart of the radio of " + s.interface : "now"});
   }
-  return table_of("Settings", {"file", "key", "before", "after", "in effect"}, rows);
+  return table_part("Settings", {"file", "key", "before", "after", "in effect"}, rows);
 }
 
-static std::string lines_table(const char* heading, const std::vector<plan_line>& lines) {
+static std::string lines_part(const char* heading, const std::vector<plan_line>& lines) {
   std::vector<cells> rows;
   for (const plan_line& line : lines) {
     rows.push_back({std::to_string(line.count), line.text, line.failed ? "failed" : "", line.call});
   }
-  return table_of(heading, {"times", "what", "", "call"}, rows);
+  return table_part(heading, {"times", "what", "", "call"}, rows);
 }
 
 std::string plan_html(const plan& p) {
@@ -152,12 +152,12 @@ std::string plan_html(const plan& p) {
   text += "<p class=\"caveat\">" + escaped(plan_caveat(p)) + "</p>\n";
   if (p.status != 0) text += "<p>It failed with status " + std::to_string(p.status) + ".</p>\n";
   if (plan_did_nothing(p)) text += "<p>It did nothing at all.</p>\n";
-  text += "<h2>Off air</h2>\n" + time_line(p) + settings_table(p);
-  text += lines_table("Driver requests", p.requests) + lines_table("Commands", p.commands);
-  text += lines_table("Modules", p.modules) + lines_table("Companions", p.companions);
-  text += lines_table("Files", p.files) + lines_table("Messages to other daemons", p.messages);
+  text += "<h2>Off air</h2>\n" + time_line(p) + settings_part(p);
+  text += lines_part("Driver requests", p.requests) + lines_part("Commands", p.commands);
+  text += lines_part("Modules", p.modules) + lines_part("Companions", p.companions);
+  text += lines_part("Files", p.files) + lines_part("Messages to other daemons", p.messages);
   std::vector<cells> errors;
   for (const std::string& line : p.output)
     errors.push_back({line});
-  return text + table_of("The daemon's errors", {"line"}, errors) + "</body></html>\n";
+  return text + table_part("The daemon's errors", {"line"}, errors) + "</body></html>\n";
 }

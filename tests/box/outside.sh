@@ -79,7 +79,7 @@ nosuch --help|there is no command 'nosuch';
 --nosuch|unknown option '--nosuch';
 run true|put -- before the command: -- true;
 status x|unexpected 'x';
-status -- x|only "gwbox run" takes a COMMAND after "--";
+status -- x|only "gwbox run" and "gwbox plan" take a COMMAND after "--";
 set|KIND is required; "gwbox set --help" tells how
 scenario|scenario takes list, show or check;
 scenario nosuch|scenario has no command 'nosuch';

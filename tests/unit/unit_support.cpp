@@ -154,7 +154,7 @@ std::vector<std::string> driver_requests() {
   std::vector<std::string> requests;
   std::istringstream lines(read_file("/run/gwbox/journal.jsonl"));
   for (std::string line; std::getline(lines, line);) {
-    requests.push_back(line);
+    if (contains(line, "\"name\":")) requests.push_back(line);
   }
   return requests;
 }
