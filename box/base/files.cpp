@@ -14,7 +14,7 @@ std::string file_read(const std::string& path) {
 
 std::string file_read_piece(const std::string& path, size_t size) {
   std::string text;
-  int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  int fd = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
   if (fd < 0) return text;
   char piece[4096];
   for (ssize_t got; text.size() < size && (got = read(fd, piece, sizeof piece)) > 0;)

@@ -3,7 +3,7 @@
 
 #include <string>
 
-// The whole file, or "" when it cannot be read (not reported).
+// The whole file, or "" when it cannot be read (not reported). A FIFO without a writer is empty.
 std::string file_read(const std::string& path);
 
 // Its first bytes, SIZE at most.

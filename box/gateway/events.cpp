@@ -3,9 +3,10 @@
 
 #include "base/files.h"
 #include "gateway/effects.h"
+#include "host/profiles.h"
 
 static const char* profile_of(int n) {
-  return n < kBoardFirst5ghz ? "/tmp/mt76xx_24.dat" : "/tmp/mt76xx_5.dat";
+  return n < kBoardFirst5ghz ? kProfile24 : kProfile5;
 }
 
 static void journal_cut_ssid(trap_state& trap, int n) {
@@ -44,7 +45,7 @@ static void set_up(trap_state& trap, int n, bool up) {
   trap.up[n] = up;
   int64_t now = driver_now_us(trap.driver);
   if (up) {
-    driver_interface_up(trap.driver, n, file_read(profile_of(n)), now);
+    driver_interface_up(trap.driver, n, profile_file_read(profile_of(n)), now);
     journal_cut_ssid(trap, n);
   } else {
     driver_interface_down(trap.driver, n, now);

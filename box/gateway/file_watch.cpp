@@ -71,7 +71,7 @@ bool file_watch_open(file_watch& watch) {
     note_present(watch, directory);
   }
   for (const char* path : {kProfile24, kProfile5})
-    watch.profiles[path] = file_read(path);
+    watch.profiles[path] = profile_file_read(path);
   return true;
 }
 
@@ -107,7 +107,7 @@ static journal_effect effect_by(const file_watch& watch, const char* effect,
 static void tell_profile(file_watch& watch, const std::string& path,
                          std::vector<journal_effect>& effects) {
   std::string& known = watch.profiles[path];
-  std::string content = file_read(path);
+  std::string content = profile_file_read(path);
   for (const profile_change& change : profile_changes(known, content)) {
     journal_effect told = effect_by(watch, "key", path);
     told.members = {{"file", path}, {"key", change.key}};

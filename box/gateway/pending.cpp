@@ -37,7 +37,7 @@ static void add(const trap_state& trap, int radio, std::vector<pending_change>& 
   int first = radio == 0 ? 0 : kBoardFirst5ghz;
   const char* file = radio == 0 ? kProfile24 : kProfile5;
   if (!trap.driver.bss[first].up) return;
-  auto now = profile_text_read(file_read(file));
+  auto now = profile_text_read(profile_file_read(file));
   for (const auto& change : profile_value_changes(trap.driver.radios[radio].profile, now)) {
     if (!was_told(trap.driver, first, change)) pending.push_back({file, first, change});
   }

@@ -20,3 +20,8 @@ bool profiles_install(const board& b) {
   std::string low(kShipped24Begin, kShipped24End), high(kShipped5Begin, kShipped5End);
   return file_write(kProfile24, low) && (!b.dual_band || file_write(kProfile5, high));
 }
+
+std::string profile_file_read(const std::string& path) {
+  static constexpr size_t kProfileMax = 1 << 20;  // bytes; a profile has some 6,000
+  return file_read_piece(path, kProfileMax);
+}

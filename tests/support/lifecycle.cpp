@@ -115,6 +115,8 @@ static std::string whole_call(const std::string& line, std::map<std::string, std
   if (call == line.npos) return "";
   const std::string thread = line.substr(0, line.find(' '));
   std::string text = line.substr(call);
+  // The end of a first half whose beginning belongs to the step before.
+  if (text.starts_with("<unfinished ")) return "";
   // An execve's first half already has everything.
   if (text.ends_with(kUnfinished) && !text.starts_with("execve(")) {
     halves[thread] = text.substr(0, text.size() - kUnfinished.size());
