@@ -128,6 +128,7 @@ static std::string radio_that_comes_up(const trap_state& trap) {
 static bool is_quiet(trap_state& trap, std::string& missing) {
   missing = trap.delayed.empty() ? "" : "a failure that was set holds back a request";
   rpc_calls_catch_up(trap.calls);
+  process_learn_daemons(trap.processes, trap.calls);
   for (const auto& [pid, process] : trap.processes.known) {
     bool lives = process_find(trap.processes, pid) != nullptr;
     if (lives && missing.empty()) missing = work_of(trap, pid, process);

@@ -166,6 +166,15 @@ void process_leaves_children(process_table& all, rpc_calls& calls, pid_t pid) {
     static_cast<void>(known_of(all, calls, child, 0));
 }
 
+void process_learn_daemons(process_table& all, rpc_calls& calls) {
+  std::vector<pid_t> daemons;
+  for (const auto& [pid, process] : all.known) {
+    if (process.is_daemon) daemons.push_back(pid);
+  }
+  for (pid_t pid : daemons)
+    process_leaves_children(all, calls, pid);
+}
+
 std::vector<pid_t> processes_ended(process_table& all) {
   std::vector<pid_t> ended;
   for (const auto& [pid, process] : all.known) {

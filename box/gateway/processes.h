@@ -49,6 +49,9 @@ process_known& process_executes(process_table& all, rpc_calls& calls, pid_t pid,
 // The process is about to end: whoever it leaves behind keeps its cause.
 void process_leaves_children(process_table& all, rpc_calls& calls, pid_t pid);
 
+// Learns of children of the daemon's own processes that have made no trapped call yet.
+void process_learn_daemons(process_table& all, rpc_calls& calls);
+
 // The record of a live process, or null.
 process_known* process_find(process_table& all, pid_t pid);
 

@@ -1,4 +1,5 @@
 #include <libsmartcols.h>
+#include <locale.h>
 
 #include <algorithm>
 
@@ -113,6 +114,8 @@ static std::string errors_of(const plan& p) {
 }
 
 std::string plan_text(const plan& p) {
+  // The texts are UTF-8 whatever the caller's locale is; the table library has to know.
+  setlocale(LC_CTYPE, "C.UTF-8");
   std::string text = text_wrap(plan_caveat(p), kColumnsWidth, 0, 0) + "\n\n";
   text += text_wrap("Command: " + command_of(p), kColumnsWidth, 0, 2) + "\n";
   if (p.status != 0) text += "It failed with status " + std::to_string(p.status) + ".\n";

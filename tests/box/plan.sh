@@ -21,6 +21,8 @@ plan() {
 # says EXPRESSION: of the plan p.
 says() { python3 -c "import json; p = json.load(open('$dir/plan.json')); assert $1, p"; }
 
+within_time() { timeout 30 "$@"; }
+
 check "a name is stored" plan 0 -- wificonf wlan_set_ssid 1 Attic
 check "one setting" says "len(p['settings']) == 1"
 check "with its values" says "[p['settings'][0][k] for k in ('key', 'before', 'after')] == ['SSID1', 'HomeGateway', 'Attic']"
@@ -59,6 +61,7 @@ check "a page" "$gwbox" plan --html "$dir/page.html" -- wificonf wlan_set_ssid 1
 check "has no markup of others" holds "$(cat "$dir/page.html")" '&lt;b&gt;&amp;&quot;'
 check "and nothing from elsewhere" not grep -q http "$dir/page.html"
 
+check "a name that is not ASCII fits in the table" within_time "$gwbox" plan -- wificonf wlan_set_ssid 1 'Café'
 check "no command is wrong usage" ends_with 2 "$gwbox" plan
 check "a missing profile is, too" ends_with 2 "$gwbox" plan --profile24 /nowhere -- true
 all_passed
